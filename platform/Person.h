@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace dunmora {
+
+/// One entry of a person's list of phone numbers. A label is raw, as the address book stores it
+/// (`_$!<Home>!$_`, "iPhone"); it can be missing.
+struct LabelledPhone {
+    std::optional<std::string_view> label;
+    std::string_view value;
+};
+
+/// A person's phone numbers in the address book's own order.
+using PhoneList = std::span<const LabelledPhone>;
+
+/// One person of an address book: views into what the book holds in memory, so that listing a
+/// million people copies no text. All text is UTF-8. What the book does not know is missing.
+///
+/// The uid is never missing: two people of one book never share it, because it is all by which a
+/// deletion knows them. A book whose source gives none makes one that is the same on every run.
+struct Person {
+    std::string_view uid;
+    std::optional<std::string_view> firstName;
+    std::optional<std::string_view> lastName;
+    std::optional<std::string_view> nickname;
+    std::optional<std::chrono::sys_seconds> modified;
+    std::optional<PhoneList> phones;
+};
+
+}  // namespace dunmora

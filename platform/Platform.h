@@ -1,0 +1,34 @@
+#pragma once
+
+namespace dunmora {
+
+class AddressBook;
+class Alert;
+class Bundle;
+class UserDefaults;
+class Workspace;
+
+/// The ports that a program has chosen. The program owns them and keeps them until it ends.
+struct Platform {
+    AddressBook& addressBook;
+    UserDefaults& userDefaults;
+    Alert& alert;
+    Workspace& workspace;
+    Bundle& bundle;
+
+    /// Makes these the ports that the core asks.
+    /// Thread: the main thread, before any job runs; `platform` must outlive its use.
+    static void install(const Platform& platform) { installed() = &platform; }
+
+    /// The ports installed last. Thread: any, after `install`.
+    static const Platform& current() { return *installed(); }
+
+private:
+    static const Platform*& installed()
+    {
+        static const Platform* platform = nullptr;
+        return platform;
+    }
+};
+
+}  // namespace dunmora
