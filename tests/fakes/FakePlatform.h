@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/Alert.h"
+#include "platform/Bundle.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+#include "tests/fakes/FakeAddressBook.h"
+#include "tests/fakes/FakeUserDefaults.h"
+
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+
+/// Writes down every alert and answers with the default button.
+class RecordingAlert final : public Alert {
+public:
+    int runModal(const AlertContent& content) override
+    {
+        shown.push_back(content);
+        return kDefaultButton;
+    }
+
+    std::vector<AlertContent> shown;
+};
+
+/// Writes down every URL that it is asked to open.
+class RecordingWorkspace final : public Workspace {
+public:
+    bool openURL(const std::string& url) override
+    {
+        opened.push_back(url);
+        return true;
+    }
+
+    std::vector<std::string> opened;
+};
+
+class FakeBundle final : public Bundle {
+public:
+    std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override
+    {
+        return key == "CFBundleVersion" ? std::optional<std::string>("0.1") : std::nullopt;
+    }
+};
+
+/// A fake for every port, installed as the platform as long as it lives.
+struct FakePlatform {
+    FakePlatform() { Platform::install(platform); }
+    FakePlatform(const FakePlatform&) = delete;
+    FakePlatform& operator=(const FakePlatform&) = delete;
+
+    FakeAddressBook addressBook;
+    FakeUserDefaults userDefaults;
+    RecordingAlert alert;
+    RecordingWorkspace workspace;
+    FakeBundle bundle;
+    Platform platform{addressBook, userDefaults, alert, workspace, bundle};
+};
+
+}  // namespace dunmora::test
