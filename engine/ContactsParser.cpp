@@ -1,0 +1,226 @@
+#include "engine/ContactsParser.h"
+
+#include "app/NotificationCenter.h"
+#include "app/Settings.h"
+#include "engine/MatchFields.h"
+#include "engine/PhoneNumber.h"
+#include "engine/SafeString.h"
+#include "platform/AddressBook.h"
+#include "platform/Platform.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <unordered_set>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+/// Undoes a job that does not reach its end.
+class Undo final {
+public:
+    explicit Undo(std::function<void()> undo) : undo_(std::move(undo)) {}
+    Undo(const Undo&) = delete;
+    Undo& operator=(const Undo&) = delete;
+    ~Undo()
+    {
+        if (undo_) {
+            undo_();
+        }
+    }
+
+    void dismiss() { undo_ = nullptr; }
+
+private:
+    std::function<void()> undo_;
+};
+
+void fill(ContactRecord& record, const Person& person)
+{
+    record = ContactRecord();
+    record.setObject(person.uid, kContactUid);
+    record.setObject(SafeString(person.firstName), kContactFirstName);
+    record.setObject(SafeString(person.lastName), kContactLastName);
+    record.setObject(SafeString(person.nickname), kContactNickname);
+    record.setObject(PhoneNumber(person.phones, "home"), kContactHome);
+    record.setObject(PhoneNumber(person.phones, "work"), kContactWork);
+    record.setObject(PhoneNumber(person.phones, "mobile"), kContactMobile);
+    if (person.modified) {
+        record.setObject(*person.modified, kContactModified);
+    }
+}
+
+bool hasPhoneNumber(const ContactRecord& record)
+{
+    return !record.text(kContactHome).empty() || !record.text(kContactWork).empty() ||
+           !record.text(kContactMobile).empty();
+}
+
+}  // namespace
+
+ContactsParser& ContactsParser::parser()
+{
+    static auto& engine = *new ContactsParser;
+    return engine;
+}
+
+void ContactsParser::reset()
+{
+    duplicates_.clear();
+    contactGroups_.clear();
+}
+
+bool ContactsParser::load()
+{
+    lock();
+    postMessage("Loading Contacts...");
+    contacts_.clear();
+    // Rows of people who are not there any more would be worse than none.
+    Undo undo([this] {
+        contacts_.clear();
+        reset();
+    });
+
+    const auto people = Platform::current().addressBook.readPeople();
+    contacts_.reserve(people.size());
+    const auto progress = std::make_shared<Progress>();
+    progress->total = static_cast<std::int32_t>(people.size());
+    for (std::size_t i = 0; i < people.size(); ++i) {
+        progress->current = static_cast<std::int32_t>(i);
+        postProgress(progress);
+        fill(contacts_[people[i].uid], people[i]);
+    }
+
+    undo.dismiss();
+    unlock();
+    postFinished(kJobLoading);
+    return true;
+}
+
+void ContactsParser::findDupes()
+{
+    lock();
+    postMessage("Sorting contacts...");
+    duplicates_.clear();
+    Undo undo([this] { reset(); });
+
+    OrderedDictionary<Uids> groups;
+    groups.reserve(contacts_.size());
+    const auto progress = std::make_shared<Progress>();
+    progress->total = static_cast<std::int32_t>(contacts_.size());
+    std::int32_t index = 0;
+    for (const auto& contact : contacts_) {
+        progress->current = index++;
+        postProgress(progress);
+        groups[keyForContact(contact.value)].push_back(contact.key);
+    }
+
+    postMessage("Finding duplicated contacts...");
+    progress->total = static_cast<std::int32_t>(groups.size());
+    index = 0;
+    for (const auto& group : groups) {
+        progress->current = index++;
+        postProgress(progress);
+        if (group.value.size() >= 2) {
+            duplicates_.insert(duplicates_.end(), group.value.begin(), group.value.end());
+        }
+    }
+
+    contactGroups_ = std::move(groups);
+    markDeletedContacts();
+    undo.dismiss();
+    unlock();
+    postFinished(kJobFinding);
+}
+
+void ContactsParser::markDeletedContacts()
+{
+    for (const auto& group : contactGroups_) {
+        if (group.value.size() < 2) {
+            continue;
+        }
+        bool kept = false;
+        for (const auto& uid : group.value) {
+            auto* record = contacts_.find(uid);
+            if (record == nullptr) {
+                continue;
+            }
+            if (!kept && hasPhoneNumber(*record)) {
+                kept = true;
+            } else {
+                record->setObject(true, kContactCheck);
+            }
+        }
+    }
+}
+
+void ContactsParser::deleteContacts(const Uids& uids)
+{
+    {
+        const std::lock_guard guard(monitor_);
+        postMessage("Deleting checked contacts...");
+        auto& book = Platform::current().addressBook;
+        const auto progress = std::make_shared<Progress>();
+
+        const std::unordered_set<std::string_view> checked(uids.begin(), uids.end());
+        std::vector<const Person*> removals;
+        std::unordered_set<std::string_view> removed;
+        for (const auto& person : book.people()) {
+            if (checked.contains(person.uid)) {
+                removals.push_back(&person);
+                removed.insert(person.uid);
+            }
+        }
+        // Hashed, and the rows in one sweep: row by row, tens of thousands of people would take
+        // minutes.
+        std::erase_if(duplicates_, [&](const std::string& uid) { return removed.contains(uid); });
+        for (const auto& uid : removed) {
+            contacts_.erase(uid);
+        }
+
+        progress->total = static_cast<std::int32_t>(removals.size());
+        std::int32_t counter = 0;
+        for (const auto* person : removals) {
+            progress->current = counter;
+            postProgress(progress);
+            book.removeRecord(*person);
+            counter += 2;
+        }
+        book.save();
+    }
+    postFinished(kJobDeleting);
+}
+
+std::string ContactsParser::keyForContact(const ContactRecord& contact) const
+{
+    const auto& settings = Settings::settings();
+    std::string key;
+    for (const auto& field : kMatchFields) {
+        if ((settings.*field.isOn)()) {
+            key += contact.text(field.key);
+            key += '-';
+        }
+    }
+    return key;
+}
+
+void ContactsParser::postMessage(std::string_view text)
+{
+    NotificationCenter::defaultCenter().postText(kMsgShowMessage, this, text);
+}
+
+void ContactsParser::postProgress(const std::shared_ptr<Progress>& progress)
+{
+    NotificationCenter::defaultCenter().postNotification(kMsgProgress, this, progress);
+}
+
+void ContactsParser::postFinished(std::string_view job)
+{
+    NotificationCenter::defaultCenter().postText(kMsgFinished, this, job);
+}
+
+}  // namespace dunmora

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "engine/ContactRecord.h"
+#include "engine/OrderedDictionary.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dunmora {
+
+struct Progress;
+
+/// The contact engine: everyone of the address book, the groups of people whose match keys are
+/// equal, and the rows of the review.
+///
+/// Thread: one job (`load`, `findDupes`, `deleteContacts`) at a time, on any thread; the
+/// collections are read and marked by that job, or by the main thread while none runs. A job
+/// reports through the default notification center, on its own thread, with the engine as the
+/// sender.
+class ContactsParser final {
+public:
+    /// uid to record, in the address book's order.
+    using Contacts = OrderedDictionary<ContactRecord>;
+    using Uids = std::vector<std::string>;
+
+    ContactsParser() = default;
+    ContactsParser(const ContactsParser&) = delete;
+    ContactsParser& operator=(const ContactsParser&) = delete;
+
+    /// The one engine of the program, made on first use and never destroyed.
+    static ContactsParser& parser();
+
+    /// Everyone read by the last `load`: the live collection, whose records carry the check marks.
+    Contacts& contacts() { return contacts_; }
+    const Contacts& contacts() const { return contacts_; }
+
+    /// The review's rows: the uids of every group of two or more, one group after the other.
+    const Uids& duplicates() const { return duplicates_; }
+
+    /// Call points around the reading jobs that exclude nobody; the only real exclusion is between
+    /// two deletions.
+    void lock() {}
+    void unlock() {}
+
+    /// Empties the rows and the groups; the people stay.
+    void reset();
+
+    /// Reads everyone of the address book into fresh records. Always true.
+    /// Errors: PlatformError when the book cannot be read; there are then no people, no rows and no
+    /// groups, and "msgFinished" is not posted.
+    bool load();
+
+    /// Groups the people by match key, lists the groups of two or more as rows and proposes which
+    /// copies to delete.
+    /// Errors: none of its own; what leaves it leaves neither rows nor groups behind.
+    void findDupes();
+
+    /// In every group of two or more checks everyone but the first who has a phone number. Never
+    /// takes a mark away.
+    void markDeletedContacts();
+
+    /// Removes the people with these uids from the address book, saves it once, and forgets them.
+    /// Errors: PlatformError when the book could not be changed; the engine has forgotten the
+    /// people all the same, and "msgFinished" is not posted.
+    void deleteContacts(const Uids& uids);
+
+    /// The text whose equality makes two people the same: the value of every field that the
+    /// preferences choose, exactly as stored, each followed by "-".
+    std::string keyForContact(const ContactRecord& contact) const;
+
+private:
+    void postMessage(std::string_view text);
+    void postProgress(const std::shared_ptr<Progress>& progress);
+    void postFinished(std::string_view job);
+
+    Contacts contacts_;
+    Uids duplicates_;
+    // Match key to the uids that have it, groups of one included.
+    OrderedDictionary<Uids> contactGroups_;
+    // Made with the engine and never taken.
+    std::mutex syncLock_;
+    // Held from the first to the last step of a deletion; a handler may enter it again.
+    std::recursive_mutex monitor_;
+};
+
+}  // namespace dunmora

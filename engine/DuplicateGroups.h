@@ -1,0 +1,30 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace dunmora {
+
+class ContactsParser;
+
+/// A group of the review: the people who share a match key.
+struct DuplicateGroup {
+    std::string key;
+    /// In the order of the rows; a part of the engine's `duplicates`, valid as long as those stay.
+    std::span<const std::string> uids;
+};
+
+/// The groups of the engine's rows, in their order, by the match fields chosen now.
+/// Thread: as reading the engine's collections.
+std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine);
+
+/// Whether everyone of the group is checked: the person behind it would be lost.
+/// Thread: as reading the engine's collections.
+bool losesEveryCopy(const ContactsParser& engine, const DuplicateGroup& group);
+
+/// Whether the key is nothing but separators, one for each match field chosen now: the people who
+/// share it have no text in common, only empty fields. With no field chosen every key is such.
+bool sharesOnlyEmptyFields(const std::string& key);
+
+}  // namespace dunmora

@@ -1,0 +1,194 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace dunmora {
+
+/// A dictionary from text keys to values that is walked in the order in which its keys were first
+/// stored, so that the same address book gives the same rows on every machine and every run.
+/// Storing, finding and erasing take constant time on average.
+///
+/// Thread: as a standard container. References to values end with the next new key.
+template <typename Value>
+class OrderedDictionary {
+    struct Entry {
+        std::string key;
+        std::size_t hash;
+        bool erased;
+        Value value;
+    };
+
+    /// Walks the entries that are not erased.
+    template <typename EntryIterator>
+    class Iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Entry;
+        using difference_type = std::ptrdiff_t;
+        using pointer = decltype(&*std::declval<EntryIterator>());
+        using reference = decltype(*std::declval<EntryIterator>());
+
+        Iterator() = default;
+        Iterator(EntryIterator at, EntryIterator end) : at_(at), end_(end) { skipErased(); }
+
+        reference operator*() const { return *at_; }
+        pointer operator->() const { return &*at_; }
+        Iterator& operator++()
+        {
+            ++at_;
+            skipErased();
+            return *this;
+        }
+        Iterator operator++(int)
+        {
+            auto before = *this;
+            ++*this;
+            return before;
+        }
+        bool operator==(const Iterator& other) const { return at_ == other.at_; }
+
+    private:
+        void skipErased()
+        {
+            while (at_ != end_ && at_->erased) {
+                ++at_;
+            }
+        }
+
+        EntryIterator at_{};
+        EntryIterator end_{};
+    };
+
+public:
+    using iterator = Iterator<typename std::vector<Entry>::iterator>;
+    using const_iterator = Iterator<typename std::vector<Entry>::const_iterator>;
+
+    /// Each element has the members `key` and `value`.
+    iterator begin() { return {entries_.begin(), entries_.end()}; }
+    iterator end() { return {entries_.end(), entries_.end()}; }
+    const_iterator begin() const { return {entries_.begin(), entries_.end()}; }
+    const_iterator end() const { return {entries_.end(), entries_.end()}; }
+
+    std::size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+
+    /// Makes room for `count` keys in all.
+    void reserve(std::size_t count)
+    {
+        entries_.reserve(count);
+        if (slots_.size() < slotsFor(count)) {
+            rebuild(count);
+        }
+    }
+
+    void clear()
+    {
+        entries_.clear();
+        slots_.clear();
+        size_ = 0;
+    }
+
+    /// The value under the key, or none.
+    Value* find(std::string_view key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
+    const Value* find(std::string_view key) const
+    {
+        const auto slot = slotOf(key, hashOf(key));
+        return slot == kNoSlot || slots_[slot] == kFree ? nullptr
+                                                        : &entries_[slots_[slot] - 1].value;
+    }
+
+    /// The value under the key, made by default when there is none yet.
+    Value& operator[](std::string_view key)
+    {
+        if (slots_.size() < 2 * (entries_.size() + 1)) {
+            rebuild(2 * size_ + 1);
+        }
+        const auto hash = hashOf(key);
+        const auto slot = slotOf(key, hash);
+        if (slots_[slot] == kFree) {
+            entries_.push_back({std::string(key), hash, false, Value()});
+            slots_[slot] = static_cast<std::uint32_t>(entries_.size());
+            ++size_;
+        }
+        return entries_[slots_[slot] - 1].value;
+    }
+
+    /// Takes the key and its value out. Returns whether it was there.
+    bool erase(std::string_view key)
+    {
+        const auto slot = slotOf(key, hashOf(key));
+        if (slot == kNoSlot || slots_[slot] == kFree) {
+            return false;
+        }
+        // The entry keeps its place and its slot until the next rebuild, so that the others keep
+        // theirs.
+        auto& entry = entries_[slots_[slot] - 1];
+        entry.erased = true;
+        entry.value = Value();
+        --size_;
+        return true;
+    }
+
+private:
+    static constexpr std::uint32_t kFree = 0;
+    static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
+
+    static std::size_t hashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
+
+    /// A power of two that keeps at least half of the slots free.
+    static std::size_t slotsFor(std::size_t count)
+    {
+        std::size_t slots = 16;
+        while (slots < 2 * count) {
+            slots *= 2;
+        }
+        return slots;
+    }
+
+    /// The slot of the key, or the free one where it belongs; none when there are no slots.
+    std::size_t slotOf(std::string_view key, std::size_t hash) const
+    {
+        if (slots_.empty()) {
+            return kNoSlot;
+        }
+        const auto mask = slots_.size() - 1;
+        auto slot = hash & mask;
+        while (slots_[slot] != kFree) {
+            const auto& entry = entries_[slots_[slot] - 1];
+            if (entry.hash == hash && !entry.erased && entry.key == key) {
+                break;
+            }
+            slot = (slot + 1) & mask;
+        }
+        return slot;
+    }
+
+    /// Drops the erased entries and lays the slots anew with room for `count` keys.
+    void rebuild(std::size_t count)
+    {
+        std::erase_if(entries_, [](const Entry& entry) { return entry.erased; });
+        slots_.assign(slotsFor(count), kFree);
+        const auto mask = slots_.size() - 1;
+        for (std::size_t i = 0; i < entries_.size(); ++i) {
+            auto slot = entries_[i].hash & mask;
+            while (slots_[slot] != kFree) {
+                slot = (slot + 1) & mask;
+            }
+            slots_[slot] = static_cast<std::uint32_t>(i + 1);
+        }
+    }
+
+    std::vector<Entry> entries_;
+    // For each slot the number of its entry, counted from 1; kFree where there is none.
+    std::vector<std::uint32_t> slots_;
+    std::size_t size_ = 0;
+};
+
+}  // namespace dunmora

@@ -1,0 +1,108 @@
+#include "engine/PhoneNumber.h"
+
+#include "engine/SafeString.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+std::string_view pick(std::initializer_list<LabelledPhone> phones, std::string_view word)
+{
+    return PhoneNumber(PhoneList(phones.begin(), phones.size()), word);
+}
+
+TEST(PhoneNumber, PicksTheFirstEntryWhoseLabelContainsTheWord)
+{
+    EXPECT_EQ(pick({{"_$!<Work>!$_", "1"}, {"_$!<Home>!$_", "2"}, {"_$!<Home>!$_", "3"}}, "home"),
+              "2");
+}
+
+TEST(PhoneNumber, TakesAHomeFaxThatStandsBeforeTheHomeNumber)
+{
+    EXPECT_EQ(pick({{"Home FAX", "555-1"}, {"Home", "555-2"}}, "home"), "555-1");
+}
+
+TEST(PhoneNumber, IsEmptyWhenNoLabelContainsTheWord)
+{
+    EXPECT_EQ(pick({{"Work", "1"}, {"Mobile", "2"}}, "home"), "");
+}
+
+TEST(PhoneNumber, IsEmptyForEveryWordWhenTheListIsMissing)
+{
+    for (const auto* word : {"home", "work", "mobile"}) {
+        EXPECT_EQ(PhoneNumber(std::nullopt, word), "");
+        EXPECT_EQ(pick({}, word), "");
+    }
+}
+
+TEST(PhoneNumber, TakesAnEntryWithoutALabelForEveryWord)
+{
+    for (const auto* word : {"home", "work", "mobile"}) {
+        EXPECT_EQ(pick({{std::nullopt, "555-9"}, {"home work mobile", "1"}}, word), "555-9");
+    }
+}
+
+TEST(PhoneNumber, PrefersAnEarlierLabelToALaterMissingOne)
+{
+    EXPECT_EQ(pick({{"home", "1"}, {std::nullopt, "2"}}, "home"), "1");
+    EXPECT_EQ(pick({{"home", "1"}, {std::nullopt, "2"}}, "work"), "2");
+}
+
+TEST(PhoneNumber, KeepsAnEmptyLabelApartFromAMissingOne)
+{
+    EXPECT_EQ(pick({{"", "1"}}, "home"), "");
+}
+
+TEST(PhoneNumber, LetsOneEntryServeTwoWords)
+{
+    EXPECT_EQ(pick({{"work mobile", "1"}}, "work"), "1");
+    EXPECT_EQ(pick({{"work mobile", "1"}}, "mobile"), "1");
+}
+
+TEST(PhoneNumber, MatchesLabelsOfAnyCase)
+{
+    EXPECT_EQ(pick({{"HOME", "1"}}, "home"), "1");
+    EXPECT_EQ(pick({{"wOrK", "1"}}, "work"), "1");
+}
+
+TEST(PhoneNumber, LowersTheKelvinSignToTheKOfWork)
+{
+    EXPECT_EQ(pick({{"wor\u212A", "1"}}, "work"), "1");
+    EXPECT_EQ(pick({{"WOR\u212A!", "1"}}, "work"), "1");
+}
+
+TEST(PhoneNumber, LeavesOtherLettersOfOtherScriptsAlone)
+{
+    EXPECT_EQ(pick({{"h\u00D6me", "1"}, {"h\u039Fme", "2"}}, "home"), "");
+}
+
+TEST(PhoneNumber, FindsAWordAfterAFalseStart)
+{
+    EXPECT_EQ(pick({{"hohome", "1"}}, "home"), "1");
+    EXPECT_EQ(pick({{"hom", "1"}}, "home"), "");
+}
+
+TEST(PhoneNumber, ReturnsTheValueAsStored)
+{
+    EXPECT_EQ(pick({{"Home", " +1 (555) 010-0123;ext=7 "}}, "home"), " +1 (555) 010-0123;ext=7 ");
+    EXPECT_EQ(pick({{"Home", ""}, {"Home", "2"}}, "home"), "");
+}
+
+TEST(SafeString, TurnsAMissingTextIntoTheEmptyOne)
+{
+    EXPECT_EQ(SafeString(std::nullopt), "");
+    EXPECT_NE(SafeString(std::nullopt).data(), nullptr);
+}
+
+TEST(SafeString, ReturnsAPresentTextAsItIs)
+{
+    EXPECT_EQ(SafeString(" Ann "), " Ann ");
+    EXPECT_EQ(SafeString(""), "");
+}
+
+}  // namespace
+}  // namespace dunmora::test
