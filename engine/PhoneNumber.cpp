@@ -1,7 +1,5 @@
 #include "engine/PhoneNumber.h"
 
-#include <cstddef>
-
 namespace dunmora {
 
 namespace {
@@ -10,45 +8,32 @@ namespace {
 // of our words (the k of "work"). No other part of Unicode's lower-casing can change a match.
 constexpr std::string_view kKelvinSign = "\xE2\x84\xAA";
 
-/// The lower-case ASCII letter at `position` and how many bytes it takes there; other bytes stay.
-struct Letter {
-    char lower;
-    std::size_t size;
-};
-
-Letter letterAt(std::string_view text, std::size_t position)
+char lowered(char c)
 {
-    const char c = text[position];
-    if (c >= 'A' && c <= 'Z') {
-        return {static_cast<char>(c - 'A' + 'a'), 1};
-    }
-    if (text.substr(position, kKelvinSign.size()) == kKelvinSign) {
-        return {'k', kKelvinSign.size()};
-    }
-    return {c, 1};
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool beginsWith(std::string_view text, std::size_t position, std::string_view word)
+bool beginsWith(std::string_view text, std::string_view word)
 {
     for (const char c : word) {
-        if (position >= text.size()) {
+        if (c == 'k' && text.starts_with(kKelvinSign)) {
+            text.remove_prefix(kKelvinSign.size());
+        } else if (!text.empty() && lowered(text.front()) == c) {
+            text.remove_prefix(1);
+        } else {
             return false;
         }
-        const auto letter = letterAt(text, position);
-        if (letter.lower != c) {
-            return false;
-        }
-        position += letter.size;
     }
     return true;
 }
 
 bool contains(std::string_view label, std::string_view word)
 {
-    for (std::size_t position = 0; position < label.size(); ++position) {
-        if (beginsWith(label, position, word)) {
+    while (!label.empty()) {
+        if (beginsWith(label, word)) {
             return true;
         }
+        label.remove_prefix(1);
     }
     return word.empty();
 }

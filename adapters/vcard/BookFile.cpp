@@ -1,0 +1,476 @@
+#include "adapters/vcard/BookFile.h"
+
+#include "platform/PlatformError.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <optional>
+#include <random>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+/// The failure of the last system call, in words: “book.vcf” cannot be read: Permission denied.
+[[noreturn]] void fail(const std::filesystem::path& path, const std::string& what, int error)
+{
+    throw PlatformError(quoted(path) + " " + what + ": " + std::generic_category().message(error) +
+                        ".");
+}
+
+[[noreturn]] void failChanged(const std::filesystem::path& path)
+{
+    throw PlatformError(quoted(path) + " has changed since it was read. Read it again first.");
+}
+
+constexpr auto kCannotBeRead = "cannot be read";
+constexpr auto kCannotBeChanged = "cannot be changed";
+
+/// Lets the process hold as many open files as the system allows: a folder's files are all locked
+/// at once.
+bool raiseDescriptorLimit()
+{
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= limit.rlim_max) {
+        return false;
+    }
+    limit.rlim_cur = limit.rlim_max;
+    return setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
+/// As open(2); the descriptor is not open on failure, and errno tells why.
+Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode = 0)
+{
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is the system's call.
+    int number = open(path.c_str(), flags | O_CLOEXEC, mode);
+    if (number < 0 && errno == EMFILE && raiseDescriptorLimit()) {
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
+        number = open(path.c_str(), flags | O_CLOEXEC, mode);
+    }
+    return Descriptor(number);
+}
+
+/// As read(2), begun again after a signal.
+ssize_t readSome(const Descriptor& file, char* place, std::size_t size)
+{
+    ssize_t count = -1;
+    do {
+        count = read(file.number(), place, size);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
+
+/// Writes all of it. Returns whether that worked; errno tells why not.
+bool writeAll(const Descriptor& file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto count = write(file.number(), bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    return true;
+}
+
+bool writeAll(const Descriptor& file, const Pieces& content)
+{
+    constexpr std::size_t kBufferSize = std::size_t(1) << 20U;
+    std::string buffer;
+    buffer.reserve(kBufferSize);
+    for (const auto piece : content) {
+        if (buffer.size() + piece.size() > kBufferSize) {
+            if (!writeAll(file, buffer)) {
+                return false;
+            }
+            buffer.clear();
+        }
+        if (piece.size() > kBufferSize) {
+            if (!writeAll(file, piece)) {
+                return false;
+            }
+        } else {
+            buffer += piece;
+        }
+    }
+    return writeAll(file, buffer);
+}
+
+/// Whether the rest of the file is exactly this.
+/// Errors: PlatformError when it cannot be read.
+bool holds(const Descriptor& file, const Pieces& content, const std::filesystem::path& path)
+{
+    std::vector<char> buffer(std::size_t(1) << 18U);
+    const auto matchesPiece = [&](std::string_view piece) {
+        while (!piece.empty()) {
+            const auto wanted = std::min(piece.size(), buffer.size());
+            const auto count = readSome(file, buffer.data(), wanted);
+            if (count < 0) {
+                fail(path, kCannotBeRead, errno);
+            }
+            const auto got = static_cast<std::size_t>(count);
+            if (got == 0 || std::memcmp(buffer.data(), piece.data(), got) != 0) {
+                return false;
+            }
+            piece.remove_prefix(got);
+        }
+        return true;
+    };
+    return std::all_of(content.begin(), content.end(), matchesPiece) &&
+           readSome(file, buffer.data(), 1) == 0;
+}
+
+struct stat statusOf(const Descriptor& file, const std::filesystem::path& path)
+{
+    struct stat status {};
+    if (fstat(file.number(), &status) != 0) {
+        fail(path, kCannotBeRead, errno);
+    }
+    return status;
+}
+
+FileIdentity identityOf(const struct stat& status)
+{
+    return {status.st_dev, status.st_ino};
+}
+
+bool sameTime(const timespec& a, const timespec& b)
+{
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+/// The names of a file's extended attributes.
+std::vector<std::string> attributeNames(const Descriptor& file)
+{
+    std::string list;
+    ssize_t size = flistxattr(file.number(), nullptr, 0);
+    while (size > 0) {
+        list.resize(static_cast<std::size_t>(size));
+        const auto got = flistxattr(file.number(), list.data(), list.size());
+        if (got >= 0) {
+            list.resize(static_cast<std::size_t>(got));
+            break;
+        }
+        size = errno == ERANGE ? flistxattr(file.number(), nullptr, 0) : -1;
+    }
+    std::vector<std::string> names;
+    for (std::size_t begin = 0; begin < list.size();) {
+        names.emplace_back(list.c_str() + begin);
+        begin += names.back().size() + 1;
+    }
+    return names;
+}
+
+/// The attribute's value; none when it cannot be read.
+std::optional<std::string> attribute(const Descriptor& file, const std::string& name)
+{
+    std::string value;
+    const auto size = fgetxattr(file.number(), name.c_str(), nullptr, 0);
+    if (size < 0) {
+        return std::nullopt;
+    }
+    value.resize(static_cast<std::size_t>(size));
+    if (fgetxattr(file.number(), name.c_str(), value.data(), value.size()) != size) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+/// Gives the new file the extended attributes of the old one, access control lists included, and
+/// no others. Returns whether it has them.
+bool copyAttributes(const Descriptor& from, const Descriptor& to)
+{
+    const auto names = attributeNames(from);
+    for (const auto& name : attributeNames(to)) {
+        if (std::find(names.begin(), names.end(), name) == names.end() &&
+            fremovexattr(to.number(), name.c_str()) != 0) {
+            return false;
+        }
+    }
+    return std::all_of(names.begin(), names.end(), [&](const std::string& name) {
+        const auto value = attribute(from, name);
+        return value &&
+               (value == attribute(to, name) ||
+                fsetxattr(to.number(), name.c_str(), value->data(), value->size(), 0) == 0);
+    });
+}
+
+/// A name in the folder that no file has, and that no reader of the folder takes for a card's.
+std::filesystem::path freshName(const std::filesystem::path& folder)
+{
+    std::random_device random;
+    std::string name = ".dunmora-";
+    for (int i = 0; i < 12; ++i) {
+        name += static_cast<char>('a' + random() % 26);
+    }
+    return folder / name;
+}
+
+#ifdef O_TMPFILE
+constexpr int kNamelessFile = O_TMPFILE;
+#else
+constexpr int kNamelessFile = 0;
+#endif
+
+std::string descriptorPath(const Descriptor& file)
+{
+    return "/proc/self/fd/" + std::to_string(file.number());
+}
+
+/// A new file in the folder: without a name where that can be had, so that a program that is
+/// killed leaves nothing behind; otherwise with the name put into `name`.
+Descriptor makeFile(const std::filesystem::path& folder, std::filesystem::path& name)
+{
+    constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+    if constexpr (kNamelessFile != 0) {
+        auto file = openFile(folder, kNamelessFile | O_RDWR, kOwnerOnly);
+        if (file.isOpen() && access(descriptorPath(file).c_str(), F_OK) == 0) {
+            return file;
+        }
+    }
+    name = freshName(folder);
+    return openFile(name, O_RDWR | O_CREAT | O_EXCL, kOwnerOnly);
+}
+
+}  // namespace
+
+std::string quoted(const std::filesystem::path& path)
+{
+    return "“" + path.string() + "”";
+}
+
+FileBytes::FileBytes(std::unique_ptr<char[]> bytes, std::size_t size)
+    : bytes_(std::move(bytes)), size_(size)
+{
+}
+
+Descriptor::~Descriptor()
+{
+    if (isOpen()) {
+        close(number_);
+    }
+}
+
+Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept
+{
+    std::swap(number_, other.number_);
+    return *this;
+}
+
+ReadFile readFile(const std::filesystem::path& path)
+{
+    // Opening a pipe must not wait for somebody to write into it.
+    const auto file = openFile(path, O_RDONLY | O_NONBLOCK);
+    if (!file.isOpen()) {
+        fail(path, kCannotBeRead, errno);
+    }
+    const auto status = statusOf(file, path);
+    if (!S_ISREG(status.st_mode)) {
+        throw PlatformError(quoted(path) + " is neither a file nor a folder.");
+    }
+    // One byte more than the file has shows its end, and a file that grows meanwhile.
+    std::size_t capacity = static_cast<std::size_t>(status.st_size) + 1;
+    auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
+    std::size_t size = 0;
+    while (true) {
+        const auto count = readSome(file, bytes.get() + size, capacity - size);
+        if (count < 0) {
+            fail(path, kCannotBeRead, errno);
+        }
+        if (count == 0) {
+            break;
+        }
+        size += static_cast<std::size_t>(count);
+        if (size == capacity) {
+            auto larger = std::make_unique_for_overwrite<char[]>(2 * capacity);
+            std::memcpy(larger.get(), bytes.get(), size);
+            bytes = std::move(larger);
+            capacity *= 2;
+        }
+    }
+    return {identityOf(status), FileBytes(std::move(bytes), size)};
+}
+
+FileChange::FileChange(std::vector<std::filesystem::path> names, const Pieces& expected)
+    : names_(std::move(names))
+{
+    for (const auto& name : names_) {
+        std::error_code error;
+        auto target = std::filesystem::canonical(name, error);
+        if (error) {
+            fail(name, kCannotBeChanged, error.value());
+        }
+        if (std::find(targets_.begin(), targets_.end(), target) == targets_.end()) {
+            targets_.push_back(std::move(target));
+        }
+    }
+
+    const auto& name = names_.front();
+    file_ = openFile(targets_.front(), O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+    if (!file_.isOpen()) {
+        fail(name, kCannotBeChanged, errno);
+    }
+    compared_ = statusOf(file_, name);
+    if (!S_ISREG(compared_.st_mode)) {
+        failChanged(name);
+    }
+    if ((compared_.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+        // The system lets root write all the same; whoever took the write bits away meant it.
+        throw PlatformError(quoted(name) + " cannot be changed: it is read-only.");
+    }
+    if (flock(file_.number(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK) {
+            throw PlatformError(quoted(name) +
+                                " cannot be changed: another program is changing it just now.");
+        }
+        fail(name, "cannot be locked", errno);
+    }
+    checkUnchanged();
+    if (!holds(file_, expected, name)) {
+        failChanged(name);
+    }
+}
+
+FileChange::~FileChange()
+{
+    if (!preparedName_.empty()) {
+        unlink(preparedName_.c_str());
+    }
+}
+
+void FileChange::prepare(const Pieces& content)
+{
+    const auto& name = names_.front();
+    prepared_ = makeFile(targets_.front().parent_path(), preparedName_);
+    if (!prepared_.isOpen()) {
+        preparedName_.clear();
+        fail(name, kCannotBeChanged, errno);
+    }
+    if (!writeAll(prepared_, content)) {
+        fail(name, kCannotBeChanged, errno);
+    }
+    const auto made = statusOf(prepared_, name);
+    const bool isOthers = made.st_uid != compared_.st_uid || made.st_gid != compared_.st_gid;
+    if (isOthers && fchown(prepared_.number(), compared_.st_uid, compared_.st_gid) != 0) {
+        fail(name, "cannot be changed without changing its owner", errno);
+    }
+    constexpr mode_t kAllModeBits = 07777;
+    // Changing the owner clears some of the mode's bits.
+    if ((isOthers || made.st_mode != compared_.st_mode) &&
+        fchmod(prepared_.number(), compared_.st_mode & kAllModeBits) != 0) {
+        fail(name, "cannot be changed without changing its mode", errno);
+    }
+    if (!copyAttributes(file_, prepared_)) {
+        fail(name, "cannot be changed without losing extended attributes", errno);
+    }
+    if (fsync(prepared_.number()) != 0) {
+        fail(name, kCannotBeChanged, errno);
+    }
+}
+
+void FileChange::checkUnchanged() const
+{
+    const auto now = statusOf(file_, names_.front());
+    if (now.st_size != compared_.st_size || !sameTime(now.st_mtim, compared_.st_mtim)) {
+        failChanged(names_.front());
+    }
+    for (const auto& target : targets_) {
+        struct stat named {};
+        if (lstat(target.c_str(), &named) != 0 || identityOf(named) != identityOf(compared_)) {
+            failChanged(names_.front());
+        }
+    }
+}
+
+void FileChange::replace(const std::filesystem::path& target, bool isLast)
+{
+    // The last use takes the prepared file itself: not every file system has links.
+    auto name = preparedName_;
+    if (preparedName_.empty() || !isLast) {
+        const auto source =
+            preparedName_.empty() ? descriptorPath(prepared_) : preparedName_.string();
+        name = freshName(target.parent_path());
+        if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+            fail(names_.front(), kCannotBeChanged, errno);
+        }
+    }
+    if (rename(name.c_str(), target.c_str()) != 0) {
+        const int error = errno;
+        unlink(name.c_str());
+        fail(names_.front(), kCannotBeChanged, error);
+    }
+    if (name == preparedName_) {
+        preparedName_.clear();
+    }
+}
+
+void FileChange::commit()
+{
+    checkUnchanged();
+    for (const auto& target : targets_) {
+        replace(target, target == targets_.back());
+    }
+}
+
+void FileChange::remove()
+{
+    checkUnchanged();
+    // Links go first: whatever happens in between, none is left that leads nowhere.
+    auto doomed = names_;
+    doomed.insert(doomed.end(), targets_.begin(), targets_.end());
+    for (const auto& path : doomed) {
+        if (unlink(path.c_str()) != 0 && errno != ENOENT) {
+            fail(path, "cannot be removed", errno);
+        }
+    }
+}
+
+std::vector<std::filesystem::path> FileChange::folders() const
+{
+    std::vector<std::filesystem::path> folders;
+    for (const auto& target : targets_) {
+        folders.push_back(target.parent_path());
+    }
+    for (const auto& name : names_) {
+        folders.push_back(std::filesystem::absolute(name).parent_path());
+    }
+    return folders;
+}
+
+void syncFolder(const std::filesystem::path& folder)
+{
+    const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
+    // Some file systems keep folders in step by themselves and know no such call (EINVAL).
+    if (!descriptor.isOpen() || (fsync(descriptor.number()) != 0 && errno != EINVAL)) {
+        fail(folder, "cannot be brought to the disk", errno);
+    }
+}
+
+void writeNewFile(const std::filesystem::path& path, const Pieces& content)
+{
+    const auto file = openFile(path, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
+    if (!file.isOpen()) {
+        fail(path, "cannot be made", errno);
+    }
+    if (!writeAll(file, content) || fsync(file.number()) != 0) {
+        const int error = errno;
+        unlink(path.c_str());
+        fail(path, "cannot be written", error);
+    }
+    syncFolder(std::filesystem::absolute(path).parent_path());
+}
+
+}  // namespace dunmora

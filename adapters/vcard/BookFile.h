@@ -1,0 +1,123 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/stat.h>
+#include <sys/types.h>
+
+namespace dunmora {
+
+/// The bytes of a file as they were read.
+class FileBytes final {
+public:
+    FileBytes() = default;
+    /// The first `size` bytes of `bytes`.
+    FileBytes(std::unique_ptr<char[]> bytes, std::size_t size);
+
+    std::string_view view() const { return {bytes_.get(), size_}; }
+
+private:
+    // Not a std::string: that would fill the memory before the file does.
+    std::unique_ptr<char[]> bytes_;
+    std::size_t size_ = 0;
+};
+
+/// The path as it stands in messages: between quotation marks.
+std::string quoted(const std::filesystem::path& path);
+
+/// Which file it is, whatever its names.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t inode = 0;
+
+    auto operator<=>(const FileIdentity&) const = default;
+};
+
+/// A file descriptor that closes itself.
+class Descriptor final {
+public:
+    explicit Descriptor(int number = -1) : number_(number) {}
+    ~Descriptor();
+    Descriptor(Descriptor&& other) noexcept;
+    Descriptor& operator=(Descriptor&& other) noexcept;
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int number() const { return number_; }
+    bool isOpen() const { return number_ >= 0; }
+
+private:
+    int number_;
+};
+
+/// A file as it was read.
+struct ReadFile {
+    FileIdentity identity;
+    FileBytes bytes;
+};
+
+/// Reads a whole file.
+/// Errors: PlatformError with the path and the reason.
+ReadFile readFile(const std::filesystem::path& path);
+
+/// Parts of a file's content, in order.
+using Pieces = std::vector<std::string_view>;
+
+/// A change of one file, from the check that it is still what was read to the moment when the new
+/// content takes its place. Until `commit` nothing but a file beside it has been touched, and the
+/// end of the object takes that away. The file is locked (flock) as long as the object lives.
+class FileChange final {
+public:
+    /// Opens and locks the file that has these names (links to it included), and compares it.
+    /// Errors: PlatformError when it is gone, read-only or another program's for the moment, or
+    /// when its content is not `expected`.
+    FileChange(std::vector<std::filesystem::path> names, const Pieces& expected);
+    ~FileChange();
+    FileChange(FileChange&&) = delete;
+    FileChange& operator=(FileChange&&) = delete;
+    FileChange(const FileChange&) = delete;
+    FileChange& operator=(const FileChange&) = delete;
+
+    /// Writes the new content beside the file and brings it to the disk: same owner, mode and
+    /// extended attributes. Errors: PlatformError.
+    void prepare(const Pieces& content);
+
+    /// Puts the prepared file in the place of the old one, under all of its names.
+    /// Errors: PlatformError, also when the file has changed since it was compared.
+    void commit();
+
+    /// Takes the file away instead, with all of its names. Errors: as `commit`.
+    void remove();
+
+    /// The folders that have to be brought to the disk after the change.
+    std::vector<std::filesystem::path> folders() const;
+
+private:
+    void checkUnchanged() const;
+    void replace(const std::filesystem::path& target, bool isLast);
+
+    // The names as the user knows them, and the files that they stand for, links resolved.
+    std::vector<std::filesystem::path> names_;
+    std::vector<std::filesystem::path> targets_;
+    Descriptor file_;
+    struct stat compared_ {};
+    // The new file. It has no name while it is written where the file system can do that;
+    // otherwise it has this one.
+    Descriptor prepared_;
+    std::filesystem::path preparedName_;
+};
+
+/// Brings a folder's entries to the disk. Errors: PlatformError.
+void syncFolder(const std::filesystem::path& folder);
+
+/// Writes a new file and brings it to the disk. A file that exists is left alone.
+/// Errors: PlatformError; a file begun is taken away.
+void writeNewFile(const std::filesystem::path& path, const Pieces& content);
+
+}  // namespace dunmora
