@@ -4,7 +4,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -36,53 +35,6 @@ namespace {
 
 constexpr auto kCannotBeRead = "cannot be read";
 constexpr auto kCannotBeChanged = "cannot be changed";
-
-/// Lets the process hold as many open files as the system allows: a folder's files are all locked
-/// at once.
-bool raiseDescriptorLimit()
-{
-    rlimit limit{};
-    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= limit.rlim_max) {
-        return false;
-    }
-    limit.rlim_cur = limit.rlim_max;
-    return setrlimit(RLIMIT_NOFILE, &limit) == 0;
-}
-
-/// As open(2); the descriptor is not open on failure, and errno tells why.
-Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode = 0)
-{
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is the system's call.
-    int number = open(path.c_str(), flags | O_CLOEXEC, mode);
-    if (number < 0 && errno == EMFILE && raiseDescriptorLimit()) {
-        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
-        number = open(path.c_str(), flags | O_CLOEXEC, mode);
-    }
-    return Descriptor(number);
-}
-
-/// As read(2), begun again after a signal.
-ssize_t readSome(const Descriptor& file, char* place, std::size_t size)
-{
-    ssize_t count = -1;
-    do {
-        count = read(file.number(), place, size);
-    } while (count < 0 && errno == EINTR);
-    return count;
-}
-
-/// Writes all of it. Returns whether that worked; errno tells why not.
-bool writeAll(const Descriptor& file, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const auto count = write(file.number(), bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR) {
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    }
-    return true;
-}
 
 bool writeAll(const Descriptor& file, const Pieces& content)
 {
@@ -255,25 +207,9 @@ FileBytes::FileBytes(std::unique_ptr<char[]> bytes, std::size_t size)
 {
 }
 
-Descriptor::~Descriptor()
-{
-    if (isOpen()) {
-        close(number_);
-    }
-}
-
-Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept
-{
-    std::swap(number_, other.number_);
-    return *this;
-}
-
 ReadFile readFile(const std::filesystem::path& path)
 {
-    // Opening a pipe must not wait for somebody to write into it.
-    const auto file = openFile(path, O_RDONLY | O_NONBLOCK);
+    const auto file = openFile(path, O_RDONLY);
     if (!file.isOpen()) {
         fail(path, kCannotBeRead, errno);
     }
@@ -319,7 +255,7 @@ FileChange::FileChange(std::vector<std::filesystem::path> names, const Pieces& e
     }
 
     const auto& name = names_.front();
-    file_ = openFile(targets_.front(), O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+    file_ = openFile(targets_.front(), O_RDWR | O_NOFOLLOW);
     if (!file_.isOpen()) {
         fail(name, kCannotBeChanged, errno);
     }
@@ -450,15 +386,6 @@ std::vector<std::filesystem::path> FileChange::folders() const
     return folders;
 }
 
-void syncFolder(const std::filesystem::path& folder)
-{
-    const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
-    // Some file systems keep folders in step by themselves and know no such call (EINVAL).
-    if (!descriptor.isOpen() || (fsync(descriptor.number()) != 0 && errno != EINVAL)) {
-        fail(folder, "cannot be brought to the disk", errno);
-    }
-}
-
 void writeNewFile(const std::filesystem::path& path, const Pieces& content)
 {
     const auto file = openFile(path, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
@@ -470,7 +397,10 @@ void writeNewFile(const std::filesystem::path& path, const Pieces& content)
         unlink(path.c_str());
         fail(path, "cannot be written", error);
     }
-    syncFolder(std::filesystem::absolute(path).parent_path());
+    const auto folder = std::filesystem::absolute(path).parent_path();
+    if (!syncFolder(folder)) {
+        fail(folder, "cannot be brought to the disk", errno);
+    }
 }
 
 }  // namespace dunmora

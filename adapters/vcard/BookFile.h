@@ -1,5 +1,7 @@
 #pragma once
 
+#include "adapters/posix/Descriptor.h"
+
 #include <compare>
 #include <cstddef>
 #include <filesystem>
@@ -37,23 +39,6 @@ struct FileIdentity {
     ino_t inode = 0;
 
     auto operator<=>(const FileIdentity&) const = default;
-};
-
-/// A file descriptor that closes itself.
-class Descriptor final {
-public:
-    explicit Descriptor(int number = -1) : number_(number) {}
-    ~Descriptor();
-    Descriptor(Descriptor&& other) noexcept;
-    Descriptor& operator=(Descriptor&& other) noexcept;
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int number() const { return number_; }
-    bool isOpen() const { return number_ >= 0; }
-
-private:
-    int number_;
 };
 
 /// A file as it was read.
@@ -112,9 +97,6 @@ private:
     Descriptor prepared_;
     std::filesystem::path preparedName_;
 };
-
-/// Brings a folder's entries to the disk. Errors: PlatformError.
-void syncFolder(const std::filesystem::path& folder);
 
 /// Writes a new file and brings it to the disk. A file that exists is left alone.
 /// Errors: PlatformError; a file begun is taken away.

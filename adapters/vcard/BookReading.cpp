@@ -3,6 +3,7 @@
 #include "platform/PlatformError.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -351,12 +352,11 @@ void BookReading::save()
         apply(removals[i]);
     }
     for (const auto& folder : folders) {
-        try {
-            syncFolder(folder);
-        } catch (const PlatformError& error) {
+        if (!syncFolder(folder)) {
             throw PlatformError(
                 "The people were deleted, but a power failure could bring them back: " +
-                std::string(error.what()));
+                quoted(folder) + " cannot be brought to the disk (" +
+                std::generic_category().message(errno) + ").");
         }
     }
 }

@@ -1,0 +1,81 @@
+#include "adapters/posix/Descriptor.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+/// Returns whether the process may hold more files now than before.
+bool raiseDescriptorLimit()
+{
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= limit.rlim_max) {
+        return false;
+    }
+    limit.rlim_cur = limit.rlim_max;
+    return setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
+}  // namespace
+
+Descriptor::~Descriptor()
+{
+    if (isOpen()) {
+        close(number_);
+    }
+}
+
+Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept
+{
+    std::swap(number_, other.number_);
+    return *this;
+}
+
+Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode)
+{
+    const auto number = [&] { return open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, mode); };
+    Descriptor file(number());
+    if (!file.isOpen() && errno == EMFILE && raiseDescriptorLimit()) {
+        file = Descriptor(number());
+    }
+    return file;
+}
+
+ssize_t readSome(const Descriptor& file, char* place, std::size_t size)
+{
+    ssize_t count = -1;
+    do {
+        count = read(file.number(), place, size);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
+
+bool writeAll(const Descriptor& file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto count = write(file.number(), bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    return true;
+}
+
+bool syncFolder(const std::filesystem::path& folder)
+{
+    const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
+    // Some file systems keep folders in step by themselves and know no such call (EINVAL).
+    return descriptor.isOpen() && (fsync(descriptor.number()) == 0 || errno == EINVAL);
+}
+
+}  // namespace dunmora
