@@ -2,15 +2,32 @@
 
 #include "platform/UserDefaults.h"
 
+#include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace dunmora::test {
 
-/// Preferences in memory; "the disk" is a second map that only `synchronize` writes.
+/// Where preferences are kept when their program has ended.
+struct FakeDisk {
+    std::mutex mutex;
+    std::map<std::string, bool, std::less<>> values;
+    bool isWritable = true;
+};
+
+/// Preferences in memory; only `synchronize` exchanges them with the disk.
 class FakeUserDefaults final : public UserDefaults {
 public:
+    FakeUserDefaults() : FakeUserDefaults(std::make_shared<FakeDisk>()) {}
+    /// Those of one of several programs that share a disk.
+    explicit FakeUserDefaults(std::shared_ptr<FakeDisk> disk)
+        : disk_(std::move(disk)), values_(onDisk())
+    {
+    }
+
     bool hasValue(std::string_view key) const override
     {
         const std::lock_guard guard(mutex_);
@@ -29,20 +46,27 @@ public:
     {
         const std::lock_guard guard(mutex_);
         values_.insert_or_assign(std::string(key), value);
+        unsaved_.insert_or_assign(std::string(key), value);
     }
 
     bool synchronize() override
     {
         const std::lock_guard guard(mutex_);
-        onDisk_ = values_;
-        return true;
+        const std::lock_guard diskGuard(disk_->mutex);
+        values_ = unsaved_;
+        values_.insert(disk_->values.begin(), disk_->values.end());
+        if (disk_->isWritable) {
+            disk_->values = values_;
+            unsaved_.clear();
+        }
+        return unsaved_.empty();
     }
 
     /// What a second process would see.
     std::map<std::string, bool, std::less<>> onDisk() const
     {
-        const std::lock_guard guard(mutex_);
-        return onDisk_;
+        const std::lock_guard guard(disk_->mutex);
+        return disk_->values;
     }
 
     /// How often a key's presence was asked.
@@ -53,9 +77,10 @@ public:
     }
 
 private:
+    std::shared_ptr<FakeDisk> disk_;
     mutable std::mutex mutex_;
     std::map<std::string, bool, std::less<>> values_;
-    std::map<std::string, bool, std::less<>> onDisk_;
+    std::map<std::string, bool, std::less<>> unsaved_;
     mutable int reads_ = 0;
 };
 
