@@ -1,0 +1,166 @@
+#include "adapters/defaults/IniDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace dunmora::test {
+namespace {
+
+using Values = IniDocument::Values;
+using namespace std::string_literals;
+
+/// The text after the value was set under "mine".
+std::string withMine(std::string_view text)
+{
+    auto document = IniDocument::parsed(text).value();
+    EXPECT_TRUE(document.set("mine", true));
+    return document.text();
+}
+
+TEST(IniDocument, IsEmptyWhenTheTextIs)
+{
+    const auto document = IniDocument::parsed("");
+
+    ASSERT_TRUE(document.has_value());
+    EXPECT_EQ(document->values(), Values());
+    EXPECT_EQ(document->text(), "");
+}
+
+TEST(IniDocument, GivesTheKeysBeforeTheFirstSectionAndThoseOfTheGeneralOne)
+{
+    const auto document = IniDocument::parsed("a=true\n[Other]\nb=true\n[general]\nc=true\n"
+                                              "[%General]\nd=true\n");
+
+    EXPECT_EQ(document.value().values(), (Values{{"a", true}, {"c", true}}));
+}
+
+TEST(IniDocument, LetsTheLastOfTwoLinesWithTheSameKeyCount)
+{
+    auto document = IniDocument::parsed("a=true\na=false\n").value();
+    EXPECT_EQ(document.values(), (Values{{"a", false}}));
+
+    document.set("a", true);
+
+    EXPECT_EQ(document.values(), (Values{{"a", true}}));
+    EXPECT_EQ(document.text(), "a=true\na=true\n");
+}
+
+TEST(IniDocument, ToleratesBlanksAByteOrderMarkAndAMissingLastLineEnd)
+{
+    const auto document = IniDocument::parsed("\xEF\xBB\xBF  a =\ttrue \r\n\r\n\tb= 1");
+
+    EXPECT_EQ(document.value().values(), (Values{{"a", true}, {"b", true}}));
+}
+
+TEST(IniDocument, KeepsEveryByteThatIsNotOurs)
+{
+    const auto text = "; a comment\r\n\n# another\nk\xE9y = \"a;b\" ; c\n [Other] ; x\nfilterHome=@"
+                      "Variant(\\0)\n=1\n"s;
+
+    auto document = IniDocument::parsed(text).value();
+    EXPECT_EQ(document.text(), text);
+    document.set("mine", true);
+
+    auto changed = document.text();
+    EXPECT_EQ(changed.erase(changed.find("mine=true\n"), 10), text);
+}
+
+TEST(IniDocument, ChangesOnlyTheLineOfTheKey)
+{
+    auto document = IniDocument::parsed("a=1 ; one\nb = 2\nc=3").value();
+
+    EXPECT_TRUE(document.set("b", false));
+
+    EXPECT_EQ(document.text(), "a=1 ; one\nb=false\nc=3");
+}
+
+TEST(IniDocument, LeavesALineThatSaysTheSameAlready)
+{
+    auto document = IniDocument::parsed("a = true ; as I like it\nb=1\n").value();
+
+    EXPECT_FALSE(document.set("a", true));
+    EXPECT_EQ(document.text(), "a = true ; as I like it\nb=1\n");
+}
+
+TEST(IniDocument, WritesAWordWhereANumberStood)
+{
+    auto document = IniDocument::parsed("a=1\n").value();
+
+    EXPECT_TRUE(document.set("a", true));
+
+    EXPECT_EQ(document.text(), "a=true\n");
+}
+
+TEST(IniDocument, PutsANewKeyBehindTheLastOneOfOurs)
+{
+    EXPECT_EQ(withMine(""), "[General]\nmine=true\n");
+    EXPECT_EQ(withMine("a=1"), "a=1\nmine=true\n");
+    EXPECT_EQ(withMine("a=1\n\n[Other]\nb=1\n"), "a=1\nmine=true\n\n[Other]\nb=1\n");
+    EXPECT_EQ(withMine("[Other]\nb=1\n"), "mine=true\n[Other]\nb=1\n");
+    EXPECT_EQ(withMine("[Other]\nb=1\n\n[General]\n"), "[Other]\nb=1\n\n[General]\nmine=true\n");
+    EXPECT_EQ(withMine("[General]\na=1\n[Other]"), "[General]\na=1\nmine=true\n[Other]");
+}
+
+TEST(IniDocument, EscapesInAKeyWhatWouldReadOtherwise)
+{
+    auto document = IniDocument::parsed("").value();
+
+    document.set("a=b", true);
+    document.set("\n", false);
+    document.set("ü", true);
+
+    EXPECT_EQ(document.text(), "[General]\na%3Db=true\n%0A=false\n%C3%BC=true\n");
+    EXPECT_EQ(IniDocument::parsed(document.text()).value().values(),
+              (Values{{"a=b", true}, {"\n", false}, {"ü", true}}));
+}
+
+TEST(IniDocument, TakesAPercentSignThatEscapesNothingAsItIs)
+{
+    const auto document = IniDocument::parsed("100%=1\n%zz=1\n%4=1\n%41=1\n");
+
+    EXPECT_EQ(document.value().values(),
+              (Values{{"100%", true}, {"%zz", true}, {"%4", true}, {"A", true}}));
+}
+
+class IniDocumentTruthTest : public testing::TestWithParam<const char*> {
+protected:
+    static Values read() { return IniDocument::parsed("a="s + GetParam() + "\n").value().values(); }
+};
+
+using IniDocumentTrueTest = IniDocumentTruthTest;
+TEST_P(IniDocumentTrueTest, IsTrue)
+{
+    EXPECT_EQ(read(), (Values{{"a", true}}));
+}
+INSTANTIATE_TEST_SUITE_P(Values, IniDocumentTrueTest,
+                         testing::Values("true", "TRUE", "yes", "Yes", "1", "2", "-1", "+1", "0.5",
+                                         ".5", "1e3", "1e999", "1e-999", "007", "\"true\"",
+                                         " \"1\" ", "true ; comment", "1;"));
+
+using IniDocumentFalseTest = IniDocumentTruthTest;
+TEST_P(IniDocumentFalseTest, IsFalse)
+{
+    EXPECT_EQ(read(), (Values{{"a", false}}));
+}
+INSTANTIATE_TEST_SUITE_P(Values, IniDocumentFalseTest,
+                         testing::Values("", "\"\"", "\"", "false", "no", "0", "0.0", "-0", "+0",
+                                         "00", "0e5", "on", "truely", "1x", "1 2", "1, 2", "0x10",
+                                         "inf", "nan", "+", "+-1", "; true", "@Variant(\\0)"));
+
+class IniDocumentDamageTest : public testing::TestWithParam<std::string> {};
+TEST_P(IniDocumentDamageTest, IsNoDocument)
+{
+    EXPECT_FALSE(IniDocument::parsed(GetParam()).has_value());
+}
+INSTANTIATE_TEST_SUITE_P(Texts, IniDocumentDamageTest,
+                         testing::Values("a=1\njunk\n", "a=1\n[Other\n", "a=1\rb=1\n", "a=\0\n"s,
+                                         "a=1\n\0\0\0\0"s,
+                                         "\x7F"
+                                         "ELF=\2\1\1\n",
+                                         "\xFF\xFE"
+                                         "a\0=\0001\0"s,
+                                         "{\"filterHome\": true}"));
+
+}  // namespace
+}  // namespace dunmora::test

@@ -1,0 +1,536 @@
+#include "adapters/defaults/IniUserDefaults.h"
+
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace dunmora::test {
+namespace {
+
+using Names = std::set<std::string>;
+
+class IniUserDefaultsTest : public testing::Test {
+protected:
+    std::string quotedFile() const { return "“" + file_.string() + "”"; }
+
+    TemporaryFolder folder_;
+    std::filesystem::path settings_ = folder_.path() / "dunmora";
+    std::filesystem::path file_ = settings_ / "dunmora.conf";
+};
+
+/// The same with the folder made already.
+class IniUserDefaultsFileTest : public IniUserDefaultsTest {
+protected:
+    IniUserDefaultsFileTest() { std::filesystem::create_directory(settings_); }
+};
+
+/// What the action says on standard error.
+std::string told(const std::function<void()>& action)
+{
+    testing::internal::CaptureStderr();
+    action();
+    return testing::internal::GetCapturedStderr();
+}
+
+/// Runs the action in a process of its own and returns the process's id.
+pid_t startProcess(const std::function<void()>& action)
+{
+    const pid_t process = ::fork();
+    if (process == 0) {
+        action();
+        ::_exit(0);
+    }
+    return process;
+}
+
+/// For a process whose words nobody wants to see.
+void silence()
+{
+    EXPECT_NE(std::freopen("/dev/null", "w", stderr), nullptr);
+}
+
+/// How the process ended, as waitpid says it.
+int endOf(pid_t process)
+{
+    int status = -1;
+    EXPECT_EQ(::waitpid(process, &status, 0), process);
+    return status;
+}
+
+TEST_F(IniUserDefaultsTest, WriteNothingBeforeTheFirstSet)
+{
+    const auto words = told([&] {
+        IniUserDefaults defaults(file_);
+        EXPECT_FALSE(defaults.hasValue("filterHome"));
+        EXPECT_TRUE(defaults.synchronize());
+    });
+
+    EXPECT_EQ(words, "");
+    EXPECT_EQ(namesIn(folder_.path()), Names());
+}
+
+TEST_F(IniUserDefaultsTest, MakeTheFoldersForTheUserAloneAndLeaveNothingBesideTheFile)
+{
+    const auto file = settings_ / "deeper" / "dunmora.conf";
+
+    IniUserDefaults(file).setBool("filterHome", true);
+
+    EXPECT_EQ(contentOf(file), "[General]\nfilterHome=true\n");
+    EXPECT_EQ(namesIn(settings_ / "deeper"), Names{"dunmora.conf"});
+    for (const auto& folder : {settings_, settings_ / "deeper"}) {
+        EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
+    }
+}
+
+TEST_F(IniUserDefaultsTest, AreOnTheDiskWhenASetReturns)
+{
+    IniUserDefaults defaults(file_);
+
+    defaults.setBool("filterHome", true);
+
+    EXPECT_TRUE(IniUserDefaults(file_).boolForKey("filterHome"));
+}
+
+TEST_F(IniUserDefaultsFileTest, TakeAnEmptyFileAsNothingStored)
+{
+    write(file_, "");
+
+    const auto words = told([&] { EXPECT_FALSE(IniUserDefaults(file_).hasValue("filterHome")); });
+
+    EXPECT_EQ(words, "");
+    EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
+}
+
+TEST_F(IniUserDefaultsFileTest, KeepWhatOthersHaveWrittenMeanwhile)
+{
+    IniUserDefaults defaults(file_);
+    write(file_, "; mine, not yours\nfilterWork=1\ncolour=red\n\n[Window]\nfilterHome=@Rect(1)\n");
+
+    defaults.setBool("filterHome", false);
+
+    EXPECT_EQ(contentOf(file_), "; mine, not yours\nfilterWork=1\ncolour=red\nfilterHome=false\n\n"
+                                "[Window]\nfilterHome=@Rect(1)\n");
+    EXPECT_TRUE(defaults.boolForKey("filterWork"));
+    EXPECT_TRUE(defaults.hasValue("colour"));
+    EXPECT_FALSE(defaults.boolForKey("colour"));
+}
+
+TEST_F(IniUserDefaultsFileTest, ForgetAKeyThatTheUserTookOutOfTheFile)
+{
+    write(file_, "filterHome=true\n");
+    IniUserDefaults defaults(file_);
+
+    std::filesystem::remove(file_);
+    EXPECT_TRUE(defaults.synchronize());
+
+    EXPECT_FALSE(defaults.hasValue("filterHome"));
+}
+
+TEST_F(IniUserDefaultsFileTest, WriteNothingWhenTheFileSaysItAlready)
+{
+    write(file_, "filterHome=true\n");
+    struct stat before = {};
+    ::stat(file_.c_str(), &before);
+
+    IniUserDefaults(file_).setBool("filterHome", true);
+
+    struct stat after = {};
+    ::stat(file_.c_str(), &after);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+}
+
+TEST_F(IniUserDefaultsFileTest, KeepTheModeOfTheFile)
+{
+    write(file_, "filterHome=true\n");
+    ::chmod(file_.c_str(), 0640);
+
+    IniUserDefaults(file_).setBool("filterHome", false);
+
+    EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(file_).permissions()), 0640U);
+    EXPECT_EQ(contentOf(file_), "filterHome=false\n");
+}
+
+TEST_F(IniUserDefaultsFileTest, WriteToWhereALinkLeads)
+{
+    const auto target = folder_.path() / "dotfiles.conf";
+    const auto middle = folder_.path() / "middle";
+    write(target, "filterHome=true\n");
+    std::filesystem::create_symlink("dotfiles.conf", middle);
+    std::filesystem::create_symlink("../middle", file_);
+
+    IniUserDefaults(file_).setBool("filterHome", false);
+
+    EXPECT_TRUE(std::filesystem::is_symlink(file_));
+    EXPECT_TRUE(std::filesystem::is_symlink(middle));
+    EXPECT_EQ(contentOf(target), "filterHome=false\n");
+}
+
+TEST_F(IniUserDefaultsFileTest, MakeTheFileThatALinkLeadsTo)
+{
+    const auto target = folder_.path() / "dotfiles" / "dunmora.conf";
+    std::filesystem::create_symlink(target, file_);
+
+    IniUserDefaults(file_).setBool("filterHome", true);
+
+    EXPECT_TRUE(std::filesystem::is_symlink(file_));
+    EXPECT_EQ(contentOf(target), "[General]\nfilterHome=true\n");
+}
+
+TEST_F(IniUserDefaultsFileTest, SurviveALinkThatLeadsToItself)
+{
+    std::filesystem::create_symlink(file_, file_);
+
+    const auto words = told([&] {
+        IniUserDefaults defaults(file_);
+        defaults.setBool("filterHome", true);
+        EXPECT_TRUE(defaults.boolForKey("filterHome"));
+    });
+
+    EXPECT_EQ(words,
+              "dunmora: The preferences could not be read from " + quotedFile() +
+                  ": Too many levels of symbolic links.\n"
+                  "dunmora: The preferences could not be saved in " +
+                  quotedFile() +
+                  ": Too many levels of symbolic links. They hold until the program ends.\n");
+}
+
+TEST_F(IniUserDefaultsTest, SayOnceThatTheyCannotBeSaved)
+{
+    write(settings_, "a file where the folder should be");
+
+    const auto words = told([&] {
+        IniUserDefaults defaults(file_);
+        defaults.setBool("filterHome", true);
+        defaults.setBool("filterWork", true);
+        EXPECT_FALSE(defaults.synchronize());
+    });
+
+    EXPECT_EQ(words, "dunmora: The preferences could not be saved in " + quotedFile() +
+                         ": Not a directory. They hold until the program ends.\n");
+    EXPECT_EQ(contentOf(settings_), "a file where the folder should be");
+}
+
+TEST_F(IniUserDefaultsTest, StoreAllThatIsUnsavedWithTheNextSet)
+{
+    write(settings_, "");
+    told([&] {
+        IniUserDefaults defaults(file_);
+        defaults.setBool("filterHome", true);
+        std::filesystem::remove(settings_);
+
+        defaults.setBool("filterWork", false);
+    });
+
+    EXPECT_EQ(contentOf(file_), "[General]\nfilterHome=true\nfilterWork=false\n");
+}
+
+TEST_F(IniUserDefaultsFileTest, ShowWhatOthersWroteEvenWhenTheyCannotBeSaved)
+{
+    write(file_, "filterWork=false\nfilterHome=false\n");
+    std::filesystem::create_directories(settings_ / "dunmora.conf.new" / "in the way");
+    told([&] {
+        IniUserDefaults defaults(file_);
+        defaults.setBool("filterHome", true);
+        write(file_, "filterWork=true\nfilterHome=false\n");
+
+        EXPECT_FALSE(defaults.synchronize());
+
+        EXPECT_TRUE(defaults.boolForKey("filterWork"));
+        EXPECT_TRUE(defaults.boolForKey("filterHome"));
+    });
+}
+
+TEST_F(IniUserDefaultsFileTest, KeepTheOldFileWhenTheDiskIsFull)
+{
+    write(file_, "filterWork=true\n");
+
+    // A limit on the size of files refuses the write as a full disk does; it is the process's own.
+    const auto process = startProcess([&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const struct rlimit nothing = {5, 5};
+        ::setrlimit(RLIMIT_FSIZE, &nothing);
+        IniUserDefaults defaults(file_);
+        silence();
+        defaults.setBool("filterHome", true);
+        ::_exit(defaults.boolForKey("filterHome") && defaults.boolForKey("filterWork") ? 3 : 4);
+    });
+
+    EXPECT_EQ(WEXITSTATUS(endOf(process)), 3);
+    EXPECT_EQ(contentOf(file_), "filterWork=true\n");
+    EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
+}
+
+TEST_F(IniUserDefaultsFileTest, KeepADamagedFileAsideAndSaySo)
+{
+    write(file_, "filterHome=true\njunk\n");
+
+    const auto words = told([&] {
+        IniUserDefaults defaults(file_);
+        EXPECT_FALSE(defaults.hasValue("filterHome"));
+        defaults.synchronize();
+        defaults.setBool("filterWork", true);
+    });
+
+    EXPECT_EQ(words, "dunmora: The preferences in " + quotedFile() +
+                         " are damaged and were kept as “" + file_.string() +
+                         ".broken”. The defaults apply.\n");
+    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken"), "filterHome=true\njunk\n");
+    EXPECT_EQ(contentOf(file_), "[General]\nfilterWork=true\n");
+}
+
+TEST_F(IniUserDefaultsFileTest, OverwriteNothingThatWasKeptAsideBefore)
+{
+    write(settings_ / "dunmora.conf.broken", "first");
+    std::filesystem::create_symlink("nowhere", settings_ / "dunmora.conf.broken-2");
+    write(file_, "third");
+
+    told([&] { IniUserDefaults{file_}; });
+
+    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken"), "first");
+    EXPECT_TRUE(std::filesystem::is_symlink(settings_ / "dunmora.conf.broken-2"));
+    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken-3"), "third");
+}
+
+TEST_F(IniUserDefaultsFileTest, LeaveADamagedFileThatCannotBeKeptAside)
+{
+    // ".broken" behind it makes the name longer than a name can be.
+    const auto file = settings_ / std::string(250, 'd');
+    write(file, "junk");
+
+    const auto words = told([&] {
+        IniUserDefaults defaults(file);
+        defaults.setBool("filterHome", true);
+        EXPECT_TRUE(defaults.boolForKey("filterHome"));
+        EXPECT_FALSE(defaults.synchronize());
+    });
+
+    EXPECT_EQ(words,
+              "dunmora: The preferences could not be read from “" + file.string() +
+                  "”: The file is damaged and could not be kept aside (File name too long).\n"
+                  "dunmora: The preferences could not be saved in “" +
+                  file.string() + "”: File name too long. They hold until the program ends.\n");
+    EXPECT_EQ(contentOf(file), "junk");
+}
+
+TEST_F(IniUserDefaultsFileTest, KeepAsideWhatWasDamagedWhileTheyWereInUse)
+{
+    IniUserDefaults defaults(file_);
+    defaults.setBool("filterHome", true);
+    write(file_, std::string("\0\0\0\0", 4));
+
+    told([&] { defaults.setBool("filterWork", true); });
+
+    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken"), std::string("\0\0\0\0", 4));
+    EXPECT_EQ(contentOf(file_), "[General]\nfilterWork=true\n");
+    EXPECT_FALSE(defaults.hasValue("filterHome"));
+}
+
+TEST_F(IniUserDefaultsFileTest, LeaveWhatCannotBeReadWhereItIsAndSaySoOnce)
+{
+    std::filesystem::create_directory(file_);
+
+    const auto words = told([&] {
+        IniUserDefaults defaults(file_);
+        EXPECT_FALSE(defaults.hasValue("filterHome"));
+        EXPECT_TRUE(defaults.synchronize());
+    });
+
+    EXPECT_EQ(words, "dunmora: The preferences could not be read from " + quotedFile() +
+                         ": Is a directory.\n");
+    EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
+}
+
+TEST_F(IniUserDefaultsFileTest, NeverWaitForAPipe)
+{
+    ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
+
+    told([&] {
+        IniUserDefaults defaults(file_);
+        defaults.setBool("filterHome", true);
+        EXPECT_TRUE(defaults.boolForKey("filterHome"));
+        EXPECT_FALSE(defaults.synchronize());
+    });
+
+    EXPECT_TRUE(std::filesystem::is_fifo(file_));
+}
+
+TEST_F(IniUserDefaultsTest, LoseNoKeyOfTwoProcessesThatSetAtOnce)
+{
+    constexpr int kKeys = 200;
+    const auto setAll = [&](const std::string& prefix) {
+        IniUserDefaults defaults(file_);
+        for (int i = 0; i < kKeys; ++i) {
+            defaults.setBool(prefix + std::to_string(i), true);
+        }
+    };
+
+    const auto ann = startProcess([&] { setAll("ann"); });
+    const auto ben = startProcess([&] { setAll("ben"); });
+
+    EXPECT_EQ(endOf(ann), 0);
+    EXPECT_EQ(endOf(ben), 0);
+    const IniUserDefaults defaults(file_);
+    for (int i = 0; i < kKeys; ++i) {
+        EXPECT_TRUE(defaults.boolForKey("ann" + std::to_string(i))) << i;
+        EXPECT_TRUE(defaults.boolForKey("ben" + std::to_string(i))) << i;
+    }
+    EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
+}
+
+TEST_F(IniUserDefaultsTest, LoseNoKeyOfTwoProcessesThatFindADamagedFile)
+{
+    const auto setOne = [&](const std::string& key) {
+        silence();
+        IniUserDefaults(file_).setBool(key, true);
+    };
+    for (int round = 0; round < 50; ++round) {
+        std::filesystem::remove_all(settings_);
+        std::filesystem::create_directory(settings_);
+        write(file_, "junk");
+
+        const auto ann = startProcess([&] { setOne("ann"); });
+        const auto ben = startProcess([&] { setOne("ben"); });
+        endOf(ann);
+        endOf(ben);
+
+        const IniUserDefaults defaults(file_);
+        ASSERT_TRUE(defaults.boolForKey("ann"));
+        ASSERT_TRUE(defaults.boolForKey("ben"));
+        ASSERT_EQ(namesIn(settings_), (Names{"dunmora.conf", "dunmora.conf.broken"}));
+    }
+}
+
+/// A process that sets keys on and on, and a pipe on which it tells of every set.
+class EndlessWriter final {
+public:
+    explicit EndlessWriter(const std::filesystem::path& file)
+    {
+        EXPECT_EQ(::pipe(pipe_.data()), 0);
+        process_ = startProcess([&] {
+            // So that it ends when nobody listens any more.
+            ::close(pipe_[0]);
+            IniUserDefaults defaults(file);
+            for (int i = 0;; ++i) {
+                defaults.setBool("moving" + std::to_string(i % 10), i % 20 < 10);
+                if (::write(pipe_[1], ".", 1) != 1) {
+                    ::_exit(1);
+                }
+            }
+        });
+        ::close(pipe_[1]);
+    }
+    ~EndlessWriter() { ::close(pipe_[0]); }
+    EndlessWriter(const EndlessWriter&) = delete;
+    EndlessWriter& operator=(const EndlessWriter&) = delete;
+
+    /// Lets it set that often, then kills it in the midst of what follows.
+    int killAfter(int sets) const
+    {
+        char told = 0;
+        for (int i = 0; i < sets; ++i) {
+            EXPECT_EQ(::read(pipe_[0], &told, 1), 1);
+        }
+        ::kill(process_, SIGKILL);
+        return endOf(process_);
+    }
+
+private:
+    std::array<int, 2> pipe_{};
+    pid_t process_ = -1;
+};
+
+TEST_F(IniUserDefaultsTest, AreWholeAfterAKillInTheMidstOfManyWrites)
+{
+    constexpr int kSteady = 50;
+    {
+        IniUserDefaults defaults(file_);
+        for (int i = 0; i < kSteady; ++i) {
+            defaults.setBool("steady" + std::to_string(i), true);
+        }
+    }
+    for (int round = 1; round <= 20; ++round) {
+        EXPECT_TRUE(WIFSIGNALED(EndlessWriter(file_).killAfter(round)));
+
+        IniUserDefaults defaults(file_);
+        for (int i = 0; i < kSteady; ++i) {
+            ASSERT_TRUE(defaults.boolForKey("steady" + std::to_string(i))) << i;
+        }
+        for (int i = 0; i < std::min(round, 10); ++i) {
+            ASSERT_TRUE(defaults.hasValue("moving" + std::to_string(i))) << i;
+        }
+        defaults.setBool("after", round % 2 == 0);
+        ASSERT_TRUE(defaults.synchronize());
+        ASSERT_EQ(namesIn(settings_), Names{"dunmora.conf"});
+    }
+}
+
+/// Gives an environment variable another value, or none, for as long as it lives.
+class ChangedVariable final {
+public:
+    ChangedVariable(const char* name, const char* value) : name_(name)
+    {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): these tests have one thread
+        if (const char* before = std::getenv(name)) {
+            before_ = before;
+        }
+        assign(value);
+    }
+    ~ChangedVariable() { assign(before_ ? before_->c_str() : nullptr); }
+    ChangedVariable(const ChangedVariable&) = delete;
+    ChangedVariable& operator=(const ChangedVariable&) = delete;
+
+private:
+    void assign(const char* value) const
+    {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): these tests have one thread
+        value != nullptr ? ::setenv(name_, value, 1) : ::unsetenv(name_);
+    }
+
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
+TEST(IniUserDefaultsPlace, IsTheFolderThatXdgConfigHomeNames)
+{
+    const ChangedVariable folder("XDG_CONFIG_HOME", "/settings");
+
+    EXPECT_EQ(IniUserDefaults::perUserFile(), "/settings/dunmora/dunmora.conf");
+}
+
+TEST(IniUserDefaultsPlace, IsInTheHomeFolderWhenXdgConfigHomeIsUnsetEmptyOrRelative)
+{
+    const ChangedVariable home("HOME", "/home/ann");
+    for (const char* value : {static_cast<const char*>(nullptr), "", "settings", "./settings"}) {
+        const ChangedVariable folder("XDG_CONFIG_HOME", value);
+
+        EXPECT_EQ(IniUserDefaults::perUserFile(), "/home/ann/.config/dunmora/dunmora.conf");
+    }
+}
+
+TEST(IniUserDefaultsPlace, IsFoundWithoutAHomeVariableToo)
+{
+    const ChangedVariable folder("XDG_CONFIG_HOME", nullptr);
+    const ChangedVariable home("HOME", nullptr);
+
+    const auto file = IniUserDefaults::perUserFile();
+
+    EXPECT_TRUE(file.is_absolute());
+    EXPECT_TRUE(file.string().ends_with("/.config/dunmora/dunmora.conf"));
+}
+
+}  // namespace
+}  // namespace dunmora::test
