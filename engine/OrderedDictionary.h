@@ -20,7 +20,7 @@ template <typename Value>
 class OrderedDictionary {
     struct Entry {
         std::string key;
-        std::size_t hash;
+        std::uint32_t hash;
         bool erased;
         Value value;
     };
@@ -100,8 +100,8 @@ public:
     const Value* find(std::string_view key) const
     {
         const auto slot = slotOf(key, hashOf(key));
-        return slot == kNoSlot || slots_[slot] == kFree ? nullptr
-                                                        : &entries_[slots_[slot] - 1].value;
+        return slot == kNoSlot || slots_[slot].isFree() ? nullptr
+                                                        : &entries_[slots_[slot].entry - 1].value;
     }
 
     /// The value under the key, made by default when there is none yet.
@@ -112,24 +112,24 @@ public:
         }
         const auto hash = hashOf(key);
         const auto slot = slotOf(key, hash);
-        if (slots_[slot] == kFree) {
+        if (slots_[slot].isFree()) {
             entries_.push_back({std::string(key), hash, false, Value()});
-            slots_[slot] = static_cast<std::uint32_t>(entries_.size());
+            slots_[slot] = {static_cast<std::uint32_t>(entries_.size()), hash};
             ++size_;
         }
-        return entries_[slots_[slot] - 1].value;
+        return entries_[slots_[slot].entry - 1].value;
     }
 
     /// Takes the key and its value out. Returns whether it was there.
     bool erase(std::string_view key)
     {
         const auto slot = slotOf(key, hashOf(key));
-        if (slot == kNoSlot || slots_[slot] == kFree) {
+        if (slot == kNoSlot || slots_[slot].isFree()) {
             return false;
         }
         // The entry keeps its place and its slot until the next rebuild, so that the others keep
         // theirs.
-        auto& entry = entries_[slots_[slot] - 1];
+        auto& entry = entries_[slots_[slot].entry - 1];
         entry.erased = true;
         entry.value = Value();
         --size_;
@@ -137,10 +137,22 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t kFree = 0;
+    /// Where an entry is found by its hash. The hash stands here, too, so that a search need not
+    /// look into entries that are not the one; their memory is far apart.
+    struct Slot {
+        /// The entry's number, counted from 1.
+        std::uint32_t entry = 0;
+        std::uint32_t hash = 0;
+
+        bool isFree() const { return entry == 0; }
+    };
+
     static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
 
-    static std::size_t hashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
+    static std::uint32_t hashOf(std::string_view key)
+    {
+        return static_cast<std::uint32_t>(std::hash<std::string_view>()(key));
+    }
 
     /// A power of two that keeps at least half of the slots free.
     static std::size_t slotsFor(std::size_t count)
@@ -153,17 +165,19 @@ private:
     }
 
     /// The slot of the key, or the free one where it belongs; none when there are no slots.
-    std::size_t slotOf(std::string_view key, std::size_t hash) const
+    std::size_t slotOf(std::string_view key, std::uint32_t hash) const
     {
         if (slots_.empty()) {
             return kNoSlot;
         }
         const auto mask = slots_.size() - 1;
         auto slot = hash & mask;
-        while (slots_[slot] != kFree) {
-            const auto& entry = entries_[slots_[slot] - 1];
-            if (entry.hash == hash && !entry.erased && entry.key == key) {
-                break;
+        while (!slots_[slot].isFree()) {
+            if (slots_[slot].hash == hash) {
+                const auto& entry = entries_[slots_[slot].entry - 1];
+                if (!entry.erased && entry.key == key) {
+                    break;
+                }
             }
             slot = (slot + 1) & mask;
         }
@@ -174,20 +188,19 @@ private:
     void rebuild(std::size_t count)
     {
         std::erase_if(entries_, [](const Entry& entry) { return entry.erased; });
-        slots_.assign(slotsFor(count), kFree);
+        slots_.assign(slotsFor(count), Slot());
         const auto mask = slots_.size() - 1;
         for (std::size_t i = 0; i < entries_.size(); ++i) {
             auto slot = entries_[i].hash & mask;
-            while (slots_[slot] != kFree) {
+            while (!slots_[slot].isFree()) {
                 slot = (slot + 1) & mask;
             }
-            slots_[slot] = static_cast<std::uint32_t>(i + 1);
+            slots_[slot] = {static_cast<std::uint32_t>(i + 1), entries_[i].hash};
         }
     }
 
     std::vector<Entry> entries_;
-    // For each slot the number of its entry, counted from 1; kFree where there is none.
-    std::vector<std::uint32_t> slots_;
+    std::vector<Slot> slots_;
     std::size_t size_ = 0;
 };
 

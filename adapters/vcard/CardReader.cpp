@@ -306,13 +306,12 @@ void appendUnescaped(std::string& out, std::string_view text, Version version)
 /// the next one.
 std::string_view takeComponent(std::string_view& text)
 {
-    std::size_t end = 0;
-    while (end < text.size() && text[end] != ';') {
-        end += text[end] == '\\' ? 2 : 1;
+    auto end = text.find_first_of(";\\");
+    while (end < text.size() && text[end] == '\\') {
+        end = text.find_first_of(";\\", end + 2);
     }
-    end = std::min(end, text.size());
     const auto component = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
+    text.remove_prefix(std::min(component.size() + 1, text.size()));
     return component;
 }
 
@@ -470,6 +469,9 @@ private:
     /// Takes the lines that go on with this one. Returns the last of them.
     Line takeContinuations(Line line, Transfer transfer)
     {
+        if (transfer == Transfer::Plain && !nextIsIndented()) {
+            return line;
+        }
         while (position_ < text_.size()) {
             const bool softBreak = transfer == Transfer::QuotedPrintable && line.end > line.begin &&
                                    text_[line.end - 1] == '=';
