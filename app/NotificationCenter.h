@@ -39,6 +39,7 @@ public:
     using Handler = std::function<void(const Notification&)>;
 
     NotificationCenter() = default;
+    ~NotificationCenter() = default;
     NotificationCenter(const NotificationCenter&) = delete;
     NotificationCenter& operator=(const NotificationCenter&) = delete;
 

@@ -64,6 +64,8 @@ void Settings::Website()
     Platform::current().workspace.openURL(DUNMORA_WEBSITE);
 }
 
+// Callers ask the one Settings object; that it keeps nothing itself is its own affair.
+// NOLINTBEGIN(readability-convert-member-functions-to-static)
 bool Settings::filterFirstname() const
 {
     return stored(kFilterFirstname);
@@ -133,5 +135,6 @@ void Settings::setIsFirstRun(bool firstRun)
 {
     store(kIsFirstRun, firstRun);
 }
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 }  // namespace dunmora

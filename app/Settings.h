@@ -50,6 +50,7 @@ public:
 
 private:
     Settings() = default;
+    ~Settings() = default;
 };
 
 }  // namespace dunmora

@@ -195,6 +195,8 @@ void ContactsParser::deleteContacts(const Uids& uids)
     postFinished(kJobDeleting);
 }
 
+// A question to the engine; that the preferences alone answer it is the engine's own affair.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 std::string ContactsParser::keyForContact(const ContactRecord& contact) const
 {
     const auto& settings = Settings::settings();

@@ -27,6 +27,7 @@ public:
     using Uids = std::vector<std::string>;
 
     ContactsParser() = default;
+    ~ContactsParser() = default;
     ContactsParser(const ContactsParser&) = delete;
     ContactsParser& operator=(const ContactsParser&) = delete;
 

@@ -1,6 +1,8 @@
 #include "engine/ContactRecord.h"
 
+#include <array>
 #include <gtest/gtest.h>
+#include <string_view>
 
 namespace dunmora::test {
 namespace {
@@ -8,8 +10,8 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
-constexpr std::string_view kTexts[] = {"uid",  "fname", "lname", "nickname",
-                                       "home", "work",  "mobile"};
+constexpr std::array<std::string_view, 7> kTexts = {"uid",  "fname", "lname", "nickname",
+                                                    "home", "work",  "mobile"};
 
 TEST(ContactRecord, GivesBackEachTextUnderItsKey)
 {

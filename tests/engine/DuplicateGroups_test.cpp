@@ -11,7 +11,7 @@ namespace {
 
 class DuplicateGroupsTest : public testing::Test {
 protected:
-    void bookHolds(std::vector<std::pair<std::string, std::string>> uidsAndFirstNames)
+    void bookHolds(const std::vector<std::pair<std::string, std::string>>& uidsAndFirstNames)
     {
         std::vector<FakePerson> people;
         for (const auto& [uid, firstName] : uidsAndFirstNames) {

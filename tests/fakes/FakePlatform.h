@@ -47,6 +47,7 @@ public:
 /// A fake for every port, installed as the platform as long as it lives.
 struct FakePlatform {
     FakePlatform() { Platform::install(platform); }
+    ~FakePlatform() = default;
     FakePlatform(const FakePlatform&) = delete;
     FakePlatform& operator=(const FakePlatform&) = delete;
 

@@ -3,6 +3,7 @@
 #include "app/NotificationCenter.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -43,8 +44,7 @@ public:
     }
 
 private:
-    static constexpr std::string_view kNames[] = {kMsgShowMessage, kMsgProgress, kMsgFinished,
-                                                  kMsgReload};
+    static constexpr std::array kNames = {kMsgShowMessage, kMsgProgress, kMsgFinished, kMsgReload};
 
     void write(const Notification& notification)
     {
