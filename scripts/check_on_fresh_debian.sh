@@ -15,6 +15,7 @@ fail() {
 }
 
 own_mirror() {
+    # shellcheck disable=SC2016 # expanded by apt-get
     apt-get indextargets --format '$(SITE)' 'Codename: bookworm' 'Created-By: Packages' |
         head -n 1
 }

@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Checks the shell scripts with shellcheck.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+git grep -lz -E '^#!/usr/bin/env bash' -- run test .ci scripts tests samples | xargs -0 shellcheck
+echo "shell: shellcheck has nothing to say"
