@@ -34,6 +34,7 @@ command -v debootstrap >/dev/null || fail "debootstrap is missing: apt-get insta
 [[ -n "$mirror" ]] || fail "apt knows no mirror of Debian 12; give one with --mirror"
 
 debian=$(mktemp -d "${TMPDIR:-/tmp}/fresh-debian.XXXXXX")
+chmod 755 "$debian"
 # What is mounted below lives in a mount namespace of its own and is gone by then; should anything
 # still be mounted, --one-file-system keeps the machine's own files.
 trap 'rm -rf --one-file-system "$debian"' EXIT

@@ -33,7 +33,7 @@ fi
 
 # An update that fails (no network, somebody else's archive) is no reason to stop: what is wanted
 # may well be known, and the installation says what it lacks.
-quiet=(-qq -o DPkg::Lock::Timeout=300)
+quiet=(-qq -o Dpkg::Use-Pty=0 -o DPkg::Lock::Timeout=300)
 printf 'Installing %s\n' "${missing[*]}" >&2
 "${as_root[@]}" apt-get update "${quiet[@]}" >/dev/null ||
     printf 'install_packages: apt-get update failed, going on with the lists there are\n' >&2
