@@ -3,5 +3,5 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-git grep -lz -E '^#!/usr/bin/env bash' -- run test .ci scripts tests samples | xargs -0 shellcheck
+git grep -lz -E '^#!.*[/ ](ba)?sh$' -- run test .ci scripts tests samples | xargs -0 shellcheck
 echo "shell: shellcheck has nothing to say"

@@ -35,7 +35,7 @@ class CheckLayers(unittest.TestCase):
             "engine/Finder.h": ['#include "platform/AddressBook.h"'],
             "engine/Finder.cpp": ['#include "engine/Finder.h"', "#include <algorithm>", '#include "app/Settings.h"'],
             "app/Settings.h": ["#include <string>"],
-            "adapters/defaults/Defaults.cpp": ["#include <QSettings>", "#include <QtCore/QFile>"],
+            "adapters/defaults/Defaults.cpp": ["#include <fcntl.h>"],
             "adapters/vcard/Book.h": ['#include "platform/AddressBook.h"'],
             "adapters/vcard/Book.cpp": ["#include <unistd.h>", "#include <sys/stat.h>", "#include <xxhash.h>"],
             "programs/dunmora-cli/main.cpp": ["#include <CLI/CLI.hpp>", '#include "adapters/vcard/Book.h"',
@@ -73,9 +73,9 @@ class CheckLayers(unittest.TestCase):
         self.assert_fault("adapters/vcard/Book.cpp", '#include "engine/Finder.h"',
                           'adapters/vcard/Book.cpp:2: adapters/vcard may not include "engine/Finder.h"')
 
-    def test_keeps_windows_out_of_the_preferences(self):
-        self.assert_fault("adapters/defaults/Defaults.cpp", "#include <QWidget>",
-                          "adapters/defaults/Defaults.cpp:2: adapters/defaults may not include <QWidget>")
+    def test_keeps_qt_out_of_the_preferences(self):
+        self.assert_fault("adapters/defaults/Defaults.cpp", "#include <QSettings>",
+                          "adapters/defaults/Defaults.cpp:2: adapters/defaults may not include <QSettings>")
 
     def test_keeps_qt_out_of_the_terminal_program(self):
         self.assert_fault("programs/dunmora-cli/main.cpp", "#include <QCoreApplication>",
