@@ -46,7 +46,8 @@ rm "$debian.log"
 cp /etc/resolv.conf /etc/hosts "$debian/etc/"
 
 # A path with a blank, for every script to stand.
-clone="/opt/fresh clone"
+folder="fresh clone"
+clone=/opt/$folder
 git clone --quiet --no-hardlinks . "$debian$clone"
 
 # Nothing of this machine's environment but the way to the network.
