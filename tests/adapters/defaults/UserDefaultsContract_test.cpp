@@ -1,8 +1,8 @@
 #include "tests/contract/UserDefaultsContract.h"
 
 #include "adapters/defaults/IniUserDefaults.h"
-#include "tests/fakes/TemporaryFolder.h"
 #include "tests/fakes/FakeUserDefaults.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 #include <filesystem>
 #include <memory>
