@@ -48,6 +48,7 @@ public:
     };
 
     CardReader() = default;
+    ~CardReader() = default;
     CardReader(const CardReader&) = delete;
     CardReader& operator=(const CardReader&) = delete;
 

@@ -65,7 +65,7 @@ void PhoneTypes::addOne(std::string_view type)
                                                   {"IPHONE", &PhoneTypes::iPhone_},
                                                   {"MAIN", &PhoneTypes::main_},
                                                   {"OTHER", &PhoneTypes::other_}}};
-    const auto known = std::find_if(kKnown.begin(), kKnown.end(), [&](const Known& each) {
+    const auto* known = std::find_if(kKnown.begin(), kKnown.end(), [&](const Known& each) {
         return equalsIgnoringCase(type, each.name);
     });
     if (known != kKnown.end()) {
