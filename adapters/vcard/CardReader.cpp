@@ -365,8 +365,11 @@ private:
 
     void readOutside(const Line& line)
     {
-        const bool marked = content(line).starts_with(kByteOrderMark);
-        const auto begin = line.begin + (marked ? kByteOrderMark.size() : 0);
+        // Where files are joined, or a card between two is deleted, marks stand anywhere.
+        auto begin = line.begin;
+        while (text_.substr(begin).starts_with(kByteOrderMark)) {
+            begin += kByteOrderMark.size();
+        }
         if (delimiterOf(text_.substr(begin, line.end - begin)) == Delimiter::Begin) {
             open(begin);
         }
@@ -490,7 +493,8 @@ private:
     {
         const auto text = content(line);
         return transfer == Transfer::Base64 && !text.empty() &&
-               text.find(':') == std::string_view::npos;
+               text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                      "0123456789+/= \t") == std::string_view::npos;
     }
 
     void readAgent(const RawProperty& property)

@@ -201,6 +201,13 @@ TEST(CardReader, LeavesAByteOrderMarkOutsideOfTheCard)
     EXPECT_EQ(text.card(1), named("Ben"));
 }
 
+TEST(CardReader, PassesOverAnyNumberOfByteOrderMarks)
+{
+    const ReadText text("\xEF\xBB\xBF\xEF\xBB\xBF" + named("Ann"));
+
+    EXPECT_EQ(text.card(0), named("Ann"));
+}
+
 // Lines.
 
 TEST(CardReader, ReadsAnyLineEnd)
@@ -309,6 +316,17 @@ TEST(CardReader, ReadsPastUnfoldedBase64)
                                "AAD/2wBDAAUDBAQEAwUEBAQ=\r\n\r\nTEL;CELL:1\r\n"));
 
     EXPECT_EQ(text.phones(), Texts{"_$!<Mobile>!$_=1"});
+}
+
+TEST(CardReader, TakesNoFoldedPropertyForBase64)
+{
+    const ReadText text(card30("N:Lee;Ann\r\nPHOTO;ENCODING=b:bm90aGluZw==\r\n"
+                               "TEL;TYPE=WORK;\r\n TYPE=VOICE:1\r\nTEL:2\r\n"));
+    EXPECT_EQ(text.phones(), (Texts{"_$!<Work>!$_=1", "-=2"}));
+
+    const ReadText name(card30("N;ENCODING=b:TGVlO0Fubg==\r\nTEL;TYPE=WORK;\r\n TYPE=VOICE:1\r\n"));
+    EXPECT_EQ(name.only().firstName, "Ann");
+    EXPECT_EQ(name.phones(), Texts{"_$!<Work>!$_=1"});
 }
 
 // Nested cards.
