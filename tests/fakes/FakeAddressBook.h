@@ -40,7 +40,7 @@ public:
     void removeRecord(const Person& person) override;
     void save() override;
     void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
-    ReadingNotes notes() const override { return {}; }
+    ReadingNotes notes() const override { return readingNotes; }
 
     /// The uids of who is in the book, in its order.
     std::vector<std::string> storedUids() const;
@@ -50,6 +50,9 @@ public:
     std::size_t savesAsked() const { return savesAsked_; }
     /// How many saves changed the book.
     std::size_t writes() const { return writes_; }
+
+    /// What the book says about its readings.
+    ReadingNotes readingNotes;
 
     /// Called before each step, such as to fail there.
     std::function<void()> onRead = [] {};

@@ -1,0 +1,205 @@
+#include "programs/dunmora-cli/CommandLine.h"
+
+#include "programs/dunmora-cli/CommandError.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+
+namespace dunmora {
+
+const std::string_view kUsage =
+    "Usage:\n"
+    "  dunmora-cli list   ADDRESS-BOOK [--match FIELDS] [--format table|json|csv] [--quiet]\n"
+    "  dunmora-cli delete ADDRESS-BOOK [--match FIELDS] [--check UID]... [--uncheck UID]...\n"
+    "                     [--keep-one] [--dry-run] [--yes] [--backup FILE] [--allow-last-copy]\n"
+    "                     [--allow-blank-match] [--format table|json] [--quiet]\n"
+    "  dunmora-cli fields [FIELDS]\n"
+    "  dunmora-cli --help | --version\n";
+
+namespace {
+
+constexpr auto kExitCodes =
+    "Exit status: 0 done; 1 the address book could not be read or saved, or the deletion was "
+    "refused; 2 wrong use.";
+
+/// What the options are read into; a value counts when its option was given.
+struct Values {
+    BookRequest book;
+    DeleteRequest deletion;
+    std::string match;
+    std::string backup;
+    std::string fields;
+    std::string format = "table";
+};
+
+CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& description,
+                     const std::string& version)
+{
+    auto& command = *app.add_subcommand(name, description);
+    command.set_version_flag("--version", version, "Print the version and exit");
+    command.footer(kExitCodes);
+    return command;
+}
+
+void addBookOptions(CLI::App& command, Values& values, const std::vector<std::string>& formats)
+{
+    command
+        .add_option("ADDRESS-BOOK", values.book.addressBook,
+                    "A vCard file, or a folder whose *.vcf files hold the cards")
+        ->required()
+        ->type_name("");
+    command
+        .add_option("--match", values.match,
+                    "The fields whose equality makes two people the same, separated by commas: "
+                    "firstname,lastname,nickname,home,work,mobile (default: the stored ones)")
+        ->type_name("FIELDS");
+    command
+        .add_option("--format", values.format,
+                    "How to print the result (default: table); a table shows times in local time, "
+                    "the others in UTC")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(formats));
+    command.add_flag("--quiet", values.book.quiet,
+                     "Show errors only: no progress, notes or warnings");
+}
+
+/// An option that may be given many times, each time with one value.
+void addUidOption(CLI::App& command, const std::string& name, std::vector<std::string>& uids,
+                  const std::string& description)
+{
+    command.add_option(name, uids, description)
+        ->type_name("UID")
+        ->allow_extra_args(false)
+        ->take_all();
+}
+
+void addDeleteOptions(CLI::App& command, Values& values)
+{
+    auto& deletion = values.deletion;
+    addUidOption(command, "--check", deletion.check, "Delete this person, too");
+    addUidOption(command, "--uncheck", deletion.uncheck, "Keep this person");
+    command.add_flag("--keep-one", deletion.keepOne,
+                     "Keep the first of every group that would lose every copy");
+    command.add_flag("--dry-run", deletion.dryRun, "Show what would be done and change nothing");
+    command.add_flag("--yes", deletion.yes, "Delete without asking");
+    command
+        .add_option("--backup", values.backup,
+                    "First write the cards that are going to be deleted to this new file")
+        ->type_name("FILE");
+    command.add_flag("--allow-last-copy", deletion.allowLastCopy,
+                     "Delete people of whom no copy is left");
+    command.add_flag("--allow-blank-match", deletion.allowBlankMatch,
+                     "Delete people who share nothing but empty fields");
+}
+
+/// The arguments with every "--name=" as the option and an empty value; the parser would take the
+/// next argument for the value.
+std::vector<std::string> withEmptyValues(std::span<const std::string> arguments)
+{
+    std::vector<std::string> result;
+    bool options = true;
+    for (const auto& argument : arguments) {
+        options = options && argument != "--";
+        if (options && argument.starts_with("--") && argument.find('=') == argument.size() - 1) {
+            result.push_back(argument.substr(0, argument.size() - 1));
+            result.emplace_back();
+        } else {
+            result.push_back(argument);
+        }
+    }
+    return result;
+}
+
+bool wasGiven(const CLI::App& command, const std::string& option)
+{
+    return command.count(option) > 0;
+}
+
+BookRequest bookRequest(const CLI::App& command, const Values& values)
+{
+    static const std::map<std::string, OutputFormat> kFormats{
+        {"table", OutputFormat::Table}, {"json", OutputFormat::Json}, {"csv", OutputFormat::Csv}};
+    auto book = values.book;
+    if (book.addressBook.empty()) {
+        throw CommandError(ExitCode::WrongUse, "The address book's name is empty.");
+    }
+    if (wasGiven(command, "--match")) {
+        book.match = parseMatchFields(values.match);
+    }
+    book.format = kFormats.at(values.format);
+    return book;
+}
+
+DeleteRequest deleteRequest(const CLI::App& command, const Values& values)
+{
+    auto request = values.deletion;
+    request.book = bookRequest(command, values);
+    if (wasGiven(command, "--backup")) {
+        if (values.backup.empty()) {
+            throw CommandError(ExitCode::WrongUse, "The backup's file name is empty.");
+        }
+        request.backup = values.backup;
+    }
+    return request;
+}
+
+FieldsRequest fieldsRequest(const CLI::App& command, const Values& values)
+{
+    FieldsRequest request;
+    if (wasGiven(command, "FIELDS")) {
+        request.fields = parseMatchFields(values.fields);
+    }
+    return request;
+}
+
+}  // namespace
+
+Request parseCommandLine(std::span<const std::string> arguments, const std::string& version)
+{
+    const auto versionLine = "dunmora-cli " + version;
+    Values values;
+
+    CLI::App app("Finds and deletes duplicated people in an address book.", "dunmora-cli");
+    app.set_version_flag("--version", versionLine, "Print the version and exit");
+    app.footer(kExitCodes);
+    app.require_subcommand(1);
+
+    auto& list =
+        addCommand(app, "list", "Shows the duplicates and what would be deleted", versionLine);
+    addBookOptions(list, values, {"table", "json", "csv"});
+    auto& deletion = addCommand(app, "delete", "Deletes the checked duplicates", versionLine);
+    addBookOptions(deletion, values, {"table", "json"});
+    addDeleteOptions(deletion, values);
+    auto& fields = addCommand(app, "fields", "Shows or stores the match fields of the preferences",
+                              versionLine);
+    fields
+        .add_option("FIELDS", values.fields,
+                    "The fields to store, separated by commas: "
+                    "firstname,lastname,nickname,home,work,mobile")
+        ->type_name("");
+
+    try {
+        auto reversed = withEmptyValues(arguments);
+        std::reverse(reversed.begin(), reversed.end());
+        app.parse(std::move(reversed));
+    } catch (const CLI::CallForHelp&) {
+        return PrintRequest{app.help()};
+    } catch (const CLI::CallForVersion& call) {
+        return PrintRequest{std::string(call.what()) + '\n'};
+    } catch (const CLI::ParseError& error) {
+        throw CommandError(ExitCode::WrongUse, app.get_subcommands().empty()
+                                                   ? "A command is needed: list, delete or fields."
+                                                   : error.what());
+    }
+    if (list.parsed()) {
+        return ListRequest{bookRequest(list, values)};
+    }
+    if (deletion.parsed()) {
+        return deleteRequest(deletion, values);
+    }
+    return fieldsRequest(fields, values);
+}
+
+}  // namespace dunmora

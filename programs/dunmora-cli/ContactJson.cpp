@@ -1,0 +1,102 @@
+#include "programs/dunmora-cli/ContactJson.h"
+
+#include "engine/ContactsParser.h"
+#include "programs/dunmora-cli/TimeText.h"
+
+#include <array>
+
+// Written by hand rather than through a document tree: tens of thousands of people are printed in
+// a fraction of the time, and the shape never changes.
+
+namespace dunmora {
+
+namespace {
+
+constexpr std::array kTextKeys{kContactUid,  kContactFirstName, kContactLastName, kContactNickname,
+                               kContactHome, kContactWork,      kContactMobile};
+
+/// Appends a list's items with commas between them.
+template <typename Items, typename AppendItem>
+void appendList(std::string& out, const Items& items, const AppendItem& appendItem)
+{
+    out += '[';
+    bool first = true;
+    for (const auto& item : items) {
+        if (!first) {
+            out += ',';
+        }
+        first = false;
+        appendItem(item);
+    }
+    out += ']';
+}
+
+void appendCounts(std::string& out, const ContactsParser& engine)
+{
+    out += R"(,"contacts":)";
+    out += std::to_string(engine.contacts().size());
+    out += R"(,"duplicates":)";
+    out += std::to_string(engine.duplicates().size());
+}
+
+void appendRow(std::string& out, const ContactRecord& record, JsonCharacters characters)
+{
+    out += '{';
+    for (const auto key : kTextKeys) {
+        out += '"';
+        out += key;
+        out += "\":";
+        appendJsonText(out, record.text(key), characters);
+        out += ',';
+    }
+    out += R"("modified":)";
+    if (const auto modified = record.objectForKey(kContactModified)) {
+        out += '"';
+        appendUtcTime(out, std::get<std::chrono::sys_seconds>(*modified));
+        out += '"';
+    } else {
+        out += "null";
+    }
+    out += record.isChecked() ? R"(,"check":true})" : R"(,"check":false})";
+}
+
+}  // namespace
+
+std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
+                       const ReviewHead& head, JsonCharacters characters)
+{
+    std::string out = R"({"schema":1,"addressBook":)";
+    appendJsonText(out, head.addressBook, characters);
+    out += R"(,"match":)";
+    appendList(out, head.match,
+               [&](std::string_view name) { appendJsonText(out, name, characters); });
+    appendCounts(out, engine);
+    out += R"(,"skipped":)";
+    out += std::to_string(head.skipped);
+    out += R"(,"groups":)";
+    appendList(out, groups, [&](const DuplicateGroup& group) {
+        out += R"({"key":)";
+        appendJsonText(out, group.key, characters);
+        out += R"(,"rows":)";
+        appendList(out, group.uids, [&](const std::string& uid) {
+            appendRow(out, *engine.contacts().find(uid), characters);
+        });
+        out += '}';
+    });
+    out += "}\n";
+    return out;
+}
+
+std::string deletionJson(const ContactsParser& engine, std::span<const std::string> deleted,
+                         bool dryRun, JsonCharacters characters)
+{
+    std::string out = R"({"schema":1,"dryRun":)";
+    out += dryRun ? "true" : "false";
+    out += R"(,"deleted":)";
+    appendList(out, deleted, [&](const std::string& uid) { appendJsonText(out, uid, characters); });
+    appendCounts(out, engine);
+    out += "}\n";
+    return out;
+}
+
+}  // namespace dunmora

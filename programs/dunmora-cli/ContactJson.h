@@ -1,0 +1,30 @@
+#pragma once
+
+#include "engine/DuplicateGroups.h"
+#include "programs/dunmora-cli/JsonText.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dunmora {
+
+/// What the review's document says beside the people.
+struct ReviewHead {
+    std::string_view addressBook;
+    std::vector<std::string_view> match;
+    std::size_t skipped = 0;
+};
+
+/// The review as one JSON document on one line, with a line end.
+std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
+                       const ReviewHead& head, JsonCharacters characters);
+
+/// A deletion's result as one JSON document on one line, with a line end: who was (or, in a dry
+/// run, would be) deleted, and what the engine holds after it.
+std::string deletionJson(const ContactsParser& engine, std::span<const std::string> deleted,
+                         bool dryRun, JsonCharacters characters);
+
+}  // namespace dunmora

@@ -1,0 +1,151 @@
+#include "programs/dunmora-cli/ContactTable.h"
+
+#include "engine/ContactsParser.h"
+#include "programs/dunmora-cli/TerminalText.h"
+#include "programs/dunmora-cli/TimeText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace dunmora {
+
+namespace {
+
+struct Column {
+    std::string_view key;
+    std::string_view title;
+};
+
+// The uid last: it is the widest and needs no padding there. The check mark stands before all.
+constexpr std::array<Column, 8> kColumns{{
+    {kContactFirstName, "First Name"},
+    {kContactLastName, "Last Name"},
+    {kContactNickname, "Nickname"},
+    {kContactHome, "Home"},
+    {kContactWork, "Work"},
+    {kContactMobile, "Mobile"},
+    {kContactModified, "Modified"},
+    {kContactUid, "UID"},
+}};
+
+/// Wider cells stick out: one endless name must not push all other lines aside.
+constexpr std::size_t kWidestColumn = 40;
+
+constexpr std::string_view kGap = "  ";
+constexpr std::string_view kBold = "\x1b[1m";
+constexpr std::string_view kRed = "\x1b[31m";
+constexpr std::string_view kNormal = "\x1b[0m";
+
+using Widths = std::array<std::size_t, kColumns.size()>;
+
+/// The cell's text, fit for a terminal; it is made in `room` where it is not there already.
+std::string_view cellText(const ContactRecord& record, std::string_view key, std::string& room)
+{
+    room.clear();
+    if (key == kContactModified) {
+        if (const auto modified = record.objectForKey(key)) {
+            appendLocalTime(room, std::get<std::chrono::sys_seconds>(*modified));
+        }
+        return room;
+    }
+    const auto text = record.text(key);
+    if (isPlain(text)) {
+        return text;
+    }
+    appendPrintable(room, text);
+    return room;
+}
+
+Widths measure(const ContactsParser& engine, const std::vector<UidSpan>& blocks)
+{
+    Widths widths{};
+    for (std::size_t i = 0; i < kColumns.size(); ++i) {
+        widths[i] = kColumns[i].title.size();
+    }
+    std::string room;
+    for (const auto& block : blocks) {
+        for (const auto& uid : block) {
+            const auto* const record = engine.contacts().find(uid);
+            for (std::size_t i = 0; record != nullptr && i < kColumns.size(); ++i) {
+                const auto width = displayWidth(cellText(*record, kColumns[i].key, room));
+                widths[i] = std::max(widths[i], std::min(width, kWidestColumn));
+            }
+        }
+    }
+    return widths;
+}
+
+void appendCell(std::string& out, std::string_view cell, std::size_t width)
+{
+    const auto taken = displayWidth(cell);
+    out += kGap;
+    out += cell;
+    out.append(taken < width ? width - taken : 0, ' ');
+}
+
+/// Takes the padding of empty cells away and ends the line.
+void endLine(std::string& out)
+{
+    while (out.ends_with(' ')) {
+        out.pop_back();
+    }
+    out += '\n';
+}
+
+void appendTitles(std::string& out, const Widths& widths, Colour colour)
+{
+    out += colour == Colour::On ? kBold : "";
+    out += "   ";
+    for (std::size_t i = 0; i < kColumns.size(); ++i) {
+        appendCell(out, kColumns[i].title, i + 1 < kColumns.size() ? widths[i] : 0);
+    }
+    out += colour == Colour::On ? kNormal : "";
+    endLine(out);
+}
+
+void appendPerson(std::string& out, std::string& room, const ContactRecord& record,
+                  const Widths& widths, Colour colour)
+{
+    const bool isRed = record.isChecked() && colour == Colour::On;
+    out += isRed ? kRed : "";
+    out += record.isChecked() ? "[x]" : "[ ]";
+    out += isRed ? kNormal : "";
+    for (std::size_t i = 0; i < kColumns.size(); ++i) {
+        appendCell(out, cellText(record, kColumns[i].key, room),
+                   i + 1 < kColumns.size() ? widths[i] : 0);
+    }
+    endLine(out);
+}
+
+}  // namespace
+
+std::string contactTable(const ContactsParser& engine, const std::vector<UidSpan>& blocks,
+                         Colour colour)
+{
+    std::string out;
+    if (blocks.empty()) {
+        return out;
+    }
+    const auto widths = measure(engine, blocks);
+    appendTitles(out, widths, colour);
+    std::string room;
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        out += i > 0 ? "\n" : "";
+        for (const auto& uid : blocks[i]) {
+            if (const auto* const record = engine.contacts().find(uid)) {
+                appendPerson(out, room, *record, widths, colour);
+            }
+        }
+    }
+    return out;
+}
+
+std::string totalLine(const ContactsParser& engine)
+{
+    return std::to_string(engine.duplicates().size()) + " duplicates of " +
+           std::to_string(engine.contacts().size()) + '\n';
+}
+
+}  // namespace dunmora

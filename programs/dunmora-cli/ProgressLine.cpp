@@ -1,0 +1,88 @@
+#include "programs/dunmora-cli/ProgressLine.h"
+
+#include "app/NotificationCenter.h"
+#include "programs/dunmora-cli/TerminalText.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace dunmora {
+
+namespace {
+
+constexpr std::size_t kLongestBar = 40;
+// A blank, the brackets, a blank and "100%".
+constexpr std::size_t kBarFrame = 8;
+
+}  // namespace
+
+ProgressLine::ProgressLine(std::ostream& err, std::size_t width) : err_(err), width_(width)
+{
+    auto& center = NotificationCenter::defaultCenter();
+    center.addObserver(this, kMsgShowMessage,
+                       [this](const Notification& each) { showMessage(each.text()); });
+    center.addObserver(this, kMsgProgress,
+                       [this](const Notification& each) { showProgress(each.progress()); });
+    center.addObserver(this, kMsgFinished, [this](const Notification& /*each*/) { clear(); });
+}
+
+ProgressLine::~ProgressLine()
+{
+    auto& center = NotificationCenter::defaultCenter();
+    for (const auto name : {kMsgShowMessage, kMsgProgress, kMsgFinished}) {
+        center.removeObserver(this, name);
+    }
+    clear();
+}
+
+void ProgressLine::showMessage(std::string_view text)
+{
+    clear();
+    message_ = printable(text);
+    draw(message_);
+}
+
+void ProgressLine::showProgress(const Progress& progress)
+{
+    if (progress.total <= 0) {
+        return;
+    }
+    // A deletion counts in steps of two and ends beyond its total.
+    const auto percent =
+        std::clamp<std::int64_t>(std::int64_t{progress.current} * 100 / progress.total, 0, 100);
+    // One drawing a step that can be seen, however many people there are.
+    if (percent == drawnPercent_) {
+        return;
+    }
+    drawnPercent_ = percent;
+    const auto taken = displayWidth(message_) + kBarFrame;
+    if (taken >= width_) {
+        return;
+    }
+    const auto length = std::min(kLongestBar, width_ - taken - 1);
+    const auto done = length * static_cast<std::size_t>(percent) / 100;
+    const auto number = std::to_string(percent);
+    draw(message_ + " [" + std::string(done, '#') + std::string(length - done, '.') + "] " +
+         std::string(3 - number.size(), ' ') + number + '%');
+}
+
+void ProgressLine::draw(const std::string& line)
+{
+    // A line that wrapped could not be drawn over.
+    if (displayWidth(line) >= width_) {
+        return;
+    }
+    err_ << '\r' << line << std::flush;
+    drawnWidth_ = displayWidth(line);
+}
+
+void ProgressLine::clear()
+{
+    if (drawnWidth_ > 0) {
+        err_ << '\r' << std::string(drawnWidth_, ' ') << '\r' << std::flush;
+    }
+    drawnWidth_ = 0;
+    drawnPercent_ = -1;
+}
+
+}  // namespace dunmora

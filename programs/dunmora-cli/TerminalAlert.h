@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Alert.h"
+
+#include <iosfwd>
+
+namespace dunmora {
+
+/// An alert on a terminal: it prints the text and, where there is a choice, reads one line.
+/// "y", "yes", "ok" and "okay" in any case take the default button; everything else, plain Enter
+/// and the end of the input take the alternate one.
+class TerminalAlert final : public Alert {
+public:
+    TerminalAlert(std::istream& in, std::ostream& err) : in_(in), err_(err) {}
+
+    int runModal(const AlertContent& content) override;
+
+private:
+    bool readsYes();
+
+    std::istream& in_;
+    std::ostream& err_;
+};
+
+}  // namespace dunmora

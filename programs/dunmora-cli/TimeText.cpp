@@ -1,0 +1,57 @@
+#include "programs/dunmora-cli/TimeText.h"
+
+#include <cstddef>
+#include <ctime>
+
+namespace dunmora {
+
+namespace {
+
+void append(std::string& out, long number, std::size_t digits)
+{
+    const auto text = std::to_string(number);
+    if (text.size() < digits) {
+        out.append(digits - text.size(), '0');
+    }
+    out += text;
+}
+
+/// Appends "2024-05-01T10:00" with the letter `between` for the T.
+void appendDateAndMinute(std::string& out, const std::tm& time, char between)
+{
+    append(out, time.tm_year + 1900L, 4);
+    out += '-';
+    append(out, time.tm_mon + 1L, 2);
+    out += '-';
+    append(out, time.tm_mday, 2);
+    out += between;
+    append(out, time.tm_hour, 2);
+    out += ':';
+    append(out, time.tm_min, 2);
+}
+
+}  // namespace
+
+void appendUtcTime(std::string& out, std::chrono::sys_seconds time)
+{
+    const auto seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm parts{};
+    if (gmtime_r(&seconds, &parts) == nullptr) {
+        return;
+    }
+    appendDateAndMinute(out, parts, 'T');
+    out += ':';
+    append(out, parts.tm_sec, 2);
+    out += 'Z';
+}
+
+void appendLocalTime(std::string& out, std::chrono::sys_seconds time)
+{
+    const auto seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm parts{};
+    if (localtime_r(&seconds, &parts) != nullptr) {
+        appendDateAndMinute(out, parts, ' ');
+    }
+}
+
+}  // namespace dunmora

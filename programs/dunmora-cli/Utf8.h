@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace dunmora {
+
+/// What stands for bytes that are not UTF-8.
+inline constexpr char32_t kReplacementCharacter = 0xFFFD;
+inline constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
+
+/// A character of a UTF-8 text and the number of bytes it takes there.
+struct Utf8Character {
+    char32_t codePoint;
+    std::size_t size;
+};
+
+/// The character at the position, which lies inside the text. Bytes that begin no character give
+/// U+FFFD and the length of the longest part that could have begun one (Unicode 15, table 3-7).
+Utf8Character utf8CharacterAt(std::string_view text, std::size_t position);
+
+}  // namespace dunmora

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "programs/dunmora-cli/CliEnvironment.h"
+#include "programs/dunmora-cli/RunCli.h"
+#include "tests/fakes/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+
+/// Hands the test's own address book to a program that wants to own one.
+class LentAddressBook final : public AddressBook {
+public:
+    explicit LentAddressBook(AddressBook& book) : book_(book) {}
+
+    std::span<const Person> readPeople() override { return book_.readPeople(); }
+    std::span<const Person> people() override { return book_.people(); }
+    void removeRecord(const Person& person) override { book_.removeRecord(person); }
+    void save() override { book_.save(); }
+    void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override
+    {
+        book_.backUp(people, file);
+    }
+    ReadingNotes notes() const override { return book_.notes(); }
+
+private:
+    AddressBook& book_;
+};
+
+/// Runs the terminal program on an address book in memory. Nothing is a terminal unless a test
+/// says so.
+class CliTest : public testing::Test {
+protected:
+    /// Someone of whom every field is filled but the nickname and the phone numbers.
+    static FakePerson person(const std::string& uid, const std::string& firstName,
+                             const std::string& lastName = "Lee")
+    {
+        FakePerson person;
+        person.uid = uid;
+        person.firstName = firstName;
+        person.lastName = lastName;
+        person.nickname.reset();
+        person.phones.reset();
+        return person;
+    }
+
+    static FakePerson withMobile(FakePerson person, const std::string& number = "555-0100")
+    {
+        person.phones = {{{"_$!<Mobile>!$_", number}}};
+        return person;
+    }
+
+    void bookHolds(std::vector<FakePerson> people) { book_ = FakeAddressBook(std::move(people)); }
+
+    /// Ann twice, the first with a phone number, and Ben once.
+    void bookHoldsAnnTwice()
+    {
+        bookHolds(
+            {withMobile(person("ann-1", "Ann")), person("ben", "Ben"), person("ann-2", "Ann")});
+    }
+
+    void everythingIsATerminal()
+    {
+        environment_.inIsTerminal = true;
+        environment_.outIsTerminal = true;
+        environment_.errIsTerminal = true;
+    }
+
+    int run(const std::vector<std::string>& arguments)
+    {
+        in_.str(typed_);
+        in_.clear();
+        out_.str("");
+        err_.str("");
+        return runCli(arguments, environment_);
+    }
+
+    std::string out() const { return out_.str(); }
+    std::string err() const { return err_.str(); }
+
+    FakeAddressBook book_;
+    FakeUserDefaults userDefaults_;
+    FakeBundle bundle_;
+    /// What the user types.
+    std::string typed_;
+    /// The names under which the address book was asked for.
+    std::vector<std::string> opened_;
+    std::istringstream in_;
+    std::ostringstream out_;
+    std::ostringstream err_;
+    CliEnvironment environment_{[this](const std::string& name) {
+                                    opened_.push_back(name);
+                                    return std::make_unique<LentAddressBook>(book_);
+                                },
+                                userDefaults_,
+                                bundle_,
+                                in_,
+                                out_,
+                                err_};
+};
+
+/// A folder of the test's own that goes with it.
+class TemporaryFolder final {
+public:
+    TemporaryFolder()
+    {
+        std::string pattern = testing::TempDir() + "dunmora-XXXXXX";
+        if (mkdtemp(pattern.data()) == nullptr) {
+            throw std::runtime_error("no temporary folder");
+        }
+        path_ = pattern;
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    const std::filesystem::path& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+}  // namespace dunmora::test

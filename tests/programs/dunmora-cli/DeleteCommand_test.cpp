@@ -1,0 +1,592 @@
+#include "platform/PlatformError.h"
+#include "tests/programs/dunmora-cli/CliTest.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace dunmora::test {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Uids = std::vector<std::string>;
+
+constexpr auto kQuestion = "Confirm to delete\n"
+                           "The checked contacts will be deleted from Address Book. \n"
+                           "Do you really want to continue?\n"
+                           "Okay/Cancel [y/N] ";
+
+std::string contentOf(const std::filesystem::path& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+class DeleteTest : public CliTest {
+protected:
+    void expectUnchanged() const
+    {
+        EXPECT_EQ(book_.savesAsked(), 0U);
+        EXPECT_EQ(book_.writes(), 0U);
+    }
+
+    /// Whether the program asked before it went on.
+    bool asked() const { return err().find("Confirm to delete") != std::string::npos; }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(DeleteTest, DeletesTheCheckedCopiesAndSavesOnce)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "book.vcf", "--yes"}), 0);
+
+    EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
+    EXPECT_EQ(book_.writes(), 1U);
+    EXPECT_EQ(err(), "");
+    EXPECT_NE(out().find("[x]  Ann         Lee"), std::string::npos) << out();
+    EXPECT_EQ(out().find("ann-1"), std::string::npos) << out();
+    EXPECT_TRUE(out().ends_with("ann-2\n\n1 person deleted.\n1 duplicates of 2\n")) << out();
+}
+
+TEST_F(DeleteTest, PrintsExactlyThisJson)
+{
+    bookHolds({withMobile(person("a1", "Ann")), person("b1", "Ben"), person("b2", "Ben"),
+               person("a2", "Ann"), person("c", "Cid")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json", "--uncheck", "b1"}), 0);
+    EXPECT_EQ(out(), R"({"schema":1,"dryRun":false,"deleted":["b2","a2"],)"
+                     R"("contacts":3,"duplicates":2})"
+                     "\n");
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(DeleteTest, NamesInJsonOnlyThoseWhoAreReallyGone)
+{
+    bookHolds({withMobile(person("a1", "Ann")), person("a2", "Ann"), person("a3", "Ann")});
+    int readings = 0;
+    book_.onRead = [&] {
+        if (++readings == 2) {
+            book_.removeBehindTheBack("a2");
+        }
+    };
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json"}), 0);
+    EXPECT_EQ(Json::parse(out())["deleted"], Json({"a3"}));
+    EXPECT_EQ(Json::parse(out())["contacts"], 2);
+}
+
+// Asking.
+
+TEST_F(DeleteTest, AsksOnATerminalInTheSystemsWords)
+{
+    bookHoldsAnnTwice();
+    everythingIsATerminal();
+    typed_ = "y\n";
+
+    EXPECT_EQ(run({"delete", "book.vcf"}), 0);
+
+    EXPECT_NE(err().find(kQuestion), std::string::npos) << err();
+    EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
+}
+
+TEST_F(DeleteTest, ShowsWhomItIsGoingToDeleteBeforeItAsks)
+{
+    bookHoldsAnnTwice();
+    everythingIsATerminal();
+
+    EXPECT_EQ(run({"delete", "book.vcf", "--quiet"}), 1);
+    EXPECT_TRUE(out().ends_with("ann-2\n")) << out();
+
+    EXPECT_EQ(run({"delete", "book.vcf", "--quiet", "--format", "json"}), 1);
+    EXPECT_EQ(out(), "");
+    EXPECT_LT(err().find("ann-2\n"), err().find("Confirm to delete")) << err();
+}
+
+TEST_F(DeleteTest, TakesTheseAnswersForYes)
+{
+    everythingIsATerminal();
+    for (const std::string answer : {"y", "Y", "yes", "Yes", "ok", "OK", "okay", "Okay", " yes "}) {
+        bookHoldsAnnTwice();
+        typed_ = answer + "\n";
+
+        EXPECT_EQ(run({"delete", "book.vcf"}), 0) << answer;
+        EXPECT_EQ(book_.writes(), 1U) << answer;
+    }
+}
+
+TEST_F(DeleteTest, ChangesNothingWhenTheAnswerIsAnythingElse)
+{
+    bookHoldsAnnTwice();
+    everythingIsATerminal();
+    for (const std::string answer :
+         {"\n", "n\n", "no\n", "cancel\n", "yep\n", "1\n", "y y\n", "\x1b\n", "", "y"}) {
+        typed_ = answer;
+
+        EXPECT_EQ(run({"delete", "book.vcf", "--format", "json"}), 1) << answer;
+        EXPECT_EQ(out(), "") << answer;
+        EXPECT_TRUE(err().ends_with("dunmora-cli: Nothing was deleted.\n")) << err();
+        expectUnchanged();
+    }
+}
+
+TEST_F(DeleteTest, NeedsYesWithoutATerminalAndThenReadsNothing)
+{
+    bookHoldsAnnTwice();
+    book_.onRead = [] { ADD_FAILURE() << "the book was read"; };
+    typed_ = "y\n";
+    for (const bool in : {false, true}) {
+        environment_.inIsTerminal = in;
+        environment_.errIsTerminal = !in;
+
+        EXPECT_EQ(run({"delete", "book.vcf"}), 2);
+        EXPECT_EQ(out(), "");
+        EXPECT_EQ(err(), "dunmora-cli: Without a terminal to ask on, delete needs --yes.\n");
+        EXPECT_TRUE(opened_.empty());
+    }
+}
+
+TEST_F(DeleteTest, AsksOnTheTerminalWhenOnlyTheOutputIsAPipe)
+{
+    bookHoldsAnnTwice();
+    environment_.inIsTerminal = true;
+    environment_.errIsTerminal = true;
+    typed_ = "okay\n";
+
+    EXPECT_EQ(run({"delete", "book.vcf", "--format", "json"}), 0);
+    EXPECT_EQ(Json::parse(out())["deleted"], Json({"ann-2"}));
+}
+
+TEST_F(DeleteTest, DoesNotAskWithYes)
+{
+    bookHoldsAnnTwice();
+    everythingIsATerminal();
+
+    EXPECT_EQ(run({"delete", "book.vcf", "--yes"}), 0);
+    EXPECT_FALSE(asked());
+}
+
+// Marks.
+
+TEST_F(DeleteTest, SetsMarksOnTopOfTheProposedOnes)
+{
+    bookHolds({withMobile(person("a1", "Ann")), person("a2", "Ann"), person("a3", "Ann"),
+               withMobile(person("b1", "Ben")), person("b2", "Ben")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--uncheck", "a3", "--check", "a1", "--check", "b1",
+                   "--uncheck=b2", "--check", "b1"}),
+              0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"a3", "b2"}));
+}
+
+TEST_F(DeleteTest, TakesAUidThatLooksLikeAnOptionOrAList)
+{
+    bookHolds({withMobile(person("-x", "Ann")), person("[1,2]", "Ann"), person("--yes", "Ann")});
+
+    EXPECT_EQ(
+        run({"delete", "b", "--yes", "--uncheck", "[1,2]", "--check", "-x", "--uncheck", "--yes"}),
+        0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"[1,2]", "--yes"}));
+}
+
+TEST_F(DeleteTest, RefusesAUidThatNobodyHasBeforeAnythingHappens)
+{
+    bookHoldsAnnTwice();
+    for (const std::string option : {"--check", "--uncheck"}) {
+        EXPECT_EQ(run({"delete", "b", "--yes", option, "ann-2", option, "no\x1b-one"}), 2);
+        EXPECT_EQ(out(), "");
+        EXPECT_EQ(err(), "dunmora-cli: Nobody has the uid “no␛-one”.\n");
+        expectUnchanged();
+    }
+}
+
+TEST_F(DeleteTest, RefusesAUidThatIsToBeCheckedAndUnchecked)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--check", "ann-2", "--uncheck", "ann-2"}), 2);
+    EXPECT_EQ(err(), "dunmora-cli: “ann-2” is given to both --check and --uncheck.\n");
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, SaysThatNobodyIsChecked)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--uncheck", "ann-2", "--quiet"}), 0);
+    EXPECT_EQ(out(), "");
+    EXPECT_EQ(err(), "No contact checked to be deleted!\n");
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, PrintsJsonWithNobodyDeletedWhenNobodyIsChecked)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--uncheck", "ann-2", "--format", "json"}), 0);
+    EXPECT_EQ(out(), R"({"schema":1,"dryRun":false,"deleted":[],"contacts":3,"duplicates":2})"
+                     "\n");
+    EXPECT_EQ(err(), "No contact checked to be deleted!\n");
+    expectUnchanged();
+}
+
+// The guard of last copies.
+
+TEST_F(DeleteTest, RefusesToDeleteEveryCopyAndNamesThePeople)
+{
+    bookHolds({person("a1", "Ann"), person("a2", "Ann"), withMobile(person("b1", "Ben")),
+               person("b2", "Ben"), person("c1", "\033Cid", ""), person("c2", "\033Cid", "")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--quiet"}), 1);
+    EXPECT_EQ(out(), "");
+    EXPECT_EQ(err(), "dunmora-cli: 2 people would lose every copy: Ann Lee, ␛Cid. With "
+                     "--keep-one one of each is kept, with --allow-last-copy none.\n");
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, CountsSomeoneInNoGroupAsALastCopy)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--check", "ben"}), 1);
+    EXPECT_NE(err().find("1 person would lose every copy: Ben Lee."), std::string::npos) << err();
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, NamesTenLastCopiesAtMost)
+{
+    std::vector<FakePerson> people;
+    for (int i = 0; i < 12; ++i) {
+        people.push_back(person(std::to_string(2 * i), "P" + std::to_string(i), ""));
+        people.push_back(person(std::to_string(2 * i + 1), "P" + std::to_string(i), ""));
+    }
+    bookHolds(std::move(people));
+
+    EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
+    EXPECT_NE(err().find("12 people would lose every copy: P0, P1, P2, P3, P4, P5, P6, P7, P8, P9 "
+                         "and 2 more."),
+              std::string::npos)
+        << err();
+}
+
+TEST_F(DeleteTest, NamesLastCopiesByNicknameOrUidWhenTheyHaveNoName)
+{
+    auto nick = person("n", "", "");
+    nick.nickname = "Nick";
+    bookHolds({nick, person("u-1", "", "")});
+
+    EXPECT_EQ(
+        run({"delete", "b", "--yes", "--match", "nickname", "--check", "n", "--check", "u-1"}), 1);
+    EXPECT_NE(err().find("every copy: Nick, (no name, uid u-1)."), std::string::npos) << err();
+}
+
+TEST_F(DeleteTest, DeletesEveryCopyWhenAllowed)
+{
+    bookHolds({person("a1", "Ann"), person("a2", "Ann"), person("b", "Ben")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--allow-last-copy", "--check", "b"}), 0);
+    EXPECT_TRUE(book_.storedUids().empty());
+}
+
+TEST_F(DeleteTest, KeepsTheFirstOfEveryGroupThatWouldLoseAll)
+{
+    bookHolds({person("a1", "Ann"), person("a2", "Ann"), person("a3", "Ann"),
+               withMobile(person("b1", "Ben")), person("b2", "Ben"), person("c", "Cid")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--keep-one", "--check", "c"}), 0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"a1", "b1", "c"}));
+}
+
+TEST_F(DeleteTest, KeepsOneAfterTheMarksOfTheUser)
+{
+    bookHolds({withMobile(person("a1", "Ann")), person("a2", "Ann")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--keep-one", "--check", "a1"}), 0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"a1"}));
+}
+
+TEST_F(DeleteTest, MayKeepSoManyThatNobodyIsLeftToDelete)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--keep-one", "--uncheck", "ann-2", "--check", "ben"}),
+              0);
+    EXPECT_EQ(err(), "No contact checked to be deleted!\n");
+    expectUnchanged();
+}
+
+// The guard of blank matches.
+
+TEST_F(DeleteTest, RefusesToDeleteThoseWhoShareOnlyEmptyFields)
+{
+    bookHolds({withMobile(person("1", "", "")), person("2", "", ""), person("3", "", "")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
+    EXPECT_EQ(out(), "");
+    EXPECT_EQ(err(), "dunmora-cli: 2 people to be deleted share only empty fields. With "
+                     "--allow-blank-match they are deleted all the same.\n");
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, DeletesThoseWhoShareOnlyEmptyFieldsWhenAllowed)
+{
+    bookHolds({withMobile(person("1", "", "")), person("2", "", ""), person("3", "", "")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--allow-blank-match"}), 0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"1"}));
+}
+
+TEST_F(DeleteTest, AllowsAGroupOfEmptyFieldsInWhichNobodyIsChecked)
+{
+    bookHolds({withMobile(person("1", "", "")), person("2", "", ""),
+               withMobile(person("a1", "Ann")), person("a2", "Ann")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--uncheck", "2"}), 0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"1", "2", "a1"}));
+}
+
+TEST_F(DeleteTest, DoesNotTakeANameOfDashesForAnEmptyOne)
+{
+    bookHolds({withMobile(person("1", "-", "")), person("2", "-", "")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes"}), 0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"1"}));
+}
+
+TEST_F(DeleteTest, SaysBothWhenBothGuardsApply)
+{
+    bookHolds({person("1", "", ""), person("2", "", "")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
+    EXPECT_NE(err().find("1 person would lose every copy: (no name, uid 1)."), std::string::npos);
+    EXPECT_NE(err().find("2 people to be deleted share only empty fields."), std::string::npos);
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--allow-last-copy"}), 1);
+    EXPECT_EQ(run({"delete", "b", "--yes", "--allow-blank-match"}), 1);
+    EXPECT_EQ(run({"delete", "b", "--yes", "--keep-one"}), 1);
+    expectUnchanged();
+    EXPECT_EQ(run({"delete", "b", "--yes", "--keep-one", "--allow-blank-match"}), 0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"1"}));
+}
+
+// Backup.
+
+TEST_F(DeleteTest, BacksUpThePeopleInTheBooksOrderBeforeItDeletes)
+{
+    bookHolds({person("a2", "Ann"), person("b2", "Ben"), withMobile(person("b1", "Ben")),
+               withMobile(person("a1", "Ann"))});
+    const auto backup = folder_.path() / "backup.vcf";
+    book_.onRemove = [&] { EXPECT_TRUE(std::filesystem::exists(backup)); };
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--backup", backup.string()}), 0);
+
+    EXPECT_EQ(contentOf(backup), "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:a2\r\nEND:VCARD\r\n"
+                                 "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:b2\r\nEND:VCARD\r\n");
+    EXPECT_NE(out().find("2 people deleted.\nBackup: " + backup.string() + "\n"), std::string::npos)
+        << out();
+}
+
+TEST_F(DeleteTest, RefusesABackupThatExistsBeforeAnythingHappens)
+{
+    bookHoldsAnnTwice();
+    const auto backup = folder_.path() / "backup.vcf";
+    std::ofstream(backup) << "mine";
+    everythingIsATerminal();
+    typed_ = "y\n";
+    for (const auto& option : {Uids{}, Uids{"--yes"}, Uids{"--dry-run"}}) {
+        Uids arguments{"delete", "b", "--quiet", "--backup", backup.string()};
+        arguments.insert(arguments.end(), option.begin(), option.end());
+
+        EXPECT_EQ(run(arguments), 1);
+        EXPECT_EQ(out(), "");
+        EXPECT_EQ(err(), "dunmora-cli: “" + backup.string() + "” exists already.\n");
+        expectUnchanged();
+    }
+    EXPECT_EQ(contentOf(backup), "mine");
+}
+
+TEST_F(DeleteTest, RefusesABackupThatIsADanglingLink)
+{
+    bookHoldsAnnTwice();
+    const auto backup = folder_.path() / "backup.vcf";
+    std::filesystem::create_symlink(folder_.path() / "nowhere", backup);
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--backup", backup.string()}), 1);
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, RefusesABackupInAFolderThatDoesNotExist)
+{
+    bookHoldsAnnTwice();
+    const auto backup = folder_.path() / "no" / "backup.vcf";
+    for (const std::string option : {"--yes", "--dry-run"}) {
+        EXPECT_EQ(run({"delete", "b", option, "--backup", backup.string()}), 1);
+        EXPECT_EQ(err(), "dunmora-cli: The folder of “" + backup.string() + "” does not exist.\n");
+        expectUnchanged();
+    }
+}
+
+TEST_F(DeleteTest, RefusesABackupThatWouldBecomeAPartOfTheBook)
+{
+    bookHoldsAnnTwice();
+    const auto book = folder_.path() / "people";
+    std::filesystem::create_directory(book);
+    std::filesystem::create_directory_symlink(book, folder_.path() / "link");
+    for (const auto& backup : {book / "backup.vcf", folder_.path() / "link" / "backup.vcf",
+                               folder_.path() / "people" / ".." / "people" / "x.vcf"}) {
+        EXPECT_EQ(run({"delete", book.string(), "--yes", "--backup", backup.string()}), 2);
+        EXPECT_EQ(err(), "dunmora-cli: “" + backup.string() +
+                             "” would become a part of the address book.\n");
+        expectUnchanged();
+    }
+}
+
+TEST_F(DeleteTest, AllowsABackupThatTheBookDoesNotTakeForItsOwn)
+{
+    const auto book = folder_.path() / "people";
+    std::filesystem::create_directory(book);
+    for (const auto& backup :
+         {book / ".backup.vcf", book / "backup.old", folder_.path() / "backup.vcf"}) {
+        bookHoldsAnnTwice();
+        EXPECT_EQ(run({"delete", book.string(), "--yes", "--backup", backup.string()}), 0);
+        EXPECT_TRUE(std::filesystem::exists(backup));
+    }
+}
+
+TEST_F(DeleteTest, DeletesNobodyWhenTheBackupFails)
+{
+    bookHoldsAnnTwice();
+    const auto backup = folder_.path() / "backup.vcf";
+    everythingIsATerminal();
+    typed_ = "y\n";
+    // Another program is faster: the file appears after it was checked and before it is written.
+    int readings = 0;
+    book_.onRead = [&] {
+        if (++readings == 2) {
+            std::ofstream(backup) << "theirs";
+        }
+    };
+
+    EXPECT_EQ(run({"delete", "b", "--backup", backup.string()}), 1);
+    EXPECT_TRUE(err().ends_with("exists already.\n")) << err();
+    expectUnchanged();
+    EXPECT_EQ(contentOf(backup), "theirs");
+}
+
+TEST_F(DeleteTest, KeepsTheBackupWhenTheDeletionFailsAndSaysWhereItIs)
+{
+    bookHoldsAnnTwice();
+    const auto backup = folder_.path() / "backup.vcf";
+    book_.onSave = [] { throw PlatformError("The disk is full."); };
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json", "--backup", backup.string()}), 1);
+    EXPECT_EQ(out(), "");
+    EXPECT_EQ(err(),
+              "dunmora-cli: The disk is full. The backup is kept in “" + backup.string() + "”.\n");
+    EXPECT_TRUE(std::filesystem::exists(backup));
+    EXPECT_EQ(book_.writes(), 0U);
+}
+
+TEST_F(DeleteTest, SaysWhyTheBookCannotBeSaved)
+{
+    bookHoldsAnnTwice();
+    book_.onSave = [] { throw PlatformError("“b” is read-only"); };
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json"}), 1);
+    EXPECT_EQ(out(), "");
+    EXPECT_EQ(err(), "dunmora-cli: “b” is read-only\n");
+    EXPECT_EQ(book_.storedUids().size(), 3U);
+}
+
+// Dry run.
+
+TEST_F(DeleteTest, WritesNeitherBookNorBackupInADryRun)
+{
+    bookHoldsAnnTwice();
+    const auto backup = folder_.path() / "backup.vcf";
+    everythingIsATerminal();
+
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--quiet", "--backup", backup.string()}), 0);
+
+    EXPECT_TRUE(out().ends_with("ann-2\n\n1 person would be deleted.\n1 duplicates of 2\n"))
+        << out();
+    EXPECT_EQ(err(), "");
+    EXPECT_FALSE(std::filesystem::exists(backup));
+    EXPECT_EQ(book_.storedUids().size(), 3U);
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, NeedsNeitherYesNorATerminalForADryRun)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--format", "json"}), 0);
+    EXPECT_EQ(out(), R"({"schema":1,"dryRun":true,"deleted":["ann-2"],"contacts":2,"duplicates":1})"
+                     "\n");
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, RefusesInADryRunWhatItRefusesOtherwise)
+{
+    bookHolds({person("1", "", ""), person("2", "", "")});
+
+    EXPECT_EQ(run({"delete", "b", "--dry-run"}), 1);
+    EXPECT_NE(err().find("would lose every copy"), std::string::npos);
+    EXPECT_NE(err().find("share only empty fields"), std::string::npos);
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--check", "nobody"}), 2);
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--match", ""}), 2);
+    expectUnchanged();
+}
+
+TEST_F(DeleteTest, StaysDryWithYes)
+{
+    bookHoldsAnnTwice();
+
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--yes"}), 0);
+    expectUnchanged();
+}
+
+// What is shown.
+
+TEST_F(DeleteTest, ShowsTheDeletionsProgressOnATerminal)
+{
+    bookHoldsAnnTwice();
+    environment_.errIsTerminal = true;
+
+    EXPECT_EQ(run({"delete", "b", "--yes"}), 0);
+    EXPECT_NE(err().find("\rDeleting checked contacts... ["), std::string::npos);
+    EXPECT_TRUE(err().ends_with(" \r"));
+
+    bookHoldsAnnTwice();
+    EXPECT_EQ(run({"delete", "b", "--yes", "--quiet"}), 0);
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(DeleteTest, NeverShowsAControlCharacter)
+{
+    bookHolds({withMobile(person("1", "A\x1b[2Jn")), person("2\x1b", "A\x1b[2Jn")});
+    everythingIsATerminal();
+    typed_ = "y\n";
+
+    EXPECT_EQ(run({"delete", "b\x1b", "--backup", (folder_.path() / "x\x1by").string()}), 0);
+
+    EXPECT_EQ(out().find('\x1b'), std::string::npos);
+    EXPECT_EQ(err().find('\x1b'), std::string::npos);
+    EXPECT_NE(out().find("/x␛y\n"), std::string::npos) << out();
+}
+
+TEST_F(DeleteTest, MatchesByTheFieldsGivenAndStoresNothing)
+{
+    bookHolds({withMobile(person("1", "Ann", "Lee")), person("2", "Ann", "Li")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--match", "firstname"}), 0);
+    EXPECT_EQ(book_.storedUids(), (Uids{"1"}));
+    userDefaults_.synchronize();
+    EXPECT_TRUE(userDefaults_.onDisk().empty());
+}
+
+}  // namespace
+}  // namespace dunmora::test

@@ -1,0 +1,437 @@
+#include "platform/PlatformError.h"
+#include "tests/programs/dunmora-cli/CliTest.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <ctime>
+
+namespace dunmora::test {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// A stream that takes nothing, as a full disk.
+class FullDisk final : public std::streambuf {
+protected:
+    int overflow(int /*c*/) override { return traits_type::eof(); }
+};
+
+class ListTest : public CliTest {
+protected:
+    void SetUp() override { timeZoneIs("UTC0"); }
+    void TearDown() override { timeZoneIs("UTC0"); }
+
+    static void timeZoneIs(const char* zone)
+    {
+        setenv("TZ", zone, 1);  // NOLINT(concurrency-mt-unsafe): no other thread runs.
+        tzset();
+    }
+};
+
+TEST_F(ListTest, PrintsTheReviewAsExactlyThisJson)
+{
+    auto full = FakePerson();
+    full.uid = "uid-2";
+    full.modified.reset();
+    bookHolds({withMobile(person("uid-1", "Ann"), "+1 555 0100"), person("uid-3", "Ben"), full});
+    book_.readingNotes.cardsSkipped = 3;
+
+    EXPECT_EQ(run({"list", "my book.vcf", "--format", "json", "--quiet"}), 0);
+    EXPECT_EQ(
+        out(),
+        R"({"schema":1,"addressBook":"my book.vcf","match":["firstname","lastname"],"contacts":3,)"
+        R"("duplicates":2,"skipped":3,"groups":[{"key":"Ann-Lee-","rows":[{"uid":"uid-1",)"
+        R"("fname":"Ann","lname":"Lee","nickname":"","home":"","work":"","mobile":"+1 555 0100",)"
+        R"("modified":"2024-05-01T10:00:00Z","check":false},{"uid":"uid-2","fname":"Ann",)"
+        R"("lname":"Lee","nickname":"Annie","home":"555-0100","work":"555-0101",)"
+        R"("mobile":"555-0102","modified":null,"check":true}]}]})"
+        "\n");
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(ListTest, PrintsNoGroupsAsAnEmptyList)
+{
+    EXPECT_EQ(run({"list", "book.vcf", "--format", "json"}), 0);
+    EXPECT_EQ(out(), R"({"schema":1,"addressBook":"book.vcf","match":["firstname","lastname"],)"
+                     R"("contacts":0,"duplicates":0,"skipped":0,"groups":[]})"
+                     "\n");
+}
+
+TEST_F(ListTest, NamesTheMatchFieldsOfTheJsonInTheOrderOfTheKey)
+{
+    EXPECT_EQ(run({"list", "b", "--format", "json", "--match",
+                   "mobile,work,home,lastname,firstname,nickname,home"}),
+              0);
+    EXPECT_EQ(Json::parse(out())["match"],
+              Json({"nickname", "firstname", "lastname", "home", "work", "mobile"}));
+}
+
+TEST_F(ListTest, KeepsTheEnginesOrderOfGroupsAndRows)
+{
+    bookHolds({person("z", "Zoe"), person("b2", "Ben"), person("a", "Ann"), person("z2", "Zoe"),
+               person("b1", "Ben")});
+
+    EXPECT_EQ(run({"list", "b", "--format", "json", "--quiet"}), 0);
+
+    std::vector<std::string> uids;
+    const auto document = Json::parse(out());
+    for (const auto& group : document["groups"]) {
+        for (const auto& row : group["rows"]) {
+            uids.push_back(row["uid"]);
+        }
+    }
+    EXPECT_EQ(uids, (std::vector<std::string>{"z", "z2", "b2", "b1"}));
+}
+
+TEST_F(ListTest, EscapesEverythingOutsideAsciiInJsonForATerminal)
+{
+    bookHolds({person("1", "Zoë\x1b"), person("2", "Zoë\x1b")});
+    run({"list", "b", "--format", "json", "--quiet"});
+    const auto piped = out();
+    environment_.outIsTerminal = true;
+
+    run({"list", "b", "--format", "json", "--quiet"});
+
+    EXPECT_NE(piped.find(R"("fname":"Zoë\u001b")"), std::string::npos);
+    EXPECT_NE(out().find(R"("fname":"Zo\u00eb\u001b")"), std::string::npos);
+    EXPECT_EQ(Json::parse(piped), Json::parse(out()));
+}
+
+TEST_F(ListTest, ReplacesBytesThatAreNoUtf8InJson)
+{
+    bookHolds({person("1", "Zo\xEB"), person("2", "Zo\xEB")});
+
+    run({"list", "b\xFF", "--format", "json", "--quiet"});
+
+    const auto document = Json::parse(out());
+    EXPECT_EQ(document["addressBook"], "b\xEF\xBF\xBD");
+    EXPECT_EQ(document["groups"][0]["rows"][0]["fname"], "Zo\xEF\xBF\xBD");
+}
+
+TEST_F(ListTest, PrintsCsvAsTheStandardHasIt)
+{
+    auto second = withMobile(person("2", "An\"n, Dr."), "line\r\nbreak");
+    second.modified.reset();
+    bookHolds({withMobile(person("1", "An\"n, Dr."), " +1 "), second, person("3", "Ben"),
+               person("4", "Ben")});
+
+    EXPECT_EQ(run({"list", "b", "--format", "csv", "--quiet"}), 0);
+    EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified\r\n"
+                     "1,false,1,\"An\"\"n, Dr.\",Lee,,,, +1 ,2024-05-01T10:00:00Z\r\n"
+                     "1,true,2,\"An\"\"n, Dr.\",Lee,,,,\"line\r\nbreak\",\r\n"
+                     "2,true,3,Ben,Lee,,,,,2024-05-01T10:00:00Z\r\n"
+                     "2,true,4,Ben,Lee,,,,,2024-05-01T10:00:00Z\r\n");
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(ListTest, PrintsOnlyTheHeaderAsCsvWhenThereIsNoDuplicate)
+{
+    EXPECT_EQ(run({"list", "b", "--format", "csv"}), 0);
+    EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified\r\n");
+}
+
+TEST_F(ListTest, LeavesCsvValuesAsTheyAreInAPipe)
+{
+    bookHolds({person("1", "=1+1\x1b\xEB"), person("2", "=1+1\x1b\xEB")});
+
+    run({"list", "b", "--format", "csv", "--quiet"});
+
+    EXPECT_NE(out().find(",=1+1\x1b\xEB,"), std::string::npos);
+}
+
+TEST_F(ListTest, ShowsNoControlCharacterOfACsvOnATerminal)
+{
+    bookHolds({person("1", "A\x1b[2J\nn\xEB"), person("2", "A\x1b[2J\nn\xEB")});
+    environment_.outIsTerminal = true;
+
+    run({"list", "b", "--format", "csv", "--quiet"});
+
+    EXPECT_NE(out().find(",A␛[2J␊n�,"), std::string::npos) << out();
+}
+
+TEST_F(ListTest, ShowsTheGroupsApartWithCheckMarksAndAllColumns)
+{
+    auto full = FakePerson();
+    full.uid = "uid-of-ann";
+    bookHolds({full, person("b1", "Benjamin", "Li"), person("a2", "Ann"),
+               person("b2", "Benjamin", "Li")});
+
+    EXPECT_EQ(run({"list", "book.vcf", "--quiet"}), 0);
+    EXPECT_EQ(
+        out(),
+        "     First Name  Last Name  Nickname  Home      Work      Mobile    Modified          "
+        "UID\n"
+        "[ ]  Ann         Lee        Annie     555-0100  555-0101  555-0102  2024-05-01 10:00  "
+        "uid-of-ann\n"
+        "[x]  Ann         Lee                                                2024-05-01 10:00  a2\n"
+        "\n"
+        "[x]  Benjamin    Li                                                 2024-05-01 10:00  b1\n"
+        "[x]  Benjamin    Li                                                 2024-05-01 10:00  b2\n"
+        "\n"
+        "4 duplicates of 4\n");
+}
+
+TEST_F(ListTest, ShowsOnlyTheClosingLineWithoutDuplicates)
+{
+    bookHolds({person("1", "Ann"), person("2", "Ben")});
+
+    EXPECT_EQ(run({"list", "book.vcf", "--format", "table"}), 0);
+    EXPECT_EQ(out(), "0 duplicates of 2\n");
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(ListTest, ShowsTimesOfATableInTheUsersTimeZone)
+{
+    timeZoneIs("XXX-2");
+    bookHoldsAnnTwice();
+
+    run({"list", "book.vcf"});
+
+    EXPECT_NE(out().find("  2024-05-01 12:00  ann-1\n"), std::string::npos) << out();
+}
+
+TEST_F(ListTest, AlignsWideAndCombiningCharacters)
+{
+    bookHolds({person("1", "王小明", "Li"), person("2", "王小明", "Li"),
+               person("3", "Zoe\u0308", "Li"), person("4", "Zoe\u0308", "Li")});
+
+    run({"list", "book.vcf", "--quiet"});
+
+    EXPECT_NE(out().find("\n[x]  王小明      Li  "), std::string::npos) << out();
+    EXPECT_NE(out().find("\n[x]  Zoe\u0308         Li  "), std::string::npos) << out();
+}
+
+TEST_F(ListTest, LetsAnEndlessNameStickOutOfItsColumn)
+{
+    const std::string endless(5000, 'a');
+    bookHolds({person("1", endless, "Li"), person("2", endless, "Li"), person("3", "Ann"),
+               person("4", "Ann")});
+
+    run({"list", "book.vcf", "--quiet"});
+
+    EXPECT_NE(out().find("]  " + endless + "  Li  "), std::string::npos);
+    EXPECT_NE(out().find("]  Ann" + std::string(37 + 2, ' ') + "Lee  "), std::string::npos);
+}
+
+TEST_F(ListTest, NeverShowsAControlCharacterInATable)
+{
+    // Escape, line feed, delete, a C1 control, a turn of the writing direction, a line separator
+    // and a stray byte.
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): misleading on purpose.
+    const std::string name = "A\x1b[2J\n\x7f\xC2\x9B\xE2\x80\xAE\xE2\x80\xA8\xFFn";
+    bookHolds({person("1\r", name), person("2", name)});
+    book_.readingNotes.remarks = {"odd \x1b[31m file"};
+
+    run({"list", "book.vcf"});
+
+    EXPECT_NE(out().find("]  A␛[2J␊␡����n  Lee"), std::string::npos) << out();
+    EXPECT_NE(out().find("  1␍\n"), std::string::npos);
+    EXPECT_NE(err().find("note: odd ␛[31m file\n"), std::string::npos) << err();
+}
+
+TEST_F(ListTest, ColoursNothingInAPipe)
+{
+    bookHoldsAnnTwice();
+    environment_.wantsColour = true;
+
+    run({"list", "book.vcf"});
+
+    EXPECT_EQ(out().find('\x1b'), std::string::npos);
+}
+
+TEST_F(ListTest, ColoursNothingWhenTheUserWantsNoColour)
+{
+    bookHoldsAnnTwice();
+    everythingIsATerminal();
+    environment_.wantsColour = false;
+
+    run({"list", "book.vcf"});
+
+    EXPECT_EQ(out().find('\x1b'), std::string::npos);
+    EXPECT_EQ(err().find('\x1b'), std::string::npos);
+}
+
+TEST_F(ListTest, ColoursTitlesAndMarksOnATerminal)
+{
+    bookHoldsAnnTwice();
+    everythingIsATerminal();
+    environment_.wantsColour = true;
+
+    run({"list", "book.vcf"});
+
+    EXPECT_TRUE(out().starts_with("\x1b[1m")) << out();
+    EXPECT_NE(out().find("\n\x1b[31m[x]\x1b[0m  Ann"), std::string::npos) << out();
+}
+
+TEST_F(ListTest, ShowsMessagesAndABarOnATerminal)
+{
+    bookHoldsAnnTwice();
+    environment_.errIsTerminal = true;
+
+    run({"list", "book.vcf"});
+
+    for (const std::string part : {"\rLoading Contacts...", "\rSorting contacts... [",
+                                   "\rFinding duplicated contacts... [", "##", "%"}) {
+        EXPECT_NE(err().find(part), std::string::npos) << part;
+    }
+    EXPECT_TRUE(err().ends_with(" \r")) << "cleared at the end";
+}
+
+TEST_F(ListTest, ShowsNoProgressWhenQuietOrInAPipe)
+{
+    bookHoldsAnnTwice();
+    book_.readingNotes = {1, {"A note."}};
+    run({"list", "book.vcf", "--format", "json"});
+    EXPECT_EQ(err().find("Loading"), std::string::npos);
+    environment_.errIsTerminal = true;
+
+    run({"list", "book.vcf", "--quiet"});
+
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(ListTest, TellsTheBooksNotes)
+{
+    book_.readingNotes = {2, {"“a.vcf” was left out."}};
+
+    EXPECT_EQ(run({"list", "book.vcf"}), 0);
+    EXPECT_EQ(err(), "dunmora-cli: note: “a.vcf” was left out.\n"
+                     "dunmora-cli: note: 2 cards could not be read and were skipped.\n");
+
+    book_.readingNotes = {1, {}};
+    run({"list", "book.vcf"});
+    EXPECT_EQ(err(), "dunmora-cli: note: 1 card could not be read and was skipped.\n");
+}
+
+TEST_F(ListTest, TellsOnlyOnceThatCardsWereSkipped)
+{
+    book_.readingNotes = {2, {"2 cards without END were skipped."}};
+
+    run({"list", "book.vcf"});
+
+    EXPECT_EQ(err(), "dunmora-cli: note: 2 cards without END were skipped.\n");
+}
+
+TEST_F(ListTest, WarnsOfPeopleWhoWouldLoseEveryCopy)
+{
+    bookHolds({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben"),
+               withMobile(person("5", "Cid")), person("6", "Cid")});
+
+    run({"list", "book.vcf"});
+
+    EXPECT_EQ(err(), "dunmora-cli: warning: 2 people would lose every copy.\n");
+}
+
+TEST_F(ListTest, WarnsOfPeopleWhoShareOnlyEmptyFields)
+{
+    bookHolds({withMobile(person("1", "", "")), person("2", "", ""), person("3", "", "")});
+
+    run({"list", "book.vcf", "--format", "csv"});
+
+    EXPECT_EQ(err(), "dunmora-cli: warning: 3 people share only empty fields.\n");
+}
+
+TEST_F(ListTest, MatchesByTheStoredFieldsWithoutOptions)
+{
+    userDefaults_.setBool("filterLastname", false);
+    bookHolds({person("1", "Ann", "Lee"), person("2", "Ann", "Li")});
+
+    run({"list", "b", "--format", "json", "--quiet"});
+
+    EXPECT_EQ(Json::parse(out())["match"], Json({"firstname"}));
+    EXPECT_EQ(Json::parse(out())["groups"][0]["key"], "Ann-");
+}
+
+TEST_F(ListTest, StoresNothingOfTheMatchGiven)
+{
+    userDefaults_.setBool("filterNickname", true);
+    userDefaults_.synchronize();
+    const auto before = userDefaults_.onDisk();
+    bookHolds({person("1", "Ann", "Lee"), person("2", "Ann", "Li")});
+
+    EXPECT_EQ(run({"list", "b", "--match", "firstname", "--format", "json", "--quiet"}), 0);
+
+    EXPECT_EQ(Json::parse(out())["match"], Json({"firstname"}));
+    EXPECT_EQ(Json::parse(out())["duplicates"], 2);
+    userDefaults_.synchronize();
+    EXPECT_EQ(userDefaults_.onDisk(), before);
+    run({"list", "b", "--format", "json", "--quiet"});
+    EXPECT_EQ(Json::parse(out())["match"], Json({"nickname", "firstname", "lastname"}));
+}
+
+TEST_F(ListTest, AsksForAFieldWhenThePreferencesChooseNone)
+{
+    userDefaults_.setBool("filterFirstname", false);
+    userDefaults_.setBool("filterLastname", false);
+    book_.onRead = [] { ADD_FAILURE() << "the book was read"; };
+
+    EXPECT_EQ(run({"list", "book.vcf", "--quiet"}), 2);
+    EXPECT_EQ(out(), "");
+    EXPECT_EQ(err(), "You should choose at least one field as match condition!\n");
+}
+
+TEST_F(ListTest, SaysWhyTheBookCannotBeRead)
+{
+    environment_.errIsTerminal = true;
+    book_.onRead = [] { throw PlatformError("“book.vcf” cannot be read: no such file"); };
+
+    for (const std::string format : {"table", "json", "csv"}) {
+        EXPECT_EQ(run({"list", "book.vcf", "--quiet", "--format", format}), 1);
+        EXPECT_EQ(out(), "");
+        EXPECT_EQ(err(), "dunmora-cli: “book.vcf” cannot be read: no such file\n");
+    }
+}
+
+TEST_F(ListTest, ClearsTheProgressBeforeAnError)
+{
+    environment_.errIsTerminal = true;
+    book_.onRead = [] { throw PlatformError("gone"); };
+
+    EXPECT_EQ(run({"list", "book.vcf"}), 1);
+    EXPECT_EQ(err(), "\rLoading Contacts...\r                   \rdunmora-cli: gone\n");
+}
+
+TEST_F(ListTest, SaysThatTheBookCannotBeOpened)
+{
+    environment_.openAddressBook = [](const std::string& name) -> std::unique_ptr<AddressBook> {
+        throw PlatformError("no book “" + name + "”");
+    };
+
+    EXPECT_EQ(run({"list", "x\n"}), 1);
+    EXPECT_EQ(err(), "dunmora-cli: no book “x␊”\n");
+}
+
+TEST_F(ListTest, SaysWhenTheOutputCannotBeWritten)
+{
+    bookHoldsAnnTwice();
+    FullDisk disk;
+    std::ostream full(&disk);
+    const CliEnvironment environment{
+        environment_.openAddressBook, userDefaults_, bundle_, in_, full, err_};
+    const std::vector<std::string> arguments{"list", "book.vcf"};
+
+    EXPECT_EQ(runCli(arguments, environment), 1);
+    EXPECT_EQ(err(), "dunmora-cli: The output could not be written.\n");
+}
+
+TEST_F(ListTest, TurnsAnyFailureIntoALine)
+{
+    book_.onRead = [] { throw std::bad_alloc(); };
+
+    EXPECT_EQ(run({"list", "book.vcf"}), 1);
+    EXPECT_EQ(err(), "dunmora-cli: std::bad_alloc\n");
+}
+
+TEST_F(ListTest, ChangesNothing)
+{
+    bookHoldsAnnTwice();
+
+    run({"list", "book.vcf"});
+
+    EXPECT_EQ(book_.savesAsked(), 0U);
+    EXPECT_EQ(book_.storedUids().size(), 3U);
+}
+
+}  // namespace
+}  // namespace dunmora::test
