@@ -1,0 +1,398 @@
+#!/usr/bin/env python3
+"""Runs the real terminal program on real files: dunmora_cli_test.py PATH-OF-DUNMORA-CLI
+
+Every test has a folder of its own, which is also the program's home, so that nothing of the user's is touched.
+"""
+
+import csv
+import errno
+import io
+import json
+import os
+import pathlib
+import pty
+import select
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROGRAM = ""
+SAMPLE = pathlib.Path(__file__).parents[2] / "samples" / "address-book.vcf"
+SECONDS = 20
+QUESTION = (
+    "Confirm to delete\r\n"
+    "The checked contacts will be deleted from Address Book. \r\n"
+    "Do you really want to continue?\r\n"
+)
+NO_OUTPUT = "dunmora-cli: The output could not be written.\n"
+
+
+def card(uid, first, last="Lee", *lines):
+    """A card, to the byte."""
+    text = ["BEGIN:VCARD", "VERSION:3.0", f"UID:{uid}", f"N:{last};{first};;;", "REV:2024-05-01T10:00:00Z", *lines,
+            "END:VCARD", ""]
+    return "\r\n".join(text).encode()
+
+
+ANN_1 = card("ann-1", "Ann", "Lee", "TEL;TYPE=CELL:+1 555 0100")
+BEN = card("ben", "Ben", "Li", "NOTE:kept\\, with a fold", " ed line")
+ANN_2 = card("ann-2", "Ann", "Lee", "X-ODD:whatever")
+BOOK = ANN_1 + b"text between cards\r\n" + BEN + ANN_2
+BOOK_WITHOUT_ANN_2 = BOOK[: -len(ANN_2)]
+
+
+class EndToEnd(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.book = self.folder / "book.vcf"
+        self.book.write_bytes(BOOK)
+        self.backup = self.folder / "backup.vcf"
+        self.environment = {
+            "HOME": folder.name,
+            "XDG_CONFIG_HOME": str(self.folder / "config"),
+            "PATH": os.environ["PATH"],
+            "TERM": "xterm",
+            "TZ": "UTC0",
+        }
+        # A program built with sanitizers is told what to do by these.
+        self.environment.update({name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")})
+
+    def run_program(self, *arguments, command=None, stdout=subprocess.PIPE):
+        """Runs the program in pipes; returns its exit code and what it said, as text with its line ends kept."""
+        result = subprocess.run([*(command or []), PROGRAM, *map(str, arguments)], stdin=subprocess.DEVNULL,
+                                stdout=stdout, stderr=subprocess.PIPE, env=self.environment, timeout=SECONDS,
+                                check=False)
+        return result.returncode, (result.stdout or b"").decode(), result.stderr.decode()
+
+    def listed(self, book, *arguments):
+        code, out, _ = self.run_program("list", book, "--format", "json", *arguments)
+        self.assertEqual(code, 0)
+        return json.loads(out)
+
+    def run_on_terminal(self, *arguments, answer=None, stdout=None):
+        """Runs the program on a terminal of its own, types the answer once it is asked for, and returns the exit
+        code and all that the terminal showed."""
+        master, slave = pty.openpty()
+        with subprocess.Popen([PROGRAM, *map(str, arguments)], stdin=slave, stdout=stdout or slave, stderr=slave,
+                              env=self.environment, start_new_session=True) as process:
+            os.close(slave)
+            try:
+                shown = self.read_terminal(master, answer)
+                return process.wait(SECONDS), shown.decode()
+            finally:
+                process.kill()
+                os.close(master)
+
+    def read_terminal(self, master, answer):
+        shown = b""
+        deadline = time.monotonic() + SECONDS
+        while True:
+            ready, _, _ = select.select([master], [], [], max(0, deadline - time.monotonic()))
+            self.assertTrue(ready, f"the program neither goes on nor ends: {shown!r}")
+            try:
+                piece = os.read(master, 65536)
+            except OSError as error:
+                # This is how Linux tells that the last one on the terminal has left it.
+                if error.errno != errno.EIO:
+                    raise
+                piece = b""
+            if not piece:
+                return shown
+            shown += piece
+            if answer is not None and shown.endswith(b"[y/N] "):
+                os.write(master, answer)
+                answer = None
+
+    def assert_untouched(self):
+        self.assertEqual(self.book.read_bytes(), BOOK)
+        self.assertEqual({path.name for path in self.folder.iterdir()} - {"config"}, {"book.vcf"})
+
+
+class ListTest(EndToEnd):
+    def test_prints_the_review_as_json(self):
+        row = {"uid": "ann-1", "fname": "Ann", "lname": "Lee", "nickname": "", "home": "", "work": "",
+               "mobile": "+1 555 0100", "modified": "2024-05-01T10:00:00Z", "check": False}
+
+        self.assertEqual(self.listed(self.book), {
+            "schema": 1, "addressBook": str(self.book), "match": ["firstname", "lastname"], "contacts": 3,
+            "duplicates": 2, "skipped": 0,
+            "groups": [{"key": "Ann-Lee-", "rows": [row, {**row, "uid": "ann-2", "mobile": "", "check": True}]}]})
+        self.assert_untouched()
+
+    def test_prints_csv_that_others_can_read(self):
+        code, out, err = self.run_program("list", self.book, "--format", "csv")
+
+        rows = list(csv.DictReader(io.StringIO(out, newline="")))
+        self.assertEqual((code, err), (0, ""))
+        self.assertEqual([(row["group"], row["check"], row["uid"], row["modified"]) for row in rows],
+                         [("1", "false", "ann-1", "2024-05-01T10:00:00Z"),
+                          ("1", "true", "ann-2", "2024-05-01T10:00:00Z")])
+
+    def test_shows_a_table_without_colour_or_progress_in_a_pipe(self):
+        code, out, err = self.run_program("list", self.book)
+
+        self.assertEqual((code, err), (0, ""))
+        self.assertTrue(out.endswith("\n\n2 duplicates of 3\n"), out)
+        self.assertNotIn("\x1b", out)
+
+    def test_shows_colour_and_progress_on_a_terminal(self):
+        code, shown = self.run_on_terminal("list", self.book)
+
+        self.assertEqual(code, 0)
+        self.assertIn("\rLoading Contacts... [", shown)
+        self.assertIn("\x1b[31m[x]\x1b[0m  Ann", shown)
+
+    def test_respects_no_color_and_quiet(self):
+        self.environment["NO_COLOR"] = "1"
+
+        code, shown = self.run_on_terminal("list", self.book, "--quiet")
+
+        self.assertEqual(code, 0)
+        self.assertNotIn("\x1b", shown)
+        self.assertNotIn("Loading", shown)
+
+    def test_never_sends_a_control_character_of_a_name_to_a_terminal(self):
+        self.environment["NO_COLOR"] = "1"
+        self.book.write_bytes(card("1\x07", "A\x1b[2Jnn\u202e") + card("2", "A\x1b[2Jnn\u202e"))
+        for form in ("table", "csv", "json"):
+            code, shown = self.run_on_terminal("list", self.book, "--format", form)
+
+            self.assertEqual(code, 0)
+            self.assertIn("[2Jnn", shown)
+            for character in "\x1b\x07\u202e":
+                self.assertNotIn(character, shown, form)
+
+    def test_tells_that_it_cannot_read_the_book(self):
+        for book in (self.folder / "none.vcf", "/dev/null", self.folder / "bro\x1bken"):
+            code, out, err = self.run_program("list", book, "--format", "json")
+
+            self.assertEqual((code, out), (1, ""))
+            self.assertRegex(err, r"\Adunmora-cli: [^\n\x1b]+\n\Z")
+
+    def test_tells_that_the_output_is_full(self):
+        with open("/dev/full", "wb") as full:
+            self.assertEqual(self.run_program("list", self.book, stdout=full), (1, "", NO_OUTPUT))
+
+    def test_tells_that_nobody_reads_the_output(self):
+        reader, writer = os.pipe()
+        os.close(reader)
+        self.addCleanup(os.close, writer)
+
+        self.assertEqual(self.run_program("list", self.book, stdout=writer), (1, "", NO_OUTPUT))
+
+    def test_lists_the_sample(self):
+        review = self.listed(SAMPLE)
+
+        self.assertGreater(review["duplicates"], 0)
+        self.assertEqual(review["duplicates"], sum(len(group["rows"]) for group in review["groups"]))
+        for group in review["groups"]:
+            self.assertGreaterEqual(len(group["rows"]), 2)
+
+
+class DeleteTest(EndToEnd):
+    def test_cuts_out_the_checked_cards_and_no_other_byte(self):
+        code, out, err = self.run_program("delete", self.book, "--yes", "--format", "json", "--backup", self.backup)
+
+        self.assertEqual((code, err), (0, ""))
+        self.assertEqual(json.loads(out), {"schema": 1, "dryRun": False, "deleted": ["ann-2"], "contacts": 2,
+                                           "duplicates": 1})
+        self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
+        self.assertEqual(self.backup.read_bytes(), ANN_2)
+
+    def test_backs_up_exactly_the_removed_people_of_the_sample(self):
+        shutil.copy(SAMPLE, self.book)
+        before = self.listed(self.book)
+        checked = {row["uid"] for group in before["groups"] for row in group["rows"] if row["check"]}
+
+        code, out, _ = self.run_program("delete", self.book, "--yes", "--format", "json", "--backup", self.backup,
+                                        "--allow-last-copy", "--allow-blank-match")
+
+        self.assertEqual(code, 0)
+        result = json.loads(out)
+        self.assertEqual(set(result["deleted"]), checked)
+        after = self.listed(self.book)
+        self.assertEqual(result["contacts"], before["contacts"] - len(checked))
+        self.assertEqual(after["contacts"], result["contacts"])
+        backup = self.listed(self.backup)
+        self.assertEqual((backup["contacts"], backup["skipped"]), (len(checked), 0))
+        self.assertEqual(len(SAMPLE.read_bytes()), self.book.stat().st_size + self.backup.stat().st_size)
+
+    def test_asks_on_a_terminal_in_the_systems_words(self):
+        for answer in (b"y\n", b"Yes\n", b"OKAY\n"):
+            self.book.write_bytes(BOOK)
+            code, shown = self.run_on_terminal("delete", self.book, answer=answer)
+
+            self.assertEqual(code, 0, shown)
+            self.assertLess(shown.index("ann-2"), shown.index(QUESTION))
+            self.assertIn("1 person deleted.", shown)
+            self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
+
+    def test_changes_nothing_unless_the_answer_is_yes(self):
+        # The last one ends the input.
+        for answer in (b"\n", b"n\n", b"cancel\n", b"\x04"):
+            code, shown = self.run_on_terminal("delete", self.book, "--backup", self.backup, answer=answer)
+
+            self.assertEqual(code, 1, shown)
+            self.assertIn("dunmora-cli: Nothing was deleted.", shown)
+            self.assert_untouched()
+
+    def test_asks_on_the_terminal_while_the_output_goes_to_a_file(self):
+        with open(self.folder / "out", "w+b") as output:
+            code, shown = self.run_on_terminal("delete", self.book, "--format", "json", answer=b"ok\n", stdout=output)
+            output.seek(0)
+            result = json.load(output)
+
+        self.assertEqual((code, result["deleted"]), (0, ["ann-2"]))
+        self.assertLess(shown.index("ann-2"), shown.index(QUESTION))
+
+    def test_needs_yes_without_a_terminal(self):
+        self.assertEqual(self.run_program("delete", self.book),
+                         (2, "", "dunmora-cli: Without a terminal to ask on, delete needs --yes.\n"))
+        self.assert_untouched()
+
+    def test_writes_nothing_in_a_dry_run(self):
+        code, out, _ = self.run_program("delete", self.book, "--dry-run", "--format", "json", "--backup", self.backup)
+
+        self.assertEqual(code, 0)
+        self.assertEqual(json.loads(out), {"schema": 1, "dryRun": True, "deleted": ["ann-2"], "contacts": 2,
+                                           "duplicates": 1})
+        self.assert_untouched()
+
+    def test_refuses_what_nobody_may_have_reviewed(self):
+        blank = card("1", "", "") + card("2", "", "")
+        self.book.write_bytes(blank)
+
+        code, out, err = self.run_program("delete", self.book, "--yes", "--format", "json")
+
+        self.assertEqual((code, out), (1, ""))
+        self.assertIn("would lose every copy", err)
+        self.assertIn("share only empty fields", err)
+        self.assertEqual(self.book.read_bytes(), blank)
+        code, out, _ = self.run_program("delete", self.book, "--yes", "--format", "json", "--keep-one",
+                                        "--allow-blank-match")
+        self.assertEqual((code, json.loads(out)["deleted"]), (0, ["2"]))
+
+    def test_refuses_a_backup_that_exists(self):
+        self.backup.write_bytes(b"mine")
+
+        code, out, _ = self.run_program("delete", self.book, "--yes", "--backup", self.backup)
+
+        self.assertEqual((code, out), (1, ""))
+        self.assertEqual((self.book.read_bytes(), self.backup.read_bytes()), (BOOK, b"mine"))
+
+    def test_keeps_the_backup_when_the_book_cannot_be_saved(self):
+        self.book.chmod(0o444)
+
+        code, out, err = self.run_program("delete", self.book, "--yes", "--format", "json", "--backup", self.backup)
+
+        self.assertEqual((code, out), (1, ""))
+        self.assertIn("read-only", err)
+        self.assertIn(str(self.backup), err)
+        self.assertEqual((self.book.read_bytes(), self.backup.read_bytes()), (BOOK, ANN_2))
+
+    def test_changes_nothing_when_it_cannot_show_whom_it_deletes(self):
+        closed = ["sh", "-c", 'exec "$@" >&-', "sh"]
+        self.assertEqual(self.run_program("delete", self.book, "--yes", command=closed), (1, "", NO_OUTPUT))
+        self.assert_untouched()
+
+        with open("/dev/full", "wb") as full:
+            self.assertEqual(self.run_program("delete", self.book, "--yes", stdout=full), (1, "", NO_OUTPUT))
+        self.assert_untouched()
+
+    def test_writes_nothing_astray_without_any_standard_stream(self):
+        closed = ["sh", "-c", 'exec "$@" <&- >&- 2>&-', "sh"]
+
+        code, _, _ = self.run_program("delete", self.book, "--yes", "--format", "json", command=closed)
+
+        # People were deleted, but nobody could be told.
+        self.assertEqual(code, 1)
+        self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
+
+    def test_deletes_from_a_folder_and_keeps_its_backup_out(self):
+        people = self.folder / "people"
+        people.mkdir()
+        (people / "a.vcf").write_bytes(ANN_1 + BEN)
+        (people / "b.vcf").write_bytes(ANN_2)
+
+        code, _, err = self.run_program("delete", people, "--yes", "--backup", people / "backup.vcf")
+        self.assertEqual(code, 2, err)
+        code, _, err = self.run_program("delete", people, "--yes", "--backup", self.backup)
+
+        self.assertEqual((code, err), (0, ""))
+        self.assertEqual({path.name: path.read_bytes() for path in people.iterdir()}, {"a.vcf": ANN_1 + BEN})
+        self.assertEqual(self.backup.read_bytes(), ANN_2)
+
+
+class FieldsTest(EndToEnd):
+    def test_stores_the_match_fields_for_the_next_run(self):
+        self.assertEqual(self.run_program("fields"), (0, "firstname,lastname\n", ""))
+        self.assertEqual(self.run_program("fields", "mobile,firstname"), (0, "firstname,mobile\n", ""))
+
+        self.assertEqual(self.run_program("fields"), (0, "firstname,mobile\n", ""))
+        self.assertEqual(self.listed(self.book)["match"], ["firstname", "mobile"])
+
+    def test_stores_nothing_of_a_runs_own_fields(self):
+        self.run_program("fields", "lastname")
+        stored = {path: path.read_bytes() for path in (self.folder / "config").rglob("*") if path.is_file()}
+        self.assertTrue(stored)
+
+        self.assertEqual(self.listed(self.book, "--match", "home")["match"], ["home"])
+
+        self.assertEqual({path: path.read_bytes() for path in stored}, stored)
+        self.assertEqual(self.run_program("fields")[1], "lastname\n")
+
+    def test_tells_that_the_fields_could_not_be_stored(self):
+        # A file where the folder should be: nobody can write there, root included.
+        (self.folder / "config").write_bytes(b"")
+
+        code, out, err = self.run_program("fields", "home")
+
+        self.assertEqual((code, out), (1, ""))
+        self.assertTrue(err.endswith("dunmora-cli: The match fields could not be stored.\n"), err)
+
+
+class WrongUseTest(EndToEnd):
+    def test_is_told_in_one_line(self):
+        for arguments in (["tidy"], ["list"], ["list", self.book, "--format", "xml"], ["list", self.book, "more"],
+                          ["list", self.book, "--match", "email"], ["delete", self.book, "--yes", "--check", "nobody"],
+                          ["delete", self.book, "--yes", "--check", "ben", "--uncheck", "ben"],
+                          ["fields", "email"], ["--what\x1b"]):
+            code, out, err = self.run_program(*arguments)
+
+            self.assertEqual((code, out), (2, ""), arguments)
+            self.assertRegex(err, r"\Adunmora-cli: [^\n\x1b]+\n\Z")
+            self.assert_untouched()
+
+    def test_asks_for_a_match_field(self):
+        expected = (2, "", "You should choose at least one field as match condition!\n")
+        for arguments in (["list", self.book, "--match", ""], ["delete", self.book, "--yes", "--match="],
+                          ["fields", ""]):
+            self.assertEqual(self.run_program(*arguments), expected)
+
+    def test_shows_the_usage_when_nothing_is_given(self):
+        code, out, err = self.run_program()
+
+        self.assertEqual((code, out), (2, ""))
+        self.assertTrue(err.startswith("Usage:\n"))
+
+    def test_is_not_to_ask_for_help_or_the_version(self):
+        for command in ([], ["list"], ["delete"], ["fields"]):
+            code, out, err = self.run_program(*command, "--help")
+            self.assertEqual((code, err), (0, ""))
+            self.assertIn("Usage: dunmora-cli", out)
+
+            code, out, err = self.run_program(*command, "--version")
+            self.assertEqual((code, err), (0, ""))
+            self.assertRegex(out, r"\Adunmora-cli \d+\.\d+\n\Z")
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    PROGRAM = os.path.abspath(sys.argv.pop(1))
+    unittest.main()
