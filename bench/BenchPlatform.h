@@ -1,0 +1,103 @@
+#pragma once
+
+#include "platform/AddressBook.h"
+#include "platform/Alert.h"
+#include "platform/Bundle.h"
+#include "platform/Platform.h"
+#include "platform/PlatformError.h"
+#include "platform/UserDefaults.h"
+#include "platform/Workspace.h"
+
+#include <array>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace dunmora::bench {
+
+/// People in memory, one in ten of them twice, each with two numbers: a book that costs nothing to
+/// list, so that only the engine is measured. Nobody can be removed.
+class MemoryAddressBook final : public AddressBook {
+public:
+    explicit MemoryAddressBook(std::size_t count)
+    {
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto who = i % 11 == 10 ? i - 1 : i;
+            auto& texts = texts_.emplace_back(
+                std::array{"uid-" + std::to_string(i), "First" + std::to_string(who),
+                           "Last" + std::to_string(who), "+1 555 " + std::to_string(who)});
+            auto& phones = phones_.emplace_back(std::array<LabelledPhone, 2>{
+                {{"_$!<Home>!$_", texts[3]}, {"_$!<Mobile>!$_", texts[3]}}});
+            people_.push_back({texts[0], texts[1], texts[2], {}, {}, PhoneList(phones)});
+        }
+    }
+
+    std::span<const Person> readPeople() override { return people_; }
+    std::span<const Person> people() override { return people_; }
+    void removeRecord(const Person& /*person*/) override { refuse(); }
+    void save() override { refuse(); }
+    void backUp(std::span<const Person* const> /*people*/,
+                const std::filesystem::path& /*file*/) override
+    {
+        refuse();
+    }
+    ReadingNotes notes() const override { return {}; }
+
+private:
+    [[noreturn]] static void refuse()
+    {
+        throw PlatformError("This address book cannot be changed.");
+    }
+
+    // Containers whose elements stay in place: the people are views into them.
+    std::deque<std::array<std::string, 4>> texts_;
+    std::deque<std::array<LabelledPhone, 2>> phones_;
+    std::vector<Person> people_;
+};
+
+/// Preferences nobody has changed.
+class UnsetUserDefaults final : public UserDefaults {
+public:
+    bool hasValue(std::string_view /*key*/) const override { return false; }
+    bool boolForKey(std::string_view /*key*/) const override { return false; }
+    void setBool(std::string_view /*key*/, bool /*value*/) override {}
+    bool synchronize() override { return true; }
+};
+
+class SilentAlert final : public Alert {
+public:
+    int runModal(const AlertContent& /*content*/) override { return kDefaultButton; }
+};
+
+class ClosedWorkspace final : public Workspace {
+public:
+    bool openURL(const std::string& /*url*/) override { return false; }
+};
+
+class EmptyBundle final : public Bundle {
+public:
+    std::optional<std::string> objectForInfoDictionaryKey(std::string_view /*key*/) const override
+    {
+        return std::nullopt;
+    }
+};
+
+/// The ports of a measurement: a book in memory, and others that do nothing.
+struct BenchPlatform {
+    explicit BenchPlatform(std::size_t people) : addressBook(people)
+    {
+        Platform::install(platform);
+    }
+    ~BenchPlatform() = default;
+    BenchPlatform(const BenchPlatform&) = delete;
+    BenchPlatform& operator=(const BenchPlatform&) = delete;
+
+    MemoryAddressBook addressBook;
+    UnsetUserDefaults userDefaults;
+    SilentAlert alert;
+    ClosedWorkspace workspace;
+    EmptyBundle bundle;
+    Platform platform{addressBook, userDefaults, alert, workspace, bundle};
+};
+
+}  // namespace dunmora::bench

@@ -1,0 +1,32 @@
+#include "app/NotificationCenter.h"
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+
+namespace dunmora::bench {
+
+namespace {
+
+/// One post of progress, which a job makes for every person, to as many observers as the argument.
+void postProgress(benchmark::State& state)
+{
+    NotificationCenter center;
+    const auto progress = std::make_shared<Progress>();
+    std::int64_t handled = 0;
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        center.addObserver(&handled, kMsgProgress, [&](const Notification&) { ++handled; });
+    }
+
+    while (state.KeepRunning()) {
+        center.postNotification(kMsgProgress, &center, progress);
+    }
+
+    benchmark::DoNotOptimize(handled);
+}
+
+BENCHMARK(postProgress)->Arg(0)->Arg(1);
+
+}  // namespace
+
+}  // namespace dunmora::bench

@@ -1,0 +1,30 @@
+#include "adapters/vcard/CardReader.h"
+#include "bench/big_book.h"
+
+#include <benchmark/benchmark.h>
+
+namespace dunmora::bench {
+
+namespace {
+
+/// Reading a book that is in memory already.
+void readCards(benchmark::State& state)
+{
+    const auto text = bigBook({.cards = static_cast<std::size_t>(state.range(0))});
+
+    while (state.KeepRunning()) {
+        CardReader reader;
+        CardReader::Cards cards;
+        reader.read(text, CardReader::Text::Bytes, cards);
+        benchmark::DoNotOptimize(cards.people.size());
+    }
+
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+BENCHMARK(readCards)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace dunmora::bench
