@@ -1,13 +1,15 @@
 #include "engine/ContactRecord.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dunmora {
 
 namespace {
 
-constexpr std::array kTextKeys{kContactUid,  kContactFirstName, kContactLastName, kContactNickname,
-                               kContactHome, kContactWork,      kContactMobile};
+constexpr std::array<std::string_view, ContactRecord::kTextCount> kTextKeys{
+    kContactUid,  kContactFirstName, kContactLastName, kContactNickname,
+    kContactHome, kContactWork,      kContactMobile};
 
 /// The position of the key among the texts; their number for every other key.
 std::size_t textIndex(std::string_view key)
@@ -18,11 +20,23 @@ std::size_t textIndex(std::string_view key)
 
 }  // namespace
 
+ContactRecord::ContactRecord(const std::array<std::string_view, kTextCount>& texts)
+{
+    std::size_t size = 0;
+    for (const auto text : texts) {
+        size += text.size();
+    }
+    texts_.reserve(size);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        texts_ += texts[i];
+        textEnds_[i] = static_cast<std::uint32_t>(texts_.size());
+    }
+}
+
 std::optional<ContactValue> ContactRecord::objectForKey(std::string_view key) const
 {
-    static_assert(kTextKeys.size() == kTextCount);
-    if (const auto index = textIndex(key); index < texts_.size()) {
-        return texts_[index];
+    if (const auto index = textIndex(key); index < kTextCount) {
+        return textAt(index);
     }
     if (key == kContactModified && modified_) {
         return *modified_;
@@ -39,8 +53,14 @@ void ContactRecord::setObject(const ContactValue& value, std::string_view key)
     const auto* text = std::get_if<std::string_view>(&value);
     const auto* date = std::get_if<std::chrono::sys_seconds>(&value);
     const auto* flag = std::get_if<bool>(&value);
-    if (text != nullptr && index < texts_.size()) {
-        texts_[index] = *text;
+    if (text != nullptr && index < kTextCount) {
+        std::array<std::string_view, kTextCount> texts;
+        for (std::size_t i = 0; i < kTextCount; ++i) {
+            texts[i] = i == index ? *text : textAt(i);
+        }
+        ContactRecord changed(texts);
+        texts_ = std::move(changed.texts_);
+        textEnds_ = changed.textEnds_;
     } else if (date != nullptr && key == kContactModified) {
         modified_ = *date;
     } else if (flag != nullptr && key == kContactCheck) {
@@ -51,7 +71,13 @@ void ContactRecord::setObject(const ContactValue& value, std::string_view key)
 std::string_view ContactRecord::text(std::string_view key) const
 {
     const auto index = textIndex(key);
-    return index < texts_.size() ? std::string_view(texts_[index]) : std::string_view();
+    return index < kTextCount ? textAt(index) : std::string_view();
+}
+
+std::string_view ContactRecord::textAt(std::size_t index) const
+{
+    const auto begin = textBegin(index);
+    return std::string_view(texts_).substr(begin, textEnds_[index] - begin);
 }
 
 }  // namespace dunmora

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,11 +26,19 @@ inline constexpr std::string_view kContactCheck = "check";
 using ContactValue = std::variant<std::string_view, std::chrono::sys_seconds, bool>;
 
 /// One person as the review shows it: a dictionary with the nine keys above, kept compactly. The
-/// seven texts are always there, empty at first; "modified" and "check" are there once stored.
+/// seven texts are always there; "modified" and "check" are there once stored.
 ///
 /// Thread: as a standard container.
 class ContactRecord final {
 public:
+    static constexpr std::size_t kTextCount = 7;
+
+    /// All texts are empty.
+    ContactRecord() = default;
+
+    /// The texts in the order of the keys above.
+    explicit ContactRecord(const std::array<std::string_view, kTextCount>& texts);
+
     /// The value under the key; none when it was never stored or the record has no such key.
     std::optional<ContactValue> objectForKey(std::string_view key) const;
 
@@ -44,9 +53,13 @@ public:
     bool isChecked() const { return check_.value_or(false); }
 
 private:
-    static constexpr std::size_t kTextCount = 7;
+    std::size_t textBegin(std::size_t index) const { return index == 0 ? 0 : textEnds_[index - 1]; }
+    std::string_view textAt(std::size_t index) const;
 
-    std::array<std::string, kTextCount> texts_;
+    // The texts one after the other, and where each ends: a million records are walked faster when
+    // each has one piece of memory instead of seven.
+    std::string texts_;
+    std::array<std::uint32_t, kTextCount> textEnds_{};
     std::optional<std::chrono::sys_seconds> modified_;
     std::optional<bool> check_;
 };

@@ -39,19 +39,16 @@ private:
     std::function<void()> undo_;
 };
 
-void fill(ContactRecord& record, const Person& person)
+ContactRecord recordOf(const Person& person)
 {
-    record = ContactRecord();
-    record.setObject(person.uid, kContactUid);
-    record.setObject(SafeString(person.firstName), kContactFirstName);
-    record.setObject(SafeString(person.lastName), kContactLastName);
-    record.setObject(SafeString(person.nickname), kContactNickname);
-    record.setObject(PhoneNumber(person.phones, "home"), kContactHome);
-    record.setObject(PhoneNumber(person.phones, "work"), kContactWork);
-    record.setObject(PhoneNumber(person.phones, "mobile"), kContactMobile);
+    ContactRecord record({person.uid, SafeString(person.firstName), SafeString(person.lastName),
+                          SafeString(person.nickname), PhoneNumber(person.phones, "home"),
+                          PhoneNumber(person.phones, "work"),
+                          PhoneNumber(person.phones, "mobile")});
     if (person.modified) {
         record.setObject(*person.modified, kContactModified);
     }
+    return record;
 }
 
 bool hasPhoneNumber(const ContactRecord& record)
@@ -92,7 +89,7 @@ bool ContactsParser::load()
     for (std::size_t i = 0; i < people.size(); ++i) {
         progress->current = static_cast<std::int32_t>(i);
         postProgress(progress);
-        fill(contacts_[people[i].uid], people[i]);
+        contacts_[people[i].uid] = recordOf(people[i]);
     }
 
     undo.dismiss();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -20,8 +22,8 @@ template <typename Value>
 class OrderedDictionary {
     struct Entry {
         std::string key;
-        std::uint32_t hash;
-        bool erased;
+        std::uint32_t hash = 0;
+        bool erased = false;
         Value value;
     };
 
@@ -113,7 +115,9 @@ public:
         const auto hash = hashOf(key);
         const auto slot = slotOf(key, hash);
         if (slots_[slot].isFree()) {
-            entries_.push_back({std::string(key), hash, false, Value()});
+            auto& entry = entries_.emplace_back();
+            entry.key = key;
+            entry.hash = hash;
             slots_[slot] = {static_cast<std::uint32_t>(entries_.size()), hash};
             ++size_;
         }
@@ -157,11 +161,7 @@ private:
     /// A power of two that keeps at least half of the slots free.
     static std::size_t slotsFor(std::size_t count)
     {
-        std::size_t slots = 16;
-        while (slots < 2 * count) {
-            slots *= 2;
-        }
-        return slots;
+        return std::bit_ceil(std::max<std::size_t>(2 * count, 16));
     }
 
     /// The slot of the key, or the free one where it belongs; none when there are no slots.
