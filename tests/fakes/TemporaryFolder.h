@@ -7,6 +7,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace dunmora::test {
 
@@ -35,7 +36,8 @@ private:
     std::filesystem::path path_;
 };
 
-inline void write(const std::filesystem::path& file, const std::string& content)
+/// Writes the file in place, whatever was in it.
+inline void write(const std::filesystem::path& file, std::string_view content)
 {
     std::ofstream(file, std::ios::binary) << content;
 }

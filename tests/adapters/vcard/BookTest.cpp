@@ -1,0 +1,96 @@
+#include "tests/adapters/vcard/BookTest.h"
+
+#include "platform/PlatformError.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+
+namespace dunmora::test {
+
+std::string card(std::string_view uid, std::string_view lineEnd)
+{
+    std::string text;
+    for (const auto& line :
+         {std::string("BEGIN:VCARD"), std::string("VERSION:3.0"), "UID:" + std::string(uid),
+          "N:Lee;" + std::string(uid), std::string("END:VCARD")}) {
+        text += line;
+        text += lineEnd;
+    }
+    return text;
+}
+
+std::string utf16Little(std::string_view ascii)
+{
+    std::string text;
+    for (const char c : ascii) {
+        text += c;
+        text += '\0';
+    }
+    return text;
+}
+
+std::string utf16Big(std::string_view ascii)
+{
+    std::string text;
+    for (const char c : ascii) {
+        text += '\0';
+        text += c;
+    }
+    return text;
+}
+
+std::vector<std::string> uidsOf(std::span<const Person> people)
+{
+    std::vector<std::string> uids;
+    for (const auto& person : people) {
+        uids.emplace_back(person.uid);
+    }
+    return uids;
+}
+
+std::vector<std::string> uidsIn(const std::filesystem::path& book)
+{
+    VCardAddressBook reader(book);
+    return uidsOf(reader.readPeople());
+}
+
+void ask(AddressBook& book, const std::vector<std::string>& uids)
+{
+    for (const auto& person : book.people()) {
+        if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
+            book.removeRecord(person);
+        }
+    }
+}
+
+void removeFrom(const std::filesystem::path& book, const std::vector<std::string>& uids)
+{
+    VCardAddressBook reader(book);
+    ask(reader, uids);
+    reader.save();
+}
+
+std::string failureOf(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const PlatformError& error) {
+        return error.what();
+    }
+    return "nothing was thrown";
+}
+
+std::string traceOf(const std::filesystem::path& path)
+{
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0) {
+        return "no file";
+    }
+    return std::to_string(status.st_ino) + " " + std::to_string(status.st_size) + " " +
+           std::to_string(status.st_mtim.tv_sec) + "." + std::to_string(status.st_mtim.tv_nsec) +
+           " " + std::to_string(status.st_ctim.tv_sec) + "." +
+           std::to_string(status.st_ctim.tv_nsec);
+}
+
+}  // namespace dunmora::test

@@ -1,0 +1,146 @@
+#include "adapters/vcard/VCardAddressBook.h"
+#include "tests/adapters/vcard/BookTest.h"
+#include "tests/contract/AddressBookContract.h"
+#include "tests/fakes/FakeAddressBook.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+class FakeUnderTest final {
+public:
+    AddressBook& book() { return book_; }
+
+    void hold(const std::vector<FakePerson>& people) { book_ = FakeAddressBook(people); }
+    std::vector<std::string> uidsSeenByOthers() { return book_.storedUids(); }
+    std::string trace() { return std::to_string(book_.writes()); }
+
+    void breakSaving()
+    {
+        book_.onSave = [] { throw PlatformError("The disk is full."); };
+    }
+    void mendSaving()
+    {
+        book_.onSave = [] {};
+    }
+
+private:
+    FakeAddressBook book_;
+};
+
+std::string cardOf(const FakePerson& person)
+{
+    std::string text = "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + person.uid + "\r\n";
+    if (person.firstName || person.lastName) {
+        text += "N:" + person.lastName.value_or("") + ";" + person.firstName.value_or("") + "\r\n";
+    }
+    if (person.nickname) {
+        text += "NICKNAME:" + *person.nickname + "\r\n";
+    }
+    if (person.modified) {
+        const auto seconds = person.modified->time_since_epoch().count();
+        std::string date(sizeof "20240501T100000Z", '\0');
+        date.resize(
+            std::strftime(date.data(), date.size(), "%Y%m%dT%H%M%SZ", std::gmtime(&seconds)));
+        text += "REV:" + date + "\r\n";
+    }
+    int group = 0;
+    for (const auto& phone : person.phones.value_or(std::vector<FakePerson::Phone>())) {
+        const auto prefix = "item" + std::to_string(++group) + ".";
+        text += prefix + "TEL:" + phone.value + "\r\n";
+        if (phone.label) {
+            text += prefix + "X-ABLabel:" + *phone.label + "\r\n";
+        }
+    }
+    return text + "END:VCARD\r\n";
+}
+
+class VCardFileUnderTest final {
+public:
+    AddressBook& book() { return book_; }
+
+    void hold(const std::vector<FakePerson>& people)
+    {
+        std::string cards;
+        for (const auto& person : people) {
+            cards += cardOf(person);
+        }
+        write(file_, cards);
+    }
+    std::vector<std::string> uidsSeenByOthers() { return uidsIn(file_); }
+    std::string trace() { return traceOf(file_); }
+
+    // The owner has taken the write bits away, which counts for root too.
+    void breakSaving() { setPermissions(std::filesystem::perms::owner_read); }
+    void mendSaving()
+    {
+        setPermissions(std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    }
+
+private:
+    void setPermissions(std::filesystem::perms permissions)
+    {
+        std::filesystem::permissions(file_, permissions);
+    }
+
+    TemporaryFolder temporary_;
+    std::filesystem::path file_ = temporary_.path() / "book.vcf";
+    VCardAddressBook book_{file_};
+};
+
+/// Two cards a file, so that removals rewrite some files and take others away.
+class VCardFolderUnderTest final {
+public:
+    AddressBook& book() { return book_; }
+
+    void hold(const std::vector<FakePerson>& people)
+    {
+        for (const auto& name : namesIn(folder_)) {
+            std::filesystem::remove(folder_ / name);
+        }
+        for (std::size_t i = 0; i < people.size(); i += 2) {
+            const auto name = std::string(1, static_cast<char>('a' + i / 2)) + ".vcf";
+            write(folder_ / name,
+                  cardOf(people[i]) + (i + 1 < people.size() ? cardOf(people[i + 1]) : ""));
+        }
+    }
+    std::vector<std::string> uidsSeenByOthers() { return uidsIn(folder_); }
+    std::string trace()
+    {
+        std::string traces;
+        for (const auto& name : namesIn(folder_)) {
+            traces += name + " " + traceOf(folder_ / name) + "\n";
+        }
+        return traces;
+    }
+
+    void breakSaving() { setPermissions(std::filesystem::perms::owner_read); }
+    void mendSaving()
+    {
+        setPermissions(std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    }
+
+private:
+    void setPermissions(std::filesystem::perms permissions)
+    {
+        for (const auto& name : namesIn(folder_)) {
+            std::filesystem::permissions(folder_ / name, permissions);
+        }
+    }
+
+    TemporaryFolder temporary_;
+    std::filesystem::path folder_ = temporary_.path();
+    VCardAddressBook book_{folder_};
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, AddressBookContract, FakeUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(VCardFile, AddressBookContract, VCardFileUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(VCardFolder, AddressBookContract, VCardFolderUnderTest);
+
+}  // namespace
+}  // namespace dunmora::test

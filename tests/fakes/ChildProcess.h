@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace dunmora::test {
+
+/// Runs the body in a process of its own, which may give up rights, set limits or move mounts, and
+/// returns what the body returns. What the body throws comes back as "thrown: " and its words.
+std::string inChild(const std::function<std::string()>& body);
+
+/// A moment right before or right after a call that a child makes to the system.
+struct SystemCall {
+    enum class Moment { Before, After };
+
+    /// As in <sys/syscall.h>.
+    long number;
+    Moment moment;
+};
+
+enum class Fate { GoOn, Kill };
+
+/// How a traced child ended.
+enum class End { Ended, Killed, CannotBeTraced };
+
+/// Runs the body in a child, stops it before and after each call to the system, and asks there
+/// whether it goes on or is killed on the spot. Where processes cannot be traced, nothing is run.
+End traceChild(const std::function<void()>& body, const std::function<Fate(SystemCall)>& atCall);
+
+}  // namespace dunmora::test
