@@ -1,5 +1,6 @@
 #include "adapters/vcard/BookFile.h"
 
+#include "adapters/vcard/TextDecoding.h"
 #include "platform/PlatformError.h"
 
 #include <fcntl.h>
@@ -35,12 +36,22 @@ namespace {
 
 constexpr auto kCannotBeRead = "cannot be read";
 constexpr auto kCannotBeChanged = "cannot be changed";
+constexpr auto kCannotBeRemoved = "cannot be removed";
+
+std::size_t sizeOf(const Pieces& content)
+{
+    std::size_t size = 0;
+    for (const auto piece : content) {
+        size += piece.size();
+    }
+    return size;
+}
 
 bool writeAll(const Descriptor& file, const Pieces& content)
 {
     constexpr std::size_t kBufferSize = std::size_t(1) << 20U;
     std::string buffer;
-    buffer.reserve(kBufferSize);
+    buffer.reserve(std::min(sizeOf(content), kBufferSize));
     for (const auto piece : content) {
         if (buffer.size() + piece.size() > kBufferSize) {
             if (!writeAll(file, buffer)) {
@@ -63,7 +74,8 @@ bool writeAll(const Descriptor& file, const Pieces& content)
 /// Errors: PlatformError when it cannot be read.
 bool holds(const Descriptor& file, const Pieces& content, const std::filesystem::path& path)
 {
-    std::vector<char> buffer(std::size_t(1) << 18U);
+    constexpr std::size_t kBufferSize = std::size_t(1) << 18U;
+    std::vector<char> buffer(std::clamp<std::size_t>(sizeOf(content), 1, kBufferSize));
     const auto matchesPiece = [&](std::string_view piece) {
         while (!piece.empty()) {
             const auto wanted = std::min(piece.size(), buffer.size());
@@ -195,11 +207,36 @@ Descriptor makeFile(const std::filesystem::path& folder, std::filesystem::path& 
     return openFile(name, O_RDWR | O_CREAT | O_EXCL, kOwnerOnly);
 }
 
+/// The path with all links resolved. Errors: PlatformError about `name`.
+std::filesystem::path resolved(const std::filesystem::path& path, const std::filesystem::path& name)
+{
+    std::error_code error;
+    auto full = std::filesystem::canonical(path, error);
+    if (error) {
+        fail(name, kCannotBeChanged, error.value());
+    }
+    return full;
+}
+
 }  // namespace
+
+std::string shown(const std::filesystem::path& path)
+{
+    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+    std::string text;
+    for (const char c : toUtf8(path.string(), "")) {
+        if (c == '\x7F' || (c >= '\0' && c < ' ')) {
+            text += kReplacement;
+        } else {
+            text += c;
+        }
+    }
+    return text;
+}
 
 std::string quoted(const std::filesystem::path& path)
 {
-    return "“" + path.string() + "”";
+    return "“" + shown(path) + "”";
 }
 
 FileBytes::FileBytes(std::unique_ptr<char[]> bytes, std::size_t size)
@@ -244,10 +281,11 @@ FileChange::FileChange(std::vector<std::filesystem::path> names, const Pieces& e
     : names_(std::move(names))
 {
     for (const auto& name : names_) {
-        std::error_code error;
-        auto target = std::filesystem::canonical(name, error);
-        if (error) {
-            fail(name, kCannotBeChanged, error.value());
+        auto target = resolved(name, name);
+        const auto folder = name.has_parent_path() ? name.parent_path() : ".";
+        auto entry = resolved(folder, name) / name.filename();
+        if (entry != target) {
+            links_.push_back(std::move(entry));
         }
         if (std::find(targets_.begin(), targets_.end(), target) == targets_.end()) {
             targets_.push_back(std::move(target));
@@ -290,6 +328,7 @@ FileChange::~FileChange()
 void FileChange::prepare(const Pieces& content)
 {
     const auto& name = names_.front();
+    checkFolders(targets_, kCannotBeChanged);
     prepared_ = makeFile(targets_.front().parent_path(), preparedName_);
     if (!prepared_.isOpen()) {
         preparedName_.clear();
@@ -317,10 +356,28 @@ void FileChange::prepare(const Pieces& content)
     }
 }
 
+void FileChange::prepareRemoval() const
+{
+    checkFolders(links_, kCannotBeRemoved);
+    checkFolders(targets_, kCannotBeRemoved);
+}
+
+void FileChange::checkFolders(const std::vector<std::filesystem::path>& entries,
+                              const std::string& whatFails) const
+{
+    for (const auto& entry : entries) {
+        if (faccessat(AT_FDCWD, entry.parent_path().c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+            fail(names_.front(), whatFails + ": nothing can be written to its folder", errno);
+        }
+    }
+}
+
 void FileChange::checkUnchanged() const
 {
     const auto now = statusOf(file_, names_.front());
-    if (now.st_size != compared_.st_size || !sameTime(now.st_mtim, compared_.st_mtim)) {
+    // The time of the last change of anything cannot be set back, unlike that of the content.
+    if (now.st_size != compared_.st_size || !sameTime(now.st_mtim, compared_.st_mtim) ||
+        !sameTime(now.st_ctim, compared_.st_ctim)) {
         failChanged(names_.front());
     }
     for (const auto& target : targets_) {
@@ -331,33 +388,37 @@ void FileChange::checkUnchanged() const
     }
 }
 
-void FileChange::replace(const std::filesystem::path& target, bool isLast)
+void FileChange::commit()
+{
+    checkUnchanged();
+    for (const auto& target : targets_) {
+        replace(target);
+        done_.push_back(target);
+    }
+}
+
+void FileChange::replace(const std::filesystem::path& target)
 {
     // The last use takes the prepared file itself: not every file system has links.
+    const bool isLast = &target == &targets_.back();
     auto name = preparedName_;
     if (preparedName_.empty() || !isLast) {
         const auto source =
             preparedName_.empty() ? descriptorPath(prepared_) : preparedName_.string();
         name = freshName(target.parent_path());
         if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
-            fail(names_.front(), kCannotBeChanged, errno);
+            failAt(target, kCannotBeChanged, errno);
         }
     }
     if (rename(name.c_str(), target.c_str()) != 0) {
         const int error = errno;
-        unlink(name.c_str());
-        fail(names_.front(), kCannotBeChanged, error);
+        if (name != preparedName_) {
+            unlink(name.c_str());
+        }
+        failAt(target, kCannotBeChanged, error);
     }
     if (name == preparedName_) {
         preparedName_.clear();
-    }
-}
-
-void FileChange::commit()
-{
-    checkUnchanged();
-    for (const auto& target : targets_) {
-        replace(target, target == targets_.back());
     }
 }
 
@@ -365,23 +426,34 @@ void FileChange::remove()
 {
     checkUnchanged();
     // Links go first: whatever happens in between, none is left that leads nowhere.
-    auto doomed = names_;
+    auto doomed = links_;
     doomed.insert(doomed.end(), targets_.begin(), targets_.end());
     for (const auto& path : doomed) {
-        if (unlink(path.c_str()) != 0 && errno != ENOENT) {
-            fail(path, "cannot be removed", errno);
+        if (unlink(path.c_str()) != 0) {
+            failAt(path, kCannotBeRemoved, errno);
         }
+        done_.push_back(path);
     }
+}
+
+void FileChange::failAt(const std::filesystem::path& path, const std::string& what, int error) const
+{
+    if (done_.empty()) {
+        fail(names_.front(), what, error);
+    }
+    std::string others;
+    for (const auto& done : done_) {
+        others += (others.empty() ? "" : ", ") + quoted(done);
+    }
+    throw PlatformError(quoted(path) + " " + what + ": " + std::generic_category().message(error) +
+                        ". Other names of the same file were done before that: " + others + ".");
 }
 
 std::vector<std::filesystem::path> FileChange::folders() const
 {
     std::vector<std::filesystem::path> folders;
-    for (const auto& target : targets_) {
-        folders.push_back(target.parent_path());
-    }
-    for (const auto& name : names_) {
-        folders.push_back(std::filesystem::absolute(name).parent_path());
+    for (const auto& entry : done_) {
+        folders.push_back(entry.parent_path());
     }
     return folders;
 }
@@ -397,9 +469,11 @@ void writeNewFile(const std::filesystem::path& path, const Pieces& content)
         unlink(path.c_str());
         fail(path, "cannot be written", error);
     }
-    const auto folder = std::filesystem::absolute(path).parent_path();
+    const auto folder = path.has_parent_path() ? path.parent_path() : ".";
     if (!syncFolder(folder)) {
-        fail(folder, "cannot be brought to the disk", errno);
+        const int error = errno;
+        unlink(path.c_str());
+        fail(path, "cannot be brought to the disk", error);
     }
 }
 

@@ -30,7 +30,10 @@ private:
     std::size_t size_ = 0;
 };
 
-/// The path as it stands in messages: between quotation marks.
+/// The path as text for the user: UTF-8 in one line, whatever bytes it has.
+std::string shown(const std::filesystem::path& path);
+
+/// The same between quotation marks.
 std::string quoted(const std::filesystem::path& path);
 
 /// Which file it is, whatever its names.
@@ -73,6 +76,13 @@ public:
     /// extended attributes. Errors: PlatformError.
     void prepare(const Pieces& content);
 
+    /// Makes sure, as far as that can be told, that the file can be taken away instead.
+    /// Errors: PlatformError.
+    void prepareRemoval() const;
+
+    /// Errors: PlatformError when the file has changed since it was compared.
+    void checkUnchanged() const;
+
     /// Puts the prepared file in the place of the old one, under all of its names.
     /// Errors: PlatformError, also when the file has changed since it was compared.
     void commit();
@@ -80,16 +90,26 @@ public:
     /// Takes the file away instead, with all of its names. Errors: as `commit`.
     void remove();
 
+    /// Whether any of the names stands for something new by now.
+    bool hasBegun() const { return !done_.empty(); }
+
     /// The folders that have to be brought to the disk after the change.
     std::vector<std::filesystem::path> folders() const;
 
 private:
-    void checkUnchanged() const;
-    void replace(const std::filesystem::path& target, bool isLast);
+    void checkFolders(const std::vector<std::filesystem::path>& entries,
+                      const std::string& whatFails) const;
+    void replace(const std::filesystem::path& target);
+    [[noreturn]] void failAt(const std::filesystem::path& path, const std::string& what,
+                             int error) const;
 
-    // The names as the user knows them, and the files that they stand for, links resolved.
+    // The names as the user knows them.
     std::vector<std::filesystem::path> names_;
+    // The same as full paths: those that are symbolic links, and the names of the file itself.
+    std::vector<std::filesystem::path> links_;
     std::vector<std::filesystem::path> targets_;
+    // Those of them that have been replaced or removed.
+    std::vector<std::filesystem::path> done_;
     Descriptor file_;
     struct stat compared_ {};
     // The new file. It has no name while it is written where the file system can do that;

@@ -32,8 +32,10 @@ bool isBlankText(std::string_view text)
 bool areBlank(const Pieces& pieces, FileEncoding encoding)
 {
     return std::all_of(pieces.begin(), pieces.end(), [&](std::string_view piece) {
-        return encoding == FileEncoding::Bytes ? isBlankText(piece)
-                                               : isBlankText(utf16ToUtf8(piece, encoding));
+        // A last odd byte of UTF-16 is no text, but a byte all the same.
+        return encoding == FileEncoding::Bytes
+                   ? isBlankText(piece)
+                   : piece.size() % 2 == 0 && isBlankText(utf16ToUtf8(piece, encoding));
     });
 }
 
@@ -122,11 +124,15 @@ std::string_view BookReading::SourceFile::text() const
 BookReading::BookReading(const std::filesystem::path& path)
 {
     std::error_code error;
-    const auto type = std::filesystem::status(path, error).type();
-    if (type == std::filesystem::file_type::not_found) {
+    const auto status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found) {
         throw PlatformError(quoted(path) + " does not exist.");
     }
-    isFolder_ = type == std::filesystem::file_type::directory;
+    isFolder_ = is_directory(status);
+    // Opening a device may set it going.
+    if (is_other(status)) {
+        throw PlatformError(quoted(path) + " is neither a file nor a folder.");
+    }
     if (isFolder_) {
         for (const auto& file : cardFilesOf(path, notes_.remarks)) {
             readSource(file);
@@ -330,16 +336,18 @@ void BookReading::save()
             std::make_unique<FileChange>(file.names, without(file.bytes.view(), file.removed)));
         const auto content = without(file.bytes.view(), removal.ranges);
         endsFile.push_back(isFolder_ && areBlank(content, file.encoding));
-        if (!endsFile.back()) {
+        if (endsFile.back()) {
+            change.prepareRemoval();
+        } else {
             change.prepare(content);
         }
+    }
+    for (const auto& change : changes) {
+        change->checkUnchanged();
     }
 
     std::set<std::filesystem::path> folders;
     for (std::size_t i = 0; i < changes.size(); ++i) {
-        for (auto& folder : changes[i]->folders()) {
-            folders.insert(std::move(folder));
-        }
         try {
             if (endsFile[i]) {
                 changes[i]->remove();
@@ -347,9 +355,12 @@ void BookReading::save()
                 changes[i]->commit();
             }
         } catch (const PlatformError& error) {
-            throw PlatformError(halfDone(error.what(), removals, i));
+            throw PlatformError(halfDone(error.what(), removals, i, changes[i]->hasBegun()));
         }
         apply(removals[i]);
+        for (auto& folder : changes[i]->folders()) {
+            folders.insert(std::move(folder));
+        }
     }
     for (const auto& folder : folders) {
         if (!syncFolder(folder)) {
@@ -371,8 +382,8 @@ void BookReading::apply(FileRemoval& removal)
 }
 
 std::string BookReading::halfDone(const std::string& reason,
-                                  const std::vector<FileRemoval>& removals,
-                                  std::size_t doneCount) const
+                                  const std::vector<FileRemoval>& removals, std::size_t doneCount,
+                                  bool nextHasBegun) const
 {
     if (removals.size() == 1) {
         return reason;
@@ -381,12 +392,13 @@ std::string BookReading::halfDone(const std::string& reason,
         std::string names;
         for (auto i = first; i < last; ++i) {
             names += (names.empty() ? "" : ", ") +
-                     files_[removals[i].file].names.front().filename().string();
+                     shown(files_[removals[i].file].names.front().filename());
         }
         return names.empty() ? "none" : names;
     };
     return reason + " Files changed before that: " + namesOf(0, doneCount) +
-           ". Files left as they were: " + namesOf(doneCount, removals.size()) + ".";
+           ". Files left as they were: " +
+           namesOf(doneCount + (nextHasBegun ? 1 : 0), removals.size()) + ".";
 }
 
 void BookReading::backUp(std::span<const Person* const> people,

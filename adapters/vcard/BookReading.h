@@ -84,7 +84,7 @@ private:
     std::vector<FileRemoval> pendingRemovals() const;
     void apply(FileRemoval& removal);
     std::string halfDone(const std::string& reason, const std::vector<FileRemoval>& removals,
-                         std::size_t doneCount) const;
+                         std::size_t doneCount, bool nextHasBegun) const;
     static Pieces without(std::string_view bytes, const std::vector<ByteRange>& ranges);
 
     bool isFolder_ = false;

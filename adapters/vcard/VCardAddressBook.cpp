@@ -1,6 +1,7 @@
 #include "adapters/vcard/VCardAddressBook.h"
 
 #include "adapters/vcard/BookReading.h"
+#include "platform/PlatformError.h"
 
 #include <utility>
 
@@ -25,10 +26,7 @@ std::span<const Person> VCardAddressBook::people()
 
 void VCardAddressBook::removeRecord(const Person& person)
 {
-    if (!reading_) {
-        readPeople();
-    }
-    reading_->removeRecord(person);
+    listing().removeRecord(person);
 }
 
 void VCardAddressBook::save()
@@ -41,15 +39,22 @@ void VCardAddressBook::save()
 void VCardAddressBook::backUp(std::span<const Person* const> people,
                               const std::filesystem::path& file)
 {
-    if (!reading_) {
-        readPeople();
-    }
-    reading_->backUp(people, file);
+    listing().backUp(people, file);
 }
 
 ReadingNotes VCardAddressBook::notes() const
 {
     return reading_ ? reading_->notes() : ReadingNotes();
+}
+
+BookReading& VCardAddressBook::listing()
+{
+    // Reading here would be wrong: where the people stand whom the caller has from a listing that
+    // is gone, others may stand now.
+    if (!reading_) {
+        throw PlatformError("That person is not in the address book.");
+    }
+    return *reading_;
 }
 
 }  // namespace dunmora

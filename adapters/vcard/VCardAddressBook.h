@@ -31,6 +31,9 @@ public:
     ReadingNotes notes() const override;
 
 private:
+    /// The reading whose people the caller has. Errors: PlatformError when there is none.
+    BookReading& listing();
+
     std::filesystem::path path_;
     std::unique_ptr<BookReading> reading_;
 };

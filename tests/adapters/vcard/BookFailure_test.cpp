@@ -1,0 +1,422 @@
+#include "platform/PlatformError.h"
+#include "tests/adapters/vcard/BookTest.h"
+#include "tests/fakes/ChildProcess.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/file.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+
+namespace dunmora::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::set<std::string>;
+
+constexpr uid_t kNobody = 65534;
+
+std::size_t openDescriptors()
+{
+    return namesIn("/proc/self/fd").size();
+}
+
+/// A book of two people, of whom "a" is asked to go.
+class BookFailureTest : public BookTest {
+protected:
+    BookFailureTest() { write(file(), content_); }
+
+    std::string failureOfReading(const fs::path& path) const
+    {
+        return failureOf([&] { VCardAddressBook(path).readPeople(); });
+    }
+
+    /// Reads the book, lets this happen, and then deletes. Returns what the deletion says.
+    std::string failureOfDeletionAfter(const std::function<void()>& happening)
+    {
+        VCardAddressBook book(file());
+        ask(book, {"a"});
+        happening();
+        return failureOf([&] { book.save(); });
+    }
+
+    void expectBookAsItWas() const
+    {
+        EXPECT_EQ(contentOf(file()), content_);
+        EXPECT_EQ(namesIn(folder()), (Names{"book.vcf"}));
+    }
+
+    const std::string content_ = card("a") + card("b");
+};
+
+TEST_F(BookFailureTest, TellsOfABookThatDoesNotExist)
+{
+    EXPECT_EQ(failureOfReading(folder() / "none.vcf"),
+              about(folder() / "none.vcf", "does not exist."));
+    EXPECT_EQ(failureOfReading(folder() / "none" / "book.vcf"),
+              about(folder() / "none" / "book.vcf", "does not exist."));
+    EXPECT_EQ(failureOfReading(""), about("", "does not exist."));
+}
+
+TEST_F(BookFailureTest, TellsOfABookThatIsNeitherFileNorFolder)
+{
+    const auto pipe = folder() / "pipe.vcf";
+    ASSERT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
+    const auto socketPath = folder() / "s.vcf";
+    const int socketNumber = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    socketPath.string().copy(address.sun_path, sizeof address.sun_path - 1);
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): so says bind(2).
+    ASSERT_EQ(bind(socketNumber, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+
+    EXPECT_EQ(failureOfReading(pipe), about(pipe, "is neither a file nor a folder."));
+    EXPECT_EQ(failureOfReading(socketPath), about(socketPath, "is neither a file nor a folder."));
+    EXPECT_EQ(failureOfReading("/dev/null"), about("/dev/null", "is neither a file nor a folder."));
+    close(socketNumber);
+}
+
+TEST_F(BookFailureTest, TellsOfALinkThatLeadsInACircle)
+{
+    fs::create_symlink("loop.vcf", folder() / "loop.vcf");
+
+    EXPECT_EQ(failureOfReading(folder() / "loop.vcf"),
+              about(folder() / "loop.vcf", "cannot be read: Too many levels of symbolic links."));
+}
+
+TEST_F(BookFailureTest, SpeaksInOneLineOfTextWhateverTheFileIsCalled)
+{
+    EXPECT_EQ(failureOfReading(folder() / "caf\xE9\n\x1B[31m.vcf"),
+              about(folder() / "caf\xC3\xA9\xEF\xBF\xBD\xEF\xBF\xBD[31m.vcf", "does not exist."));
+}
+
+TEST_F(BookFailureTest, TellsOfMissingPermissionToRead)
+{
+    if (geteuid() == 0) {
+        fs::permissions(folder(), fs::perms::all);
+        chmod(file().c_str(), 0);
+        EXPECT_EQ(inChild([&]() -> std::string {
+                      return setuid(kNobody) == 0 ? failureOfReading(file()) : "no setuid";
+                  }),
+                  about(file(), "cannot be read: Permission denied."));
+        return;
+    }
+    chmod(file().c_str(), 0);
+    EXPECT_EQ(failureOfReading(file()), about(file(), "cannot be read: Permission denied."));
+}
+
+TEST_F(BookFailureTest, TellsOfMissingPermissionToReadAFolder)
+{
+    const auto inner = folder() / "inner";
+    fs::create_directory(inner);
+    chmod(inner.c_str(), 0);
+    const auto read = [&]() -> std::string {
+        return geteuid() != 0 || setuid(kNobody) == 0 ? failureOfReading(inner) : "no setuid";
+    };
+    chmod(folder().c_str(), 0755);
+
+    EXPECT_EQ(inChild(read), about(inner, "cannot be read: Permission denied."));
+}
+
+TEST_F(BookFailureTest, ARefusedDeletionLeavesAReadOnlyFileAlone)
+{
+    // Whoever took the write bits away meant it, for root too.
+    chmod(file().c_str(), 0444);
+
+    EXPECT_EQ(failureOfDeletionAfter([] {}), about(file(), "cannot be changed: it is read-only."));
+
+    expectBookAsItWas();
+}
+
+TEST_F(BookFailureTest, TellsOfMissingPermissionToWriteTheFile)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "Only root can make another user's file.";
+    }
+    chmod(file().c_str(), 0644);
+    chmod(folder().c_str(), 0777);
+
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  return setuid(kNobody) == 0 ? failureOfDeletionAfter([] {}) : "no setuid";
+              }),
+              about(file(), "cannot be changed: Permission denied."));
+
+    expectBookAsItWas();
+}
+
+TEST_F(BookFailureTest, TellsOfAFolderInWhichNothingCanBeWritten)
+{
+    chmod(folder().c_str(), 0555);
+    chmod(file().c_str(), 0666);
+
+    const auto failure = inChild([&]() -> std::string {
+        return geteuid() != 0 || setuid(kNobody) == 0 ? failureOfDeletionAfter([] {}) : "no setuid";
+    });
+    chmod(folder().c_str(), 0755);
+
+    EXPECT_EQ(failure, about(file(), "cannot be changed: nothing can be written to its folder: "
+                                     "Permission denied."));
+    expectBookAsItWas();
+}
+
+TEST_F(BookFailureTest, RefusesAFileOfAnotherOwnerRatherThanTakeItOver)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "Only root can make another user's file.";
+    }
+    chmod(file().c_str(), 0666);
+    chmod(folder().c_str(), 0777);
+
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  return setuid(kNobody) == 0 ? failureOfDeletionAfter([] {}) : "no setuid";
+              }),
+              about(file(), "cannot be changed without changing its owner: "
+                            "Operation not permitted."));
+
+    expectBookAsItWas();
+}
+
+TEST_F(BookFailureTest, RemovesNoFileOfAFolderWhenAnotherOnesFolderCannotBeWritten)
+{
+    // Nothing has to be written to take the second file away; its folder is asked all the same
+    // before the first one changes.
+    const TemporaryFolder elsewhere;
+    write(elsewhere.path() / "real.vcf", card("c"));
+    fs::create_symlink(elsewhere.path() / "real.vcf", folder() / "z.vcf");
+    chmod(folder().c_str(), 0777);
+    chmod(elsewhere.path().c_str(), 0555);
+    chmod((elsewhere.path() / "real.vcf").c_str(), 0666);
+    if (geteuid() == 0 && chown(file().c_str(), kNobody, kNobody) != 0) {
+        GTEST_SKIP() << "No other user can own a file here.";
+    }
+
+    const auto failure = inChild([&]() -> std::string {
+        if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0)) {
+            return "no setuid";
+        }
+        return failureOf([&] { removeFrom(folder(), {"a", "c"}); });
+    });
+    chmod(elsewhere.path().c_str(), 0755);
+
+    EXPECT_EQ(failure,
+              about(folder() / "z.vcf", "cannot be removed: nothing can be written to its folder: "
+                                        "Permission denied."));
+    EXPECT_EQ(contentOf(file()), content_);
+    EXPECT_EQ(namesIn(folder()), (Names{"book.vcf", "z.vcf"}));
+    EXPECT_EQ(contentOf(folder() / "z.vcf"), card("c"));
+}
+
+TEST_F(BookFailureTest, RefusesAFileThatHasChangedSinceItWasRead)
+{
+    const auto other = card("a") + card("B");
+    ASSERT_EQ(other.size(), content_.size());
+
+    EXPECT_EQ(failureOfDeletionAfter([&] { write(file(), other); }),
+              about(file(), "has changed since it was read. Read it again first."));
+
+    EXPECT_EQ(contentOf(file()), other);
+    EXPECT_EQ(namesIn(folder()), (Names{"book.vcf"}));
+}
+
+TEST_F(BookFailureTest, RefusesAFileThatHasGrownOrShrunk)
+{
+    EXPECT_EQ(failureOfDeletionAfter([&] { write(file(), content_ + "\n"); }),
+              about(file(), "has changed since it was read. Read it again first."));
+    EXPECT_EQ(contentOf(file()), content_ + "\n");
+
+    write(file(), content_);
+    EXPECT_EQ(failureOfDeletionAfter([&] { write(file(), card("a")); }),
+              about(file(), "has changed since it was read. Read it again first."));
+    EXPECT_EQ(contentOf(file()), card("a"));
+}
+
+TEST_F(BookFailureTest, RefusesAFileThatAnotherOneHasReplaced)
+{
+    EXPECT_EQ(failureOfDeletionAfter([&] {
+                  write(folder() / "new", card("a") + card("B"));
+                  fs::rename(folder() / "new", file());
+              }),
+              about(file(), "has changed since it was read. Read it again first."));
+
+    EXPECT_EQ(contentOf(file()), card("a") + card("B"));
+}
+
+TEST_F(BookFailureTest, AcceptsAFileReplacedByOneWithTheSameContent)
+{
+    EXPECT_EQ(failureOfDeletionAfter([&] {
+                  write(folder() / "new", content_);
+                  fs::rename(folder() / "new", file());
+              }),
+              "nothing was thrown");
+
+    EXPECT_EQ(contentOf(file()), card("b"));
+}
+
+TEST_F(BookFailureTest, RefusesAFileThatIsGone)
+{
+    EXPECT_EQ(failureOfDeletionAfter([&] { fs::remove(file()); }),
+              about(file(), "cannot be changed: No such file or directory."));
+
+    EXPECT_EQ(namesIn(folder()), Names());
+}
+
+TEST_F(BookFailureTest, RefusesAFileWhosePlaceAFolderOrAPipeHasTaken)
+{
+    EXPECT_NE(failureOfDeletionAfter([&] {
+                  fs::remove(file());
+                  fs::create_directory(file());
+              }),
+              "nothing was thrown");
+    EXPECT_TRUE(fs::is_directory(file()));
+
+    fs::remove(file());
+    write(file(), content_);
+    EXPECT_EQ(failureOfDeletionAfter([&] {
+                  fs::remove(file());
+                  mkfifo(file().c_str(), 0600);
+              }),
+              about(file(), "has changed since it was read. Read it again first."));
+    EXPECT_TRUE(fs::is_fifo(file()));
+}
+
+TEST_F(BookFailureTest, RefusesAFileChangedWhileTheNewOneIsWritten)
+{
+    const auto other = card("a") + card("B");
+    const TemporaryFolder elsewhere;
+    const auto message = elsewhere.path() / "message";
+    const auto end =
+        traceChild([&] { write(message, failureOfDeletionAfter([] {})); },
+                   [&](SystemCall call) {
+                       if (call.number == SYS_fsync && call.moment == SystemCall::Moment::Before) {
+                           write(file(), other);
+                       }
+                       return Fate::GoOn;
+                   });
+    if (end == End::CannotBeTraced) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_EQ(contentOf(message),
+              about(file(), "has changed since it was read. Read it again first."));
+    EXPECT_EQ(contentOf(file()), other);
+    EXPECT_EQ(namesIn(folder()), (Names{"book.vcf"}));
+}
+
+TEST_F(BookFailureTest, SeesAChangeWhoseTimeWasSetBack)
+{
+    const auto other = card("a") + card("B");
+    const TemporaryFolder elsewhere;
+    const auto message = elsewhere.path() / "message";
+    const auto time = fs::last_write_time(file());
+    const auto end =
+        traceChild([&] { write(message, failureOfDeletionAfter([] {})); },
+                   [&](SystemCall call) {
+                       if (call.number == SYS_fsync && call.moment == SystemCall::Moment::Before) {
+                           write(file(), other);
+                           fs::last_write_time(file(), time);
+                       }
+                       return Fate::GoOn;
+                   });
+    if (end == End::CannotBeTraced) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_EQ(contentOf(message),
+              about(file(), "has changed since it was read. Read it again first."));
+    EXPECT_EQ(contentOf(file()), other);
+}
+
+TEST_F(BookFailureTest, RefusesAFileThatAnotherProgramHasLocked)
+{
+    const int other = open(file().c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+
+    const auto failure = inChild([&] { return failureOfDeletionAfter([] {}); });
+
+    close(other);
+    EXPECT_EQ(failure,
+              about(file(), "cannot be changed: another program is changing it just now."));
+    expectBookAsItWas();
+    EXPECT_EQ(failureOfDeletionAfter([] {}), "nothing was thrown");
+}
+
+TEST_F(BookFailureTest, TellsOfAFileThatMayNotGrowSoLarge)
+{
+    EXPECT_EQ(inChild([&] {
+                  return failureOfDeletionAfter([] {
+                      std::signal(SIGXFSZ, SIG_IGN);
+                      const rlimit limit{10, 10};
+                      setrlimit(RLIMIT_FSIZE, &limit);
+                  });
+              }),
+              about(file(), "cannot be changed: File too large."));
+
+    expectBookAsItWas();
+}
+
+TEST_F(BookFailureTest, TellsOfAFullDisk)
+{
+    const auto outcome = inChild([&]() -> std::string {
+        const auto small = folder().string();
+        if (unshare(CLONE_NEWNS) != 0 ||
+            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("none", small.c_str(), "tmpfs", 0, "size=64k") != 0) {
+            return "no small disk";
+        }
+        const auto large = card("a") + card("b") + std::string(40000, ' ');
+        write(file(), large);
+        const auto failure = failureOfDeletionAfter([] {});
+        return failure + (contentOf(file()) == large && namesIn(folder()) == Names{"book.vcf"}
+                              ? " As it was."
+                              : " Changed!");
+    });
+    if (outcome == "no small disk") {
+        GTEST_SKIP() << "Only root can mount a small disk.";
+    }
+
+    EXPECT_EQ(outcome, about(file(), "cannot be changed: No space left on device. As it was."));
+}
+
+TEST_F(BookFailureTest, LeavesNoFileOpen)
+{
+    const auto before = openDescriptors();
+
+    failureOfReading(folder() / "none.vcf");
+    failureOfReading("/dev/null");
+    failureOfDeletionAfter([&] { write(file(), "changed"); });
+    write(file(), content_);
+    failureOfDeletionAfter([&] { chmod(file().c_str(), 0444); });
+    chmod(file().c_str(), 0644);
+    EXPECT_EQ(failureOfDeletionAfter([] {}), "nothing was thrown");
+
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(BookFailureTest, AListingThatFailsLeavesNobodyToBeRemoved)
+{
+    VCardAddressBook book(file());
+    const auto people = book.readPeople();
+    const auto& ann = people[0];
+    fs::rename(file(), folder() / "away.vcf");
+    EXPECT_THROW(book.readPeople(), PlatformError);
+    fs::rename(folder() / "away.vcf", file());
+
+    // The listing is gone, and a new one must not lend its places to the old one's people.
+    EXPECT_EQ(failureOf([&] { book.removeRecord(ann); }),
+              "That person is not in the address book.");
+    book.save();
+
+    expectBookAsItWas();
+}
+
+}  // namespace
+}  // namespace dunmora::test
