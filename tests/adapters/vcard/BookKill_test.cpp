@@ -1,0 +1,171 @@
+#include "tests/adapters/vcard/BookTest.h"
+#include "tests/fakes/ChildProcess.h"
+
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <iostream>
+#include <map>
+#include <string>
+
+namespace dunmora::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The content of each file, by name. No content: the file is not there.
+using Contents = std::map<std::string, std::optional<std::string>>;
+
+/// Kills a deletion before and after each of its calls to the system, one run for each, and looks
+/// at what is left.
+class BookKillTest : public BookTest {
+protected:
+    struct Counts {
+        int kills = 0;
+        int leftovers = 0;
+        int halfDone = 0;
+        bool canTrace = true;
+    };
+
+    /// The book is in `place`, a folder; `remove` deletes from it.
+    Counts killEverywhere(const fs::path& place, const Contents& before, const Contents& after,
+                          const std::function<void()>& remove)
+    {
+        Counts counts;
+        while (true) {
+            restore(place, before);
+            int calls = 0;
+            const auto end = traceChild(remove, [&](SystemCall) {
+                return calls++ == counts.kills ? Fate::Kill : Fate::GoOn;
+            });
+            counts.canTrace = end != End::CannotBeTraced;
+            if (end != End::Killed) {
+                break;
+            }
+            look(place, before, after, counts);
+            ++counts.kills;
+        }
+        if (counts.canTrace) {
+            expectExactly(place, after);
+        }
+        return counts;
+    }
+
+private:
+    static void restore(const fs::path& place, const Contents& contents)
+    {
+        for (const auto& name : namesIn(place)) {
+            fs::remove(place / name);
+        }
+        for (const auto& [name, content] : contents) {
+            write(place / name, *content);
+        }
+    }
+
+    static std::optional<std::string> found(const fs::path& path)
+    {
+        return fs::exists(path) ? std::optional(contentOf(path)) : std::nullopt;
+    }
+
+    static void look(const fs::path& place, const Contents& before, const Contents& after,
+                     Counts& counts)
+    {
+        std::size_t changed = 0;
+        for (const auto& [name, old] : before) {
+            const auto now = found(place / name);
+            EXPECT_TRUE(now == old || now == after.at(name))
+                << name << " is neither the old nor the new one after kill " << counts.kills;
+            changed += now == old ? 0U : 1U;
+        }
+        counts.halfDone += changed > 0 && changed < before.size() ? 1 : 0;
+        bool isClean = true;
+        for (const auto& name : namesIn(place)) {
+            EXPECT_TRUE(before.contains(name) || name.starts_with(".dunmora-")) << name;
+            isClean = isClean && before.contains(name);
+        }
+        counts.leftovers += isClean ? 0 : 1;
+    }
+
+    static void expectExactly(const fs::path& place, const Contents& contents)
+    {
+        for (const auto& [name, content] : contents) {
+            EXPECT_EQ(found(place / name), content) << name;
+        }
+        for (const auto& name : namesIn(place)) {
+            EXPECT_TRUE(contents.contains(name)) << name;
+        }
+    }
+};
+
+TEST_F(BookKillTest, LeavesTheOldFileOrTheNewOneWhereverTheProgramIsKilled)
+{
+    const Contents before = {{"book.vcf", card("a") + card("b") + card("c")}};
+    const Contents after = {{"book.vcf", card("a") + card("c")}};
+
+    const auto counts = killEverywhere(folder(), before, after, [&] { removeFrom(file(), {"b"}); });
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.kills, 20);
+    // A new file that never had a name goes with the program; it has one only from the end of one
+    // call to the end of the next.
+    EXPECT_LE(counts.leftovers, 2);
+    std::cout << counts.kills << " kills, " << counts.leftovers << " leave a file behind\n";
+}
+
+TEST_F(BookKillTest, LeavesEachFileOfAFolderOldOrNewWhereverTheProgramIsKilled)
+{
+    const Contents before = {{"a.vcf", card("a1") + card("a2")},
+                             {"b.vcf", card("b")},
+                             {"c.vcf", card("c1") + card("c2")}};
+    const Contents after = {{"a.vcf", card("a2")}, {"b.vcf", std::nullopt}, {"c.vcf", card("c1")}};
+
+    const auto counts = killEverywhere(folder(), before, after, [&] {
+        removeFrom(folder(), {"a1", "b", "c2"});
+    });
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.kills, 50);
+    EXPECT_GT(counts.halfDone, 0);
+    EXPECT_LE(counts.leftovers, 4);
+    std::cout << counts.kills << " kills, " << counts.leftovers << " leave a file behind\n";
+}
+
+/// Where no file can be made without a name, as on some file systems.
+TEST_F(BookKillTest, LeavesTheOldFileOrTheNewOneWhereNewFilesNeedAName)
+{
+    const Contents before = {{"book.vcf", card("a") + card("b")}};
+    const Contents after = {{"book.vcf", card("b")}};
+
+    // Without /proc a file that has no name cannot get one.
+    const auto outcome = inChild([&]() -> std::string {
+        if (unshare(CLONE_NEWNS) != 0 ||
+            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("none", "/proc", "tmpfs", 0, nullptr) != 0) {
+            return "no mounts";
+        }
+        const auto counts =
+            killEverywhere(folder(), before, after, [&] { removeFrom(file(), {"a"}); });
+        if (!counts.canTrace) {
+            return "no tracing";
+        }
+        if (HasFailure()) {
+            return "failed";
+        }
+        return counts.leftovers > 4 ? "done" : "the files had no name";
+    });
+    if (outcome == "no mounts" || outcome == "no tracing") {
+        GTEST_SKIP() << "Only root can hide /proc, and not everywhere: " << outcome;
+    }
+
+    EXPECT_EQ(outcome, "done");
+}
+
+}  // namespace
+}  // namespace dunmora::test

@@ -1,0 +1,135 @@
+#include "tests/adapters/vcard/BookTest.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+using Remarks = std::vector<std::string>;
+
+class BookNotesTest : public BookTest {
+protected:
+    static ReadingNotes notesOf(const std::filesystem::path& path)
+    {
+        VCardAddressBook book(path);
+        book.readPeople();
+        return book.notes();
+    }
+
+    ReadingNotes notesOfFile(const std::string& content) const
+    {
+        write(file(), content);
+        return notesOf(file());
+    }
+
+    const std::string open_ = "BEGIN:VCARD\r\nFN:No end\r\n";
+    const std::string hollow_ = "BEGIN:VCARD\r\n\r\nno property\r\nEND:VCARD\r\n";
+    const std::string group_ = "BEGIN:VCARD\r\nKIND:group\r\nFN:Us\r\nEND:VCARD\r\n";
+};
+
+TEST_F(BookNotesTest, AreNoneBeforeAReading)
+{
+    write(file(), open_);
+    const VCardAddressBook book(file());
+
+    EXPECT_EQ(book.notes().cardsSkipped, 0U);
+    EXPECT_EQ(book.notes().remarks, Remarks());
+}
+
+TEST_F(BookNotesTest, AreNoneWhenAllWentWell)
+{
+    const auto notes = notesOfFile("junk\r\n" + card("a") + "junk");
+
+    EXPECT_EQ(notes.cardsSkipped, 0U);
+    EXPECT_EQ(notes.remarks, Remarks());
+}
+
+TEST_F(BookNotesTest, TellOfOneSkippedCardAndWhereItIs)
+{
+    const auto notes = notesOfFile(card("a") + "\r\n" + hollow_ + card("b"));
+
+    EXPECT_EQ(notes.cardsSkipped, 1U);
+    EXPECT_EQ(notes.remarks, (Remarks{"1 card of “" + file().string() +
+                                      "” was skipped and stays as it is (line 7): it has no END or "
+                                      "no property."}));
+}
+
+TEST_F(BookNotesTest, CountSkippedCardsAndTellWhereTheFirstOneIs)
+{
+    const auto notes = notesOfFile(card("a", "\r") + open_ + hollow_ + card("b", "\n") + open_);
+
+    EXPECT_EQ(notes.cardsSkipped, 3U);
+    EXPECT_EQ(notes.remarks, (Remarks{"3 cards of “" + file().string() +
+                                      "” were skipped and stay as they are (the first in line 6): "
+                                      "they have no END or no property."}));
+}
+
+TEST_F(BookNotesTest, DoNotCountGroups)
+{
+    const auto notes = notesOfFile(group_);
+
+    EXPECT_EQ(notes.cardsSkipped, 0U);
+    EXPECT_EQ(notes.remarks, Remarks());
+}
+
+TEST_F(BookNotesTest, SayNothingOfAnEmptyFileOrFolder)
+{
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks());
+    EXPECT_EQ(notesOfFile("").remarks, Remarks());
+    EXPECT_EQ(notesOfFile("\xEF\xBB\xBF\r\n \t\r\n").remarks, Remarks());
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks());
+}
+
+TEST_F(BookNotesTest, SayThatAFileHoldsNoCard)
+{
+    const Remarks remarks = {"“" + file().string() + "” holds no vCard."};
+
+    EXPECT_EQ(notesOfFile("first,last\nAnn,Lee\n").remarks, remarks);
+    EXPECT_EQ(notesOfFile(std::string(1, '\0')).remarks, remarks);
+    EXPECT_EQ(notesOfFile("\xFF\xFE" + utf16Little("Ann Lee\r\n")).remarks, remarks);
+}
+
+TEST_F(BookNotesTest, AddUpTheFilesOfAFolder)
+{
+    write(folder() / "a.vcf", open_);
+    write(folder() / "b.vcf", card("b"));
+    write(folder() / "c.vcf", hollow_ + card("c") + open_);
+    write(folder() / "d.vcf", "nothing");
+
+    const auto notes = notesOf(folder());
+
+    EXPECT_EQ(notes.cardsSkipped, 3U);
+    EXPECT_EQ(notes.remarks.size(), 3U);
+}
+
+TEST_F(BookNotesTest, TellWhatOfAFolderWasLeftOut)
+{
+    std::filesystem::create_directory(folder() / "a.vcf");
+    std::filesystem::create_symlink("nowhere", folder() / "b.vcf");
+    write(folder() / "c.vcf", card("c"));
+
+    EXPECT_EQ(
+        notesOf(folder()).remarks,
+        (Remarks{about(folder() / "a.vcf", "was left out: it is not a file."),
+                 about(folder() / "b.vcf", "was left out: it is a link that leads nowhere.")}));
+    EXPECT_EQ(uidsIn(folder()), (std::vector<std::string>{"c"}));
+}
+
+TEST_F(BookNotesTest, AreOfTheLastReadingOnly)
+{
+    write(file(), open_);
+    VCardAddressBook book(file());
+    book.readPeople();
+    write(file(), card("a"));
+
+    book.readPeople();
+
+    EXPECT_EQ(book.notes().cardsSkipped, 0U);
+    EXPECT_EQ(book.notes().remarks, Remarks());
+}
+
+}  // namespace
+}  // namespace dunmora::test

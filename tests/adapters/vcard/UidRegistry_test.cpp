@@ -1,0 +1,144 @@
+#include "adapters/vcard/UidRegistry.h"
+
+#include "tests/adapters/vcard/BookTest.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+using Uids = std::vector<std::string>;
+
+TEST(UidRegistry, GivesTheUidOfTheCardAsItStands)
+{
+    UidRegistry registry;
+
+    EXPECT_EQ(registry.give("urn:uuid:1 ", "card"), "urn:uuid:1 ");
+    EXPECT_EQ(registry.give("URN:UUID:1 ", "card"), "URN:UUID:1 ");
+}
+
+TEST(UidRegistry, MakesAnIdOutOfACardThatHasNone)
+{
+    UidRegistry registry;
+    UidRegistry anotherRun;
+
+    const auto id = registry.give("", "card of Ann");
+
+    EXPECT_FALSE(id.empty());
+    EXPECT_NE(registry.give("", "card of Ben"), id);
+    EXPECT_EQ(anotherRun.give("", "card of Ben").substr(0, 5), "card-");
+    EXPECT_EQ(anotherRun.give("", "card of Ann"), id);
+}
+
+TEST(UidRegistry, GivesEqualCardsDifferentIdsThatAreTheSameOnEveryRun)
+{
+    UidRegistry registry;
+    UidRegistry anotherRun;
+    std::set<std::string> ids;
+    for (int i = 0; i < 100; ++i) {
+        const auto id = std::string(registry.give("", "card"));
+        EXPECT_EQ(anotherRun.give("", "card"), id);
+        ids.insert(id);
+    }
+
+    EXPECT_EQ(ids.size(), 100U);
+}
+
+TEST(UidRegistry, GivesASecondCardWithATakenUidAnIdMadeOfItsContent)
+{
+    UidRegistry registry;
+    UidRegistry anotherRun;
+    registry.give("uid", "card of Ann");
+    anotherRun.give("uid", "card of Ann");
+    anotherRun.give("uid", "card of Cid");
+
+    const auto id = std::string(registry.give("uid", "card of Ben"));
+
+    EXPECT_NE(id, "uid");
+    EXPECT_NE(registry.give("uid", "card of Ben"), id);
+    // Others with the same UID in between do not matter.
+    EXPECT_EQ(anotherRun.give("uid", "card of Ben"), id);
+}
+
+TEST(UidRegistry, NeverGivesAnIdTwiceEvenWhereACardHasAMadeOneAsItsOwn)
+{
+    UidRegistry registry;
+    std::set<std::string> ids;
+    const auto made = std::string(registry.give("", "card"));
+    ids.insert(made);
+
+    ids.emplace(registry.give(made, "card"));
+    ids.emplace(registry.give(made + "-2", "card"));
+    ids.emplace(registry.give("", "card"));
+    ids.emplace(registry.give("", "card"));
+    ids.emplace(registry.give(made + "-2", "card"));
+
+    EXPECT_EQ(ids.size(), 6U);
+}
+
+class BookUidsTest : public BookTest {};
+
+TEST_F(BookUidsTest, AreTheSameOnEveryRun)
+{
+    const std::string nameless = "BEGIN:VCARD\r\nFN:Ann\r\nEND:VCARD\r\n";
+    write(file(), nameless + card("x") + nameless + card("x") + nameless);
+
+    const auto uids = uidsIn(file());
+
+    EXPECT_EQ(std::set<std::string>(uids.begin(), uids.end()).size(), 5U);
+    EXPECT_EQ(uidsIn(file()), uids);
+}
+
+TEST_F(BookUidsTest, AreDifferentAcrossTheFilesOfAFolder)
+{
+    write(folder() / "a.vcf", card("x"));
+    write(folder() / "b.vcf", card("x"));
+    write(folder() / "c.vcf", card("x"));
+
+    const auto uids = uidsIn(folder());
+
+    EXPECT_EQ(uids.front(), "x");
+    EXPECT_EQ(std::set<std::string>(uids.begin(), uids.end()).size(), 3U);
+}
+
+TEST_F(BookUidsTest, OfACardWithoutOneDoNotDependOnWhereItStands)
+{
+    const std::string ann = "BEGIN:VCARD\r\nFN:Ann\r\nEND:VCARD";
+    write(file(), ann + "\r\n" + card("x"));
+    const auto first = uidsIn(file()).front();
+
+    write(file(), "junk\r\n" + card("x") + ann);
+
+    EXPECT_EQ(uidsIn(file()).back(), first);
+}
+
+TEST_F(BookUidsTest, StayWithTheirPeopleInTheListingAfterADeletion)
+{
+    const std::string same = "BEGIN:VCARD\r\nFN:Ann\r\nEND:VCARD\r\n";
+    write(file(), same + same + same);
+    VCardAddressBook book(file());
+    const auto uids = uidsOf(book.readPeople());
+
+    ask(book, {uids[0]});
+    book.save();
+
+    EXPECT_EQ(uidsOf(book.people()), (Uids{uids[1], uids[2]}));
+}
+
+TEST_F(BookUidsTest, AnEmptyUidCountsAsNone)
+{
+    write(file(), "BEGIN:VCARD\r\nUID:\r\nEND:VCARD\r\nBEGIN:VCARD\r\nUID:\r\nEND:VCARD\r\n");
+
+    const auto uids = uidsIn(file());
+
+    ASSERT_EQ(uids.size(), 2U);
+    EXPECT_FALSE(uids[0].empty());
+    EXPECT_NE(uids[0], uids[1]);
+}
+
+}  // namespace
+}  // namespace dunmora::test
