@@ -10,10 +10,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <optional>
-#include <random>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -104,6 +104,15 @@ struct stat statusOf(const Descriptor& file, const std::filesystem::path& path)
     return status;
 }
 
+/// The system lets root write without a write bit; whoever took the bits away meant it all the
+/// same. Errors: PlatformError when there is none.
+void checkWriteBits(const struct stat& status, const std::filesystem::path& path)
+{
+    if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+        throw PlatformError(quoted(path) + " cannot be changed: it is read-only.");
+    }
+}
+
 FileIdentity identityOf(const struct stat& status)
 {
     return {status.st_dev, status.st_ino};
@@ -173,10 +182,13 @@ bool copyAttributes(const Descriptor& from, const Descriptor& to)
 /// A name in the folder that no file has, and that no reader of the folder takes for a card's.
 std::filesystem::path freshName(const std::filesystem::path& folder)
 {
-    std::random_device random;
+    // No harm is done by a name that is taken after all: no file is written over.
+    std::array<unsigned char, 6> random{};
+    static_cast<void>(getentropy(random.data(), random.size()));
     std::string name = ".dunmora-";
-    for (int i = 0; i < 12; ++i) {
-        name += static_cast<char>('a' + random() % 26);
+    for (const auto byte : random) {
+        name += static_cast<char>('a' + byte % 16);
+        name += static_cast<char>('a' + byte / 16);
     }
     return folder / name;
 }
@@ -239,10 +251,12 @@ std::string quoted(const std::filesystem::path& path)
     return "“" + shown(path) + "”";
 }
 
-FileBytes::FileBytes(std::unique_ptr<char[]> bytes, std::size_t size)
-    : bytes_(std::move(bytes)), size_(size)
+FileBytes::Memory FileBytes::allocate(std::size_t size)
 {
+    return std::make_unique_for_overwrite<Memory::element_type[]>(size);  // NOLINT(*-c-arrays)
 }
+
+FileBytes::FileBytes(Memory memory, std::size_t size) : memory_(std::move(memory)), size_(size) {}
 
 ReadFile readFile(const std::filesystem::path& path)
 {
@@ -256,7 +270,7 @@ ReadFile readFile(const std::filesystem::path& path)
     }
     // One byte more than the file has shows its end, and a file that grows meanwhile.
     std::size_t capacity = static_cast<std::size_t>(status.st_size) + 1;
-    auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
+    auto bytes = FileBytes::allocate(capacity);
     std::size_t size = 0;
     while (true) {
         const auto count = readSome(file, bytes.get() + size, capacity - size);
@@ -268,7 +282,7 @@ ReadFile readFile(const std::filesystem::path& path)
         }
         size += static_cast<std::size_t>(count);
         if (size == capacity) {
-            auto larger = std::make_unique_for_overwrite<char[]>(2 * capacity);
+            auto larger = FileBytes::allocate(2 * capacity);
             std::memcpy(larger.get(), bytes.get(), size);
             bytes = std::move(larger);
             capacity *= 2;
@@ -295,16 +309,18 @@ FileChange::FileChange(std::vector<std::filesystem::path> names, const Pieces& e
     const auto& name = names_.front();
     file_ = openFile(targets_.front(), O_RDWR | O_NOFOLLOW);
     if (!file_.isOpen()) {
-        fail(name, kCannotBeChanged, errno);
+        const int error = errno;
+        struct stat status {};
+        if (error == EACCES && stat(targets_.front().c_str(), &status) == 0) {
+            checkWriteBits(status, name);
+        }
+        fail(name, kCannotBeChanged, error);
     }
     compared_ = statusOf(file_, name);
     if (!S_ISREG(compared_.st_mode)) {
         failChanged(name);
     }
-    if ((compared_.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
-        // The system lets root write all the same; whoever took the write bits away meant it.
-        throw PlatformError(quoted(name) + " cannot be changed: it is read-only.");
-    }
+    checkWriteBits(compared_, name);
     if (flock(file_.number(), LOCK_EX | LOCK_NB) != 0) {
         if (errno == EWOULDBLOCK) {
             throw PlatformError(quoted(name) +

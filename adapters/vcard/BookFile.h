@@ -18,15 +18,19 @@ namespace dunmora {
 /// The bytes of a file as they were read.
 class FileBytes final {
 public:
-    FileBytes() = default;
-    /// The first `size` bytes of `bytes`.
-    FileBytes(std::unique_ptr<char[]> bytes, std::size_t size);
+    /// Memory that nothing has been written to yet. Not a std::string or a std::vector: those would
+    /// fill it before the file does.
+    using Memory = std::unique_ptr<char[]>;  // NOLINT(modernize-avoid-c-arrays): sized at run time
+    static Memory allocate(std::size_t size);
 
-    std::string_view view() const { return {bytes_.get(), size_}; }
+    FileBytes() = default;
+    /// The first `size` bytes of `memory`.
+    FileBytes(Memory memory, std::size_t size);
+
+    std::string_view view() const { return {memory_.get(), size_}; }
 
 private:
-    // Not a std::string: that would fill the memory before the file does.
-    std::unique_ptr<char[]> bytes_;
+    Memory memory_;
     std::size_t size_ = 0;
 };
 
@@ -41,6 +45,7 @@ struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer here
     auto operator<=>(const FileIdentity&) const = default;
 };
 

@@ -261,7 +261,7 @@ void BookReading::forgetRemoved()
 
 std::size_t BookReading::positionOf(const Person& person) const
 {
-    const std::less<const Person*> isBefore;
+    const std::less<> isBefore;
     const auto* first = cards_.people.data();
     if (isBefore(&person, first) || !isBefore(&person, first + cards_.people.size())) {
         throw PlatformError("That person is not in the address book.");

@@ -6,7 +6,6 @@
 #include <array>
 #include <bit>
 #include <cstdio>
-#include <cstring>
 
 namespace dunmora {
 
@@ -92,7 +91,7 @@ void UidRegistry::layOut(std::size_t count)
 std::string_view UidRegistry::keep(const std::string& text)
 {
     auto* place = static_cast<char*>(memory_.allocate(text.size(), 1));
-    std::memcpy(place, text.data(), text.size());
+    text.copy(place, text.size());
     return {place, text.size()};
 }
 

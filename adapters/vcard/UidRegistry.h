@@ -13,7 +13,8 @@ namespace dunmora {
 /// Gives every card of a book an id that no other has, the same on every run as long as the card is
 /// the same.
 ///
-/// Thread: one at a time. The ids are views into the cards or into the registry.
+/// Thread: one at a time. The ids are views into the cards' own UIDs, which must last as long as
+/// the registry does, or into the registry.
 class UidRegistry final {
 public:
     /// Makes room for so many ids in all.

@@ -22,6 +22,8 @@ public:
     /// Nothing is read before the first listing.
     explicit VCardAddressBook(std::filesystem::path path);
     ~VCardAddressBook() override;
+    VCardAddressBook(const VCardAddressBook&) = delete;
+    VCardAddressBook& operator=(const VCardAddressBook&) = delete;
 
     std::span<const Person> readPeople() override;
     std::span<const Person> people() override;

@@ -43,10 +43,11 @@ std::string cardOf(const FakePerson& person)
         text += "NICKNAME:" + *person.nickname + "\r\n";
     }
     if (person.modified) {
-        const auto seconds = person.modified->time_since_epoch().count();
+        const std::time_t seconds = person.modified->time_since_epoch().count();
+        std::tm parts{};
+        gmtime_r(&seconds, &parts);
         std::string date(sizeof "20240501T100000Z", '\0');
-        date.resize(
-            std::strftime(date.data(), date.size(), "%Y%m%dT%H%M%SZ", std::gmtime(&seconds)));
+        date.resize(std::strftime(date.data(), date.size(), "%Y%m%dT%H%M%SZ", &parts));
         text += "REV:" + date + "\r\n";
     }
     int group = 0;

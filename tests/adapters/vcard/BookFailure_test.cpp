@@ -35,7 +35,7 @@ class BookFailureTest : public BookTest {
 protected:
     BookFailureTest() { write(file(), content_); }
 
-    std::string failureOfReading(const fs::path& path) const
+    static std::string failureOfReading(const fs::path& path)
     {
         return failureOf([&] { VCardAddressBook(path).readPeople(); });
     }

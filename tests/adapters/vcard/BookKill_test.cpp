@@ -31,8 +31,8 @@ protected:
     };
 
     /// The book is in `place`, a folder; `remove` deletes from it.
-    Counts killEverywhere(const fs::path& place, const Contents& before, const Contents& after,
-                          const std::function<void()>& remove)
+    static Counts killEverywhere(const fs::path& place, const Contents& before,
+                                 const Contents& after, const std::function<void()>& remove)
     {
         Counts counts;
         while (true) {

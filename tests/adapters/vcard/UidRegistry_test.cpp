@@ -69,13 +69,14 @@ TEST(UidRegistry, NeverGivesAnIdTwiceEvenWhereACardHasAMadeOneAsItsOwn)
     UidRegistry registry;
     std::set<std::string> ids;
     const auto made = std::string(registry.give("", "card"));
+    const auto second = made + "-2";
     ids.insert(made);
 
     ids.emplace(registry.give(made, "card"));
-    ids.emplace(registry.give(made + "-2", "card"));
+    ids.emplace(registry.give(second, "card"));
     ids.emplace(registry.give("", "card"));
     ids.emplace(registry.give("", "card"));
-    ids.emplace(registry.give(made + "-2", "card"));
+    ids.emplace(registry.give(second, "card"));
 
     EXPECT_EQ(ids.size(), 6U);
 }

@@ -21,6 +21,7 @@ protected:
     {
         const auto people = book.people();
         std::vector<const Person*> chosen;
+        chosen.reserve(positions.size());
         for (const auto position : positions) {
             chosen.push_back(&people[position]);
         }
@@ -45,7 +46,7 @@ private:
 
 TEST_F(VCardBackupTest, HoldsTheCardsByteForByteInTheOrderGiven)
 {
-    const auto odd = "  begin:vcard\rUID:b\n\xE9\xFF: x\r\nEND:VCARD \n";
+    const std::string odd = "  begin:vcard\rUID:b\n\xE9\xFF: x\r\nEND:VCARD \n";
 
     EXPECT_EQ(backupOf({0, 1, 2}, "junk\n" + card("a", "\n") + odd + "junk\n" + card("c")),
               card("a", "\n") + odd + card("c"));

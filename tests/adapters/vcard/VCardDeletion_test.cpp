@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <random>
 #include <span>
 #include <string>
@@ -294,10 +295,9 @@ public:
     }
 
 private:
-    template <std::size_t size>
-    std::string oneOf(const std::string_view (&choices)[size])
+    std::string oneOf(std::initializer_list<std::string_view> choices)
     {
-        return std::string(choices[random_() % size]);
+        return std::string(choices.begin()[random_() % choices.size()]);
     }
 
     std::string lineEnd() { return oneOf({"\r\n", "\n", "\r", "\r\n"}); }
