@@ -297,7 +297,7 @@ TEST_F(BookFailureTest, RefusesAFileChangedWhileTheNewOneIsWritten)
         traceChild([&] { write(message, failureOfDeletionAfter([] {})); },
                    [&](SystemCall call) {
                        if (call.number == SYS_fsync && call.moment == SystemCall::Moment::Before) {
-                           write(file(), other);
+                           writeLater(file(), other);
                        }
                        return Fate::GoOn;
                    });
@@ -321,7 +321,7 @@ TEST_F(BookFailureTest, SeesAChangeWhoseTimeWasSetBack)
         traceChild([&] { write(message, failureOfDeletionAfter([] {})); },
                    [&](SystemCall call) {
                        if (call.number == SYS_fsync && call.moment == SystemCall::Moment::Before) {
-                           write(file(), other);
+                           writeLater(file(), other);
                            fs::last_write_time(file(), time);
                        }
                        return Fate::GoOn;

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace dunmora::test {
 
@@ -79,6 +80,21 @@ std::string failureOf(const std::function<void()>& action)
         return error.what();
     }
     return "nothing was thrown";
+}
+
+void writeLater(const std::filesystem::path& path, std::string_view content)
+{
+    const TemporaryFolder other;
+    const auto clock = other.path() / "clock";
+    const auto changeOf = [](const std::filesystem::path& file) {
+        struct stat status {};
+        EXPECT_EQ(stat(file.c_str(), &status), 0);
+        return std::pair(status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
+    };
+    do {
+        write(clock, "tick");
+    } while (changeOf(clock) <= changeOf(path));
+    write(path, content);
 }
 
 std::string traceOf(const std::filesystem::path& path)

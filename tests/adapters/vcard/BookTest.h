@@ -37,6 +37,10 @@ std::string failureOf(const std::function<void()>& action);
 /// What tells whether a file was touched: its inode and when it last changed.
 std::string traceOf(const std::filesystem::path& path);
 
+/// Changes the file when its time of change will be another one: many file systems tell times only
+/// to some milliseconds.
+void writeLater(const std::filesystem::path& path, std::string_view content);
+
 /// A temporary folder for a book that is a file in it, or a folder in it.
 class BookTest : public testing::Test {
 protected:

@@ -338,7 +338,7 @@ TEST_F(VCardFolderTest, WritesNothingAtAllWhenAFileChangesWhileTheNewOnesAreWrit
                                })); },
                    [&](SystemCall call) {
                        if (call.number == SYS_fsync && call.moment == SystemCall::Moment::After) {
-                           write(in("b.vcf"), card("b1") + card("B2"));
+                           writeLater(in("b.vcf"), card("b1") + card("B2"));
                        }
                        return Fate::GoOn;
                    });
