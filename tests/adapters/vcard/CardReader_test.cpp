@@ -73,6 +73,15 @@ std::string card21(const std::string& properties)
     return card("2.1", properties);
 }
 
+std::string joined(const Texts& lines, const std::string& end)
+{
+    std::string text;
+    for (const auto& line : lines) {
+        text.append(line).append(end);
+    }
+    return text;
+}
+
 /// A card with only a first name, for tests of what stands around it.
 std::string named(const std::string& firstName)
 {
@@ -213,9 +222,9 @@ TEST(CardReader, PassesOverAnyNumberOfByteOrderMarks)
 TEST(CardReader, ReadsAnyLineEnd)
 {
     for (const std::string end : {"\r\n", "\n", "\r", "\r\r\n"}) {
-        const ReadText text("BEGIN:VCARD" + end + "VERSION:3.0" + end + "N:Lee;An" + end + " n" +
-                            end + end + "TEL:1" + end + "END:VCARD" + end + "BEGIN:VCARD" + end +
-                            "FN:Ben" + end + "END:VCARD" + end);
+        const ReadText text(joined({"BEGIN:VCARD", "VERSION:3.0", "N:Lee;An", " n", "", "TEL:1",
+                                    "END:VCARD", "BEGIN:VCARD", "FN:Ben", "END:VCARD"},
+                                   end));
 
         EXPECT_EQ(text.firstNames(), (Texts{"Ann", "Ben"})) << testing::PrintToString(end);
         EXPECT_EQ(text.cards().ranges[1].begin, text.cards().ranges[0].end);
@@ -473,7 +482,7 @@ TEST(CardReader, ReadsCharsets)
         std::string bytes;
         std::string text;
     };
-    const Case cases[] = {
+    const std::vector<Case> cases = {
         {";CHARSET=UTF-8", "J\xC3\xB8rgen", "J\u00F8rgen"},
         {";charset=iso-8859-1", "J\xF8rgen", "J\u00F8rgen"},
         {";CHARSET=ISO-8859-15", "\xA4uro", "\u20ACuro"},
