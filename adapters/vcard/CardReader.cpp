@@ -528,7 +528,7 @@ private:
                 part.remove_prefix(1);
             }
             softBreak =
-                transfer == Transfer::QuotedPrintable && part.ends_with('=') && line.next < end;
+                transfer == Transfer::QuotedPrintable && part.ends_with('=') && line.end < end;
             whole += softBreak ? part.substr(0, part.size() - 1) : part;
             position = line.next;
         }
@@ -878,7 +878,11 @@ std::optional<std::chrono::sys_seconds> readRevision(std::string_view text)
     if (!zone || !parser.atEnd()) {
         return std::nullopt;
     }
-    return *date + *time - *zone;
+    // The zone can move a date out of the years that have four digits.
+    const auto moment = *date + *time - *zone;
+    const int year =
+        int(std::chrono::year_month_day(std::chrono::floor<std::chrono::days>(moment)).year());
+    return year >= 0 && year <= 9999 ? std::optional(moment) : std::nullopt;
 }
 
 }  // namespace dunmora

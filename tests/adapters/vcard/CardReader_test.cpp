@@ -303,6 +303,17 @@ TEST(CardReader, JoinsQuotedPrintableLinesAtTheirSoftBreaks)
     EXPECT_EQ(text.only().nickname, "J o");
 }
 
+TEST(CardReader, EndsQuotedPrintableTextAtAnEmptyLine)
+{
+    const ReadText text(
+        card21("N;ENCODING=QUOTED-PRINTABLE:Lee;Ann=\r\n\r\n"
+               "NICKNAME;ENCODING=QUOTED-PRINTABLE:An=\r\n=6Eie=\r\n\r\nTEL:1\r\n"));
+
+    EXPECT_EQ(text.only().firstName, "Ann");
+    EXPECT_EQ(text.only().nickname, "Annie");
+    EXPECT_EQ(text.phones(), Texts{"-=1"});
+}
+
 TEST(CardReader, TakesNoQuotedPrintableTextForLinesOfTheCard)
 {
     const ReadText text(card21("NOTE;ENCODING=QUOTED-PRINTABLE:call=\r\nTEL:666=\r\nEND:VCARD=\r\n"
@@ -618,7 +629,8 @@ TEST(Revision, IsNoneWhenItCannotBeRead)
     for (const auto* text :
          {"", "yesterday", "2024", "2024-13-01", "2024-02-30", "20240501T", "20240501T10",
           "20240501T250000Z", "20240501T106000Z", "20240501T100000Zulu", "2024-05-01 10:00:00",
-          "20240501T100000+99", "20240501T100000+", "2024-05-01T10:00:00Z2"}) {
+          "20240501T100000+99", "20240501T100000+", "2024-05-01T10:00:00Z2",
+          "0000-01-01T00:00:00+01:00", "9999-12-31T23:59:59-01:00"}) {
         EXPECT_EQ(revision(text), std::nullopt) << text;
     }
 }
