@@ -22,7 +22,8 @@ own_mirror() {
 
 mirror=
 if [[ "${1-}" == --mirror ]]; then
-    mirror=${2-}
+    [[ $# -gt 1 ]] || fail "--mirror wants a URL"
+    mirror=$2
     shift 2
 fi
 commands=("$@")

@@ -112,6 +112,7 @@ void requireOthersStay(std::string_view text, const CardReader::Cards& cards, st
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-identifier-naming): libFuzzer calls it by this name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string text(data, data + size);
