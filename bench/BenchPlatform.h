@@ -36,6 +36,7 @@ public:
     std::span<const Person> people() override { return people_; }
     void removeRecord(const Person& /*person*/) override { refuse(); }
     void save() override { refuse(); }
+    void checkBackUp(std::span<const Person* const> /*people*/) const override { refuse(); }
     void backUp(std::span<const Person* const> /*people*/,
                 const std::filesystem::path& /*file*/) override
     {

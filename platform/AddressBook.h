@@ -12,9 +12,11 @@ namespace dunmora {
 
 /// What a book has to say about its last reading.
 struct ReadingNotes {
-    /// Entries that are people's but could not be read; they stay in the book as they are.
+    /// Entries that are people's but could not be read; they stay in the book as they are. A remark
+    /// tells which.
     std::size_t cardsSkipped = 0;
-    /// Sentences for the user, such as which book was left out and why; empty when all went well.
+    /// Sentences for the user, such as which cards were skipped or which book was left out and why;
+    /// empty when all went well.
     std::vector<std::string> remarks;
 };
 
@@ -44,6 +46,10 @@ public:
     /// Writes the book once without the people removed since the last listing; with none removed it
     /// writes nothing. Whether it returns or throws, no removal is pending afterwards.
     virtual void save() = 0;
+
+    /// Makes sure that `backUp` can put these people of the last listing into one file; nothing is
+    /// written. Errors: PlatformError when it cannot.
+    virtual void checkBackUp(std::span<const Person* const> people) const = 0;
 
     /// Writes these people of the last listing, in the order given, as vCards to a new file and
     /// brings it to the disk before it returns. A file that exists is left alone and is an error.

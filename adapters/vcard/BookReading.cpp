@@ -401,28 +401,38 @@ std::string BookReading::halfDone(const std::string& reason,
            namesOf(doneCount + (nextHasBegun ? 1 : 0), removals.size()) + ".";
 }
 
+FileEncoding BookReading::commonEncoding(std::span<const Person* const> people) const
+{
+    std::optional<FileEncoding> encoding;
+    for (const auto* person : people) {
+        const auto own = files_[places_[positionOf(*person)].file].encoding;
+        if (encoding.value_or(own) != own) {
+            throw PlatformError(
+                "The people cannot stand in one backup: some of the cards are UTF-16 "
+                "and others are not. Delete them in separate runs.");
+        }
+        encoding = own;
+    }
+    return encoding.value_or(FileEncoding::Bytes);
+}
+
+void BookReading::checkBackUp(std::span<const Person* const> people) const
+{
+    commonEncoding(people);
+}
+
 void BookReading::backUp(std::span<const Person* const> people,
                          const std::filesystem::path& path) const
 {
-    std::optional<FileEncoding> encoding;
-    std::vector<const CardPlace*> places;
+    const auto encoding = commonEncoding(people);
+    const auto mark = byteOrderMarkOf(encoding);
+    const auto lineEnd = lineEndIn(encoding);
+    Pieces pieces{mark};
     for (const auto* person : people) {
         const auto& place = places_[positionOf(*person)];
-        const auto own = files_[place.file].encoding;
-        if (encoding.value_or(own) != own) {
-            throw PlatformError(quoted(path) + " was not written: some of the cards are UTF-16 and "
-                                               "others are not. Delete them in separate runs.");
-        }
-        encoding = own;
-        places.push_back(&place);
-    }
-    const auto mark = byteOrderMarkOf(encoding.value_or(FileEncoding::Bytes));
-    const auto lineEnd = lineEndIn(encoding.value_or(FileEncoding::Bytes));
-    Pieces pieces{mark};
-    for (const auto* place : places) {
-        pieces.push_back(files_[place->file].bytes.view().substr(
-            place->range.begin, place->range.end - place->range.begin));
-        if (!place->hasLineEnd) {
+        pieces.push_back(files_[place.file].bytes.view().substr(
+            place.range.begin, place.range.end - place.range.begin));
+        if (!place.hasLineEnd) {
             pieces.emplace_back(lineEnd);
         }
     }

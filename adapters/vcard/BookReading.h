@@ -29,9 +29,11 @@ public:
     /// Everyone who was read and not deleted since. Forgets the removals that were not saved.
     std::span<const Person> people();
 
-    /// As `AddressBook::removeRecord`, `save`, `backUp` and `notes`.
+    /// As `AddressBook::removeRecord`, `save`, `checkBackUp`, `backUp` and
+    /// `notes`.
     void removeRecord(const Person& person);
     void save();
+    void checkBackUp(std::span<const Person* const> people) const;
     void backUp(std::span<const Person* const> people, const std::filesystem::path& path) const;
     const ReadingNotes& notes() const { return notes_; }
 
@@ -81,6 +83,7 @@ private:
     void forgetPending();
     void forgetRemoved();
     std::size_t positionOf(const Person& person) const;
+    FileEncoding commonEncoding(std::span<const Person* const> people) const;
     std::vector<FileRemoval> pendingRemovals() const;
     void apply(FileRemoval& removal);
     std::string halfDone(const std::string& reason, const std::vector<FileRemoval>& removals,

@@ -36,6 +36,11 @@ void VCardAddressBook::save()
     }
 }
 
+void VCardAddressBook::checkBackUp(std::span<const Person* const> people) const
+{
+    listing().checkBackUp(people);
+}
+
 void VCardAddressBook::backUp(std::span<const Person* const> people,
                               const std::filesystem::path& file)
 {
@@ -47,7 +52,7 @@ ReadingNotes VCardAddressBook::notes() const
     return reading_ ? reading_->notes() : ReadingNotes();
 }
 
-BookReading& VCardAddressBook::listing()
+BookReading& VCardAddressBook::listing() const
 {
     // Reading here would be wrong: where the people stand whom the caller has from a listing that
     // is gone, others may stand now.

@@ -29,12 +29,13 @@ public:
     std::span<const Person> people() override;
     void removeRecord(const Person& person) override;
     void save() override;
+    void checkBackUp(std::span<const Person* const> people) const override;
     void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
     ReadingNotes notes() const override;
 
 private:
     /// The reading whose people the caller has. Errors: PlatformError when there is none.
-    BookReading& listing();
+    BookReading& listing() const;
 
     std::filesystem::path path_;
     std::unique_ptr<BookReading> reading_;

@@ -5,6 +5,7 @@
 #include "platform/Alert.h"
 #include "platform/PlatformError.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
+#include "programs/dunmora-cli/CommandError.h"
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/ContactJson.h"
 #include "programs/dunmora-cli/ContactTable.h"
@@ -27,22 +28,17 @@ namespace dunmora {
 
 namespace {
 
-constexpr std::size_t kMostNames = 10;
-
 bool asks(const DeleteRequest& request)
 {
     return !request.yes && !request.dryRun;
 }
 
-/// "Ann Lee, Ben Lee and 3 more"
+/// "Ann Lee, Ben Lee": all of them, because nobody else tells whom the user is about to lose.
 std::string enumerated(const std::vector<std::string>& names)
 {
     std::string text;
-    for (std::size_t i = 0; i < names.size() && i < kMostNames; ++i) {
-        text += (i > 0 ? ", " : "") + names[i];
-    }
-    if (names.size() > kMostNames) {
-        text += " and " + std::to_string(names.size() - kMostNames) + " more";
+    for (const auto& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
     }
     return text;
 }
@@ -59,9 +55,10 @@ bool passesGuards(const ContactsParser& engine, const DeleteRequest& request,
                    ". With --keep-one one of each is kept, with --allow-last-copy none.");
     }
     if (blank > 0) {
-        report(environment, countOfPeople(blank) +
-                                " to be deleted share only empty fields. With --allow-blank-match "
-                                "they are deleted all the same.");
+        report(environment, countOfPeople(blank) + " to be deleted " +
+                                (blank == 1 ? "shares" : "share") +
+                                " only empty fields with others. With --allow-blank-match the "
+                                "deletion goes on all the same.");
     }
     return lost.empty() && blank == 0;
 }
@@ -80,11 +77,22 @@ bool wouldJoinBook(const std::filesystem::path& file, const std::filesystem::pat
            std::filesystem::equivalent(folderOf(file), book, error);
 }
 
-void checkBackup(const DeleteRequest& request)
+std::vector<const Person*> peopleWith(AddressBook& book, const std::vector<std::string>& uids)
 {
-    if (!request.backup) {
-        return;
+    const std::unordered_set<std::string_view> checked(uids.begin(), uids.end());
+    std::vector<const Person*> people;
+    for (const auto& person : book.people()) {
+        if (checked.contains(person.uid)) {
+            people.push_back(&person);
+        }
     }
+    return people;
+}
+
+/// Finds out before anything happens, in a dry run, too, that the backup cannot be written.
+void checkBackup(AddressBook& book, const std::vector<std::string>& uids,
+                 const DeleteRequest& request)
+{
     const auto& file = *request.backup;
     std::error_code error;
     if (std::filesystem::exists(std::filesystem::symlink_status(file, error))) {
@@ -98,23 +106,24 @@ void checkBackup(const DeleteRequest& request)
         throw CommandError(ExitCode::WrongUse,
                            "“" + file.string() + "” would become a part of the address book.");
     }
+    book.checkBackUp(peopleWith(book, uids));
 }
 
-/// Shows who is going to be deleted: as a part of the result, or only to those who are asked.
+/// Shows who is going to be deleted: as a part of the result, and to those who are asked where they
+/// would not see that.
 void show(const ContactsParser& engine, const std::vector<std::string>& uids,
           const DeleteRequest& request, const CliEnvironment& environment)
 {
+    const auto table = [&](bool onTerminal) {
+        return contactTable(engine, {uids},
+                            onTerminal && environment.wantsColour ? Colour::On : Colour::Off);
+    };
     const bool isResult = request.book.format == OutputFormat::Table;
-    if (!isResult && !asks(request)) {
-        return;
-    }
-    const bool onTerminal = isResult ? environment.outIsTerminal : environment.errIsTerminal;
-    const auto table = contactTable(
-        engine, {uids}, onTerminal && environment.wantsColour ? Colour::On : Colour::Off);
     if (isResult) {
-        print(environment, table);
-    } else {
-        environment.err << table << std::flush;
+        print(environment, table(environment.outIsTerminal));
+    }
+    if (asks(request) && !(isResult && environment.outIsTerminal)) {
+        environment.err << table(environment.errIsTerminal) << std::flush;
     }
 }
 
@@ -127,26 +136,13 @@ bool userAgrees()
                 "Okay", "Cancel"}) != Alert::kAlternateButton;
 }
 
-void backUp(AddressBook& book, const std::vector<std::string>& uids,
-            const std::filesystem::path& file)
-{
-    const std::unordered_set<std::string_view> checked(uids.begin(), uids.end());
-    std::vector<const Person*> people;
-    for (const auto& person : book.people()) {
-        if (checked.contains(person.uid)) {
-            people.push_back(&person);
-        }
-    }
-    book.backUp(people, file);
-}
-
 /// Backs the people up where asked, and deletes them. A backup that was written stays, whatever
 /// comes after it.
 void backUpAndDelete(ContactsParser& engine, AddressBook& book,
                      const std::vector<std::string>& uids, const DeleteRequest& request)
 {
     if (request.backup) {
-        backUp(book, uids, *request.backup);
+        book.backUp(peopleWith(book, uids), *request.backup);
     }
     try {
         engine.deleteContacts(uids);
@@ -177,11 +173,23 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
     // Someone who was taken out of a live book meanwhile was not deleted by us.
     std::erase_if(uids,
                   [&](const std::string& uid) { return engine.contacts().find(uid) != nullptr; });
-    print(environment, request.book.format == OutputFormat::Table
-                           ? resultText(engine, uids.size(), request)
-                           : deletionJson(engine, uids, request.dryRun,
-                                          environment.outIsTerminal ? JsonCharacters::Ascii
-                                                                    : JsonCharacters::Utf8));
+    try {
+        print(environment, request.book.format == OutputFormat::Table
+                               ? resultText(engine, uids.size(), request)
+                               : deletionJson(engine, uids, request.dryRun,
+                                              environment.outIsTerminal ? JsonCharacters::Ascii
+                                                                        : JsonCharacters::Utf8));
+    } catch (const CommandError& error) {
+        if (request.dryRun || uids.empty()) {
+            throw;
+        }
+        // The failure must not read as if nothing had happened.
+        throw CommandError(
+            ExitCode::Failed,
+            std::string(error.what()) + " All the same, " + countOfPeople(uids.size()) +
+                (uids.size() == 1 ? " was deleted." : " were deleted.") +
+                (request.backup ? " The backup is “" + request.backup->string() + "”." : ""));
+    }
 }
 
 }  // namespace
@@ -213,7 +221,9 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     if (!passesGuards(engine, request, environment)) {
         return ExitCode::Failed;
     }
-    checkBackup(request);
+    if (request.backup) {
+        checkBackup(session.addressBook(), uids, request);
+    }
 
     show(engine, uids, request, environment);
     if (asks(request) && !userAgrees()) {

@@ -16,6 +16,10 @@ public:
     std::span<const Person> people() override { return book_->people(); }
     void removeRecord(const Person& /*person*/) override {}
     void save() override {}
+    void checkBackUp(std::span<const Person* const> people) const override
+    {
+        book_->checkBackUp(people);
+    }
     void backUp(std::span<const Person* const> /*people*/,
                 const std::filesystem::path& /*file*/) override
     {

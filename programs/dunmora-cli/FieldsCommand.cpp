@@ -23,6 +23,7 @@ public:
     std::span<const Person> people() override { return {}; }
     void removeRecord(const Person& /*person*/) override { fail(); }
     void save() override {}
+    void checkBackUp(std::span<const Person* const> /*people*/) const override { fail(); }
     void backUp(std::span<const Person* const> /*people*/,
                 const std::filesystem::path& /*file*/) override
     {
@@ -47,6 +48,10 @@ ExitCode showOrStoreFields(const FieldsRequest& request, const CliEnvironment& e
         storeMatchFields(*request.fields);
         if (!environment.userDefaults.synchronize()) {
             throw CommandError(ExitCode::Failed, "The match fields could not be stored.");
+        }
+        if (chosenMatchFields() != *request.fields) {
+            throw CommandError(ExitCode::Failed,
+                               "Another program has stored other match fields meanwhile.");
         }
     }
 

@@ -78,8 +78,8 @@ MatchFieldChoice chosenMatchFields()
 void storeMatchFields(const MatchFieldChoice& choice)
 {
     auto& settings = Settings::settings();
-    // Each flag is stored by itself. On before off: another program that reads in between must not
-    // find that no field is chosen.
+    // Each flag is stored by itself. On before off: a program that reads in between must not find
+    // that no field is chosen.
     for (const bool on : {true, false}) {
         for (std::size_t i = 0; i < kMatchFields.size(); ++i) {
             if (choice.test(i) == on) {

@@ -8,7 +8,6 @@
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -36,6 +35,8 @@ ReviewSession::ReviewSession(const BookRequest& request, const CliEnvironment& e
       platform_(openBook(request, environment, changes),
                 request.match ? overlay_ : environment.userDefaults, environment)
 {
+    // Another program may have stored other match fields since this one has read them.
+    environment.userDefaults.synchronize();
     if (request.match) {
         storeMatchFields(*request.match);
     }
@@ -58,19 +59,8 @@ void ReviewSession::tellNotes() const
     if (request_.quiet) {
         return;
     }
-    const auto notes = addressBook().notes();
-    for (const auto& remark : notes.remarks) {
+    for (const auto& remark : addressBook().notes().remarks) {
         report(environment_, "note: " + remark);
-    }
-    const bool skippedIsTold =
-        std::any_of(notes.remarks.begin(), notes.remarks.end(), [](const std::string& remark) {
-            return remark.find("skipped") != std::string::npos;
-        });
-    if (notes.cardsSkipped > 0 && !skippedIsTold) {
-        report(environment_, notes.cardsSkipped == 1
-                                 ? "note: 1 card could not be read and was skipped."
-                                 : "note: " + std::to_string(notes.cardsSkipped) +
-                                       " cards could not be read and were skipped.");
     }
 }
 

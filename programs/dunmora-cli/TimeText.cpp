@@ -16,6 +16,12 @@ void append(std::string& out, long number, std::size_t digits)
     out += text;
 }
 
+/// As to_time_t, which counts in nanoseconds on the way and so knows only the years 1677 to 2262.
+std::time_t secondsOf(std::chrono::sys_seconds time)
+{
+    return time.time_since_epoch().count();
+}
+
 /// Appends "2024-05-01T10:00" with the letter `between` for the T.
 void appendDateAndMinute(std::string& out, const std::tm& time, char between)
 {
@@ -34,7 +40,7 @@ void appendDateAndMinute(std::string& out, const std::tm& time, char between)
 
 void appendUtcTime(std::string& out, std::chrono::sys_seconds time)
 {
-    const auto seconds = std::chrono::system_clock::to_time_t(time);
+    const std::time_t seconds = secondsOf(time);
     std::tm parts{};
     if (gmtime_r(&seconds, &parts) == nullptr) {
         return;
@@ -47,7 +53,7 @@ void appendUtcTime(std::string& out, std::chrono::sys_seconds time)
 
 void appendLocalTime(std::string& out, std::chrono::sys_seconds time)
 {
-    const auto seconds = std::chrono::system_clock::to_time_t(time);
+    const std::time_t seconds = secondsOf(time);
     std::tm parts{};
     if (localtime_r(&seconds, &parts) != nullptr) {
         appendDateAndMinute(out, parts, ' ');

@@ -39,6 +39,7 @@ public:
     std::span<const Person> people() override;
     void removeRecord(const Person& person) override;
     void save() override;
+    void checkBackUp(std::span<const Person* const> /*people*/) const override { onCheckBackUp(); }
     void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
     ReadingNotes notes() const override { return readingNotes; }
 
@@ -58,6 +59,7 @@ public:
     std::function<void()> onRead = [] {};
     std::function<void()> onRemove = [] {};
     std::function<void()> onSave = [] {};
+    std::function<void()> onCheckBackUp = [] {};
 
 private:
     std::vector<FakePerson> stored_;

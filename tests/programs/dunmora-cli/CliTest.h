@@ -3,6 +3,7 @@
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/RunCli.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -23,6 +24,10 @@ public:
     std::span<const Person> people() override { return book_.people(); }
     void removeRecord(const Person& person) override { book_.removeRecord(person); }
     void save() override { book_.save(); }
+    void checkBackUp(std::span<const Person* const> people) const override
+    {
+        book_.checkBackUp(people);
+    }
     void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override
     {
         book_.backUp(people, file);
@@ -85,7 +90,9 @@ protected:
     std::string err() const { return err_.str(); }
 
     FakeAddressBook book_;
-    FakeUserDefaults userDefaults_;
+    /// Where this program and others keep their preferences.
+    std::shared_ptr<FakeDisk> disk_ = std::make_shared<FakeDisk>();
+    FakeUserDefaults userDefaults_{disk_};
     FakeBundle bundle_;
     /// What the user types.
     std::string typed_;
@@ -103,31 +110,6 @@ protected:
                                 in_,
                                 out_,
                                 err_};
-};
-
-/// A folder of the test's own that goes with it.
-class TemporaryFolder final {
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = testing::TempDir() + "dunmora-XXXXXX";
-        if (mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder");
-        }
-        path_ = pattern;
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    const std::filesystem::path& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
 };
 
 }  // namespace dunmora::test

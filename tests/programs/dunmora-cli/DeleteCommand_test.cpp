@@ -160,6 +160,18 @@ TEST_F(DeleteTest, AsksOnTheTerminalWhenOnlyTheOutputIsAPipe)
     EXPECT_EQ(Json::parse(out())["deleted"], Json({"ann-2"}));
 }
 
+TEST_F(DeleteTest, ShowsOnTheTerminalWhomItAsksAboutWhenTheOutputGoesElsewhere)
+{
+    bookHoldsAnnTwice();
+    environment_.inIsTerminal = true;
+    environment_.errIsTerminal = true;
+    typed_ = "no\n";
+
+    EXPECT_EQ(run({"delete", "book.vcf"}), 1);
+    EXPECT_LT(err().find("ann-2"), err().find("Confirm to delete")) << err();
+    EXPECT_NE(out().find("ann-2"), std::string::npos);
+}
+
 TEST_F(DeleteTest, DoesNotAskWithYes)
 {
     bookHoldsAnnTwice();
@@ -256,7 +268,7 @@ TEST_F(DeleteTest, CountsSomeoneInNoGroupAsALastCopy)
     expectUnchanged();
 }
 
-TEST_F(DeleteTest, NamesTenLastCopiesAtMost)
+TEST_F(DeleteTest, NamesEveryLastCopy)
 {
     std::vector<FakePerson> people;
     for (int i = 0; i < 12; ++i) {
@@ -266,8 +278,8 @@ TEST_F(DeleteTest, NamesTenLastCopiesAtMost)
     bookHolds(std::move(people));
 
     EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
-    EXPECT_NE(err().find("12 people would lose every copy: P0, P1, P2, P3, P4, P5, P6, P7, P8, P9 "
-                         "and 2 more."),
+    EXPECT_NE(err().find("12 people would lose every copy: P0, P1, P2, P3, P4, P5, P6, P7, P8, P9, "
+                         "P10, P11."),
               std::string::npos)
         << err();
 }
@@ -326,8 +338,9 @@ TEST_F(DeleteTest, RefusesToDeleteThoseWhoShareOnlyEmptyFields)
 
     EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
     EXPECT_EQ(out(), "");
-    EXPECT_EQ(err(), "dunmora-cli: 2 people to be deleted share only empty fields. With "
-                     "--allow-blank-match they are deleted all the same.\n");
+    EXPECT_EQ(err(),
+              "dunmora-cli: 2 people to be deleted share only empty fields with others. With "
+              "--allow-blank-match the deletion goes on all the same.\n");
     expectUnchanged();
 }
 
@@ -362,7 +375,8 @@ TEST_F(DeleteTest, SaysBothWhenBothGuardsApply)
 
     EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
     EXPECT_NE(err().find("1 person would lose every copy: (no name, uid 1)."), std::string::npos);
-    EXPECT_NE(err().find("2 people to be deleted share only empty fields."), std::string::npos);
+    EXPECT_NE(err().find("2 people to be deleted share only empty fields with others."),
+              std::string::npos);
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--allow-last-copy"}), 1);
     EXPECT_EQ(run({"delete", "b", "--yes", "--allow-blank-match"}), 1);
@@ -454,6 +468,31 @@ TEST_F(DeleteTest, AllowsABackupThatTheBookDoesNotTakeForItsOwn)
         EXPECT_EQ(run({"delete", book.string(), "--yes", "--backup", backup.string()}), 0);
         EXPECT_TRUE(std::filesystem::exists(backup));
     }
+}
+
+TEST_F(DeleteTest, RefusesABackupThatTheBookCannotMakeInADryRunToo)
+{
+    bookHoldsAnnTwice();
+    book_.onCheckBackUp = [] { throw PlatformError("The cards do not go together."); };
+    const auto backup = folder_.path() / "backup.vcf";
+
+    for (const auto* option : {"--yes", "--dry-run"}) {
+        EXPECT_EQ(run({"delete", "b", option, "--backup", backup.string()}), 1) << option;
+        EXPECT_EQ(err(), "dunmora-cli: The cards do not go together.\n") << option;
+    }
+    expectUnchanged();
+    EXPECT_FALSE(std::filesystem::exists(backup));
+}
+
+TEST_F(DeleteTest, SaysThatPeopleWereDeletedWhenTheResultCannotBeWritten)
+{
+    bookHoldsAnnTwice();
+    book_.onSave = [&] { out_.setstate(std::ios::badbit); };
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json"}), 1);
+    EXPECT_EQ(err(), "dunmora-cli: The output could not be written. All the same, 1 person was "
+                     "deleted.\n");
+    EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
 }
 
 TEST_F(DeleteTest, DeletesNobodyWhenTheBackupFails)

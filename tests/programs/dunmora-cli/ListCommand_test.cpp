@@ -293,24 +293,40 @@ TEST_F(ListTest, ShowsNoProgressWhenQuietOrInAPipe)
 
 TEST_F(ListTest, TellsTheBooksNotes)
 {
-    book_.readingNotes = {2, {"“a.vcf” was left out."}};
+    book_.readingNotes = {2, {"2 cards without END were skipped.", "“a.vcf” was left out."}};
 
     EXPECT_EQ(run({"list", "book.vcf"}), 0);
-    EXPECT_EQ(err(), "dunmora-cli: note: “a.vcf” was left out.\n"
-                     "dunmora-cli: note: 2 cards could not be read and were skipped.\n");
-
-    book_.readingNotes = {1, {}};
-    run({"list", "book.vcf"});
-    EXPECT_EQ(err(), "dunmora-cli: note: 1 card could not be read and was skipped.\n");
+    EXPECT_EQ(err(), "dunmora-cli: note: 2 cards without END were skipped.\n"
+                     "dunmora-cli: note: “a.vcf” was left out.\n");
 }
 
-TEST_F(ListTest, TellsOnlyOnceThatCardsWereSkipped)
+TEST_F(ListTest, ShowsDatesOfAnyYear)
 {
-    book_.readingNotes = {2, {"2 cards without END were skipped."}};
+    auto early = person("1", "Ann");
+    early.modified = std::chrono::sys_days(std::chrono::year(1) / 1 / 2);
+    auto late = person("2", "Ann");
+    late.modified = std::chrono::sys_days(std::chrono::year(9999) / 12 / 30);
+    bookHolds({early, late});
+
+    run({"list", "book.vcf", "--format", "csv"});
+    EXPECT_NE(out().find("0001-01-02T00:00:00Z"), std::string::npos) << out();
+    EXPECT_NE(out().find("9999-12-30T00:00:00Z"), std::string::npos) << out();
 
     run({"list", "book.vcf"});
+    EXPECT_NE(out().find("0001-01-0"), std::string::npos) << out();
+    EXPECT_NE(out().find("9999-12-"), std::string::npos) << out();
+}
 
-    EXPECT_EQ(err(), "dunmora-cli: note: 2 cards without END were skipped.\n");
+TEST_F(ListTest, TakesOverWhatAnotherProgramHasStored)
+{
+    bookHolds({person("1", "Ann"), person("2", "Ann", "Moe")});
+    FakeUserDefaults theirs(disk_);
+    theirs.setBool("filterLastname", false);
+    theirs.synchronize();
+
+    EXPECT_EQ(run({"list", "book.vcf", "--format", "json"}), 0);
+
+    EXPECT_EQ(Json::parse(out())["match"], Json({"firstname"}));
 }
 
 TEST_F(ListTest, WarnsOfPeopleWhoWouldLoseEveryCopy)
