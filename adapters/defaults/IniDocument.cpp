@@ -112,10 +112,11 @@ std::string decoded(std::string_view key)
 
 std::optional<IniDocument> IniDocument::parsed(std::string_view text)
 {
+    IniDocument document;
     if (text.starts_with(kByteOrderMark)) {
+        document.mark_ = kByteOrderMark;
         text.remove_prefix(kByteOrderMark.size());
     }
-    IniDocument document;
     while (!text.empty()) {
         const auto length = std::min(text.find('\n'), text.size() - 1) + 1;
         if (!document.append(text.substr(0, length))) {
@@ -194,7 +195,7 @@ bool IniDocument::set(std::string_view key, bool value)
 
 std::string IniDocument::text() const
 {
-    std::string text;
+    std::string text(mark_);
     for (const auto& line : lines_) {
         text += line.text;
     }

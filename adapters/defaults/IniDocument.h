@@ -12,8 +12,8 @@ namespace dunmora {
 
 /// The text of an INI file: one `key=value` a line, `;` and `#` before a comment, sections under
 /// `[name]`. Our keys are those before the first section and those under `[General]`, as many
-/// programs keep them. Every other line stays byte for byte as it is: what other programs and
-/// users wrote is theirs, whatever it means.
+/// programs keep them. Every other line stays byte for byte as it is, and so does a byte-order
+/// mark: what other programs and users wrote is theirs, whatever it means.
 class IniDocument final {
 public:
     using Values = std::map<std::string, bool, std::less<>>;
@@ -41,6 +41,8 @@ private:
     IniDocument() = default;
     bool append(std::string_view text);
 
+    // The byte-order mark, or nothing.
+    std::string_view mark_;
     std::vector<Line> lines_;
     // Where a key that is new goes: behind the last line that says something in our section.
     std::size_t endOfOurs_ = 0;

@@ -28,9 +28,18 @@ void tellOnce(bool& told, const std::string& sentence)
     }
 }
 
+/// The path between quotation marks. Its control characters must not reach a terminal.
 std::string quoted(const std::filesystem::path& file)
 {
-    return "“" + file.string() + "”";
+    std::string text = "“";
+    for (const char c : file.string()) {
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') {
+            text += "\uFFFD";
+        } else {
+            text += c;
+        }
+    }
+    return text + "”";
 }
 
 std::filesystem::path fromEnvironment(const char* name)

@@ -66,6 +66,16 @@ TEST(IniDocument, KeepsEveryByteThatIsNotOurs)
     EXPECT_EQ(changed.erase(changed.find("mine=true\n"), 10), text);
 }
 
+TEST(IniDocument, KeepsTheByteOrderMark)
+{
+    const auto mark = "\xEF\xBB\xBF"s;
+
+    EXPECT_EQ(IniDocument::parsed(mark).value().text(), mark);
+    EXPECT_EQ(withMine(mark), mark + "[General]\nmine=true\n");
+    EXPECT_EQ(withMine(mark + "mine=false\n"), mark + "mine=true\n");
+    EXPECT_EQ(withMine(mark + "[Other]\nb=1\n"), mark + "mine=true\n[Other]\nb=1\n");
+}
+
 TEST(IniDocument, ChangesOnlyTheLineOfTheKey)
 {
     auto document = IniDocument::parsed("a=1 ; one\nb = 2\nc=3").value();

@@ -354,6 +354,18 @@ TEST_F(IniUserDefaultsFileTest, LeaveWhatCannotBeReadWhereItIsAndSaySoOnce)
     EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
 }
 
+TEST_F(IniUserDefaultsTest, NeverSendAControlCharacterOfAPathToTheTerminal)
+{
+    const auto file = folder_.path() / "a\x1B[2J\tb\x7Fü";
+    std::filesystem::create_directory(file);
+
+    const auto words = told([&] { IniUserDefaults{file}; });
+
+    EXPECT_EQ(words, "dunmora: The preferences could not be read from “" +
+                         (folder_.path() / "a\uFFFD[2J\uFFFDb\uFFFDü").string() +
+                         "”: Is a directory.\n");
+}
+
 TEST_F(IniUserDefaultsFileTest, NeverWaitForAPipe)
 {
     ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
