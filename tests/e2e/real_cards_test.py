@@ -1,0 +1,99 @@
+#!/usr/bin/env python3
+"""Deletes from copies of other programs' cards: real_cards_test.py PATH-OF-DUNMORA-CLI FOLDER-OF-CARDS
+
+The environment's DUNMORA_VCARDS goes before the folder. Where there is no such folder, nothing is tested.
+"""
+
+import codecs
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROGRAM = ""
+FILES = []
+EVERY_FIELD = ("--match", "nickname,firstname,lastname,home,work,mobile")
+UTF_16 = {codecs.BOM_UTF16_LE: "utf-16-le", codecs.BOM_UTF16_BE: "utf-16-be"}
+
+
+def holds_cards(file):
+    return file.is_file() and (file.suffix in (".vcf", ".vcard") or b"BEGIN:VCARD" in file.read_bytes())
+
+
+def is_made_of(original, remaining, cards):
+    """Whether the original is what remains with these cards put back into it, each in one piece and in this order."""
+    # A card may stand there twice, so that there are several places where the cards so far can have ended.
+    ends, taken = {0}, 0
+    for card in cards:
+        begins = [match.start() for match in re.finditer(b"(?=%b)" % re.escape(card), original)]
+        ends = {begin + len(card) for begin in begins for end in ends
+                if end <= begin and original[end:begin] == remaining[end - taken:begin - taken]}
+        taken += len(card)
+    return any(original[end:] == remaining[end - taken:] for end in ends)
+
+
+def cards_in(backup):
+    """The cards of a backup, to the byte, and the line end that a last one without any was given."""
+    encoding = UTF_16.get(backup[:2], "latin-1")
+    text = backup[2 if backup[:2] in UTF_16 else 0:].decode(encoding, "surrogatepass")
+    cards = re.split(r"(?<=[\r\n])(?=[ \t]*BEGIN:VCARD)", text, flags=re.IGNORECASE)
+    return [card.encode(encoding, "surrogatepass") for card in cards], "\r\n".encode(encoding)
+
+
+class RealCards(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.book, self.backup = (pathlib.Path(folder.name, name) for name in ("book.vcf", "backup.vcf"))
+        self.environment = {**os.environ, "HOME": folder.name, "XDG_CONFIG_HOME": folder.name + "/config"}
+
+    def result_of(self, command, book, *arguments):
+        result = subprocess.run([PROGRAM, command, book, "--format", "json", *arguments], stdin=subprocess.DEVNULL,
+                                capture_output=True, env=self.environment, timeout=20, check=False)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return json.loads(result.stdout)
+
+    def delete_and_find_everyone(self, original):
+        """Deletes from a book with these bytes, looks for all of them afterwards, and returns how many people went."""
+        self.book.write_bytes(original)
+        self.backup.unlink(missing_ok=True)
+        before = self.result_of("list", self.book)
+        deleted = len(self.result_of("delete", self.book, "--yes", "--allow-last-copy", "--allow-blank-match",
+                                     "--match", "firstname", "--backup", self.backup)["deleted"])
+        after = self.result_of("list", self.book)
+        # A card that is skipped for its END stands behind others is whole once they are gone.
+        self.assertLessEqual(after["skipped"], before["skipped"])
+        self.assertEqual(after["contacts"] + after["skipped"], before["contacts"] + before["skipped"] - deleted)
+        self.assertEqual(self.backup.exists(), deleted > 0)
+        cards, line_end = cards_in(self.backup.read_bytes()) if deleted else ([], b"")
+        remaining = self.book.read_bytes()
+        if len(remaining) + sum(map(len, cards)) > len(original):
+            cards[-1] = cards[-1].removesuffix(line_end)
+        self.assertTrue(is_made_of(original, remaining, cards), "the book and its backup are not what the book was")
+        if deleted:
+            self.assertEqual(self.result_of("list", self.backup, *EVERY_FIELD)["contacts"], deleted)
+        return deleted
+
+    def test_are_all_there_after_a_deletion_from_any_file(self):
+        for file in FILES:
+            with self.subTest(file):
+                self.delete_and_find_everyone(file.read_bytes())
+
+    def test_are_all_there_after_a_deletion_from_all_files_in_one(self):
+        # Each twice, so that there is much to delete; UTF-16 could not be a part of such a file.
+        texts = [text for text in (file.read_bytes() for file in FILES) if b"\0" not in text]
+        self.assertGreater(self.delete_and_find_everyone(b"\n".join(texts * 2)), 0)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 3:
+        sys.exit(__doc__)
+    PROGRAM, folder = os.path.abspath(sys.argv[1]), pathlib.Path(os.environ.get("DUNMORA_VCARDS") or sys.argv[2])
+    FILES = sorted(filter(holds_cards, folder.rglob("*")))
+    if folder.is_dir():
+        unittest.main(argv=sys.argv[:1])
+    print(f"Skipped: there are no real cards in “{folder}”; name another folder in DUNMORA_VCARDS.")
