@@ -71,8 +71,10 @@ int main(int argc, char* argv[])
 {
     try {
         occupyStandardStreams();
-        // A reader who has gone away is an error like any other; it must not end a deletion midway.
+        // A reader who has gone away and a file that may not grow are errors like any other;
+        // neither must end a deletion midway.
         std::signal(SIGPIPE, SIG_IGN);
+        std::signal(SIGXFSZ, SIG_IGN);
         return runProgram({argv + std::min(argc, 1), argv + argc});
     } catch (const std::exception& error) {
         std::cerr << "dunmora-cli: " << error.what() << '\n';
