@@ -1,5 +1,7 @@
 #include "adapters/vcard/TextDecoding.h"
 
+#include "adapters/vcard/Ascii.h"
+
 #include <iconv.h>
 
 #include <algorithm>
@@ -151,7 +153,7 @@ bool isUtf8Name(std::string_view charset)
     std::string name;
     for (const char c : charset) {
         if (c != '-' && c != '_') {
-            name += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+            name += toUpperAscii(c);
         }
     }
     return name.empty() || name == "UTF8" || name == "USASCII" || name == "ASCII";

@@ -2,7 +2,6 @@
 
 #include "programs/dunmora-cli/Utf8.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace dunmora {
@@ -67,11 +66,7 @@ void appendJsonText(std::string& out, std::string_view text, JsonCharacters char
 {
     out += '"';
     for (std::size_t position = 0; position < text.size();) {
-        const auto* const begin = text.data() + position;
-        const auto* const end = text.data() + text.size();
-        const auto plain = static_cast<std::size_t>(std::find_if_not(begin, end, kIsPlain) - begin);
-        out += text.substr(position, plain);
-        position += plain;
+        position = appendPlain(out, text, position, kIsPlain);
         if (position == text.size()) {
             break;
         }

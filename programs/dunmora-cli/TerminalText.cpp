@@ -59,11 +59,7 @@ void appendPrintable(std::string& out, std::string_view text)
 {
     std::size_t position = 0;
     while (position < text.size()) {
-        const auto* const begin = text.data() + position;
-        const auto* const end = text.data() + text.size();
-        const auto plain = static_cast<std::size_t>(std::find_if_not(begin, end, kIsPlain) - begin);
-        out += text.substr(position, plain);
-        position += plain;
+        position = appendPlain(out, text, position, kIsPlain);
         if (position == text.size()) {
             return;
         }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -18,5 +20,19 @@ struct Utf8Character {
 /// The character at the position, which lies inside the text. Bytes that begin no character give
 /// U+FFFD and the length of the longest part that could have begun one (Unicode 15, table 3-7).
 Utf8Character utf8CharacterAt(std::string_view text, std::size_t position);
+
+/// Appends the bytes from `position` on that `isPlain` lets pass, and returns where the first one
+/// stands that it does not, or the text's end. A template, so that the loop over every byte of
+/// every name is inlined.
+template <typename IsPlain>
+std::size_t appendPlain(std::string& out, std::string_view text, std::size_t position,
+                        IsPlain isPlain)
+{
+    const auto rest = text.substr(position);
+    const auto plain = static_cast<std::size_t>(
+        std::find_if_not(rest.begin(), rest.end(), isPlain) - rest.begin());
+    out += rest.substr(0, plain);
+    return position + plain;
+}
 
 }  // namespace dunmora
