@@ -60,7 +60,8 @@ for command in "${commands[@]}"; do
     echo "== $command"
     # shellcheck disable=SC2016 # expanded by the inner shell
     unshare --mount --pid --fork bash -c \
-        'mount -t proc proc "$1/proc" && exec chroot "$1" "${@:2}"' _ "$debian" \
+        'mount -t proc proc "$1/proc" && mount -t devpts -o newinstance,ptmxmode=666 devpts "$1/dev/pts" &&
+            exec chroot "$1" "${@:2}"' _ "$debian" \
         env -i "${environment[@]}" bash -c 'cd "$1" && eval "$2"' _ "$clone" "$command" </dev/null
 done
 echo "A fresh Debian 12 runs: ${commands[*]}"
