@@ -29,8 +29,7 @@ public:
     /// Everyone who was read and not deleted since. Forgets the removals that were not saved.
     std::span<const Person> people();
 
-    /// As `AddressBook::removeRecord`, `save`, `checkBackUp`, `backUp` and
-    /// `notes`.
+    /// As `AddressBook::removeRecord`, `save`, `checkBackUp`, `backUp` and `notes`.
     void removeRecord(const Person& person);
     void save();
     void checkBackUp(std::span<const Person* const> people) const;

@@ -449,7 +449,7 @@ private:
 
         const auto name = splitName(text.substr(0, head.nameEnd)).name;
         hasProperty_ = hasProperty_ || (nested_ == 0 && isPropertyName(name));
-        // What is not read matters only as far as its lines could be taken for others.
+        // A property that nobody reads matters only as far as its lines could be taken for others.
         const bool mayGoOn = last.end > last.begin && text_[last.end - 1] == '=';
         if (kindOf(name) == Kind::Unread && !mayGoOn && !nextIsIndented()) {
             return;

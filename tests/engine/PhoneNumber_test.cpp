@@ -1,7 +1,5 @@
 #include "engine/PhoneNumber.h"
 
-#include "engine/SafeString.h"
-
 #include <gtest/gtest.h>
 
 #include <initializer_list>
@@ -90,18 +88,6 @@ TEST(PhoneNumber, ReturnsTheValueAsStored)
 {
     EXPECT_EQ(pick({{"Home", " +1 (555) 010-0123;ext=7 "}}, "home"), " +1 (555) 010-0123;ext=7 ");
     EXPECT_EQ(pick({{"Home", ""}, {"Home", "2"}}, "home"), "");
-}
-
-TEST(SafeString, TurnsAMissingTextIntoTheEmptyOne)
-{
-    EXPECT_EQ(SafeString(std::nullopt), "");
-    EXPECT_NE(SafeString(std::nullopt).data(), nullptr);
-}
-
-TEST(SafeString, ReturnsAPresentTextAsItIs)
-{
-    EXPECT_EQ(SafeString(" Ann "), " Ann ");
-    EXPECT_EQ(SafeString(""), "");
 }
 
 }  // namespace
