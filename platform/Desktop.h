@@ -1,0 +1,31 @@
+#pragma once
+
+namespace dunmora {
+
+class Application;
+class InterfaceLoader;
+class OpenPanel;
+
+/// The ports that only a program with windows has, installed beside its `Platform`. The program
+/// owns them and keeps them until it ends.
+struct Desktop {
+    Application& application;
+    InterfaceLoader& interfaceLoader;
+    OpenPanel& openPanel;
+
+    /// Makes these the ports that the core asks.
+    /// Thread: the main thread, before any job runs; `desktop` must outlive its use.
+    static void install(const Desktop& desktop) { installed() = &desktop; }
+
+    /// The ports installed last. Thread: any, after `install`.
+    static const Desktop& current() { return *installed(); }
+
+private:
+    static const Desktop*& installed()
+    {
+        static const Desktop* desktop = nullptr;
+        return desktop;
+    }
+};
+
+}  // namespace dunmora

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/Application.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace dunmora::test {
+
+/// An application whose main thread is the one that made it, with real worker threads. The main
+/// thread handles what was carried over to it when the test says so.
+class FakeApplication final : public Application {
+public:
+    FakeApplication() : mainThread_(std::this_thread::get_id()) {}
+    /// Waits for every thread, handling what they still carry over.
+    ~FakeApplication() override { runUntilIdle(); }
+    FakeApplication(const FakeApplication&) = delete;
+    FakeApplication& operator=(const FakeApplication&) = delete;
+
+    void terminate(const void* sender) override { terminations.push_back(sender); }
+
+    /// Calls `onRunModal`, then handles events until the session is aborted.
+    int runModalForWindow(Window& window) override;
+    void abortModal() override;
+    void detachNewThread(std::string_view name, std::function<void()> body) override;
+    void performOnMainThread(const std::function<void()>& work) override;
+
+    /// Handles what is carried over until no thread runs any more. Threads that end by an exception
+    /// leave it in `failures`.
+    void runUntilIdle();
+
+    bool isMainThread() const { return std::this_thread::get_id() == mainThread_; }
+
+    /// Who asked for the end, each time.
+    std::vector<const void*> terminations;
+    /// The names of the threads started, in order.
+    std::vector<std::string> threads;
+    /// How many modal sessions were ended by `abortModal`, and how many calls found none.
+    std::size_t abortedSessions = 0;
+    std::size_t abortsWithoutSession = 0;
+    /// What the user does in a modal session; has to end it, now or by later events.
+    std::function<void(Window& window)> onRunModal = [this](Window& /*window*/) { abortModal(); };
+    /// What left thread bodies.
+    std::vector<std::exception_ptr> failures;
+
+private:
+    struct Work {
+        const std::function<void()>* run;
+        std::exception_ptr failure;
+        bool isDone = false;
+    };
+
+    /// Waits for one piece of work and handles it. Returns whether there was one; there is none
+    /// once no thread runs.
+    bool handleNext();
+
+    std::thread::id mainThread_;
+    std::size_t sessions_ = 0;
+    std::vector<std::jthread> workers_;
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Work*> queue_;
+    std::size_t running_ = 0;
+};
+
+}  // namespace dunmora::test

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Desktop.h"
+#include "platform/OpenPanel.h"
+#include "tests/fakes/FakeApplication.h"
+#include "tests/fakes/FakeInterface.h"
+
+#include <filesystem>
+#include <optional>
+
+namespace dunmora::test {
+
+/// Answers with what the test has chosen.
+class FakeOpenPanel final : public OpenPanel {
+public:
+    std::optional<std::filesystem::path> runModal() override { return choice; }
+
+    std::optional<std::filesystem::path> choice;
+};
+
+/// A fake for every port of a program with windows, installed as the desktop as long as it lives.
+struct FakeDesktop {
+    FakeDesktop() { Desktop::install(desktop); }
+    ~FakeDesktop() = default;
+    FakeDesktop(const FakeDesktop&) = delete;
+    FakeDesktop& operator=(const FakeDesktop&) = delete;
+
+    FakeInterfaceLoader interfaceLoader;
+    FakeOpenPanel openPanel;
+    // Dies first: it waits for the threads.
+    FakeApplication application;
+    Desktop desktop{application, interfaceLoader, openPanel};
+};
+
+}  // namespace dunmora::test
