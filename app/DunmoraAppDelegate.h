@@ -14,6 +14,14 @@ struct Notification;
 /// Thread: the main thread, but for the two thread bodies.
 class DunmoraAppDelegate final : public ApplicationDelegate, public WindowDelegate {
 public:
+    DunmoraAppDelegate() = default;
+    DunmoraAppDelegate(const DunmoraAppDelegate&) = delete;
+    DunmoraAppDelegate& operator=(const DunmoraAppDelegate&) = delete;
+
+    /// Unsubscribes: the program keeps its delegate until it ends, but where one ends before, the
+    /// next job's end must not reach it.
+    ~DunmoraAppDelegate() override;
+
     /// The main window; not owned.
     Window* window() const { return window_; }
     void setWindow(Window* window) { window_ = window; }

@@ -19,6 +19,9 @@ public:
     /// somebody holds it; none, with nothing subscribed, when the window cannot be loaded.
     static std::shared_ptr<ProgressWindowController> init();
 
+    ProgressWindowController(const ProgressWindowController&) = delete;
+    ProgressWindowController& operator=(const ProgressWindowController&) = delete;
+
     /// Unsubscribes both handlers. A post under way on another thread finishes first or finds
     /// nobody.
     ~ProgressWindowController() override;

@@ -23,8 +23,15 @@ struct Notification;
 /// Thread: the main thread, but for `DeleteCheckedContacts`. Errors: none.
 class ContactsController final : public TableViewDataSource {
 public:
-    /// Finds its outlets in the main interface. Both arguments must outlive the controller.
+    /// Finds its outlets in the main interface and fills the table from now on. Both arguments must
+    /// outlive the controller.
     ContactsController(Interface& mainInterface, DunmoraAppDelegate& delegate);
+    ContactsController(const ContactsController&) = delete;
+    ContactsController& operator=(const ContactsController&) = delete;
+
+    /// Unsubscribes and leaves the table: the program keeps its controller until it ends, but where
+    /// one ends before, neither may reach it any more.
+    ~ContactsController() override;
 
     /// Subscribes to "msgReload" for the life of the process.
     void awakeFromNib();
