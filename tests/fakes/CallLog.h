@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -13,7 +14,7 @@ public:
     void add(std::string call)
     {
         const std::lock_guard guard(mutex_);
-        calls_.push_back(std::move(call));
+        calls_.push_back(prefix() + std::move(call));
     }
 
     std::vector<std::string> calls() const
@@ -27,6 +28,9 @@ public:
         const std::lock_guard guard(mutex_);
         calls_.clear();
     }
+
+    /// What stands before each call, such as the thread that makes it. Set it before threads run.
+    std::function<std::string()> prefix = [] { return std::string(); };
 
 private:
     mutable std::mutex mutex_;

@@ -30,6 +30,7 @@ void FakeApplication::abortModal()
 void FakeApplication::detachNewThread(std::string_view name, std::function<void()> body)
 {
     threads.emplace_back(name);
+    onDetach(name);
     {
         const std::lock_guard guard(mutex_);
         ++running_;

@@ -48,6 +48,8 @@ public:
     std::size_t abortsWithoutSession = 0;
     /// What the user does in a modal session; has to end it, now or by later events.
     std::function<void(Window& window)> onRunModal = [this](Window& /*window*/) { abortModal(); };
+    /// Called with the name of each thread before it runs.
+    std::function<void(std::string_view name)> onDetach = [](std::string_view /*name*/) {};
     /// What left thread bodies.
     std::vector<std::exception_ptr> failures;
 

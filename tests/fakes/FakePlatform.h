@@ -7,21 +7,25 @@
 #include "tests/fakes/FakeAddressBook.h"
 #include "tests/fakes/FakeUserDefaults.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace dunmora::test {
 
-/// Writes down every alert and answers with the default button.
+/// Writes down every alert and answers with the default button, unless the test says otherwise.
 class RecordingAlert final : public Alert {
 public:
     int runModal(const AlertContent& content) override
     {
         shown.push_back(content);
-        return kDefaultButton;
+        return onRunModal(content);
     }
 
     std::vector<AlertContent> shown;
+    /// What the user does; returns the number of the button pressed.
+    std::function<int(const AlertContent& content)> onRunModal =
+        [](const AlertContent& /*content*/) { return kDefaultButton; };
 };
 
 /// Writes down every URL that it is asked to open.
