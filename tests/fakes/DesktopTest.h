@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/AppData.h"
 #include "engine/ContactsParser.h"
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakePlatform.h"
@@ -22,6 +23,7 @@ public:
 private:
     static void empty()
     {
+        AppData::app().setProgress(nullptr);
         ContactsParser::parser().reset();
         ContactsParser::parser().contacts().clear();
     }

@@ -1,0 +1,73 @@
+#include "app/ProgressWindowController.h"
+
+#include "app/NotificationCenter.h"
+#include "platform/ProgressIndicator.h"
+#include "platform/TextField.h"
+#include "platform/Window.h"
+
+namespace dunmora {
+
+namespace {
+
+using Operation = void (ProgressWindowController::*)(const Notification&);
+
+void subscribe(const std::shared_ptr<ProgressWindowController>& controller, std::string_view name,
+               Operation operation)
+{
+    // A delivery under way on a worker may come after the last owner has let go: it then finds
+    // nobody, and one that came before keeps the controller until its handler has returned.
+    NotificationCenter::defaultCenter().addObserver(
+        controller.get(), name,
+        [weak = std::weak_ptr(controller), operation](const Notification& notification) {
+            if (const auto alive = weak.lock()) {
+                ((*alive).*operation)(notification);
+            }
+        });
+}
+
+}  // namespace
+
+std::shared_ptr<ProgressWindowController> ProgressWindowController::init()
+{
+    std::shared_ptr<ProgressWindowController> controller(new ProgressWindowController);
+    if (controller->window() == nullptr) {
+        return nullptr;
+    }
+    subscribe(controller, kMsgShowMessage, &ProgressWindowController::OnShowMessage);
+    subscribe(controller, kMsgProgress, &ProgressWindowController::OnProgress);
+    return controller;
+}
+
+ProgressWindowController::ProgressWindowController() : WindowController("ProgressWindow") {}
+
+ProgressWindowController::~ProgressWindowController()
+{
+    auto& center = NotificationCenter::defaultCenter();
+    center.removeObserver(this, kMsgShowMessage);
+    center.removeObserver(this, kMsgProgress);
+}
+
+void ProgressWindowController::OnProgress(const Notification& notification)
+{
+    const auto now = notification.progress();
+    // The whole range every time: a pass with another number of items may have begun.
+    progress_->setMinValue(0.0);
+    progress_->setMaxValue(now.total);
+    progress_->setDoubleValue(now.current);
+    progress_->setNeedsDisplay();
+}
+
+void ProgressWindowController::OnShowMessage(const Notification& notification)
+{
+    txtInfo_->setStringValue(notification.text());
+    txtInfo_->setNeedsDisplay();
+}
+
+void ProgressWindowController::windowDidLoad(Interface& interface)
+{
+    progress_ = &interface.progressIndicator("progress");
+    txtInfo_ = &interface.textField("txtInfo");
+    interface.window().setLevel(WindowLevel::floating);
+}
+
+}  // namespace dunmora
