@@ -1,0 +1,32 @@
+#include "app/NotificationCenter.h"
+#include "app/ProgressWindowController.h"
+#include "tests/fakes/QuietDesktop.h"
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+
+namespace dunmora::bench {
+
+namespace {
+
+/// One post of progress with a progress window open whose bar costs nothing: the whole way from
+/// the job to the setters of the bar.
+void postProgressToWindow(benchmark::State& state)
+{
+    const auto desktop = std::make_unique<test::QuietDesktop>();
+    const auto window = ProgressWindowController::init();
+    const auto progress = std::make_shared<Progress>();
+
+    while (state.KeepRunning()) {
+        NotificationCenter::defaultCenter().postNotification(kMsgProgress, &state, progress);
+    }
+
+    benchmark::DoNotOptimize(desktop->interfaceLoader.bar.redrawsAsked);
+}
+
+BENCHMARK(postProgressToWindow);
+
+}  // namespace
+
+}  // namespace dunmora::bench
