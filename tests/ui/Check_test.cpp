@@ -1,0 +1,31 @@
+#include "ui/Check.h"
+
+#include "tests/fakes/FakeInterface.h"
+
+#include <gtest/gtest.h>
+
+namespace dunmora::test {
+namespace {
+
+TEST(Check, SetsTheBoxOnWhenTheFlagIsTrue)
+{
+    CallLog log;
+    FakeCheckBox box("box", log);
+
+    Check(box, true);
+
+    EXPECT_EQ(box.state(), CheckState::on);
+}
+
+TEST(Check, SetsTheBoxOffWhenTheFlagIsFalse)
+{
+    CallLog log;
+    FakeCheckBox box("box", log);
+
+    Check(box, false);
+
+    EXPECT_EQ(box.state(), CheckState::off);
+}
+
+}  // namespace
+}  // namespace dunmora::test

@@ -1,0 +1,12 @@
+#include "ui/Check.h"
+
+#include "platform/CheckBox.h"
+
+namespace dunmora {
+
+void Check(CheckBox& box, bool on)
+{
+    box.setState(on ? CheckState::on : CheckState::off);
+}
+
+}  // namespace dunmora
