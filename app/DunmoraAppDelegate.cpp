@@ -1,0 +1,87 @@
+#include "app/DunmoraAppDelegate.h"
+
+#include "app/AppData.h"
+#include "app/NotificationCenter.h"
+#include "app/ProgressWindowController.h"
+#include "engine/ContactsParser.h"
+#include "platform/Desktop.h"
+#include "ui/FilterController.h"
+
+#include <utility>
+
+namespace dunmora {
+
+DunmoraAppDelegate::~DunmoraAppDelegate()
+{
+    NotificationCenter::defaultCenter().removeObserver(this, kMsgFinished);
+}
+
+void DunmoraAppDelegate::applicationDidFinishLaunching()
+{
+    NotificationCenter::defaultCenter().addObserver(
+        this, kMsgFinished, [this](const Notification& notification) {
+            Desktop::current().application.performOnMainThread([&] { OnFinished(notification); });
+        });
+}
+
+void DunmoraAppDelegate::applicationDidBecomeActive()
+{
+    if (alreadyRun_) {
+        return;
+    }
+    alreadyRun_ = true;
+    showProgress();
+    Desktop::current().application.detachNewThread("LoadContacts", [this] { LoadContacts(); });
+}
+
+void DunmoraAppDelegate::windowWillClose()
+{
+    Desktop::current().application.terminate(this);
+}
+
+void DunmoraAppDelegate::showProgress()
+{
+    auto progress = ProgressWindowController::init();
+    if (progress) {
+        progress->showWindow(this);
+    }
+    AppData::app().setProgress(std::move(progress));
+}
+
+// Bodies of threads that the application starts with this delegate as their target; that the engine
+// alone does the work is its own affair.
+// NOLINTBEGIN(readability-convert-member-functions-to-static)
+void DunmoraAppDelegate::LoadContacts()
+{
+    ContactsParser::parser().load();
+}
+
+void DunmoraAppDelegate::FindDuplicates()
+{
+    ContactsParser::parser().findDupes();
+}
+// NOLINTEND(readability-convert-member-functions-to-static)
+
+void DunmoraAppDelegate::OnFinished(const Notification& notification)
+{
+    const auto job = notification.text();
+
+    auto& shared = AppData::app();
+    if (shared.progress()) {
+        shared.progress()->close();
+    }
+    shared.setProgress(nullptr);
+
+    if (job == kJobLoading) {
+        FilterController dialog;
+        if (dialog.showModal()) {
+            showProgress();
+            Desktop::current().application.detachNewThread("FindDuplicates",
+                                                           [this] { FindDuplicates(); });
+        }
+    } else if (job == kJobFinding || job == kJobDeleting) {
+        NotificationCenter::defaultCenter().postNotification(kMsgReload, this);
+    }
+}
+
+}  // namespace dunmora
