@@ -67,7 +67,7 @@ void ProgressWindowController::windowDidLoad(Interface& interface)
 {
     progress_ = &interface.progressIndicator("progress");
     txtInfo_ = &interface.textField("txtInfo");
-    interface.window().setLevel(WindowLevel::floating);
+    interface.window().setLevel(WindowLevel::Floating);
 }
 
 }  // namespace dunmora

@@ -5,7 +5,7 @@
 namespace dunmora {
 
 /// What a check box shows; the numbers are the platform's.
-enum class CheckState { mixed = -1, off = 0, on = 1 };
+enum class CheckState { Mixed = -1, Off = 0, On = 1 };
 
 /// A check box; what a click does is a `Command` of its interface.
 class CheckBox : public View {

@@ -47,8 +47,8 @@ struct RowStyle {
     /// Something is wrong with the row; no text means that nothing is.
     struct Warning {
         /// The sign to show: a person about to be lost is graver than a doubtful match.
-        enum class Sign { none, doubt, loss };
-        Sign sign = Sign::none;
+        enum class Sign { None, Doubt, Loss };
+        Sign sign = Sign::None;
         /// A sentence that says what, for a tool tip and for those who do not see the sign.
         std::string text;
     };

@@ -7,9 +7,9 @@ namespace dunmora {
 /// Where a window stands among the others.
 enum class WindowLevel {
     /// Among the application's ordinary windows.
-    normal,
+    Normal,
     /// Above the ordinary ones.
-    floating,
+    Floating,
 };
 
 /// Who hears of a window's end.

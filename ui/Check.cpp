@@ -6,7 +6,7 @@ namespace dunmora {
 
 void Check(CheckBox& box, bool on)
 {
-    box.setState(on ? CheckState::on : CheckState::off);
+    box.setState(on ? CheckState::On : CheckState::Off);
 }
 
 }  // namespace dunmora

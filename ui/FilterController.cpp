@@ -32,7 +32,7 @@ void FilterController::OnCheckBoxes(View* sender)
     }};
     for (const auto& choice : choices) {
         if (choice.box != nullptr && choice.box == sender) {
-            (Settings::settings().*choice.setFlag)(choice.box->state() == CheckState::on);
+            (Settings::settings().*choice.setFlag)(choice.box->state() == CheckState::On);
             return;
         }
     }

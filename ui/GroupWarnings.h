@@ -13,9 +13,9 @@ class ContactsParser;
 /// What a group of the review is warned about.
 enum class GroupWarning {
     /// Every copy is checked: the person is about to be lost.
-    losesEveryCopy,
+    LosesEveryCopy,
     /// The match key is nothing but separators: people who have no text in common.
-    sharesOnlyEmptyFields,
+    SharesOnlyEmptyFields,
 };
 
 /// Which groups of the review the user should look at again, kept up to date row by row.

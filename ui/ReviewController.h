@@ -65,7 +65,7 @@ public:
 
 private:
     /// Why the table has no rows.
-    enum class Emptiness { notSearched, working, noPeople, noDuplicates, cancelled, unreadable };
+    enum class Emptiness { NotSearched, Working, NoPeople, NoDuplicates, Cancelled, Unreadable };
 
     void showEmptiness(Emptiness emptiness);
     void showWarnings();

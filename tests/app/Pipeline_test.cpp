@@ -274,7 +274,7 @@ TEST_F(PipelineTest, SearchesByTheFieldsThatTheUserHasJustChosen)
     application_.onRunModal = [this](Window& /*window*/) {
         auto& dialog = *loader_.last;
         auto& firstName = dialog.checkBox("btnFilterFirstname");
-        firstName.shown = CheckState::off;
+        firstName.shown = CheckState::Off;
         dialog.command("OnCheckBoxes").use(&firstName);
         dialog.command("OnOkay").use();
     };

@@ -66,7 +66,7 @@ public:
         note("setState " + std::to_string(static_cast<int>(state)));
     }
 
-    CheckState shown = CheckState::mixed;
+    CheckState shown = CheckState::Mixed;
 };
 
 class FakeTextField final : public FakeControl<TextField> {
@@ -160,7 +160,7 @@ public:
     {
         level = newLevel;
         log_.add(name_ +
-                 (newLevel == WindowLevel::floating ? " setLevel floating" : " setLevel normal"));
+                 (newLevel == WindowLevel::Floating ? " setLevel floating" : " setLevel normal"));
     }
     void setDelegate(WindowDelegate* newDelegate) override { delegate = newDelegate; }
     void show() override
@@ -178,7 +178,7 @@ public:
     }
 
     std::string title;
-    WindowLevel level = WindowLevel::normal;
+    WindowLevel level = WindowLevel::Normal;
     WindowDelegate* delegate = nullptr;
     bool isVisible = false;
 

@@ -14,7 +14,7 @@ TEST(Check, SetsTheBoxOnWhenTheFlagIsTrue)
 
     Check(box, true);
 
-    EXPECT_EQ(box.state(), CheckState::on);
+    EXPECT_EQ(box.state(), CheckState::On);
 }
 
 TEST(Check, SetsTheBoxOffWhenTheFlagIsFalse)
@@ -24,7 +24,7 @@ TEST(Check, SetsTheBoxOffWhenTheFlagIsFalse)
 
     Check(box, false);
 
-    EXPECT_EQ(box.state(), CheckState::off);
+    EXPECT_EQ(box.state(), CheckState::Off);
 }
 
 }  // namespace

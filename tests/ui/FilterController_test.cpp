@@ -55,7 +55,7 @@ protected:
     {
         Outlets checked;
         for (const auto& each : kBoxes) {
-            if (box(each.outlet).state() == CheckState::on) {
+            if (box(each.outlet).state() == CheckState::On) {
                 checked.emplace_back(each.outlet);
             }
         }
@@ -131,7 +131,7 @@ TEST_F(FilterControllerTest, ClearsAllSixBoxesWhenEveryFlagIsFalse)
         cancel();
     });
 
-    EXPECT_EQ(states, std::vector<CheckState>(6, CheckState::off));
+    EXPECT_EQ(states, std::vector<CheckState>(6, CheckState::Off));
 }
 
 TEST_F(FilterControllerTest, StaysOpenWithAMessageWhenNoFieldIsChosenAndClosesOnceOneIs)
@@ -145,7 +145,7 @@ TEST_F(FilterControllerTest, StaysOpenWithAMessageWhenNoFieldIsChosenAndClosesOn
         okay();
         sessionsEnded = application_.abortedSessions;
         closings = calls();
-        click("btnFilterMobile", CheckState::on);
+        click("btnFilterMobile", CheckState::On);
         okay();
     });
 
@@ -214,7 +214,7 @@ TEST_F(FilterControllerTest, StoresEveryClickAtOnce)
     bool storedBeforeTheEnd = false;
 
     show([&] {
-        click("btnFilterHome", CheckState::on);
+        click("btnFilterHome", CheckState::On);
         const auto onDisk = platform_.userDefaults.onDisk();
         storedBeforeTheEnd = onDisk.contains("filterHome") && onDisk.at("filterHome");
         cancel();
@@ -226,8 +226,8 @@ TEST_F(FilterControllerTest, StoresEveryClickAtOnce)
 TEST_F(FilterControllerTest, KeepsTheChangesOfACancelledDialogAndReturnsFalse)
 {
     const bool confirmed = show([&] {
-        click("btnFilterLastname", CheckState::off);
-        click("btnFilterWork", CheckState::on);
+        click("btnFilterLastname", CheckState::Off);
+        click("btnFilterWork", CheckState::On);
         cancel();
     });
 
@@ -240,8 +240,8 @@ TEST_F(FilterControllerTest, OpensWithEveryBoxClearedAfterAllWereClearedAndTheDi
     Outlets checked{"not seen"};
 
     const bool confirmed = show([&] {
-        click("btnFilterFirstname", CheckState::off);
-        click("btnFilterLastname", CheckState::off);
+        click("btnFilterFirstname", CheckState::Off);
+        click("btnFilterLastname", CheckState::Off);
         cancel();
     });
     show([&] {
@@ -258,7 +258,7 @@ TEST_F(FilterControllerTest, OpensWithEveryBoxClearedAfterAllWereClearedAndTheDi
 TEST_F(FilterControllerTest, CountsAMixedStateAsOff)
 {
     show([&] {
-        click("btnFilterFirstname", CheckState::mixed);
+        click("btnFilterFirstname", CheckState::Mixed);
         cancel();
     });
 
@@ -270,7 +270,7 @@ TEST_F(FilterControllerTest, IgnoresASenderThatIsNoneOfItsBoxes)
 {
     show([&] {
         auto& stranger = loader_.last->checkBox("btnOther");
-        stranger.shown = CheckState::on;
+        stranger.shown = CheckState::On;
         loader_.last->command("OnCheckBoxes").use(&stranger);
         loader_.last->command("OnCheckBoxes").use(nullptr);
         cancel();
@@ -308,9 +308,9 @@ TEST_P(FilterBoxTest, WritesItsOwnFlagAndNoOther)
     Outlets afterOff;
 
     show([&] {
-        click(GetParam().outlet, CheckState::on);
+        click(GetParam().outlet, CheckState::On);
         afterOn = flagsOn();
-        click(GetParam().outlet, CheckState::off);
+        click(GetParam().outlet, CheckState::Off);
         afterOff = flagsOn();
         cancel();
     });
@@ -324,7 +324,7 @@ TEST_P(FilterBoxTest, IsEnoughToConfirm)
     turnEveryFlagOff();
 
     EXPECT_TRUE(show([&] {
-        click(GetParam().outlet, CheckState::on);
+        click(GetParam().outlet, CheckState::On);
         okay();
     }));
 
@@ -344,7 +344,7 @@ TEST_P(FilterOrderTest, OfTheConfirmationStopsAtTheFirstFlagThatIsOn)
     int asked = 0;
 
     show([&] {
-        click(GetParam().first, CheckState::on);
+        click(GetParam().first, CheckState::On);
         const int before = platform_.userDefaults.reads();
         okay();
         asked = platform_.userDefaults.reads() - before;
