@@ -15,14 +15,18 @@
 
 namespace dunmora::bench {
 
-/// People in memory, one in ten of them twice, each with two numbers: a book that costs nothing to
-/// list, so that only the engine is measured. Nobody can be removed.
+/// How many of a book's people stand in it twice.
+enum class Twice { OneInTen, Everyone };
+
+/// People in memory, each with two numbers: a book that costs nothing to list, so that only the
+/// engine is measured. Nobody can be removed.
 class MemoryAddressBook final : public AddressBook {
 public:
-    explicit MemoryAddressBook(std::size_t count)
+    MemoryAddressBook(std::size_t count, Twice twice)
     {
+        const std::size_t period = twice == Twice::Everyone ? 2 : 11;
         for (std::size_t i = 0; i < count; ++i) {
-            const auto who = i % 11 == 10 ? i - 1 : i;
+            const auto who = i % period == period - 1 ? i - 1 : i;
             auto& texts = texts_.emplace_back(
                 std::array{"uid-" + std::to_string(i), "First" + std::to_string(who),
                            "Last" + std::to_string(who), "+1 555 " + std::to_string(who)});
@@ -85,7 +89,8 @@ public:
 
 /// The ports of a measurement: a book in memory, and others that do nothing.
 struct BenchPlatform {
-    explicit BenchPlatform(std::size_t people) : addressBook(people)
+    explicit BenchPlatform(std::size_t people, Twice twice = Twice::OneInTen)
+        : addressBook(people, twice)
     {
         Platform::install(platform);
     }

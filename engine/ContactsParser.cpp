@@ -200,8 +200,7 @@ std::string ContactsParser::keyForContact(const ContactRecord& contact) const
     std::string key;
     for (const auto& field : kMatchFields) {
         if ((settings.*field.isOn)()) {
-            key += contact.text(field.key);
-            key += '-';
+            appendToMatchKey(key, contact, field);
         }
     }
     return key;

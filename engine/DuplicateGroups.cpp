@@ -5,15 +5,45 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <utility>
 
 namespace dunmora {
 
 namespace {
 
-std::string keyOf(const ContactsParser& engine, const std::string& uid)
+/// The match fields chosen now. They are read once for all rows: each flag is a question to the
+/// preferences, and with a hundred thousand rows those would take longer than the rest.
+std::vector<MatchField> chosenFields()
 {
-    const auto* record = engine.contacts().find(uid);
-    return record == nullptr ? std::string() : engine.keyForContact(*record);
+    const auto& settings = Settings::settings();
+    std::vector<MatchField> fields;
+    std::copy_if(kMatchFields.begin(), kMatchFields.end(), std::back_inserter(fields),
+                 [&](const MatchField& field) { return (settings.*field.isOn)(); });
+    return fields;
+}
+
+/// Someone whom the engine does not know has the empty key.
+std::string keyOf(const ContactRecord* contact, std::span<const MatchField> fields)
+{
+    std::string key;
+    if (contact != nullptr) {
+        for (const auto& field : fields) {
+            appendToMatchKey(key, *contact, field);
+        }
+    }
+    return key;
+}
+
+/// Whether both have the same text in each of the fields, and so the same key. Those who have not
+/// may share a key all the same: a separator is a text's, too.
+bool haveSameTexts(const ContactRecord* one, const ContactRecord* other,
+                   std::span<const MatchField> fields)
+{
+    return one != nullptr && other != nullptr &&
+           std::all_of(fields.begin(), fields.end(), [&](const MatchField& field) {
+               return one->text(field.key) == other->text(field.key);
+           });
 }
 
 }  // namespace
@@ -23,15 +53,21 @@ std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
     // Members of a group stand next to each other, and no two groups share a key: a new key begins
     // a new group.
     const std::span<const std::string> rows = engine.duplicates();
+    const auto fields = chosenFields();
     std::vector<DuplicateGroup> groups;
     std::size_t first = 0;
+    const ContactRecord* before = nullptr;
     for (std::size_t row = 0; row < rows.size(); ++row) {
-        auto key = keyOf(engine, rows[row]);
-        if (groups.empty() || groups.back().key != key) {
-            groups.push_back({std::move(key), {}});
-            first = row;
+        const auto* const contact = engine.contacts().find(rows[row]);
+        if (groups.empty() || !haveSameTexts(before, contact, fields)) {
+            auto key = keyOf(contact, fields);
+            if (groups.empty() || groups.back().key != key) {
+                groups.push_back({std::move(key), {}});
+                first = row;
+            }
         }
         groups.back().uids = rows.subspan(first, row - first + 1);
+        before = contact;
     }
     return groups;
 }
@@ -44,13 +80,15 @@ bool losesEveryCopy(const ContactsParser& engine, const DuplicateGroup& group)
     });
 }
 
+std::string keyOfEmptyFields()
+{
+    const ContactRecord nobody;
+    return keyOf(&nobody, chosenFields());
+}
+
 bool sharesOnlyEmptyFields(const std::string& key)
 {
-    const auto& settings = Settings::settings();
-    const auto chosen =
-        std::count_if(kMatchFields.begin(), kMatchFields.end(),
-                      [&](const MatchField& field) { return (settings.*field.isOn)(); });
-    return key == std::string(static_cast<std::size_t>(chosen), '-');
+    return key == keyOfEmptyFields();
 }
 
 }  // namespace dunmora

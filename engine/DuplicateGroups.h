@@ -15,16 +15,21 @@ struct DuplicateGroup {
     std::span<const std::string> uids;
 };
 
-/// The groups of the engine's rows, in their order, by the match fields chosen now.
-/// Thread: as reading the engine's collections.
+/// The groups of the engine's rows, in their order, by the match fields chosen now. Quick enough
+/// for the main thread: the preferences are asked once, not for every row. Thread: as reading the
+/// engine's collections.
 std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine);
 
 /// Whether everyone of the group is checked: the person behind it would be lost.
 /// Thread: as reading the engine's collections.
 bool losesEveryCopy(const ContactsParser& engine, const DuplicateGroup& group);
 
-/// Whether the key is nothing but separators, one for each match field chosen now: the people who
-/// share it have no text in common, only empty fields. With no field chosen every key is such.
+/// The match key of someone of whom every match field chosen now is empty: nothing but separators,
+/// one for each.
+std::string keyOfEmptyFields();
+
+/// Whether the key is that of empty fields: the people who share it have no text in common. With no
+/// field chosen every key is such.
 bool sharesOnlyEmptyFields(const std::string& key);
 
 }  // namespace dunmora

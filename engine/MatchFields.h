@@ -4,6 +4,7 @@
 #include "engine/ContactRecord.h"
 
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -25,5 +26,13 @@ inline constexpr std::array<MatchField, 6> kMatchFields{{
     {kContactWork, &Settings::filterWork, &Settings::setFilterWork},
     {kContactMobile, &Settings::filterMobile, &Settings::setFilterMobile},
 }};
+
+/// Puts the contact's value of a chosen field at the end of the match key.
+inline void appendToMatchKey(std::string& key, const ContactRecord& contact,
+                             const MatchField& field)
+{
+    key += contact.text(field.key);
+    key += '-';
+}
 
 }  // namespace dunmora
