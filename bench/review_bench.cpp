@@ -1,10 +1,13 @@
 #include "bench/BenchPlatform.h"
 #include "engine/ContactsParser.h"
 #include "engine/DuplicateGroups.h"
+#include "ui/GroupWarnings.h"
 
 #include <benchmark/benchmark.h>
 
 #include <memory>
+#include <numeric>
+#include <vector>
 
 namespace dunmora::bench {
 
@@ -36,7 +39,40 @@ void findGroups(benchmark::State& state)
     }
 }
 
+void countWarnings(benchmark::State& state)
+{
+    const auto review = std::make_unique<EveryoneTwice>(state);
+    GroupWarnings warnings;
+
+    while (state.KeepRunning()) {
+        warnings.update(review->engine);
+    }
+}
+
+/// Every row is edited in one go.
+void followEdits(benchmark::State& state)
+{
+    const auto review = std::make_unique<EveryoneTwice>(state);
+    GroupWarnings warnings;
+    warnings.update(review->engine);
+    std::vector<std::size_t> rows(review->engine.duplicates().size());
+    std::iota(rows.begin(), rows.end(), 0U);
+    bool on = false;
+
+    while (state.KeepRunning()) {
+        state.PauseTiming();
+        for (const auto& uid : review->engine.duplicates()) {
+            review->engine.contacts().find(uid)->setObject(on, kContactCheck);
+        }
+        on = !on;
+        state.ResumeTiming();
+        warnings.rowsEdited(review->engine, rows);
+    }
+}
+
 BENCHMARK(findGroups)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(countWarnings)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(followEdits)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -14,7 +14,7 @@ class ContactsParser;
 enum class GroupWarning {
     /// Every copy is checked: the person is about to be lost.
     LosesEveryCopy,
-    /// The match key is nothing but separators: people who have no text in common.
+    /// The match key is nothing but separators: several people who have no text in common.
     SharesOnlyEmptyFields,
 };
 
@@ -29,7 +29,8 @@ public:
     /// Finds the groups of the engine's rows anew.
     void update(const ContactsParser& engine);
 
-    /// Takes over the check marks of the groups of these rows.
+    /// Takes over the check marks of these rows; the others' have not changed. When all groups are
+    /// forgotten it does nothing and does not look at the engine.
     void rowsEdited(const ContactsParser& engine, std::span<const std::size_t> rows);
 
     /// How many groups would lose every copy; each is one person to whoever looks at the review.
@@ -54,14 +55,21 @@ private:
     struct Group {
         std::size_t firstRow = 0;
         std::size_t size = 0;
-        bool losesEveryCopy = false;
+        std::size_t checked = 0;
         bool sharesOnlyEmptyFields = false;
+
+        bool losesEveryCopy() const { return checked == size; }
+        bool has(GroupWarning warning) const;
     };
 
-    bool has(const Group& group, GroupWarning warning) const;
+    /// Takes over one row's check mark; the group gets lost or is kept by that.
+    void setChecked(std::size_t row, bool checked);
 
     std::vector<Group> groups_;
+    // By row. The marks as they were last seen: what an edit changes is found without looking at
+    // the rest of the group, which may be the whole book.
     std::vector<std::uint32_t> groupOfRow_;
+    std::vector<bool> isChecked_;
     std::size_t losing_ = 0;
     std::size_t sharingOnlyEmptyFields_ = 0;
 };

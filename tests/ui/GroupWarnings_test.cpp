@@ -1,0 +1,234 @@
+#include "ui/GroupWarnings.h"
+
+#include "engine/ContactsParser.h"
+#include "tests/fakes/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+namespace dunmora::test {
+namespace {
+
+constexpr auto kLoss = GroupWarning::LosesEveryCopy;
+constexpr auto kDoubt = GroupWarning::SharesOnlyEmptyFields;
+
+class GroupWarningsTest : public testing::Test {
+protected:
+    /// Rows in groups of equal first names; a name of nothing has no last name either. Nobody has a
+    /// telephone, so that everyone is checked at first.
+    void reviewShows(const std::vector<std::string>& firstNames)
+    {
+        std::vector<FakePerson> people;
+        for (const auto& firstName : firstNames) {
+            FakePerson person;
+            person.uid = std::to_string(people.size());
+            person.firstName = firstName;
+            person.lastName = firstName.empty() ? "" : "Lee";
+            person.phones.reset();
+            people.push_back(person);
+        }
+        platform_.addressBook = FakeAddressBook(std::move(people));
+        engine_.load();
+        engine_.findDupes();
+        warnings_.update(engine_);
+    }
+
+    void check(std::size_t row, bool on)
+    {
+        engine_.contacts().find(engine_.duplicates()[row])->setObject(on, kContactCheck);
+    }
+
+    void edit(const std::vector<std::size_t>& rows, bool on)
+    {
+        for (const auto row : rows) {
+            check(row, on);
+        }
+        warnings_.rowsEdited(engine_, rows);
+    }
+
+    FakePlatform platform_;
+    ContactsParser engine_;
+    GroupWarnings warnings_;
+};
+
+TEST_F(GroupWarningsTest, KnowTheGroupOfEveryRow)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Ben", "Ben"});
+
+    EXPECT_EQ(warnings_.groupOfRow(0), 0U);
+    EXPECT_EQ(warnings_.groupOfRow(1), 0U);
+    EXPECT_EQ(warnings_.groupOfRow(2), 1U);
+    EXPECT_EQ(warnings_.groupOfRow(4), 1U);
+    EXPECT_EQ(warnings_.groupOfRow(5), std::nullopt);
+}
+
+TEST_F(GroupWarningsTest, AreNoneBeforeAReview)
+{
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 0U);
+    EXPECT_EQ(warnings_.peopleWhoShareOnlyEmptyFields(), 0U);
+    EXPECT_EQ(warnings_.groupOfRow(0), std::nullopt);
+    EXPECT_FALSE(warnings_.hasWarning(0, kLoss));
+    EXPECT_EQ(warnings_.nextRow(kLoss, std::nullopt), std::nullopt);
+    EXPECT_TRUE(warnings_.firstRowsThatLoseEveryCopy().empty());
+}
+
+TEST_F(GroupWarningsTest, CountAPersonForEveryGroupThatIsCheckedAsAWhole)
+{
+    reviewShows({"Ann", "Ann", "Ann", "Ben", "Ben"});
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 2U);
+
+    edit({1}, false);
+
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 1U);
+    EXPECT_FALSE(warnings_.hasWarning(0, kLoss));
+    EXPECT_FALSE(warnings_.hasWarning(2, kLoss));
+    EXPECT_TRUE(warnings_.hasWarning(3, kLoss));
+    EXPECT_TRUE(warnings_.hasWarning(4, kLoss));
+}
+
+TEST_F(GroupWarningsTest, CountEverybodyWhoSharesOnlyEmptyFields)
+{
+    reviewShows({"Ann", "Ann", "", "", ""});
+
+    EXPECT_EQ(warnings_.peopleWhoShareOnlyEmptyFields(), 3U);
+    EXPECT_FALSE(warnings_.hasWarning(1, kDoubt));
+    EXPECT_TRUE(warnings_.hasWarning(2, kDoubt));
+    EXPECT_TRUE(warnings_.hasWarning(4, kDoubt));
+}
+
+TEST_F(GroupWarningsTest, DoNotDoubtWhoIsLeftAlone)
+{
+    reviewShows({"", ""});
+    engine_.deleteContacts({"1"});
+
+    warnings_.update(engine_);
+
+    EXPECT_EQ(warnings_.peopleWhoShareOnlyEmptyFields(), 0U);
+    EXPECT_FALSE(warnings_.hasWarning(0, kDoubt));
+}
+
+TEST_F(GroupWarningsTest, FollowMarksThatComeBack)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Ben"});
+
+    edit({0, 2}, false);
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 0U);
+
+    edit({0}, true);
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 1U);
+
+    // Told twice, and of a row that was marked already: nothing is counted twice.
+    edit({2, 3, 2}, true);
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 2U);
+}
+
+TEST_F(GroupWarningsTest, LookAtTheEditedRowsAlone)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Ben"});
+
+    check(2, false);
+    edit({0}, false);
+
+    EXPECT_TRUE(warnings_.hasWarning(2, kLoss));
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 1U);
+}
+
+TEST_F(GroupWarningsTest, IgnoreEditsOfRowsThatThereAreNot)
+{
+    reviewShows({"Ann", "Ann"});
+
+    warnings_.rowsEdited(engine_, std::vector<std::size_t>{2, 99});
+
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 1U);
+}
+
+TEST_F(GroupWarningsTest, WarnOfAPersonWhoseOnlyRowLeftIsChecked)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Ben"});
+    engine_.deleteContacts({"1"});
+    edit({0}, false);
+    warnings_.update(engine_);
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 1U);
+
+    edit({0}, true);
+
+    EXPECT_TRUE(warnings_.hasWarning(0, kLoss));
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 2U);
+}
+
+TEST_F(GroupWarningsTest, DoNotCountWhomTheEngineDoesNotKnowAsChecked)
+{
+    reviewShows({"Ann", "Ann"});
+    engine_.contacts().erase("0");
+
+    warnings_.update(engine_);
+
+    EXPECT_FALSE(warnings_.hasWarning(0, kLoss));
+    EXPECT_TRUE(warnings_.hasWarning(1, kLoss));
+}
+
+TEST_F(GroupWarningsTest, ForgetEverythingWhenCleared)
+{
+    reviewShows({"Ann", "Ann", "", ""});
+
+    warnings_.clear();
+
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 0U);
+    EXPECT_EQ(warnings_.peopleWhoShareOnlyEmptyFields(), 0U);
+    EXPECT_EQ(warnings_.groupOfRow(0), std::nullopt);
+    EXPECT_EQ(warnings_.nextRow(kLoss, 0), std::nullopt);
+
+    // Edits that come late are nobody's.
+    edit({0}, false);
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 0U);
+}
+
+TEST_F(GroupWarningsTest, GoToTheNextGroupAndFromTheLastToTheFirst)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Ben", "Cid", "Cid", "Dan", "Dan"});
+    edit({2, 6}, false);
+
+    EXPECT_EQ(warnings_.nextRow(kLoss, std::nullopt), 0U);
+    EXPECT_EQ(warnings_.nextRow(kLoss, 0), 4U);
+    EXPECT_EQ(warnings_.nextRow(kLoss, 1), 4U);
+    EXPECT_EQ(warnings_.nextRow(kLoss, 3), 4U);
+    EXPECT_EQ(warnings_.nextRow(kLoss, 5), 0U);
+    EXPECT_EQ(warnings_.nextRow(kLoss, 7), 0U);
+    EXPECT_EQ(warnings_.nextRow(kLoss, 99), 0U);
+    EXPECT_EQ(warnings_.nextRow(kDoubt, 0), std::nullopt);
+}
+
+TEST_F(GroupWarningsTest, ComeBackToTheOnlyGroup)
+{
+    reviewShows({"Ann", "Ann", "", ""});
+
+    EXPECT_EQ(warnings_.nextRow(kDoubt, 3), 2U);
+}
+
+TEST_F(GroupWarningsTest, NameTheFirstRowOfEveryGroupThatLosesAll)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Ben", "Cid", "Cid"});
+    edit({3}, false);
+
+    EXPECT_EQ(warnings_.firstRowsThatLoseEveryCopy(), (std::vector<std::size_t>{0, 4}));
+}
+
+TEST_F(GroupWarningsTest, TakeManyRowsAtOnce)
+{
+    constexpr std::size_t kRows = 20'000;
+    reviewShows(std::vector<std::string>(kRows, "Ann"));
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 1U);
+    std::vector<std::size_t> rows(kRows);
+    std::iota(rows.begin(), rows.end(), 0U);
+
+    // Looked at group by group for every row, this would take minutes.
+    edit(rows, false);
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 0U);
+
+    edit(rows, true);
+    EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 1U);
+}
+
+}  // namespace
+}  // namespace dunmora::test
