@@ -1,7 +1,7 @@
+#include "adapters/bundle/BuildBundle.h"
 #include "adapters/defaults/IniUserDefaults.h"
 #include "adapters/vcard/VCardAddressBook.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
-#include "programs/dunmora-cli/ProgramBundle.h"
 #include "programs/dunmora-cli/RunCli.h"
 
 #include <fcntl.h>
@@ -57,7 +57,7 @@ int runProgram(const std::vector<std::string>& arguments)
 {
     using namespace dunmora;
     IniUserDefaults userDefaults(IniUserDefaults::perUserFile());
-    ProgramBundle bundle;
+    BuildBundle bundle;
     return runCli(arguments,
                   {[](const std::string& name) { return std::make_unique<VCardAddressBook>(name); },
                    userDefaults, bundle, std::cin, std::cout, std::cerr, isatty(STDIN_FILENO) == 1,

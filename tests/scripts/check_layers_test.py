@@ -40,6 +40,9 @@ class CheckLayers(unittest.TestCase):
             "adapters/vcard/Book.cpp": ["#include <unistd.h>", "#include <sys/stat.h>", "#include <xxhash.h>"],
             "programs/dunmora-cli/main.cpp": ["#include <CLI/CLI.hpp>", '#include "adapters/vcard/Book.h"',
                                               '#include "adapters/defaults/Defaults.h"', '#include "engine/Finder.h"'],
+            "programs/dunmora/main.cpp": ["#include <CLI/CLI.hpp>", "#include <QString>", "#include <unistd.h>",
+                                          '#include "adapters/bundle/Bundle.h"', '#include "adapters/posix/Process.h"'],
+            "adapters/bundle/Bundle.cpp": ['#include "platform/Person.h"'],
         })
 
     def test_leaves_tests_alone(self):
@@ -80,6 +83,10 @@ class CheckLayers(unittest.TestCase):
     def test_keeps_qt_out_of_the_terminal_program(self):
         self.assert_fault("programs/dunmora-cli/main.cpp", "#include <QCoreApplication>",
                           "programs/dunmora-cli/main.cpp:2: programs/dunmora-cli may not include <QCoreApplication>")
+
+    def test_keeps_the_programs_apart(self):
+        self.assert_fault("programs/dunmora/main.cpp", '#include "programs/dunmora-cli/Table.h"',
+                          'programs/dunmora/main.cpp:2: programs/dunmora may not include "programs/dunmora-cli/Table.h"')
 
     def test_keeps_programs_out_of_adapters(self):
         self.assert_fault("adapters/vcard/Book.cpp", '#include "programs/dunmora-cli/Table.h"',

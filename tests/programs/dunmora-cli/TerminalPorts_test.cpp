@@ -1,6 +1,5 @@
 #include "programs/dunmora-cli/OverlayUserDefaults.h"
 #include "programs/dunmora-cli/PrintingWorkspace.h"
-#include "programs/dunmora-cli/ProgramBundle.h"
 #include "programs/dunmora-cli/TerminalAlert.h"
 #include "tests/fakes/FakeUserDefaults.h"
 
@@ -84,14 +83,6 @@ TEST(PrintingWorkspace, PrintsTheAddress)
 
     out.setstate(std::ios::badbit);
     EXPECT_FALSE(workspace.openURL("http://example.com/"));
-}
-
-TEST(ProgramBundle, KnowsTheVersionAndNothingElse)
-{
-    const ProgramBundle bundle;
-
-    EXPECT_EQ(bundle.objectForInfoDictionaryKey("CFBundleVersion"), PROJECT_VERSION);
-    EXPECT_EQ(bundle.objectForInfoDictionaryKey("CFBundleName"), std::nullopt);
 }
 
 }  // namespace

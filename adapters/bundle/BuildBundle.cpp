@@ -1,8 +1,8 @@
-#include "programs/dunmora-cli/ProgramBundle.h"
+#include "adapters/bundle/BuildBundle.h"
 
 namespace dunmora {
 
-std::optional<std::string> ProgramBundle::objectForInfoDictionaryKey(std::string_view key) const
+std::optional<std::string> BuildBundle::objectForInfoDictionaryKey(std::string_view key) const
 {
     return key == "CFBundleVersion" ? std::optional<std::string>(DUNMORA_VERSION) : std::nullopt;
 }

@@ -5,7 +5,7 @@
 namespace dunmora {
 
 /// What the build has written into the program about itself.
-class ProgramBundle final : public Bundle {
+class BuildBundle final : public Bundle {
 public:
     std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override;
 };
