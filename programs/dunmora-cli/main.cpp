@@ -1,16 +1,14 @@
 #include "adapters/bundle/BuildBundle.h"
 #include "adapters/defaults/IniUserDefaults.h"
+#include "adapters/posix/ProcessSetUp.h"
 #include "adapters/vcard/VCardAddressBook.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/RunCli.h"
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -20,18 +18,6 @@
 #include <vector>
 
 namespace {
-
-/// Fills the places of standard streams that the caller has closed with something that fails to be
-/// read or written, too: the address book, opened next, must not end up in their place.
-void occupyStandardStreams()
-{
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (fcntl(stream, F_GETFD) == -1 && errno == EBADF) {
-            // The lowest free number is taken, which is this one.
-            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-        }
-    }
-}
 
 std::size_t terminalWidth()
 {
@@ -70,11 +56,8 @@ int runProgram(const std::vector<std::string>& arguments)
 int main(int argc, char* argv[])
 {
     try {
-        occupyStandardStreams();
-        // A reader who has gone away and a file that may not grow are errors like any other;
-        // neither must end a deletion midway.
-        std::signal(SIGPIPE, SIG_IGN);
-        std::signal(SIGXFSZ, SIG_IGN);
+        dunmora::occupyStandardStreams();
+        dunmora::takeWriteSignalsAsErrors();
         return runProgram({argv + std::min(argc, 1), argv + argc});
     } catch (const std::exception& error) {
         std::cerr << "dunmora-cli: " << error.what() << '\n';
