@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace dunmora {
+
+/// Who hears when jobs begin, fail and end. A job is a thread that the program detached, under the
+/// thread's name.
+///
+/// Thread: the main thread. Errors: none.
+class JobObserver {
+public:
+    virtual ~JobObserver() = default;
+
+    /// A job begins and none was running.
+    virtual void jobsBegan(std::string_view name) = 0;
+
+    /// A job has ended by an error, told in words for the user. The job counts as running until
+    /// this returns, and so do those begun meanwhile.
+    virtual void jobFailed(std::string_view name, const std::string& text) = 0;
+
+    /// The last job has ended.
+    virtual void jobsEnded() = 0;
+};
+
+}  // namespace dunmora

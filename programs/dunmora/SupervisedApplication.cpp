@@ -1,0 +1,61 @@
+#include "programs/dunmora/SupervisedApplication.h"
+
+#include "app/JobThreads.h"
+#include "platform/Platform.h"
+#include "platform/UserDefaults.h"
+#include "programs/dunmora/FailureText.h"
+#include "programs/dunmora/JobObserver.h"
+
+#include <iostream>
+#include <utility>
+
+namespace dunmora {
+
+void SupervisedApplication::detachNewThread(std::string_view name, std::function<void()> body)
+{
+    const std::string thread(name);
+    if (running_++ == 0 && observer_ != nullptr) {
+        observer_->jobsBegan(thread);
+    }
+    try {
+        application_.detachNewThread(thread,
+                                     [this, thread, body = std::move(body)] { run(thread, body); });
+    } catch (...) {
+        jobEnded(thread, failureText());
+    }
+}
+
+void SupervisedApplication::run(const std::string& name, const std::function<void()>& body)
+{
+    std::optional<std::string> failure;
+    try {
+        // The dialog that follows a load shows the match fields that other programs stored
+        // meanwhile. What the user then confirms holds for the search and for its rows: the fields
+        // do not change under them.
+        if (name == kThreadLoadContacts) {
+            Platform::current().userDefaults.synchronize();
+        }
+        body();
+    } catch (...) {
+        failure = failureText();
+    }
+    performOnMainThread([&] { jobEnded(name, failure); });
+}
+
+void SupervisedApplication::jobEnded(const std::string& name,
+                                     const std::optional<std::string>& failure)
+{
+    if (failure && observer_ != nullptr) {
+        try {
+            observer_->jobFailed(name, *failure);
+        } catch (...) {
+            // Whatever became of the windows, the count has to stay true.
+            std::cerr << "dunmora: " << *failure << "\ndunmora: " << failureText() << '\n';
+        }
+    }
+    if (--running_ == 0 && observer_ != nullptr) {
+        observer_->jobsEnded();
+    }
+}
+
+}  // namespace dunmora
