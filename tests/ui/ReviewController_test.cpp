@@ -1,0 +1,535 @@
+#include "ui/ReviewController.h"
+
+#include "app/DunmoraAppDelegate.h"
+#include "app/JobThreads.h"
+#include "tests/fakes/DesktopTest.h"
+#include "ui/ContactsController.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace dunmora::test {
+namespace {
+
+using Sign = RowStyle::Warning::Sign;
+
+constexpr auto kLossText = "Every copy of this person is checked: none would be left.";
+constexpr auto kDoubtText =
+    "The fields compared are empty in these cards: they may be different people.";
+
+/// Someone with a telephone, whom a search does not check when it is the first of a group.
+FakePerson person(const std::string& uid, const std::string& firstName)
+{
+    FakePerson made;
+    made.uid = uid;
+    made.firstName = firstName;
+    return made;
+}
+
+/// Someone whom every search checks.
+FakePerson withoutPhone(const std::string& uid, const std::string& firstName)
+{
+    auto made = person(uid, firstName);
+    made.phones.reset();
+    return made;
+}
+
+/// Someone of whom the fields compared are empty.
+FakePerson nobody(const std::string& uid)
+{
+    auto made = withoutPhone(uid, "");
+    made.lastName = "";
+    return made;
+}
+
+class ReviewControllerTest : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        main_.tableView("tableContacts").setDataSource(&contacts_, &review_);
+        review_.awakeFromNib();
+        delegate_.applicationDidFinishLaunching();
+        contacts_.awakeFromNib();
+        application_.onDetach = [this](std::string_view name) {
+            if (!jobsRun_) {
+                jobsRun_ = true;
+                review_.jobsBegan(name);
+            }
+        };
+        theUserAnswers("OnOkay");
+    }
+
+    void theUserAnswers(const std::string& command)
+    {
+        application_.onRunModal = [this, command](Window& /*window*/) {
+            loader_.last->command(command).use();
+        };
+    }
+
+    void bookHolds(std::vector<FakePerson> people)
+    {
+        const auto notes = platform_.addressBook.readingNotes;
+        platform_.addressBook = FakeAddressBook(std::move(people));
+        platform_.addressBook.readingNotes = notes;
+    }
+
+    /// Waits for the jobs that run, if any, and for what follows them.
+    void finishJobs()
+    {
+        application_.runUntilIdle();
+        if (jobsRun_) {
+            jobsRun_ = false;
+            review_.jobsEnded();
+        }
+    }
+
+    void search()
+    {
+        main_.command("OnReload").use();
+        finishJobs();
+    }
+
+    void searchIn(std::vector<FakePerson> people)
+    {
+        bookHolds(std::move(people));
+        search();
+    }
+
+    /// What the user's click on a check box does.
+    void toggle(const std::vector<std::size_t>& rows)
+    {
+        for (const auto row : rows) {
+            contacts_.setObjectValue(true, "check", static_cast<std::ptrdiff_t>(row));
+        }
+        review_.rowsEdited(rows);
+    }
+
+    /// What stands where the table would be, and what can be done there; nothing while the table
+    /// stands there.
+    std::string emptiness()
+    {
+        EXPECT_NE(main_.view("vwEmpty").isHidden, table().isHidden);
+        if (main_.view("vwEmpty").isHidden) {
+            return {};
+        }
+        return main_.textField("txtEmptyTitle").stringValue + " | " +
+               main_.textField("txtEmptyHint").stringValue +
+               (main_.button("btnEmptyOpen").isHidden ? "" : " | Open");
+    }
+
+    /// The button's title while it is on the screen.
+    std::string titleOf(const std::string& button)
+    {
+        return main_.button(button).isHidden ? "" : main_.button(button).title;
+    }
+
+    bool areEnabled(std::initializer_list<std::string_view> commands, bool enabled)
+    {
+        return std::all_of(commands.begin(), commands.end(), [&](std::string_view command) {
+            return main_.command(command).isEnabled == enabled;
+        });
+    }
+
+    FakeTableView& table() { return main_.tableView("tableContacts"); }
+
+    FakeInterface main_{"MainWindow", log_};
+    DunmoraAppDelegate delegate_;
+    ContactsController contacts_{main_, delegate_};
+    bool choosesABook_ = true;
+    bool jobsRun_ = false;
+    ReviewController review_{main_, contacts_, [this] { return choosesABook_; }};
+};
+
+TEST_F(ReviewControllerTest, SaysWhatToDoBeforeTheFirstSearch)
+{
+    EXPECT_EQ(emptiness(),
+              "Nothing searched yet | "
+              "Choose Reload to read the address book and look for duplicates. | Open");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
+    EXPECT_TRUE(areEnabled(
+        {"OnDelete", "OnCheckSelected", "OnUncheckSelected", "OnKeepOneOfEach", "OnFilter"},
+        false));
+    EXPECT_EQ(titleOf("btnLastCopies") + titleOf("btnEmptyFields") + titleOf("btnNotes"), "");
+}
+
+TEST_F(ReviewControllerTest, SaysThatItWorksAndLetsNothingBegin)
+{
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    ASSERT_EQ(emptiness(), "");
+
+    main_.command("OnReload").use();
+
+    EXPECT_EQ(emptiness(), "Looking for duplicates… | "
+                           "When you are asked, choose the fields that make two people the same.");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnCheckSelected",
+                            "OnUncheckSelected", "OnKeepOneOfEach", "OnFilter"},
+                           false));
+    EXPECT_EQ(titleOf("btnLastCopies"), "");
+}
+
+TEST_F(ReviewControllerTest, ShowsTheTableWhenThereAreDuplicates)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+
+    EXPECT_EQ(emptiness(), "");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnCheckSelected",
+                            "OnUncheckSelected", "OnKeepOneOfEach", "OnFilter"},
+                           true));
+}
+
+TEST_F(ReviewControllerTest, SaysThatNoDuplicatesWereFound)
+{
+    searchIn({person("1", "Ann"), person("2", "Ben")});
+
+    EXPECT_EQ(emptiness(), "No duplicates found | Choose Reload to compare other fields. | Open");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
+    EXPECT_TRUE(areEnabled({"OnDelete", "OnFilter"}, false));
+}
+
+TEST_F(ReviewControllerTest, SaysThatThereIsNobody)
+{
+    searchIn({});
+
+    EXPECT_EQ(emptiness(), "Nobody is in this address book | "
+                           "Open another one to look for duplicates. | Open");
+}
+
+TEST_F(ReviewControllerTest, SaysThatTheSearchWasCancelled)
+{
+    theUserAnswers("OnCancel");
+
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+
+    EXPECT_EQ(emptiness(),
+              "The search was cancelled | Choose Reload when you want to look for duplicates.");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
+}
+
+TEST_F(ReviewControllerTest, SaysThatTheBookCouldNotBeRead)
+{
+    platform_.addressBook.readingNotes.remarks = {"a remark on an earlier reading"};
+    main_.command("OnReload").use();
+    application_.runUntilIdle();
+
+    review_.jobFailed(kThreadLoadContacts);
+    finishJobs();
+
+    EXPECT_EQ(emptiness(), "The address book could not be read | "
+                           "Choose Reload to try again, or open another one. | Open");
+    EXPECT_EQ(titleOf("btnNotes"), "");
+}
+
+TEST_F(ReviewControllerTest, SaysThatTheSearchFailed)
+{
+    main_.command("OnReload").use();
+    application_.runUntilIdle();
+
+    review_.jobFailed(kThreadFindDuplicates);
+    finishJobs();
+
+    EXPECT_EQ(emptiness(), "The search could not be finished | Choose Reload to try again.");
+}
+
+TEST_F(ReviewControllerTest, SaysThatNoBookIsOpen)
+{
+    const std::string advice =
+        "No address book is open | "
+        "Open a vCard file or a folder of them, or drop one on this window. | Open";
+    review_.setBookIsOpen(false);
+    EXPECT_EQ(emptiness(), advice);
+
+    main_.command("OnReload").use();
+    application_.runUntilIdle();
+    review_.jobFailed(kThreadLoadContacts);
+    finishJobs();
+
+    EXPECT_EQ(emptiness(), advice);
+}
+
+TEST_F(ReviewControllerTest, SaysThatNoDuplicatesAreLeft)
+{
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+
+    main_.command("OnDelete").use();
+    finishJobs();
+
+    EXPECT_EQ(emptiness(), "No duplicates left | "
+                           "Choose Reload to search again, by the same fields or others. | Open");
+    EXPECT_TRUE(areEnabled({"OnDelete", "OnKeepOneOfEach"}, false));
+}
+
+TEST_F(ReviewControllerTest, LeavesTheTableOnTheScreenDuringADeletion)
+{
+    platform_.addressBook.readingNotes.cardsSkipped = 1;
+    searchIn({person("1", "Ann"), person("2", "Ann"), withoutPhone("3", "Ben"),
+              withoutPhone("4", "Ben")});
+    ASSERT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
+
+    main_.command("OnDelete").use();
+
+    EXPECT_EQ(emptiness(), "");
+    EXPECT_EQ(titleOf("btnLastCopies"), "");
+    EXPECT_EQ(titleOf("btnNotes"), "1 card was skipped");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnKeepOneOfEach"}, false));
+
+    finishJobs();
+
+    EXPECT_EQ(emptiness(), "");
+    EXPECT_EQ(contacts_.numberOfRows(), 1U);
+    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnKeepOneOfEach"}, true));
+}
+
+TEST_F(ReviewControllerTest, GoesFromAFailedDeletionToTheLoadThatFollows)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    main_.command("OnDelete").use();
+    application_.runUntilIdle();
+
+    ContactsParser::parser().reset();
+    review_.jobFailed(kThreadDeleteCheckedContacts);
+    EXPECT_TRUE(emptiness().starts_with("Looking for duplicates…"));
+
+    theUserAnswers("OnCancel");
+    contacts_.OnReload(nullptr);
+    finishJobs();
+
+    EXPECT_TRUE(emptiness().starts_with("The search was cancelled"));
+}
+
+TEST_F(ReviewControllerTest, GivesTheRowsOfAGroupOneNumber)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
+
+    EXPECT_EQ(review_.styleOfRow(0).group, review_.styleOfRow(1).group);
+    EXPECT_NE(review_.styleOfRow(1).group, review_.styleOfRow(2).group);
+    EXPECT_EQ(review_.styleOfRow(2).group, review_.styleOfRow(3).group);
+    EXPECT_EQ(review_.styleOfRow(0).warning.sign, Sign::None);
+    EXPECT_EQ(review_.styleOfRow(0).warning.text, "");
+}
+
+TEST_F(ReviewControllerTest, WarnsOfEachKindInItsOwnWords)
+{
+    auto withPhone = nobody("3");
+    withPhone.phones = person("3", "").phones;
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), withPhone, nobody("4")});
+
+    const auto loss = review_.styleOfRow(1).warning;
+    EXPECT_EQ(loss.sign, Sign::Loss);
+    EXPECT_EQ(loss.text, kLossText);
+    const auto doubt = review_.styleOfRow(3).warning;
+    EXPECT_EQ(doubt.sign, Sign::Doubt);
+    EXPECT_EQ(doubt.text, kDoubtText);
+    EXPECT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
+    EXPECT_EQ(titleOf("btnEmptyFields"), "2 people share only empty fields");
+}
+
+TEST_F(ReviewControllerTest, GivesTheGraverSignAndBothSentencesWhenBothApply)
+{
+    searchIn({nobody("1"), nobody("2")});
+
+    const auto both = review_.styleOfRow(0).warning;
+    EXPECT_EQ(both.sign, Sign::Loss);
+    EXPECT_EQ(both.text, std::string(kLossText) + " " + kDoubtText);
+}
+
+TEST_F(ReviewControllerTest, HasAStyleForARowThatThereIsNot)
+{
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+
+    EXPECT_EQ(review_.styleOfRow(99).warning.sign, Sign::None);
+}
+
+TEST_F(ReviewControllerTest, CountsAfterEveryEdit)
+{
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), withoutPhone("3", "Ben"),
+              withoutPhone("4", "Ben")});
+    EXPECT_EQ(titleOf("btnLastCopies"), "2 people would lose every copy");
+    log_.clear();
+
+    toggle({0});
+    EXPECT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
+    EXPECT_EQ(review_.styleOfRow(1).warning.sign, Sign::None);
+    EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts setNeedsDisplay"});
+
+    toggle({2, 3});
+    EXPECT_EQ(titleOf("btnLastCopies"), "");
+
+    toggle({0, 2, 3});
+    EXPECT_EQ(titleOf("btnLastCopies"), "2 people would lose every copy");
+}
+
+TEST_F(ReviewControllerTest, LooksAtNoMarkWhileAJobRuns)
+{
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    main_.command("OnDelete").use();
+
+    review_.rowsEdited(std::vector<std::size_t>{0, 1});
+
+    EXPECT_EQ(titleOf("btnLastCopies"), "");
+    finishJobs();
+}
+
+TEST_F(ReviewControllerTest, KeepsOneOfEachThatWouldLoseAll)
+{
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), person("3", "Ben"),
+              person("4", "Ben"), withoutPhone("5", "Cid"), withoutPhone("6", "Cid")});
+    log_.clear();
+
+    main_.command("OnKeepOneOfEach").use();
+
+    std::string marks;
+    for (std::ptrdiff_t row = 0; row < 6; ++row) {
+        marks += contacts_.objectValue("check", row) == CellValue(true) ? 'x' : '-';
+    }
+    EXPECT_EQ(marks, "-x-x-x");
+    EXPECT_EQ(titleOf("btnLastCopies"), "");
+    EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts setNeedsDisplay"});
+
+    // With nobody to keep it changes nothing.
+    main_.command("OnKeepOneOfEach").use();
+    EXPECT_EQ(contacts_.objectValue("check", 1), CellValue(true));
+    EXPECT_EQ(contacts_.objectValue("check", 0), CellValue(false));
+}
+
+TEST_F(ReviewControllerTest, HandsTheSelectionAndTheFilterToTheTable)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    log_.clear();
+
+    main_.command("OnCheckSelected").use();
+    main_.command("OnUncheckSelected").use();
+    main_.command("OnFilter").use();
+
+    EXPECT_EQ(calls(), (Calls{"MainWindow.tableContacts editSelectedRows check 1",
+                              "MainWindow.tableContacts editSelectedRows check 0",
+                              "MainWindow.tableContacts beginFiltering"}));
+}
+
+TEST_F(ReviewControllerTest, TakesTheFilterAwayBeforeItAsksWhetherToDelete)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    platform_.alert.onRunModal = [this](const AlertContent& content) {
+        log_.add(content.messageText);
+        return Alert::kAlternateButton;
+    };
+    log_.clear();
+
+    main_.command("OnDelete").use();
+
+    EXPECT_EQ(calls(), (Calls{"MainWindow.tableContacts endFiltering", "Confirm to delete"}));
+}
+
+TEST_F(ReviewControllerTest, ShowsAllOfANewSearch)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    log_.clear();
+
+    search();
+
+    const auto told = calls();
+    EXPECT_NE(std::find(told.begin(), told.end(), "MainWindow.tableContacts endFiltering"),
+              told.end());
+}
+
+TEST_F(ReviewControllerTest, JumpsFromWarningToWarning)
+{
+    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), nobody("3"), nobody("4"),
+              withoutPhone("5", "Cid"), withoutPhone("6", "Cid")});
+    toggle({2});
+
+    main_.command("OnNextLastCopy").use();
+    EXPECT_EQ(table().selected, 0U);
+    main_.command("OnNextLastCopy").use();
+    EXPECT_EQ(table().selected, 4U);
+    main_.command("OnNextLastCopy").use();
+    EXPECT_EQ(table().selected, 0U);
+    main_.command("OnNextEmptyFields").use();
+    EXPECT_EQ(table().selected, 2U);
+    table().selected = 3;
+    main_.command("OnNextLastCopy").use();
+    EXPECT_EQ(table().selected, 4U);
+}
+
+TEST_F(ReviewControllerTest, JumpsNowhereWithoutAWarning)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+
+    main_.command("OnNextLastCopy").use();
+    main_.command("OnNextEmptyFields").use();
+
+    EXPECT_EQ(table().selected, std::nullopt);
+}
+
+TEST_F(ReviewControllerTest, ReadsTheBookThatTheUserOpens)
+{
+    main_.command("OnOpen").use();
+    finishJobs();
+    EXPECT_EQ(application_.threads.front(), kThreadLoadContacts);
+
+    const auto jobs = application_.threads.size();
+    choosesABook_ = false;
+    main_.command("OnOpen").use();
+    EXPECT_EQ(application_.threads.size(), jobs);
+}
+
+TEST_F(ReviewControllerTest, TellsTheNotesOfTheLastReading)
+{
+    platform_.addressBook.readingNotes = {3, {"Two of “a.vcf”.", "One of “b.vcf”."}};
+    searchIn({person("1", "Ann")});
+    EXPECT_EQ(titleOf("btnNotes"), "3 cards were skipped");
+
+    main_.command("OnNotes").use();
+
+    ASSERT_EQ(platform_.alert.shown.size(), 1U);
+    const auto& alert = platform_.alert.shown.front();
+    EXPECT_EQ(alert.messageText, "3 cards were skipped");
+    EXPECT_EQ(alert.informativeText, "Two of “a.vcf”.\nOne of “b.vcf”.");
+    EXPECT_EQ(alert.defaultButton, "OK");
+    EXPECT_EQ(alert.alternateButton, std::nullopt);
+}
+
+TEST_F(ReviewControllerTest, CountsRemarksWhereNoCardWasSkipped)
+{
+    platform_.addressBook.readingNotes = {0, {"“a.vcf” holds no vCard."}};
+    searchIn({person("1", "Ann")});
+    EXPECT_EQ(titleOf("btnNotes"), "1 remark on the last reading");
+
+    platform_.addressBook.readingNotes.remarks.emplace_back("“b.vcf” was left out.");
+    search();
+    EXPECT_EQ(titleOf("btnNotes"), "2 remarks on the last reading");
+
+    platform_.addressBook.readingNotes = {};
+    search();
+    EXPECT_EQ(titleOf("btnNotes"), "");
+    main_.command("OnNotes").use();
+    EXPECT_TRUE(platform_.alert.shown.empty());
+}
+
+TEST_F(ReviewControllerTest, ShowsTheNotesUntilTheNextLoad)
+{
+    platform_.addressBook.readingNotes = {1, {}};
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    ASSERT_EQ(titleOf("btnNotes"), "1 card was skipped");
+
+    main_.command("OnReload").use();
+
+    EXPECT_EQ(titleOf("btnNotes"), "");
+    finishJobs();
+    EXPECT_EQ(titleOf("btnNotes"), "1 card was skipped");
+}
+
+TEST_F(ReviewControllerTest, HearsOfNoJobAfterItsEnd)
+{
+    {
+        FakeInterface other("Other", log_);
+        ReviewController review(other, contacts_, [] { return false; });
+        review.awakeFromNib();
+    }
+
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+
+    EXPECT_EQ(emptiness(), "");
+}
+
+}  // namespace
+}  // namespace dunmora::test
