@@ -1,0 +1,32 @@
+#include "programs/dunmora/JobFailureHandler.h"
+
+#include "app/AppData.h"
+#include "app/JobThreads.h"
+#include "app/ProgressWindowController.h"
+#include "app/Settings.h"
+#include "engine/ContactsParser.h"
+#include "platform/TableView.h"
+#include "ui/ContactsController.h"
+#include "ui/ReviewController.h"
+
+namespace dunmora {
+
+void JobFailureHandler::jobFailed(std::string_view name, const std::string& text)
+{
+    Settings::MsgBox(text);
+    auto& app = AppData::app();
+    if (app.progress()) {
+        app.progress()->close();
+    }
+    app.setProgress(nullptr);
+    ContactsParser::parser().reset();
+    // A deletion has disabled it, and only an enabled table asks how many rows there are.
+    table_.setEnabled(true);
+    table_.reloadData();
+    review_.jobFailed(name);
+    if (name == kThreadDeleteCheckedContacts) {
+        contacts_.OnReload(nullptr);
+    }
+}
+
+}  // namespace dunmora

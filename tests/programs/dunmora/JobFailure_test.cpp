@@ -1,0 +1,212 @@
+#include "app/JobNotifications.h"
+#include "app/NotificationCenter.h"
+#include "tests/programs/dunmora/MainWindowTest.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace dunmora::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class JobFailureTest : public MainWindowTest {
+protected:
+    JobFailureTest()
+    {
+        loader_.onLoad = [this](FakeInterface& interface) { progress_ = &interface; };
+        platform_.alert.onRunModal = [this](const AlertContent& content) {
+            if (!content.alternateButton) {
+                progressWasVisible_.push_back(progress_->fakeWindow.isVisible);
+                wasBusy_.push_back(supervised_.isBusy());
+                commandsWereEnabled_.push_back(main_->command("OnReload").isEnabled);
+            }
+            return Alert::kDefaultButton;
+        };
+    }
+
+    /// The state after a failure is one in which the user can go on.
+    void expectIdle()
+    {
+        EXPECT_FALSE(supervised_.isBusy());
+        EXPECT_EQ(AppData::app().progress(), nullptr);
+        EXPECT_TRUE(main_->command("OnReload").isEnabled);
+        EXPECT_TRUE(main_->command("OnOpen").isEnabled);
+        EXPECT_TRUE(table().isEnabled);
+        EXPECT_TRUE(application_.failures.empty());
+    }
+
+    void expectTheBookCanBeReadAgain()
+    {
+        main_->command("OnReload").use();
+        application_.runUntilIdle();
+        EXPECT_EQ(table().rows, 2U);
+        EXPECT_EQ(emptiness(), "");
+        EXPECT_TRUE(main_->command("OnDelete").isEnabled);
+    }
+
+    /// The interface loaded last; while an alert of a failure is shown, that of the progress
+    /// window.
+    FakeInterface* progress_ = nullptr;
+    // At each alert with one button.
+    std::vector<bool> progressWasVisible_;
+    std::vector<bool> wasBusy_;
+    std::vector<bool> commandsWereEnabled_;
+};
+
+TEST_F(JobFailureTest, OfALoadIsToldWhileTheProgressWindowIsOpen)
+{
+    start(file_);
+    book_.onRead = [] { throw PlatformError("“address-book.vcf” cannot be read."); };
+
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(alerts(), Lines{"“address-book.vcf” cannot be read."});
+    EXPECT_EQ(platform_.alert.shown.front().defaultButton, "OK");
+    EXPECT_EQ(progressWasVisible_, std::vector{true});
+    EXPECT_EQ(wasBusy_, std::vector{true});
+    EXPECT_EQ(commandsWereEnabled_, std::vector{false});
+}
+
+TEST_F(JobFailureTest, OfALoadLeavesTheProgramUsable)
+{
+    start(file_);
+    book_.onRead = [] { throw PlatformError("“address-book.vcf” cannot be read."); };
+
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+
+    expectIdle();
+    EXPECT_EQ(table().rows, 0U);
+    EXPECT_EQ(emptiness(), "The address book could not be read");
+    EXPECT_FALSE(main_->command("OnDelete").isEnabled);
+    const auto calls = log_.calls();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "ProgressWindow close"), 3);
+    book_.onRead = [] {};
+    expectTheBookCanBeReadAgain();
+}
+
+TEST_F(JobFailureTest, OfTheFirstLoadIsToldLikeAnyOther)
+{
+    book_.onRead = [] { throw PlatformError("“address-book.vcf” cannot be read."); };
+
+    start(file_);
+
+    EXPECT_EQ(alerts(), Lines{"“address-book.vcf” cannot be read."});
+    expectIdle();
+    book_.onRead = [] {};
+    expectTheBookCanBeReadAgain();
+}
+
+TEST_F(JobFailureTest, OfASearchIsToldInASentenceOfOurs)
+{
+    auto& center = NotificationCenter::defaultCenter();
+    center.addObserver(this, kMsgShowMessage, [](const Notification& notification) {
+        if (notification.text() == "Finding duplicated contacts...") {
+            throw std::out_of_range("index 7");
+        }
+    });
+
+    start(file_);
+    center.removeObserver(this, kMsgShowMessage);
+
+    EXPECT_EQ(alerts(), Lines{"Something went wrong that should not have: index 7"});
+    EXPECT_EQ(progressWasVisible_, std::vector{true});
+    EXPECT_EQ(emptiness(), "The search could not be finished");
+    expectIdle();
+    expectTheBookCanBeReadAgain();
+}
+
+TEST_F(JobFailureTest, LeavesNoRowsOfASearchThatHadFoundThem)
+{
+    makeWindow();
+    auto& center = NotificationCenter::defaultCenter();
+    center.addObserver(this, kMsgReload, [](const Notification& /*notification*/) {
+        throw std::runtime_error("no window");
+    });
+    window_->open(file_);
+    window_->applicationDidFinishLaunching();
+
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+    center.removeObserver(this, kMsgReload);
+
+    EXPECT_EQ(alerts(), Lines{"Something went wrong that should not have: no window"});
+    EXPECT_TRUE(ContactsParser::parser().duplicates().empty());
+    EXPECT_EQ(table().rows, 0U);
+    EXPECT_EQ(emptiness(), "The search could not be finished");
+    expectIdle();
+    expectTheBookCanBeReadAgain();
+}
+
+TEST_F(JobFailureTest, OfADeletionIsFollowedByAReload)
+{
+    start(file_);
+    book_.onSave = [] { throw PlatformError("“address-book.vcf” is read-only."); };
+
+    main_->command("OnDelete").use();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(alerts(), (Lines{"Confirm to delete", "“address-book.vcf” is read-only."}));
+    EXPECT_EQ(progressWasVisible_, std::vector{true});
+    EXPECT_EQ(application_.threads,
+              (Lines{"LoadContacts", "FindDuplicates", "DeleteCheckedContacts", "LoadContacts",
+                     "FindDuplicates"}));
+    // Everyone whom the engine had forgotten is there again.
+    EXPECT_EQ(book_.storedUids(), (Lines{"ann-1", "ben", "ann-2"}));
+    EXPECT_EQ(table().rows, 2U);
+    EXPECT_EQ(main_->textField("txtTotal").stringValue, "2 duplicates of 3");
+    EXPECT_EQ(emptiness(), "");
+    expectIdle();
+    EXPECT_TRUE(main_->command("OnDelete").isEnabled);
+}
+
+TEST_F(JobFailureTest, OfADeletionLeavesNobodyMarkedWhenTheReloadIsCancelled)
+{
+    start(file_);
+    book_.onSave = [] { throw PlatformError("“address-book.vcf” is read-only."); };
+    dialogAnswer_ = "OnCancel";
+
+    main_->command("OnDelete").use();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(emptiness(), "The search was cancelled");
+    expectIdle();
+    for (const auto& contact : ContactsParser::parser().contacts()) {
+        EXPECT_FALSE(contact.value.isChecked());
+    }
+}
+
+TEST_F(JobFailureTest, OfADeletionAndOfItsReloadAreToldOneAfterTheOther)
+{
+    start(file_);
+    book_.onSave = [this] {
+        book_.onRead = [] { throw PlatformError("“address-book.vcf” has gone."); };
+        throw PlatformError("“address-book.vcf” is read-only.");
+    };
+
+    main_->command("OnDelete").use();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(alerts(), (Lines{"Confirm to delete", "“address-book.vcf” is read-only.",
+                               "“address-book.vcf” has gone."}));
+    EXPECT_EQ(emptiness(), "The address book could not be read");
+    expectIdle();
+    book_.onRead = [] {};
+    expectTheBookCanBeReadAgain();
+}
+
+TEST_F(JobFailureTest, NeedsNoProgressWindow)
+{
+    loader_.missing.insert("ProgressWindow");
+    book_.onRead = [] { throw PlatformError("“address-book.vcf” cannot be read."); };
+
+    start(file_);
+
+    EXPECT_EQ(alerts(), Lines{"“address-book.vcf” cannot be read."});
+    expectIdle();
+}
+
+}  // namespace
+}  // namespace dunmora::test

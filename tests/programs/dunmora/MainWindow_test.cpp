@@ -1,0 +1,240 @@
+#include "tests/programs/dunmora/MainWindowTest.h"
+
+#include <stdexcept>
+
+namespace dunmora::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+using Paths = std::vector<std::filesystem::path>;
+
+TEST_F(MainWindowTest, IsCalledLikeTheProgramWithoutABook)
+{
+    makeWindow();
+    EXPECT_EQ(title(), "Dunmora");
+    EXPECT_EQ(emptiness(), "No address book is open");
+    EXPECT_FALSE(main_->fakeWindow.isVisible);
+
+    window_->show();
+    EXPECT_TRUE(main_->fakeWindow.isVisible);
+}
+
+TEST_F(MainWindowTest, NamesTheBookInItsTitle)
+{
+    makeWindow();
+
+    window_->open(file_);
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    EXPECT_EQ(emptiness(), "Nothing searched yet");
+
+    window_->open(folder_.path() / "");
+    EXPECT_EQ(title(), folder_.path().filename().string() + " – Dunmora");
+
+    window_->open(".");
+    EXPECT_EQ(title(), std::filesystem::current_path().filename().string() + " – Dunmora");
+
+    window_->open("/");
+    EXPECT_EQ(title(), "/ – Dunmora");
+}
+
+TEST_F(MainWindowTest, ReadsTheBookOfTheCommandLineWhenItIsFirstActive)
+{
+    makeWindow();
+    window_->open(file_);
+    window_->applicationDidFinishLaunching();
+    EXPECT_TRUE(application_.threads.empty());
+
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(application_.threads, (Lines{"LoadContacts", "FindDuplicates"}));
+    EXPECT_EQ(opened_, Paths{file_});
+    EXPECT_EQ(table().rows, 2U);
+    EXPECT_EQ(emptiness(), "");
+    EXPECT_EQ(main_->textField("txtTotal").stringValue, "2 duplicates of 3");
+    EXPECT_TRUE(main_->command("OnDelete").isEnabled);
+
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(application_.threads.size(), 2U);
+}
+
+TEST_F(MainWindowTest, TellsHowToOpenABookWhenThereIsNone)
+{
+    start(std::nullopt);
+
+    EXPECT_EQ(alerts(), Lines{"No address book is open. Choose File > Open… to open a vCard file "
+                              "or a folder of them."});
+    EXPECT_EQ(emptiness(), "No address book is open");
+    EXPECT_FALSE(main_->button("btnEmptyOpen").isHidden);
+    EXPECT_TRUE(main_->command("OnOpen").isEnabled);
+}
+
+TEST_F(MainWindowTest, ReadsADroppedBookAtOnce)
+{
+    start(std::nullopt);
+
+    window_->open(file_);
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    application_.runUntilIdle();
+
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, TakesABookDroppedBeforeTheFirstActivationForTheFirstLoad)
+{
+    makeWindow();
+    window_->applicationDidFinishLaunching();
+    window_->open(file_);
+
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(application_.threads, (Lines{"LoadContacts", "FindDuplicates"}));
+}
+
+TEST_F(MainWindowTest, RefusesADropWhileAJobRuns)
+{
+    start(file_);
+    main_->command("OnReload").use();
+
+    window_->open(folder_.path());
+    application_.runUntilIdle();
+
+    EXPECT_EQ(opened_, Paths{file_});
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    EXPECT_TRUE(alerts().empty());
+}
+
+TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherDoesNotExist)
+{
+    start(file_);
+    const auto jobs = application_.threads.size();
+
+    window_->open(folder_.path() / "gone.vcf");
+    application_.runUntilIdle();
+
+    EXPECT_EQ(alerts(), Lines{"“" + (folder_.path() / "gone.vcf").string() + "” does not exist."});
+    EXPECT_EQ(opened_, Paths{file_});
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    EXPECT_EQ(application_.threads.size(), jobs);
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherCannotBeMade)
+{
+    start(file_);
+    onMakeAddressBook = [] { throw PlatformError("There is no such service."); };
+
+    window_->open(folder_.path());
+    application_.runUntilIdle();
+
+    EXPECT_EQ(alerts(), Lines{"There is no such service."});
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, LeavesAMissingBookOfTheCommandLineToItsReading)
+{
+    const auto gone = folder_.path() / "gone.vcf";
+    book_.onRead = [] { throw PlatformError("“gone.vcf” does not exist."); };
+
+    start(gone);
+
+    EXPECT_EQ(opened_, Paths{gone});
+    EXPECT_EQ(alerts(), Lines{"“gone.vcf” does not exist."});
+    EXPECT_EQ(emptiness(), "The address book could not be read");
+
+    // It may be there the next time.
+    book_.onRead = [] {};
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, OpensTheBookThatTheUserChooses)
+{
+    start(std::nullopt);
+
+    main_->command("OnOpen").use();
+    application_.runUntilIdle();
+    EXPECT_TRUE(opened_.empty());
+    EXPECT_EQ(application_.threads, Lines{"LoadContacts"});
+
+    desktop_.openPanel.choice = file_;
+    main_->command("OnOpen").use();
+    application_.runUntilIdle();
+    EXPECT_EQ(opened_, Paths{file_});
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, EndsTheProgramWhenItCloses)
+{
+    makeWindow();
+    window_->show();
+
+    main_->command("OnClose").use();
+
+    EXPECT_FALSE(main_->fakeWindow.isVisible);
+    EXPECT_EQ(application_.terminations.size(), 1U);
+}
+
+TEST_F(MainWindowTest, EndsTheProgramInTheMiddleOfAJob)
+{
+    start(file_);
+    main_->command("OnReload").use();
+
+    main_->command("OnQuit").use();
+
+    EXPECT_EQ(application_.terminations.size(), 1U);
+    application_.runUntilIdle();
+}
+
+TEST_F(MainWindowTest, LeadsToTheMaker)
+{
+    makeWindow();
+
+    main_->command("OnWebsite").use();
+    main_->command("OnSupport").use();
+
+    ASSERT_EQ(platform_.workspace.opened.size(), 2U);
+    EXPECT_TRUE(platform_.workspace.opened[0].starts_with("http"));
+    EXPECT_TRUE(platform_.workspace.opened[1].starts_with("mailto:"));
+}
+
+TEST_F(MainWindowTest, TellsItsVersionAndWhatItStandsOn)
+{
+    makeWindow();
+
+    main_->command("OnAbout").use();
+
+    ASSERT_EQ(platform_.alert.shown.size(), 1U);
+    const auto& about = platform_.alert.shown.front();
+    EXPECT_EQ(about.messageText, "Dunmora 0.1");
+    EXPECT_EQ(about.informativeText, "Finds and removes duplicated people in an address book.\n\n"
+                                     "It stands on Toolkit 1.0 and Hash 2.0.");
+    EXPECT_EQ(about.defaultButton, "OK");
+    EXPECT_EQ(about.alternateButton, std::nullopt);
+}
+
+TEST_F(MainWindowTest, SaysSoWhenItsInterfaceCannotBeLoaded)
+{
+    loader_.missing.insert("MainWindow");
+
+    try {
+        makeWindow();
+        FAIL() << "a window without an interface";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(),
+                     "The main window cannot be loaded. Dunmora is not installed as it should be.");
+    }
+}
+
+}  // namespace
+}  // namespace dunmora::test
