@@ -1,0 +1,122 @@
+#include "adapters/qt/InterfaceConventions.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QIcon>
+#include <QKeySequence>
+#include <QMetaEnum>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <QWidget>
+
+#include <stdexcept>
+
+namespace dunmora {
+
+namespace {
+
+/// The value of a name that an interface file gives in a property; the property must be there.
+template <typename Enum>
+Enum namedValue(const QObject& object, const char* property)
+{
+    const auto name = object.property(property).toByteArray();
+    bool isKnown = false;
+    const int value = QMetaEnum::fromType<Enum>().keyToValue(name.constData(), &isKnown);
+    if (!isKnown) {
+        throw std::logic_error(std::string("an interface file has an unknown ") + property + ": " +
+                               name.toStdString());
+    }
+    return static_cast<Enum>(value);
+}
+
+bool has(const QObject& object, const char* property)
+{
+    return object.property(property).isValid();
+}
+
+template <typename ActionOrButton>
+void applyIcon(ActionOrButton& object, const QStyle& style)
+{
+    QIcon icon;
+    if (has(object, "standardIcon")) {
+        icon = style.standardIcon(namedValue<QStyle::StandardPixmap>(object, "standardIcon"));
+    }
+    if (has(object, "themeIcon")) {
+        icon = QIcon::fromTheme(object.property("themeIcon").toString(), icon);
+    }
+    if (!icon.isNull()) {
+        object.setIcon(icon);
+    }
+}
+
+void applyShortcut(QAction& action)
+{
+    if (has(action, "standardKey")) {
+        action.setShortcuts(namedValue<QKeySequence::StandardKey>(action, "standardKey"));
+    }
+}
+
+void applyFont(QWidget& widget)
+{
+    if (has(widget, "fontScale")) {
+        auto font = widget.font();
+        font.setPointSizeF(font.pointSizeF() * widget.property("fontScale").toDouble());
+        widget.setFont(font);
+    }
+}
+
+void applyMinimumWidth(QWidget& widget)
+{
+    if (has(widget, "minimumColumns")) {
+        widget.setMinimumWidth(widget.fontMetrics().averageCharWidth() *
+                               widget.property("minimumColumns").toInt());
+    }
+}
+
+void applyInitialSize(QWidget& window)
+{
+    if (has(window, "initialColumns")) {
+        const auto metrics = window.fontMetrics();
+        const QSize wanted(metrics.averageCharWidth() * window.property("initialColumns").toInt(),
+                           metrics.lineSpacing() * window.property("initialLines").toInt());
+        window.resize(wanted.boundedTo(window.screen()->availableSize()));
+    }
+}
+
+void applyCommands(const QDialogButtonBox& box)
+{
+    for (auto* const button : box.buttons()) {
+        const bool accepts = box.buttonRole(button) == QDialogButtonBox::AcceptRole;
+        button->setProperty("command", box.property(accepts ? "acceptCommand" : "rejectCommand"));
+        if (auto* const pushButton = qobject_cast<QPushButton*>(button)) {
+            pushButton->setDefault(accepts);
+        }
+    }
+}
+
+}  // namespace
+
+void applyConventions(QWidget& window)
+{
+    for (auto* const action : window.findChildren<QAction*>()) {
+        applyShortcut(*action);
+        applyIcon(*action, *window.style());
+    }
+    for (auto* const button : window.findChildren<QAbstractButton*>()) {
+        applyIcon(*button, *window.style());
+    }
+    for (auto* const widget : window.findChildren<QWidget*>()) {
+        applyFont(*widget);
+        applyMinimumWidth(*widget);
+    }
+    applyInitialSize(window);
+    for (const auto* const box : window.findChildren<QDialogButtonBox*>()) {
+        if (has(*box, "acceptCommand")) {
+            applyCommands(*box);
+        }
+    }
+}
+
+}  // namespace dunmora

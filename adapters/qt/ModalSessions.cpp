@@ -1,0 +1,198 @@
+#include "adapters/qt/ModalSessions.h"
+
+#include "adapters/qt/WindowPlacement.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <QMouseEvent>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+
+namespace dunmora {
+
+namespace {
+
+bool isInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::Enter:
+    case QEvent::HoverEnter:
+    case QEvent::HoverMove:
+    case QEvent::ContextMenu:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::InputMethod:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::NativeGesture:
+    case QEvent::TabletPress:
+    case QEvent::TabletMove:
+    case QEvent::TabletRelease:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isPress(QEvent::Type type)
+{
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick;
+}
+
+bool isDrag(QEvent::Type type)
+{
+    return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
+}
+
+/// The widget that input to an object is meant for: a shortcut goes to an action, which belongs to
+/// one.
+const QWidget* widgetOf(const QObject* object)
+{
+    while (object != nullptr && !object->isWidgetType()) {
+        object = object->parent();
+    }
+    return qobject_cast<const QWidget*>(object);
+}
+
+void closePopups()
+{
+    while (QWidget* popup = QApplication::activePopupWidget()) {
+        popup->close();
+    }
+}
+
+}  // namespace
+
+struct ModalSessions::Session {
+    explicit Session(QWidget& sessionWindow) : window(sessionWindow) {}
+
+    QWidget& window;
+    QEventLoop loop;
+    bool isRunning = true;
+};
+
+ModalSessions::ModalSessions()
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+ModalSessions::~ModalSessions() = default;
+
+void ModalSessions::run(QWidget& window)
+{
+    closePopups();
+    letGo(window);
+    Session session(window);
+    running_.push_back(&session);
+    showAboveMainWindow(window);
+    session.loop.exec();
+    if (session.isRunning) {
+        // Somebody told every event loop to return: the process is to end, and nobody's question is
+        // answered any more.
+        std::_Exit(EXIT_SUCCESS);
+    }
+}
+
+void ModalSessions::end()
+{
+    if (!running_.empty()) {
+        endAt(std::prev(running_.end()));
+    }
+}
+
+void ModalSessions::end(const QWidget& window)
+{
+    const auto found = std::find_if(running_.begin(), running_.end(), [&](const auto* session) {
+        return &session->window == &window;
+    });
+    if (found != running_.end()) {
+        endAt(found);
+    }
+}
+
+void ModalSessions::endAt(std::vector<Session*>::iterator position)
+{
+    auto& session = **position;
+    running_.erase(position);
+    session.isRunning = false;
+    session.loop.quit();
+}
+
+bool ModalSessions::blocks(const QWidget& widget) const
+{
+    if (running_.empty()) {
+        return false;
+    }
+    for (const auto* at = &widget; at != nullptr; at = at->parentWidget()) {
+        // A popup without a parent was opened from the session's window: the others were closed.
+        const bool isFreePopup = at->windowType() == Qt::Popup && at->parentWidget() == nullptr;
+        if (at == &running_.back()->window || isFreePopup) {
+            return false;
+        }
+    }
+    return true;
+}
+
+QWidget* ModalSessions::front() const
+{
+    return running_.empty() ? mainWindow() : &running_.back()->window;
+}
+
+bool ModalSessions::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto type = event->type();
+    if (!isInput(type)) {
+        return false;
+    }
+    if (isPress(type) && watched->isWidgetType()) {
+        pressed_ = qobject_cast<QWidget*>(watched);
+    } else if (type == QEvent::MouseButtonRelease) {
+        pressed_.clear();
+    }
+    const auto* const widget = widgetOf(watched);
+    if (widget == nullptr || !blocks(*widget)) {
+        return false;
+    }
+    if (type == QEvent::Shortcut && watched->property("alwaysUsable").toBool()) {
+        return false;
+    }
+    if (isPress(type)) {
+        auto& window = running_.back()->window;
+        window.raise();
+        window.activateWindow();
+    }
+    if (isDrag(type)) {
+        event->ignore();
+    }
+    return true;
+}
+
+/// Ends what the user has begun in a window that is about to be blocked: a scroll bar that never
+/// sees the button come up would scroll on for ever.
+void ModalSessions::letGo(const QWidget& window)
+{
+    if (pressed_.isNull() || pressed_->window() == &window) {
+        return;
+    }
+    // Beside every widget, so that nothing counts as clicked.
+    const QPointF nowhere(-100000, -100000);
+    QMouseEvent release(QEvent::MouseButtonRelease, nowhere, nowhere, Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QCoreApplication::sendEvent(pressed_, &release);
+}
+
+}  // namespace dunmora

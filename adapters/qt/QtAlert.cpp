@@ -1,0 +1,98 @@
+#include "adapters/qt/QtAlert.h"
+
+#include "adapters/qt/QtApplication.h"
+#include "adapters/qt/QtText.h"
+
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+namespace dunmora {
+
+namespace {
+
+/// As many lines as a text may have before it is shown in an area that scrolls.
+constexpr int kLines = 10;
+constexpr int kColumns = 72;
+
+QString shownText(const std::string& text)
+{
+    return toQString(text).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+}
+
+bool isLong(const QString& text)
+{
+    return text.count(QLatin1Char('\n')) >= kLines || text.size() > kLines * kColumns;
+}
+
+/// Puts the text where the box has its informative text, in an area that scrolls.
+void addScrollableText(QMessageBox& box, const QString& text)
+{
+    auto* const area = new QPlainTextEdit(text, &box);
+    area->setReadOnly(true);
+    area->setTabChangesFocus(true);
+    area->setAccessibleName(box.text());
+    const auto metrics = area->fontMetrics();
+    area->setMinimumSize(metrics.averageCharWidth() * kColumns, metrics.lineSpacing() * kLines);
+
+    auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+    const auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    int row = 0;
+    int column = 0;
+    int rows = 0;
+    int columns = 0;
+    grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
+    grid->addWidget(area, row + 1, column);
+}
+
+void showTexts(QMessageBox& box, const AlertContent& content)
+{
+    box.setWindowTitle(QGuiApplication::applicationDisplayName());
+    box.setText(shownText(content.messageText));
+    const auto details = shownText(content.informativeText);
+    if (isLong(details)) {
+        addScrollableText(box, details);
+    } else {
+        box.setInformativeText(details);
+    }
+    // The box's own setting does not reach the informative text.
+    for (auto* const label : box.findChildren<QLabel*>()) {
+        label->setTextFormat(Qt::PlainText);
+    }
+}
+
+}  // namespace
+
+int QtAlert::runModal(const AlertContent& content)
+{
+    int answer = kAlternateButton;
+    application_.performOnMainThread([&] { answer = ask(content); });
+    return answer;
+}
+
+int QtAlert::ask(const AlertContent& content)
+{
+    auto& sessions = application_.sessions();
+    QMessageBox box(sessions.front());
+    box.setWindowModality(Qt::NonModal);
+    box.setIcon(content.alternateButton ? QMessageBox::Warning : QMessageBox::Information);
+    showTexts(box, content);
+
+    auto* const yes =
+        box.addButton(withoutMnemonic(toQString(content.defaultButton)), QMessageBox::AcceptRole);
+    box.setDefaultButton(yes);
+    box.setEscapeButton(yes);
+    if (content.alternateButton) {
+        box.setEscapeButton(box.addButton(withoutMnemonic(toQString(*content.alternateButton)),
+                                          QMessageBox::RejectRole));
+    }
+
+    QObject::connect(&box, &QDialog::finished, &sessions, [&] { sessions.end(box); });
+    sessions.run(box);
+    return box.clickedButton() == yes ? kDefaultButton : kAlternateButton;
+}
+
+}  // namespace dunmora

@@ -1,0 +1,296 @@
+#include "adapters/qt/QtInterface.h"
+
+#include "adapters/qt/ModalSessions.h"
+#include "adapters/qt/QtButton.h"
+#include "adapters/qt/QtCheckBox.h"
+#include "adapters/qt/QtCommand.h"
+#include "adapters/qt/QtProgressIndicator.h"
+#include "adapters/qt/QtText.h"
+#include "adapters/qt/QtTextField.h"
+#include "adapters/qt/QtView.h"
+#include "adapters/qt/QtWindow.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QCheckBox>
+#include <QDropEvent>
+#include <QFile>
+#include <QLabel>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QThread>
+#include <QUrl>
+
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+/// The outlets of one kind that were asked for, each made on first use.
+template <typename Outlet, typename Widget>
+class Outlets final {
+public:
+    Outlet& of(Widget& widget)
+    {
+        auto& outlet = outlets_[&widget];
+        if (!outlet) {
+            outlet = std::make_unique<Outlet>(widget);
+        }
+        return *outlet;
+    }
+
+private:
+    std::map<const Widget*, std::unique_ptr<Outlet>> outlets_;
+};
+
+/// The one file or folder of this machine that is dropped; none for anything else.
+std::optional<std::filesystem::path> droppedPath(const QDropEvent& event)
+{
+    const auto urls = event.mimeData()->urls();
+    if (urls.size() != 1 || !urls.front().isLocalFile()) {
+        return std::nullopt;
+    }
+    return std::filesystem::path(QFile::encodeName(urls.front().toLocalFile()).toStdString());
+}
+
+}  // namespace
+
+/// All that an interface is made of. It lives and ends on the main thread.
+class QtInterface::Content final : public QObject {
+public:
+    Content(std::unique_ptr<QWidget> widget, ModalSessions& sessions)
+        : sessions_(sessions), widget_(std::move(widget)), window(*widget_, closeRequest())
+    {
+        findCommands();
+        widget_->installEventFilter(this);
+    }
+
+    template <typename Widget>
+    Widget& widgetNamed(std::string_view outlet) const
+    {
+        auto* const widget = widget_->findChild<Widget*>(toQString(outlet));
+        if (widget == nullptr) {
+            throw std::logic_error("the interface " + widget_->objectName().toStdString() +
+                                   " holds no " + Widget::staticMetaObject.className() + " named " +
+                                   std::string(outlet));
+        }
+        return *widget;
+    }
+
+    QtCommand& commandNamed(std::string_view name)
+    {
+        const auto found = commands_.find(name);
+        if (found == commands_.end()) {
+            throw std::logic_error("the interface " + widget_->objectName().toStdString() +
+                                   " holds no command named " + std::string(name));
+        }
+        return found->second;
+    }
+
+    void setDropHandler(QtCommand& command, DropHandler handler)
+    {
+        dropCommand_ = &command;
+        dropHandler_ = std::move(handler);
+        widget_->setAcceptDrops(true);
+    }
+
+    /// Takes the window off the screen and lets nobody hear of it any more.
+    void fallSilent()
+    {
+        for (auto& [name, command] : commands_) {
+            command.setHandler({});
+        }
+        dropHandler_ = {};
+        window.setDelegate(nullptr);
+        window.close();
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        switch (event->type()) {
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::Drop:
+            return watched == widget_.get() && takeDrag(static_cast<QDropEvent&>(*event));
+        default:
+            return false;
+        }
+    }
+
+private:
+    QtWindow::CloseRequest closeRequest()
+    {
+        const auto name = widget_->property("closeCommand").toString().toStdString();
+        if (name.empty()) {
+            return {};
+        }
+        return [this, name] {
+            if (!sessions_.blocks(*widget_)) {
+                commandNamed(name).use(nullptr);
+            }
+        };
+    }
+
+    void findCommands()
+    {
+        // The window's own actions only: widgets have some of theirs.
+        for (auto* const action :
+             widget_->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly)) {
+            if (!action->objectName().isEmpty()) {
+                addAction(*action, commands_[action->objectName().toStdString()]);
+            }
+        }
+        for (auto* const button : widget_->findChildren<QAbstractButton*>()) {
+            const auto name = button->property("command").toString().toStdString();
+            if (!name.empty()) {
+                addButton(*button, commands_[name]);
+            }
+        }
+    }
+
+    void addAction(QAction& action, QtCommand& command)
+    {
+        command.addAction(action);
+        const bool isAlwaysUsable = action.property("alwaysUsable").toBool();
+        connect(&action, &QAction::triggered, this, [this, &command, isAlwaysUsable] {
+            if (isAlwaysUsable || !sessions_.blocks(*widget_)) {
+                command.use(nullptr);
+            }
+        });
+    }
+
+    void addButton(QAbstractButton& button, QtCommand& command)
+    {
+        command.addButton(button);
+        // Only the user's doing counts, not a state that the program sets.
+        connect(&button, &QAbstractButton::clicked, this, [this, &button, &command] {
+            if (!sessions_.blocks(*widget_)) {
+                command.use(&outletOf(button));
+            }
+        });
+    }
+
+    /// The very object that a controller gets when it asks for the outlet.
+    View& outletOf(QAbstractButton& button)
+    {
+        if (auto* const box = qobject_cast<QCheckBox*>(&button)) {
+            return checkBoxes.of(*box);
+        }
+        return buttons.of(button);
+    }
+
+    bool takeDrag(QDropEvent& event)
+    {
+        const auto path = droppedPath(event);
+        if (!dropHandler_ || !path || !dropCommand_->isUsable()) {
+            event.ignore();
+            return true;
+        }
+        event.setDropAction(Qt::CopyAction);
+        event.accept();
+        if (event.type() == QEvent::Drop) {
+            // The program that the file comes from waits for the end of this event.
+            QMetaObject::invokeMethod(
+                this, [this, dropped = *path] { drop(dropped); }, Qt::QueuedConnection);
+        }
+        return true;
+    }
+
+    void drop(const std::filesystem::path& path) const
+    {
+        const auto handler = dropHandler_;
+        if (handler && dropCommand_->isUsable() && !sessions_.blocks(*widget_)) {
+            handler(path);
+        }
+    }
+
+    ModalSessions& sessions_;
+    std::map<std::string, QtCommand, std::less<>> commands_;
+    QtCommand* dropCommand_ = nullptr;
+    DropHandler dropHandler_;
+    // The outlets below refer to its parts.
+    std::unique_ptr<QWidget> widget_;
+
+public:
+    QtWindow window;
+    Outlets<QtView, QWidget> views;
+    Outlets<QtButton, QAbstractButton> buttons;
+    Outlets<QtCheckBox, QCheckBox> checkBoxes;
+    Outlets<QtTextField, QLabel> textFields;
+    Outlets<QtProgressIndicator, QProgressBar> progressIndicators;
+};
+
+QtInterface::QtInterface(std::unique_ptr<QWidget> window, ModalSessions& sessions)
+    : content_(new Content(std::move(window), sessions))
+{
+}
+
+QtInterface::~QtInterface()
+{
+    // Not at once, even on the main thread: what is going on may have begun in one of its buttons.
+    if (QThread::currentThread() == content_->thread()) {
+        content_->fallSilent();
+        content_->deleteLater();
+        return;
+    }
+    QMetaObject::invokeMethod(
+        content_,
+        [content = content_] {
+            content->fallSilent();
+            content->deleteLater();
+        },
+        Qt::QueuedConnection);
+}
+
+Window& QtInterface::window()
+{
+    return content_->window;
+}
+
+View& QtInterface::view(std::string_view outlet)
+{
+    return content_->views.of(content_->widgetNamed<QWidget>(outlet));
+}
+
+Button& QtInterface::button(std::string_view outlet)
+{
+    return content_->buttons.of(content_->widgetNamed<QAbstractButton>(outlet));
+}
+
+CheckBox& QtInterface::checkBox(std::string_view outlet)
+{
+    return content_->checkBoxes.of(content_->widgetNamed<QCheckBox>(outlet));
+}
+
+TextField& QtInterface::textField(std::string_view outlet)
+{
+    return content_->textFields.of(content_->widgetNamed<QLabel>(outlet));
+}
+
+ProgressIndicator& QtInterface::progressIndicator(std::string_view outlet)
+{
+    return content_->progressIndicators.of(content_->widgetNamed<QProgressBar>(outlet));
+}
+
+TableView& QtInterface::tableView(std::string_view outlet)
+{
+    throw std::logic_error("no table is named " + std::string(outlet));
+}
+
+Command& QtInterface::command(std::string_view name)
+{
+    return content_->commandNamed(name);
+}
+
+void QtInterface::setDropHandler(std::string_view command, DropHandler handler)
+{
+    content_->setDropHandler(content_->commandNamed(command), std::move(handler));
+}
+
+}  // namespace dunmora

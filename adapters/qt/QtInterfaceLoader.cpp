@@ -1,0 +1,55 @@
+#include "adapters/qt/QtInterfaceLoader.h"
+
+#include "adapters/qt/InterfaceConventions.h"
+#include "adapters/qt/QtInterface.h"
+#include "adapters/qt/QtText.h"
+
+#include <QFile>
+#include <QUiLoader>
+#include <QWidget>
+
+#include <utility>
+
+/// A linker takes from a library only what something names. Stands outside every namespace because
+/// the macro declares a function.
+static void keepInterfaceFiles()
+{
+    Q_INIT_RESOURCE(interfaces);
+}
+
+namespace dunmora {
+
+QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions)
+    : QtInterfaceLoader(sessions, ":/interfaces")
+{
+    keepInterfaceFiles();
+}
+
+QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions, std::string folder)
+    : sessions_(sessions), folder_(std::move(folder))
+{
+}
+
+std::unique_ptr<Interface> QtInterfaceLoader::load(std::string_view name)
+{
+    return loadInterface(name);
+}
+
+std::unique_ptr<QtInterface> QtInterfaceLoader::loadInterface(std::string_view name) const
+{
+    QFile file(toQString(folder_ + "/" + std::string(name) + ".ui"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return nullptr;
+    }
+    QUiLoader loader;
+    // Our files hold Qt's own widgets only.
+    loader.clearPluginPaths();
+    std::unique_ptr<QWidget> window(loader.load(&file));
+    if (!window) {
+        return nullptr;
+    }
+    applyConventions(*window);
+    return std::make_unique<QtInterface>(std::move(window), sessions_);
+}
+
+}  // namespace dunmora

@@ -1,0 +1,40 @@
+#include "adapters/qt/QtTextField.h"
+
+#include "adapters/qt/QtText.h"
+
+#include <QLabel>
+
+namespace dunmora {
+
+QtTextField::QtTextField(QLabel& widget)
+    : widget_(widget), text_(widget.text().toStdString()), redraw_([this] { draw(); })
+{
+    widget_.setTextFormat(Qt::PlainText);
+}
+
+void QtTextField::setStringValue(std::string_view text)
+{
+    {
+        const std::lock_guard guard(mutex_);
+        text_ = text;
+    }
+    redraw_.ask();
+}
+
+void QtTextField::setHidden(bool hidden)
+{
+    widget_.setHidden(hidden);
+}
+
+void QtTextField::draw()
+{
+    QString text;
+    {
+        // Held for a copy only: a job that sets a text meanwhile does not wait for the drawing.
+        const std::lock_guard guard(mutex_);
+        text = toQString(text_);
+    }
+    widget_.setText(text);
+}
+
+}  // namespace dunmora

@@ -1,0 +1,99 @@
+#include "adapters/qt/QtWindow.h"
+
+#include "adapters/qt/QtText.h"
+#include "adapters/qt/WindowPlacement.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QWidget>
+
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+/// Named one by one, because a title without this hint brings a close control with it.
+constexpr auto kFloatingFlags =
+    Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowDoesNotAcceptFocus;
+
+bool isEscape(QEvent& event)
+{
+    return event.type() == QEvent::KeyPress &&
+           static_cast<QKeyEvent&>(event).matches(QKeySequence::Cancel);
+}
+
+}  // namespace
+
+QtWindow::QtWindow(QWidget& widget, CloseRequest onCloseRequest)
+    : widget_(widget), onCloseRequest_(std::move(onCloseRequest))
+{
+    widget_.installEventFilter(this);
+}
+
+void QtWindow::setTitle(const std::string& title)
+{
+    // Qt takes the first of these for the place of a mark; two of them show one.
+    widget_.setWindowTitle(toQString(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+}
+
+void QtWindow::setLevel(WindowLevel level)
+{
+    level_ = level;
+    const bool isFloating = level == WindowLevel::Floating;
+    const bool wasVisible = widget_.isVisible();
+    widget_.setAttribute(Qt::WA_ShowWithoutActivating, isFloating);
+    // Changing the flags takes the window off the screen.
+    widget_.setWindowFlags(isFloating ? kFloatingFlags : Qt::WindowFlags(Qt::Window));
+    if (wasVisible) {
+        show();
+    }
+}
+
+void QtWindow::show()
+{
+    showAboveMainWindow(widget_);
+}
+
+void QtWindow::close()
+{
+    isClosing_ = true;
+    widget_.close();
+    isClosing_ = false;
+}
+
+bool QtWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != &widget_) {
+        return false;
+    }
+    if (event->type() == QEvent::Close) {
+        return handleClose(*event);
+    }
+    if (onCloseRequest_ && isEscape(*event)) {
+        onCloseRequest_();
+        return true;
+    }
+    return false;
+}
+
+/// Returns whether the event goes no further.
+bool QtWindow::handleClose(QEvent& event)
+{
+    if (!isClosing_ && onCloseRequest_) {
+        event.ignore();
+        onCloseRequest_();
+        return true;
+    }
+    if (!isClosing_ && level_ == WindowLevel::Floating) {
+        // It has no close control, but a window manager may have other ways to ask.
+        event.ignore();
+        return true;
+    }
+    if (delegate_ != nullptr) {
+        delegate_->windowWillClose();
+    }
+    return false;
+}
+
+}  // namespace dunmora

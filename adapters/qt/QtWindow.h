@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Window.h"
+
+#include <QObject>
+
+#include <functional>
+
+class QWidget;
+
+namespace dunmora {
+
+/// The window of an interface.
+class QtWindow final : public QObject, public Window {
+public:
+    /// What the close control and Escape do; without one, the control closes the window and Escape
+    /// does nothing.
+    using CloseRequest = std::function<void()>;
+
+    /// The widget must be a window and outlive it.
+    QtWindow(QWidget& widget, CloseRequest onCloseRequest);
+
+    void setTitle(const std::string& title) override;
+    void setLevel(WindowLevel level) override;
+    void setDelegate(WindowDelegate* delegate) override { delegate_ = delegate; }
+    void show() override;
+    void close() override;
+
+    QWidget& widget() const { return widget_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool handleClose(QEvent& event);
+
+    QWidget& widget_;
+    CloseRequest onCloseRequest_;
+    WindowDelegate* delegate_ = nullptr;
+    WindowLevel level_ = WindowLevel::Normal;
+    bool isClosing_ = false;
+};
+
+}  // namespace dunmora

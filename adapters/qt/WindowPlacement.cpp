@@ -1,0 +1,61 @@
+#include "adapters/qt/WindowPlacement.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+
+namespace dunmora {
+
+namespace {
+
+/// The nearest rectangle of the same size that lies in the area, or its top left corner where it is
+/// larger.
+QRect movedInto(const QRect& area, QRect place)
+{
+    place.moveLeft(std::max(area.left(), std::min(place.left(), area.right() - place.width() + 1)));
+    place.moveTop(std::max(area.top(), std::min(place.top(), area.bottom() - place.height() + 1)));
+    return place;
+}
+
+void placeAbove(QWidget& window, const QWidget& below)
+{
+    window.ensurePolished();
+    window.adjustSize();
+    // Only a window of the window system can belong to another one.
+    window.winId();
+    window.windowHandle()->setTransientParent(below.windowHandle());
+    QRect place(QPoint(), window.size());
+    place.moveCenter(below.frameGeometry().center());
+    window.move(movedInto(below.screen()->availableGeometry(), place).topLeft());
+}
+
+}  // namespace
+
+QWidget* mainWindow()
+{
+    const auto windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && qobject_cast<const QMainWindow*>(window) != nullptr;
+    });
+    return found == windows.end() ? nullptr : *found;
+}
+
+void showAboveMainWindow(QWidget& window)
+{
+    const auto* const below = mainWindow();
+    // Qt itself places a window that has a parent.
+    if (!window.isVisible() && window.parentWidget() == nullptr && below != nullptr &&
+        below != &window) {
+        placeAbove(window, *below);
+    }
+    window.show();
+    window.raise();
+    if (!window.windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus)) {
+        window.activateWindow();
+    }
+}
+
+}  // namespace dunmora
