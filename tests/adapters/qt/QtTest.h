@@ -69,7 +69,7 @@ inline void pressCloseControl(QWidget& window)
 /// A program without a controller: an application, and interfaces that a test drives itself.
 class QtTest : public testing::Test {
 protected:
-    ~QtTest() override { handleEvents(); }
+    void TearDown() override { handleEvents(); }
 
     std::unique_ptr<QtInterface> load(std::string_view name)
     {

@@ -1,0 +1,288 @@
+#include "tests/adapters/qt/QtTest.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+
+namespace {
+
+class ScrollBar final : public QScrollBar {
+public:
+    using QScrollBar::QScrollBar;
+    using QScrollBar::repeatAction;
+};
+
+/// A window of Qt's with something to press, to type in and to scroll, that counts the presses.
+class Pane final {
+public:
+    explicit Pane(const QString& name)
+    {
+        window.setObjectName(name);
+        auto* const layout = new QVBoxLayout(&window);
+        layout->addWidget(&button);
+        layout->addWidget(&line);
+        layout->addWidget(&scrollBar);
+        QObject::connect(&button, &QPushButton::clicked, [this] { ++clicks; });
+    }
+
+    QWidget window;
+    QPushButton button{QStringLiteral("&Press")};
+    QLineEdit line;
+    ScrollBar scrollBar{Qt::Horizontal};
+    int clicks = 0;
+};
+
+class ModalSessionsTest : public QtTest {
+protected:
+    ModalSessionsTest() { main.window.show(); }
+    ~ModalSessionsTest() override { handleEvents(); }
+
+    /// Runs a session in which `inside` is done, which ends it.
+    void during(QWidget& window, const std::function<void()>& inside)
+    {
+        soon([&] {
+            inside();
+            sessions.end(window);
+        });
+        sessions.run(window);
+    }
+
+    ModalSessions& sessions = application.sessions();
+    Pane main{QStringLiteral("main")};
+    Pane dialog{QStringLiteral("dialog")};
+    Pane inner{QStringLiteral("inner")};
+};
+
+TEST_F(ModalSessionsTest, ShowsTheWindowAndLeavesItOnTheScreen)
+{
+    bool wasVisible = false;
+
+    during(dialog.window, [&] { wasVisible = dialog.window.isVisible(); });
+
+    EXPECT_TRUE(wasVisible);
+    EXPECT_TRUE(dialog.window.isVisible());
+}
+
+TEST_F(ModalSessionsTest, KeepsClicksFromOtherWindows)
+{
+    during(dialog.window, [&] {
+        click(main.button);
+        click(dialog.button);
+    });
+    EXPECT_EQ(main.clicks, 0);
+    EXPECT_EQ(dialog.clicks, 1);
+
+    click(main.button);
+    EXPECT_EQ(main.clicks, 1);
+}
+
+TEST_F(ModalSessionsTest, KeepsKeysFromOtherWindows)
+{
+    during(dialog.window, [&] {
+        main.window.activateWindow();
+        main.line.setFocus();
+        press(main.window, Qt::Key_A);
+        dialog.window.activateWindow();
+        dialog.line.setFocus();
+        press(dialog.window, Qt::Key_A);
+    });
+
+    EXPECT_EQ(main.line.text(), QString());
+    EXPECT_EQ(dialog.line.text(), QStringLiteral("a"));
+}
+
+TEST_F(ModalSessionsTest, KeepsMnemonicsFromOtherWindows)
+{
+    during(dialog.window, [&] {
+        main.window.activateWindow();
+        handleEvents();
+        press(main.window, Qt::Key_P, Qt::AltModifier);
+    });
+    EXPECT_EQ(main.clicks, 0);
+
+    main.window.activateWindow();
+    handleEvents();
+    press(main.window, Qt::Key_P, Qt::AltModifier);
+    handleEventsUntil([&] { return main.clicks == 1; });
+}
+
+TEST_F(ModalSessionsTest, KeepsTheWheelFromOtherWindows)
+{
+    const auto turn = [](QWidget& widget) {
+        QWheelEvent event(QPointF(2, 2), widget.mapToGlobal(QPointF(2, 2)), {}, {0, -120}, {}, {},
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&widget, &event);
+    };
+
+    during(dialog.window, [&] {
+        turn(main.scrollBar);
+        turn(dialog.scrollBar);
+    });
+
+    EXPECT_EQ(main.scrollBar.value(), 0);
+    EXPECT_GT(dialog.scrollBar.value(), 0);
+}
+
+TEST_F(ModalSessionsTest, BringsItsWindowToTheFrontWhenAnotherIsClicked)
+{
+    during(dialog.window, [&] {
+        main.window.activateWindow();
+        handleEventsUntil([&] { return main.window.isActiveWindow(); });
+
+        click(main.button);
+
+        handleEventsUntil([&] { return dialog.window.isActiveWindow(); });
+    });
+}
+
+TEST_F(ModalSessionsTest, Nests)
+{
+    std::vector<std::string> order;
+
+    during(dialog.window, [&] {
+        during(inner.window, [&] {
+            click(dialog.button);
+            click(inner.button);
+            order.emplace_back("inner");
+        });
+        click(dialog.button);
+        click(inner.button);
+        order.emplace_back("dialog");
+    });
+
+    EXPECT_EQ(order, (std::vector<std::string>{"inner", "dialog"}));
+    EXPECT_EQ(dialog.clicks, 1);
+    EXPECT_EQ(inner.clicks, 1);
+}
+
+TEST_F(ModalSessionsTest, EndsTheInnermostFirst)
+{
+    std::vector<std::string> order;
+    soon([&] {
+        soon([&] { sessions.end(); });
+        sessions.run(inner.window);
+        order.emplace_back("inner");
+        sessions.end();
+    });
+
+    sessions.run(dialog.window);
+    order.emplace_back("dialog");
+
+    EXPECT_EQ(order, (std::vector<std::string>{"inner", "dialog"}));
+}
+
+TEST_F(ModalSessionsTest, LetsAnOuterOneWaitThatEndsBeforeTheInner)
+{
+    std::vector<std::string> order;
+    soon([&] {
+        soon([&] {
+            sessions.end(dialog.window);
+            click(dialog.button);
+            soon([&] { sessions.end(inner.window); });
+        });
+        sessions.run(inner.window);
+        order.emplace_back("inner");
+    });
+
+    sessions.run(dialog.window);
+    order.emplace_back("dialog");
+
+    EXPECT_EQ(order, (std::vector<std::string>{"inner", "dialog"}));
+    EXPECT_EQ(dialog.clicks, 0);
+}
+
+TEST_F(ModalSessionsTest, EndsNothingWhenNoneRuns)
+{
+    sessions.end();
+    sessions.end(dialog.window);
+
+    during(dialog.window, [] {});
+}
+
+TEST_F(ModalSessionsTest, LetsThroughPopupsOfItsWindow)
+{
+    int triggers = 0;
+    QMenu menu(&dialog.window);
+    QObject::connect(menu.addAction(QStringLiteral("Copy")), &QAction::triggered,
+                     [&] { ++triggers; });
+
+    during(dialog.window, [&] {
+        menu.popup(dialog.window.mapToGlobal(QPoint()));
+        const auto place = menu.actionGeometry(menu.actions().front()).center();
+        QTest::mouseClick(menu.windowHandle(), Qt::LeftButton, {}, place);
+    });
+
+    EXPECT_EQ(triggers, 1);
+}
+
+TEST_F(ModalSessionsTest, ClosesTheMenusThatAreOpen)
+{
+    QMenu menu(&main.window);
+    menu.addAction(QStringLiteral("Copy"));
+    menu.popup(main.window.mapToGlobal(QPoint()));
+
+    during(dialog.window, [&] { EXPECT_FALSE(menu.isVisible()); });
+}
+
+TEST_F(ModalSessionsTest, LetsCloseRequestsThrough)
+{
+    during(dialog.window, [&] {
+        pressCloseControl(main.window);
+
+        EXPECT_FALSE(main.window.isVisible());
+    });
+}
+
+TEST_F(ModalSessionsTest, LetsGoOfWhatThePressedMouseHolds)
+{
+    QTest::mousePress(
+        main.window.windowHandle(), Qt::LeftButton, {},
+        main.scrollBar.mapTo(&main.window, main.scrollBar.rect().center() + QPoint(30, 0)));
+    ASSERT_NE(main.scrollBar.repeatAction(), QAbstractSlider::SliderNoAction);
+
+    during(dialog.window, [&] {
+        // A scroll bar that is held scrolls on by a timer of its own.
+        EXPECT_EQ(main.scrollBar.repeatAction(), QAbstractSlider::SliderNoAction);
+        QTest::mouseRelease(main.window.windowHandle(), Qt::LeftButton);
+    });
+}
+
+TEST_F(ModalSessionsTest, ClicksNothingThatThePressedMouseHolds)
+{
+    QTest::mousePress(main.window.windowHandle(), Qt::LeftButton, {},
+                      main.button.mapTo(&main.window, main.button.rect().center()));
+    ASSERT_TRUE(main.button.isDown());
+
+    during(dialog.window, [&] {
+        EXPECT_FALSE(main.button.isDown());
+        QTest::mouseRelease(main.window.windowHandle(), Qt::LeftButton, {},
+                            main.button.mapTo(&main.window, main.button.rect().center()));
+    });
+
+    EXPECT_EQ(main.clicks, 0);
+}
+
+TEST_F(ModalSessionsTest, PutsItsWindowAboveTheMainOne)
+{
+    const auto mainInterface = load("MainWindow");
+    mainInterface->window().show();
+
+    during(dialog.window, [&] {
+        EXPECT_EQ(dialog.window.windowHandle()->transientParent(),
+                  shownWindow(QStringLiteral("MainWindow")).windowHandle());
+    });
+}
+
+}  // namespace
+
+}  // namespace dunmora::test

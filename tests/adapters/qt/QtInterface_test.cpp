@@ -1,0 +1,385 @@
+#include "tests/adapters/qt/QtTest.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QToolButton>
+
+#include <atomic>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+namespace dunmora::test {
+
+namespace {
+
+class QtInterfaceTest : public QtTest {
+protected:
+    /// Does what the program does with a command: gives it a handler, which counts.
+    static void count(QtInterface& interface, std::string_view command, int& uses)
+    {
+        interface.command(command).setHandler([&uses](View* /*sender*/) { ++uses; });
+    }
+};
+
+class CountingDelegate final : public WindowDelegate {
+public:
+    void windowWillClose() override { ++closes; }
+
+    int closes = 0;
+};
+
+TEST_F(QtInterfaceTest, IsNoneWhereThereIsNoFile)
+{
+    EXPECT_EQ(loader.load("NoWindow"), nullptr);
+}
+
+TEST_F(QtInterfaceTest, IsNoneWhereTheFileCannotBeRead)
+{
+    const TemporaryFolder folder;
+    write(folder.path() / "Broken.ui", "<ui version=\"4.0\"><widget class=\"QDialog\"");
+    QtInterfaceLoader other(application.sessions(), folder.path().string());
+
+    EXPECT_EQ(other.load("Broken"), nullptr);
+}
+
+TEST_F(QtInterfaceTest, RefusesNamesThatItDoesNotHold)
+{
+    const auto interface = load("FilterWindow");
+
+    EXPECT_THROW(interface->view("txtNothing"), std::logic_error);
+    EXPECT_THROW(interface->button("txtCondition"), std::logic_error);
+    EXPECT_THROW(interface->checkBox("txtCondition"), std::logic_error);
+    EXPECT_THROW(interface->textField("btnFilterHome"), std::logic_error);
+    EXPECT_THROW(interface->progressIndicator("btnFilterHome"), std::logic_error);
+    EXPECT_THROW(interface->tableView("btnFilterHome"), std::logic_error);
+    EXPECT_THROW(interface->command("OnNothing"), std::logic_error);
+}
+
+TEST_F(QtInterfaceTest, GivesTheSameOutletEachTime)
+{
+    const auto interface = load("FilterWindow");
+
+    EXPECT_EQ(&interface->checkBox("btnFilterHome"), &interface->checkBox("btnFilterHome"));
+    EXPECT_NE(&interface->checkBox("btnFilterHome"), &interface->checkBox("btnFilterWork"));
+}
+
+TEST_F(QtInterfaceTest, HandsTheHandlerTheBoxThatWasClicked)
+{
+    const auto interface = load("FilterWindow");
+    auto& home = interface->checkBox("btnFilterHome");
+    View* clicked = nullptr;
+    interface->command("OnCheckBoxes").setHandler([&](View* sender) { clicked = sender; });
+    interface->window().show();
+
+    click(widgetIn<QCheckBox>(shownWindow(QStringLiteral("FilterWindow")), "btnFilterHome"));
+
+    EXPECT_EQ(clicked, &home);
+    EXPECT_EQ(home.state(), CheckState::On);
+}
+
+TEST_F(QtInterfaceTest, RunsNoCommandForAStateThatTheProgramSets)
+{
+    const auto interface = load("FilterWindow");
+    int uses = 0;
+    count(*interface, "OnCheckBoxes", uses);
+
+    for (const auto state : {CheckState::On, CheckState::Mixed, CheckState::Off}) {
+        interface->checkBox("btnFilterHome").setState(state);
+
+        EXPECT_EQ(interface->checkBox("btnFilterHome").state(), state);
+    }
+    EXPECT_EQ(uses, 0);
+}
+
+TEST_F(QtInterfaceTest, CanUseACommandOnlyWithAHandlerAndEnabled)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    auto& action = widgetIn<QAction>(window, "OnOpen");
+    auto& button = widgetIn<QPushButton>(window, "btnEmptyOpen");
+    const auto enabled = [&] { return std::pair(action.isEnabled(), button.isEnabled()); };
+    const std::pair both(true, true);
+    const std::pair neither(false, false);
+    EXPECT_EQ(enabled(), neither);
+    int uses = 0;
+
+    count(*interface, "OnOpen", uses);
+    EXPECT_EQ(enabled(), both);
+    action.trigger();
+    click(button);
+    EXPECT_EQ(uses, 2);
+
+    interface->command("OnOpen").setEnabled(false);
+    EXPECT_EQ(enabled(), neither);
+    action.trigger();
+    click(button);
+    EXPECT_EQ(uses, 2);
+
+    interface->command("OnOpen").setEnabled(true);
+    EXPECT_EQ(enabled(), both);
+    interface->command("OnOpen").setHandler({});
+    EXPECT_EQ(enabled(), neither);
+}
+
+TEST_F(QtInterfaceTest, GivesNoSenderForAnAction)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    std::optional<View*> sender;
+    interface->command("OnReload").setHandler([&](View* from) { sender = from; });
+
+    widgetIn<QAction>(shownWindow(QStringLiteral("MainWindow")), "OnReload").trigger();
+
+    EXPECT_EQ(sender, nullptr);
+}
+
+TEST_F(QtInterfaceTest, DoesNothingForCommandsOutsideTheSessionButWhatIsAlwaysUsable)
+{
+    const auto main = load("MainWindow");
+    const auto filter = load("FilterWindow");
+    main->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    int reloads = 0;
+    int opens = 0;
+    int quits = 0;
+    int okays = 0;
+    count(*main, "OnReload", reloads);
+    count(*main, "OnOpen", opens);
+    count(*main, "OnQuit", quits);
+    count(*filter, "OnOkay", okays);
+
+    soon([&] {
+        // As an assistive technology does, which sends no event that could be kept away.
+        widgetIn<QAction>(window, "OnReload").trigger();
+        widgetIn<QPushButton>(window, "btnEmptyOpen").click();
+        widgetIn<QAction>(window, "OnQuit").trigger();
+        press(shownWindow(QStringLiteral("FilterWindow")), Qt::Key_Return);
+        application.abortModal();
+    });
+    application.runModalForWindow(filter->window());
+
+    EXPECT_EQ(reloads, 0);
+    EXPECT_EQ(opens, 0);
+    EXPECT_EQ(quits, 1);
+    EXPECT_EQ(okays, 1);
+}
+
+TEST_F(QtInterfaceTest, RunsTheCloseCommandInsteadOfClosing)
+{
+    const auto interface = load("FilterWindow");
+    int cancels = 0;
+    count(*interface, "OnCancel", cancels);
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("FilterWindow"));
+
+    pressCloseControl(window);
+    EXPECT_EQ(cancels, 1);
+    EXPECT_TRUE(window.isVisible());
+
+    press(window, Qt::Key_Escape);
+    EXPECT_EQ(cancels, 2);
+    EXPECT_TRUE(window.isVisible());
+
+    interface->window().close();
+    EXPECT_EQ(cancels, 2);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(QtInterfaceTest, RunsNoCloseCommandOfAWindowThatWaits)
+{
+    const auto outer = load("FilterWindow");
+    const auto inner = load("FilterWindow");
+    int cancels = 0;
+    count(*outer, "OnCancel", cancels);
+    outer->window().show();
+    auto& window = shownWindow(QStringLiteral("FilterWindow"));
+
+    soon([&] {
+        pressCloseControl(window);
+        application.abortModal();
+    });
+    application.runModalForWindow(inner->window());
+
+    EXPECT_EQ(cancels, 0);
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(QtInterfaceTest, TellsTheDelegateOfTheWindowsEndOnce)
+{
+    const auto interface = load("MainWindow");
+    CountingDelegate delegate;
+    interface->window().setDelegate(&delegate);
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+
+    pressCloseControl(window);
+    EXPECT_EQ(delegate.closes, 1);
+    EXPECT_FALSE(window.isVisible());
+
+    interface->window().show();
+    interface->window().close();
+    EXPECT_EQ(delegate.closes, 2);
+}
+
+TEST_F(QtInterfaceTest, TellsTheDelegateNothingOfItsOwnEnd)
+{
+    CountingDelegate delegate;
+    auto interface = load("MainWindow");
+    interface->window().setDelegate(&delegate);
+    interface->window().show();
+
+    interface.reset();
+
+    EXPECT_THROW(shownWindow(QStringLiteral("MainWindow")), std::runtime_error);
+    EXPECT_EQ(delegate.closes, 0);
+}
+
+TEST_F(QtInterfaceTest, EndsOnAnyThread)
+{
+    // As a controller is held by several; the last one to let go is a job.
+    std::shared_ptr<QtInterface> interface = load("ProgressWindow");
+    interface->window().show();
+    const QPointer<QWidget> window(&shownWindow(QStringLiteral("ProgressWindow")));
+    auto& bar = interface->progressIndicator("progress");
+
+    application.detachNewThread("LoadContacts", [&bar, interface] {
+        bar.setDoubleValue(1);
+        bar.setNeedsDisplay();
+    });
+    interface.reset();
+    handleEventsUntil([&] { return window.isNull(); });
+}
+
+TEST_F(QtInterfaceTest, EndsInTheMiddleOfItsOwnCommand)
+{
+    auto interface = load("FilterWindow");
+    interface->command("OnOkay").setHandler([&](View* /*sender*/) { interface.reset(); });
+    interface->window().show();
+    const QPointer<QWidget> window(&shownWindow(QStringLiteral("FilterWindow")));
+
+    press(*window, Qt::Key_Return);
+    handleEventsUntil([&] { return window.isNull(); });
+}
+
+TEST_F(QtInterfaceTest, FloatsAboveTheMainWindowWithoutTheKeyboardOrACloseControl)
+{
+    const auto main = load("MainWindow");
+    const auto progress = load("ProgressWindow");
+    main->window().show();
+    progress->window().setLevel(WindowLevel::Floating);
+
+    progress->window().show();
+    handleEvents();
+
+    auto& window = shownWindow(QStringLiteral("ProgressWindow"));
+    EXPECT_EQ(window.windowHandle()->transientParent(),
+              shownWindow(QStringLiteral("MainWindow")).windowHandle());
+    EXPECT_TRUE(window.testAttribute(Qt::WA_ShowWithoutActivating));
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
+    EXPECT_FALSE(window.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+    EXPECT_FALSE(window.isModal());
+
+    pressCloseControl(window);
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(QtInterfaceTest, ShowsTitlesAndTextsAsTheyAre)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+
+    interface->window().setTitle("a[*]b");
+    interface->button("btnNotes").setTitle("Smith & Sons");
+    interface->textField("txtTotal").setStringValue("<b>0 duplicates</b> \xc3\xa9");
+    handleEvents();
+
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("a[*][*]b"));
+    EXPECT_EQ(widgetIn<QToolButton>(window, "btnNotes").text(), QStringLiteral("Smith && Sons"));
+    const auto& total = widgetIn<QLabel>(window, "txtTotal");
+    EXPECT_EQ(total.text(), QStringLiteral("<b>0 duplicates</b> \u00e9"));
+    EXPECT_EQ(total.textFormat(), Qt::PlainText);
+}
+
+TEST_F(QtInterfaceTest, HidesAndShowsViews)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& button = widgetIn<QToolButton>(shownWindow(QStringLiteral("MainWindow")), "btnNotes");
+    EXPECT_FALSE(button.isVisible());
+
+    interface->button("btnNotes").setHidden(false);
+    EXPECT_TRUE(button.isVisible());
+
+    interface->view("btnNotes").setHidden(true);
+    EXPECT_FALSE(button.isVisible());
+}
+
+/// Drags something over a window and drops it; returns whether it was accepted both times.
+bool drop(QWidget& window, const QList<QUrl>& urls)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&window, &enter);
+    QDropEvent event({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    event.ignore();
+    QCoreApplication::sendEvent(&window, &event);
+    handleEvents();
+    return enter.isAccepted() && event.isAccepted();
+}
+
+TEST_F(QtInterfaceTest, TakesOneDroppedFileWhileTheCommandIsUsable)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    std::vector<std::filesystem::path> dropped;
+    interface->setDropHandler("OnOpen",
+                              [&](const std::filesystem::path& path) { dropped.push_back(path); });
+    const auto book = QUrl::fromLocalFile(QStringLiteral("/books/M\u00fcller & Co.vcf"));
+
+    EXPECT_FALSE(drop(window, {book}));
+
+    interface->command("OnOpen").setHandler([](View* /*sender*/) {});
+    EXPECT_TRUE(drop(window, {book}));
+    EXPECT_FALSE(drop(window, {book, book}));
+    EXPECT_FALSE(drop(window, {QUrl(QStringLiteral("http://example.com/a.vcf"))}));
+
+    interface->command("OnOpen").setEnabled(false);
+    EXPECT_FALSE(drop(window, {book}));
+
+    EXPECT_EQ(dropped, std::vector<std::filesystem::path>{"/books/M\xc3\xbcller & Co.vcf"});
+}
+
+TEST_F(QtInterfaceTest, TakesNothingDroppedDuringASession)
+{
+    const auto main = load("MainWindow");
+    const auto filter = load("FilterWindow");
+    main->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    int drops = 0;
+    main->command("OnOpen").setHandler([](View* /*sender*/) {});
+    main->setDropHandler("OnOpen", [&](const std::filesystem::path& /*path*/) { ++drops; });
+
+    soon([&] {
+        EXPECT_FALSE(drop(window, {QUrl::fromLocalFile(QStringLiteral("/book.vcf"))}));
+        application.abortModal();
+    });
+    application.runModalForWindow(filter->window());
+
+    EXPECT_EQ(drops, 0);
+}
+
+}  // namespace
+
+}  // namespace dunmora::test
