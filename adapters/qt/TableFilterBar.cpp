@@ -1,0 +1,134 @@
+#include "adapters/qt/TableFilterBar.h"
+
+#include <QAccessible>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QToolButton>
+
+#include <utility>
+
+namespace dunmora {
+
+TableFilterBar::TableFilterBar(QWidget* bar, QLineEdit* line, Handlers handlers)
+    : bar_(bar), line_(line), handlers_(std::move(handlers))
+{
+    if (bar_ == nullptr || line_ == nullptr) {
+        return;
+    }
+    auto* count = new QLabel(bar);
+    count->setTextFormat(Qt::PlainText);
+    count->setObjectName(line->objectName() + QLatin1String("Count"));
+    count_ = count;
+    auto* close = new QToolButton(bar);
+    close->setIcon(bar->style()->standardIcon(QStyle::SP_TitleBarCloseButton, nullptr, bar));
+    close->setAutoRaise(true);
+    close->setToolTip(QStringLiteral("Show all rows"));
+    close->setAccessibleName(QStringLiteral("Show all rows"));
+    close->setObjectName(line->objectName() + QLatin1String("Close"));
+    if (auto* layout = bar->layout()) {
+        layout->addWidget(count);
+        layout->addWidget(close);
+    }
+    line->installEventFilter(this);
+    connect(line, &QLineEdit::textChanged, this, [this] { handlers_.typed(); });
+    connect(close, &QToolButton::clicked, this, [this] { handlers_.closed(); });
+    showOrHide();
+}
+
+QString TableFilterBar::text() const
+{
+    return isOpen_ && line_ != nullptr ? line_->text() : QString();
+}
+
+void TableFilterBar::open()
+{
+    if (line_ == nullptr) {
+        return;
+    }
+    isOpen_ = true;
+    showOrHide();
+    takeFocus();
+}
+
+void TableFilterBar::close()
+{
+    isOpen_ = false;
+    if (line_ != nullptr) {
+        const QSignalBlocker blocker(*line_);
+        line_->clear();
+    }
+    showOrHide();
+}
+
+void TableFilterBar::setTableHidden(bool hidden)
+{
+    isTableHidden_ = hidden;
+    showOrHide();
+}
+
+void TableFilterBar::setEnabled(bool enabled)
+{
+    if (bar_ != nullptr) {
+        bar_->setEnabled(enabled);
+    }
+}
+
+bool TableFilterBar::hasFocus() const
+{
+    if (bar_ == nullptr) {
+        return false;
+    }
+    const auto* focused = bar_->window()->focusWidget();
+    return focused != nullptr && bar_->isAncestorOf(focused);
+}
+
+void TableFilterBar::takeFocus()
+{
+    if (line_ != nullptr) {
+        line_->setFocus(Qt::ShortcutFocusReason);
+        line_->selectAll();
+    }
+}
+
+void TableFilterBar::showCount(std::size_t shown, std::size_t all)
+{
+    if (count_ == nullptr) {
+        return;
+    }
+    const auto count = QStringLiteral("%1 of %2 shown").arg(shown).arg(all);
+    const auto text = shown == 0 && all > 0 ? QLatin1String("Nothing found: ") + count : count;
+    if (count_->text() != text) {
+        count_->setText(text);
+        QAccessibleEvent event(count_, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+bool TableFilterBar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) {
+        return QObject::eventFilter(watched, event);
+    }
+    const auto key = static_cast<QKeyEvent*>(event)->key();
+    const bool closes = key == Qt::Key_Escape;
+    const bool leaves = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (!closes && !leaves) {
+        return QObject::eventFilter(watched, event);
+    }
+    event->accept();
+    if (event->type() == QEvent::KeyPress) {
+        (closes ? handlers_.closed : handlers_.left)();
+    }
+    return true;
+}
+
+void TableFilterBar::showOrHide()
+{
+    if (bar_ != nullptr) {
+        bar_->setHidden(!isOpen_ || isTableHidden_);
+    }
+}
+
+}  // namespace dunmora
