@@ -145,8 +145,8 @@ void QtTableView::selectRow(std::size_t row)
 
 void QtTableView::editSelectedRows(std::string_view column, CheckState state)
 {
-    if (state != CheckState::mixed) {
-        edit(selectedSourceRows(), column, state == CheckState::on);
+    if (state != CheckState::Mixed) {
+        edit(selectedSourceRows(), column, state == CheckState::On);
     }
 }
 

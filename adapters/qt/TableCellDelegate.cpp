@@ -213,11 +213,11 @@ const QIcon& TableCellDelegate::iconOf(RowStyle::Warning::Sign sign) const
 {
     static const QIcon none;
     switch (sign) {
-    case RowStyle::Warning::Sign::doubt:
+    case RowStyle::Warning::Sign::Doubt:
         return doubt_;
-    case RowStyle::Warning::Sign::loss:
+    case RowStyle::Warning::Sign::Loss:
         return loss_;
-    case RowStyle::Warning::Sign::none:
+    case RowStyle::Warning::Sign::None:
         break;
     }
     return none;

@@ -183,13 +183,13 @@ TEST(QtTableView, EditsOnlySelectedRowsThatDoNotShowTheState)
     shown.rows.rows[1].isChecked = true;
     shown.select(0, 2);
 
-    shown.table.editSelectedRows("check", CheckState::on);
+    shown.table.editSelectedRows("check", CheckState::On);
     EXPECT_EQ(shown.rows.editedRows, (std::vector<Rows>{{0, 2}}));
 
-    shown.table.editSelectedRows("check", CheckState::on);
+    shown.table.editSelectedRows("check", CheckState::On);
     EXPECT_EQ(shown.rows.editedRows.size(), 1U) << "nothing had to change";
 
-    shown.table.editSelectedRows("check", CheckState::off);
+    shown.table.editSelectedRows("check", CheckState::Off);
     EXPECT_EQ(shown.rows.editedRows.back(), (Rows{0, 1, 2}));
 }
 
@@ -233,7 +233,7 @@ TEST(QtTableView, AsksNothingWhileItIsDisabled)
     shown.table.setNeedsDisplay();
     TableWindow::settle();
     shown.select(0, 3);
-    shown.table.editSelectedRows("check", CheckState::on);
+    shown.table.editSelectedRows("check", CheckState::On);
     shown.press(Qt::Key_Space);
     shown.widget.keyboardSearch(QStringLiteral("First9"));
     shown.table.selectRow(7);
@@ -250,7 +250,7 @@ TEST(QtTableView, KeepsWhatItHasDrawnWhileItIsDisabled)
 {
     TableWindow shown(1'000);
     shown.rows.rows[2].isChecked = true;
-    shown.rows.rows[2].style.warning = {RowStyle::Warning::Sign::loss, "Lost"};
+    shown.rows.rows[2].style.warning = {RowStyle::Warning::Sign::Loss, "Lost"};
     shown.draw();
     const auto name = shown.accessibleName(2, 0);
     shown.table.setEnabled(false);
@@ -290,10 +290,10 @@ TEST(QtTableView, KeepsTheMarksOfRowsThatWereEditedOutOfView)
     shown.draw();
     shown.select(0, 0);
     shown.rows.onRowsEdited = [&shown] {
-        shown.rows.rows[1].style.warning = {RowStyle::Warning::Sign::loss, "Lost"};
+        shown.rows.rows[1].style.warning = {RowStyle::Warning::Sign::Loss, "Lost"};
     };
 
-    shown.table.editSelectedRows("check", CheckState::on);
+    shown.table.editSelectedRows("check", CheckState::On);
     shown.table.setEnabled(false);
 
     EXPECT_TRUE(shown.isChecked(0));
@@ -354,7 +354,7 @@ TEST(QtTableView, AsksNothingWhileItsRowsAreGone)
     shown.press(Qt::Key_PageDown);
     shown.window.resize(800, 600);
     shown.table.selectRow(0);
-    shown.table.editSelectedRows("check", CheckState::on);
+    shown.table.editSelectedRows("check", CheckState::On);
     QTest::keyClick(&shown.line, Qt::Key_Down);
     shown.draw();
 
@@ -468,7 +468,7 @@ TEST(QtTableView, OutlivesItsWidgets)
     table.setEnabled(false);
     table.reloadData();
     table.selectRow(0);
-    table.editSelectedRows("check", CheckState::on);
+    table.editSelectedRows("check", CheckState::On);
     table.beginFiltering();
     table.endFiltering();
 
