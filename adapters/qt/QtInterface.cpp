@@ -5,6 +5,7 @@
 #include "adapters/qt/QtCheckBox.h"
 #include "adapters/qt/QtCommand.h"
 #include "adapters/qt/QtProgressIndicator.h"
+#include "adapters/qt/QtTableView.h"
 #include "adapters/qt/QtText.h"
 #include "adapters/qt/QtTextField.h"
 #include "adapters/qt/QtView.h"
@@ -16,8 +17,10 @@
 #include <QDropEvent>
 #include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QTableView>
 #include <QThread>
 #include <QUrl>
 
@@ -80,6 +83,20 @@ public:
                                    std::string(outlet));
         }
         return *widget;
+    }
+
+    /// The table with the filter that stands beside it under its name.
+    QtTableView& tableNamed(std::string_view outlet)
+    {
+        auto& widget = widgetNamed<QTableView>(outlet);
+        auto& table = tables_[&widget];
+        if (!table) {
+            const auto name = widget.objectName();
+            table = std::make_unique<QtTableView>(
+                widget, widget_->findChild<QWidget*>(name + QStringLiteral("FilterBar")),
+                widget_->findChild<QLineEdit*>(name + QStringLiteral("Filter")));
+        }
+        return *table;
     }
 
     QtCommand& commandNamed(std::string_view name)
@@ -216,6 +233,7 @@ private:
     DropHandler dropHandler_;
     // The outlets below refer to its parts.
     std::unique_ptr<QWidget> widget_;
+    std::map<const QTableView*, std::unique_ptr<QtTableView>> tables_;
 
 public:
     QtWindow window;
@@ -280,7 +298,7 @@ ProgressIndicator& QtInterface::progressIndicator(std::string_view outlet)
 
 TableView& QtInterface::tableView(std::string_view outlet)
 {
-    throw std::logic_error("no table is named " + std::string(outlet));
+    return content_->tableNamed(outlet);
 }
 
 Command& QtInterface::command(std::string_view name)
