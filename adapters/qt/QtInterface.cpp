@@ -99,6 +99,8 @@ public:
         return *table;
     }
 
+    bool hasCommand(std::string_view name) const { return commands_.find(name) != commands_.end(); }
+
     QtCommand& commandNamed(std::string_view name)
     {
         const auto found = commands_.find(name);
@@ -304,6 +306,11 @@ TableView& QtInterface::tableView(std::string_view outlet)
 Command& QtInterface::command(std::string_view name)
 {
     return content_->commandNamed(name);
+}
+
+bool QtInterface::hasCommand(std::string_view name) const
+{
+    return content_->hasCommand(name);
 }
 
 void QtInterface::setDropHandler(std::string_view command, DropHandler handler)

@@ -40,6 +40,8 @@ public:
     TableView& tableView(std::string_view outlet) override;
     Command& command(std::string_view name) override;
 
+    bool hasCommand(std::string_view name) const;
+
     /// Lets the user drop a file or a folder on the window wherever this command could be used.
     void setDropHandler(std::string_view command, DropHandler handler);
 

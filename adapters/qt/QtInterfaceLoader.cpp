@@ -30,6 +30,12 @@ QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions, std::string folder
 {
 }
 
+void QtInterfaceLoader::setDropHandler(std::string command, QtInterface::DropHandler handler)
+{
+    dropCommand_ = std::move(command);
+    dropHandler_ = std::move(handler);
+}
+
 std::unique_ptr<Interface> QtInterfaceLoader::load(std::string_view name)
 {
     return loadInterface(name);
@@ -49,7 +55,11 @@ std::unique_ptr<QtInterface> QtInterfaceLoader::loadInterface(std::string_view n
         return nullptr;
     }
     applyConventions(*window);
-    return std::make_unique<QtInterface>(std::move(window), sessions_);
+    auto interface = std::make_unique<QtInterface>(std::move(window), sessions_);
+    if (dropHandler_ && interface->hasCommand(dropCommand_)) {
+        interface->setDropHandler(dropCommand_, dropHandler_);
+    }
+    return interface;
 }
 
 }  // namespace dunmora
