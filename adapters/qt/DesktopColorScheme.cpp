@@ -1,0 +1,100 @@
+#include "adapters/qt/DesktopColorScheme.h"
+
+#include <QApplication>
+#include <QColor>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QLatin1String>
+#include <QPalette>
+#include <QStyle>
+
+namespace dunmora {
+
+namespace {
+
+constexpr QLatin1String kService("org.freedesktop.portal.Desktop");
+constexpr QLatin1String kPath("/org/freedesktop/portal/desktop");
+constexpr QLatin1String kInterface("org.freedesktop.portal.Settings");
+constexpr QLatin1String kGroup("org.freedesktop.appearance");
+constexpr QLatin1String kKey("color-scheme");
+// The portal's numbers: 0 is no preference, 2 is light.
+constexpr uint kPrefersDark = 1;
+// A portal that has to be started first must not keep the window from the user.
+constexpr int kMilliseconds = 250;
+
+bool isDark(const QPalette& palette)
+{
+    return palette.color(QPalette::Window).lightness() <
+           palette.color(QPalette::WindowText).lightness();
+}
+
+/// Greys of the Fusion style turned over; the contrast of text to ground is at least 7 to 1, and
+/// 3 to 1 for what is disabled.
+QPalette darkPalette()
+{
+    const QColor window(0x2b, 0x2b, 0x2e);
+    const QColor base(0x1f, 0x1f, 0x22);
+    const QColor text(0xec, 0xec, 0xee);
+    const QColor disabledText(0x8c, 0x8c, 0x92);
+    const QColor highlight(0x2f, 0x6f, 0xc4);
+    QPalette palette(QColor(0x3a, 0x3a, 0x3f), window);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, QColor(0x27, 0x27, 0x2b));
+    palette.setColor(QPalette::ToolTipBase, QColor(0x3a, 0x3a, 0x3f));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::ToolTipText, QPalette::BrightText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, disabledText);
+    }
+    palette.setColor(QPalette::PlaceholderText, QColor(0x9a, 0x9a, 0xa0));
+    palette.setColor(QPalette::Highlight, highlight);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4a, 0x4a, 0x50));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, disabledText);
+    palette.setColor(QPalette::Link, QColor(0x7a, 0xb4, 0xff));
+    palette.setColor(QPalette::LinkVisited, QColor(0xc0, 0x9a, 0xf0));
+    return palette;
+}
+
+void apply(const QDBusVariant& value)
+{
+    // Styles of a desktop bring its colours along; Fusion is what stands where there is none.
+    if (QApplication::style()->name() != QLatin1String("fusion")) {
+        return;
+    }
+    // No palette of ours: what the platform would show.
+    QApplication::setPalette(QPalette());
+    if (value.variant().toUInt() == kPrefersDark && !isDark(QApplication::palette())) {
+        QApplication::setPalette(darkPalette());
+    }
+}
+
+}  // namespace
+
+DesktopColorScheme::DesktopColorScheme()
+{
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return;
+    }
+    bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
+                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    auto read = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
+    read << QString(kGroup) << QString(kKey);
+    const auto reply = bus.call(read, QDBus::Block, kMilliseconds);
+    if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
+        // Read wraps the value in one more variant than the signal does.
+        const auto outer = reply.arguments().constFirst().value<QDBusVariant>();
+        apply(outer.variant().value<QDBusVariant>());
+    }
+}
+
+void DesktopColorScheme::settingChanged(const QString& group, const QString& key,
+                                        const QDBusVariant& value)
+{
+    if (group == kGroup && key == kKey) {
+        apply(value);
+    }
+}
+
+}  // namespace dunmora
