@@ -1,6 +1,7 @@
 #include "app/DunmoraAppDelegate.h"
 
 #include "app/AppData.h"
+#include "app/JobThreads.h"
 #include "app/NotificationCenter.h"
 #include "app/ProgressWindowController.h"
 #include "engine/ContactsParser.h"
@@ -31,7 +32,7 @@ void DunmoraAppDelegate::applicationDidBecomeActive()
     }
     alreadyRun_ = true;
     showProgress();
-    Desktop::current().application.detachNewThread("LoadContacts", [this] { LoadContacts(); });
+    Desktop::current().application.detachNewThread(kThreadLoadContacts, [this] { LoadContacts(); });
 }
 
 void DunmoraAppDelegate::windowWillClose()
@@ -76,7 +77,7 @@ void DunmoraAppDelegate::OnFinished(const Notification& notification)
         FilterController dialog;
         if (dialog.showModal()) {
             showProgress();
-            Desktop::current().application.detachNewThread("FindDuplicates",
+            Desktop::current().application.detachNewThread(kThreadFindDuplicates,
                                                            [this] { FindDuplicates(); });
         }
     } else if (job == kJobFinding || job == kJobDeleting) {

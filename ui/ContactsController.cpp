@@ -2,6 +2,7 @@
 
 #include "app/AppData.h"
 #include "app/DunmoraAppDelegate.h"
+#include "app/JobThreads.h"
 #include "app/NotificationCenter.h"
 #include "app/ProgressWindowController.h"
 #include "app/Settings.h"
@@ -97,7 +98,7 @@ void ContactsController::OnReload(View* /*sender*/)
     tableContacts_->reloadData();
     showProgress();
     Desktop::current().application.detachNewThread(
-        "LoadContacts", [&delegate = delegate_] { delegate.LoadContacts(); });
+        kThreadLoadContacts, [&delegate = delegate_] { delegate.LoadContacts(); });
 }
 
 void ContactsController::OnDelete(View* /*sender*/)
@@ -125,7 +126,8 @@ void ContactsController::OnDelete(View* /*sender*/)
     tableContacts_->setEnabled(false);
     showProgress();
     Desktop::current().application.detachNewThread(
-        "DeleteCheckedContacts", [this, uids = std::move(uids)] { DeleteCheckedContacts(uids); });
+        kThreadDeleteCheckedContacts,
+        [this, uids = std::move(uids)] { DeleteCheckedContacts(uids); });
 }
 
 void ContactsController::showProgress()
