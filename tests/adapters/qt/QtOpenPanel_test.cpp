@@ -1,0 +1,154 @@
+#include "adapters/qt/QtOpenPanel.h"
+#include "tests/adapters/qt/QtTest.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <QAbstractItemView>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+namespace dunmora::test {
+
+namespace {
+
+class QtOpenPanelTest : public QtTest {
+protected:
+    QtOpenPanelTest()
+    {
+        write(folder.path() / "book.vcf", "");
+        write(folder.path() / "book.txt", "");
+        std::filesystem::create_directory(folder.path() / "cards");
+    }
+
+    static QFileDialog& shownDialog()
+    {
+        for (auto* const window : QApplication::topLevelWidgets()) {
+            if (auto* const found = qobject_cast<QFileDialog*>(window);
+                found && found->isVisible()) {
+                return *found;
+            }
+        }
+        throw std::runtime_error("no panel is shown");
+    }
+
+    /// Shows the panel in the folder, does what the user does, and returns the choice.
+    std::optional<std::filesystem::path>
+    choose(const std::function<void(QFileDialog& dialog)>& user)
+    {
+        soon([&] {
+            auto& dialog = shownDialog();
+            dialog.setDirectory(QString::fromStdString(folder.path().string()));
+            user(dialog);
+        });
+        return panel.runModal();
+    }
+
+    static QPushButton& folderButton(QFileDialog& dialog)
+    {
+        for (auto* const button : dialog.findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("Open This &Folder")) {
+                return *button;
+            }
+        }
+        throw std::runtime_error("no button opens the folder");
+    }
+
+    const TemporaryFolder folder;
+    QtOpenPanel panel{application.sessions()};
+};
+
+TEST_F(QtOpenPanelTest, ChoosesNothingWhenCancelled)
+{
+    EXPECT_EQ(choose([](QFileDialog& dialog) { press(dialog, Qt::Key_Escape); }), std::nullopt);
+    EXPECT_EQ(choose([](QFileDialog& dialog) { pressCloseControl(dialog); }), std::nullopt);
+}
+
+TEST_F(QtOpenPanelTest, ChoosesAFile)
+{
+    const auto choice = choose([](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(QStringLiteral("book.vcf"));
+        press(dialog, Qt::Key_Return);
+    });
+
+    EXPECT_EQ(choice, folder.path() / "book.vcf");
+}
+
+TEST_F(QtOpenPanelTest, ChoosesTheFolderThatItShows)
+{
+    const auto choice = choose([](QFileDialog& dialog) { click(folderButton(dialog)); });
+
+    EXPECT_EQ(choice, folder.path());
+}
+
+TEST_F(QtOpenPanelTest, ChoosesTheFolderThatIsSelected)
+{
+    const auto choice = choose([](QFileDialog& dialog) {
+        auto& view = *dialog.findChild<QAbstractItemView*>(QStringLiteral("listView"));
+        const auto cards = [&] {
+            const auto* const model = view.model();
+            for (int row = 0; row < model->rowCount(view.rootIndex()); ++row) {
+                const auto index = model->index(row, 0, view.rootIndex());
+                if (index.data().toString() == QStringLiteral("cards")) {
+                    return index;
+                }
+            }
+            return QModelIndex();
+        };
+        // The dialog reads the folder on a thread of its own.
+        handleEventsUntil([&] { return cards().isValid(); });
+        view.setCurrentIndex(cards());
+        click(folderButton(dialog));
+    });
+
+    EXPECT_EQ(choice, folder.path() / "cards");
+}
+
+TEST_F(QtOpenPanelTest, OffersVCardFilesFirst)
+{
+    choose([](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.selectedNameFilter(), QStringLiteral("vCard files (*.vcf *.vcard)"));
+        EXPECT_EQ(dialog.nameFilters().size(), 2);
+        press(dialog, Qt::Key_Escape);
+    });
+}
+
+TEST_F(QtOpenPanelTest, CanBeUsedWithoutAMouse)
+{
+    choose([](QFileDialog& dialog) {
+        auto& button = folderButton(dialog);
+        EXPECT_TRUE(button.focusPolicy() & Qt::TabFocus);
+        QStringList mnemonics;
+        for (const auto* const other : dialog.findChildren<QPushButton*>()) {
+            mnemonics.push_back(QKeySequence::mnemonic(other->text()).toString());
+        }
+        for (const auto* const label : dialog.findChildren<QLabel*>()) {
+            mnemonics.push_back(QKeySequence::mnemonic(label->text()).toString());
+        }
+        EXPECT_EQ(mnemonics.count(QKeySequence::mnemonic(button.text()).toString()), 1);
+        press(dialog, Qt::Key_Escape);
+    });
+}
+
+TEST_F(QtOpenPanelTest, BeginsWhereTheLastChoiceWas)
+{
+    choose([](QFileDialog& dialog) { click(folderButton(dialog)); });
+    QString start;
+
+    soon([&] {
+        start = shownDialog().directory().absolutePath();
+        press(shownDialog(), Qt::Key_Escape);
+    });
+    panel.runModal();
+
+    EXPECT_EQ(start.toStdString(), folder.path().string());
+}
+
+}  // namespace
+
+}  // namespace dunmora::test

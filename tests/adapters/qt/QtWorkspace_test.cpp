@@ -1,0 +1,100 @@
+#include "adapters/qt/QtWorkspace.h"
+#include "tests/adapters/qt/QtTest.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+
+namespace {
+
+/// Takes the place of the programs that the user has chosen.
+class Programs final : public QObject {
+    Q_OBJECT
+
+public:
+    Programs()
+    {
+        for (const auto& scheme : schemes()) {
+            QDesktopServices::setUrlHandler(scheme, this, "open");
+        }
+    }
+    ~Programs() override
+    {
+        for (const auto& scheme : schemes()) {
+            QDesktopServices::unsetUrlHandler(scheme);
+        }
+    }
+    Programs(const Programs&) = delete;
+    Programs& operator=(const Programs&) = delete;
+
+    Q_INVOKABLE void open(const QUrl& url)
+    {
+        EXPECT_EQ(QThread::currentThread(), thread());
+        opened.push_back(url.toEncoded().toStdString());
+    }
+
+    std::vector<std::string> opened;
+
+private:
+    static QStringList schemes()
+    {
+        return {QStringLiteral("http"),       QStringLiteral("https"), QStringLiteral("mailto"),
+                QStringLiteral("file"),       QStringLiteral("ftp"),   QStringLiteral("smb"),
+                QStringLiteral("javascript"), QStringLiteral("tel")};
+    }
+};
+
+class QtWorkspaceTest : public QtTest {
+protected:
+    Programs programs;
+    QtWorkspace workspace{application};
+};
+
+TEST_F(QtWorkspaceTest, OpensWebPagesAndNewMessages)
+{
+    const std::vector<std::string> urls{"http://dunmora.example.com/",
+                                        "https://dunmora.example.com/a?b=c%20d#e",
+                                        "mailto:support@dunmora.example.com"};
+
+    for (const auto& url : urls) {
+        EXPECT_TRUE(workspace.openURL(url)) << url;
+    }
+
+    EXPECT_EQ(programs.opened, urls);
+}
+
+TEST_F(QtWorkspaceTest, OpensNothingElse)
+{
+    for (const std::string url :
+         {"", "dunmora.example.com", "file:///etc/passwd", "/etc/passwd", "ftp://example.com/",
+          "javascript:alert(1)", "tel:123", "http://", "http:///path", "https://a b/",
+          "http://example.com/%zz", "mailto:", "http://[::1", "smb://example.com/"}) {
+        EXPECT_FALSE(workspace.openURL(url)) << url;
+    }
+
+    EXPECT_EQ(programs.opened, std::vector<std::string>());
+}
+
+TEST_F(QtWorkspaceTest, CanBeAskedFromAnyThread)
+{
+    std::atomic<bool> hasEnded = false;
+
+    application.detachNewThread("LoadContacts", [&] {
+        workspace.openURL("http://dunmora.example.com/");
+        hasEnded = true;
+    });
+    handleEventsUntil([&] { return hasEnded.load(); });
+
+    EXPECT_EQ(programs.opened.size(), 1U);
+}
+
+}  // namespace
+
+}  // namespace dunmora::test
+
+#include "QtWorkspace_test.moc"
