@@ -360,6 +360,35 @@ void QtTableView::edit(std::span<const std::size_t> sourceRows, std::string_view
     }
     model_.edit(sourceRows, column, isChecked);
     redraw();
+    announceMarks(sourceRows, column);
+}
+
+void QtTableView::announceMarks(std::span<const std::size_t> sourceRows, std::string_view column)
+{
+    const auto check = model_.checkColumn();
+    if (!QAccessible::isActive() || widget_ == nullptr || !check ||
+        model_.columns()[static_cast<std::size_t>(*check)].identifier != column) {
+        return;
+    }
+    // Nobody reads what is out of view, and all of a big table would take its time.
+    const int first = std::max(widget_->rowAt(0), 0);
+    const int afterLast = widget_->rowAt(widget_->viewport()->height() - 1);
+    const int last = afterLast < 0 ? model_.rowCount() - 1 : afterLast;
+    for (int row = first; row <= last; ++row) {
+        if (!std::binary_search(sourceRows.begin(), sourceRows.end(), model_.sourceRow(row))) {
+            continue;
+        }
+        // Qt counts the headers, shown or not, as the first row and the first column.
+        const int child = (row + 1) * (model_.columnCount() + 1) + *check + 1;
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent state(widget_, changed);
+        state.setChild(child);
+        QAccessible::updateAccessibility(&state);
+        QAccessibleEvent name(widget_, QAccessible::NameChanged);
+        name.setChild(child);
+        QAccessible::updateAccessibility(&name);
+    }
 }
 
 void QtTableView::redraw()

@@ -61,6 +61,8 @@ private:
     void moveToEnd(End end, Move move);
     void toggleSelectedRows();
     void edit(std::span<const std::size_t> sourceRows, std::string_view column, bool isChecked);
+    /// Lets assistive technology know that the check marks of these rows are others now.
+    void announceMarks(std::span<const std::size_t> sourceRows, std::string_view column);
     void redraw();
 
     void filterTyped();

@@ -280,25 +280,30 @@ QModelIndexList TableModel::match(const QModelIndex& start, int role, const QVar
     if (role != Qt::DisplayRole || !flags.testFlag(Qt::MatchStartsWith)) {
         return QAbstractTableModel::match(start, role, value, hits, flags);
     }
-    QModelIndexList found;
-    const NamePrefix prefix(value.toString());
-    const int rows = rowCount();
-    if (!isAsking_ || rows == 0) {
-        return found;
+    const auto typed = value.toString();
+    auto row = nextNamed(start.row(), NamePrefix(typed));
+    if (!row && typed.size() > 1 && typed.count(typed.front()) == typed.size()) {
+        // The same letter again and again goes from one such name to the next.
+        row = nextNamed(start.row(), NamePrefix(typed.left(1)));
     }
-    const int last = flags.testFlag(Qt::MatchWrap) ? rows : rows - start.row();
-    for (int i = 0; i < last && (hits < 0 || found.size() < hits); ++i) {
-        const int row = (start.row() + i) % rows;
-        const bool begins =
-            std::any_of(columns_.begin(), columns_.end(), [&](const TableColumn& column) {
-                return column.kind == RowFilter::Cell::Kind::Name &&
-                       prefix.begins(textIn(this->value(sourceRow(row), column.identifier)));
-            });
-        if (begins) {
-            found.append(index(row, start.column()));
+    return row ? QModelIndexList{index(*row, start.column())} : QModelIndexList();
+}
+
+std::optional<int> TableModel::nextNamed(int firstRow, const NamePrefix& prefix) const
+{
+    const int rows = isAsking_ ? rowCount() : 0;
+    const auto begins = [this, &prefix](int row, const TableColumn& column) {
+        return column.kind == RowFilter::Cell::Kind::Name &&
+               prefix.begins(textIn(value(sourceRow(row), column.identifier)));
+    };
+    for (int i = 0; i < rows; ++i) {
+        const int row = (firstRow + i) % rows;
+        if (std::any_of(columns_.begin(), columns_.end(),
+                        [&](const TableColumn& column) { return begins(row, column); })) {
+            return row;
         }
     }
-    return found;
+    return std::nullopt;
 }
 
 std::optional<CellValue> TableModel::value(std::size_t sourceRow, std::string_view column) const

@@ -18,6 +18,8 @@
 
 namespace dunmora {
 
+class NamePrefix;
+
 /// The rows that a table shows: those of its data source, or some of them. It holds no data; it
 /// asks for a row each time that the row is drawn or read, and remembers only how it showed those
 /// rows, for the time in which nothing may be asked.
@@ -88,12 +90,14 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// For typing ahead: the next rows whose first or last name begins so.
+    /// For typing ahead: the next row, from the start round to it, in which a first or a last name
+    /// begins so.
     QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                           Qt::MatchFlags flags) const override;
 
 private:
     std::optional<CellValue> value(std::size_t sourceRow, std::string_view column) const;
+    std::optional<int> nextNamed(int firstRow, const NamePrefix& prefix) const;
     const DrawnRow* freshRow(int row) const;
     std::size_t groupOf(std::size_t sourceRow) const;
     bool beginsGroup(int row, std::size_t group) const;

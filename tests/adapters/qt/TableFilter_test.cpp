@@ -1,0 +1,358 @@
+#include "tests/adapters/qt/TableWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+
+namespace {
+
+constexpr int kFirstName = 1;
+
+std::vector<std::string> firstNames(const TableWindow& shown)
+{
+    std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(shown.rowCount()));
+    for (int row = 0; row < shown.rowCount(); ++row) {
+        names.push_back(shown.text(row, kFirstName).toStdString());
+    }
+    return names;
+}
+
+using Names = std::vector<std::string>;
+
+TEST(TableFilter, IsClosedUntilItIsAskedFor)
+{
+    TableWindow shown(3);
+    EXPECT_TRUE(shown.bar.isHidden());
+
+    shown.table.beginFiltering();
+
+    EXPECT_FALSE(shown.bar.isHidden());
+    EXPECT_EQ(shown.focus(), &shown.line);
+    EXPECT_EQ(shown.countText(), QStringLiteral("3 of 3 shown"));
+}
+
+TEST(TableFilter, SelectsItsTextWhenItIsAskedForAgain)
+{
+    TableWindow shown(3);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("first"));
+    shown.widget.setFocus();
+
+    shown.table.beginFiltering();
+
+    EXPECT_EQ(shown.line.selectedText(), QStringLiteral("first"));
+    EXPECT_EQ(shown.focus(), &shown.line);
+}
+
+TEST(TableFilter, HidesRowsThatDoNotContainTheText)
+{
+    TableWindow shown(120);
+    shown.table.beginFiltering();
+
+    shown.type(QStringLiteral("FIRST11"));
+    EXPECT_EQ(shown.rowCount(), 11);
+    EXPECT_EQ(shown.countText(), QStringLiteral("11 of 120 shown"));
+
+    shown.type(QStringLiteral("first11 last11"));
+    EXPECT_EQ(firstNames(shown), Names{"First11"});
+    EXPECT_EQ(shown.countText(), QStringLiteral("1 of 120 shown"));
+
+    shown.type(QStringLiteral("5550042"));
+    EXPECT_EQ(firstNames(shown), Names{"First42"});
+
+    shown.type(QString());
+    EXPECT_EQ(shown.rowCount(), 120);
+    EXPECT_EQ(shown.countText(), QStringLiteral("120 of 120 shown"));
+}
+
+TEST(TableFilter, SaysThatItFindsNothing)
+{
+    TableWindow shown(3);
+    shown.table.beginFiltering();
+
+    shown.type(QStringLiteral("nobody"));
+
+    EXPECT_EQ(shown.rowCount(), 0);
+    EXPECT_EQ(shown.countText(), QStringLiteral("Nothing found: 0 of 3 shown"));
+}
+
+TEST(TableFilter, ChangesNoMark)
+{
+    TableWindow shown(10);
+    shown.table.beginFiltering();
+
+    shown.type(QStringLiteral("First1"));
+    shown.table.endFiltering();
+
+    EXPECT_TRUE(shown.rows.edits.empty());
+}
+
+TEST(TableFilter, EditsTheRowsThatAreShown)
+{
+    TableWindow shown(20);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+    ASSERT_EQ(firstNames(shown).at(3), "First12");
+
+    shown.click(shown.checkBox(3));
+    shown.widget.selectAll();
+    shown.table.editSelectedRows("check", CheckState::On);
+
+    EXPECT_EQ(shown.rows.editedRows, (std::vector<std::vector<std::size_t>>{
+                                         {12}, {1, 10, 11, 13, 14, 15, 16, 17, 18, 19}}));
+}
+
+TEST(TableFilter, DeselectsTheRowsThatItHides)
+{
+    TableWindow shown(30);
+    shown.select(0, 12);
+    shown.widget.selectionModel()->setCurrentIndex(shown.index(5, 1),
+                                                   QItemSelectionModel::NoUpdate);
+    const auto changes = shown.rows.selectionChanges;
+    shown.table.beginFiltering();
+
+    shown.type(QStringLiteral("First1"));
+    EXPECT_EQ(shown.selected(), (std::vector<int>{0, 1, 2, 3})) << "1, 10, 11 and 12";
+    EXPECT_EQ(shown.rows.selectionChanges, changes + 1);
+    EXPECT_EQ(shown.table.selectedRow(), 10U) << "in the place of 5";
+
+    shown.table.endFiltering();
+    EXPECT_EQ(shown.selected(), (std::vector<int>{1, 10, 11, 12}));
+    EXPECT_EQ(shown.rows.selectionChanges, changes + 1) << "the same rows";
+}
+
+TEST(TableFilter, GoesAwayWithEscape)
+{
+    TableWindow shown(30);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+
+    QTest::keyClick(&shown.line, Qt::Key_Escape);
+
+    EXPECT_TRUE(shown.bar.isHidden());
+    EXPECT_EQ(shown.line.text(), QString());
+    EXPECT_EQ(shown.rowCount(), 30);
+    EXPECT_EQ(shown.focus(), &shown.widget);
+}
+
+TEST(TableFilter, GoesAwayWithItsButton)
+{
+    TableWindow shown(30);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+
+    shown.bar.findChild<QToolButton*>()->click();
+
+    EXPECT_TRUE(shown.bar.isHidden());
+    EXPECT_EQ(shown.rowCount(), 30);
+}
+
+TEST(TableFilter, LeavesTheKeyboardAloneWhereItHasItNot)
+{
+    TableWindow shown(30);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+    shown.button.setFocus();
+
+    shown.table.endFiltering();
+
+    EXPECT_EQ(shown.rowCount(), 30);
+    EXPECT_EQ(shown.focus(), &shown.button);
+}
+
+TEST(TableFilter, LeadsToTheRowsWithDownAndEnter)
+{
+    for (const auto key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Enter}) {
+        TableWindow shown(30);
+        shown.table.beginFiltering();
+        shown.type(QStringLiteral("First1"));
+
+        QTest::keyClick(&shown.line, key);
+
+        EXPECT_EQ(shown.focus(), &shown.widget);
+        EXPECT_EQ(shown.table.selectedRow(), 1U);
+        EXPECT_FALSE(shown.bar.isHidden());
+        EXPECT_EQ(shown.rowCount(), 11);
+    }
+}
+
+TEST(TableFilter, StaysWhenTheTableIsReloaded)
+{
+    TableWindow shown(30);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+    for (std::size_t person = 30; person < 120; ++person) {
+        shown.add(person);
+    }
+
+    shown.table.reloadData();
+    TableWindow::settle();
+
+    EXPECT_EQ(shown.rowCount(), 31);
+    EXPECT_EQ(shown.countText(), QStringLiteral("31 of 120 shown"));
+}
+
+TEST(TableFilter, CountsNoRowsWhileThereAreNone)
+{
+    TableWindow shown(30);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+    shown.rows.rows.clear();
+
+    shown.table.reloadData();
+
+    EXPECT_EQ(shown.countText(), QStringLiteral("0 of 0 shown"));
+}
+
+TEST(TableFilter, GoesAwayForARowThatItHides)
+{
+    TableWindow shown(30);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+
+    shown.table.selectRow(11);
+    EXPECT_FALSE(shown.bar.isHidden());
+    EXPECT_EQ(shown.table.selectedRow(), 11U);
+
+    shown.table.selectRow(5);
+    EXPECT_TRUE(shown.bar.isHidden());
+    EXPECT_EQ(shown.rowCount(), 30);
+    EXPECT_EQ(shown.selected(), std::vector<int>{5});
+}
+
+TEST(TableFilter, IsDisabledWithTheTableAndComesBackWithItsText)
+{
+    TableWindow shown(30);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+    shown.draw();
+
+    shown.table.setEnabled(false);
+    EXPECT_FALSE(shown.line.isEnabled());
+    EXPECT_EQ(shown.rowCount(), 11);
+
+    shown.table.setEnabled(true);
+    shown.table.reloadData();
+    EXPECT_TRUE(shown.line.isEnabled());
+    EXPECT_EQ(shown.focus(), &shown.line);
+    EXPECT_EQ(shown.rowCount(), 11);
+}
+
+TEST(TableFilter, GoesAwayFromADisabledTableWithoutAQuestion)
+{
+    TableWindow shown(30);
+    shown.draw();
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+    shown.table.setEnabled(false);
+    const auto questions = shown.rows.questions();
+
+    shown.table.endFiltering();
+    shown.draw();
+
+    EXPECT_EQ(shown.rowCount(), 30);
+    EXPECT_EQ(shown.text(2, kFirstName), QStringLiteral("First2"));
+    EXPECT_EQ(shown.rows.questions(), questions);
+}
+
+TEST(TableFilter, LosesNoKeyInABigTable)
+{
+    TableWindow shown(60'000);
+    shown.table.beginFiltering();
+
+    // No turn of the event loop between the keys.
+    for (const char key : std::string_view("first59999")) {
+        QTest::keyClick(&shown.line, key);
+    }
+    QTest::keyClick(&shown.line, Qt::Key_Return);
+
+    EXPECT_EQ(firstNames(shown), Names{"First59999"});
+    EXPECT_EQ(shown.table.selectedRow(), 59'999U);
+}
+
+TEST(TableFilter, FindsTheSameInManyTurnsOfTheEventLoop)
+{
+    TableWindow shown(60'000);
+    shown.table.beginFiltering();
+    shown.line.setText(QStringLiteral("77"));
+    for (int turn = 0; turn < 10'000 && shown.rowCount() == 60'000; ++turn) {
+        QCoreApplication::processEvents();
+    }
+
+    int expected = 0;
+    for (std::size_t person = 0; person < 60'000; ++person) {
+        expected += std::to_string(person).find("77") != std::string::npos ? 1 : 0;
+    }
+    // Numbers of five digits stand in the telephone number too, as do all others.
+    EXPECT_EQ(shown.rowCount(), expected);
+}
+
+TEST(TableFilter, StopsSearchingWhenTheTableIsDisabled)
+{
+    TableWindow shown(60'000);
+    shown.table.beginFiltering();
+    shown.line.setText(QStringLiteral("77"));
+    ASSERT_EQ(shown.rowCount(), 60'000) << "the search takes more than one turn";
+
+    shown.table.setEnabled(false);
+    const auto questions = shown.rows.questions();
+    TableWindow::settle();
+    EXPECT_EQ(shown.rows.questions(), questions);
+
+    shown.table.setEnabled(true);
+    shown.table.reloadData();
+    for (int turn = 0; turn < 10'000 && shown.rowCount() == 60'000; ++turn) {
+        QCoreApplication::processEvents();
+    }
+    EXPECT_LT(shown.rowCount(), 60'000);
+}
+
+void fillEverySecondRow(TableWindow& shown)
+{
+    for (std::size_t i = 0; i < shown.rows.rows.size(); i += 2) {
+        shown.rows.rows[i].texts["nickname"] = "even";
+    }
+}
+
+void selectEveryFound(TableWindow& shown)
+{
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("even"));
+    QTest::keyClick(&shown.line, Qt::Key_Return);
+    shown.widget.selectAll();
+    shown.table.endFiltering();
+}
+
+TEST(TableFilter, KeepsASelectionOfRowsThatStandApart)
+{
+    TableWindow shown(6'000);
+    fillEverySecondRow(shown);
+
+    selectEveryFound(shown);
+    shown.table.editSelectedRows("check", CheckState::On);
+
+    ASSERT_EQ(shown.rows.editedRows.size(), 1U);
+    EXPECT_EQ(shown.rows.editedRows[0].size(), 3'000U);
+}
+
+TEST(TableFilter, LetsGoOfASelectionInWhichEachDrawingWouldStutter)
+{
+    TableWindow shown(20'000);
+    fillEverySecondRow(shown);
+
+    selectEveryFound(shown);
+    shown.table.editSelectedRows("check", CheckState::On);
+
+    // What is not seen as selected is not changed either.
+    EXPECT_FALSE(shown.widget.selectionModel()->hasSelection());
+    EXPECT_TRUE(shown.rows.editedRows.empty() || shown.rows.editedRows[0].empty());
+}
+
+}  // namespace
+
+}  // namespace dunmora::test
