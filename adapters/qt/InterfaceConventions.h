@@ -13,8 +13,7 @@ namespace dunmora {
 /// - `fontScale` on a widget: how many times as large as usual its font is;
 /// - `minimumColumns` on a widget: its least width in characters of its font;
 /// - `initialColumns` and `initialLines` on the window: its first size in characters and lines of
-/// its
-///   font, as far as the screen reaches;
+///   its font, as far as the screen reaches;
 /// - `acceptCommand` and `rejectCommand` on a button box: the commands of its two standard buttons,
 ///   which stand in the platform's order. The first is the default button.
 ///
