@@ -17,7 +17,8 @@ protected:
         loader_.onLoad = [this](FakeInterface& interface) { progress_ = &interface; };
         platform_.alert.onRunModal = [this](const AlertContent& content) {
             if (!content.alternateButton) {
-                progressWasVisible_.push_back(progress_->fakeWindow.isVisible);
+                const bool isOpen = AppData::app().progress() != nullptr;
+                progressWasVisible_.push_back(isOpen && progress_->fakeWindow.isVisible);
                 wasBusy_.push_back(supervised_.isBusy());
                 commandsWereEnabled_.push_back(main_->command("OnReload").isEnabled);
             }
