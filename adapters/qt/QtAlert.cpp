@@ -17,6 +17,7 @@ namespace {
 /// As many lines as a text may have before it is shown in an area that scrolls.
 constexpr int kLines = 10;
 constexpr int kColumns = 72;
+constexpr qsizetype kCharacters = qsizetype{kLines} * kColumns;
 
 QString shownText(const std::string& text)
 {
@@ -25,7 +26,7 @@ QString shownText(const std::string& text)
 
 bool isLong(const QString& text)
 {
-    return text.count(QLatin1Char('\n')) >= kLines || text.size() > kLines * kColumns;
+    return text.count(QLatin1Char('\n')) >= kLines || text.size() > kCharacters;
 }
 
 /// Puts the text where the box has its informative text, in an area that scrolls.

@@ -22,7 +22,7 @@ QString shownFolder(const QFileDialog& dialog)
     const auto* const view = dialog.findChild<QAbstractItemView*>(QStringLiteral("listView"));
     const auto selected = view->selectionModel()->selectedIndexes();
     if (!selected.isEmpty()) {
-        const auto path = selected.front().data(QFileSystemModel::FilePathRole).toString();
+        auto path = selected.front().data(QFileSystemModel::FilePathRole).toString();
         if (QFileInfo(path).isDir()) {
             return path;
         }
