@@ -52,6 +52,7 @@ void QtTableView::setHidden(bool hidden)
         widget_->setHidden(hidden);
     }
     filterBar_.setTableHidden(hidden);
+    takeFreeFocus();
 }
 
 void QtTableView::setNeedsDisplay()
@@ -97,6 +98,7 @@ void QtTableView::setEnabled(bool enabled)
         focusBefore_->setFocus(Qt::OtherFocusReason);
         focusBefore_.clear();
     }
+    takeFreeFocus();
 }
 
 void QtTableView::reloadData()
@@ -522,6 +524,20 @@ void QtTableView::takeFocus()
 {
     if (widget_ != nullptr) {
         widget_->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void QtTableView::takeFreeFocus()
+{
+    if (widget_ == nullptr || widget_->isHidden() || !isEnabled_) {
+        return;
+    }
+    const auto& window = *widget_->window();
+    const auto* const focused = window.focusWidget();
+    const bool isFree = focused == nullptr || focused == &window ||
+                        !focused->isVisibleTo(&window) || !focused->isEnabled();
+    if (isFree) {
+        takeFocus();
     }
 }
 

@@ -77,6 +77,8 @@ private:
                 int column);
     void selectionChanged();
     void takeFocus();
+    /// Takes the keyboard where nobody in the window has it.
+    void takeFreeFocus();
 
     QPointer<QTableView> widget_;
     TableViewDataSource* dataSource_ = nullptr;

@@ -415,6 +415,32 @@ TEST(QtTableView, LeavesTheKeyboardWhereTheUserHasLedItMeanwhile)
     EXPECT_EQ(shown.focus(), elsewhere);
 }
 
+TEST(QtTableView, TakesTheKeyboardThatNobodyHas)
+{
+    TableWindow shown(4);
+    shown.table.setHidden(true);
+    shown.table.setEnabled(false);
+    shown.focus()->clearFocus();
+    ASSERT_EQ(shown.focus(), nullptr);
+
+    shown.table.setHidden(false);
+    EXPECT_EQ(shown.focus(), nullptr);
+    shown.table.setEnabled(true);
+
+    EXPECT_EQ(shown.focus(), &shown.widget);
+}
+
+TEST(QtTableView, LeavesTheKeyboardToWhoHasItWhenItIsShown)
+{
+    TableWindow shown(4);
+    shown.table.setHidden(true);
+    shown.button.setFocus();
+
+    shown.table.setHidden(false);
+
+    EXPECT_EQ(shown.focus(), &shown.button);
+}
+
 TEST(QtTableView, DrawsOnceForManyWishesFromAnyThread)
 {
     TableWindow shown(3);
