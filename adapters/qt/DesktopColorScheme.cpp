@@ -4,9 +4,14 @@
 #include <QColor>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QEventLoop>
 #include <QLatin1String>
 #include <QPalette>
 #include <QStyle>
+#include <QTimer>
+
+#include <chrono>
 
 namespace dunmora {
 
@@ -19,8 +24,9 @@ constexpr QLatin1String kGroup("org.freedesktop.appearance");
 constexpr QLatin1String kKey("color-scheme");
 // The portal's numbers: 0 is no preference, 2 is light.
 constexpr uint kPrefersDark = 1;
-// A portal that has to be started first must not keep the window from the user.
-constexpr int kMilliseconds = 250;
+// A portal that has to be started first must not keep the window from the user: its answer is
+// followed when it comes.
+constexpr auto kPatience = std::chrono::milliseconds(250);
 
 bool isDark(const QPalette& palette)
 {
@@ -69,6 +75,16 @@ void apply(const QDBusVariant& value)
     }
 }
 
+void applyAnswer(const QDBusPendingCall& answer)
+{
+    const auto reply = answer.reply();
+    if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
+        // Read wraps the value in one more variant than the signal does.
+        const auto outer = reply.arguments().constFirst().value<QDBusVariant>();
+        apply(outer.variant().value<QDBusVariant>());
+    }
+}
+
 }  // namespace
 
 DesktopColorScheme::DesktopColorScheme()
@@ -77,16 +93,24 @@ DesktopColorScheme::DesktopColorScheme()
     if (!bus.isConnected()) {
         return;
     }
+    // Qt looks for the types of a slot by name, and of this one it knows the name only when
+    // somebody has used it: without, it refuses the connection.
+    qRegisterMetaType<QDBusVariant>();
     bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
+
     auto read = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
     read << QString(kGroup) << QString(kKey);
-    const auto reply = bus.call(read, QDBus::Block, kMilliseconds);
-    if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
-        // Read wraps the value in one more variant than the signal does.
-        const auto outer = reply.arguments().constFirst().value<QDBusVariant>();
-        apply(outer.variant().value<QDBusVariant>());
-    }
+    auto* const question = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+    connect(question, &QDBusPendingCallWatcher::finished, this, [question] {
+        applyAnswer(*question);
+        question->deleteLater();
+    });
+    // A window that is first shown in one and then in the other would blink.
+    QEventLoop loop;
+    connect(question, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(kPatience, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 void DesktopColorScheme::settingChanged(const QString& group, const QString& key,
