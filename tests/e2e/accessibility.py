@@ -1,0 +1,231 @@
+"""What assistive technology sees of a program, asked over the accessibility bus.
+
+It asks anew each time and remembers nothing, so that what it tells is always what the program would tell a screen
+reader at this moment.
+"""
+
+from gi.repository import Gio, GLib
+
+REGISTRY = "org.a11y.atspi.Registry"
+ROOT = "/org/a11y/atspi/accessible/root"
+NULL = "/org/a11y/atspi/null"
+TIMEOUT_MS = 10_000
+
+# The bits of AT-SPI's state set that say something about a window of ours.
+STATES = {
+    1: "active", 4: "checked", 6: "defunct", 7: "editable", 8: "enabled", 11: "focusable", 12: "focused", 16: "modal",
+    22: "selectable", 23: "selected", 24: "sensitive", 25: "showing", 30: "visible", 32: "indeterminate",
+    41: "checkable", 42: "has-popup", 43: "read-only",
+}
+
+# A table's rows beyond these are left out of a printed tree.
+ROWS_PRINTED = 40
+
+
+class Gone(Exception):
+    """The object, or its program, is not there any more or does not answer."""
+
+
+def connect(address):
+    """A connection of its own to a message bus."""
+    flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+    connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+    connection.set_exit_on_close(False)
+    return connection
+
+
+def call(bus, name, path, interface, method, arguments=None):
+    """One method call; returns the reply as Python values."""
+    try:
+        reply = bus.call_sync(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, TIMEOUT_MS, None)
+    except GLib.Error as error:
+        raise Gone(f"{method} of {path}: {error.message}") from error
+    return reply.unpack()
+
+
+class Accessible:
+    """A window, a control, a cell: anything that has a place in the accessible tree."""
+
+    def __init__(self, bus, name, path):
+        self.bus = bus
+        self.name_on_bus = name
+        self.path = path
+
+    def __eq__(self, other):
+        return isinstance(other, Accessible) and self.identity == other.identity
+
+    def __hash__(self):
+        return hash(self.identity)
+
+    def __repr__(self):
+        return self.line()
+
+    @property
+    def identity(self):
+        return self.name_on_bus, self.path
+
+    def ask(self, interface, method, arguments=None):
+        return call(self.bus, self.name_on_bus, self.path, f"org.a11y.atspi.{interface}", method, arguments)
+
+    def attribute(self, interface, name):
+        arguments = GLib.Variant("(ss)", (f"org.a11y.atspi.{interface}", name))
+        return call(self.bus, self.name_on_bus, self.path, "org.freedesktop.DBus.Properties", "Get", arguments)[0]
+
+    @property
+    def name(self):
+        return self.attribute("Accessible", "Name")
+
+    @property
+    def description(self):
+        return self.attribute("Accessible", "Description")
+
+    @property
+    def role(self):
+        return self.ask("Accessible", "GetRoleName")[0]
+
+    @property
+    def interfaces(self):
+        return {name.rpartition(".")[2] for name in self.ask("Accessible", "GetInterfaces")[0]}
+
+    @property
+    def states(self):
+        low, high = self.ask("Accessible", "GetState")[0]
+        bits = low | high << 32
+        return {name for bit, name in STATES.items() if bits >> bit & 1}
+
+    @property
+    def children(self):
+        return [self.relative(*child) for child in self.ask("Accessible", "GetChildren")[0] if child[1] != NULL]
+
+    @property
+    def extents(self):
+        """The rectangle on the screen: x, y, width and height."""
+        return self.ask("Component", "GetExtents", GLib.Variant("(u)", (0,)))[0]
+
+    @property
+    def text(self):
+        return self.ask("Text", "GetText", GLib.Variant("(ii)", (0, -1)))[0]
+
+    @property
+    def value(self):
+        return self.attribute("Value", "CurrentValue")
+
+    @property
+    def maximum(self):
+        return self.attribute("Value", "MaximumValue")
+
+    @property
+    def key_bindings(self):
+        """The keys that trigger it, such as "Alt+O"."""
+        if "Action" not in self.interfaces:
+            return set()
+        actions = range(self.attribute("Action", "NActions"))
+        return {self.ask("Action", "GetKeyBinding", GLib.Variant("(i)", (number,)))[0] for number in actions} - {""}
+
+    def has(self, *states):
+        return set(states) <= self.states
+
+    # A table
+
+    @property
+    def row_count(self):
+        return self.attribute("Table", "NRows")
+
+    @property
+    def column_count(self):
+        return self.attribute("Table", "NColumns")
+
+    def cell(self, row, column):
+        child = self.ask("Table", "GetAccessibleAt", GLib.Variant("(ii)", (row, column)))[0]
+        if child[1] == NULL:
+            raise Gone(f"cell {row}, {column}")
+        return self.relative(*child)
+
+    # The tree below
+
+    def relative(self, name, path):
+        return Accessible(self.bus, name or self.name_on_bus, path)
+
+    def walk(self):
+        """Itself and everything below it that is on the screen, but the cells of a table."""
+        yield self
+        if "Table" in self.interfaces:
+            return
+        for child in self.children:
+            try:
+                if child.has("showing"):
+                    yield from child.walk()
+            except Gone:
+                pass
+
+    def find_all(self, role=None, name=None, states=()):
+        """Everything below it that is on the screen and fits; nothing if it has gone meanwhile."""
+        found = []
+        try:
+            for node in self.walk():
+                if node.fits(role, name, states):
+                    found.append(node)
+        except Gone:
+            pass
+        return found
+
+    def fits(self, role, name, states):
+        try:
+            return (role is None or self.role == role) and (name is None or self.name == name) and self.has(*states)
+        except Gone:
+            return False
+
+    def find(self, role=None, name=None, states=()):
+        """The one thing that fits, or none."""
+        found = self.find_all(role, name, states)
+        return found[0] if len(found) == 1 else None
+
+    def line(self):
+        try:
+            return f"{self.role} {self.name!r} {self.extents} {' '.join(sorted(self.states))}"
+        except Gone as error:
+            return f"({error})"
+
+    def tree(self, depth=0):
+        """Everything below it, on the screen or not, as lines of text."""
+        text = "  " * depth + self.line() + "\n"
+        try:
+            if "Table" in self.interfaces:
+                rows, columns = self.row_count, self.column_count
+                text += "  " * (depth + 1) + f"{rows} rows, {columns} columns\n"
+                children = [self.cell(row, column) for row in range(min(rows, ROWS_PRINTED))
+                            for column in range(columns)]
+            else:
+                children = self.children
+        except Gone:
+            children = []
+        return text + "".join(child.tree(depth + 1) for child in children)
+
+
+class AccessibilityBus:
+    """The bus on which the programs of a desktop tell assistive technology about themselves."""
+
+    def __init__(self, address):
+        self.bus = connect(address)
+
+    def close(self):
+        self.bus.close_sync(None)
+
+    def start_registry(self):
+        """Starts the registry of programs, if it does not run yet."""
+        arguments = GLib.Variant("(su)", (REGISTRY, 0))
+        call(self.bus, "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "StartServiceByName", arguments)
+
+    def program(self, process_id):
+        """The program with this process number; none while it has not made itself known."""
+        registry = Accessible(self.bus, REGISTRY, ROOT)
+        for child in registry.children:
+            try:
+                arguments = GLib.Variant("(s)", (child.name_on_bus,))
+                found = call(self.bus, "org.freedesktop.DBus", "/", "org.freedesktop.DBus",
+                             "GetConnectionUnixProcessID", arguments)[0]
+            except Gone:
+                continue
+            if found == process_id:
+                return child
+        return None

@@ -1,0 +1,203 @@
+"""A desktop of its own for tests: a display in memory, a window manager, a message bus, assistive technology.
+
+Nothing of the user's is touched: home, preferences and buses are new ones in a folder that goes away with the desktop,
+and every process of it ends with the process that made it, however that one ends.
+"""
+
+import ctypes
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+
+from accessibility import AccessibilityBus, Gone, call, connect
+from screen import Screen
+from waiting import wait_for
+
+LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
+NEEDED = ("Xvfb", "openbox", "dbus-daemon", "setpriv", LAUNCHER)
+
+BUS = """<busconfig>
+  <type>session</type>
+  <listen>unix:dir={folder}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+# No key and no click belongs to the window manager, but a click brings a window to the front.
+MANAGER = """<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><focusLast>yes</focusLast></focus>
+  <placement><policy>Smart</policy><center>yes</center></placement>
+  <theme>
+    <name>Clearlooks</name>
+    <titleLayout>LMC</titleLayout>
+    <animateIconify>no</animateIconify>
+  </theme>
+  <desktops><number>1</number><popupTime>0</popupTime></desktops>
+  <mouse>
+    <context name="Client">
+      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+    </context>
+    <context name="Close">
+      <mousebind button="Left" action="Click"><action name="Close"/></mousebind>
+    </context>
+  </mouse>
+</openbox_config>
+"""
+
+
+def missing_tool():
+    """The first of the programs that a desktop is made of which this machine does not have."""
+    return next((tool for tool in NEEDED if not shutil.which(tool)), None)
+
+
+PR_SET_CHILD_SUBREAPER = 36
+
+
+def adopt_orphans():
+    """Makes this process the parent of what its children leave behind, so that it can wait for those too."""
+    ctypes.CDLL(None, use_errno=True).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+
+
+def children_of_this_process():
+    tasks = pathlib.Path("/proc/self/task")
+    return {int(child) for task in tasks.iterdir() for child in (task / "children").read_text().split()}
+
+
+def tied(command, ending="KILL"):
+    """The command, ended by the kernel with this signal when the one who starts it ends."""
+    return ["setpriv", "--pdeathsig", ending, "--", *map(str, command)]
+
+
+class Desktop:
+    """Starts the processes of a desktop; to be used in a `with`."""
+
+    def __init__(self, width=1280, height=960):
+        self.size = f"{width}x{height}x24"
+        self.processes = []
+
+    def __enter__(self):
+        adopt_orphans()
+        self.others = children_of_this_process()
+        self.folder_owner = tempfile.TemporaryDirectory(prefix="dunmora-desktop-")
+        self.folder = pathlib.Path(self.folder_owner.name)
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def start(self):
+        # Sockets of other programs are named after the folder, and their names are short.
+        (self.folder / "run").mkdir(mode=0o700)
+        (self.folder / "tmp").mkdir()
+        self.environment = self.environment_at(self.folder)
+        self.environment["DISPLAY"] = self.start_display()
+        self.screen = Screen(self.environment["DISPLAY"])
+        self.start_manager()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus()
+        self.session_bus = connect(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        self.accessibility = self.start_accessibility()
+
+    def stop(self):
+        for name in ("screen", "accessibility"):
+            if hasattr(self, name):
+                getattr(self, name).close()
+        if hasattr(self, "session_bus"):
+            self.session_bus.close_sync(None)
+        for process in reversed(self.processes):
+            process.terminate()
+        for process in reversed(self.processes):
+            process.wait()
+        self.wait_for_orphans()
+        self.folder_owner.cleanup()
+
+    def wait_for_orphans(self):
+        """Waits for the services that the buses have started: without their bus they end."""
+        def all_ended():
+            for child in children_of_this_process() - self.others:
+                os.waitpid(child, os.WNOHANG)
+            return not children_of_this_process() - self.others
+
+        wait_for(all_ended, "end of the desktop's services")
+
+    def environment_at(self, home):
+        """What a program is told that has its home in this folder."""
+        environment = {
+            "PATH": os.environ["PATH"],
+            "HOME": str(home),
+            "XDG_CONFIG_HOME": str(home / "config"),
+            "XDG_DATA_HOME": str(home / "data"),
+            "XDG_CACHE_HOME": str(home / "cache"),
+            "XDG_STATE_HOME": str(home / "state"),
+            "XDG_RUNTIME_DIR": str(self.folder / "run"),
+            "TMPDIR": str(self.folder / "tmp"),
+            "GSETTINGS_BACKEND": "memory",
+            "GIO_USE_VFS": "local",
+            "LANG": "C.UTF-8",
+            "TZ": "UTC0",
+        }
+        # A program built with sanitizers is told what to do by these.
+        environment.update({name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")})
+        return environment
+
+    def spawn(self, command, ending="KILL", **options):
+        log = (self.folder / f"{pathlib.Path(command[0]).name}.log").open("wb")
+        with log:
+            process = subprocess.Popen(tied(command, ending), env=self.environment, stdin=subprocess.DEVNULL,
+                                       stderr=log, cwd=self.folder, **{"stdout": log, **options})
+        self.processes.append(process)
+        return process
+
+    def read_line(self, stream, what):
+        """What a process says once it is ready."""
+        with stream:
+            line = stream.readline()
+        if not line:
+            raise RuntimeError(f"{what} did not start: {(self.folder / f'{what}.log').read_text()}")
+        return line.decode().strip()
+
+    def start_display(self):
+        read, write = os.pipe()
+        # The server takes the first display that is free.
+        self.spawn(["Xvfb", "-displayfd", write, "-screen", "0", self.size, "-dpi", "96", "-nolisten", "tcp",
+                    "-noreset"], pass_fds=[write])
+        os.close(write)
+        return ":" + self.read_line(os.fdopen(read, "rb"), "Xvfb")
+
+    def start_manager(self):
+        settings = self.folder / "openbox.xml"
+        settings.write_text(MANAGER)
+        self.spawn(["openbox", "--config-file", settings])
+        wait_for(lambda: self.screen.has_manager, "window manager")
+
+    def start_bus(self):
+        settings = self.folder / "bus.xml"
+        settings.write_text(BUS.format(folder=self.folder / "run"))
+        process = self.spawn(["dbus-daemon", f"--config-file={settings}", "--nofork", "--print-address=1"],
+                             stdout=subprocess.PIPE)
+        return self.read_line(process.stdout, "dbus-daemon")
+
+    def start_accessibility(self):
+        # It ends the bus that it has started only when it is asked to end.
+        self.spawn([LAUNCHER, "--launch-immediately"], ending="TERM")
+
+        def address():
+            try:
+                return call(self.session_bus, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress")[0]
+            except Gone:
+                return None
+
+        bus = AccessibilityBus(wait_for(address, "accessibility bus"))
+        bus.start_registry()
+        return bus

@@ -1,0 +1,138 @@
+"""A program with windows, started on a desktop and driven as its user would."""
+
+import pathlib
+import signal
+import subprocess
+import time
+
+from accessibility import Gone
+from desktop import tied
+from png import png
+from waiting import wait_for
+
+# How long the program may take to end when it is told to.
+SECONDS_TO_END = 2
+
+
+class Ended(AssertionError):
+    """The program has ended although nobody told it to."""
+
+
+class Program:
+    """One run of a program."""
+
+    def __init__(self, desktop, command, home):
+        self.desktop = desktop
+        self.screen = desktop.screen
+        self.output_file = home / "output.log"
+        # Where the run before has left the mouse is no matter of this one.
+        self.screen.move(0, 0)
+        environment = desktop.environment_at(home)
+        environment.update({name: desktop.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
+        # Qt tells assistive technology nothing unless somebody listens, which it asks the session's settings.
+        environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        with self.output_file.open("wb") as output:
+            self.process = subprocess.Popen(tied(command), env=environment, cwd=home, stdin=subprocess.DEVNULL,
+                                            stdout=output, stderr=output)
+        self.root = None
+
+    @property
+    def output(self):
+        """What it has said on its standard output and error."""
+        return self.output_file.read_text(errors="replace")
+
+    def wait_for(self, condition, what):
+        """Waits while the program runs."""
+        def condition_while_running():
+            try:
+                result = condition()
+            except Gone:
+                result = None
+            # What it did before it ended counts.
+            if not result and self.process.poll() is not None:
+                raise Ended(f"no {what}: it has ended with {self.process.returncode}: {self.output}")
+            return result
+
+        return wait_for(condition_while_running, what)
+
+    @property
+    def application(self):
+        if self.root is None:
+            self.root = self.wait_for(lambda: self.desktop.accessibility.program(self.process.pid), "program")
+        return self.root
+
+    # Windows
+
+    @property
+    def windows(self):
+        """The windows that it shows."""
+        return [window for window in self.application.children if window.has("showing")]
+
+    def x_window(self, window):
+        """The same window for the X server; none while the two disagree about where it is."""
+        extents = window.extents
+        return next((found for found in self.screen.windows
+                     if found.process_id == self.process.pid and found.extents == extents), None)
+
+    def wait_for_window(self, fits, what):
+        """The window that fits, once it stands where it will stay."""
+        def found():
+            for window in self.windows:
+                if fits(window) and self.x_window(window):
+                    return window
+            return None
+
+        return self.wait_for(found, what)
+
+    def wait_until_active(self, window):
+        """Until the window has the keyboard."""
+        def is_active():
+            active = self.screen.active_window
+            return active is not None and window.has("active") and active == self.x_window(window)
+
+        self.wait_for(is_active, f"keyboard for {window}")
+
+    # The user's hands
+
+    def press(self, window, *keys):
+        """Presses keys, one after another, in a window once that has the keyboard."""
+        self.wait_until_active(window)
+        for key in keys:
+            self.screen.press(key)
+
+    def type(self, window, text):
+        self.wait_until_active(window)
+        self.screen.type(text)
+
+    def click(self, node, times=1):
+        """Clicks a control or a cell where it is on the screen."""
+        self.wait_for(lambda: node.has("showing"), f"place on the screen of {node}")
+        self.screen.click(node.extents, times)
+
+    # Its end
+
+    def terminate(self):
+        self.process.send_signal(signal.SIGTERM)
+
+    def seconds_until_end(self):
+        """Waits for the end and returns how long it took; the test fails when it takes too long."""
+        started = time.monotonic()
+        try:
+            self.process.wait(SECONDS_TO_END)
+        except subprocess.TimeoutExpired:
+            raise AssertionError(f"the program goes on after {SECONDS_TO_END} seconds") from None
+        return time.monotonic() - started
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+    def save_evidence(self, folder):
+        """Writes down what it shows at this moment."""
+        pathlib.Path(folder, "screen.png").write_bytes(png(self.screen.image()))
+        pathlib.Path(folder, "output.log").write_text(self.output)
+        try:
+            tree = self.application.tree() if self.process.poll() is None else f"ended: {self.process.returncode}\n"
+        except (Gone, AssertionError) as error:
+            tree = f"{error}\n"
+        pathlib.Path(folder, "tree.txt").write_text(tree)

@@ -1,0 +1,190 @@
+"""The X server seen as a person sees it: windows, a keyboard, a mouse, and what is on the screen."""
+
+import Xlib.display
+import Xlib.error
+import Xlib.X
+import Xlib.XK
+import Xlib.ext.xtest
+import Xlib.protocol.event
+
+KEYS = {
+    "alt": "Alt_L", "ctrl": "Control_L", "shift": "Shift_L", "escape": "Escape", "enter": "Return", "space": "space",
+    "tab": "Tab", "up": "Up", "down": "Down", "left": "Left", "right": "Right", "home": "Home", "end": "End",
+    "pageup": "Prior", "pagedown": "Next", "backspace": "BackSpace", "delete": "Delete", "f5": "F5",
+}
+
+
+class XWindow:
+    """A window that the window manager looks after."""
+
+    def __init__(self, screen, window):
+        self.screen = screen
+        self.window = window
+
+    def __eq__(self, other):
+        return isinstance(other, XWindow) and self.window.id == other.window.id
+
+    def __hash__(self):
+        return hash(self.window.id)
+
+    @property
+    def process_id(self):
+        value = self.screen.property_of(self.window, "_NET_WM_PID")
+        return value[0] if value else None
+
+    @property
+    def title(self):
+        value = self.screen.property_of(self.window, "_NET_WM_NAME")
+        return value.decode() if value else ""
+
+    @property
+    def states(self):
+        return {self.screen.display.get_atom_name(atom)
+                for atom in self.screen.property_of(self.window, "_NET_WM_STATE") or []}
+
+    @property
+    def extents(self):
+        """The rectangle of its content on the screen: x, y, width and height."""
+        geometry = self.window.get_geometry()
+        origin = self.window.translate_coords(self.screen.root, 0, 0)
+        return -origin.x, -origin.y, geometry.width, geometry.height
+
+    @property
+    def frame(self):
+        """How far the window manager's frame reaches beyond it: left, right, top and bottom."""
+        return tuple(self.screen.property_of(self.window, "_NET_FRAME_EXTENTS") or (0, 0, 0, 0))
+
+    def close(self):
+        """Asks the window manager to close it, as its close control would."""
+        self.screen.tell_manager(self.window, "_NET_CLOSE_WINDOW", [Xlib.X.CurrentTime, 2])
+
+    def activate(self):
+        """Asks the window manager to bring it to the front."""
+        self.screen.tell_manager(self.window, "_NET_ACTIVE_WINDOW", [2, Xlib.X.CurrentTime, 0])
+
+
+class Screen:
+    """The one screen of a display, its keyboard and its mouse."""
+
+    def __init__(self, name):
+        self.display = Xlib.display.Display(name)
+        self.display.set_error_handler(lambda *_: None)
+        self.root = self.display.screen().root
+        self.root.change_attributes(event_mask=Xlib.X.SubstructureNotifyMask)
+
+    def close(self):
+        self.display.close()
+
+    def atom(self, name):
+        return self.display.intern_atom(name)
+
+    def property_of(self, window, name):
+        try:
+            found = window.get_full_property(self.atom(name), Xlib.X.AnyPropertyType)
+        except Xlib.error.XError:
+            return None
+        return found.value if found else None
+
+    @property
+    def has_manager(self):
+        return bool(self.property_of(self.root, "_NET_SUPPORTING_WM_CHECK"))
+
+    @property
+    def windows(self):
+        """All windows that the window manager looks after, the lowest first."""
+        ids = self.property_of(self.root, "_NET_CLIENT_LIST_STACKING")
+        return [XWindow(self, self.display.create_resource_object("window", window)) for window in ids or []]
+
+    @property
+    def active_window(self):
+        """The window that has the keyboard."""
+        value = self.property_of(self.root, "_NET_ACTIVE_WINDOW")
+        return XWindow(self, self.display.create_resource_object("window", value[0])) if value and value[0] else None
+
+    def count_new_windows(self):
+        """How many windows have got a frame since the last call, however short their life was."""
+        count = 0
+        self.display.sync()
+        for _ in range(self.display.pending_events()):
+            event = self.display.next_event()
+            count += event.type == Xlib.X.ReparentNotify and event.parent != self.root
+        return count
+
+    def open_window(self, title):
+        """A window that belongs to none of the programs."""
+        window = self.root.create_window(0, 0, 80, 60, 0, Xlib.X.CopyFromParent)
+        window.set_wm_name(title)
+        window.map()
+        self.display.sync()
+        return XWindow(self, window)
+
+    def tell_manager(self, window, message, data):
+        event = Xlib.protocol.event.ClientMessage(window=window, client_type=self.atom(message),
+                                                  data=(32, (data + [0] * 5)[:5]))
+        mask = Xlib.X.SubstructureRedirectMask | Xlib.X.SubstructureNotifyMask
+        self.root.send_event(event, event_mask=mask)
+        self.display.sync()
+
+    # Keyboard and mouse
+
+    def key_and_shift(self, keysym):
+        for code, index in self.display.keysym_to_keycodes(keysym):
+            if index in (0, 1):
+                return code, index == 1
+        raise ValueError(f"the keyboard has no key for {keysym:#x}")
+
+    def fake(self, kind, detail):
+        Xlib.ext.xtest.fake_input(self.display, kind, detail)
+
+    def press(self, keys):
+        """Presses a key, or several together: "enter", "ctrl+f", "alt+shift+o"."""
+        codes = []
+        for key in keys.split("+"):
+            keysym = Xlib.XK.string_to_keysym(KEYS.get(key, key))
+            code, shift = self.key_and_shift(keysym)
+            codes += [self.key_and_shift(Xlib.XK.XK_Shift_L)[0]] if shift else []
+            codes.append(code)
+        for code in codes:
+            self.fake(Xlib.X.KeyPress, code)
+        for code in reversed(codes):
+            self.fake(Xlib.X.KeyRelease, code)
+        self.display.sync()
+
+    def type(self, text):
+        """Types a text of the characters that the keyboard has."""
+        for character in text:
+            code, shift = self.key_and_shift(ord(character))
+            shift_code = self.key_and_shift(Xlib.XK.XK_Shift_L)[0]
+            if shift:
+                self.fake(Xlib.X.KeyPress, shift_code)
+            self.fake(Xlib.X.KeyPress, code)
+            self.fake(Xlib.X.KeyRelease, code)
+            if shift:
+                self.fake(Xlib.X.KeyRelease, shift_code)
+        self.display.sync()
+
+    def move(self, x, y):
+        Xlib.ext.xtest.fake_input(self.display, Xlib.X.MotionNotify, x=x, y=y)
+        self.display.sync()
+
+    def click(self, extents, times=1):
+        """Clicks the middle of a rectangle."""
+        x, y, width, height = extents
+        self.move(x + width // 2, y + height // 2)
+        for _ in range(times):
+            self.fake(Xlib.X.ButtonPress, 1)
+            self.fake(Xlib.X.ButtonRelease, 1)
+        self.display.sync()
+
+    # What is on the screen
+
+    def image(self, extents=None):
+        """What the rectangle shows: width, height, and the rows' bytes, three a pixel."""
+        geometry = self.root.get_geometry()
+        x, y, width, height = extents or (0, 0, geometry.width, geometry.height)
+        reply = self.root.get_image(x, y, width, height, Xlib.X.ZPixmap, 0xFFFFFFFF)
+        pixels = reply.data
+        rgb = bytearray(width * height * 3)
+        for target, source in ((0, 2), (1, 1), (2, 0)):
+            rgb[target::3] = pixels[source::4]
+        return width, height, bytes(rgb)

@@ -1,0 +1,23 @@
+"""Waits for what has to become true, with a deadline instead of a nap."""
+
+import time
+
+# Long enough for a machine with two cores that has other work; only a failure ever takes so long.
+DEADLINE_SECONDS = 40
+POLL_SECONDS = 0.004
+
+
+class Timeout(AssertionError):
+    """Something did not become true in time."""
+
+
+def wait_for(condition, what, seconds=DEADLINE_SECONDS):
+    """Polls until the condition gives something true and returns that."""
+    deadline = time.monotonic() + seconds
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() >= deadline:
+            raise Timeout(f"after {seconds} seconds still no {what}")
+        time.sleep(POLL_SECONDS)
