@@ -1,0 +1,166 @@
+"""The program `dunmora` as its user knows it: the main window, the dialogs, the table."""
+
+import re
+
+from program import Program
+
+FIELDS = ("First name", "Last name", "Nickname", "Home phone number", "Work phone number", "Mobile phone number")
+COLUMNS = ("Delete", "First Name", "Last Name", "Nickname", "Home", "Work", "Mobile", "Modified")
+MARK = 0
+
+# The line end in it is shown as one.
+CONFIRMATION = (
+    "Confirm to delete",
+    "The checked contacts will be deleted from Address Book. \nDo you really want to continue?",
+)
+NOTHING_CHECKED = "No contact checked to be deleted!"
+NO_BOOK = "No address book is open. Choose File > Open… to open a vCard file or a folder of them."
+NO_FIELD = "You should choose at least one field as match condition!"
+
+
+def is_main(window):
+    return bool(window.find_all("menu bar"))
+
+
+def is_dialog(window):
+    return len(window.find_all("check box")) == len(FIELDS) and not is_main(window)
+
+
+def is_progress(window):
+    return bool(window.find_all("progress bar"))
+
+
+def is_alert(window):
+    return window.role == "alert message"
+
+
+def is_open_panel(window):
+    return window.role in ("dialog", "file chooser") and bool(window.find_all("text"))
+
+
+def texts_of(window):
+    """What the labels of a window say, from top to bottom."""
+    labels = [label for label in window.find_all("label") if label.name]
+    return [label.name for label in sorted(labels, key=lambda label: label.extents[1])]
+
+
+class Dunmora(Program):
+    """One run of it."""
+
+    @property
+    def main(self):
+        return self.wait_for_window(is_main, "main window")
+
+    @property
+    def dialog(self):
+        return self.wait_for_window(is_dialog, "match-field dialog")
+
+    @property
+    def progress(self):
+        return self.wait_for_window(is_progress, "progress window")
+
+    @property
+    def open_panel(self):
+        return self.wait_for_window(is_open_panel, "open panel")
+
+    def alert(self, *texts):
+        """The alert that says this; others are a failure."""
+        alert = self.wait_for_window(is_alert, "alert")
+        found = texts_of(alert)
+        if found != list(texts):
+            raise AssertionError(f"the alert says {found!r} instead of {texts!r}")
+        return alert
+
+    def wait_for_main_alone(self):
+        """Until nothing but the main window is shown; returns that."""
+        main = self.main
+        self.wait_for(lambda: self.windows == [main], "end of the other windows")
+        self.wait_until_active(main)
+        return main
+
+    # Its main window
+
+    @property
+    def table(self):
+        return self.wait_for(lambda: self.main.find("table"), "table")
+
+    def total(self, text):
+        """Waits until the total line says this."""
+        self.wait_for(lambda: self.main.find_all("label", text), f"total line that says {text!r}")
+
+    def label(self, pattern):
+        """Waits for the label of the main window whose whole text fits."""
+        def found():
+            return next((label for label in self.main.find_all("label") if re.fullmatch(pattern, label.name)), None)
+
+        return self.wait_for(found, f"label {pattern!r}")
+
+    def button(self, pattern, window=None):
+        """Waits for the button whose whole text fits and which can be pressed."""
+        def found():
+            buttons = (window or self.main).find_all("push button", states=["enabled"])
+            return next((button for button in buttons if re.fullmatch(pattern, button.name)), None)
+
+        return self.wait_for(found, f"button {pattern!r}")
+
+    def has_button(self, pattern):
+        return any(re.fullmatch(pattern, button.name) for button in self.main.find_all("push button"))
+
+    def rows(self):
+        """The texts of the table's rows, mark left out."""
+        table = self.table
+        return [tuple(self.text_of(table.cell(row, column), COLUMNS[column]) for column in range(1, len(COLUMNS)))
+                for row in range(table.row_count)]
+
+    @staticmethod
+    def text_of(cell, title):
+        """What the cell shows; its name tells of which column that is, and says so when that is nothing."""
+        name = cell.name
+        if not name.startswith(f"{title}: "):
+            raise AssertionError(f"a cell of the column {title!r} has the name {name!r}")
+        text = name.removeprefix(f"{title}: ")
+        return "" if text == "empty" else text
+
+    def names(self):
+        """First name and last name of the rows."""
+        return [row[:2] for row in self.rows()]
+
+    def marks(self):
+        """Whether each row is checked."""
+        table = self.table
+        return [table.cell(row, MARK).has("checked") for row in range(table.row_count)]
+
+    def click_mark(self, row):
+        """Clicks the check box of a row, which stands at the left in its cell."""
+        cell = self.table.cell(row, MARK)
+        self.wait_for(lambda: cell.has("showing"), f"row {row} on the screen")
+        x, y, _, height = cell.extents
+        self.screen.click((x, y, height, height))
+
+    def select(self, row, column=1):
+        """Clicks a cell and waits until its row is selected: a key pressed at once may overtake the click, which the
+        window manager holds back until it has raised the window."""
+        self.click(self.table.cell(row, column))
+        self.wait_for(lambda: self.table.cell(row, column).has("selected"), f"selection of row {row}")
+
+    def wait_for_marks(self, *marks):
+        self.wait_for(lambda: self.marks() == list(marks), f"marks {marks}")
+
+    # Whole steps of a review
+
+    def search(self):
+        """Confirms the dialog as it is and waits until the search is over."""
+        self.press(self.dialog, "enter")
+        return self.wait_until_idle()
+
+    def wait_until_idle(self):
+        """Until no job runs: only then can another one be started."""
+        self.button("Reload")
+        return self.wait_for_main_alone()
+
+    def choose(self, menu, item):
+        """Clicks an entry of a menu: "Edit", "Keep One of Each"."""
+        main = self.main
+        self.wait_until_active(main)
+        self.click(self.wait_for(lambda: main.find("menu bar").find("menu item", menu), f"menu {menu!r}"))
+        self.click(self.wait_for(lambda: main.find("menu item", item, ["showing", "enabled"]), f"entry {item!r}"))

@@ -1,0 +1,97 @@
+#!/usr/bin/python3
+"""Uses the real program as those do who see otherwise: dunmora_access_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
+
+import windowcase
+from bigbook import big_book
+from dunmoracase import BOOK, BROKEN, DORA_1, DORA_2, NOBODY_1, NOBODY_2, DunmoraCase
+from portal import DARK, LIGHT, SettingsPortal
+
+
+class AccessTest(DunmoraCase):
+    """Whoever does not see the windows is told all that they show."""
+
+    NAMED = {"push button", "check box", "radio button", "text", "table", "table column header", "menu", "menu item",
+             "progress bar", "frame", "dialog", "alert message", "combo box", "list"}
+
+    def assert_all_named(self, window):
+        unnamed = [node for node in window.walk() if node.role in self.NAMED and not node.name]
+        self.assertEqual(unnamed, [])
+
+    def assert_unique_mnemonics(self, window):
+        keys = [key for node in window.walk() for key in node.key_bindings]
+        self.assertEqual(sorted(keys), sorted(set(keys)), [(node, node.key_bindings) for node in window.walk()])
+
+    def test_names_every_control_of_every_window(self):
+        self.book.write_bytes(big_book(30_000, 2_000)[0])
+        dunmora = self.start(self.book)
+        self.assert_all_named(dunmora.progress)
+        dialog = dunmora.dialog
+        self.assert_all_named(dialog)
+        self.assert_unique_mnemonics(dialog)
+        self.assert_all_named(dunmora.main)
+        dunmora.press(dialog, "escape")
+        self.assert_all_named(dunmora.wait_for_main_alone())
+        dunmora.kill()
+
+        dunmora = self.start_searched(BOOK + DORA_1 + DORA_2 + NOBODY_1 + NOBODY_2 + BROKEN)
+        main = dunmora.main
+        self.assert_all_named(main)
+        self.assert_unique_mnemonics(main)
+        alert = self.delete_checked(dunmora)
+        self.assert_all_named(alert)
+        self.assert_unique_mnemonics(alert)
+
+    def test_names_every_cell_and_says_whose_mark_it_is(self):
+        dunmora = self.start_searched()
+        table = dunmora.table
+
+        names = [[table.cell(row, column).name for column in range(table.column_count)]
+                 for row in range(table.row_count)]
+        self.assertEqual([row[0] for row in names],
+                         ["Ann Lee, kept", "Ann Lee, marked for deletion",
+                          "Carl Ek, kept", "Carl Ek, marked for deletion"])
+        self.assertTrue(all(name for row in names for name in row), names)
+
+    def test_reaches_everything_under_the_table_by_keyboard(self):
+        dunmora = self.start_searched(NOBODY_1 + NOBODY_2 + DORA_1 + DORA_2 + BROKEN)
+        main = dunmora.main
+        dunmora.select(0)
+
+        reached = []
+        for _ in range(4):
+            focused = dunmora.wait_for(lambda: main.find(states=["focused"]), "control with the keyboard")
+            reached.append(focused.name)
+            dunmora.press(main, "tab")
+            dunmora.wait_for(lambda: main.find(states=["focused"]) not in (None, focused), "next control")
+
+        self.assertEqual(reached, ["Duplicates", "1 person would lose every copy", "2 people share only empty fields",
+                                   "1 card was skipped"])
+
+
+class AppearanceTest(DunmoraCase):
+    def brightness(self, dunmora):
+        """The mean brightness of what the main window shows, from 0 to 255."""
+        _, _, pixels = dunmora.screen.image(dunmora.main.extents)
+        return sum(pixels) / len(pixels)
+
+    def test_follows_the_desktop_from_light_to_dark_and_back(self):
+        with SettingsPortal(self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"], DARK) as portal:
+            dunmora = self.start_searched()
+
+            dunmora.wait_for(lambda: self.brightness(dunmora) < 80, "dark window")
+            portal.set_colour_scheme(LIGHT)
+            dunmora.wait_for(lambda: self.brightness(dunmora) > 180, "light window")
+            portal.set_colour_scheme(DARK)
+            dunmora.wait_for(lambda: self.brightness(dunmora) < 80, "dark window")
+
+    def test_does_not_wait_for_a_desktop_that_answers_late(self):
+        with SettingsPortal(self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"], DARK, answers=False) as portal:
+            dunmora = self.start_searched()
+
+            dunmora.wait_for(lambda: self.brightness(dunmora) > 180, "light window")
+            portal.answer()
+            dunmora.wait_for(lambda: self.brightness(dunmora) < 80, "dark window")
+
+
+if __name__ == "__main__":
+    windowcase.main()

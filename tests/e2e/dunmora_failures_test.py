@@ -1,0 +1,207 @@
+#!/usr/bin/python3
+"""Fails and ends the real program in whatever it does: dunmora_failures_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
+
+import windowcase
+from bigbook import big_book
+from dunmora import FIELDS, NO_FIELD, NOTHING_CHECKED, is_alert, is_progress
+from dunmoracase import ANN_1, ANNS, BEN, BOOK, CARL_1, CARLS, DORA_1, DORA_2, JUNK, DunmoraCase
+
+
+class FailureTest(DunmoraCase):
+    def fail_with(self, dunmora, text):
+        """The alert with these words over the progress window, acknowledged; the program is then usable."""
+        alert = dunmora.alert(text)
+        self.assertTrue([window for window in dunmora.windows if is_progress(window)])
+        dunmora.press(alert, "enter")
+
+    def test_tells_that_a_book_cannot_be_read(self):
+        self.book.unlink()
+        dunmora = self.start(self.book)
+
+        self.fail_with(dunmora, f"“{self.book}” does not exist.")
+
+        dunmora.wait_for_main_alone()
+        dunmora.label("The address book could not be read")
+        self.book.write_bytes(BOOK)
+        dunmora.click(dunmora.button("Reload"))
+        dunmora.search()
+        dunmora.total("4 duplicates of 5")
+
+    def test_tells_that_a_read_only_book_cannot_be_changed(self):
+        dunmora = self.start_searched()
+        self.book.chmod(0o444)
+
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        self.fail_with(dunmora, f"“{self.book}” cannot be changed: it is read-only.")
+
+        # The book is read again, because the engine has already forgotten people who are still there.
+        dunmora.search()
+        dunmora.total("4 duplicates of 5")
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
+        self.assert_book(BOOK)
+
+    def test_tells_that_another_program_has_changed_the_book(self):
+        dunmora = self.start_searched()
+        self.book.write_bytes(BOOK + DORA_1 + DORA_2)
+
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        self.fail_with(dunmora, f"“{self.book}” has changed since it was read. Read it again first.")
+
+        dunmora.search()
+        dunmora.total("6 duplicates of 7")
+        self.assert_book(BOOK + DORA_1 + DORA_2)
+
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        dunmora.total("2 duplicates of 3")
+        self.assert_book(ANN_1 + JUNK + BEN + CARL_1)
+
+
+class EndTest(DunmoraCase):
+    """Whatever it shows, it ends at once when it is told to."""
+
+    BIG, BIG_WITHOUT_COPIES = big_book(30_000, 2_000)
+
+    def assert_ends(self, reach):
+        """Ends a run that has been brought to a state, once by each of the ways there are."""
+        for name, end in (("close", lambda dunmora, main: main.close()),
+                          ("quit", lambda dunmora, main: dunmora.screen.press("ctrl+q"))):
+            with self.subTest(name):
+                dunmora = reach()
+                end(dunmora, dunmora.x_window(dunmora.main))
+
+                dunmora.seconds_until_end()
+                self.assertEqual((dunmora.process.returncode, dunmora.output), (0, ""))
+
+    def test_over_the_review(self):
+        self.assert_ends(self.start_searched)
+        self.assert_book(BOOK)
+
+    def test_over_the_match_fields(self):
+        def reach():
+            dunmora = self.start(self.book)
+            dunmora.wait_until_active(dunmora.dialog)
+            return dunmora
+
+        self.assert_ends(reach)
+
+    def test_over_a_message_over_the_match_fields(self):
+        def reach():
+            dunmora = self.start(self.book)
+            dialog = dunmora.dialog
+            for name in FIELDS:
+                box = dialog.find("check box", name)
+                if box.has("checked"):
+                    dunmora.click(box)
+                    dunmora.wait_for(lambda box=box: not box.has("checked"), "empty box")
+            dunmora.press(dialog, "enter")
+            dunmora.wait_until_active(dunmora.alert(NO_FIELD))
+            return dunmora
+
+        self.assert_ends(reach)
+
+    def test_over_the_confirmation(self):
+        def reach():
+            dunmora = self.start_searched()
+            dunmora.wait_until_active(self.delete_checked(dunmora))
+            return dunmora
+
+        self.assert_ends(reach)
+        self.assert_book(BOOK)
+
+    def test_over_a_message(self):
+        def reach():
+            dunmora = self.start_searched()
+            dunmora.select(0)
+            dunmora.press(dunmora.main, "ctrl+a")
+            dunmora.choose("Edit", "Uncheck Selected")
+            dunmora.wait_for_marks(False, False, False, False)
+            dunmora.click(dunmora.button("Delete Checked"))
+            dunmora.wait_until_active(dunmora.alert(NOTHING_CHECKED))
+            return dunmora
+
+        self.assert_ends(reach)
+
+    def test_over_an_error(self):
+        def reach():
+            dunmora = self.start(self.books / "missing.vcf")
+            dunmora.wait_until_active(dunmora.wait_for_window(is_alert, "alert"))
+            return dunmora
+
+        self.assert_ends(reach)
+
+    def test_over_the_open_panel(self):
+        def reach():
+            dunmora = self.start_searched()
+            dunmora.press(dunmora.main, "ctrl+o")
+            dunmora.wait_until_active(dunmora.open_panel)
+            return dunmora
+
+        self.assert_ends(reach)
+
+    def test_while_it_loads(self):
+        self.book.write_bytes(self.BIG)
+
+        def reach():
+            dunmora = self.start(self.book)
+            dunmora.wait_until_active(dunmora.main)
+            self.assertTrue(dunmora.progress)
+            return dunmora
+
+        self.assert_ends(reach)
+        self.assert_book(self.BIG)
+
+    def test_while_it_finds(self):
+        self.book.write_bytes(self.BIG)
+
+        def reach():
+            dunmora = self.start(self.book)
+            dunmora.press(dunmora.dialog, "enter")
+            dunmora.wait_until_active(dunmora.main)
+            return dunmora
+
+        self.assert_ends(reach)
+        self.assert_book(self.BIG)
+
+    def test_while_it_deletes(self):
+        def reach():
+            dunmora = self.start_searched(self.BIG)
+            dunmora.press(self.delete_checked(dunmora), "enter")
+            dunmora.wait_until_active(dunmora.main)
+            return dunmora
+
+        self.assert_ends(reach)
+        self.assertIn(self.book.read_bytes(), (self.BIG, self.BIG_WITHOUT_COPIES))
+
+    def test_by_a_click_on_its_close_control(self):
+        dunmora = self.start(self.book)
+        dunmora.wait_until_active(dunmora.dialog)
+        window = dunmora.x_window(dunmora.main)
+        x, y, width, _ = window.extents
+        title_height = window.frame[2]
+
+        dunmora.screen.click((x + width - title_height, y - title_height, title_height, title_height))
+
+        dunmora.seconds_until_end()
+        self.assertEqual(dunmora.process.returncode, 0)
+
+    def test_by_its_menu(self):
+        for menu, entry in (("File", "Close"), ("File", "Quit")):
+            with self.subTest(entry):
+                dunmora = self.start_searched()
+
+                dunmora.choose(menu, entry)
+
+                dunmora.seconds_until_end()
+                self.assertEqual(dunmora.process.returncode, 0)
+
+    def test_when_the_session_ends(self):
+        dunmora = self.start_searched()
+
+        dunmora.terminate()
+
+        dunmora.seconds_until_end()
+        self.assertEqual(dunmora.process.returncode, 0)
+
+
+if __name__ == "__main__":
+    windowcase.main()

@@ -1,0 +1,446 @@
+#!/usr/bin/python3
+"""Uses the real program as a person does: dunmora_windows_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
+
+import windowcase
+from bigbook import big_book
+from drop import FileDrag
+from dunmora import FIELDS, NO_BOOK, NO_FIELD, NOTHING_CHECKED, is_alert, texts_of
+from dunmoracase import (ANN_1, ANN_2, ANNS, BEN, BOOK, BROKEN, CARL_1, CARL_2, CARLS, DORA_1, DORA_2, JUNK, NOBODY_1,
+                         NOBODY_2, DunmoraCase)
+
+
+class StartTest(DunmoraCase):
+    def test_shows_progress_while_it_loads_and_then_asks_for_the_match_fields(self):
+        self.book.write_bytes(big_book(40_000, 10)[0])
+        dunmora = self.start(self.book)
+
+        main, progress = dunmora.main, dunmora.progress
+        text = dunmora.wait_for(lambda: texts_of(progress), "text in the progress window")
+        bar = progress.find("progress bar")
+        dunmora.wait_for(lambda: 0 < bar.value < bar.maximum, "movement of the bar")
+        stack = [window for window in dunmora.screen.windows if window.process_id == dunmora.process.pid]
+        self.assertEqual(text, ["Loading Contacts..."])
+        self.assertEqual(stack, [dunmora.x_window(main), dunmora.x_window(progress)])
+        # It never takes the keyboard away.
+        dunmora.wait_until_active(main)
+
+        dialog = dunmora.dialog
+        dunmora.wait_until_active(dialog)
+        self.assertEqual(sorted(window.role for window in dunmora.windows), sorted([main.role, dialog.role]))
+
+    def test_names_the_book_in_the_title(self):
+        dunmora = self.start(self.book)
+
+        self.assertIn("book.vcf", dunmora.main.name)
+
+    def test_does_nothing_when_it_is_activated_again(self):
+        dunmora = self.start_searched()
+        main = dunmora.main
+        dunmora.screen.count_new_windows()
+
+        other = dunmora.screen.open_window("Another program")
+        self.addCleanup(other.window.destroy)
+        dunmora.wait_for(lambda: dunmora.screen.active_window in (other, None), "keyboard of the other program")
+        other.activate()
+        dunmora.wait_for(lambda: dunmora.screen.active_window == other, "keyboard of the other program")
+        dunmora.x_window(main).activate()
+        dunmora.wait_until_active(main)
+        # Its marks can still be changed, so no job has begun.
+        dunmora.select(0)
+        dunmora.press(main, "space")
+        dunmora.wait_for_marks(True, True, False, True)
+
+        self.assertEqual(dunmora.screen.count_new_windows(), 1)
+        self.assertEqual(dunmora.windows, [main])
+
+    def test_offers_to_open_a_book_when_none_is_given(self):
+        dunmora = self.start()
+
+        alert = dunmora.wait_for_window(is_alert, "alert")
+        self.assertEqual(texts_of(alert), [NO_BOOK])
+        dunmora.press(alert, "enter")
+        dunmora.wait_for_main_alone()
+        dunmora.label("No address book is open")
+        dunmora.click(dunmora.button("Open Address Book…"))
+        self.open_by_keyboard(dunmora)
+
+        dunmora.search()
+        dunmora.total("4 duplicates of 5")
+
+    def open_by_keyboard(self, dunmora, book=None):
+        panel = dunmora.open_panel
+        dunmora.type(panel, str(book or self.book))
+        dunmora.press(panel, "enter")
+
+    def test_opens_another_book_by_keyboard(self):
+        other = self.books / "other.vcf"
+        other.write_bytes(DORA_1 + DORA_2)
+        dunmora = self.start_searched()
+
+        dunmora.press(dunmora.main, "ctrl+o")
+        self.open_by_keyboard(dunmora, other)
+        dunmora.search()
+
+        dunmora.total("2 duplicates of 2")
+        self.assertIn("other.vcf", dunmora.main.name)
+
+    def test_opens_a_folder_of_cards(self):
+        (self.books / "dora.vcf").write_bytes(DORA_1)
+        dunmora = self.start(self.books)
+
+        dunmora.search()
+
+        dunmora.total("4 duplicates of 6")
+
+    def test_goes_on_with_its_book_when_the_open_panel_is_cancelled(self):
+        dunmora = self.start_searched()
+
+        dunmora.press(dunmora.main, "ctrl+o")
+        dunmora.press(dunmora.open_panel, "escape")
+        dunmora.wait_for_main_alone()
+
+        dunmora.total("4 duplicates of 5")
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
+
+
+class MatchFieldsTest(DunmoraCase):
+    def states(self, dialog):
+        return {name: dialog.find("check box", name).has("checked") for name in FIELDS}
+
+    def test_begins_with_first_and_last_name(self):
+        dunmora = self.start(self.book)
+
+        self.assertEqual(self.states(dunmora.dialog), {name: name in FIELDS[:2] for name in FIELDS})
+
+    def test_is_used_by_keyboard_alone(self):
+        dunmora = self.start(self.book)
+        dialog = dunmora.dialog
+        dunmora.wait_until_active(dialog)
+
+        # Every box is reached by the Tab key and turned by the space bar.
+        turned = set()
+        for _ in range(3 * len(FIELDS)):
+            box = next(iter(dialog.find_all("check box", states=["focused"])), None)
+            if box is not None and box.name not in turned:
+                before = box.has("checked")
+                dunmora.press(dialog, "space")
+                dunmora.wait_for(lambda: box.has("checked") != before, f"turn of {box.name}")
+                turned.add(box.name)
+            focused = dialog.find_all(states=["focused"])
+            dunmora.press(dialog, "tab")
+            dunmora.wait_for(lambda: dialog.find_all(states=["focused"]) not in ([], focused), "next control")
+        self.assertEqual(turned, set(FIELDS))
+
+        self.assertEqual(self.states(dialog), {name: name not in FIELDS[:2] for name in FIELDS})
+        dunmora.press(dialog, "enter")
+        dunmora.wait_for_main_alone()
+        dunmora.total("0 duplicates of 5")
+
+    def test_keeps_a_choice_even_when_it_is_cancelled(self):
+        dunmora = self.start(self.book)
+        dialog = dunmora.dialog
+        dunmora.click(dialog.find("check box", FIELDS[5]))
+        dunmora.wait_for(lambda: self.states(dialog)[FIELDS[5]], "mark")
+        dunmora.press(dialog, "escape")
+        dunmora.wait_for_main_alone()
+        dunmora.choose("File", "Quit")
+        dunmora.seconds_until_end()
+
+        dunmora = self.start(self.book)
+
+        self.assertEqual(self.states(dunmora.dialog),
+                         {name: name in FIELDS[:2] + FIELDS[5:] for name in FIELDS})
+
+    def test_asks_for_at_least_one_field(self):
+        dunmora = self.start(self.book)
+        dialog = dunmora.dialog
+        for name in FIELDS[:2]:
+            dunmora.click(dialog.find("check box", name))
+        dunmora.wait_for(lambda: not any(self.states(dialog).values()), "empty boxes")
+
+        dunmora.press(dialog, "enter")
+        dunmora.press(dunmora.alert(NO_FIELD), "enter")
+        dunmora.wait_for(lambda: not [window for window in dunmora.windows if is_alert(window)], "end of the alert")
+        dunmora.click(dialog.find("check box", FIELDS[5]))
+        dunmora.wait_for(lambda: self.states(dialog)[FIELDS[5]], "mark")
+        dunmora.press(dialog, "enter")
+
+        dunmora.wait_for_main_alone()
+        dunmora.total("5 duplicates of 5")
+        # Two people have one number, three have none.
+        self.assertEqual(dunmora.names(),
+                         [("Ann", "Lee"), ("Carl", "Ek"), ("Ben", "Li"), ("Ann", "Lee"), ("Carl", "Ek")])
+
+    def test_says_that_the_search_was_cancelled(self):
+        for cancel in (lambda dunmora, dialog: dunmora.press(dialog, "escape"),
+                       lambda dunmora, dialog: dunmora.click(dunmora.button("Cancel", dialog)),
+                       lambda dunmora, dialog: dunmora.x_window(dialog).close()):
+            with self.subTest():
+                dunmora = self.start(self.book)
+
+                cancel(dunmora, dunmora.dialog)
+
+                dunmora.wait_for_main_alone()
+                dunmora.label("The search was cancelled")
+                dunmora.kill()
+        self.assert_book(BOOK)
+
+    def test_keeps_the_main_window_from_the_user_while_it_asks(self):
+        dunmora = self.start(self.book)
+        main, dialog = dunmora.main, dunmora.dialog
+        dunmora.wait_until_active(dialog)
+        dunmora.screen.count_new_windows()
+
+        reload = main.find_all("push button", "Reload")[0]
+        dunmora.click(reload)
+        # The click brings the dialog back to the front.
+        dunmora.wait_until_active(dialog)
+        dunmora.press(dialog, "ctrl+r", "f5", "enter")
+
+        dunmora.wait_for_main_alone()
+        dunmora.total("4 duplicates of 5")
+        # All that has been shown since is the progress of the search.
+        self.assertLessEqual(dunmora.screen.count_new_windows(), 1)
+
+
+class ReviewTest(DunmoraCase):
+    def test_shows_each_group_with_the_proposed_marks(self):
+        dunmora = self.start_searched()
+
+        dunmora.total("4 duplicates of 5")
+        self.assertEqual(dunmora.marks(), [False, True, False, True])
+        self.assertEqual([row[:6] for row in dunmora.rows()], [
+            ("Ann", "Lee", "Annie", "", "", "+1 555 0100"),
+            ("Ann", "Lee", "", "+1 555 0101", "", ""),
+            ("Carl", "Ek", "", "", "+1 555 0102", ""),
+            ("Carl", "Ek", "", "", "", "+1 555 0100")])
+        self.assertTrue(all("24" in row[6] for row in dunmora.rows()), dunmora.rows())
+
+    def test_has_the_keyboard_in_the_table_after_a_search(self):
+        # One that takes its time: the main window has the keyboard before the table has rows.
+        dunmora = self.start_searched(big_book(10_000, 10)[0])
+
+        dunmora.wait_for(lambda: dunmora.table.has("focused"), "keyboard in the table")
+
+    def test_toggles_a_mark_by_click_and_by_space(self):
+        dunmora = self.start_searched()
+
+        dunmora.click_mark(0)
+        dunmora.wait_for_marks(True, True, False, True)
+        dunmora.click_mark(0)
+        dunmora.wait_for_marks(False, True, False, True)
+        dunmora.select(1, 2)
+        dunmora.press(dunmora.main, "space")
+        dunmora.wait_for_marks(False, False, False, True)
+        dunmora.press(dunmora.main, "down", "space")
+        dunmora.wait_for_marks(False, False, True, True)
+        self.assert_book(BOOK)
+
+    def test_marks_all_selected_rows_by_menu(self):
+        dunmora = self.start_searched()
+
+        dunmora.select(0)
+        dunmora.press(dunmora.main, "ctrl+a")
+        dunmora.choose("Edit", "Check Selected")
+        dunmora.wait_for_marks(True, True, True, True)
+        dunmora.choose("Edit", "Uncheck Selected")
+        dunmora.wait_for_marks(False, False, False, False)
+
+    def test_does_not_delete_when_nothing_is_checked(self):
+        dunmora = self.start_searched()
+        dunmora.select(0)
+        dunmora.press(dunmora.main, "ctrl+a")
+        dunmora.choose("Edit", "Uncheck Selected")
+        dunmora.wait_for_marks(False, False, False, False)
+
+        dunmora.click(dunmora.button("Delete Checked"))
+        dunmora.press(dunmora.alert(NOTHING_CHECKED), "escape")
+
+        dunmora.wait_for_main_alone()
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
+        self.assert_book(BOOK)
+
+    def test_does_not_delete_when_the_confirmation_is_cancelled(self):
+        dunmora = self.start_searched()
+
+        for cancel in (lambda alert: dunmora.press(alert, "escape"),
+                       lambda alert: dunmora.click(dunmora.button("Cancel", alert)),
+                       lambda alert: dunmora.x_window(alert).close()):
+            cancel(self.delete_checked(dunmora))
+            dunmora.wait_for_main_alone()
+
+        self.assertEqual(dunmora.marks(), [False, True, False, True])
+        self.assert_book(BOOK)
+
+    def test_deletes_the_checked_cards_and_not_a_byte_more(self):
+        dunmora = self.start_searched()
+        dunmora.click_mark(3)
+        dunmora.wait_for_marks(False, True, False, False)
+
+        dunmora.click(dunmora.button("Okay", self.delete_checked(dunmora)))
+
+        dunmora.total("3 duplicates of 4")
+        dunmora.wait_for_main_alone()
+        self.assertEqual(dunmora.names(), ANNS[:1] + CARLS)
+        self.assert_book(ANN_1 + JUNK + BEN + CARL_1 + CARL_2)
+
+    def test_deletes_several_times_in_a_row(self):
+        dunmora = self.start_searched()
+
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        dunmora.total("2 duplicates of 3")
+        dunmora.wait_for_main_alone()
+        dunmora.click_mark(1)
+        dunmora.wait_for_marks(False, True)
+        dunmora.press(self.delete_checked(dunmora), "enter")
+
+        dunmora.total("1 duplicates of 2")
+        self.assert_book(ANN_1 + JUNK + BEN)
+
+    def test_reads_the_book_again_on_reload(self):
+        dunmora = self.start_searched()
+        self.book.write_bytes(BOOK + DORA_1 + DORA_2)
+
+        dunmora.click(dunmora.button("Reload"))
+        dunmora.search()
+
+        dunmora.total("6 duplicates of 7")
+        self.assertEqual(dunmora.marks(), [False, True, False, True, True, True])
+
+    def test_says_that_nobody_is_there_twice(self):
+        dunmora = self.start_searched(ANN_1 + BEN)
+
+        dunmora.total("0 duplicates of 2")
+        dunmora.label("No duplicates found")
+
+
+class WarningsTest(DunmoraCase):
+    def setUp(self):
+        super().setUp()
+        self.dunmora = self.start_searched(ANN_1 + DORA_1 + DORA_2 + ANN_2 + NOBODY_1 + NOBODY_2 + CARL_1 + CARL_2)
+
+    def test_tells_who_would_be_lost(self):
+        dunmora = self.dunmora
+        dunmora.button("1 person would lose every copy")
+        self.assertIn("Every copy of this person is checked", dunmora.table.cell(2, 0).name)
+
+        dunmora.click_mark(0)
+
+        dunmora.button("2 people would lose every copy")
+
+    def test_tells_who_shares_only_empty_fields(self):
+        self.dunmora.button("2 people share only empty fields")
+
+    def test_jumps_from_one_to_the_next(self):
+        dunmora = self.dunmora
+        dunmora.click_mark(0)
+
+        for row in (0, 2, 0):
+            dunmora.click(dunmora.button("2 people would lose every copy"))
+            dunmora.wait_for(lambda row=row: dunmora.table.cell(row, 1).has("selected"), f"jump to row {row}")
+
+    def test_keeps_one_of_each(self):
+        dunmora = self.dunmora
+
+        dunmora.choose("Edit", "Keep One of Each")
+
+        dunmora.wait_for(lambda: not dunmora.has_button(".* lose every copy"), "end of the warning")
+        self.assertEqual(dunmora.marks(), [False, True, False, True, False, True, False, True])
+
+
+class FilterTest(DunmoraCase):
+    def test_hides_rows_and_changes_no_mark(self):
+        dunmora = self.start_searched()
+
+        dunmora.press(dunmora.main, "ctrl+f")
+        dunmora.wait_for(lambda: dunmora.main.find("text", states=["focused"]), "filter line with the keyboard")
+        dunmora.type(dunmora.main, "carl")
+        dunmora.wait_for(lambda: dunmora.names() == CARLS, "filtered rows")
+        dunmora.wait_for_marks(False, True)
+        dunmora.total("4 duplicates of 5")
+
+        dunmora.press(dunmora.main, "escape")
+        dunmora.wait_for(lambda: dunmora.names() == ANNS + CARLS, "all rows")
+        dunmora.wait_for_marks(False, True, False, True)
+        self.assertIsNone(dunmora.main.find("text"))
+
+    def test_is_taken_away_before_a_deletion(self):
+        dunmora = self.start_searched()
+        dunmora.press(dunmora.main, "ctrl+f")
+        dunmora.type(dunmora.main, "carl")
+        dunmora.wait_for(lambda: dunmora.names() == CARLS, "filtered rows")
+
+        alert = self.delete_checked(dunmora)
+
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
+        dunmora.press(alert, "enter")
+        dunmora.total("2 duplicates of 3")
+        self.assert_book(ANN_1 + JUNK + BEN + CARL_1)
+
+    def test_marks_only_the_rows_that_it_shows(self):
+        dunmora = self.start_searched()
+        dunmora.press(dunmora.main, "ctrl+f")
+        dunmora.type(dunmora.main, "ann")
+        dunmora.wait_for(lambda: dunmora.names() == ANNS, "filtered rows")
+
+        dunmora.select(0)
+        dunmora.press(dunmora.main, "ctrl+a")
+        dunmora.choose("Edit", "Uncheck Selected")
+        dunmora.wait_for_marks(False, False)
+        dunmora.press(dunmora.main, "ctrl+f", "escape")
+
+        dunmora.wait_for(lambda: dunmora.names() == ANNS + CARLS, "all rows")
+        dunmora.wait_for_marks(False, False, False, True)
+
+
+class NotesTest(DunmoraCase):
+    def test_tells_what_the_book_could_not_read(self):
+        dunmora = self.start_searched(BOOK + BROKEN)
+
+        dunmora.click(dunmora.button("1 card was skipped"))
+        alert = dunmora.wait_for_window(is_alert, "alert")
+        remark = f"1 card of “{self.book}” was skipped and stays as it is (line 40): it has no END or no property."
+        self.assertEqual(texts_of(alert), ["1 card was skipped", remark])
+        dunmora.press(alert, "escape")
+        dunmora.wait_for_main_alone()
+
+        self.book.write_bytes(BOOK)
+        dunmora.click(dunmora.button("Reload"))
+        dunmora.search()
+        dunmora.total("4 duplicates of 5")
+        self.assertFalse(dunmora.has_button("1 card was skipped"))
+
+    def test_leaves_a_broken_card_as_it_is(self):
+        dunmora = self.start_searched(BOOK + BROKEN)
+
+        dunmora.press(self.delete_checked(dunmora), "enter")
+
+        dunmora.total("2 duplicates of 3")
+        self.assert_book(ANN_1 + JUNK + BEN + CARL_1 + BROKEN)
+
+
+class DropTest(DunmoraCase):
+    def test_opens_a_book_that_is_dropped_on_the_window(self):
+        other = self.books / "other.vcf"
+        other.write_bytes(DORA_1 + DORA_2)
+        dunmora = self.start_searched()
+        main = dunmora.main
+
+        self.assertTrue(FileDrag(dunmora.screen, other).drop(dunmora.x_window(main)))
+        dunmora.search()
+
+        dunmora.total("2 duplicates of 2")
+        self.assertIn("other.vcf", main.name)
+
+    def test_takes_no_book_while_it_asks(self):
+        dunmora = self.start(self.book)
+        main, dialog = dunmora.main, dunmora.dialog
+
+        self.assertFalse(FileDrag(dunmora.screen, self.book).drop(dunmora.x_window(main)))
+
+        dunmora.press(dialog, "escape")
+        dunmora.wait_for_main_alone()
+
+
+if __name__ == "__main__":
+    windowcase.main()

@@ -1,0 +1,57 @@
+"""What the tests of `dunmora` have in common: a book of a few people, and the program started on it."""
+
+from dunmora import CONFIRMATION, Dunmora
+from windowcase import WindowCase
+
+
+def card(uid, first, last, *lines):
+    """A card, to the byte."""
+    text = ["BEGIN:VCARD", "VERSION:3.0", f"UID:{uid}", f"N:{last};{first};;;", "REV:2024-05-01T10:00:00Z", *lines,
+            "END:VCARD", ""]
+    return "\r\n".join(text).encode()
+
+
+ANN_1 = card("ann-1", "Ann", "Lee", "TEL;TYPE=CELL:+1 555 0100", "NICKNAME:Annie")
+BEN = card("ben", "Ben", "Li", "NOTE:kept\\, with a fold", " ed line")
+ANN_2 = card("ann-2", "Ann", "Lee", "X-ODD:whatever", "TEL;TYPE=HOME:+1 555 0101")
+JUNK = b"text between cards\r\n"
+CARL_1 = card("carl-1", "Carl", "Ek", "TEL;TYPE=WORK:+1 555 0102")
+CARL_2 = card("carl-2", "Carl", "Ek", "TEL;TYPE=CELL:+1 555 0100")
+BOOK = ANN_1 + JUNK + BEN + ANN_2 + CARL_1 + CARL_2
+ANNS, CARLS = [("Ann", "Lee")] * 2, [("Carl", "Ek")] * 2
+
+DORA_1, DORA_2 = card("dora-1", "Dora", "Ng"), card("dora-2", "Dora", "Ng")
+NOBODY_1, NOBODY_2 = card("no-1", "", "", "TEL:+1 555 0103"), card("no-2", "", "", "TEL:+1 555 0104")
+BROKEN = b"BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Cut off\r\n"
+
+
+class DunmoraCase(WindowCase):
+    """A home with a book in it."""
+
+    def start(self, *arguments):
+        return super().start(*arguments, kind=Dunmora)
+
+    def setUp(self):
+        super().setUp()
+        self.books = self.home / "books"
+        self.books.mkdir()
+        self.book = self.books / "book.vcf"
+        self.book.write_bytes(BOOK)
+
+    def start_searched(self, content=BOOK):
+        """Starts the program and confirms the dialog as it is."""
+        self.book.write_bytes(content)
+        dunmora = self.start(self.book)
+        dunmora.search()
+        return dunmora
+
+    def delete_checked(self, dunmora):
+        """Up to the confirmation; returns that."""
+        dunmora.wait_for_main_alone()
+        dunmora.click(dunmora.button("Delete Checked"))
+        return dunmora.alert(*CONFIRMATION)
+
+    def assert_book(self, content):
+        """On the disk lies this, and nothing else beside it."""
+        self.assertEqual(self.book.read_bytes(), content)
+        self.assertEqual([path.name for path in self.books.iterdir()], [self.book.name])
