@@ -48,7 +48,24 @@ bool haveSameTexts(const ContactRecord* one, const ContactRecord* other,
 
 }  // namespace
 
+std::vector<const ContactRecord*> recordsOfRows(const ContactsParser& engine)
+{
+    // In a sweep of its own: what the processor waits for most is memory that is far apart, and one
+    // search does not wait for the one before.
+    const auto& rows = engine.duplicates();
+    std::vector<const ContactRecord*> records(rows.size());
+    std::transform(rows.begin(), rows.end(), records.begin(),
+                   [&](const std::string& uid) { return engine.contacts().find(uid); });
+    return records;
+}
+
 std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
+{
+    return duplicateGroups(engine, recordsOfRows(engine));
+}
+
+std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine,
+                                            std::span<const ContactRecord* const> records)
 {
     // Members of a group stand next to each other, and no two groups share a key: a new key begins
     // a new group.
@@ -58,7 +75,7 @@ std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
     std::size_t first = 0;
     const ContactRecord* before = nullptr;
     for (std::size_t row = 0; row < rows.size(); ++row) {
-        const auto* const contact = engine.contacts().find(rows[row]);
+        const auto* const contact = records[row];
         if (groups.empty() || !haveSameTexts(before, contact, fields)) {
             auto key = keyOf(contact, fields);
             if (groups.empty() || groups.back().key != key) {

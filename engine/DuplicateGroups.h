@@ -6,6 +6,7 @@
 
 namespace dunmora {
 
+class ContactRecord;
 class ContactsParser;
 
 /// A group of the review: the people who share a match key.
@@ -15,10 +16,18 @@ struct DuplicateGroup {
     std::span<const std::string> uids;
 };
 
+/// The record of each of the engine's rows; none for someone whom the engine does not know. Valid
+/// as long as the engine's contacts stay. Thread: as reading the engine's collections.
+std::vector<const ContactRecord*> recordsOfRows(const ContactsParser& engine);
+
 /// The groups of the engine's rows, in their order, by the match fields chosen now. Quick enough
 /// for the main thread: the preferences are asked once, not for every row. Thread: as reading the
 /// engine's collections.
 std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine);
+
+/// The same for who has the records of the rows at hand.
+std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine,
+                                            std::span<const ContactRecord* const> records);
 
 /// Whether everyone of the group is checked: the person behind it would be lost.
 /// Thread: as reading the engine's collections.

@@ -9,9 +9,8 @@ namespace dunmora {
 
 namespace {
 
-bool isChecked(const ContactsParser& engine, const std::string& uid)
+bool isChecked(const ContactRecord* contact)
 {
-    const auto* const contact = engine.contacts().find(uid);
     return contact != nullptr && contact->isChecked();
 }
 
@@ -34,11 +33,11 @@ void GroupWarnings::clear()
 void GroupWarnings::update(const ContactsParser& engine)
 {
     clear();
-    const auto& rows = engine.duplicates();
-    groupOfRow_.reserve(rows.size());
-    isChecked_.resize(rows.size());
+    const auto records = recordsOfRows(engine);
+    groupOfRow_.reserve(records.size());
+    isChecked_.resize(records.size());
     const auto keyOfNobody = keyOfEmptyFields();
-    for (const auto& group : duplicateGroups(engine)) {
+    for (const auto& group : duplicateGroups(engine, records)) {
         // Whoever is left alone by a deletion shares nothing with anybody.
         const auto sharesOnlyEmptyFields = group.uids.size() > 1 && group.key == keyOfNobody;
         sharingOnlyEmptyFields_ += sharesOnlyEmptyFields ? group.uids.size() : 0;
@@ -47,8 +46,8 @@ void GroupWarnings::update(const ContactsParser& engine)
         groups_.push_back(
             {groupOfRow_.size() - group.uids.size(), group.uids.size(), 0, sharesOnlyEmptyFields});
     }
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-        setChecked(row, isChecked(engine, rows[row]));
+    for (std::size_t row = 0; row < records.size(); ++row) {
+        setChecked(row, isChecked(records[row]));
     }
 }
 
@@ -57,7 +56,7 @@ void GroupWarnings::rowsEdited(const ContactsParser& engine, std::span<const std
     const auto& uids = engine.duplicates();
     for (const auto row : rows) {
         if (row < isChecked_.size() && row < uids.size()) {
-            setChecked(row, isChecked(engine, uids[row]));
+            setChecked(row, isChecked(engine.contacts().find(uids[row])));
         }
     }
 }
