@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QApplication>
+#include <QLatin1String>
+
+#include <iostream>
+
+namespace dunmora::bench {
+
+/// Qt's application, without a display and in a style that is the same everywhere.
+class OffscreenApplication final {
+public:
+    OffscreenApplication(int& argc, char** argv) : application_(prepared(argc), argv) {}
+
+private:
+    /// What has to be there before the application is.
+    static int& prepared(int& argc)
+    {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(
+            [](QtMsgType /*type*/, const QMessageLogContext& /*place*/, const QString& text) {
+                // A platform without a screen regrets a lot.
+                if (!text.startsWith(QLatin1String("This plugin does not support"))) {
+                    std::cerr << text.toStdString() << '\n';
+                }
+            });
+        QApplication::setStyle(QStringLiteral("Fusion"));
+        return argc;
+    }
+
+    QApplication application_;
+};
+
+}  // namespace dunmora::bench

@@ -1,0 +1,193 @@
+#include "app/DunmoraAppDelegate.h"
+#include "app/NotificationCenter.h"
+#include "bench/BenchPlatform.h"
+#include "bench/QtDesktop.h"
+#include "engine/ContactsParser.h"
+#include "platform/TableView.h"
+#include "platform/Window.h"
+#include "ui/ContactsController.h"
+#include "ui/ReviewController.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTableView>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <ctime>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace dunmora::bench {
+
+namespace {
+
+constexpr std::int64_t kFewRows = 100'000;
+constexpr std::int64_t kManyRows = 1'000'000;
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+/// The main window with a review in its table in which everyone stands twice. The engine's rows are
+/// found once for all measurements with as many.
+class Review final {
+public:
+    explicit Review(const benchmark::State& state)
+        : platform_(static_cast<std::size_t>(state.range(0)), Twice::Everyone)
+    {
+        engine_.load();
+        engine_.findDupes();
+        interface_->tableView("tableContacts").setDataSource(&contacts, &review);
+        // As large as a screen of today shows it.
+        table.window()->resize(1920, 1080);
+        interface_->window().show();
+        reload();
+        review.jobsEnded();
+        QtDesktop::handleEvents();
+    }
+    ~Review()
+    {
+        interface_->window().close();
+        engine_.reset();
+        engine_.contacts().clear();
+    }
+    Review(const Review&) = delete;
+    Review& operator=(const Review&) = delete;
+
+    /// What the end of a search or of a deletion does to the table.
+    void reload()
+    {
+        const Payload none;
+        contacts.OnReloadContacts({kMsgReload, nullptr, none});
+    }
+
+    /// Draws what is in view now.
+    void draw() { table.viewport()->repaint(); }
+
+private:
+    template <typename Widget>
+    static Widget& widgetNamed(const char* name)
+    {
+        for (auto* const window : QApplication::topLevelWidgets()) {
+            if (auto* const widget = window->findChild<Widget*>(QLatin1String(name))) {
+                return *widget;
+            }
+        }
+        throw std::logic_error(std::string("no widget is named ") + name);
+    }
+
+    BenchPlatform platform_;
+    QtDesktop desktop_;
+    ContactsParser& engine_ = ContactsParser::parser();
+    std::unique_ptr<Interface> interface_ = desktop_.interfaceLoader.load("MainWindow");
+    DunmoraAppDelegate delegate_;
+
+public:
+    ContactsController contacts{*interface_, delegate_};
+    ReviewController review{*interface_, contacts, [] { return false; }};
+    QTableView& table = widgetNamed<QTableView>("tableContacts");
+    QLineEdit& filter = widgetNamed<QLineEdit>("tableContactsFilter");
+};
+
+/// In seconds. Other programs that use the machine do not count.
+double processorTime()
+{
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+/// One frame of scrolling, in which every row in view is another one than before.
+void scrollFrame(benchmark::State& state)
+{
+    static double frameOfFewRows = 0;
+    const auto review = std::make_unique<Review>(state);
+    auto& bar = *review->table.verticalScrollBar();
+    // Far enough for other rows each time, all over the table.
+    constexpr int kFramesFromEndToEnd = 1009;
+    const int step = std::max(bar.maximum() / kFramesFromEndToEnd, bar.pageStep());
+
+    const auto begin = processorTime();
+    while (state.KeepRunning()) {
+        bar.setValue(bar.value() + step <= bar.maximum() ? bar.value() + step : bar.value() % step);
+        review->draw();
+    }
+    const auto frame = (processorTime() - begin) / static_cast<double>(state.iterations());
+
+    if (state.range(0) == kFewRows) {
+        frameOfFewRows = frame;
+    }
+    state.counters["x_fewer_rows"] = frame / frameOfFewRows;
+    state.counters["rows_in_view"] =
+        static_cast<double>(bar.pageStep()) / review->table.rowHeight(0);
+}
+
+/// One letter typed into the filter, until the rows that are left have been drawn. Everyone is
+/// searched each time.
+void typeIntoFilter(benchmark::State& state)
+{
+    const auto review = std::make_unique<Review>(state);
+    bool isFound = false;
+    QObject::connect(review->table.model(), &QAbstractItemModel::modelReset, &review->table,
+                     [&isFound] { isFound = true; });
+    review->review.OnFilter(nullptr);
+    const QString first = QStringLiteral("7");
+    const QString second = QStringLiteral("3");
+    Milliseconds longest{};
+    const auto measured = [&longest](const auto& work) {
+        const auto begin = std::chrono::steady_clock::now();
+        work();
+        longest = std::max<Milliseconds>(longest, std::chrono::steady_clock::now() - begin);
+    };
+
+    while (state.KeepRunning()) {
+        isFound = false;
+        measured([&] { review->filter.setText(review->filter.text() == first ? second : first); });
+        while (!isFound) {
+            measured([] { QCoreApplication::processEvents(); });
+        }
+        measured([&] { review->draw(); });
+    }
+
+    state.counters["longest_turn_ms"] = longest.count();
+}
+
+/// Every row is selected, and all of them are checked or unchecked in one go.
+void selectAllAndMark(benchmark::State& state)
+{
+    const auto review = std::make_unique<Review>(state);
+    bool on = true;
+
+    while (state.KeepRunning()) {
+        review->table.clearSelection();
+        review->table.selectAll();
+        if (on) {
+            review->review.OnCheckSelected(nullptr);
+        } else {
+            review->review.OnUncheckSelected(nullptr);
+        }
+        on = !on;
+        review->draw();
+    }
+}
+
+/// The table takes over the engine's rows and draws the first ones.
+void reloadTable(benchmark::State& state)
+{
+    const auto review = std::make_unique<Review>(state);
+
+    while (state.KeepRunning()) {
+        review->reload();
+        review->draw();
+    }
+}
+
+BENCHMARK(scrollFrame)->Arg(kFewRows)->Arg(kManyRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(typeIntoFilter)->Arg(kFewRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(selectAllAndMark)->Arg(kFewRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(reloadTable)->Arg(kFewRows)->Arg(kManyRows)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace dunmora::bench
