@@ -50,6 +50,8 @@ std::optional<std::filesystem::path> QtOpenPanel::runModal()
     QFileDialog dialog(sessions_.front(), QStringLiteral("Open Address Book"), start);
     // The desktop's own dialogs know no button of ours and are modal in their own way.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    // It would delete files and whole folders, and rename them: the user is here to open one.
+    dialog.setOption(QFileDialog::ReadOnly);
     dialog.setWindowModality(Qt::NonModal);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setNameFilters(

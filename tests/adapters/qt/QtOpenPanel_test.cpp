@@ -3,10 +3,12 @@
 #include "tests/fakes/TemporaryFolder.h"
 
 #include <QAbstractItemView>
+#include <QAction>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 
 #include <filesystem>
@@ -107,6 +109,37 @@ TEST_F(QtOpenPanelTest, ChoosesTheFolderThatIsSelected)
     });
 
     EXPECT_EQ(choice, folder.path() / "cards");
+}
+
+TEST_F(QtOpenPanelTest, DeletesAndRenamesNothing)
+{
+    write(folder.path() / "cards" / "card.vcf", "");
+
+    choose([this](QFileDialog& dialog) {
+        auto& view = *dialog.findChild<QAbstractItemView*>(QStringLiteral("listView"));
+        const auto* const model = view.model();
+        handleEventsUntil([&] { return model->rowCount(view.rootIndex()) == 2; });
+        for (int row = 0; row < 2; ++row) {
+            const auto index = model->index(row, 0, view.rootIndex());
+            EXPECT_FALSE(index.flags().testFlag(Qt::ItemIsEditable));
+            view.setCurrentIndex(index);
+            // Whoever asks before it deletes is told to go on.
+            soon([] {
+                if (auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+                    box->done(QMessageBox::Yes);
+                }
+            });
+            // As in the menu that a right click opens.
+            auto* const deletion = dialog.findChild<QAction*>(QStringLiteral("qt_delete_action"));
+            deletion->setEnabled(true);
+            deletion->trigger();
+            handleEvents();
+        }
+        press(dialog, Qt::Key_Escape);
+    });
+
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "book.vcf"));
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "cards" / "card.vcf"));
 }
 
 TEST_F(QtOpenPanelTest, OffersVCardFilesFirst)
