@@ -70,13 +70,12 @@ void showTexts(QMessageBox& box, const AlertContent& content)
 int QtAlert::runModal(const AlertContent& content)
 {
     int answer = kAlternateButton;
-    application_.performOnMainThread([&] { answer = ask(content); });
+    application_.performOnMainThread([&] { answer = runModal(application_.sessions(), content); });
     return answer;
 }
 
-int QtAlert::ask(const AlertContent& content)
+int QtAlert::runModal(ModalSessions& sessions, const AlertContent& content)
 {
-    auto& sessions = application_.sessions();
     QMessageBox box(sessions.front());
     box.setWindowModality(Qt::NonModal);
     box.setIcon(content.alternateButton ? QMessageBox::Warning : QMessageBox::Information);

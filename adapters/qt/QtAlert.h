@@ -4,6 +4,7 @@
 
 namespace dunmora {
 
+class ModalSessions;
 class QtApplication;
 
 /// Asks in a message box. The texts are shown as they are; a long one can be scrolled.
@@ -14,9 +15,10 @@ public:
 
     int runModal(const AlertContent& content) override;
 
-private:
-    int ask(const AlertContent& content);
+    /// The same for who is on the main thread and knows the sessions alone.
+    static int runModal(ModalSessions& sessions, const AlertContent& content);
 
+private:
     QtApplication& application_;
 };
 

@@ -1,6 +1,7 @@
 #include "adapters/qt/QtOpenPanel.h"
 
 #include "adapters/qt/ModalSessions.h"
+#include "adapters/qt/QtAlert.h"
 
 #include <QAbstractItemView>
 #include <QDialogButtonBox>
@@ -10,6 +11,8 @@
 #include <QFileSystemModel>
 #include <QPushButton>
 #include <QStandardPaths>
+
+#include <string>
 
 namespace dunmora {
 
@@ -40,6 +43,31 @@ QString textOf(const std::filesystem::path& path)
     return QFile::decodeName(QByteArray::fromStdString(path.string()));
 }
 
+/// Qt's file dialog, which would tell of a file that is not there in a box that keeps the main
+/// window from closing.
+class FileDialog final : public QFileDialog {
+public:
+    FileDialog(ModalSessions& sessions, const QString& title, const QString& folder)
+        : QFileDialog(sessions.front(), title, folder), sessions_(sessions)
+    {
+    }
+
+    void accept() override
+    {
+        for (const auto& file : selectedFiles()) {
+            if (!QFileInfo::exists(file)) {
+                QtAlert::runModal(sessions_, {"“" + file.toStdString() + "” does not exist.", "",
+                                              "OK", std::nullopt});
+                return;
+            }
+        }
+        QFileDialog::accept();
+    }
+
+private:
+    ModalSessions& sessions_;
+};
+
 }  // namespace
 
 std::optional<std::filesystem::path> QtOpenPanel::runModal()
@@ -47,7 +75,7 @@ std::optional<std::filesystem::path> QtOpenPanel::runModal()
     const auto start = folder_.empty()
                            ? QStandardPaths::writableLocation(QStandardPaths::HomeLocation)
                            : textOf(folder_);
-    QFileDialog dialog(sessions_.front(), QStringLiteral("Open Address Book"), start);
+    FileDialog dialog(sessions_, QStringLiteral("Open Address Book"), start);
     // The desktop's own dialogs know no button of ours and are modal in their own way.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     // It would delete files and whole folders, and rename them: the user is here to open one.

@@ -111,6 +111,30 @@ TEST_F(QtOpenPanelTest, ChoosesTheFolderThatIsSelected)
     EXPECT_EQ(choice, folder.path() / "cards");
 }
 
+TEST_F(QtOpenPanelTest, TellsOfAFileThatIsNotThereAndLetsOtherWindowsClose)
+{
+    for (const auto* const name : {"gone.vcf", "/gone/gone.vcf", "gone"}) {
+        QString told;
+        const QWidget* qtModal = nullptr;
+        const auto choice = choose([&](QFileDialog& dialog) {
+            soon([&] {
+                qtModal = QApplication::activeModalWidget();
+                auto* const box = dialog.findChild<QMessageBox*>();
+                told = box->text();
+                press(*box, Qt::Key_Return);
+            });
+            dialog.findChild<QLineEdit*>()->setText(QString::fromLatin1(name));
+            press(dialog, Qt::Key_Return);
+            handleEvents();
+            EXPECT_TRUE(dialog.isVisible());
+            press(dialog, Qt::Key_Escape);
+        });
+        EXPECT_EQ(told.toStdString(), "“" + (folder.path() / name).string() + "” does not exist.");
+        EXPECT_EQ(qtModal, nullptr);
+        EXPECT_EQ(choice, std::nullopt);
+    }
+}
+
 TEST_F(QtOpenPanelTest, DeletesAndRenamesNothing)
 {
     write(folder.path() / "cards" / "card.vcf", "");
