@@ -1,5 +1,6 @@
 #include "adapters/qt/QtAlert.h"
 
+#include "adapters/qt/OneLineText.h"
 #include "adapters/qt/QtApplication.h"
 #include "adapters/qt/QtText.h"
 
@@ -9,6 +10,10 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStringList>
+
+#include <limits>
+#include <string_view>
 
 namespace dunmora {
 
@@ -19,9 +24,22 @@ constexpr int kLines = 10;
 constexpr int kColumns = 72;
 constexpr qsizetype kCharacters = qsizetype{kLines} * kColumns;
 
-QString shownText(const std::string& text)
+/// The text with its lines, each of which may name a file or a person and is safe to show.
+QString shownText(std::string_view text)
 {
-    return toQString(text).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    QStringList lines;
+    while (true) {
+        const auto end = text.find('\n');
+        auto line = text.substr(0, end);
+        if (end != std::string_view::npos && line.ends_with('\r')) {
+            line.remove_suffix(1);
+        }
+        lines << oneLineText(line, std::numeric_limits<std::size_t>::max());
+        if (end == std::string_view::npos) {
+            return lines.join(QLatin1Char('\n'));
+        }
+        text.remove_prefix(end + 1);
+    }
 }
 
 bool isLong(const QString& text)

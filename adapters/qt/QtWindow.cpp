@@ -1,6 +1,6 @@
 #include "adapters/qt/QtWindow.h"
 
-#include "adapters/qt/QtText.h"
+#include "adapters/qt/OneLineText.h"
 #include "adapters/qt/WindowPlacement.h"
 
 #include <QEvent>
@@ -34,7 +34,8 @@ QtWindow::QtWindow(QWidget& widget, CloseRequest onCloseRequest)
 void QtWindow::setTitle(const std::string& title)
 {
     // Qt takes the first of these for the place of a mark; two of them show one.
-    widget_.setWindowTitle(toQString(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+    widget_.setWindowTitle(
+        oneLineText(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
 
 void QtWindow::setLevel(WindowLevel level)

@@ -117,6 +117,19 @@ TEST_F(QtAlertTest, ShowsPlainTextsWithTheirLines)
     });
 }
 
+TEST_F(QtAlertTest, LetsNoTextTurnRoundOrHideWhatFollows)
+{
+    const std::string name = "a\u202Efcv.\tb\x01\xFF";
+    const AlertContent content{name, name + "\r\n\n" + name + "\n", "OK", std::nullopt};
+
+    answer(content, [](QMessageBox& box) {
+        const auto shown = QStringLiteral("afcv. b\uFFFD\uFFFD");
+        EXPECT_EQ(box.text(), shown);
+        EXPECT_EQ(box.informativeText(), shown + QStringLiteral("\n\n") + shown + u'\n');
+        press(box, Qt::Key_Escape);
+    });
+}
+
 TEST_F(QtAlertTest, LetsALongTextBeScrolled)
 {
     AlertContent content{"Notes", "", "OK", std::nullopt};

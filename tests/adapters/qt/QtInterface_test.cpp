@@ -304,6 +304,10 @@ TEST_F(QtInterfaceTest, ShowsTitlesAndTextsAsTheyAre)
     handleEvents();
 
     EXPECT_EQ(window.windowTitle(), QStringLiteral("a[*][*]b"));
+
+    // The name of a file may hold anything.
+    interface->window().setTitle("a\u202Efcv.\nb – Dunmora");
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("afcv. b – Dunmora"));
     EXPECT_EQ(widgetIn<QToolButton>(window, "btnNotes").text(), QStringLiteral("Smith && Sons"));
     const auto& total = widgetIn<QLabel>(window, "txtTotal");
     EXPECT_EQ(total.text(), QStringLiteral("<b>0 duplicates</b> \u00e9"));
