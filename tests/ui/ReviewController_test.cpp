@@ -358,6 +358,21 @@ TEST_F(ReviewControllerTest, CountsAfterEveryEdit)
     EXPECT_EQ(titleOf("btnLastCopies"), "2 people would lose every copy");
 }
 
+TEST_F(ReviewControllerTest, HasTheSignsDrawnOnceAllJobsHaveEnded)
+{
+    bookHolds({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    main_.command("OnReload").use();
+    application_.runUntilIdle();
+    // The table has been filled, and maybe drawn, before anybody counted.
+    EXPECT_EQ(review_.styleOfRow(0).warning.sign, Sign::None);
+    log_.clear();
+
+    finishJobs();
+
+    EXPECT_EQ(review_.styleOfRow(0).warning.sign, Sign::Loss);
+    EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts setNeedsDisplay"});
+}
+
 TEST_F(ReviewControllerTest, LooksAtNoMarkWhileAJobRuns)
 {
     searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
