@@ -281,6 +281,7 @@ TEST_F(ReviewControllerTest, LeavesTheTableOnTheScreenDuringADeletion)
 
 TEST_F(ReviewControllerTest, GoesFromAFailedDeletionToTheLoadThatFollows)
 {
+    platform_.addressBook.readingNotes.cardsSkipped = 1;
     searchIn({person("1", "Ann"), person("2", "Ann")});
     main_.command("OnDelete").use();
     application_.runUntilIdle();
@@ -288,6 +289,7 @@ TEST_F(ReviewControllerTest, GoesFromAFailedDeletionToTheLoadThatFollows)
     ContactsParser::parser().reset();
     review_.jobFailed(kThreadDeleteCheckedContacts);
     EXPECT_TRUE(emptiness().starts_with("Looking for duplicates…"));
+    EXPECT_EQ(titleOf("btnNotes"), "");
 
     theUserAnswers("OnCancel");
     contacts_.OnReload(nullptr);
