@@ -60,6 +60,8 @@ void QtApplication::run(ApplicationDelegate& delegate)
     };
     connect(&application_, &QGuiApplication::applicationStateChanged, this, tellActive);
     delegate.applicationDidFinishLaunching();
+    // An alert before the launch may have made it active, and active is what it stays.
+    tellActive(QGuiApplication::applicationState());
     QApplication::exec();
     endProcess();
 }

@@ -172,6 +172,24 @@ TEST_F(QtApplicationDeathTest, TellsOfTheLaunchAndOfEveryActivation)
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "launched .*active active ");
 }
 
+TEST_F(QtApplicationDeathTest, TellsAfterTheLaunchOfAnActivationThatCameBefore)
+{
+    TellingDelegate delegate;
+    delegate.onActive = [&] { application.terminate(nullptr); };
+    const auto main = load("MainWindow");
+    main->window().show();
+    // As an alert does that is shown before the launch.
+    handleEventsUntil([] { return QGuiApplication::applicationState() == Qt::ApplicationActive; });
+    delegate.onLaunch = [&] {
+        soon([&] {
+            std::fputs("never ", stderr);
+            application.terminate(nullptr);
+        });
+    };
+
+    EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "launched active $");
+}
+
 TEST_F(QtApplicationDeathTest, EndsWithStatus0AtOnce)
 {
     EXPECT_EXIT(application.terminate(nullptr), ExitedWithCode(0), "");
