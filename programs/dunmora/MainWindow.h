@@ -43,9 +43,10 @@ public:
     void show();
 
     /// Opens the address book of the command line, or one that was dropped on the window. Once the
-    /// application has been launched it is read at once; before, by the first activation. What
-    /// cannot be opened is told to the user and leaves the open book alone; while a job runs
-    /// nothing happens.
+    /// application has been launched it is read at once; before, by the first activation. What is
+    /// not there or can be no address book is told to the user and leaves the open book alone; what
+    /// is there but cannot be read is told by its reading and is the open book then. While a job
+    /// runs nothing happens.
     void open(const std::filesystem::path& path);
 
     void applicationDidFinishLaunching() override;

@@ -72,7 +72,8 @@ bool hasDisplay()
 
 std::string libraries()
 {
-    return std::string("Qt ") + qVersion() + " for its windows and xxHash for the names of cards";
+    return std::string("Qt ") + qVersion() +
+           " for its windows, CLI11 for its options and xxHash for the names of cards";
 }
 
 [[noreturn]] void runProgram(int argc, char** argv, const Options& options, Bundle& bundle)
