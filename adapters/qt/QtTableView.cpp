@@ -534,7 +534,9 @@ void QtTableView::takeFreeFocus()
     }
     const auto& window = *widget_->window();
     const auto* const focused = window.focusWidget();
-    const bool isFree = focused == nullptr || focused == &window ||
+    // A window that was left and came back while its table was hidden names the table, and has
+    // none.
+    const bool isFree = focused == nullptr || focused == &window || focused == widget_ ||
                         !focused->isVisibleTo(&window) || !focused->isEnabled();
     if (isFree) {
         takeFocus();

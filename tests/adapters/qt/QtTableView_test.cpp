@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QLocale>
 #include <QScrollBar>
@@ -428,6 +429,27 @@ TEST(QtTableView, TakesTheKeyboardThatNobodyHas)
     shown.table.setEnabled(true);
 
     EXPECT_EQ(shown.focus(), &shown.widget);
+}
+
+TEST(QtTableView, TakesTheKeyboardThatADialogLeavesWhileItIsHidden)
+{
+    TableWindow shown(3);
+    QWidget dialog;
+    const auto activate = [](QWidget& window) {
+        window.activateWindow();
+        TableWindow::settle();
+    };
+    shown.button.hide();
+    dialog.show();
+    activate(shown.window);
+    shown.widget.setFocus();
+    shown.table.setHidden(true);
+    activate(dialog);
+    activate(shown.window);
+
+    shown.table.setHidden(false);
+
+    EXPECT_EQ(QApplication::focusWidget(), &shown.widget);
 }
 
 TEST(QtTableView, LeavesTheKeyboardToWhoHasItWhenItIsShown)
