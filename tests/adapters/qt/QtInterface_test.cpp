@@ -173,6 +173,41 @@ TEST_F(QtInterfaceTest, DoesNothingForCommandsOutsideTheSessionButWhatIsAlwaysUs
     EXPECT_EQ(okays, 1);
 }
 
+TEST_F(QtInterfaceTest, QuitsByItsShortcutFromADialogAndReloadsByNone)
+{
+    const auto main = load("MainWindow");
+    const auto filter = load("FilterWindow");
+    main->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    // Not every platform has a shortcut for it.
+    widgetIn<QAction>(window, "OnQuit").setShortcut(Qt::CTRL | Qt::Key_Q);
+    int reloads = 0;
+    int quits = 0;
+    count(*main, "OnReload", reloads);
+    count(*main, "OnQuit", quits);
+    const auto pressBothIn = [](QWidget& active) {
+        active.activateWindow();
+        handleEventsUntil([&active] { return active.isActiveWindow(); });
+        press(active, Qt::Key_F5);
+        press(active, Qt::Key_Q, Qt::ControlModifier);
+    };
+
+    soon([&] {
+        pressBothIn(shownWindow(QStringLiteral("FilterWindow")));
+        EXPECT_EQ(quits, 1);
+        // A window manager may give the keyboard to the window that waits.
+        pressBothIn(window);
+        EXPECT_EQ(quits, 2);
+        application.abortModal();
+    });
+    application.runModalForWindow(filter->window());
+    EXPECT_EQ(reloads, 0);
+
+    pressBothIn(window);
+    EXPECT_EQ(quits, 3);
+    EXPECT_EQ(reloads, 1);
+}
+
 TEST_F(QtInterfaceTest, RunsTheCloseCommandInsteadOfClosing)
 {
     const auto interface = load("FilterWindow");
@@ -363,6 +398,40 @@ TEST_F(QtInterfaceTest, TakesOneDroppedFileWhileTheCommandIsUsable)
     EXPECT_FALSE(drop(window, {book}));
 
     EXPECT_EQ(dropped, std::vector<std::filesystem::path>{"/books/M\xc3\xbcller & Co.vcf"});
+}
+
+TEST_F(QtInterfaceTest, LeavesAFileThatWasDroppedJustBeforeAJobOrASession)
+{
+    const auto main = load("MainWindow");
+    const auto filter = load("FilterWindow");
+    main->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    int drops = 0;
+    main->command("OnOpen").setHandler([](View* /*sender*/) {});
+    main->setDropHandler("OnOpen", [&](const std::filesystem::path& /*path*/) { ++drops; });
+    const auto letGo = [&window] {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QStringLiteral("/book.vcf"))});
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&window, &enter);
+        QDropEvent event({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&window, &event);
+    };
+
+    letGo();
+    main->command("OnOpen").setEnabled(false);
+    handleEvents();
+    EXPECT_EQ(drops, 0);
+
+    main->command("OnOpen").setEnabled(true);
+    letGo();
+    soon([&] { application.abortModal(); });
+    application.runModalForWindow(filter->window());
+    EXPECT_EQ(drops, 0);
+
+    letGo();
+    handleEvents();
+    EXPECT_EQ(drops, 1);
 }
 
 TEST_F(QtInterfaceTest, TakesNothingDroppedDuringASession)
