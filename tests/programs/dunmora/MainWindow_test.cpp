@@ -124,6 +124,21 @@ TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherDoesNotExist)
     EXPECT_EQ(table().rows, 2U);
 }
 
+TEST_F(MainWindowTest, LeavesABookOfWhichNobodyKnowsWhetherItExistsToItsReading)
+{
+    start(file_);
+    const std::filesystem::path tooLong = "/" + std::string(5000, 'x');
+    book_.onRead = [] { throw PlatformError("The name is too long."); };
+
+    window_->open(tooLong);
+    application_.runUntilIdle();
+
+    EXPECT_EQ(opened_, (Paths{file_, tooLong}));
+    EXPECT_EQ(alerts(), Lines{"The name is too long."});
+    EXPECT_EQ(emptiness(), "The address book could not be read");
+    EXPECT_TRUE(main_->command("OnOpen").isEnabled);
+}
+
 TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherCannotBeMade)
 {
     start(file_);
