@@ -21,6 +21,7 @@ constexpr QLatin1String kService("org.freedesktop.portal.Desktop");
 constexpr QLatin1String kPath("/org/freedesktop/portal/desktop");
 constexpr QLatin1String kInterface("org.freedesktop.portal.Settings");
 constexpr QLatin1String kGroup("org.freedesktop.appearance");
+constexpr const char* kCheckBox = "QCheckBox";
 constexpr QLatin1String kKey("color-scheme");
 // The portal's numbers: 0 is no preference, 2 is light.
 constexpr uint kPrefersDark = 1;
@@ -62,6 +63,14 @@ QPalette darkPalette()
     return palette;
 }
 
+/// What the style makes the outline of an empty box of, by darkening it, has to be seen on the dark
+/// window.
+QPalette outlined(QPalette palette)
+{
+    palette.setColor(QPalette::Window, QColor(0xa8, 0xa8, 0xae));
+    return palette;
+}
+
 void apply(const QDBusVariant& value)
 {
     // Styles of a desktop bring its colours along; Fusion is what stands where there is none.
@@ -70,8 +79,10 @@ void apply(const QDBusVariant& value)
     }
     // No palette of ours: what the platform would show.
     QApplication::setPalette(QPalette());
+    QApplication::setPalette(QPalette(), kCheckBox);
     if (value.variant().toUInt() == kPrefersDark && !isDark(QApplication::palette())) {
         QApplication::setPalette(darkPalette());
+        QApplication::setPalette(outlined(darkPalette()), kCheckBox);
     }
 }
 
