@@ -1,5 +1,7 @@
 #include "adapters/qt/InterfaceConventions.h"
 
+#include "adapters/qt/Symbols.h"
+
 #include <QAbstractButton>
 #include <QAction>
 #include <QDialogButtonBox>
@@ -8,7 +10,6 @@
 #include <QMetaEnum>
 #include <QPushButton>
 #include <QScreen>
-#include <QStyle>
 #include <QWidget>
 
 #include <stdexcept>
@@ -37,11 +38,11 @@ bool has(const QObject& object, const char* property)
 }
 
 template <typename ActionOrButton>
-void applyIcon(ActionOrButton& object, const QStyle& style)
+void applyIcon(ActionOrButton& object)
 {
     QIcon icon;
-    if (has(object, "standardIcon")) {
-        icon = style.standardIcon(namedValue<QStyle::StandardPixmap>(object, "standardIcon"));
+    if (has(object, "symbol")) {
+        icon = symbolIcon(object.property("symbol").toString());
     }
     if (has(object, "themeIcon")) {
         icon = QIcon::fromTheme(object.property("themeIcon").toString(), icon);
@@ -89,6 +90,8 @@ void applyCommands(const QDialogButtonBox& box)
 {
     for (auto* const button : box.buttons()) {
         const bool accepts = box.buttonRole(button) == QDialogButtonBox::AcceptRole;
+        // The icons that some styles add tell less than the words beside them.
+        button->setIcon({});
         button->setProperty("command", box.property(accepts ? "acceptCommand" : "rejectCommand"));
         if (auto* const pushButton = qobject_cast<QPushButton*>(button)) {
             pushButton->setDefault(accepts);
@@ -102,10 +105,10 @@ void applyConventions(QWidget& window)
 {
     for (auto* const action : window.findChildren<QAction*>()) {
         applyShortcut(*action);
-        applyIcon(*action, *window.style());
+        applyIcon(*action);
     }
     for (auto* const button : window.findChildren<QAbstractButton*>()) {
-        applyIcon(*button, *window.style());
+        applyIcon(*button);
     }
     for (auto* const widget : window.findChildren<QWidget*>()) {
         applyFont(*widget);

@@ -8,8 +8,8 @@ namespace dunmora {
 /// words for it:
 ///
 /// - `standardKey` on an action: the platform's own shortcut, a name of QKeySequence::StandardKey;
-/// - `themeIcon`, an icon of the desktop's theme, and `standardIcon`, a name of
-///   QStyle::StandardPixmap for where the theme lacks it, on actions and buttons;
+/// - `themeIcon`, an icon of the desktop's theme, and `symbol`, the one of ours for where the theme
+///   lacks it (see Symbols.h), on actions and buttons;
 /// - `fontScale` on a widget: how many times as large as usual its font is;
 /// - `minimumColumns` on a widget: its least width in characters of its font;
 /// - `initialColumns` and `initialLines` on the window: its first size in characters and lines of

@@ -305,7 +305,6 @@ void QtTableView::configure()
 
 void QtTableView::metricsChanged()
 {
-    delegate_.styleChanged();
     auto& rows = *widget_->verticalHeader();
     const int height = delegate_.rowHeight();
     rows.setMinimumSectionSize(height);

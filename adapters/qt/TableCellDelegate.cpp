@@ -1,6 +1,7 @@
 #include "adapters/qt/TableCellDelegate.h"
 
 #include "adapters/qt/OneLineText.h"
+#include "adapters/qt/Symbols.h"
 #include "adapters/qt/TableModel.h"
 
 #include <QHelpEvent>
@@ -50,15 +51,11 @@ QString visiblePart(const QString& text, int width)
 }  // namespace
 
 TableCellDelegate::TableCellDelegate(const QTableView& table, const TableModel& model)
-    : table_(table), model_(model)
+    : table_(table),
+      model_(model),
+      doubt_(symbolIcon(QStringLiteral("doubt"))),
+      loss_(symbolIcon(QStringLiteral("loss")))
 {
-    styleChanged();
-}
-
-void TableCellDelegate::styleChanged()
-{
-    doubt_ = table_.style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, &table_);
-    loss_ = table_.style()->standardIcon(QStyle::SP_MessageBoxCritical, nullptr, &table_);
 }
 
 int TableCellDelegate::rowHeight() const

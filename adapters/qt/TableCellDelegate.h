@@ -22,9 +22,6 @@ public:
     /// Both must outlive the delegate.
     TableCellDelegate(const QTableView& table, const TableModel& model);
 
-    /// Takes over the table's style.
-    void styleChanged();
-
     /// The height that every row has with the table's font and style.
     int rowHeight() const;
     /// What a check box with a warning's sign beside it takes.

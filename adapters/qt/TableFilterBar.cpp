@@ -1,10 +1,11 @@
 #include "adapters/qt/TableFilterBar.h"
 
+#include "adapters/qt/Symbols.h"
+
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QSignalBlocker>
-#include <QStyle>
 #include <QToolButton>
 
 #include <utility>
@@ -22,7 +23,7 @@ TableFilterBar::TableFilterBar(QWidget* bar, QLineEdit* line, Handlers handlers)
     count->setObjectName(line->objectName() + QLatin1String("Count"));
     count_ = count;
     auto* close = new QToolButton(bar);
-    close->setIcon(bar->style()->standardIcon(QStyle::SP_TitleBarCloseButton, nullptr, bar));
+    close->setIcon(symbolIcon(QStringLiteral("close")));
     close->setAutoRaise(true);
     close->setToolTip(QStringLiteral("Show all rows"));
     close->setAccessibleName(QStringLiteral("Show all rows"));
