@@ -3,15 +3,20 @@
 #include "adapters/qt/OneLineText.h"
 #include "adapters/qt/QtApplication.h"
 #include "adapters/qt/QtText.h"
+#include "adapters/qt/Symbols.h"
 
 #include <QGridLayout>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QStringList>
+#include <QStyle>
 
+#include <algorithm>
 #include <limits>
 #include <string_view>
 
@@ -22,6 +27,8 @@ namespace {
 /// As many lines as a text may have before it is shown in an area that scrolls.
 constexpr int kLines = 10;
 constexpr int kColumns = 72;
+/// As wide as the lines of a shorter text may be before they are broken.
+constexpr int kBrokenAt = 60;
 constexpr qsizetype kCharacters = qsizetype{kLines} * kColumns;
 
 /// The text with its lines, each of which may name a file or a person and is safe to show.
@@ -67,6 +74,33 @@ void addScrollableText(QMessageBox& box, const QString& text)
     grid->addWidget(area, row + 1, column);
 }
 
+/// Left to itself, the box breaks its informative text as narrow as its buttons are.
+void setTextWidth(QMessageBox& box, const QString& text)
+{
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+    const auto metrics = label->fontMetrics();
+    const int wanted = metrics.size(0, text).width();
+    label->setMinimumWidth(std::min({wanted, metrics.averageCharWidth() * kBrokenAt,
+                                     box.screen()->availableSize().width() / 2}));
+}
+
+/// Makes the message the title of what stands below it.
+void emphasizeMessage(QMessageBox& box)
+{
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    auto font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+}
+
+/// The desktop's own sign, or ours where it has none.
+void showSign(QMessageBox& box, const QString& themeIcon, const QString& symbol)
+{
+    const auto icon = QIcon::fromTheme(themeIcon, symbolIcon(symbol));
+    const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    box.setIconPixmap(icon.pixmap(QSize(size, size), box.devicePixelRatioF()));
+}
+
 void showTexts(QMessageBox& box, const AlertContent& content)
 {
     box.setWindowTitle(QGuiApplication::applicationDisplayName());
@@ -76,6 +110,12 @@ void showTexts(QMessageBox& box, const AlertContent& content)
         addScrollableText(box, details);
     } else {
         box.setInformativeText(details);
+        if (!details.isEmpty()) {
+            setTextWidth(box, details);
+        }
+    }
+    if (!details.isEmpty()) {
+        emphasizeMessage(box);
     }
     // The box's own setting does not reach the informative text.
     for (auto* const label : box.findChildren<QLabel*>()) {
@@ -96,7 +136,11 @@ int QtAlert::runModal(ModalSessions& sessions, const AlertContent& content)
 {
     QMessageBox box(sessions.front());
     box.setWindowModality(Qt::NonModal);
-    box.setIcon(content.alternateButton ? QMessageBox::Warning : QMessageBox::Information);
+    if (content.alternateButton) {
+        showSign(box, QStringLiteral("dialog-warning"), QStringLiteral("doubt"));
+    } else {
+        showSign(box, QStringLiteral("dialog-information"), QStringLiteral("information"));
+    }
     showTexts(box, content);
 
     auto* const yes =

@@ -130,6 +130,28 @@ TEST_F(QtAlertTest, LetsNoTextTurnRoundOrHideWhatFollows)
     });
 }
 
+TEST_F(QtAlertTest, BreaksATextOnlyWhereItsLineIsLong)
+{
+    AlertContent content{"Notes", "No more than a line of the text that stands here.", "OK",
+                         std::nullopt};
+    const auto lines = [](const QMessageBox& box) {
+        const auto& label = *box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+        return label.contentsRect().height() / label.fontMetrics().lineSpacing();
+    };
+
+    answer(content, [&](QMessageBox& box) {
+        handleEvents();
+        EXPECT_EQ(lines(box), 1);
+        press(box, Qt::Key_Return);
+    });
+    content.informativeText += " And here as much again, which is too much for a line.";
+    answer(content, [&](QMessageBox& box) {
+        handleEvents();
+        EXPECT_EQ(lines(box), 2);
+        press(box, Qt::Key_Return);
+    });
+}
+
 TEST_F(QtAlertTest, LetsALongTextBeScrolled)
 {
     AlertContent content{"Notes", "", "OK", std::nullopt};
