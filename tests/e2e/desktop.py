@@ -35,8 +35,8 @@ MANAGER = """<openbox_config xmlns="http://openbox.org/3.4/rc">
   <focus><focusNew>yes</focusNew><focusLast>yes</focusLast></focus>
   <placement><policy>Smart</policy><center>yes</center></placement>
   <theme>
-    <name>Clearlooks</name>
-    <titleLayout>LMC</titleLayout>
+    <name>{theme}</name>
+    <titleLayout>{title_layout}</titleLayout>
     <animateIconify>no</animateIconify>
   </theme>
   <desktops><number>1</number><popupTime>0</popupTime></desktops>
@@ -77,6 +77,10 @@ def tied(command, ending="KILL"):
 
 class Desktop:
     """Starts the processes of a desktop; to be used in a `with`."""
+
+    # What the frames of the windows look like: title, and the controls to iconify, maximise and close.
+    theme = "Clearlooks"
+    title_layout = "LIMC"
 
     def __init__(self, width=1280, height=960):
         self.size = f"{width}x{height}x24"
@@ -177,7 +181,7 @@ class Desktop:
 
     def start_manager(self):
         settings = self.folder / "openbox.xml"
-        settings.write_text(MANAGER)
+        settings.write_text(MANAGER.format(theme=self.theme, title_layout=self.title_layout))
         self.spawn(["openbox", "--config-file", settings])
         wait_for(lambda: self.screen.has_manager, "window manager")
 

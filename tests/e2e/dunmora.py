@@ -134,7 +134,7 @@ class Dunmora(Program):
         """Clicks the check box of a row, which stands at the left in its cell."""
         cell = self.table.cell(row, MARK)
         self.wait_for(lambda: cell.has("showing"), f"row {row} on the screen")
-        x, y, _, height = cell.extents
+        x, y, _, height = self.extents(cell)
         self.screen.click((x, y, height, height))
 
     def select(self, row, column=1):

@@ -21,7 +21,7 @@ class Ended(AssertionError):
 class Program:
     """One run of a program."""
 
-    def __init__(self, desktop, command, home):
+    def __init__(self, desktop, command, home, settings=None):
         self.desktop = desktop
         self.screen = desktop.screen
         self.output_file = home / "output.log"
@@ -31,6 +31,8 @@ class Program:
         environment.update({name: desktop.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
         # Qt tells assistive technology nothing unless somebody listens, which it asks the session's settings.
         environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        environment.update(settings or {})
+        self.scale = float(environment.get("QT_SCALE_FACTOR", 1))
         with self.output_file.open("wb") as output:
             self.process = subprocess.Popen(tied(command), env=environment, cwd=home, stdin=subprocess.DEVNULL,
                                             stdout=output, stderr=output)
@@ -70,9 +72,18 @@ class Program:
 
     def x_window(self, window):
         """The same window for the X server; none while the two disagree about where it is."""
-        extents = window.extents
+        extents = self.extents(window)
+        tolerance = self.scale - 1
+
+        def is_there(found):
+            return all(abs(one - other) <= tolerance for one, other in zip(found.extents, extents))
+
         return next((found for found in self.screen.windows
-                     if found.process_id == self.process.pid and found.extents == extents), None)
+                     if found.process_id == self.process.pid and is_there(found)), None)
+
+    def extents(self, node):
+        """The rectangle on the screen, in its pixels: the program reckons in larger ones where it is scaled."""
+        return tuple(round(measure * self.scale) for measure in node.extents)
 
     def wait_for_window(self, fits, what):
         """The window that fits, once it stands where it will stay."""
@@ -107,7 +118,7 @@ class Program:
     def click(self, node, times=1):
         """Clicks a control or a cell where it is on the screen."""
         self.wait_for(lambda: node.has("showing"), f"place on the screen of {node}")
-        self.screen.click(node.extents, times)
+        self.screen.click(self.extents(node), times)
 
     # Its end
 
