@@ -9,6 +9,7 @@ import itertools
 import os
 import pathlib
 import random
+import subprocess
 import sys
 import tempfile
 import time
@@ -28,6 +29,8 @@ STAGES = ("deleting", "loading", "finding", "choosing", "deleting", "loading", "
 # Dialogs stay as long as the user likes.
 SHORTEST = 0.1
 
+PRESSES, SECONDS_A_PRESS = 3, 0.5
+
 WAYS = ("close", "Ctrl+Q", "SIGTERM")
 
 
@@ -37,6 +40,8 @@ class Run:
     def __init__(self, desktop, executable, home):
         self.book = home / "books" / "book.vcf"
         self.book.parent.mkdir()
+        # How long it has already taken to end.
+        self.seconds = 0.0
         self.book.write_bytes(OLD)
         self.program = Dunmora(desktop, [executable, self.book], home)
 
@@ -73,13 +78,26 @@ class Run:
         if way == "close":
             self.x_main.close()
         elif way == "Ctrl+Q":
-            self.program.screen.press("ctrl+q")
+            self.press_quit()
         else:
             self.program.terminate()
 
+    def press_quit(self):
+        """Presses it again where it has reached nobody: between the end of a dialog and the moment in which the window
+        manager gives the keyboard to another window, keys are lost."""
+        for _ in range(PRESSES):
+            pressed = time.monotonic()
+            self.program.screen.press("ctrl+q")
+            try:
+                self.program.process.wait(SECONDS_A_PRESS)
+                self.seconds = time.monotonic() - pressed
+                return
+            except subprocess.TimeoutExpired:
+                pass
+
     def check_end(self):
         """Returns how long it took and whether the book is the new one."""
-        seconds = self.program.seconds_until_end()
+        seconds = self.seconds + self.program.seconds_until_end()
         status = self.program.process.returncode
         content = self.book.read_bytes()
         others = {path.name for path in self.book.parent.iterdir()} - {self.book.name}
