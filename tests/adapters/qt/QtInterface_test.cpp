@@ -44,7 +44,7 @@ TEST_F(QtInterfaceTest, IsNoneWhereThereIsNoFile)
 TEST_F(QtInterfaceTest, IsNoneWhereTheFileCannotBeRead)
 {
     const TemporaryFolder folder;
-    write(folder.path() / "Broken.ui", "<ui version=\"4.0\"><widget class=\"QDialog\"");
+    write(folder.path() / "Broken.ui", R"(<ui version="4.0"><widget class="QDialog")");
     QtInterfaceLoader other(application.sessions(), folder.path().string());
 
     EXPECT_EQ(other.load("Broken"), nullptr);
