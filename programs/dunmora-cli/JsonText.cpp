@@ -1,8 +1,8 @@
 #include "programs/dunmora-cli/JsonText.h"
 
-#include "programs/dunmora-cli/Utf8.h"
-
 #include <cstddef>
+
+#include "app/Utf8.h"
 
 namespace dunmora {
 

@@ -1,10 +1,10 @@
 #include "programs/dunmora-cli/TerminalText.h"
 
-#include "programs/dunmora-cli/Utf8.h"
-
 #include <algorithm>
 #include <clocale>
 #include <cwchar>
+
+#include "app/Utf8.h"
 
 namespace dunmora {
 

@@ -15,6 +15,8 @@ inline constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
 struct Utf8Character {
     char32_t codePoint;
     std::size_t size;
+    /// False when U+FFFD stands for bytes that are not UTF-8.
+    bool isValid = true;
 };
 
 /// The character at the position, which lies inside the text. Bytes that begin no character give

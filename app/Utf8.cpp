@@ -1,4 +1,4 @@
-#include "programs/dunmora-cli/Utf8.h"
+#include "app/Utf8.h"
 
 namespace dunmora {
 
@@ -44,17 +44,17 @@ Utf8Character utf8CharacterAt(std::string_view text, std::size_t position)
     auto lead = leadOf(first);
     for (std::size_t i = 1; i < lead.size; ++i) {
         if (position + i >= text.size()) {
-            return {kReplacementCharacter, i};
+            return {kReplacementCharacter, i, false};
         }
         const auto byte = byteAt(text, position + i);
         if (byte < lead.low || byte > lead.high) {
-            return {kReplacementCharacter, i};
+            return {kReplacementCharacter, i, false};
         }
         lead.bits = lead.bits << 6U | (byte & 0x3FU);
         lead.low = 0x80;
         lead.high = 0xBF;
     }
-    return {lead.bits, lead.size};
+    return {lead.bits, lead.size, lead.size > 1};
 }
 
 }  // namespace dunmora
