@@ -1,0 +1,234 @@
+#include "update/UpdateReply.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <locale>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace dunmora::test {
+
+namespace {
+
+using namespace std::string_literals;
+
+const std::optional<std::string> kRunning = "1.5";
+
+bool isUnreadable(std::string_view body)
+{
+    return std::holds_alternative<UnreadableReply>(judgeUpdateReply(body, kRunning));
+}
+
+bool isUpToDate(std::string_view body, const std::optional<std::string>& running)
+{
+    return std::holds_alternative<UpToDate>(judgeUpdateReply(body, running));
+}
+
+/// How a German locale writes numbers.
+class DecimalComma final : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+}  // namespace
+
+TEST(UpdateReply, OffersAGreaterVersionWithItsAddressAndMessage)
+{
+    const auto reply = judgeUpdateReply("1.6\nURL\nText", kRunning);
+
+    const auto& newer = std::get<NewerVersion>(reply);
+    EXPECT_EQ(newer.downloadUrl, "URL");
+    EXPECT_EQ(newer.message, "Text");
+}
+
+TEST(UpdateReply, IsUpToDateWithTheSameVersionAndKeepsTheAddress)
+{
+    const auto reply = judgeUpdateReply("1.5\nURL\nText", kRunning);
+
+    EXPECT_EQ(std::get<UpToDate>(reply).downloadUrl, "URL");
+}
+
+TEST(UpdateReply, IsUpToDateWithALowerVersion)
+{
+    EXPECT_TRUE(isUpToDate("1.4\nURL\nText", kRunning));
+}
+
+TEST(UpdateReply, IsUnreadableWithALineFeedAfterTheThirdLine)
+{
+    EXPECT_TRUE(isUnreadable("1.6\nURL\nText\n"));
+}
+
+TEST(UpdateReply, IsUnreadableWithAnyOtherNumberOfLines)
+{
+    EXPECT_TRUE(isUnreadable("1.6"));
+    EXPECT_TRUE(isUnreadable("1.6\nURL"));
+    EXPECT_TRUE(isUnreadable("1.6\nURL\nText\nmore"));
+}
+
+TEST(UpdateReply, IsUnreadableWhenEmpty)
+{
+    EXPECT_TRUE(isUnreadable(""));
+}
+
+TEST(UpdateReply, KeepsACarriageReturnInTheAddress)
+{
+    const auto reply = judgeUpdateReply("1.6\r\nURL\r\nText", kRunning);
+
+    const auto& newer = std::get<NewerVersion>(reply);
+    EXPECT_EQ(newer.downloadUrl, "URL\r");
+    EXPECT_EQ(newer.message, "Text");
+}
+
+TEST(UpdateReply, TakesLinesThatAreEmpty)
+{
+    const auto reply = judgeUpdateReply("1.6\n\n", kRunning);
+
+    const auto& newer = std::get<NewerVersion>(reply);
+    EXPECT_EQ(newer.downloadUrl, "");
+    EXPECT_EQ(newer.message, "");
+    EXPECT_TRUE(isUpToDate("\n\n", kRunning));
+}
+
+TEST(UpdateReply, TrimsNothing)
+{
+    const auto reply = judgeUpdateReply("  1.6 beta \n URL \n Text ", kRunning);
+
+    const auto& newer = std::get<NewerVersion>(reply);
+    EXPECT_EQ(newer.downloadUrl, " URL ");
+    EXPECT_EQ(newer.message, " Text ");
+}
+
+TEST(UpdateReply, IsUnreadableWhenItIsNotUtf8)
+{
+    EXPECT_TRUE(isUnreadable("1.6\nURL\nGr\xFC\xDF"
+                             "e"));
+    // Longer than needed, a surrogate, beyond U+10FFFF, cut off.
+    EXPECT_TRUE(isUnreadable("1.6\nURL\n\xC0\xAF"));
+    EXPECT_TRUE(isUnreadable("1.6\nURL\n\xED\xA0\x80"));
+    EXPECT_TRUE(isUnreadable("1.6\nURL\n\xF4\x90\x80\x80"));
+    EXPECT_TRUE(isUnreadable("1.6\nURL\n\xF0\x9F\x98"));
+}
+
+TEST(UpdateReply, TakesAReplacementCharacterThatTheServiceSent)
+{
+    const auto reply = judgeUpdateReply("1.6\nURL\n\xEF\xBF\xBD", kRunning);
+
+    EXPECT_EQ(std::get<NewerVersion>(reply).message, "\xEF\xBF\xBD");
+}
+
+TEST(UpdateReply, TakesANullCharacterForText)
+{
+    const auto reply = judgeUpdateReply("1.6\nU\0RL\nText"s, kRunning);
+
+    EXPECT_EQ(std::get<NewerVersion>(reply).downloadUrl, "U\0RL"s);
+}
+
+TEST(UpdateReply, TakesOnePointTenForOlderThanOnePointNine)
+{
+    EXPECT_TRUE(isUpToDate("1.10\nURL\nText", "1.9"));
+}
+
+TEST(UpdateReply, IgnoresAThirdComponent)
+{
+    EXPECT_TRUE(isUpToDate("2.0.1\nURL\nText", "2.0"));
+}
+
+TEST(UpdateReply, NeverOffersALineWithoutANumber)
+{
+    EXPECT_TRUE(isUpToDate("abc\nURL\nText", "0"));
+    EXPECT_TRUE(isUpToDate("abc\nURL\nText", std::nullopt));
+}
+
+TEST(UpdateReply, OffersAnyPositiveVersionWhenTheRunningOneIsUnknown)
+{
+    EXPECT_FALSE(isUpToDate("0.1\nURL\nText", std::nullopt));
+    EXPECT_TRUE(isUpToDate("0\nURL\nText", std::nullopt));
+}
+
+TEST(VersionNumber, ReadsTheLongestPrefixThatIsADecimalNumber)
+{
+    EXPECT_EQ(versionNumber("1.5"), 1.5);
+    EXPECT_EQ(versionNumber("1.5.9"), 1.5);
+    EXPECT_EQ(versionNumber("12 beta"), 12);
+    EXPECT_EQ(versionNumber("7."), 7);
+    EXPECT_EQ(versionNumber(".5"), 0.5);
+    EXPECT_EQ(versionNumber("1,5"), 1);
+    EXPECT_EQ(versionNumber("1'000"), 1);
+}
+
+TEST(VersionNumber, SkipsWhiteSpaceBeforeTheNumberOnly)
+{
+    EXPECT_EQ(versionNumber(" \t\r\n\v\f1.5"), 1.5);
+    EXPECT_EQ(versionNumber("- 1"), 0);
+}
+
+TEST(VersionNumber, ReadsOneSign)
+{
+    EXPECT_EQ(versionNumber("+1.5"), 1.5);
+    EXPECT_EQ(versionNumber("-1.5"), -1.5);
+    EXPECT_EQ(versionNumber("+-1"), 0);
+    EXPECT_EQ(versionNumber("--1"), 0);
+}
+
+TEST(VersionNumber, ReadsAnExponentWhenItHasDigits)
+{
+    EXPECT_EQ(versionNumber("1e2"), 100);
+    EXPECT_EQ(versionNumber("1E+2"), 100);
+    EXPECT_EQ(versionNumber("15e-1x"), 1.5);
+    EXPECT_EQ(versionNumber("1e"), 1);
+    EXPECT_EQ(versionNumber("1e+"), 1);
+    EXPECT_EQ(versionNumber("1ex5"), 1);
+    EXPECT_EQ(versionNumber("e5"), 0);
+    EXPECT_EQ(versionNumber(".e5"), 0);
+}
+
+TEST(VersionNumber, IsZeroWhereThereIsNoNumber)
+{
+    for (const auto* const text :
+         {"", " ", "abc", ".", "-", "+.", "v1.5", "inf", "-inf", "infinity", "nan", "NAN(1)"}) {
+        EXPECT_EQ(versionNumber(text), 0) << text;
+    }
+}
+
+TEST(VersionNumber, KnowsNoHexadecimalNumber)
+{
+    EXPECT_EQ(versionNumber("0x1F"), 0);
+    EXPECT_EQ(versionNumber("0x1p4"), 0);
+}
+
+TEST(VersionNumber, TakesAnOverflowForALargeNumber)
+{
+    constexpr auto kLargest = std::numeric_limits<double>::max();
+
+    EXPECT_EQ(versionNumber("1e999"), kLargest);
+    EXPECT_EQ(versionNumber("-1e999"), -kLargest);
+    EXPECT_EQ(versionNumber("1e99999999999999999999999"), kLargest);
+    EXPECT_EQ(versionNumber(std::string(400, '9')), kLargest);
+    EXPECT_EQ(versionNumber("0." + std::string(300, '0') + "1e999"), kLargest);
+}
+
+TEST(VersionNumber, TakesAnUnderflowForNothing)
+{
+    EXPECT_EQ(versionNumber("1e-999"), 0);
+    EXPECT_EQ(versionNumber("1e-99999999999999999999999"), 0);
+    EXPECT_EQ(versionNumber("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(versionNumber("0e99999999999999999999999"), 0);
+}
+
+TEST(VersionNumber, ReadsTheSameUnderALocaleWithADecimalComma)
+{
+    const auto before = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
+
+    const auto withPoint = versionNumber("1.5");
+    const auto withComma = versionNumber("1,5");
+
+    std::locale::global(before);
+    EXPECT_EQ(withPoint, 1.5);
+    EXPECT_EQ(withComma, 1);
+}
+
+}  // namespace dunmora::test
