@@ -14,6 +14,11 @@ public:
     virtual void setMinValue(double value) = 0;
     virtual void setMaxValue(double value) = 0;
     virtual void setDoubleValue(double value) = 0;
+
+    /// Shows that something is under way and nobody knows how long, for an indicator that is not
+    /// about values. A second call changes nothing.
+    /// Thread: the main thread.
+    virtual void startAnimation() = 0;
 };
 
 }  // namespace dunmora

@@ -31,6 +31,11 @@ QtProgressIndicator::QtProgressIndicator(QProgressBar& widget)
     widget_.setValue(0);
 }
 
+void QtProgressIndicator::startAnimation()
+{
+    widget_.setRange(0, 0);
+}
+
 void QtProgressIndicator::setHidden(bool hidden)
 {
     widget_.setHidden(hidden);

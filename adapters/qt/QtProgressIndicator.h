@@ -9,7 +9,7 @@ class QProgressBar;
 
 namespace dunmora {
 
-/// A progress bar of an interface, which is never drawn as one that waits.
+/// A progress bar of an interface, which is drawn as one that waits only once it is told to.
 class QtProgressIndicator final : public ProgressIndicator {
 public:
     /// The widget must outlive it.
@@ -18,6 +18,7 @@ public:
     void setMinValue(double value) override { least_.store(value, std::memory_order_relaxed); }
     void setMaxValue(double value) override { greatest_.store(value, std::memory_order_relaxed); }
     void setDoubleValue(double value) override { value_.store(value, std::memory_order_relaxed); }
+    void startAnimation() override;
     void setHidden(bool hidden) override;
     void setNeedsDisplay() override { redraw_.ask(); }
 

@@ -89,6 +89,7 @@ public:
     void setMinValue(double value) override { note("setMinValue " + std::to_string(value)); }
     void setMaxValue(double value) override { note("setMaxValue " + std::to_string(value)); }
     void setDoubleValue(double value) override { note("setDoubleValue " + std::to_string(value)); }
+    void startAnimation() override { note("startAnimation"); }
 };
 
 /// A table that draws nothing; a test asks for rows and edits them itself.

@@ -27,6 +27,7 @@ public:
     void setMinValue(double value) override { minValue = value; }
     void setMaxValue(double value) override { maxValue = value; }
     void setDoubleValue(double value) override { doubleValue = value; }
+    void startAnimation() override {}
 
     double minValue = 0;
     double maxValue = 0;

@@ -61,6 +61,14 @@ TEST_F(QtProgressIndicatorTest, DrawsAnEmptyBarForNothing)
     EXPECT_DOUBLE_EQ(drawn(0, 0, 0), 0);
 }
 
+TEST_F(QtProgressIndicatorTest, IsDrawnAsOneThatWaitsOnceItIsTold)
+{
+    indicator.startAnimation();
+    indicator.startAnimation();
+
+    EXPECT_EQ(bar.minimum(), bar.maximum());
+}
+
 TEST_F(QtProgressIndicatorTest, DrawsTheLargestNumbers)
 {
     constexpr auto kLargest = std::numeric_limits<std::int32_t>::max();
