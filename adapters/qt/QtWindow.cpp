@@ -3,10 +3,12 @@
 #include "adapters/qt/OneLineText.h"
 #include "adapters/qt/WindowPlacement.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QWidget>
 
+#include <algorithm>
 #include <utility>
 
 namespace dunmora {
@@ -16,6 +18,33 @@ namespace {
 /// Named one by one, because a title without this hint brings a close control with it.
 constexpr auto kFloatingFlags =
     Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowDoesNotAcceptFocus;
+
+Qt::WindowFlags flagsOf(WindowLevel level)
+{
+    switch (level) {
+    case WindowLevel::Floating:
+        return kFloatingFlags;
+    case WindowLevel::Status:
+        return Qt::Dialog | Qt::WindowStaysOnTopHint;
+    case WindowLevel::Normal:
+        break;
+    }
+    return Qt::Window;
+}
+
+/// Whether the user is in the middle of something else than the main window and this one: a dialog
+/// or another program.
+bool isUserElsewhere(const QWidget& window)
+{
+    // A dialog that was just shown is to get the keyboard even if it has not got it yet.
+    const auto windows = QApplication::topLevelWidgets();
+    const auto* const main = mainWindow();
+    return QGuiApplication::applicationState() != Qt::ApplicationActive ||
+           std::any_of(windows.begin(), windows.end(), [&](const QWidget* other) {
+               return other != &window && other != main && other->isVisible() &&
+                      !other->testAttribute(Qt::WA_ShowWithoutActivating);
+           });
+}
 
 bool isEscape(QEvent& event)
 {
@@ -41,11 +70,10 @@ void QtWindow::setTitle(const std::string& title)
 void QtWindow::setLevel(WindowLevel level)
 {
     level_ = level;
-    const bool isFloating = level == WindowLevel::Floating;
     const bool wasVisible = widget_.isVisible();
-    widget_.setAttribute(Qt::WA_ShowWithoutActivating, isFloating);
+    widget_.setAttribute(Qt::WA_ShowWithoutActivating, level == WindowLevel::Floating);
     // Changing the flags takes the window off the screen.
-    widget_.setWindowFlags(isFloating ? kFloatingFlags : Qt::WindowFlags(Qt::Window));
+    widget_.setWindowFlags(flagsOf(level));
     if (wasVisible) {
         show();
     }
@@ -53,6 +81,10 @@ void QtWindow::setLevel(WindowLevel level)
 
 void QtWindow::show()
 {
+    if (level_ == WindowLevel::Status) {
+        // Nobody asked for it now: the next key is meant for whatever has the keyboard.
+        widget_.setAttribute(Qt::WA_ShowWithoutActivating, isUserElsewhere(widget_));
+    }
     showAboveMainWindow(widget_);
 }
 

@@ -28,7 +28,12 @@ void placeAbove(QWidget& window, const QWidget& below)
     window.winId();
     window.windowHandle()->setTransientParent(below.windowHandle());
     QRect place(QPoint(), window.size());
-    place.moveCenter(below.frameGeometry().center());
+    if (window.windowFlags().testFlag(Qt::WindowStaysOnTopHint)) {
+        // The middle belongs to dialogs, which it would cover.
+        place.moveTopRight(below.frameGeometry().topRight());
+    } else {
+        place.moveCenter(below.frameGeometry().center());
+    }
     window.move(movedInto(below.screen()->availableGeometry(), place).topLeft());
 }
 
@@ -53,7 +58,7 @@ void showAboveMainWindow(QWidget& window)
     }
     window.show();
     window.raise();
-    if (!window.windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus)) {
+    if (!window.testAttribute(Qt::WA_ShowWithoutActivating)) {
         window.activateWindow();
     }
 }

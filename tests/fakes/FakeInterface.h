@@ -160,8 +160,10 @@ public:
     void setLevel(WindowLevel newLevel) override
     {
         level = newLevel;
-        log_.add(name_ +
-                 (newLevel == WindowLevel::Floating ? " setLevel floating" : " setLevel normal"));
+        log_.add(name_ + " setLevel " +
+                 (newLevel == WindowLevel::Status     ? "status"
+                  : newLevel == WindowLevel::Floating ? "floating"
+                                                      : "normal"));
     }
     void setDelegate(WindowDelegate* newDelegate) override { delegate = newDelegate; }
     void show() override

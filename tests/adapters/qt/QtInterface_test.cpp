@@ -327,6 +327,45 @@ TEST_F(QtInterfaceTest, FloatsAboveTheMainWindowWithoutTheKeyboardOrACloseContro
     EXPECT_TRUE(window.isVisible());
 }
 
+TEST_F(QtInterfaceTest, KeepsAStatusWindowAboveAllOthersAndBesideTheMiddle)
+{
+    const auto main = load("MainWindow");
+    const auto status = load("FilterWindow");
+    main->window().show();
+    auto& mainWindow = shownWindow(QStringLiteral("MainWindow"));
+    status->window().setLevel(WindowLevel::Status);
+
+    status->window().show();
+    handleEvents();
+
+    auto& window = shownWindow(QStringLiteral("FilterWindow"));
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_EQ(window.windowHandle()->transientParent(), mainWindow.windowHandle());
+    EXPECT_GT(window.x(), mainWindow.x());
+    EXPECT_FALSE(window.isModal());
+}
+
+TEST_F(QtInterfaceTest, LetsAStatusWindowTakeTheKeyboardFromTheMainWindowOnly)
+{
+    const auto main = load("MainWindow");
+    const auto dialog = load("FilterWindow");
+    const auto status = load("FilterWindow");
+    status->window().setLevel(WindowLevel::Status);
+    main->window().show();
+    handleEvents();
+
+    // Without a screen every window that is shown gets the keyboard; on one, those that want it.
+    status->window().show();
+    auto& window = shownWindow(QStringLiteral("FilterWindow"));
+    EXPECT_FALSE(window.testAttribute(Qt::WA_ShowWithoutActivating));
+
+    status->window().close();
+    dialog->window().show();
+    handleEvents();
+    status->window().show();
+    EXPECT_TRUE(window.testAttribute(Qt::WA_ShowWithoutActivating));
+}
+
 TEST_F(QtInterfaceTest, ShowsTitlesAndTextsAsTheyAre)
 {
     const auto interface = load("MainWindow");
