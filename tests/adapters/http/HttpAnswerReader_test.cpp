@@ -1,0 +1,178 @@
+#include "adapters/http/HttpAnswerReader.h"
+
+#include "platform/PlatformError.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace dunmora::test {
+
+namespace {
+
+using namespace std::string_literals;
+
+const auto kChunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"s;
+
+/// An answer that was read whole, the end of the connection included.
+HttpAnswerReader read(std::string_view bytes)
+{
+    HttpAnswerReader reader;
+    reader.take(bytes);
+    reader.takeEnd();
+    return reader;
+}
+
+std::string bodyOf(std::string_view bytes)
+{
+    return read(bytes).takeBody();
+}
+
+TEST(HttpAnswerReader, ReadsTheStatusAndABodyOfAKnownLength)
+{
+    HttpAnswerReader reader;
+
+    reader.take("HTTP/1.1 404 Not Found\r\ncontent-length: 5 \r\nX: y\r\n\r\n");
+    ASSERT_TRUE(reader.head().has_value());
+    EXPECT_EQ(reader.head()->status, 404);
+    EXPECT_FALSE(reader.isComplete());
+    reader.take("0.2\nU and more");
+
+    EXPECT_TRUE(reader.isComplete());
+    EXPECT_EQ(reader.takeBody(), "0.2\nU");
+    EXPECT_EQ(reader.takeBody(), "");
+}
+
+TEST(HttpAnswerReader, ReadsTheSameInPiecesOfAnySize)
+{
+    const auto answer = kChunked + "5;a=b\r\n0.2\nU\r\nA\r\nRL\nA text.\r\n0\r\nX: y\r\n\r\n";
+
+    for (std::size_t size = 1; size <= answer.size(); ++size) {
+        HttpAnswerReader reader;
+        std::string body;
+        for (std::size_t at = 0; at < answer.size(); at += size) {
+            EXPECT_FALSE(reader.isComplete());
+            reader.take(std::string_view(answer).substr(at, size));
+            body += reader.takeBody();
+        }
+        EXPECT_TRUE(reader.isComplete());
+        EXPECT_EQ(body, "0.2\nURL\nA text.");
+    }
+}
+
+TEST(HttpAnswerReader, ReadsABodyThatTheEndOfTheConnectionEnds)
+{
+    EXPECT_EQ(bodyOf("HTTP/1.0 200 OK\r\n\r\n0.2\nURL"), "0.2\nURL");
+    EXPECT_EQ(bodyOf("HTTP/1.0 200\r\n\r\n"), "");
+}
+
+TEST(HttpAnswerReader, TakesLineFeedsAloneForLineEnds)
+{
+    EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\nContent-Length: 1\n\nx"), "x");
+}
+
+TEST(HttpAnswerReader, KnowsAnswersWithoutABody)
+{
+    EXPECT_EQ(bodyOf("HTTP/1.1 204 No Content\r\n\r\n"), "");
+    EXPECT_EQ(bodyOf("HTTP/1.1 304 Not Modified\r\nContent-Length: 9\r\n\r\n"), "");
+    EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"), "");
+}
+
+TEST(HttpAnswerReader, SkipsProvisionalAnswers)
+{
+    const auto reader = read(
+        "HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\nHTTP/1.1 103 Early Hints\r\nLocation: "
+        "/x\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+
+    EXPECT_EQ(reader.head()->status, 200);
+    EXPECT_EQ(reader.head()->location, "");
+}
+
+TEST(HttpAnswerReader, ReadsWhereTheServerSendsTo)
+{
+    EXPECT_EQ(read("HTTP/1.1 302 Found\r\nLOCATION:\t/a b \r\n\r\n").head()->location, "/a b");
+    EXPECT_EQ(read("HTTP/1.1 302 Found\r\nLocation: /a\r\n /b\r\n\r\n").head()->location, "/a /b");
+}
+
+TEST(HttpAnswerReader, PassesOverLinesThatSayNothingToIt)
+{
+    EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\n folded\r\nno colon\r\nlocation\r\nContent-Length: "
+                     "1\r\nContent-Length: 1\r\n\r\nx"),
+              "x");
+}
+
+TEST(HttpAnswerReader, PrefersChunksToALength)
+{
+    EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\nContent-Length: 99\r\nTransfer-Encoding: Chunked\r\n\r\n"
+                     "1\r\nx\r\n0\r\n\r\n"),
+              "x");
+}
+
+class RefusedAnswerTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(RefusedAnswerTest, IsAnError)
+{
+    EXPECT_THROW(read(GetParam()), PlatformError);
+}
+
+INSTANTIATE_TEST_SUITE_P(NoHttp, RefusedAnswerTest,
+                         testing::Values("\r\n", "nonsense\r\n\r\n", "HTTP/2 200\r\n\r\n",
+                                         "HTTP/1.1 20\r\n\r\n", "HTTP/1.1 2000\r\n\r\n",
+                                         "HTTP/1.1 -20\r\n\r\n", "HTTP/1.1200 OK\r\n\r\n",
+                                         "HTTP/1.1 2x0 OK\r\n\r\n", "ICY 200 OK\r\n\r\n"));
+INSTANTIATE_TEST_SUITE_P(
+    CutOff, RefusedAnswerTest,
+    testing::Values("", "HTTP/1.1 200", "HTTP/1.1 200 OK\r\n", "HTTP/1.1 100 Continue\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nx",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nx",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\nx\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\nx\r\n0\r\n"));
+INSTANTIATE_TEST_SUITE_P(
+    Malformed, RefusedAnswerTest,
+    testing::Values("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nContent-Length: +1\r\n\r\nx",
+                    "HTTP/1.1 200 OK\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\nxx",
+                    "HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: gzip, chunked\r\n\r\n0\r\n\r\n",
+                    "HTTP/1.1 302 Found\r\nLocation: /a\r\nLocation: /b\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nx\r\n0\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n\r\nx\r\n0\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\nxy\r\n0\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                    "fffffffffffffffff\r\nx\r\n0\r\n\r\n"));
+
+TEST(HttpAnswerReader, TakesOnlySoMuchBesidesTheBody)
+{
+    for (const auto& [begin, again] :
+         {std::pair{"HTTP/1.1 200 "s, "0123456789"s},
+          std::pair{"HTTP/1.1 200 OK\r\nX: "s, "0123456789"s},
+          std::pair{"HTTP/1.1 200 OK\r\n"s, "X: y\r\n"s},
+          std::pair{""s, "HTTP/1.1 100 Continue\r\n\r\n"s}, std::pair{kChunked, "0000000000"s},
+          std::pair{kChunked + "1;", "x=0123456789"s},
+          std::pair{kChunked + "0\r\n", "X: y\r\n"s}}) {
+        HttpAnswerReader reader;
+        reader.take(begin);
+        std::size_t taken = 0;
+        EXPECT_THROW(
+            {
+                for (; taken < (std::size_t{4} << 20U); taken += again.size()) {
+                    reader.take(again);
+                }
+            },
+            PlatformError)
+            << begin << again;
+        EXPECT_LT(taken, std::size_t{2} << 20U);
+    }
+}
+
+TEST(HttpAnswerReader, KeepsWhatABodyContains)
+{
+    EXPECT_EQ(bodyOf(kChunked + "4\r\n\r\n\0\n\r\n0\r\n\r\n"s), "\r\n\0\n"s);
+}
+
+}  // namespace
+
+}  // namespace dunmora::test
