@@ -1,0 +1,270 @@
+#include "adapters/qt/QtConnection.h"
+
+#include "adapters/qt/QtText.h"
+#include "platform/PlatformError.h"
+
+#include <QByteArray>
+#include <QNetworkProxyFactory>
+#include <QNetworkProxyQuery>
+#include <QSslSocket>
+#include <QString>
+#include <QTimerEvent>
+
+#include <string_view>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+constexpr int kMostRedirects = 20;
+constexpr std::size_t kLongestBody = std::size_t{1} << 20U;
+// How much of an answer the socket holds ready for us.
+constexpr qint64 kReadAhead = 64 << 10;
+constexpr int kHttpPort = 80;
+constexpr int kHttpsPort = 443;
+
+bool isEncrypted(const QUrl& url)
+{
+    return url.scheme() == QLatin1String("https");
+}
+
+/// Whether an answer sends elsewhere (RFC 9110, section 15.4).
+bool isRedirect(const HttpHead& head)
+{
+    switch (head.status) {
+    case 301:
+    case 302:
+    case 303:
+    case 307:
+    case 308:
+        return !head.location.empty();
+    default:
+        return false;
+    }
+}
+
+/// Only what HTTP itself wants: the server learns nothing of who asks.
+QByteArray request(const QUrl& url, bool asksProxy)
+{
+    auto target = url.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    if (target.path().isEmpty()) {
+        target.setPath(QStringLiteral("/"));
+    }
+    const auto host = target.authority(QUrl::FullyEncoded).toUtf8();
+    const auto resource = asksProxy ? target.toEncoded()
+                                    : target.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority);
+    return "GET " + resource + " HTTP/1.1\r\nHost: " + host +
+           "\r\nAccept: */*\r\nAccept-Encoding: identity\r\nConnection: close\r\n\r\n";
+}
+
+}  // namespace
+
+QtConnection::QtConnection(const QUrl& url, ConnectionDelegate& delegate,
+                           std::chrono::milliseconds timeout, Ended onEnd)
+    : delegate_(&delegate), timeout_(timeout), onEnd_(std::move(onEnd))
+{
+    get(url);
+}
+
+QtConnection::~QtConnection()
+{
+    dropSocket();
+}
+
+void QtConnection::cancel()
+{
+    end();
+}
+
+bool QtConnection::canGet(const QUrl& url)
+{
+    const auto scheme = url.scheme();
+    return url.isValid() && !url.host().isEmpty() &&
+           (scheme == QLatin1String("http") || scheme == QLatin1String("https"));
+}
+
+void QtConnection::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == silence_.timerId()) {
+        fail(QStringLiteral("The server does not answer."));
+    }
+}
+
+void QtConnection::get(const QUrl& url)
+{
+    url_ = url;
+    answer_ = {};
+    hasHead_ = false;
+    beginSilence();
+    // Not from within the call that asked for it, whatever the socket does.
+    const auto openUnlessEnded = [this] {
+        if (delegate_ != nullptr) {
+            open();
+        }
+    };
+    QMetaObject::invokeMethod(this, openUnlessEnded, Qt::QueuedConnection);
+}
+
+void QtConnection::open()
+{
+    const bool encrypts = isEncrypted(url_);
+    socket_ = new QSslSocket(this);
+    socket_->setReadBufferSize(kReadAhead);
+    connect(socket_, encrypts ? &QSslSocket::encrypted : &QSslSocket::connected, this,
+            &QtConnection::sendRequest);
+    connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readAnswer);
+    connect(socket_, &QSslSocket::errorOccurred, this, &QtConnection::handleError);
+
+    // The user's settings; the first proxy that they name is the preferred one.
+    const auto proxy = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url_)).value(0);
+    asksProxy_ = !encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability);
+    socket_->setProxy(asksProxy_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
+    if (encrypts) {
+        socket_->connectToHostEncrypted(url_.host(), static_cast<quint16>(url_.port(kHttpsPort)));
+    } else if (asksProxy_) {
+        socket_->connectToHost(proxy.hostName(), proxy.port());
+    } else {
+        socket_->connectToHost(url_.host(), static_cast<quint16>(url_.port(kHttpPort)));
+    }
+}
+
+void QtConnection::sendRequest()
+{
+    beginSilence();
+    socket_->write(request(url_, asksProxy_));
+}
+
+void QtConnection::readAnswer()
+{
+    beginSilence();
+    while (socket_ != nullptr && socket_->bytesAvailable() > 0) {
+        const auto bytes = socket_->read(kReadAhead);
+        try {
+            answer_.take(
+                std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+        } catch (const PlatformError& error) {
+            fail(toQString(error.what()));
+            return;
+        }
+        takeHead();
+        takeBody();
+        finishWhenComplete();
+    }
+}
+
+void QtConnection::handleError()
+{
+    if (socket_->error() != QAbstractSocket::RemoteHostClosedError) {
+        fail(socket_->errorString());
+        return;
+    }
+    readAnswer();
+    if (socket_ != nullptr) {
+        handleEndOfAnswer();
+    }
+}
+
+void QtConnection::handleEndOfAnswer()
+{
+    try {
+        answer_.takeEnd();
+    } catch (const PlatformError& error) {
+        fail(toQString(error.what()));
+        return;
+    }
+    finishWhenComplete();
+}
+
+void QtConnection::takeHead()
+{
+    if (hasHead_ || !answer_.head()) {
+        return;
+    }
+    hasHead_ = true;
+    const auto& head = *answer_.head();
+    if (isRedirect(head)) {
+        redirect(url_.resolved(QUrl::fromEncoded(QByteArray::fromStdString(head.location))));
+    } else {
+        delegate_->didReceiveResponse(*this);
+    }
+}
+
+void QtConnection::redirect(const QUrl& proposed)
+{
+    // What such an answer says besides is not for us.
+    dropSocket();
+    if (++redirects_ > kMostRedirects) {
+        fail(QStringLiteral("The server redirects too often."));
+        return;
+    }
+    const auto chosen = delegate_->willSendRequest(*this, proposed.toEncoded().toStdString());
+    if (delegate_ == nullptr) {
+        return;
+    }
+    const QUrl url(toQString(chosen));
+    if (!canGet(url)) {
+        fail(QStringLiteral("The server redirects to an address that is not of the web."));
+        return;
+    }
+    get(url);
+}
+
+void QtConnection::takeBody()
+{
+    if (socket_ == nullptr) {
+        return;
+    }
+    const auto bytes = answer_.takeBody();
+    bodySize_ += bytes.size();
+    if (bodySize_ > kLongestBody) {
+        fail(QStringLiteral("The server's answer is too long."));
+    } else if (!bytes.empty()) {
+        delegate_->didReceiveData(*this, bytes);
+    }
+}
+
+void QtConnection::finishWhenComplete()
+{
+    if (socket_ == nullptr || !answer_.isComplete()) {
+        return;
+    }
+    if (auto* const delegate = end()) {
+        delegate->connectionDidFinishLoading(*this);
+    }
+}
+
+void QtConnection::fail(const QString& description)
+{
+    if (auto* const delegate = end()) {
+        delegate->didFailWithError(*this, description.toStdString());
+    }
+}
+
+/// Returns who is to hear of the end; none when the transfer had ended before.
+ConnectionDelegate* QtConnection::end()
+{
+    silence_.stop();
+    dropSocket();
+    auto* const delegate = std::exchange(delegate_, nullptr);
+    if (const auto onEnd = std::exchange(onEnd_, {})) {
+        onEnd(*this);
+    }
+    return delegate;
+}
+
+void QtConnection::dropSocket()
+{
+    if (auto* const socket = std::exchange(socket_, nullptr)) {
+        socket->disconnect(this);
+        socket->abort();
+        socket->deleteLater();
+    }
+}
+
+void QtConnection::beginSilence()
+{
+    silence_.start(static_cast<int>(timeout_.count()), this);
+}
+
+}  // namespace dunmora

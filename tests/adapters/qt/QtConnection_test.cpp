@@ -1,0 +1,608 @@
+#include "adapters/qt/QtConnectionOpener.h"
+#include "tests/adapters/qt/LoopbackServer.h"
+#include "tests/adapters/qt/QtTest.h"
+
+#include <QNetworkProxy>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QTimer>
+#include <QUrl>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dunmora::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+using Events = std::vector<std::string>;
+
+// What a body may have.
+constexpr int kMost = 1 << 20;
+
+const QByteArray kThreeLines = "0.2\nhttp://example.com/get\nBetter.";
+
+/// Writes down what it hears of a transfer.
+class RecordingDelegate final : public ConnectionDelegate {
+public:
+    void didReceiveResponse(const Connection& /*connection*/) override
+    {
+        events.emplace_back("response");
+        onResponse();
+    }
+    void didReceiveData(const Connection& /*connection*/, std::string_view bytes) override
+    {
+        body += bytes;
+        onData();
+    }
+    std::string willSendRequest(const Connection& /*connection*/, const std::string& url) override
+    {
+        redirects.push_back(url);
+        onRedirect();
+        return url;
+    }
+    void didFailWithError(const Connection& /*connection*/, const std::string& description) override
+    {
+        events.emplace_back("failed");
+        failure = description;
+    }
+    void connectionDidFinishLoading(const Connection& /*connection*/) override
+    {
+        events.emplace_back("finished");
+    }
+
+    bool hasEnded() const
+    {
+        return !events.empty() && (events.back() == "failed" || events.back() == "finished");
+    }
+
+    std::function<void()> onResponse = [] {};
+    std::function<void()> onData = [] {};
+    std::function<void()> onRedirect = [] {};
+    Events events;
+    Events redirects;
+    std::string body;
+    std::string failure;
+};
+
+class QtConnectionTest : public QtTest {
+protected:
+    /// Gets a path of the server and waits for the end of the transfer.
+    void get(const std::string& path = "/")
+    {
+        connection = opener->openConnection(server.url(path), delegate);
+        handleEventsUntil([&] { return delegate.hasEnded(); });
+        // Nothing comes after the end.
+        handleEvents();
+    }
+
+    void expectFinished(const QByteArray& body) const
+    {
+        EXPECT_EQ(delegate.events, (Events{"response", "finished"})) << delegate.failure;
+        EXPECT_EQ(delegate.body, body.toStdString());
+    }
+
+    void expectFailed() const
+    {
+        ASSERT_FALSE(delegate.events.empty());
+        EXPECT_EQ(delegate.events.back(), "failed");
+        EXPECT_FALSE(delegate.failure.empty());
+    }
+
+    void useTimeout(std::chrono::milliseconds timeout) { opener.emplace(timeout); }
+
+    LoopbackServer server;
+    RecordingDelegate delegate;
+    std::optional<QtConnectionOpener> opener{std::in_place};
+    std::shared_ptr<Connection> connection;
+};
+
+TEST_F(QtConnectionTest, SendsAPlainGetThatSaysNothingOfTheUser)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+
+    get("/update/?app=dunmoraapp");
+
+    ASSERT_EQ(server.requests.size(), 1U);
+    const auto& request = server.requests.front();
+    EXPECT_TRUE(request.starts_with("GET /update/?app=dunmoraapp HTTP/1.1\r\n")) << request;
+    EXPECT_TRUE(request.ends_with("\r\n\r\n")) << request;
+    for (const char* const telling : {"User-Agent", "Accept-Language", "Cookie", "Referer"}) {
+        EXPECT_EQ(request.find(telling), std::string::npos) << request;
+    }
+    EXPECT_NE(request.find("\r\nHost: " + server.url().substr(7, server.url().size() - 8) + "\r\n"),
+              std::string::npos)
+        << request;
+}
+
+TEST_F(QtConnectionTest, TellsOfTheAnswerItsBodyAndItsEnd)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+
+    get();
+
+    expectFinished(kThreeLines);
+}
+
+TEST_F(QtConnectionTest, JoinsABodyThatComesInPieces)
+{
+    server.answerWith("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                      "4\r\n0.2\n\r\n2;x=y\r\nUR\r\n6\r\nL\nText\r\n0\r\n\r\n");
+
+    get();
+
+    expectFinished("0.2\nURL\nText");
+}
+
+TEST_F(QtConnectionTest, TakesABodyThatEndsWithTheConnection)
+{
+    server.answerWith("HTTP/1.0 200 OK\r\n\r\n" + kThreeLines);
+
+    get();
+
+    expectFinished(kThreeLines);
+}
+
+TEST_F(QtConnectionTest, TakesAnEmptyBody)
+{
+    server.answerWith(httpAnswer(200, {}));
+
+    get();
+
+    expectFinished({});
+}
+
+struct Status {
+    int code;
+    const char* headers;
+};
+
+class AnyStatusTest : public QtConnectionTest, public testing::WithParamInterface<Status> {};
+
+TEST_P(AnyStatusTest, TakesTheBodyAsOfAnyOther)
+{
+    server.answerWith(httpAnswer(GetParam().code, kThreeLines, GetParam().headers));
+
+    get();
+
+    expectFinished(kThreeLines);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, AnyStatusTest,
+                         testing::Values(Status{201, ""}, Status{300, ""}, Status{302, ""},
+                                         Status{400, ""}, Status{401, ""},
+                                         Status{401, "WWW-Authenticate: Basic realm=\"x\"\r\n"},
+                                         Status{403, ""}, Status{404, ""}, Status{405, ""},
+                                         Status{407, ""}, Status{409, ""}, Status{410, ""},
+                                         Status{418, ""}, Status{429, ""}, Status{500, ""},
+                                         Status{501, ""}, Status{503, ""}, Status{599, ""}));
+
+class RedirectTest : public QtConnectionTest, public testing::WithParamInterface<int> {};
+
+TEST_P(RedirectTest, FollowsItToTheAddressThatTheDelegateReturns)
+{
+    server.answer = [](const std::string& path, QTcpSocket& socket) {
+        socket.write(path == "/a/b" ? httpAnswer(GetParam(), "moved", "Location: ../c?d=e\r\n")
+                                    : httpAnswer(200, kThreeLines));
+        socket.disconnectFromHost();
+    };
+
+    get("/a/b");
+
+    expectFinished(kThreeLines);
+    EXPECT_EQ(delegate.redirects, Events{server.url("/c?d=e")});
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RedirectTest, testing::Values(301, 302, 303, 307, 308));
+
+TEST_F(QtConnectionTest, FollowsRedirectsToAnEncryptedServerAndBack)
+{
+    LoopbackServer encrypted(LoopbackServer::Protocol::Https);
+    auto trusting = QSslConfiguration::defaultConfiguration();
+    const auto before = trusting;
+    trusting.setCaCertificates({LoopbackServer::certificate()});
+    QSslConfiguration::setDefaultConfiguration(trusting);
+    const auto sendTo = [](const std::string& url) {
+        return httpAnswer(302, {}, "Location: " + QByteArray::fromStdString(url) + "\r\n");
+    };
+    encrypted.answerWith(sendTo(server.url("/end")));
+    server.answer = [&](const std::string& path, QTcpSocket& socket) {
+        socket.write(path == "/end" ? httpAnswer(200, kThreeLines) : sendTo(encrypted.url("/x")));
+        socket.disconnectFromHost();
+    };
+
+    get("/begin");
+
+    QSslConfiguration::setDefaultConfiguration(before);
+    expectFinished(kThreeLines);
+    EXPECT_EQ(delegate.redirects, (Events{encrypted.url("/x"), server.url("/end")}));
+}
+
+TEST_F(QtConnectionTest, FailsAtAnEncryptedServerThatNobodyVouchesFor)
+{
+    LoopbackServer encrypted(LoopbackServer::Protocol::Https);
+    encrypted.answerWith(httpAnswer(200, kThreeLines));
+    server.answerWith(
+        httpAnswer(302, {}, "Location: " + QByteArray::fromStdString(encrypted.url()) + "\r\n"));
+
+    get();
+
+    EXPECT_EQ(delegate.events, Events{"failed"});
+    EXPECT_FALSE(delegate.failure.empty());
+    EXPECT_EQ(encrypted.requests, Events{});
+}
+
+TEST_F(QtConnectionTest, FollowsTwentyRedirectsAndNoMore)
+{
+    // Each path is the number of redirects that are left.
+    server.answer = [](const std::string& path, QTcpSocket& socket) {
+        const int left = std::stoi(path.substr(1));
+        socket.write(
+            left == 0 ? httpAnswer(200, kThreeLines)
+                      : httpAnswer(302, {}, "Location: /" + QByteArray::number(left - 1) + "\r\n"));
+        socket.disconnectFromHost();
+    };
+
+    get("/20");
+    expectFinished(kThreeLines);
+
+    delegate.events.clear();
+    get("/21");
+    EXPECT_EQ(delegate.events, Events{"failed"});
+    EXPECT_EQ(delegate.failure, "The server redirects too often.");
+}
+
+class ForeignRedirectTest : public QtConnectionTest,
+                            public testing::WithParamInterface<const char*> {};
+
+TEST_P(ForeignRedirectTest, Fails)
+{
+    server.answerWith(httpAnswer(302, kThreeLines, "Location: " + QByteArray(GetParam()) + "\r\n"));
+
+    get();
+
+    EXPECT_EQ(delegate.events, Events{"failed"});
+    EXPECT_EQ(delegate.failure, "The server redirects to an address that is not of the web.");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ForeignRedirectTest,
+                         testing::Values("file:///etc/passwd", "ftp://127.0.0.1/", "data:,0.2",
+                                         "http://", "http://[", "qrc:/interfaces/UpdateWindow.ui"));
+
+TEST_F(QtConnectionTest, TakesABodyOfOneMebibyteAndNoMore)
+{
+    server.answerWith(httpAnswer(200, QByteArray(kMost, 'x')));
+    get();
+    expectFinished(QByteArray(kMost, 'x'));
+
+    delegate = {};
+    server.answerWith(httpAnswer(200, QByteArray(kMost + 1, 'x')));
+    get();
+    EXPECT_EQ(delegate.events, (Events{"response", "failed"}));
+    EXPECT_EQ(delegate.failure, "The server's answer is too long.");
+    EXPECT_LE(delegate.body.size(), static_cast<std::size_t>(kMost));
+}
+
+/// Writes the bytes again and again as long as somebody reads them.
+void flood(QTcpSocket& socket, const QByteArray& bytes)
+{
+    const auto write = [&socket, bytes] {
+        if (socket.bytesToWrite() < bytes.size()) {
+            socket.write(bytes);
+        }
+    };
+    QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, write);
+    write();
+}
+
+class FloodTest : public QtConnectionTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(FloodTest, FailsBeforeItTakesMuch)
+{
+    const QByteArray begin(GetParam());
+    qint64 written = 0;
+    server.answer = [&](const std::string& /*path*/, QTcpSocket& socket) {
+        QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket,
+                         [&](qint64 bytes) { written += bytes; });
+        socket.write(begin.left(begin.indexOf('|')));
+        flood(socket, begin.mid(begin.indexOf('|') + 1).repeated(4096));
+    };
+
+    get();
+
+    expectFailed();
+    EXPECT_LE(delegate.body.size(), static_cast<std::size_t>(kMost));
+    // What the system's own buffers take is not ours to say.
+    EXPECT_LT(written, 16 << 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, FloodTest,
+    testing::Values("HTTP/1.1 200 OK\r\nContent-Length: 99999999999\r\n\r\n|0123456789",
+                    "HTTP/1.1 200 OK\r\n\r\n|0123456789",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n|8\r\n01234567\r\n",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n|0000000000000000",
+                    "HTTP/1.1 200 OK\r\n|X-More: 0123456789\r\n",
+                    "HTTP/1.1 200 OK\r\nX-Long: |0123456789", "HTTP/1.1 200 |0123456789",
+                    "|HTTP/1.1 100 Continue\r\n\r\n",
+                    "HTTP/1.1 302 Found\r\nLocation: /|0123456789"));
+
+class BrokenAnswerTest : public QtConnectionTest,
+                         public testing::WithParamInterface<const char*> {};
+
+TEST_P(BrokenAnswerTest, Fails)
+{
+    server.answerWith(GetParam());
+
+    get();
+
+    expectFailed();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, BrokenAnswerTest,
+    testing::Values(
+        "", "HTTP/1.1 200", "nonsense\r\n\r\n", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2",
+        "HTTP/1.1 404 Not Found\r\nContent-Length: 10\r\n\r\n0.2",
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\n0.2\n\r\n",
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n0.2\n\r\n0\r\n\r\n"));
+
+TEST_F(QtConnectionTest, FailsWhenTheConnectionIsReset)
+{
+    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) { socket.abort(); };
+
+    get();
+
+    EXPECT_EQ(delegate.events, Events{"failed"});
+    EXPECT_FALSE(delegate.failure.empty());
+}
+
+TEST_F(QtConnectionTest, FailsWhenTheConnectionIsResetInTheMiddleOfTheBody)
+{
+    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2");
+    };
+    delegate.onData = [this] { server.last->abort(); };
+
+    get();
+
+    EXPECT_EQ(delegate.events, (Events{"response", "failed"}));
+    EXPECT_FALSE(delegate.failure.empty());
+}
+
+TEST_F(QtConnectionTest, FailsWhereNobodyListens)
+{
+    std::string url;
+    {
+        const LoopbackServer gone;
+        url = gone.url();
+    }
+
+    connection = opener->openConnection(url, delegate);
+    handleEventsUntil([&] { return delegate.hasEnded(); });
+
+    EXPECT_EQ(delegate.events, Events{"failed"});
+    EXPECT_FALSE(delegate.failure.empty());
+}
+
+TEST_F(QtConnectionTest, AsksTheProxyThatTheUserHasChosen)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+    const QUrl address(QString::fromStdString(server.url()));
+    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, address.host(),
+                                                     static_cast<quint16>(address.port())));
+
+    connection = opener->openConnection("http://dunmora.invalid/update/?app=dunmoraapp", delegate);
+    handleEventsUntil([&] { return delegate.hasEnded(); });
+
+    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    expectFinished(kThreeLines);
+    EXPECT_TRUE(server.requests.at(0).starts_with(
+        "GET http://dunmora.invalid/update/?app=dunmoraapp HTTP/1.1\r\nHost: dunmora.invalid\r\n"));
+}
+
+class SilentServerTest : public QtConnectionTest,
+                         public testing::WithParamInterface<const char*> {};
+
+TEST_P(SilentServerTest, FailsAfterTheTimeout)
+{
+    useTimeout(50ms);
+    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+        socket.write(GetParam());
+    };
+
+    get();
+
+    expectFailed();
+    EXPECT_EQ(delegate.failure, "The server does not answer.");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SilentServerTest,
+                         testing::Values("", "HTTP/1.1 200 OK\r\n",
+                                         "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n",
+                                         "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2"));
+
+TEST_F(QtConnectionTest, WaitsForASlowServerAsLongAsBytesCome)
+{
+    useTimeout(200ms);
+    QTimer drip;
+    server.answer = [&](const std::string& /*path*/, QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 12\r\n\r\n");
+        QObject::connect(&drip, &QTimer::timeout, &socket, [&socket] { socket.write("x"); });
+        drip.start(40ms);
+    };
+
+    get();
+
+    expectFinished("xxxxxxxxxxxx");
+}
+
+TEST_F(QtConnectionTest, WaitsAMinuteUnlessToldOtherwise)
+{
+    EXPECT_EQ(QtConnectionOpener::kUsualTimeout, 60s);
+}
+
+TEST_F(QtConnectionTest, TellsNothingBeforeItIsReturned)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+
+    connection = opener->openConnection(server.url(), delegate);
+    EXPECT_EQ(delegate.events, Events());
+
+    handleEventsUntil([&] { return delegate.hasEnded(); });
+}
+
+TEST_F(QtConnectionTest, CannotBeOpenedForWhatIsNoAddressOfTheWeb)
+{
+    for (const std::string url : {"", "file:///etc/passwd", "ftp://127.0.0.1/", "http://", "x",
+                                  "http:///update/", "http://a b/", "data:,0.2"}) {
+        EXPECT_EQ(opener->openConnection(url, delegate), nullptr) << url;
+    }
+}
+
+TEST_F(QtConnectionTest, GoesOnWhenNobodyHoldsIt)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+
+    opener->openConnection(server.url(), delegate);
+    handleEventsUntil([&] { return delegate.hasEnded(); });
+
+    expectFinished(kThreeLines);
+}
+
+TEST_F(QtConnectionTest, CarriesSeveralTransfersAtOnceAndMixesNothing)
+{
+    server.answer = [](const std::string& path, QTcpSocket& socket) {
+        socket.write(httpAnswer(200, QByteArray::fromStdString(path)));
+        socket.disconnectFromHost();
+    };
+    RecordingDelegate other;
+
+    opener->openConnection(server.url("/one"), delegate);
+    opener->openConnection(server.url("/other"), other);
+    handleEventsUntil([&] { return delegate.hasEnded() && other.hasEnded(); });
+
+    EXPECT_EQ(delegate.body, "/one");
+    EXPECT_EQ(other.body, "/other");
+}
+
+/// Cancels in the middle of something, and looks whether anything is told afterwards.
+class CancelTest : public QtConnectionTest {
+protected:
+    /// Lets the answer come to an end, if the transfer were still to hear of it.
+    void expectNothingMore(const Events& before)
+    {
+        bool isGone = false;
+        if (server.last != nullptr) {
+            QObject::connect(server.last, &QTcpSocket::disconnected, server.last,
+                             [&] { isGone = true; });
+            handleEventsUntil([&] { return isGone || server.last == nullptr; });
+        }
+        handleEvents();
+        EXPECT_EQ(delegate.events, before);
+    }
+
+    void open(const std::string& path = "/")
+    {
+        connection = opener->openConnection(server.url(path), delegate);
+    }
+};
+
+TEST_F(CancelTest, TellsNothingOfATransferCancelledAtOnce)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+    open();
+
+    connection->cancel();
+
+    expectNothingMore({});
+}
+
+TEST_F(CancelTest, TellsNothingMoreWhenCancelledInTheMiddle)
+{
+    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2");
+    };
+    open();
+    handleEventsUntil([&] { return !delegate.body.empty(); });
+
+    connection->cancel();
+
+    expectNothingMore({"response"});
+    EXPECT_EQ(delegate.body, "0.2");
+}
+
+TEST_F(CancelTest, CanBeCancelledWhenAnAnswerComes)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+    delegate.onResponse = [this] { connection->cancel(); };
+    open();
+
+    handleEventsUntil([&] { return !delegate.events.empty(); });
+
+    expectNothingMore({"response"});
+    EXPECT_EQ(delegate.body, "");
+}
+
+TEST_F(CancelTest, CanBeCancelledAndLetGoWhenBytesCome)
+{
+    server.answerWith(httpAnswer(200, QByteArray(kMost, 'x')));
+    delegate.onData = [this] {
+        connection->cancel();
+        connection.reset();
+    };
+    open();
+
+    handleEventsUntil([&] { return !delegate.body.empty(); });
+
+    expectNothingMore({"response"});
+    EXPECT_LT(delegate.body.size(), static_cast<std::size_t>(kMost));
+}
+
+TEST_F(CancelTest, CanBeCancelledAtARedirect)
+{
+    server.answerWith(httpAnswer(302, {}, "Location: /elsewhere\r\n"));
+    delegate.onRedirect = [this] { connection->cancel(); };
+    open();
+
+    handleEventsUntil([&] { return !delegate.redirects.empty(); });
+
+    expectNothingMore({});
+    EXPECT_EQ(server.requests.size(), 1U);
+}
+
+TEST_F(CancelTest, DoesNothingToAFinishedTransfer)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+    get();
+
+    connection->cancel();
+    connection->cancel();
+
+    expectNothingMore({"response", "finished"});
+}
+
+TEST_F(CancelTest, IsWhatTheOpenersEndDoes)
+{
+    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2");
+    };
+    open();
+    handleEventsUntil([&] { return !delegate.body.empty(); });
+
+    opener.reset();
+
+    expectNothingMore({"response"});
+    connection->cancel();
+}
+
+}  // namespace
+
+}  // namespace dunmora::test
