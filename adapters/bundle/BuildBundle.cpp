@@ -4,7 +4,13 @@ namespace dunmora {
 
 std::optional<std::string> BuildBundle::objectForInfoDictionaryKey(std::string_view key) const
 {
-    return key == "CFBundleVersion" ? std::optional<std::string>(DUNMORA_VERSION) : std::nullopt;
+    if (key == "CFBundleVersion") {
+        return DUNMORA_VERSION;
+    }
+    if (key == "DunmoraUpdateHost") {
+        return DUNMORA_UPDATE_HOST;
+    }
+    return std::nullopt;
 }
 
 }  // namespace dunmora

@@ -5,11 +5,12 @@
 namespace dunmora::test {
 namespace {
 
-TEST(BuildBundle, KnowsTheVersionAndNothingElse)
+TEST(BuildBundle, KnowsTheVersionTheUpdateServiceAndNothingElse)
 {
     const BuildBundle bundle;
 
     EXPECT_EQ(bundle.objectForInfoDictionaryKey("CFBundleVersion"), PROJECT_VERSION);
+    EXPECT_EQ(bundle.objectForInfoDictionaryKey("DunmoraUpdateHost"), DUNMORA_UPDATE_HOST);
     EXPECT_EQ(bundle.objectForInfoDictionaryKey("CFBundleName"), std::nullopt);
 }
 
