@@ -68,8 +68,12 @@ void applyFont(QWidget& widget)
     }
 }
 
-void applyMinimumWidth(QWidget& widget)
+void applyMinimumSize(QWidget& widget)
 {
+    if (has(widget, "minimumLines")) {
+        widget.setMinimumHeight(widget.fontMetrics().lineSpacing() *
+                                widget.property("minimumLines").toInt());
+    }
     if (has(widget, "minimumColumns")) {
         widget.setMinimumWidth(widget.fontMetrics().averageCharWidth() *
                                widget.property("minimumColumns").toInt());
@@ -112,7 +116,7 @@ void applyConventions(QWidget& window)
     }
     for (auto* const widget : window.findChildren<QWidget*>()) {
         applyFont(*widget);
-        applyMinimumWidth(*widget);
+        applyMinimumSize(*widget);
     }
     applyInitialSize(window);
     for (const auto* const box : window.findChildren<QDialogButtonBox*>()) {

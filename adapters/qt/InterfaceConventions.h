@@ -11,7 +11,8 @@ namespace dunmora {
 /// - `themeIcon`, an icon of the desktop's theme, and `symbol`, the one of ours for where the theme
 ///   lacks it (see Symbols.h), on actions and buttons;
 /// - `fontScale` on a widget: how many times as large as usual its font is;
-/// - `minimumColumns` on a widget: its least width in characters of its font;
+/// - `minimumColumns` and `minimumLines` on a widget: its least width and height in characters and
+///   lines of its font;
 /// - `initialColumns` and `initialLines` on the window: its first size in characters and lines of
 ///   its font, as far as the screen reaches;
 /// - `acceptCommand` and `rejectCommand` on a button box: the commands of its two standard buttons,

@@ -140,7 +140,8 @@ bool ModalSessions::blocks(const QWidget& widget) const
     for (const auto* at = &widget; at != nullptr; at = at->parentWidget()) {
         // A popup without a parent was opened from the session's window: the others were closed.
         const bool isFreePopup = at->windowType() == Qt::Popup && at->parentWidget() == nullptr;
-        if (at == &running_.back()->window || isFreePopup) {
+        const bool isAlwaysUsable = at->isWindow() && at->property("alwaysUsable").toBool();
+        if (at == &running_.back()->window || isFreePopup || isAlwaysUsable) {
             return false;
         }
     }

@@ -35,7 +35,8 @@ public:
     /// it does nothing.
     void end(const QWidget& window);
 
-    /// Whether the user's input is kept from a widget.
+    /// Whether the user's input is kept from a widget. It never is from a window with the dynamic
+    /// property `alwaysUsable`, which has nothing to do with the work in hand.
     bool blocks(const QWidget& widget) const;
 
     /// The window that a new one belongs to: that of the innermost session, else the main one;

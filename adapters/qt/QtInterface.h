@@ -17,8 +17,10 @@ class ModalSessions;
 /// An outlet is a widget with the outlet's name. A command is an action with the command's name, or
 /// a button or a check box whose dynamic property `command` names it; all that give one command are
 /// enabled and disabled together. While a modal session runs for another window, commands do
-/// nothing but for the actions with the dynamic property `alwaysUsable`. The dynamic property
-/// `closeCommand` of the window names the command of its close control and of Escape.
+/// nothing but for the actions, and all of a window, with the dynamic property `alwaysUsable`. The
+/// dynamic property `closeCommand` of the window names the command of its close control and of
+/// Escape. A label whose dynamic property `blankedBy` names a view is blank from the moment that
+/// the program shows the view until the label gets its next text.
 class QtInterface final : public Interface {
 public:
     /// Called with a file or a folder that the user has dropped on the window.

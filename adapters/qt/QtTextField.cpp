@@ -6,6 +6,14 @@
 
 namespace dunmora {
 
+namespace {
+
+// Longer texts come from strangers only, and laying them out would hold up the program.
+constexpr qsizetype kMostShown = 10000;
+constexpr char16_t kEllipsis = 0x2026;
+
+}  // namespace
+
 QtTextField::QtTextField(QLabel& widget)
     : widget_(widget), text_(widget.text().toStdString()), redraw_([this] { draw(); })
 {
@@ -33,6 +41,10 @@ void QtTextField::draw()
         // Held for a copy only: a job that sets a text meanwhile does not wait for the drawing.
         const std::lock_guard guard(mutex_);
         text = toQString(text_);
+    }
+    if (text.size() > kMostShown) {
+        text.truncate(kMostShown);
+        text += QChar(kEllipsis);
     }
     widget_.setText(text);
 }

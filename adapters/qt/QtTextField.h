@@ -10,7 +10,8 @@ class QLabel;
 
 namespace dunmora {
 
-/// A label of an interface. Its text is always shown as it is, never read as HTML.
+/// A label of an interface. Its text is always shown as it is, never read as HTML; of a very
+/// long one the beginning is shown.
 class QtTextField final : public TextField {
 public:
     /// The widget must outlive it.

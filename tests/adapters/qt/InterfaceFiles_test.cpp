@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
+#include <QScreen>
 #include <QToolButton>
 
 #include <filesystem>
@@ -229,7 +230,8 @@ TEST_P(InterfaceFilesTest, GivesEveryCommandAWayToReachItWithoutAMouse)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, InterfaceFilesTest,
-                         testing::Values("FilterWindow", "MainWindow", "ProgressWindow"));
+                         testing::Values("FilterWindow", "MainWindow", "ProgressWindow",
+                                         "UpdateWindow"));
 
 using MainWindowTest = QtTest;
 
@@ -248,6 +250,128 @@ TEST_F(MainWindowTest, GivesTheTableOrWhatStandsForItTheWholeRoom)
     handleEvents();
 
     EXPECT_EQ(table.geometry(), room);
+}
+
+class UpdateWindowTest : public QtTest {
+protected:
+    QWidget& shown()
+    {
+        interface->window().show();
+        handleEvents();
+        return shownWindow(QStringLiteral("UpdateWindow"));
+    }
+
+    void showMessage(const std::string& text)
+    {
+        interface->textField("labelMessage").setStringValue(text);
+        handleEventsUntil([&] { return label.text().toStdString() == text; });
+    }
+
+    /// Whether the user sees the whole widget.
+    bool isSeen(const QWidget& widget) const
+    {
+        return widget.isVisible() && widget.visibleRegion().boundingRect() == widget.rect();
+    }
+
+    std::unique_ptr<QtInterface> interface = load("UpdateWindow");
+    QWidget& window = shown();
+    QLabel& label = widgetIn<QLabel>(window, "labelMessage");
+};
+
+TEST_F(UpdateWindowTest, ShowsTheMessageAndTheWayOutInEveryLayout)
+{
+    for (const bool isBusy : {true, false}) {
+        interface->view("vwControls").setHidden(isBusy);
+        interface->view("vwActivity").setHidden(!isBusy);
+        showMessage("Failed to check updates due to:'Host update.dunmora.invalid not found'");
+
+        for (const char* const name : {"labelMessage", "ckUpdate", "btnClose"}) {
+            EXPECT_TRUE(isSeen(widgetIn<QWidget>(window, name))) << name;
+        }
+        EXPECT_EQ(isSeen(widgetIn<QWidget>(window, "progressIndicator")), isBusy);
+        EXPECT_EQ(isSeen(widgetIn<QWidget>(window, "btnDownload")), !isBusy);
+    }
+}
+
+TEST_F(UpdateWindowTest, ShowsWhatTheServiceSendsAsPlainText)
+{
+    showMessage("<h1>Better</h1> &amp; <img src=\"file:///etc/passwd\"> &Download");
+
+    EXPECT_EQ(label.textFormat(), Qt::PlainText);
+    EXPECT_FALSE(label.openExternalLinks());
+    auto* const accessible = QAccessible::queryAccessibleInterface(&label);
+    EXPECT_EQ(accessible->text(QAccessible::Name), label.text());
+}
+
+TEST_F(UpdateWindowTest, KeepsItsSizeWhateverTheMessage)
+{
+    const auto size = window.size();
+    const auto screen = window.screen()->availableSize();
+
+    for (const auto& message : {std::string(9000, 'W'), "word " + std::string(5000, ' '),
+                                std::string(9000, '\r'), std::string("line\rline")}) {
+        showMessage(message);
+        EXPECT_EQ(window.size(), size);
+        interface->window().close();
+        interface->window().show();
+        handleEvents();
+        EXPECT_LE(window.width(), screen.width());
+        EXPECT_LE(window.height(), screen.height());
+    }
+}
+
+TEST_F(UpdateWindowTest, ShowsTheBeginningOfAMessageThatNobodyReads)
+{
+    interface->textField("labelMessage").setStringValue("Better. " + std::string(1 << 20, 'x'));
+    handleEventsUntil([&] { return !label.text().isEmpty(); });
+
+    EXPECT_TRUE(label.text().startsWith(QStringLiteral("Better. xxx")));
+    EXPECT_TRUE(label.text().endsWith(QStringLiteral("…")));
+    EXPECT_LE(label.text().size(), 10001);
+}
+
+TEST_F(UpdateWindowTest, ForgetsTheLastMessageWhenItIsBusyAgain)
+{
+    showMessage("You are running the latest version.");
+
+    interface->view("vwActivity").setHidden(false);
+    EXPECT_EQ(label.text(), QString());
+
+    showMessage("You are running the latest version.");
+}
+
+TEST_F(UpdateWindowTest, ClosesByEnterAndByEscapeAndDownloadsByItsLetter)
+{
+    std::vector<std::string> uses;
+    for (const char* const name : {"OnClose", "OnDownload"}) {
+        interface->command(name).setHandler([&uses, name](View*) { uses.emplace_back(name); });
+    }
+
+    press(window, Qt::Key_Return);
+    press(window, Qt::Key_Escape);
+    pressCloseControl(window);
+    press(window, Qt::Key_D, Qt::AltModifier);
+
+    // A letter presses its button for a moment.
+    handleEventsUntil([&] { return uses.size() == 4; });
+    EXPECT_EQ(uses, (std::vector<std::string>{"OnClose", "OnClose", "OnClose", "OnDownload"}));
+}
+
+TEST_F(UpdateWindowTest, IsReachedByTabFromTheMessageToTheWayOut)
+{
+    interface->command("OnDownload").setHandler([](View*) {});
+    interface->command("OnUpdate").setHandler([](View*) {});
+    interface->command("OnClose").setHandler([](View*) {});
+    widgetIn<QWidget>(window, "message").setFocus();
+    QStringList order;
+
+    for (int i = 0; i < 4; ++i) {
+        order.push_back(QApplication::focusWidget()->objectName());
+        press(window, Qt::Key_Tab);
+    }
+
+    EXPECT_EQ(order, (QStringList{QStringLiteral("message"), QStringLiteral("ckUpdate"),
+                                  QStringLiteral("btnDownload"), QStringLiteral("btnClose")}));
 }
 
 using FilterWindowTest = QtTest;

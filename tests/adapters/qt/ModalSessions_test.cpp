@@ -209,6 +209,19 @@ TEST_F(ModalSessionsTest, EndsNothingWhenNoneRuns)
     during(dialog.window, [] {});
 }
 
+TEST_F(ModalSessionsTest, LetsThroughWhatIsMeantForAWindowThatIsAlwaysUsable)
+{
+    main.window.setProperty("alwaysUsable", true);
+
+    during(dialog.window, [&] {
+        click(main.button);
+        click(dialog.button);
+    });
+
+    EXPECT_EQ(main.clicks, 1);
+    EXPECT_EQ(dialog.clicks, 1);
+}
+
 TEST_F(ModalSessionsTest, LetsThroughPopupsOfItsWindow)
 {
     int triggers = 0;
