@@ -4,13 +4,15 @@
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtOpenPanel.h"
 #include "platform/Desktop.h"
+#include "tests/fakes/QuietDesktop.h"
 
 #include <QApplication>
 #include <QEvent>
 
 namespace dunmora::bench {
 
-/// The ports of a measurement with real windows, installed as the desktop as long as it lives.
+/// The ports of a measurement with real windows and no network, installed as the desktop as long as
+/// it lives.
 ///
 /// Thread: the main thread, under a QApplication.
 struct QtDesktop {
@@ -30,7 +32,8 @@ struct QtDesktop {
     QtApplication application{*qobject_cast<QApplication*>(QCoreApplication::instance())};
     QtInterfaceLoader interfaceLoader{application.sessions()};
     QtOpenPanel openPanel{application.sessions()};
-    Desktop desktop{application, interfaceLoader, openPanel};
+    test::QuietConnectionOpener connectionOpener;
+    Desktop desktop{application, interfaceLoader, openPanel, connectionOpener};
 };
 
 }  // namespace dunmora::bench

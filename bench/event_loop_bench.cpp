@@ -167,7 +167,7 @@ private:
 
     QtDesktop qt_;
     SupervisedApplication supervised_{qt_.application};
-    Desktop desktop_{supervised_, qt_.interfaceLoader, qt_.openPanel};
+    Desktop desktop_{supervised_, qt_.interfaceLoader, qt_.openPanel, qt_.connectionOpener};
     SelectedAddressBook addressBook_;
     IniUserDefaults userDefaults_;
     QtAlert alert_{qt_.application};

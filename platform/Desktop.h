@@ -3,6 +3,7 @@
 namespace dunmora {
 
 class Application;
+class ConnectionOpener;
 class InterfaceLoader;
 class OpenPanel;
 
@@ -12,6 +13,7 @@ struct Desktop {
     Application& application;
     InterfaceLoader& interfaceLoader;
     OpenPanel& openPanel;
+    ConnectionOpener& connectionOpener;
 
     /// Makes these the ports that the core asks.
     /// Thread: the main thread, before any job runs; `desktop` must outlive its use.

@@ -38,8 +38,8 @@ public:
     /// The delegate must outlive the window, or the last call of this; none is none.
     virtual void setDelegate(WindowDelegate* delegate) = 0;
 
-    /// Puts it on the screen, in front of its level. A floating window does not take the keyboard; a
-    /// status window takes it from the main window only, not from a dialog or another program.
+    /// Puts it on the screen, in front of its level. A floating window does not take the keyboard;
+    /// a status window takes it from the main window only, not from a dialog or another program.
     virtual void show() = 0;
 
     /// Takes it off the screen; its delegate hears of it before.

@@ -4,6 +4,7 @@
 #include "adapters/qt/DesktopColorScheme.h"
 #include "adapters/qt/QtAlert.h"
 #include "adapters/qt/QtApplication.h"
+#include "adapters/qt/QtConnectionOpener.h"
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtOpenPanel.h"
 #include "adapters/qt/QtWorkspace.h"
@@ -89,7 +90,8 @@ std::string libraries()
     SupervisedApplication supervised(application);
     QtInterfaceLoader interfaceLoader(application.sessions());
     QtOpenPanel openPanel(application.sessions());
-    const Desktop desktop{supervised, interfaceLoader, openPanel};
+    QtConnectionOpener connectionOpener;
+    const Desktop desktop{supervised, interfaceLoader, openPanel, connectionOpener};
     Desktop::install(desktop);
 
     SelectedAddressBook addressBook;

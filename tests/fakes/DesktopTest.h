@@ -4,6 +4,7 @@
 #include "engine/ContactsParser.h"
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakePlatform.h"
+#include "update/UpdateController.h"
 
 #include <gtest/gtest.h>
 
@@ -24,6 +25,7 @@ private:
     static void empty()
     {
         AppData::app().setProgress(nullptr);
+        UpdateController::endUpdater();
         ContactsParser::parser().reset();
         ContactsParser::parser().contacts().clear();
     }

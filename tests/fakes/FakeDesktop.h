@@ -3,6 +3,7 @@
 #include "platform/Desktop.h"
 #include "platform/OpenPanel.h"
 #include "tests/fakes/FakeApplication.h"
+#include "tests/fakes/FakeConnections.h"
 #include "tests/fakes/FakeInterface.h"
 
 #include <filesystem>
@@ -27,9 +28,10 @@ struct FakeDesktop {
 
     FakeInterfaceLoader interfaceLoader;
     FakeOpenPanel openPanel;
+    FakeConnections connections;
     // Dies first: it waits for the threads.
     FakeApplication application;
-    Desktop desktop{application, interfaceLoader, openPanel};
+    Desktop desktop{application, interfaceLoader, openPanel, connections};
 };
 
 }  // namespace dunmora::test

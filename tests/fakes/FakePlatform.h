@@ -44,8 +44,14 @@ class FakeBundle final : public Bundle {
 public:
     std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override
     {
-        return key == "CFBundleVersion" ? std::optional<std::string>("0.1") : std::nullopt;
+        if (key == "CFBundleVersion") {
+            return version;
+        }
+        return key == "DunmoraUpdateHost" ? updateHost : std::nullopt;
     }
+
+    std::optional<std::string> version = "0.1";
+    std::optional<std::string> updateHost = "update.dunmora.invalid";
 };
 
 /// A fake for every port, installed as the platform as long as it lives.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Application.h"
+#include "platform/Connection.h"
 #include "platform/Desktop.h"
 #include "platform/InterfaceLoader.h"
 #include "platform/OpenPanel.h"
@@ -105,6 +106,15 @@ public:
     std::optional<std::filesystem::path> runModal() override { return std::nullopt; }
 };
 
+class QuietConnectionOpener final : public ConnectionOpener {
+public:
+    std::shared_ptr<Connection> openConnection(const std::string& /*url*/,
+                                               ConnectionDelegate& /*delegate*/) override
+    {
+        return nullptr;
+    }
+};
+
 /// The ports of a measurement, installed as the desktop as long as it lives.
 struct QuietDesktop {
     QuietDesktop() { Desktop::install(desktop); }
@@ -115,7 +125,8 @@ struct QuietDesktop {
     QuietApplication application;
     QuietInterfaceLoader interfaceLoader;
     QuietOpenPanel openPanel;
-    Desktop desktop{application, interfaceLoader, openPanel};
+    QuietConnectionOpener connectionOpener;
+    Desktop desktop{application, interfaceLoader, openPanel, connectionOpener};
 };
 
 }  // namespace dunmora::test

@@ -100,7 +100,7 @@ protected:
     Platform platformWithChoice_{selected_, platform_.userDefaults, platform_.alert,
                                  platform_.workspace, platform_.bundle};
     SupervisedApplication supervised_{application_};
-    Desktop supervisedDesktop_{supervised_, loader_, desktop_.openPanel};
+    Desktop supervisedDesktop_{supervised_, loader_, desktop_.openPanel, desktop_.connections};
     std::optional<MainWindow> window_;
     FakeInterface* main_ = nullptr;
 };

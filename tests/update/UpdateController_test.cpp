@@ -1,0 +1,494 @@
+#include "update/UpdateController.h"
+
+#include "tests/fakes/FakeDesktop.h"
+#include "tests/fakes/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dunmora::test {
+
+namespace {
+
+constexpr auto kAutomatic = "AutoCheckForUpdates";
+constexpr auto kLatest = "You are running the latest version.";
+// The running version is 0.1.
+constexpr auto kNewer = "0.2\nhttp://example.com/get\nBetter in every way.";
+constexpr auto kSame = "0.1\nhttp://example.com/get\nNothing new.";
+constexpr auto kUnreadable = "<html>Not found</html>";
+
+class UpdateControllerTest : public testing::Test {
+protected:
+    FakeInterface& interface() const { return *desktop.interfaceLoader.last; }
+    bool isShown() { return interface().fakeWindow.isVisible; }
+    std::string message() { return interface().textField("labelMessage").stringValue; }
+    bool offersDownload() { return !interface().button("btnDownload").isHidden; }
+    CheckState automatic() { return interface().checkBox("ckUpdate").shown; }
+
+    bool isInBusyLayout()
+    {
+        return interface().view("vwControls").isHidden && !interface().view("vwActivity").isHidden;
+    }
+    bool isInResultLayout()
+    {
+        return !interface().view("vwControls").isHidden && interface().view("vwActivity").isHidden;
+    }
+
+    std::size_t transfers() const { return desktop.connections.opened.size(); }
+    FakeConnection& transfer() { return desktop.connections.last(); }
+
+    FakePlatform platform;
+    FakeDesktop desktop;
+    UpdateController controller;
+};
+
+}  // namespace
+
+TEST_F(UpdateControllerTest, LoadsItsWindowAtOnceInItsBusyLayoutWithoutShowingIt)
+{
+    EXPECT_FALSE(isShown());
+    EXPECT_TRUE(isInBusyLayout());
+    EXPECT_FALSE(offersDownload());
+    EXPECT_EQ(interface().fakeWindow.level, WindowLevel::Status);
+    EXPECT_EQ(interface().fakeWindow.delegate, &controller);
+    EXPECT_EQ(transfers(), 0U);
+    EXPECT_EQ(desktop.interfaceLoader.log.calls(),
+              (std::vector<std::string>{"load UpdateWindow", "UpdateWindow setLevel status",
+                                        "UpdateWindow.progressIndicator startAnimation"}));
+}
+
+TEST_F(UpdateControllerTest, IsOneForTheProcessMadeOnFirstUse)
+{
+    UpdateController::endUpdater();
+    auto& shared = UpdateController::updater();
+
+    EXPECT_EQ(&UpdateController::updater(), &shared);
+    EXPECT_NE(&shared, &controller);
+
+    UpdateController::endUpdater();
+}
+
+TEST_F(UpdateControllerTest, AsksTheServiceForTheLatestVersionAndSaysNothingOfTheUser)
+{
+    controller.CheckForUpdate(false);
+
+    ASSERT_EQ(transfers(), 1U);
+    EXPECT_EQ(transfer().url, "http://update.dunmora.invalid/update/?app=dunmoraapp");
+}
+
+TEST_F(UpdateControllerTest, AsksTheServiceThatThePackageNames)
+{
+    platform.bundle.updateHost = "127.0.0.1:8080";
+
+    controller.CheckForUpdate(false);
+
+    EXPECT_EQ(transfer().url, "http://127.0.0.1:8080/update/?app=dunmoraapp");
+}
+
+TEST_F(UpdateControllerTest, SendsNothingAtStartUpWhenTheAutomaticCheckIsOff)
+{
+    platform.userDefaults.setBool(kAutomatic, false);
+
+    controller.CheckForUpdate(false);
+
+    EXPECT_EQ(transfers(), 0U);
+    EXPECT_EQ(automatic(), CheckState::Mixed) << "the check box is left untouched";
+}
+
+TEST_F(UpdateControllerTest, ChangesNothingElseAtStartUpEitherWhenTheAutomaticCheckIsOff)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply(kNewer);
+    platform.userDefaults.setBool(kAutomatic, false);
+
+    controller.CheckForUpdate(false);
+
+    EXPECT_TRUE(isShown());
+    EXPECT_TRUE(isInResultLayout());
+    EXPECT_TRUE(offersDownload());
+    interface().command("OnDownload").use();
+    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+}
+
+TEST_F(UpdateControllerTest, ChecksFromTheMenuWithTheAutomaticCheckOffAndSaysSo)
+{
+    platform.userDefaults.setBool(kAutomatic, false);
+
+    controller.CheckForUpdate(true);
+
+    EXPECT_EQ(transfers(), 1U);
+    EXPECT_EQ(automatic(), CheckState::Off);
+}
+
+TEST_F(UpdateControllerTest, ChecksAutomaticallyWhenNothingIsStored)
+{
+    controller.CheckForUpdate(false);
+
+    EXPECT_EQ(transfers(), 1U);
+    EXPECT_EQ(automatic(), CheckState::On);
+}
+
+TEST_F(UpdateControllerTest, ShowsThatTheAutomaticCheckIsOnWhenStoredSo)
+{
+    platform.userDefaults.setBool(kAutomatic, true);
+
+    controller.CheckForUpdate(false);
+
+    EXPECT_EQ(transfers(), 1U);
+    EXPECT_EQ(automatic(), CheckState::On);
+}
+
+TEST_F(UpdateControllerTest, ShowsItsWindowAfterASilentCheckOnlyWhenANewerVersionHasArrived)
+{
+    controller.CheckForUpdate(false);
+    EXPECT_FALSE(isShown());
+    transfer().respond();
+    transfer().deliver(kNewer);
+    EXPECT_FALSE(isShown());
+
+    transfer().finish();
+
+    EXPECT_TRUE(isShown());
+    EXPECT_TRUE(isInResultLayout());
+    EXPECT_EQ(message(), "Better in every way.");
+    EXPECT_TRUE(offersDownload());
+}
+
+TEST_F(UpdateControllerTest, ShowsTheBusyWindowFirstAndThenThatTheVersionIsTheLatest)
+{
+    desktop.interfaceLoader.log.clear();
+    controller.CheckForUpdate(true);
+    EXPECT_TRUE(isShown());
+    EXPECT_TRUE(isInBusyLayout());
+    EXPECT_EQ(desktop.interfaceLoader.log.calls(),
+              (std::vector<std::string>{"UpdateWindow.ckUpdate setState 1",
+                                        "UpdateWindow.progressIndicator startAnimation",
+                                        "UpdateWindow show"}));
+
+    transfer().reply(kSame);
+
+    EXPECT_TRUE(isInResultLayout());
+    EXPECT_EQ(message(), kLatest);
+    EXPECT_FALSE(offersDownload());
+}
+
+TEST_F(UpdateControllerTest, OffersTheDownloadOfANewerVersionThatTheUserAskedFor)
+{
+    controller.CheckForUpdate(true);
+
+    transfer().reply(kNewer);
+
+    EXPECT_TRUE(isInResultLayout());
+    EXPECT_TRUE(offersDownload());
+    EXPECT_EQ(message(), "Better in every way.");
+}
+
+TEST_F(UpdateControllerTest, TakesAnUnreadableReplyForTheLatestVersion)
+{
+    controller.CheckForUpdate(true);
+
+    transfer().reply(kUnreadable);
+
+    EXPECT_EQ(message(), kLatest);
+    EXPECT_TRUE(isInResultLayout());
+    EXPECT_FALSE(offersDownload());
+}
+
+TEST_F(UpdateControllerTest, NeverShowsItsWindowForAnUnreadableReplyToASilentCheck)
+{
+    controller.CheckForUpdate(false);
+
+    transfer().reply(kUnreadable);
+
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(message(), kLatest);
+    EXPECT_TRUE(isInResultLayout());
+}
+
+TEST_F(UpdateControllerTest, KeepsTheFinishedTransferOfASilentCheckThatFoundNothing)
+{
+    controller.CheckForUpdate(false);
+
+    transfer().reply(kSame);
+
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(message(), kLatest);
+    EXPECT_TRUE(isInBusyLayout());
+    EXPECT_EQ(desktop.connections.opened.back().use_count(), 2) << "the controller holds it, too";
+}
+
+TEST_F(UpdateControllerTest, ReplacesThatTransferWithTheNextCheck)
+{
+    controller.CheckForUpdate(false);
+    transfer().reply(kSame);
+
+    controller.CheckForUpdate(true);
+
+    EXPECT_EQ(desktop.connections.opened.front().use_count(), 1);
+    EXPECT_FALSE(desktop.connections.opened.front()->isCancelled);
+    transfer().reply(kNewer);
+    EXPECT_EQ(message(), "Better in every way.") << "the bodies are not joined";
+}
+
+TEST_F(UpdateControllerTest, LetsGoOfThatTransferWhenTheWindowCloses)
+{
+    controller.CheckForUpdate(false);
+    transfer().reply(kSame);
+
+    interface().fakeWindow.close();
+
+    EXPECT_EQ(desktop.connections.opened.back().use_count(), 1);
+}
+
+TEST_F(UpdateControllerTest, KeepsTheDownloadAddressAlsoWhenUpToDate)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply(kSame);
+
+    interface().command("OnDownload").use();
+
+    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+}
+
+TEST_F(UpdateControllerTest, TakesNoDownloadAddressFromAnUnreadableReply)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply("0.2\nhttp://example.com/get\nText\n");
+
+    interface().command("OnDownload").use();
+
+    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{""});
+}
+
+TEST_F(UpdateControllerTest, ComparesWithTheVersionAtTheMomentOfJudging)
+{
+    controller.CheckForUpdate(true);
+    platform.bundle.version = "0.2";
+    transfer().reply(kNewer);
+    EXPECT_EQ(message(), kLatest);
+
+    controller.CheckForUpdate(true);
+    platform.bundle.version.reset();
+    transfer().reply(kSame);
+    EXPECT_EQ(message(), "Nothing new.") << "an absent version counts as 0";
+}
+
+TEST_F(UpdateControllerTest, LetsGoOfEveryOtherFinishedTransfer)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply(kSame);
+    controller.CheckForUpdate(true);
+    transfer().reply(kNewer);
+    controller.CheckForUpdate(false);
+    transfer().reply(kUnreadable);
+    controller.CheckForUpdate(true);
+    transfer().fail("no route");
+
+    for (const auto& connection : desktop.connections.opened) {
+        EXPECT_EQ(connection.use_count(), 1);
+    }
+}
+
+TEST_F(UpdateControllerTest, SaysWhyACheckFailedAndKeepsTheBusyLayout)
+{
+    controller.CheckForUpdate(true);
+
+    transfer().fail("Host dunmora.invalid not found");
+
+    EXPECT_EQ(message(), "Failed to check updates due to:'Host dunmora.invalid not found'");
+    EXPECT_TRUE(isShown());
+    EXPECT_TRUE(isInBusyLayout());
+    EXPECT_FALSE(offersDownload());
+}
+
+TEST_F(UpdateControllerTest, NeverShowsItsWindowForASilentCheckThatFailed)
+{
+    controller.CheckForUpdate(false);
+
+    transfer().fail("no route");
+
+    EXPECT_FALSE(isShown());
+}
+
+TEST_F(UpdateControllerTest, JoinsTheBodiesOfAllResponsesOfOneTransfer)
+{
+    controller.CheckForUpdate(true);
+
+    transfer().respond();
+    transfer().deliver("0.2\nURL");
+    transfer().respond();
+    transfer().deliver("\nText");
+    transfer().finish();
+
+    EXPECT_EQ(message(), "Text");
+}
+
+TEST_F(UpdateControllerTest, FollowsRedirectsAsTheServiceGivesThem)
+{
+    controller.CheckForUpdate(false);
+
+    EXPECT_EQ(transfer().redirect("https://elsewhere.example/x"), "https://elsewhere.example/x");
+}
+
+TEST_F(UpdateControllerTest, LeavesTheEarlierTransferAloneWhenTheMenuIsUsedMeanwhile)
+{
+    controller.CheckForUpdate(false);
+    controller.CheckForUpdate(true);
+    auto& early = *desktop.connections.opened[0];
+    auto& late = *desktop.connections.opened[1];
+
+    late.deliver("0.2\nURL\n");
+    early.reply(kSame);
+    late.deliver("Text");
+    late.finish();
+
+    EXPECT_FALSE(early.isCancelled);
+    EXPECT_EQ(message(), "Text");
+    EXPECT_TRUE(offersDownload());
+}
+
+TEST_F(UpdateControllerTest, IgnoresThatAnEarlierTransferFailed)
+{
+    controller.CheckForUpdate(false);
+    controller.CheckForUpdate(true);
+
+    desktop.connections.opened[0]->fail("too late");
+
+    EXPECT_EQ(message(), "");
+    transfer().reply(kSame);
+    EXPECT_EQ(message(), kLatest);
+}
+
+TEST_F(UpdateControllerTest, StaysBusyWhenNoConnectionCanBeOpened)
+{
+    desktop.connections.opensNone = true;
+
+    controller.CheckForUpdate(true);
+
+    EXPECT_TRUE(isShown());
+    EXPECT_TRUE(isInBusyLayout());
+    EXPECT_EQ(message(), "");
+}
+
+TEST_F(UpdateControllerTest, GoesBackToTheBusyLayoutForTheNextCheck)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply(kNewer);
+
+    controller.CheckForUpdate(true);
+
+    EXPECT_TRUE(isInBusyLayout());
+    EXPECT_FALSE(offersDownload());
+}
+
+TEST_F(UpdateControllerTest, CancelsTheTransferWhenTheWindowOfAUsersCheckCloses)
+{
+    controller.CheckForUpdate(true);
+
+    interface().command("OnClose").use();
+
+    EXPECT_FALSE(isShown());
+    EXPECT_TRUE(transfer().isCancelled);
+    EXPECT_EQ(desktop.connections.opened.back().use_count(), 1);
+}
+
+TEST_F(UpdateControllerTest, IgnoresWhatACancelledTransferStillDelivers)
+{
+    controller.CheckForUpdate(true);
+    interface().fakeWindow.close();
+
+    transfer().reply(kNewer);
+    transfer().fail("too late");
+
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(message(), "");
+}
+
+TEST_F(UpdateControllerTest, CancelsNothingWhenTheWindowThatOfferedAnUpdateSilentlyCloses)
+{
+    controller.CheckForUpdate(false);
+    transfer().reply(kNewer);
+
+    interface().fakeWindow.close();
+
+    EXPECT_FALSE(transfer().isCancelled);
+}
+
+TEST_F(UpdateControllerTest, CancelsNoSilentCheckThatHasOfferedNothing)
+{
+    controller.CheckForUpdate(false);
+
+    interface().fakeWindow.close();
+
+    EXPECT_FALSE(transfer().isCancelled);
+    transfer().reply(kNewer);
+    EXPECT_TRUE(isShown());
+}
+
+TEST_F(UpdateControllerTest, OpensTheDownloadAddressAndClosesTheWindow)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply(kNewer);
+
+    interface().command("OnDownload").use();
+
+    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+    EXPECT_FALSE(isShown());
+}
+
+TEST_F(UpdateControllerTest, ForgetsAnEarlierDownloadAddressWhenACheckBegins)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply(kNewer);
+
+    controller.CheckForUpdate(true);
+    interface().command("OnDownload").use();
+
+    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{""});
+}
+
+TEST_F(UpdateControllerTest, StoresWhetherTheAutomaticCheckIsOn)
+{
+    auto& box = interface().checkBox("ckUpdate");
+
+    box.shown = CheckState::Off;
+    interface().command("OnUpdate").use(&box);
+    EXPECT_TRUE(platform.userDefaults.hasValue(kAutomatic));
+    EXPECT_FALSE(platform.userDefaults.boolForKey(kAutomatic));
+    EXPECT_FALSE(platform.userDefaults.onDisk().at(kAutomatic)) << "it is flushed at once";
+
+    box.shown = CheckState::On;
+    interface().command("OnUpdate").use(&box);
+    EXPECT_TRUE(platform.userDefaults.boolForKey(kAutomatic));
+
+    box.shown = CheckState::Mixed;
+    interface().command("OnUpdate").use(&box);
+    EXPECT_FALSE(platform.userDefaults.boolForKey(kAutomatic));
+}
+
+TEST_F(UpdateControllerTest, ChecksWithoutItsInterfaceFile)
+{
+    desktop.interfaceLoader.missing.insert("UpdateWindow");
+    UpdateController withoutWindow;
+
+    withoutWindow.CheckForUpdate(true);
+    transfer().reply(kNewer);
+    withoutWindow.OnDownload(nullptr);
+
+    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+}
+
+TEST_F(UpdateControllerTest, LeavesNoTransferBehindThatWouldReportToNobody)
+{
+    {
+        UpdateController shortLived;
+        shortLived.CheckForUpdate(false);
+    }
+
+    EXPECT_TRUE(transfer().isCancelled);
+}
+
+}  // namespace dunmora::test

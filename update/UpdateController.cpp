@@ -1,0 +1,244 @@
+#include "update/UpdateController.h"
+
+#include "platform/Bundle.h"
+#include "platform/Button.h"
+#include "platform/CheckBox.h"
+#include "platform/Desktop.h"
+#include "platform/InterfaceLoader.h"
+#include "platform/Platform.h"
+#include "platform/ProgressIndicator.h"
+#include "platform/TextField.h"
+#include "platform/UserDefaults.h"
+#include "platform/Workspace.h"
+#include "ui/Check.h"
+#include "update/UpdateReply.h"
+
+#include <utility>
+#include <variant>
+
+namespace dunmora {
+
+namespace {
+
+constexpr std::string_view kAutoCheckForUpdates = "AutoCheckForUpdates";
+constexpr auto kRequest = "/update/?app=dunmoraapp";
+constexpr auto kLatestVersion = "You are running the latest version.";
+
+/// Never destroyed: what the process still does at its end may need it.
+std::unique_ptr<UpdateController>& sharedUpdater()
+{
+    static auto& shared = *new std::unique_ptr<UpdateController>;
+    return shared;
+}
+
+/// Where the window could not be loaded there is no view.
+void hide(View* view, bool hidden)
+{
+    if (view != nullptr) {
+        view->setHidden(hidden);
+    }
+}
+
+}  // namespace
+
+UpdateController::UpdateController() : WindowController("UpdateWindow")
+{
+    window();
+    if (progressIndicator_ != nullptr) {
+        progressIndicator_->startAnimation();
+    }
+    setup();
+}
+
+UpdateController::~UpdateController()
+{
+    if (conn_) {
+        conn_->cancel();
+    }
+}
+
+UpdateController& UpdateController::updater()
+{
+    auto& shared = sharedUpdater();
+    if (!shared) {
+        shared = std::make_unique<UpdateController>();
+    }
+    return *shared;
+}
+
+void UpdateController::endUpdater()
+{
+    sharedUpdater().reset();
+}
+
+void UpdateController::windowDidLoad(Interface& interface)
+{
+    btnDownload_ = &interface.button("btnDownload");
+    labelMessage_ = &interface.textField("labelMessage");
+    ckUpdate_ = &interface.checkBox("ckUpdate");
+    vwControls_ = &interface.view("vwControls");
+    vwActivity_ = &interface.view("vwActivity");
+    progressIndicator_ = &interface.progressIndicator("progressIndicator");
+    interface.command("OnDownload").setHandler([this](View* sender) { OnDownload(sender); });
+    interface.command("OnClose").setHandler([this](View* sender) { OnClose(sender); });
+    interface.command("OnUpdate").setHandler([this](View* sender) { OnUpdate(sender); });
+    interface.window().setDelegate(this);
+    setup();
+    interface.window().setLevel(WindowLevel::Status);
+}
+
+void UpdateController::setup()
+{
+    showActivity();
+    urlDownload_.clear();
+}
+
+void UpdateController::showActivity()
+{
+    hide(vwControls_, true);
+    hide(vwActivity_, false);
+    hide(btnDownload_, true);
+}
+
+void UpdateController::showControls()
+{
+    hide(vwActivity_, true);
+    hide(vwControls_, false);
+}
+
+void UpdateController::setMessage(std::string_view text)
+{
+    if (labelMessage_ != nullptr) {
+        labelMessage_->setStringValue(text);
+    }
+}
+
+void UpdateController::CheckForUpdate(bool showWindow)
+{
+    const auto& defaults = Platform::current().userDefaults;
+    // An absent key means that the automatic check is on.
+    const bool isAutomatic =
+        !defaults.hasValue(kAutoCheckForUpdates) || defaults.boolForKey(kAutoCheckForUpdates);
+    if (!isAutomatic && !showWindow) {
+        return;
+    }
+    if (ckUpdate_ != nullptr) {
+        Check(*ckUpdate_, isAutomatic);
+    }
+    urlDownload_.clear();
+    ifShowWindow_ = showWindow;
+    if (showWindow) {
+        if (progressIndicator_ != nullptr) {
+            progressIndicator_->startAnimation();
+        }
+        showActivity();
+        this->showWindow(this);
+    }
+    // An earlier transfer goes on; it is just not the one that counts any more.
+    const auto host = Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
+    auto connection = Desktop::current().connectionOpener.openConnection(
+        "http://" + host.value_or("") + kRequest, *this);
+    if (!connection) {
+        return;
+    }
+    conn_ = std::move(connection);
+    netData_.emplace();
+}
+
+void UpdateController::OnUpdate(View* /*sender*/)
+{
+    auto& defaults = Platform::current().userDefaults;
+    defaults.setBool(kAutoCheckForUpdates,
+                     ckUpdate_ != nullptr && ckUpdate_->state() == CheckState::On);
+    defaults.synchronize();
+}
+
+void UpdateController::OnDownload(View* /*sender*/)
+{
+    Platform::current().workspace.openURL(urlDownload_);
+    close();
+}
+
+void UpdateController::OnClose(View* /*sender*/)
+{
+    close();
+}
+
+void UpdateController::windowWillClose()
+{
+    if (!ifShowWindow_ && urlDownload_.empty()) {
+        return;
+    }
+    if (conn_) {
+        conn_->cancel();
+        releaseTransfer();
+    }
+}
+
+void UpdateController::didReceiveResponse(const Connection& /*connection*/)
+{
+    // The bodies of all responses of one transfer are joined.
+}
+
+void UpdateController::didReceiveData(const Connection& connection, std::string_view bytes)
+{
+    if (&connection == conn_.get() && netData_) {
+        *netData_ += bytes;
+    }
+}
+
+std::string UpdateController::willSendRequest(const Connection& /*connection*/,
+                                              const std::string& url)
+{
+    return url;
+}
+
+void UpdateController::didFailWithError(const Connection& connection,
+                                        const std::string& description)
+{
+    if (&connection != conn_.get()) {
+        return;
+    }
+    hide(btnDownload_, true);
+    setMessage("Failed to check updates due to:'" + description + "'");
+    releaseTransfer();
+}
+
+void UpdateController::connectionDidFinishLoading(const Connection& connection)
+{
+    if (&connection != conn_.get() || !netData_) {
+        return;
+    }
+    const auto running = Platform::current().bundle.objectForInfoDictionaryKey("CFBundleVersion");
+    const auto reply = judgeUpdateReply(*netData_, running);
+    if (const auto* const newer = std::get_if<NewerVersion>(&reply)) {
+        urlDownload_ = newer->downloadUrl;
+        setMessage(newer->message);
+        hide(btnDownload_, false);
+        if (!ifShowWindow_) {
+            showWindow(this);
+        }
+    } else {
+        setMessage(kLatestVersion);
+        if (const auto* const upToDate = std::get_if<UpToDate>(&reply)) {
+            urlDownload_ = upToDate->downloadUrl;
+            if (!ifShowWindow_) {
+                // Nobody looks: the window stays in its busy layout and the transfer held until the
+                // next check replaces it.
+                return;
+            }
+        } else {
+            hide(btnDownload_, true);
+        }
+    }
+    showControls();
+    releaseTransfer();
+}
+
+void UpdateController::releaseTransfer()
+{
+    conn_.reset();
+    netData_.reset();
+}
+
+}  // namespace dunmora
