@@ -7,6 +7,7 @@
 #include "engine/ContactsParser.h"
 #include "platform/Desktop.h"
 #include "ui/FilterController.h"
+#include "update/UpdateController.h"
 
 #include <utility>
 
@@ -19,6 +20,7 @@ DunmoraAppDelegate::~DunmoraAppDelegate()
 
 void DunmoraAppDelegate::applicationDidFinishLaunching()
 {
+    UpdateController::updater().CheckForUpdate(false);
     NotificationCenter::defaultCenter().addObserver(
         this, kMsgFinished, [this](const Notification& notification) {
             Desktop::current().application.performOnMainThread([&] { OnFinished(notification); });
@@ -49,9 +51,14 @@ void DunmoraAppDelegate::showProgress()
     AppData::app().setProgress(std::move(progress));
 }
 
-// Bodies of threads that the application starts with this delegate as their target; that the engine
-// alone does the work is its own affair.
+// A command and bodies of threads, which have this delegate as their target; that others do all the
+// work is its own affair.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
+void DunmoraAppDelegate::OnCheckForUpdate(View* /*sender*/)
+{
+    UpdateController::updater().CheckForUpdate(true);
+}
+
 void DunmoraAppDelegate::LoadContacts()
 {
     ContactsParser::parser().load();

@@ -5,6 +5,7 @@
 
 namespace dunmora {
 
+class View;
 struct Notification;
 
 /// The application controller: starts the jobs on threads of their own and chains them. A load is
@@ -26,8 +27,8 @@ public:
     Window* window() const { return window_; }
     void setWindow(Window* window) { window_ = window; }
 
-    /// Subscribes to "msgFinished" for the life of the process; the first load waits for the first
-    /// activation.
+    /// Starts the silent update check and then subscribes to "msgFinished" for the life of the
+    /// process; the first load waits for the first activation.
     void applicationDidFinishLaunching() override;
 
     /// Starts the first load, once.
@@ -35,6 +36,9 @@ public:
 
     /// The main window's end is the application's.
     void windowWillClose() override;
+
+    /// Checks for an update with the update window shown.
+    void OnCheckForUpdate(View* sender);
 
     /// Opens a fresh progress window and hands it to `AppData`.
     void showProgress();

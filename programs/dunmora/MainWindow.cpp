@@ -130,6 +130,7 @@ void MainWindow::connectCommands()
     };
     connect("OnClose", [this] { interface_->window().close(); });
     connect("OnQuit", [this] { application_.terminate(this); });
+    connect("OnCheckForUpdate", [this] { delegate_.OnCheckForUpdate(nullptr); });
     connect("OnWebsite", [] { Settings::Website(); });
     connect("OnSupport", [] { Settings::Support(); });
     connect("OnAbout", [this] { showAbout(); });

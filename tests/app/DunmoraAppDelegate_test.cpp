@@ -68,8 +68,47 @@ TEST_F(DelegateTest, StartsNothingAtLaunchBeforeTheFirstActivation)
     delegate_.applicationDidFinishLaunching();
 
     EXPECT_EQ(application_.threads, Names());
-    EXPECT_EQ(calls(), Calls());
-    EXPECT_EQ(platform_.userDefaults.reads(), 0);
+    EXPECT_EQ(progress(), nullptr);
+    EXPECT_FALSE(loader_.last->fakeWindow.isVisible) << "the update check is silent";
+    EXPECT_EQ(platform_.userDefaults.reads(), 1) << "the first run is of no interest";
+}
+
+TEST_F(DelegateTest, ChecksForAnUpdateAtLaunchBeforeItSubscribes)
+{
+    openProgress();
+    bool heardOfAJob = false;
+    desktop_.connections.onOpen = [&] {
+        finish("finding");
+        heardOfAJob = progress() == nullptr;
+    };
+
+    delegate_.applicationDidFinishLaunching();
+
+    EXPECT_EQ(desktop_.connections.opened.size(), 1U);
+    EXPECT_FALSE(heardOfAJob);
+    finish("finding");
+    EXPECT_EQ(progress(), nullptr);
+}
+
+TEST_F(DelegateTest, ChecksForNoUpdateAtLaunchWhenTheUserHasTurnedThatOff)
+{
+    platform_.userDefaults.setBool("AutoCheckForUpdates", false);
+
+    delegate_.applicationDidFinishLaunching();
+
+    EXPECT_TRUE(desktop_.connections.opened.empty());
+}
+
+TEST_F(DelegateTest, ChecksForAnUpdateFromTheMenuWithTheWindowOfTheSameChecker)
+{
+    delegate_.applicationDidFinishLaunching();
+    auto& window = loader_.last->fakeWindow;
+
+    delegate_.OnCheckForUpdate(nullptr);
+
+    EXPECT_TRUE(window.isVisible);
+    EXPECT_EQ(desktop_.connections.opened.size(), 2U);
+    EXPECT_EQ(std::ranges::count(calls(), "load UpdateWindow"), 1);
 }
 
 TEST_F(DelegateTest, OpensAProgressWindowAndThenLoadsOnTheFirstActivation)

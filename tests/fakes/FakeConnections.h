@@ -2,6 +2,7 @@
 
 #include "platform/Connection.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -47,6 +48,7 @@ public:
     std::shared_ptr<Connection> openConnection(const std::string& url,
                                                ConnectionDelegate& delegate) override
     {
+        onOpen();
         if (opensNone) {
             return nullptr;
         }
@@ -57,6 +59,8 @@ public:
 
     std::vector<std::shared_ptr<FakeConnection>> opened;
     bool opensNone = false;
+    /// Called before a connection is opened.
+    std::function<void()> onOpen = [] {};
 };
 
 }  // namespace dunmora::test

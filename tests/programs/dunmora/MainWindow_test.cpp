@@ -223,6 +223,20 @@ TEST_F(MainWindowTest, LeadsToTheMaker)
     EXPECT_TRUE(platform_.workspace.opened[1].starts_with("mailto:"));
 }
 
+TEST_F(MainWindowTest, ChecksForUpdatesAtLaunchAndFromTheMenu)
+{
+    makeWindow();
+    window_->applicationDidFinishLaunching();
+    EXPECT_EQ(desktop_.connections.opened.size(), 1U);
+    auto& update = *loader_.last;
+    EXPECT_FALSE(update.fakeWindow.isVisible);
+
+    main_->command("OnCheckForUpdate").use();
+
+    EXPECT_EQ(desktop_.connections.opened.size(), 2U);
+    EXPECT_TRUE(update.fakeWindow.isVisible);
+}
+
 TEST_F(MainWindowTest, TellsItsVersionAndWhatItStandsOn)
 {
     makeWindow();
