@@ -1,4 +1,5 @@
-#include "adapters/bundle/BuildBundle.h"
+#include "programs/dunmora/RunDunmora.h"
+
 #include "adapters/defaults/IniUserDefaults.h"
 #include "adapters/posix/ProcessSetUp.h"
 #include "adapters/qt/DesktopColorScheme.h"
@@ -9,6 +10,7 @@
 #include "adapters/qt/QtOpenPanel.h"
 #include "adapters/qt/QtWorkspace.h"
 #include "adapters/vcard/VCardAddressBook.h"
+#include "platform/Bundle.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "programs/dunmora/MainWindow.h"
@@ -30,9 +32,16 @@
 #include <string_view>
 #include <variant>
 
-namespace {
+/// A linker takes from a library only what something names. Stands outside every namespace because
+/// the macro declares a function.
+static void keepIcon()
+{
+    Q_INIT_RESOURCE(dunmora);
+}
 
-using namespace dunmora;
+namespace dunmora {
+
+namespace {
 
 struct Options {
     std::filesystem::path addressBook;
@@ -119,12 +128,11 @@ std::string libraries()
 
 }  // namespace
 
-int main(int argc, char* argv[])
+int runDunmora(int argc, char** argv, Bundle& bundle)
 {
     try {
         occupyStandardStreams();
         takeWriteSignalsAsErrors();
-        BuildBundle bundle;
         const auto options = parse(argc, argv, bundle);
         if (const auto* const status = std::get_if<int>(&options)) {
             return *status;
@@ -134,9 +142,12 @@ int main(int argc, char* argv[])
                 << "dunmora: There is no display. In a terminal, dunmora-cli does the same.\n";
             return EXIT_FAILURE;
         }
+        keepIcon();
         runProgram(argc, argv, std::get<Options>(options), bundle);
     } catch (const std::exception& error) {
         std::cerr << "dunmora: " << error.what() << '\n';
         return EXIT_FAILURE;
     }
 }
+
+}  // namespace dunmora

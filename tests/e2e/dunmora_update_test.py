@@ -1,0 +1,302 @@
+"""The update check of the real program, against a service on this machine.
+
+    dunmora_update_test.py PATH-OF-DUNMORA-FOR-UPDATE-TESTS [UNITTEST-OPTION]...
+"""
+
+import windowcase
+from dunmora import texts_of
+from dunmoracase import ANNS, CARLS, DunmoraCase
+from updateservice import Browser, Hangup, Reply, UpdateService
+from waiting import wait_for
+
+REQUEST = "GET /update/?app=dunmoraapp HTTP/1.1"
+DOWNLOAD = "http://127.0.0.1:9/get?version=99.5&really"
+NEWS = "<b>Better</b> & faster."
+NEWER = f"99.5\n{DOWNLOAD}\n{NEWS}".encode()
+SAME = b"0.1\nhttp://127.0.0.1:9/get\nNothing new."
+UNREADABLE = b"<html>\n<title>Not found</title>\n<p>Really.\n</html>\n"
+LATEST = "You are running the latest version."
+ANY_FAILURE = "Failed to check updates due to:'"
+
+
+def is_update(window):
+    return window.name.startswith("Software Update")
+
+
+class UpdateCase(DunmoraCase):
+    def setUp(self):
+        super().setUp()
+        self.service = self.enterContext(UpdateService())
+        self.browser = self.enterContext(Browser(self.home))
+
+    def start(self, *arguments):
+        return super().start(self.service.host, *arguments)
+
+    def start_with(self, *replies):
+        """Starts the program with the dialog confirmed; the first reply is for the launch check."""
+        self.service.replies = list(replies)
+        return self.start_searched()
+
+    @staticmethod
+    def check_from_menu(dunmora):
+        dunmora.choose("Help", "Check for Updates…")
+        return dunmora.wait_for_window(is_update, "update window")
+
+    @staticmethod
+    def is_busy(window):
+        return bool(window.find_all("progress bar", states=["showing"]))
+
+    @staticmethod
+    def offers_download(window):
+        return bool(window.find_all("push button", "Download", ["showing"]))
+
+    def wait_for_message(self, dunmora, window, fits):
+        dunmora.wait_for(lambda: any(fits(text) for text in texts_of(window)), "message in the update window")
+
+    def wait_for_outcome(self, dunmora, window, message):
+        self.wait_for_message(dunmora, window, lambda text: text == message)
+        dunmora.wait_for(lambda: not self.is_busy(window), "end of the busy layout")
+
+    def box(self, window):
+        return window.find("check box")
+
+
+class SilentCheckTest(UpdateCase):
+    def test_a_newer_version_is_offered_above_the_dialog_and_does_not_hold_it_up(self):
+        self.service.replies = [Reply(NEWER)]
+        dunmora = self.start(self.book)
+
+        window = dunmora.wait_for_window(is_update, "update window")
+
+        self.wait_for_outcome(dunmora, window, NEWS)
+        self.assertTrue(self.offers_download(window))
+        self.assertTrue(self.box(window).has("checked"))
+        self.assertEqual(self.service.requests, [REQUEST])
+        dialog = dunmora.dialog
+        dunmora.click(window.find("push button", "Close"))
+        dunmora.wait_for(lambda: not any(map(is_update, dunmora.windows)), "end of the update window")
+        dunmora.press(dialog, "enter")
+        dunmora.wait_until_idle()
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
+
+    def test_nothing_is_shown_when_there_is_nothing_new(self):
+        for reply in (Reply(SAME), Reply(UNREADABLE), Reply(b""), Reply(SAME, status=500), Hangup()):
+            with self.subTest(reply.body):
+                dunmora = self.start_with(reply)
+                reply.wait_until_over()
+
+                # More of the user's work, in which a window would come.
+                dunmora.press(dunmora.main, "F5")
+                dunmora.search()
+
+                self.assertEqual(dunmora.windows, [dunmora.main])
+                self.assertEqual(self.service.requests, [REQUEST])
+                self.service.requests.clear()
+                dunmora.kill()
+
+    def test_the_status_of_the_answer_does_not_matter(self):
+        self.service.replies = [Reply(NEWER, status=404)]
+
+        dunmora = self.start(self.book)
+
+        self.wait_for_outcome(dunmora, dunmora.wait_for_window(is_update, "update window"), NEWS)
+
+    def test_redirects_are_followed(self):
+        elsewhere = f"http://{self.service.host}/elsewhere"
+        self.service.replies = [Reply(b"moved", 302, [("Location", elsewhere)]), Reply(NEWER)]
+        dunmora = self.start(self.book)
+
+        self.wait_for_outcome(dunmora, dunmora.wait_for_window(is_update, "update window"), NEWS)
+
+        self.assertEqual(self.service.requests, [REQUEST, "GET /elsewhere HTTP/1.1"])
+
+    def test_the_program_starts_and_works_while_the_service_is_silent(self):
+        dunmora = self.start_with(Reply(NEWER, held=True))
+
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
+        self.assertEqual(dunmora.windows, [dunmora.main])
+        dunmora.press(dunmora.main, "ctrl+q")
+        dunmora.seconds_until_end()
+
+
+class MenuCheckTest(UpdateCase):
+    def check(self, reply):
+        """From the busy window on; returns the program and the window."""
+        dunmora = self.start_with(Reply(SAME), reply)
+        window = self.check_from_menu(dunmora)
+        self.assertTrue(self.is_busy(window))
+        self.assertFalse(self.offers_download(window))
+        self.assertEqual(texts_of(window), [])
+        reply.go_on()
+        return dunmora, window
+
+    def test_a_newer_version_is_offered(self):
+        dunmora, window = self.check(Reply(NEWER, held=True))
+
+        self.wait_for_outcome(dunmora, window, NEWS)
+        self.assertTrue(self.offers_download(window))
+        self.assertEqual(self.service.requests, [REQUEST] * 2)
+
+    def test_the_latest_version_is_told(self):
+        dunmora, window = self.check(Reply(SAME, held=True))
+
+        self.wait_for_outcome(dunmora, window, LATEST)
+        self.assertFalse(self.offers_download(window))
+
+    def test_an_unreadable_reply_passes_for_the_latest_version(self):
+        dunmora, window = self.check(Reply(UNREADABLE, held=True))
+
+        self.wait_for_outcome(dunmora, window, LATEST)
+        self.assertFalse(self.offers_download(window))
+
+    def test_a_failure_is_told_in_the_busy_window(self):
+        dunmora = self.start_with(Reply(SAME), Hangup())
+
+        window = self.check_from_menu(dunmora)
+
+        self.wait_for_message(dunmora, window, lambda text: text.startswith(ANY_FAILURE) and text.endswith("'"))
+        self.assertTrue(self.is_busy(window))
+        self.assertFalse(self.offers_download(window))
+
+    def test_a_failure_is_told_when_nobody_listens(self):
+        dunmora = self.start_with(Reply(SAME))
+        self.service.server.socket.close()
+
+        window = self.check_from_menu(dunmora)
+
+        self.wait_for_message(dunmora, window, lambda text: text == ANY_FAILURE + "Connection refused'")
+
+    def test_a_long_message_leaves_the_window_on_the_screen(self):
+        dunmora, window = self.check(Reply(b"99.5\nx\n" + b"W" * 100000, held=True))
+
+        self.wait_for_message(dunmora, window, lambda text: text.startswith("WWWW"))
+        x, y, width, height = window.extents
+        screen_width, screen_height, _ = dunmora.screen.image()
+        self.assertLessEqual(x + width, screen_width)
+        self.assertLessEqual(y + height, screen_height)
+
+    def test_it_works_by_keyboard_alone(self):
+        dunmora, window = self.check(Reply(NEWER, held=True))
+        self.wait_for_outcome(dunmora, window, NEWS)
+
+        dunmora.press(window, "alt+s")
+        dunmora.wait_for(lambda: not self.box(window).has("checked"), "automatic check turned off")
+        dunmora.press(window, "escape")
+
+        dunmora.wait_for_main_alone()
+
+    def test_it_floats_above_the_main_window(self):
+        dunmora, window = self.check(Reply(NEWER, held=True))
+        self.wait_for_outcome(dunmora, window, NEWS)
+
+        dunmora.select(0)
+
+        self.assertEqual(dunmora.screen.windows[-1], dunmora.x_window(window))
+
+
+class DownloadTest(UpdateCase):
+    def test_the_address_is_opened_and_the_window_closed(self):
+        dunmora = self.start_with(Reply(SAME), Reply(NEWER))
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, NEWS)
+
+        dunmora.click(window.find("push button", "Download"))
+
+        wait_for(lambda: self.browser.opened == [DOWNLOAD], "address in the browser")
+        dunmora.wait_for_main_alone()
+
+    def test_what_is_no_address_of_the_web_is_not_opened(self):
+        for address in ("file:///etc/passwd", "/bin/true", "not an address", "javascript:alert(1)", ""):
+            with self.subTest(address):
+                dunmora = self.start_with(Reply(SAME), Reply(f"99.5\n{address}\n{NEWS}".encode()))
+                window = self.check_from_menu(dunmora)
+                self.wait_for_outcome(dunmora, window, NEWS)
+
+                dunmora.click(window.find("push button", "Download"))
+
+                dunmora.wait_for_main_alone()
+                # What is opened comes in order: the maker's page comes alone.
+                dunmora.choose("Help", "Website")
+                wait_for(lambda: self.browser.opened, "the maker's page in the browser")
+                self.assertEqual(len(self.browser.opened), 1)
+                self.browser.log.write_text("")
+                dunmora.kill()
+
+
+class AutomaticCheckTest(UpdateCase):
+    def test_it_can_be_turned_off_and_on_for_the_next_start(self):
+        dunmora = self.start_with(Reply(SAME))
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, LATEST)
+        self.assertTrue(self.box(window).has("checked"))
+        dunmora.click(self.box(window))
+        dunmora.wait_for(lambda: not self.box(window).has("checked"), "automatic check turned off")
+        dunmora.kill()
+        self.service.requests.clear()
+
+        dunmora = self.start_with(Reply(NEWER))
+        self.assertEqual(dunmora.windows, [dunmora.main])
+        self.assertEqual(self.service.requests, [])
+
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, NEWS)
+        self.assertEqual(self.service.requests, [REQUEST])
+        self.assertFalse(self.box(window).has("checked"))
+        dunmora.click(self.box(window))
+        dunmora.wait_for(lambda: self.box(window).has("checked"), "automatic check turned on")
+        dunmora.kill()
+        self.service.requests.clear()
+
+        dunmora = self.start(self.book)
+        dunmora.wait_for_window(is_update, "update window")
+        self.assertEqual(self.service.requests, [REQUEST])
+
+
+class TransferTest(UpdateCase):
+    def test_closing_the_window_cancels_the_transfer(self):
+        reply = Reply(NEWER[20:], first=NEWER[:20], held=True)
+        dunmora = self.start_with(Reply(SAME), reply, Reply(SAME))
+        window = self.check_from_menu(dunmora)
+        self.service.wait_for_requests(2)
+
+        dunmora.press(window, "escape")
+        dunmora.wait_for_main_alone()
+        reply.go_on()
+        reply.wait_until_over()
+
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, LATEST)
+        self.assertFalse(self.offers_download(window))
+
+    def test_a_menu_check_during_the_launch_check_is_the_one_that_counts(self):
+        launch = Reply(NEWER[20:], first=NEWER[:20], held=True)
+        menu = Reply(SAME, held=True)
+        dunmora = self.start_with(launch, menu)
+        window = self.check_from_menu(dunmora)
+        self.service.wait_for_requests(2)
+
+        launch.go_on()
+        launch.wait_until_over()
+        self.assertTrue(self.is_busy(window))
+        menu.go_on()
+
+        self.wait_for_outcome(dunmora, window, LATEST)
+        self.assertFalse(self.offers_download(window))
+
+    def test_a_reply_that_comes_after_the_menu_checks_does_not_count_either(self):
+        launch = Reply(NEWER, held=True)
+        dunmora = self.start_with(launch, Reply(SAME))
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, LATEST)
+
+        launch.go_on()
+        launch.wait_until_over()
+        dunmora.press(window, "alt+s")
+        dunmora.wait_for(lambda: not self.box(window).has("checked"), "automatic check turned off")
+
+        self.assertIn(LATEST, texts_of(window))
+        self.assertFalse(self.offers_download(window))
+
+
+if __name__ == "__main__":
+    windowcase.main()

@@ -1,0 +1,42 @@
+// The program as it is shipped, but for the update service, which is its first argument:
+//
+//     dunmora_for_update_tests HOST[:PORT] [ARGUMENT]...
+
+#include "adapters/bundle/BuildBundle.h"
+#include "programs/dunmora/RunDunmora.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+class TestBundle final : public dunmora::Bundle {
+public:
+    explicit TestBundle(std::string updateHost) : updateHost_(std::move(updateHost)) {}
+
+    std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override
+    {
+        return key == "DunmoraUpdateHost" ? updateHost_ : build_.objectForInfoDictionaryKey(key);
+    }
+
+private:
+    dunmora::BuildBundle build_;
+    std::string updateHost_;
+};
+
+}  // namespace
+
+int main(int argc, char* argv[])
+{
+    if (argc < 2) {
+        std::cerr << "dunmora_for_update_tests: which update service?\n";
+        return EXIT_FAILURE;
+    }
+    TestBundle bundle(argv[1]);
+    argv[1] = argv[0];
+    return dunmora::runDunmora(argc - 1, argv + 1, bundle);
+}
