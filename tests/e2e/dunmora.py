@@ -34,6 +34,10 @@ def is_alert(window):
     return window.role == "alert message"
 
 
+def is_update(window):
+    return window.name.startswith("Software Update")
+
+
 def is_open_panel(window):
     return window.role in ("dialog", "file chooser") and bool(window.find_all("text"))
 

@@ -4,7 +4,7 @@
 """
 
 import windowcase
-from dunmora import texts_of
+from dunmora import is_update, texts_of
 from dunmoracase import ANNS, CARLS, DunmoraCase
 from updateservice import Browser, Hangup, Reply, UpdateService
 from waiting import wait_for
@@ -17,10 +17,6 @@ SAME = b"0.1\nhttp://127.0.0.1:9/get\nNothing new."
 UNREADABLE = b"<html>\n<title>Not found</title>\n<p>Really.\n</html>\n"
 LATEST = "You are running the latest version."
 ANY_FAILURE = "Failed to check updates due to:'"
-
-
-def is_update(window):
-    return window.name.startswith("Software Update")
 
 
 class UpdateCase(DunmoraCase):
