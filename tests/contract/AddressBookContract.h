@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dunmora::test {
@@ -21,9 +23,23 @@ namespace dunmora::test {
 ///     std::string trace();                               // another one after each write
 ///     void breakSaving();
 ///     void mendSaving();
+///
+/// A type whose book cannot have a property names it and says why not, and may otherwise lack this:
+///
+///     static std::optional<std::string> whyNot(std::string_view property);
 template <typename BookUnderTest>
 class AddressBookContract : public testing::Test {
 protected:
+    void SetUp() override
+    {
+        if constexpr (requires { BookUnderTest::whyNot(""); }) {
+            const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+            if (const auto reason = BookUnderTest::whyNot(test->name())) {
+                GTEST_SKIP() << *reason;
+            }
+        }
+    }
+
     using Uids = std::vector<std::string>;
 
     AddressBook& book() { return underTest_.book(); }
