@@ -1,0 +1,264 @@
+#include "adapters/macos/MacAddressBook.h"
+
+#include "adapters/macos/FrameworkBook.h"
+#include "adapters/macos/FrameworkCall.h"
+#include "adapters/vcard/BookFile.h"
+#include "platform/PlatformError.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <unordered_map>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+constexpr std::string_view kBook = "The address book of this Mac";
+constexpr std::string_view kNothingMore =
+    " What was to be deleted cannot be taken back, so Dunmora deletes nothing more until it is "
+    "started again.";
+
+void requireBook(const FrameworkBook& book)
+{
+    if (!book.isThere()) {
+        throw PlatformError(
+            "macOS does not let Dunmora have the address book. Allow it to Dunmora, or to the "
+            "terminal that it runs in, in System Settings > Privacy & Security > Contacts, and "
+            "start it again.");
+    }
+}
+
+/// What a user calls the person.
+std::string nameOf(const FrameworkPerson& person)
+{
+    std::string name = person.firstName.value_or("");
+    const auto& lastName = person.lastName.value_or("");
+    name += (name.empty() || lastName.empty() ? "" : " ") + lastName;
+    if (name.empty()) {
+        name = person.nickname.value_or("");
+    }
+    return "“" + (name.empty() ? person.uid : name) + "”";
+}
+
+PeopleListing listPeople()
+{
+    // The framework makes objects for all that it tells; a pool this often keeps few of them.
+    constexpr std::size_t kPeopleAPool = 256;
+    std::vector<FrameworkPerson> people;
+    callFramework(kBook, [&] {
+        const FrameworkBook book;
+        requireBook(book);
+        people.reserve(book.size());
+        while (people.size() < book.size()) {
+            callObjectiveC(kBook, [&] {
+                const auto end = std::min(people.size() + kPeopleAPool, book.size());
+                while (people.size() < end) {
+                    people.push_back(book.person(people.size()));
+                }
+            });
+        }
+    });
+    return PeopleListing(std::move(people));
+}
+
+/// Where these people stand in the book, in the book's order; those who have gone are left out.
+std::vector<std::pair<std::size_t, const FrameworkPerson*>>
+find(const FrameworkBook& book, const std::vector<const FrameworkPerson*>& wanted)
+{
+    std::unordered_map<std::string_view, const FrameworkPerson*> byUid;
+    for (const auto* person : wanted) {
+        byUid.emplace(person->uid, person);
+    }
+    std::vector<std::pair<std::size_t, const FrameworkPerson*>> found;
+    for (std::size_t i = 0; i < book.size() && !byUid.empty(); ++i) {
+        // Once found, a uid is no longer looked for: the listing, too, took the first who has it.
+        const auto match = byUid.find(book.uid(i));
+        if (match != byUid.end()) {
+            found.emplace_back(i, match->second);
+            byUid.erase(match);
+        }
+    }
+    return found;
+}
+
+void requireUnchanged(const FrameworkBook& book,
+                      const std::vector<std::pair<std::size_t, const FrameworkPerson*>>& found)
+{
+    for (const auto& [index, person] : found) {
+        if (book.person(index) != *person) {
+            throw PlatformError(nameOf(*person) +
+                                " has changed since the address book was read. Nobody was "
+                                "deleted. Read it again first.");
+        }
+    }
+}
+
+}  // namespace
+
+MacAddressBook::StrandedRemovals& MacAddressBook::strandedRemovalsOfTheProcess()
+{
+    static StrandedRemovals stranded = false;
+    return stranded;
+}
+
+MacAddressBook::MacAddressBook(StrandedRemovals& stranded) : stranded_(stranded) {}
+
+std::span<const Person> MacAddressBook::readPeople()
+{
+    removals_.clear();
+    auto reading = listPeople();
+    relisted_.reset();
+    reading_ = std::move(reading);
+    return reading_.people();
+}
+
+std::span<const Person> MacAddressBook::people()
+{
+    removals_.clear();
+    relisted_ = listPeople();
+    return relisted_->people();
+}
+
+void MacAddressBook::removeRecord(const Person& person)
+{
+    try {
+        refuseWhereRemovalsAreStranded();
+        removals_.push_back(listed(person).uid);
+    } catch (...) {
+        removals_.clear();
+        throw;
+    }
+}
+
+void MacAddressBook::save()
+{
+    const auto removals = std::exchange(removals_, {});
+    if (removals.empty()) {
+        return;
+    }
+    refuseWhereRemovalsAreStranded();
+    std::vector<const FrameworkPerson*> people;
+    for (const auto& uid : removals) {
+        people.push_back(&asReviewed(uid));
+    }
+    try {
+        callFramework(kBook, [&] {
+            FrameworkBook book;
+            requireBook(book);
+            const auto found = find(book, people);
+            requireUnchanged(book, found);
+            if (found.empty()) {
+                return;
+            }
+            // Whatever leaves this early leaves removals behind.
+            stranded_ = true;
+            for (const auto& [index, person] : found) {
+                if (!book.removeRecord(index)) {
+                    throw PlatformError("macOS does not remove " + nameOf(*person) +
+                                        " from the address book. Nobody was deleted.");
+                }
+            }
+            if (!book.save()) {
+                throw PlatformError(std::string(kBook) + " could not be saved.");
+            }
+            stranded_ = false;
+        });
+    } catch (const PlatformError& error) {
+        if (stranded_) {
+            throw PlatformError(std::string(error.what()) + std::string(kNothingMore));
+        }
+        throw;
+    }
+}
+
+void MacAddressBook::checkBackUp(std::span<const Person* const> people) const
+{
+    cardsOf(people);
+}
+
+void MacAddressBook::backUp(std::span<const Person* const> people,
+                            const std::filesystem::path& file)
+{
+    const auto cards = cardsOf(people);
+    writeNewFile(file, Pieces(cards.begin(), cards.end()));
+}
+
+ReadingNotes MacAddressBook::notes() const
+{
+    ReadingNotes notes;
+    notes.cardsSkipped = reading_.skipped().size();
+    for (const auto& person : reading_.skipped()) {
+        notes.remarks.push_back(nameOf(person) +
+                                " was left out: the address book gives no identifier of its own.");
+    }
+    if (stranded_) {
+        notes.remarks.emplace_back(
+            "A deletion could not be saved. Those whom it was about are not shown although the "
+            "address book may still have them; start Dunmora again to see them.");
+    }
+    return notes;
+}
+
+/// The person as the user saw them: whom only a later listing knows, as that told it.
+const FrameworkPerson& MacAddressBook::asReviewed(const std::string& uid) const
+{
+    const auto* const person = reading_.find(uid);
+    return person != nullptr ? *person : *lastListing().find(uid);
+}
+
+const FrameworkPerson& MacAddressBook::listed(const Person& view) const
+{
+    const auto* const person = lastListing().find(view);
+    if (person == nullptr) {
+        throw PlatformError("That person is not in the address book.");
+    }
+    return *person;
+}
+
+void MacAddressBook::refuseWhereRemovalsAreStranded() const
+{
+    if (stranded_) {
+        throw PlatformError(std::string(kBook) + " could not be saved before." +
+                            std::string(kNothingMore));
+    }
+}
+
+std::vector<std::string> MacAddressBook::cardsOf(std::span<const Person* const> people) const
+{
+    std::vector<const FrameworkPerson*> wanted;
+    for (const auto* view : people) {
+        wanted.push_back(&asReviewed(listed(*view).uid));
+    }
+    std::unordered_map<std::string_view, std::string> cards;
+    callFramework(kBook, [&] {
+        const FrameworkBook book;
+        requireBook(book);
+        const auto found = find(book, wanted);
+        requireUnchanged(book, found);
+        for (const auto& [index, person] : found) {
+            callObjectiveC(kBook, [&, index = index, person = person] {
+                auto card = book.vCard(index);
+                // Not in another encoding either: the file is to be one text.
+                if (!card || !card->starts_with("BEGIN:VCARD")) {
+                    throw PlatformError(nameOf(*person) + " cannot be written as a vCard.");
+                }
+                if (!card->ends_with('\n')) {
+                    *card += "\r\n";
+                }
+                cards.emplace(person->uid, std::move(*card));
+            });
+        }
+    });
+    std::vector<std::string> inOrder;
+    for (const auto* person : wanted) {
+        const auto card = cards.find(person->uid);
+        if (card == cards.end()) {
+            throw PlatformError(nameOf(*person) + " is not in the address book any more.");
+        }
+        inOrder.push_back(card->second);
+    }
+    return inOrder;
+}
+
+}  // namespace dunmora

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "adapters/macos/FrameworkPerson.h"
+#include "platform/Person.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace dunmora {
+
+/// People as the framework listed them, with views for the core.
+class PeopleListing final {
+public:
+    PeopleListing() = default;
+    explicit PeopleListing(std::vector<FrameworkPerson> people);
+    ~PeopleListing() = default;
+    PeopleListing(PeopleListing&&) = default;
+    PeopleListing& operator=(PeopleListing&&) = default;
+    // The views of a copy would be those of the original.
+    PeopleListing(const PeopleListing&) = delete;
+    PeopleListing& operator=(const PeopleListing&) = delete;
+
+    std::span<const Person> people() const { return views_; }
+
+    /// Those who are not in the listing: without a uid, or with that of another, nobody could be
+    /// told who is meant.
+    const std::vector<FrameworkPerson>& skipped() const { return skipped_; }
+
+    /// The person whom a view of this listing shows; none for another's view.
+    const FrameworkPerson* find(const Person& view) const;
+    const FrameworkPerson* find(const std::string& uid) const;
+
+private:
+    std::vector<FrameworkPerson> people_;
+    std::vector<FrameworkPerson> skipped_;
+    std::unordered_map<std::string, std::size_t> indexByUid_;
+    // The views look into those above.
+    std::vector<std::vector<LabelledPhone>> phones_;
+    std::vector<Person> views_;
+};
+
+}  // namespace dunmora

@@ -1,0 +1,122 @@
+#include "adapters/macos/FrameworkCall.h"
+
+#include "platform/PlatformError.h"
+#include "tests/adapters/macos/AddressesBook.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace dunmora::test {
+namespace {
+
+/// What the work of the other thread ends with, in words.
+std::string endOf(const std::function<void()>& work)
+{
+    try {
+        callFramework("The book", work);
+    } catch (const PlatformError& error) {
+        return error.what();
+    } catch (const std::bad_alloc&) {
+        return "no memory";
+    } catch (const std::logic_error& error) {
+        return std::string("a fault: ") + error.what();
+    }
+    return "done";
+}
+
+TEST(FrameworkCall, WaitsForTheWork)
+{
+    bool isDone = false;
+
+    EXPECT_EQ(endOf([&] { isDone = true; }), "done");
+
+    EXPECT_TRUE(isDone);
+}
+
+TEST(FrameworkCall, HasOneThreadForAll)
+{
+    std::thread::id first;
+    std::thread::id second;
+
+    callFramework("The book", [&] { first = std::this_thread::get_id(); });
+    std::thread([&] {
+        callFramework("The book", [&] { second = std::this_thread::get_id(); });
+    }).join();
+
+    EXPECT_EQ(first, second);
+    EXPECT_NE(first, std::this_thread::get_id());
+}
+
+TEST(FrameworkCall, MakesAPlatformErrorOfWhatObjectiveCThrows)
+{
+    EXPECT_EQ(endOf([] { raiseInObjectiveC("No such record."); }),
+              "The book has failed: No such record.");
+}
+
+TEST(FrameworkCall, BringsTheWordsIntoOneLine)
+{
+    EXPECT_EQ(endOf([] { raiseInObjectiveC("Two\nlines.\n"); }), "The book has failed: Two lines.");
+}
+
+TEST(FrameworkCall, HasWordsForAnExceptionThatHasNone)
+{
+    EXPECT_EQ(endOf([] { raiseInObjectiveC(""); }), "The book has failed: NSGenericException.");
+}
+
+TEST(FrameworkCall, LetsExceptionsOfCppThroughAsTheyAre)
+{
+    EXPECT_EQ(endOf([] { throw PlatformError("Not there."); }), "Not there.");
+    EXPECT_EQ(endOf([] { throw std::bad_alloc(); }), "no memory");
+    EXPECT_EQ(endOf([] { throw std::logic_error("odd"); }), "a fault: odd");
+}
+
+TEST(FrameworkCall, GoesOnAfterAFailure)
+{
+    for (int i = 0; i < 100; ++i) {
+        endOf([] { raiseInObjectiveC("No such record."); });
+        endOf([] { throw PlatformError("Not there."); });
+    }
+
+    EXPECT_EQ(endOf([] {}), "done");
+}
+
+TEST(FrameworkCall, KeepsCallsWithinACallApart)
+{
+    std::string inner;
+
+    const auto outer = endOf([&] {
+        try {
+            callObjectiveC("The person", [] { raiseInObjectiveC("No such record."); });
+        } catch (const PlatformError& error) {
+            inner = error.what();
+        }
+        raiseInObjectiveC("No such book.");
+    });
+
+    EXPECT_EQ(inner, "The person has failed: No such record.");
+    EXPECT_EQ(outer, "The book has failed: No such book.");
+}
+
+TEST(FrameworkCall, RunsWhatIsToBeDoneAtTheEndOfAScope)
+{
+    // A handler in Objective-C must not keep C++ from tidying up on the way to it.
+    bool isTidied = false;
+    struct Tidy {
+        bool& isTidied;
+        ~Tidy() { isTidied = true; }
+    };
+
+    endOf([&] {
+        const Tidy tidy{isTidied};
+        raiseInObjectiveC("No such record.");
+    });
+
+    EXPECT_TRUE(isTidied);
+}
+
+}  // namespace
+}  // namespace dunmora::test

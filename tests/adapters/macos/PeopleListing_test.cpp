@@ -1,0 +1,92 @@
+#include "adapters/macos/PeopleListing.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+FrameworkPerson person(const std::string& uid)
+{
+    FrameworkPerson person;
+    person.uid = uid;
+    person.firstName = "Ann";
+    return person;
+}
+
+TEST(PeopleListing, ShowsPeopleInTheirOrder)
+{
+    const PeopleListing listing({person("b"), person("a")});
+
+    ASSERT_EQ(listing.people().size(), 2U);
+    EXPECT_EQ(listing.people()[0].uid, "b");
+    EXPECT_EQ(listing.people()[1].uid, "a");
+}
+
+TEST(PeopleListing, LeavesOutWhoCannotBeToldApart)
+{
+    const PeopleListing listing({person("a"), person(""), person("a"), person("b")});
+
+    ASSERT_EQ(listing.people().size(), 2U);
+    EXPECT_EQ(listing.people()[1].uid, "b");
+    EXPECT_EQ(listing.skipped().size(), 2U);
+}
+
+TEST(PeopleListing, CountsWholeSecondsDownwards)
+{
+    auto early = person("a");
+    early.modified = -0.5s;
+    auto late = person("b");
+    late.modified = 1714557600.9s;
+
+    const PeopleListing listing({early, late});
+
+    EXPECT_EQ(listing.people()[0].modified, std::chrono::sys_seconds(-1s));
+    EXPECT_EQ(listing.people()[1].modified, std::chrono::sys_seconds(1714557600s));
+}
+
+TEST(PeopleListing, KeepsAnEmptyListOfNumbersApartFromNone)
+{
+    auto empty = person("a");
+    empty.phones.emplace();
+
+    const PeopleListing listing({empty, person("b")});
+
+    ASSERT_TRUE(listing.people()[0].phones.has_value());
+    EXPECT_TRUE(listing.people()[0].phones->empty());
+    EXPECT_FALSE(listing.people()[1].phones.has_value());
+}
+
+TEST(PeopleListing, FindsAPersonByItsOwnViewOnly)
+{
+    const PeopleListing listing({person("a"), person("b")});
+    const PeopleListing other({person("a"), person("b")});
+
+    ASSERT_NE(listing.find(listing.people()[1]), nullptr);
+    EXPECT_EQ(listing.find(listing.people()[1])->uid, "b");
+    EXPECT_EQ(listing.find(other.people()[1]), nullptr);
+    EXPECT_EQ(PeopleListing().find(other.people()[1]), nullptr);
+}
+
+TEST(PeopleListing, KeepsItsViewsWhenItIsMoved)
+{
+    auto ann = person("a");
+    ann.phones = {{std::nullopt, "555-0100"}};
+    PeopleListing first({ann});
+
+    const PeopleListing second(std::move(first));
+
+    EXPECT_EQ(second.people()[0].uid, "a");
+    EXPECT_EQ(second.people()[0].firstName, "Ann");
+    EXPECT_EQ(second.people()[0].phones->front().value, "555-0100");
+    EXPECT_EQ(second.find(second.people()[0])->uid, "a");
+}
+
+}  // namespace
+}  // namespace dunmora::test
