@@ -1,0 +1,33 @@
+// What adapters/macos uses of Apple's Address Book framework, declared after Apple's public
+// documentation, so that its source can be checked where there is no Mac.
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+FOUNDATION_EXPORT NSString* const kABUIDProperty;
+FOUNDATION_EXPORT NSString* const kABFirstNameProperty;
+FOUNDATION_EXPORT NSString* const kABLastNameProperty;
+FOUNDATION_EXPORT NSString* const kABNicknameProperty;
+FOUNDATION_EXPORT NSString* const kABModificationDateProperty;
+FOUNDATION_EXPORT NSString* const kABPhoneProperty;
+
+@interface ABRecord : NSObject
+- (id)valueForProperty:(NSString*)property;
+@end
+
+@interface ABPerson : ABRecord
+- (NSData*)vCardRepresentation;
+@end
+
+@interface ABMultiValue : NSObject
+- (NSUInteger)count;
+- (id)valueAtIndex:(NSUInteger)index;
+- (NSString*)labelAtIndex:(NSUInteger)index;
+@end
+
+@interface ABAddressBook : NSObject
++ (ABAddressBook*)sharedAddressBook;
+- (NSArray*)people;
+- (BOOL)removeRecord:(ABRecord*)record;
+- (BOOL)save;
+@end
