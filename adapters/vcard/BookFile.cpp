@@ -1,19 +1,19 @@
 #include "adapters/vcard/BookFile.h"
 
+#include "adapters/posix/FileCopy.h"
 #include "adapters/vcard/TextDecoding.h"
 #include "platform/PlatformError.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/random.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -121,62 +121,6 @@ FileIdentity identityOf(const struct stat& status)
 bool sameTime(const timespec& a, const timespec& b)
 {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
-
-/// The names of a file's extended attributes.
-std::vector<std::string> attributeNames(const Descriptor& file)
-{
-    std::string list;
-    ssize_t size = flistxattr(file.number(), nullptr, 0);
-    while (size > 0) {
-        list.resize(static_cast<std::size_t>(size));
-        const auto got = flistxattr(file.number(), list.data(), list.size());
-        if (got >= 0) {
-            list.resize(static_cast<std::size_t>(got));
-            break;
-        }
-        size = errno == ERANGE ? flistxattr(file.number(), nullptr, 0) : -1;
-    }
-    std::vector<std::string> names;
-    for (std::size_t begin = 0; begin < list.size();) {
-        names.emplace_back(list.c_str() + begin);
-        begin += names.back().size() + 1;
-    }
-    return names;
-}
-
-/// The attribute's value; none when it cannot be read.
-std::optional<std::string> attribute(const Descriptor& file, const std::string& name)
-{
-    std::string value;
-    const auto size = fgetxattr(file.number(), name.c_str(), nullptr, 0);
-    if (size < 0) {
-        return std::nullopt;
-    }
-    value.resize(static_cast<std::size_t>(size));
-    if (fgetxattr(file.number(), name.c_str(), value.data(), value.size()) != size) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-/// Gives the new file the extended attributes of the old one, access control lists included, and
-/// no others. Returns whether it has them.
-bool copyAttributes(const Descriptor& from, const Descriptor& to)
-{
-    const auto names = attributeNames(from);
-    for (const auto& name : attributeNames(to)) {
-        if (std::find(names.begin(), names.end(), name) == names.end() &&
-            fremovexattr(to.number(), name.c_str()) != 0) {
-            return false;
-        }
-    }
-    return std::all_of(names.begin(), names.end(), [&](const std::string& name) {
-        const auto value = attribute(from, name);
-        return value &&
-               (value == attribute(to, name) ||
-                fsetxattr(to.number(), name.c_str(), value->data(), value->size(), 0) == 0);
-    });
 }
 
 /// A name in the folder that no file has, and that no reader of the folder takes for a card's.
@@ -367,7 +311,7 @@ void FileChange::prepare(const Pieces& content)
     if (!copyAttributes(file_, prepared_)) {
         fail(name, "cannot be changed without losing extended attributes", errno);
     }
-    if (fsync(prepared_.number()) != 0) {
+    if (!syncFile(prepared_)) {
         fail(name, kCannotBeChanged, errno);
     }
 }
@@ -392,8 +336,8 @@ void FileChange::checkUnchanged() const
 {
     const auto now = statusOf(file_, names_.front());
     // The time of the last change of anything cannot be set back, unlike that of the content.
-    if (now.st_size != compared_.st_size || !sameTime(now.st_mtim, compared_.st_mtim) ||
-        !sameTime(now.st_ctim, compared_.st_ctim)) {
+    if (now.st_size != compared_.st_size || !sameTime(contentTime(now), contentTime(compared_)) ||
+        !sameTime(changeTime(now), changeTime(compared_))) {
         failChanged(names_.front());
     }
     for (const auto& target : targets_) {
@@ -480,7 +424,7 @@ void writeNewFile(const std::filesystem::path& path, const Pieces& content)
     if (!file.isOpen()) {
         fail(path, "cannot be made", errno);
     }
-    if (!writeAll(file, content) || fsync(file.number()) != 0) {
+    if (!writeAll(file, content) || !syncFile(file)) {
         const int error = errno;
         unlink(path.c_str());
         fail(path, "cannot be written", error);

@@ -1,0 +1,16 @@
+// What the Mac's system library copies of a file besides its content, after Apple's manual pages.
+#pragma once
+
+#include <stdint.h>
+
+#define COPYFILE_ACL (1 << 0)
+#define COPYFILE_XATTR (1 << 2)
+
+typedef struct _copyfile_state* copyfile_state_t;
+typedef uint32_t copyfile_flags_t;
+
+#ifdef __cplusplus
+extern "C"
+#endif
+    int
+    fcopyfile(int from_fd, int to_fd, copyfile_state_t, copyfile_flags_t flags);

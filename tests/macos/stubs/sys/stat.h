@@ -1,0 +1,7 @@
+// The system library at hand, with the Mac's names of a file's times.
+#pragma once
+
+#include_next <sys/stat.h>
+
+#define st_mtimespec st_mtim
+#define st_ctimespec st_ctim
