@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+#include <functional>
+#include <mutex>
+#include <string_view>
+
+namespace dunmora {
+
+/// The preferences in the user defaults of the program's bundle, where `defaults read` finds them.
+/// A program within the bundle shares them.
+class MacUserDefaults final : public UserDefaults {
+public:
+    bool hasValue(std::string_view key) const override;
+    bool boolForKey(std::string_view key) const override;
+    void setBool(std::string_view key, bool value) override;
+    bool synchronize() override;
+
+private:
+    bool ask(const std::function<bool()>& work) const;
+
+    mutable std::once_flag told_;
+};
+
+}  // namespace dunmora
