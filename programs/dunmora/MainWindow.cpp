@@ -87,7 +87,12 @@ void MainWindow::show()
 
 void MainWindow::open(const std::filesystem::path& path)
 {
-    if (select(path) && isLaunched_) {
+    openAs(bookName(path), path);
+}
+
+void MainWindow::openAs(std::string_view name, const std::filesystem::path& path)
+{
+    if (select(name, path) && isLaunched_) {
         contacts_.OnReload(nullptr);
     }
 }
@@ -139,10 +144,10 @@ void MainWindow::connectCommands()
 bool MainWindow::openBook()
 {
     const auto path = Desktop::current().openPanel.runModal();
-    return path && select(*path);
+    return path && select(bookName(*path), *path);
 }
 
-bool MainWindow::select(const std::filesystem::path& path)
+bool MainWindow::select(std::string_view name, const std::filesystem::path& path)
 {
     if (application_.isBusy()) {
         return false;
@@ -160,7 +165,7 @@ bool MainWindow::select(const std::filesystem::path& path)
         Settings::MsgBox(failureText());
         return false;
     }
-    interface_->window().setTitle(bookName(path) + " – " + std::string(kName));
+    interface_->window().setTitle(std::string(name) + " – " + std::string(kName));
     review_.setBookIsOpen(true);
     return true;
 }

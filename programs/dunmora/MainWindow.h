@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace dunmora {
 
@@ -49,6 +50,9 @@ public:
     /// runs nothing happens.
     void open(const std::filesystem::path& path);
 
+    /// As `open`, for a path that is no file's and would mean little to the user as a title.
+    void openAs(std::string_view name, const std::filesystem::path& path);
+
     void applicationDidFinishLaunching() override;
     void applicationDidBecomeActive() override;
 
@@ -60,7 +64,7 @@ private:
     void connectCommands();
     /// Lets the user choose a book. Returns whether it is the open one now.
     bool openBook();
-    bool select(const std::filesystem::path& path);
+    bool select(std::string_view name, const std::filesystem::path& path);
     void showAbout() const;
 
     SupervisedApplication& application_;

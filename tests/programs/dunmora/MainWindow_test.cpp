@@ -37,6 +37,21 @@ TEST_F(MainWindowTest, NamesTheBookInItsTitle)
     EXPECT_EQ(title(), "/ – Dunmora");
 }
 
+TEST_F(MainWindowTest, GivesABookThatIsNoFileTheNameItIsTold)
+{
+    makeWindow();
+    window_->openAs("Address Book", "desktop:");
+    EXPECT_EQ(title(), "Address Book – Dunmora");
+
+    window_->applicationDidFinishLaunching();
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(opened_, Paths{"desktop:"});
+    EXPECT_EQ(table().rows, 2U);
+    EXPECT_TRUE(alerts().empty());
+}
+
 TEST_F(MainWindowTest, ReadsTheBookOfTheCommandLineWhenItIsFirstActive)
 {
     makeWindow();
