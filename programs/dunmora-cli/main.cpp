@@ -1,9 +1,10 @@
 #include "adapters/bundle/BuildBundle.h"
-#include "adapters/defaults/IniUserDefaults.h"
 #include "adapters/posix/ProcessSetUp.h"
-#include "adapters/vcard/VCardAddressBook.h"
+#include "platform/AddressBook.h"
+#include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/RunCli.h"
+#include "programs/machine/Machine.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -42,13 +43,12 @@ bool wantsColour()
 int runProgram(const std::vector<std::string>& arguments)
 {
     using namespace dunmora;
-    IniUserDefaults userDefaults(IniUserDefaults::perUserFile());
+    const auto preferences = userDefaults();
     BuildBundle bundle;
-    return runCli(arguments,
-                  {[](const std::string& name) { return std::make_unique<VCardAddressBook>(name); },
-                   userDefaults, bundle, std::cin, std::cout, std::cerr, isatty(STDIN_FILENO) == 1,
-                   isatty(STDOUT_FILENO) == 1, isatty(STDERR_FILENO) == 1, terminalWidth(),
-                   wantsColour()});
+    return runCli(arguments, {[](const std::string& name) { return addressBookAt(name); },
+                              *preferences, bundle, std::cin, std::cout, std::cerr,
+                              isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
+                              isatty(STDERR_FILENO) == 1, terminalWidth(), wantsColour()});
 }
 
 }  // namespace

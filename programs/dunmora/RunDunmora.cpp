@@ -1,6 +1,5 @@
 #include "programs/dunmora/RunDunmora.h"
 
-#include "adapters/defaults/IniUserDefaults.h"
 #include "adapters/posix/ProcessSetUp.h"
 #include "adapters/qt/DesktopColorScheme.h"
 #include "adapters/qt/QtAlert.h"
@@ -9,13 +8,15 @@
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtOpenPanel.h"
 #include "adapters/qt/QtWorkspace.h"
-#include "adapters/vcard/VCardAddressBook.h"
+#include "platform/AddressBook.h"
 #include "platform/Bundle.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
+#include "platform/UserDefaults.h"
 #include "programs/dunmora/MainWindow.h"
 #include "programs/dunmora/SelectedAddressBook.h"
 #include "programs/dunmora/SupervisedApplication.h"
+#include "programs/machine/Machine.h"
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
@@ -66,24 +67,22 @@ std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
     return options;
 }
 
-bool isSet(const char* name)
-{
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
-    const char* const value = std::getenv(name);
-    return value != nullptr && *value != '\0';
-}
-
-/// Qt ends the process by a crash where it finds no display; who started the program is told
-/// better.
-bool hasDisplay()
-{
-    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
-}
-
 std::string libraries()
 {
     return std::string("Qt ") + qVersion() +
            " for its windows, CLI11 for its options and xxHash for the names of cards";
+}
+
+/// Opens the address book of the command line; without one, the user's own if the machine has one.
+void openFirst(MainWindow& mainWindow, const Options& options)
+{
+    const std::filesystem::path own = ownAddressBookName();
+    const auto& path = options.addressBook.empty() ? own : options.addressBook;
+    if (!path.empty() && path == own) {
+        mainWindow.openAs("Address Book", path);
+    } else if (!path.empty()) {
+        mainWindow.open(path);
+    }
 }
 
 [[noreturn]] void runProgram(int argc, char** argv, const Options& options, Bundle& bundle)
@@ -104,24 +103,19 @@ std::string libraries()
     Desktop::install(desktop);
 
     SelectedAddressBook addressBook;
-    IniUserDefaults userDefaults(IniUserDefaults::perUserFile());
+    const auto preferences = userDefaults();
     QtAlert alert(application);
     QtWorkspace workspace(application);
-    const Platform platform{addressBook, userDefaults, alert, workspace, bundle};
+    const Platform platform{addressBook, *preferences, alert, workspace, bundle};
     Platform::install(platform);
 
     // Nothing can be dropped before the window it is dropped on is there.
     MainWindow* dropTarget = nullptr;
     interfaceLoader.setDropHandler(
         "OnOpen", [&](const std::filesystem::path& path) { dropTarget->open(path); });
-    MainWindow mainWindow(
-        supervised, addressBook,
-        [](const std::filesystem::path& path) { return std::make_unique<VCardAddressBook>(path); },
-        libraries());
+    MainWindow mainWindow(supervised, addressBook, addressBookAt, libraries());
     dropTarget = &mainWindow;
-    if (!options.addressBook.empty()) {
-        mainWindow.open(options.addressBook);
-    }
+    openFirst(mainWindow, options);
     mainWindow.show();
     application.run(mainWindow);
 }
@@ -137,6 +131,8 @@ int runDunmora(int argc, char** argv, Bundle& bundle)
         if (const auto* const status = std::get_if<int>(&options)) {
             return *status;
         }
+        // Qt ends the process by a crash where it finds no display; who started the program is
+        // told better.
         if (!hasDisplay()) {
             std::cerr
                 << "dunmora: There is no display. In a terminal, dunmora-cli does the same.\n";

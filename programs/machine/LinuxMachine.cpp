@@ -1,0 +1,40 @@
+#include "adapters/defaults/IniUserDefaults.h"
+#include "adapters/vcard/VCardAddressBook.h"
+#include "programs/machine/Machine.h"
+
+#include <cstdlib>
+
+namespace dunmora {
+
+namespace {
+
+bool isSet(const char* name)
+{
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing of ours changes the environment
+    const char* const value = std::getenv(name);
+    return value != nullptr && *value != '\0';
+}
+
+}  // namespace
+
+std::string_view ownAddressBookName()
+{
+    return "";
+}
+
+std::unique_ptr<AddressBook> addressBookAt(const std::filesystem::path& path)
+{
+    return std::make_unique<VCardAddressBook>(path);
+}
+
+std::unique_ptr<UserDefaults> userDefaults()
+{
+    return std::make_unique<IniUserDefaults>(IniUserDefaults::perUserFile());
+}
+
+bool hasDisplay()
+{
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+}
+
+}  // namespace dunmora

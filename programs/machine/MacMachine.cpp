@@ -1,0 +1,31 @@
+#include "adapters/macos/MacAddressBook.h"
+#include "adapters/macos/MacUserDefaults.h"
+#include "adapters/vcard/VCardAddressBook.h"
+#include "programs/machine/Machine.h"
+
+namespace dunmora {
+
+std::string_view ownAddressBookName()
+{
+    return kMacAddressBookName;
+}
+
+std::unique_ptr<AddressBook> addressBookAt(const std::filesystem::path& path)
+{
+    if (path == kMacAddressBookName) {
+        return std::make_unique<MacAddressBook>();
+    }
+    return std::make_unique<VCardAddressBook>(path);
+}
+
+std::unique_ptr<UserDefaults> userDefaults()
+{
+    return std::make_unique<MacUserDefaults>();
+}
+
+bool hasDisplay()
+{
+    return true;
+}
+
+}  // namespace dunmora
