@@ -16,7 +16,7 @@ import sys
 import tempfile
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
-TARGET = "x86_64-apple-macosx10.15"
+TARGET = "x86_64-apple-macosx14.0"
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Wundef", "-Werror"]
 CXX_WARNINGS = ["-Wnon-virtual-dtor", "-Wold-style-cast", "-Woverloaded-virtual"]
 LANGUAGES = {".m": "objective-c", ".mm": "objective-c++", ".cpp": "c++"}
