@@ -76,6 +76,26 @@ class CheckLayers(unittest.TestCase):
         self.assert_fault("adapters/vcard/Book.cpp", '#include "engine/Finder.h"',
                           'adapters/vcard/Book.cpp:2: adapters/vcard may not include "engine/Finder.h"')
 
+    def test_lets_the_module_alone_know_glib(self):
+        self.assert_allowed({
+            "platform/Error.h": ["#include <string>"],
+            "adapters/vcard/Cards.h": ["#include <string>"],
+            "adapters/eds/Service.h": ["#include <string>"],
+            "adapters/eds/Book.cpp": ['#include "adapters/eds/Service.h"', '#include "adapters/vcard/Cards.h"',
+                                      "#include <dlfcn.h>"],
+            "adapters/eds/module/Service.cpp": ['#include "adapters/eds/Service.h"', '#include "platform/Error.h"',
+                                                "#include <libebook/libebook.h>"],
+        })
+        self.assert_fault("adapters/eds/Book.cpp", "#include <gio/gio.h>",
+                          "adapters/eds/Book.cpp:2: adapters/eds may not include <gio/gio.h>")
+
+    def test_keeps_everybody_out_of_the_module(self):
+        self.assert_fault("adapters/eds/Book.cpp", '#include "adapters/eds/module/Service.h"',
+                          'adapters/eds/Book.cpp:2: adapters/eds may not include "adapters/eds/module/Service.h"')
+        self.assert_fault("programs/dunmora/main.cpp", '#include "adapters/eds/module/Service.h"',
+                          'programs/dunmora/main.cpp:2: programs/dunmora may not include '
+                          '"adapters/eds/module/Service.h"')
+
     def test_keeps_qt_out_of_the_preferences(self):
         self.assert_fault("adapters/defaults/Defaults.cpp", "#include <QSettings>",
                           "adapters/defaults/Defaults.cpp:2: adapters/defaults may not include <QSettings>")

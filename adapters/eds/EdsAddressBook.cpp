@@ -1,0 +1,200 @@
+#include "adapters/eds/EdsAddressBook.h"
+
+#include "adapters/eds/EdsDeletion.h"
+#include "adapters/vcard/BookFile.h"
+#include "platform/PlatformError.h"
+
+#include <algorithm>
+
+namespace dunmora {
+
+namespace {
+
+std::string quotedName(const ServiceBook& book)
+{
+    return "“" + book.name + "”";
+}
+
+}  // namespace
+
+EdsAddressBook::EdsAddressBook(std::unique_ptr<ContactService> service,
+                               std::optional<std::string> bookUid)
+    : service_(std::move(service)), bookUid_(std::move(bookUid))
+{
+}
+
+std::vector<ServiceBook> EdsAddressBook::chosenBooks() const
+{
+    auto books = service_->books();
+    if (!bookUid_) {
+        return books;
+    }
+    std::erase_if(books, [&](const ServiceBook& book) { return book.uid != *bookUid_; });
+    if (books.empty()) {
+        throw PlatformError("The desktop has no enabled address book with the id “" + *bookUid_ +
+                            "”. The command “dunmora-cli books” lists those that there are.");
+    }
+    return books;
+}
+
+EdsAddressBook::Reading EdsAddressBook::read() const
+{
+    const auto books = chosenBooks();
+    std::vector<std::string> uids;
+    uids.reserve(books.size());
+    for (const auto& book : books) {
+        uids.push_back(book.uid);
+    }
+    auto contents = service_->read(uids);
+
+    Reading reading;
+    reading.listing =
+        std::make_unique<EdsListing>(bookUid_ ? PersonIds::OfOneBook : PersonIds::OfManyBooks);
+    for (std::size_t i = 0; i < books.size(); ++i) {
+        auto& content = contents.at(i);
+        const auto name = quotedName(books[i]);
+        if (!content.failure.empty()) {
+            reading.failures.emplace_back(books[i].uid,
+                                          name + " could not be read: " + content.failure);
+            reading.notes.remarks.push_back(reading.failures.back().second);
+            continue;
+        }
+        if (!content.isWritable && !bookUid_) {
+            reading.notes.remarks.push_back(name + " was left out: it is read-only.");
+            continue;
+        }
+        if (!content.isWritable) {
+            reading.notes.remarks.push_back(name + " is read-only: nobody can be deleted from it.");
+        }
+        const auto skipped = reading.listing->add(books[i], std::move(content.people));
+        reading.batchSizes.push_back(content.isWritable ? content.batchSize : 0);
+        if (skipped > 0) {
+            reading.notes.cardsSkipped += skipped;
+            reading.notes.remarks.push_back(
+                std::to_string(skipped) + (skipped == 1 ? " card of " : " cards of ") + name +
+                (skipped == 1 ? " was skipped and stays as it is: it has no id of its own or no "
+                                "property."
+                              : " were skipped and stay as they are: they have no id of their own "
+                                "or no property."));
+        }
+    }
+    return reading;
+}
+
+std::span<const Person> EdsAddressBook::readPeople()
+{
+    // The old listings go first: two of a large book need not fit into the memory.
+    current_.reset();
+    reviewed_.reset();
+    isPending_.clear();
+    notes_ = {};
+    auto reading = read();
+    if (!reading.failures.empty() && reading.listing->books().empty()) {
+        throw PlatformError(reading.failures.front().second);
+    }
+    notes_ = std::move(reading.notes);
+    reviewed_ = std::move(reading.listing);
+    batchSizes_ = std::move(reading.batchSizes);
+    isPending_.assign(reviewed_->people().size(), false);
+    return reviewed_->people();
+}
+
+std::span<const Person> EdsAddressBook::people()
+{
+    if (!reviewed_) {
+        return readPeople();
+    }
+    std::fill(isPending_.begin(), isPending_.end(), false);
+    auto reading = read();
+    // Whom the user has checked there must not pass for somebody who is gone.
+    for (const auto& book : reviewed_->books()) {
+        const auto failure = std::find_if(reading.failures.begin(), reading.failures.end(),
+                                          [&](const auto& each) { return each.first == book.uid; });
+        if (failure != reading.failures.end()) {
+            throw PlatformError(failure->second);
+        }
+        const auto& books = reading.listing->books();
+        if (std::none_of(books.begin(), books.end(),
+                         [&](const ServiceBook& each) { return each.uid == book.uid; })) {
+            throw PlatformError(quotedName(book) +
+                                " was taken away, disabled or made read-only meanwhile.");
+        }
+    }
+    current_ = std::move(reading.listing);
+    batchSizes_ = std::move(reading.batchSizes);
+    isPending_.assign(current_->people().size(), false);
+    return current_->people();
+}
+
+const EdsListing& EdsAddressBook::listing() const
+{
+    if (!reviewed_) {
+        throw PlatformError("That person is not in the address book.");
+    }
+    return current_ ? *current_ : *reviewed_;
+}
+
+void EdsAddressBook::removeRecord(const Person& person)
+{
+    try {
+        const auto position = listing().positionOf(person);
+        const auto book = listing().entry(position).book;
+        if (batchSizes_[book] == 0) {
+            throw PlatformError(quotedName(listing().books()[book]) +
+                                " is read-only: nobody can be deleted from it.");
+        }
+        isPending_[position] = true;
+    } catch (const PlatformError&) {
+        std::fill(isPending_.begin(), isPending_.end(), false);
+        throw;
+    }
+}
+
+void EdsAddressBook::save()
+{
+    const auto pending = std::exchange(isPending_, std::vector<bool>(isPending_.size(), false));
+    if (std::find(pending.begin(), pending.end(), true) == pending.end()) {
+        return;
+    }
+    const auto& last = listing();
+    std::vector<std::vector<EdsRemoval>> removals(last.books().size());
+    for (std::size_t i = 0; i < pending.size(); ++i) {
+        if (pending[i]) {
+            const auto& entry = last.entry(i);
+            const auto* const reviewed = reviewed_->find(last.people()[i].uid);
+            removals[entry.book].push_back(
+                {entry.contact, reviewed != nullptr ? reviewed->card : entry.card});
+        }
+    }
+    EdsDeletion deletion(*service_);
+    for (std::size_t i = 0; i < removals.size(); ++i) {
+        deletion.remove(last.books()[i], batchSizes_[i], removals[i]);
+    }
+    if (const auto failure = deletion.failure(); !failure.empty()) {
+        throw PlatformError(failure);
+    }
+}
+
+void EdsAddressBook::checkBackUp(std::span<const Person* const> people) const
+{
+    for (const auto* person : people) {
+        listing().positionOf(*person);
+    }
+}
+
+void EdsAddressBook::backUp(std::span<const Person* const> people,
+                            const std::filesystem::path& file)
+{
+    Pieces pieces;
+    for (const auto* person : people) {
+        const auto card = listing().entry(listing().positionOf(*person)).card;
+        pieces.push_back(card);
+        // The service ends its cards without a line end.
+        if (!card.ends_with('\n')) {
+            pieces.emplace_back("\r\n");
+        }
+    }
+    writeNewFile(file, pieces);
+}
+
+}  // namespace dunmora

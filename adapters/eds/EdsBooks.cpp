@@ -1,0 +1,66 @@
+#include "adapters/eds/EdsBooks.h"
+
+#include "adapters/eds/EdsAddressBook.h"
+#include "adapters/eds/EdsListing.h"
+#include "adapters/eds/EdsModule.h"
+#include "platform/PlatformError.h"
+
+#include <utility>
+
+namespace dunmora {
+
+bool isEdsName(std::string_view name)
+{
+    return name.starts_with(kEdsName);
+}
+
+std::unique_ptr<AddressBook> openEdsBook(std::string_view name)
+{
+    name.remove_prefix(kEdsName.size());
+    return std::make_unique<EdsAddressBook>(
+        loadContactService(), name.empty() ? std::nullopt : std::optional(std::string(name)));
+}
+
+bool hasEdsBooks()
+{
+    try {
+        return loadContactService()->isThere();
+    } catch (const PlatformError&) {
+        return false;
+    }
+}
+
+std::vector<EdsBookSummary> listEdsBooks()
+{
+    return listEdsBooks(*loadContactService());
+}
+
+std::vector<EdsBookSummary> listEdsBooks(ContactService& service)
+{
+    const auto books = service.books();
+    std::vector<std::string> uids;
+    uids.reserve(books.size());
+    for (const auto& book : books) {
+        uids.push_back(book.uid);
+    }
+    auto contents = service.read(uids);
+
+    std::vector<EdsBookSummary> summaries;
+    summaries.reserve(books.size());
+    for (std::size_t i = 0; i < books.size(); ++i) {
+        auto& content = contents.at(i);
+        EdsBookSummary summary{books[i].uid, books[i].name, books[i].kind, {}, {}, {}};
+        if (content.failure.empty()) {
+            EdsListing listing(PersonIds::OfOneBook);
+            listing.add(books[i], std::move(content.people));
+            summary.isWritable = content.isWritable;
+            summary.people = listing.people().size();
+        } else {
+            summary.failure = content.failure;
+        }
+        summaries.push_back(std::move(summary));
+    }
+    return summaries;
+}
+
+}  // namespace dunmora

@@ -1,0 +1,417 @@
+#include "adapters/eds/EdsAddressBook.h"
+#include "adapters/eds/EdsBooks.h"
+#include "tests/adapters/eds/FakeContactService.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace dunmora::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+using Outcome = RemovalAnswer::Outcome;
+
+class EdsAddressBookTest : public testing::Test {
+protected:
+    EdsAddressBook& all() { return open(std::nullopt); }
+    EdsAddressBook& one(const std::string& uid) { return open(uid); }
+
+    static Lines uidsOf(std::span<const Person> people)
+    {
+        Lines uids;
+        for (const auto& person : people) {
+            uids.emplace_back(person.uid);
+        }
+        return uids;
+    }
+
+    /// Asks for the removal of these people of a new listing, as a deletion does.
+    static void ask(EdsAddressBook& book, const Lines& uids)
+    {
+        for (const auto& person : book.people()) {
+            if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
+                book.removeRecord(person);
+            }
+        }
+    }
+
+    /// What the user is told of a deletion; nothing when all went well.
+    static std::string failureOf(const std::function<void()>& action)
+    {
+        try {
+            action();
+        } catch (const PlatformError& error) {
+            return error.what();
+        }
+        return "";
+    }
+
+    static std::string deletionOf(EdsAddressBook& book, const Lines& uids)
+    {
+        ask(book, uids);
+        return failureOf([&] { book.save(); });
+    }
+
+    FakeDesktopBooks desktop_;
+
+private:
+    EdsAddressBook& open(std::optional<std::string> uid)
+    {
+        book_ = std::make_unique<EdsAddressBook>(std::make_unique<FakeContactService>(desktop_),
+                                                 std::move(uid));
+        return *book_;
+    }
+
+    std::unique_ptr<EdsAddressBook> book_;
+};
+
+TEST_F(EdsAddressBookTest, TellsPeopleOfDifferentBooksApart)
+{
+    desktop_.add("home", {"ann", "ben"});
+    desktop_.add("work", {"ann"});
+
+    EXPECT_EQ(uidsOf(all().readPeople()), (Lines{"home/ann", "home/ben", "work/ann"}));
+    EXPECT_EQ(uidsOf(one("work").readPeople()), Lines{"ann"});
+}
+
+TEST_F(EdsAddressBookTest, SaysThatThereIsNoSuchBook)
+{
+    desktop_.add("home", {"ann"});
+
+    EXPECT_EQ(failureOf([&] { one("work").readPeople(); }),
+              "The desktop has no enabled address book with the id “work”. The command "
+              "“dunmora-cli books” lists those that there are.");
+}
+
+TEST_F(EdsAddressBookTest, ReadsPeopleAsAFileOfVCardsIsRead)
+{
+    desktop_.add("home", {});
+    desktop_.book("home").content.people = {
+        {"ann",
+         "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:ann\r\nN:Lee;Ann;;;\r\nNICKNAME:Annie\r\n"
+         "item1.TEL;X-EVOLUTION-E164=555,:555-0100\r\nitem1.X-ABLabel:Boat\r\n"
+         "TEL;TYPE=\"HOME,VOICE\":555-0101\r\nTEL:tel:555-0102\r\nREV:2024-05-01T10:00:00Z\r\n"
+         "END:VCARD"}};
+
+    const auto people = one("home").readPeople();
+
+    ASSERT_EQ(people.size(), 1U);
+    EXPECT_EQ(people[0].firstName, "Ann");
+    EXPECT_EQ(people[0].lastName, "Lee");
+    EXPECT_EQ(people[0].nickname, "Annie");
+    EXPECT_EQ(people[0].modified, std::chrono::sys_seconds(std::chrono::seconds(1714557600)));
+    ASSERT_EQ(people[0].phones.value().size(), 3U);
+    const auto& phones = *people[0].phones;
+    EXPECT_EQ(phones[0].label, "Boat");
+    EXPECT_EQ(phones[0].value, "555-0100");
+    EXPECT_EQ(phones[1].label, "_$!<Home>!$_");
+    EXPECT_EQ(phones[1].value, "555-0101");
+    EXPECT_EQ(phones[2].label, std::nullopt);
+    EXPECT_EQ(phones[2].value, "555-0102");
+}
+
+TEST_F(EdsAddressBookTest, LeavesGroupsOutWithoutAWord)
+{
+    desktop_.add("home", {"ann"});
+    desktop_.book("home").content.people.push_back(
+        {"family", "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:family\r\nKIND:group\r\nEND:VCARD"});
+    auto& book = one("home");
+
+    EXPECT_EQ(uidsOf(book.readPeople()), Lines{"ann"});
+    EXPECT_EQ(book.notes().cardsSkipped, 0U);
+    EXPECT_TRUE(book.notes().remarks.empty());
+}
+
+TEST_F(EdsAddressBookTest, SkipsWhoeverCannotBeToldFromOthers)
+{
+    desktop_.add("home", {"ann", "ann", "", "ben"});
+    desktop_.book("home").content.people.push_back({"cut", "BEGIN:VCARD\r\nN:Cut\r\n"});
+    auto& book = all();
+
+    EXPECT_EQ(uidsOf(book.readPeople()), (Lines{"home/ann", "home/ben"}));
+    EXPECT_EQ(book.notes().cardsSkipped, 3U);
+    EXPECT_EQ(book.notes().remarks,
+              Lines{"3 cards of “Book home” were skipped and stay as they are: they have no id of "
+                    "their own or no property."});
+}
+
+TEST_F(EdsAddressBookTest, LeavesReadOnlyBooksOutAndNamesThem)
+{
+    desktop_.add("home", {"ann"});
+    desktop_.add("company", {"boss"}).content.isWritable = false;
+    auto& book = all();
+
+    EXPECT_EQ(uidsOf(book.readPeople()), Lines{"home/ann"});
+    EXPECT_EQ(book.notes().remarks, Lines{"“Book company” was left out: it is read-only."});
+    EXPECT_EQ(deletionOf(book, {"home/ann"}), "");
+    EXPECT_EQ(desktop_.uidsIn("home"), Lines());
+}
+
+TEST_F(EdsAddressBookTest, ShowsAReadOnlyBookThatWasAskedForButDeletesNobodyFromIt)
+{
+    desktop_.add("company", {"boss"}).content.isWritable = false;
+    auto& book = one("company");
+
+    const auto people = book.readPeople();
+
+    EXPECT_EQ(uidsOf(people), Lines{"boss"});
+    EXPECT_EQ(book.notes().remarks,
+              Lines{"“Book company” is read-only: nobody can be deleted from it."});
+    EXPECT_EQ(failureOf([&] { book.removeRecord(people[0]); }),
+              "“Book company” is read-only: nobody can be deleted from it.");
+    book.save();
+    EXPECT_TRUE(desktop_.removals.empty());
+}
+
+TEST_F(EdsAddressBookTest, NamesBooksThatCannotBeReachedAndReadsTheOthers)
+{
+    desktop_.add("server", {"sue"}).content.failure = "The server is away.";
+    desktop_.add("home", {"ann"});
+    auto& book = all();
+
+    EXPECT_EQ(uidsOf(book.readPeople()), Lines{"home/ann"});
+    EXPECT_EQ(book.notes().remarks, Lines{"“Book server” could not be read: The server is away."});
+    EXPECT_EQ(deletionOf(book, {"home/ann"}), "");
+    EXPECT_EQ(desktop_.uidsIn("home"), Lines());
+}
+
+TEST_F(EdsAddressBookTest, DoesNotPassABookThatCannotBeReachedForAnEmptyOne)
+{
+    desktop_.add("server", {"sue"}).content.failure = "The server is away.";
+
+    const auto said = "“Book server” could not be read: The server is away.";
+    EXPECT_EQ(failureOf([&] { all().readPeople(); }), said);
+    EXPECT_EQ(failureOf([&] { one("server").readPeople(); }), said);
+}
+
+TEST_F(EdsAddressBookTest, DeletesNobodyWhenAReviewedBookCannotBeReadAnyMore)
+{
+    desktop_.add("home", {"ann"});
+    desktop_.add("server", {"sue"});
+    auto& book = all();
+    book.readPeople();
+    desktop_.book("server").content.failure = "The server is away.";
+
+    EXPECT_EQ(failureOf([&] { book.people(); }),
+              "“Book server” could not be read: The server is away.");
+
+    desktop_.book("server").content.failure = "";
+    desktop_.book("server").content.isWritable = false;
+    EXPECT_EQ(failureOf([&] { book.people(); }),
+              "“Book server” was taken away, disabled or made read-only meanwhile.");
+    book.save();
+    EXPECT_TRUE(desktop_.removals.empty());
+}
+
+TEST_F(EdsAddressBookTest, DeletesBookByBookInBatches)
+{
+    desktop_.add("home", {"a", "b", "c", "d", "e"}, 2);
+    desktop_.add("work", {"a", "b"}, 2);
+    desktop_.add("server", {"a", "b"}, 1);
+    auto& book = all();
+    book.readPeople();
+
+    EXPECT_EQ(deletionOf(book, {"home/a", "home/c", "home/e", "work/b", "server/a", "server/b"}),
+              "");
+
+    EXPECT_EQ(desktop_.removals, (std::vector<Lines>{{"a", "c"}, {"e"}, {"b"}, {"a"}, {"b"}}));
+    EXPECT_EQ(desktop_.uidsIn("home"), (Lines{"b", "d"}));
+    EXPECT_EQ(desktop_.uidsIn("work"), Lines{"a"});
+    EXPECT_EQ(desktop_.uidsIn("server"), Lines());
+}
+
+TEST_F(EdsAddressBookTest, LeavesPeopleAloneWhoChangedSinceTheyWereReviewed)
+{
+    desktop_.add("home", {"a", "b", "c", "d"});
+    auto& book = one("home");
+    book.readPeople();
+    desktop_.edit("home", "a");
+    ask(book, {"a", "b", "c"});
+    desktop_.edit("home", "c");
+
+    EXPECT_EQ(failureOf([&] { book.save(); }),
+              "Not everybody was deleted. Of 3 people 1 was deleted, 0 were gone already, 2 have "
+              "changed meanwhile and were left alone, 0 are still there.");
+    EXPECT_EQ(desktop_.uidsIn("home"), (Lines{"a", "c", "d"}));
+}
+
+TEST_F(EdsAddressBookTest, IsContentWhenSomebodyIsGoneAlready)
+{
+    desktop_.add("home", {"a", "b", "c"});
+    auto& book = one("home");
+    book.readPeople();
+    ask(book, {"a", "b"});
+    desktop_.take("home", {"a"});
+
+    EXPECT_EQ(failureOf([&] { book.save(); }), "");
+    EXPECT_EQ(desktop_.uidsIn("home"), Lines{"c"});
+}
+
+TEST_F(EdsAddressBookTest, GoesOnWithTheOthersWhenABatchFails)
+{
+    desktop_.add("home", {"a", "b", "c", "d"});
+    auto& book = one("home");
+    book.readPeople();
+    ask(book, {"a", "b", "c"});
+    // In the moment between the last look and the removal.
+    desktop_.onRemove = [&, isFirst = true](const Lines& /*people*/) mutable {
+        if (std::exchange(isFirst, false)) {
+            desktop_.take("home", {"b"});
+            desktop_.edit("home", "c");
+        }
+        return std::nullopt;
+    };
+
+    EXPECT_EQ(failureOf([&] { book.save(); }),
+              "Not everybody was deleted. Of 3 people 1 was deleted, 1 was gone already, 1 has "
+              "changed meanwhile and was left alone, 0 are still there.");
+    EXPECT_EQ(desktop_.removals, (std::vector<Lines>{{"a", "b", "c"}, {"a"}}));
+    EXPECT_EQ(desktop_.uidsIn("home"), (Lines{"c", "d"}));
+}
+
+TEST_F(EdsAddressBookTest, TellsWhyAServerRefusesSome)
+{
+    desktop_.add("server", {"a", "b", "c", "d"}, 1);
+    auto& book = one("server");
+    book.readPeople();
+    desktop_.onRemove = [](const Lines& people) -> std::optional<RemovalAnswer> {
+        if (people == Lines{"b"}) {
+            return RemovalAnswer{Outcome::Refused, "That one is locked."};
+        }
+        return std::nullopt;
+    };
+
+    EXPECT_EQ(deletionOf(book, {"a", "b", "c"}),
+              "Not everybody was deleted. Of 3 people 2 were deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 1 is still there. “Book server”: That one "
+              "is locked.");
+    EXPECT_EQ(desktop_.uidsIn("server"), (Lines{"b", "d"}));
+}
+
+TEST_F(EdsAddressBookTest, CountsPeopleAsDeletedOfWhomOnlyTheAnswerWasLost)
+{
+    desktop_.add("home", {"a", "b", "c"});
+    auto& book = one("home");
+    book.readPeople();
+    desktop_.onRemove = [&](const Lines& people) {
+        desktop_.take("home", people);
+        return RemovalAnswer{Outcome::Refused, "The service has ended."};
+    };
+
+    EXPECT_EQ(deletionOf(book, {"a", "b"}), "");
+    EXPECT_EQ(desktop_.uidsIn("home"), Lines{"c"});
+}
+
+TEST_F(EdsAddressBookTest, TriesNothingMoreAfterNobodyAnswered)
+{
+    desktop_.add("home", {"a", "b", "c"}, 2);
+    desktop_.add("work", {"a"}, 2);
+    auto& book = all();
+    book.readPeople();
+    desktop_.onRemove = [](const Lines& /*people*/) {
+        return RemovalAnswer{Outcome::NoAnswer, "Nobody answers."};
+    };
+
+    EXPECT_EQ(deletionOf(book, {"home/a", "home/b", "home/c", "work/a"}),
+              "Not everybody was deleted. Of 4 people 0 were deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 4 are still there. “Book home”: Nobody "
+              "answers.");
+    EXPECT_EQ(desktop_.removals.size(), 1U);
+}
+
+TEST_F(EdsAddressBookTest, AdmitsWhatItCannotKnow)
+{
+    desktop_.add("home", {"a", "b", "c"}, 2);
+    auto& book = one("home");
+    book.readPeople();
+    desktop_.onRemove = [&](const Lines& /*people*/) {
+        desktop_.onFind = [] { return "Nobody answers."; };
+        return RemovalAnswer{Outcome::NoAnswer, "Nobody answers."};
+    };
+
+    EXPECT_EQ(deletionOf(book, {"a", "b", "c"}),
+              "Not everybody was deleted. Of 3 people 0 were deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 1 is still there. What became of 2 others is "
+              "not known. “Book home”: Nobody answers.");
+}
+
+TEST_F(EdsAddressBookTest, DoesNotAskAServerForEverThatRefusesEverything)
+{
+    Lines many;
+    for (int i = 0; i < 50; ++i) {
+        many.push_back("p" + std::to_string(i));
+    }
+    desktop_.add("server", many, 1);
+    auto& book = one("server");
+    book.readPeople();
+    desktop_.onRemove = [](const Lines& /*people*/) {
+        return RemovalAnswer{Outcome::Refused, "No."};
+    };
+
+    EXPECT_EQ(deletionOf(book, many),
+              "Not everybody was deleted. Of 50 people 0 were deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 50 are still there. “Book server”: No.");
+    EXPECT_EQ(desktop_.removals.size(), 10U);
+}
+
+TEST_F(EdsAddressBookTest, BacksUpTheCardsAsTheServiceGivesThem)
+{
+    const TemporaryFolder folder;
+    desktop_.add("home", {"a", "b"});
+    desktop_.add("work", {"a"});
+    auto& book = all();
+    book.readPeople();
+    const auto people = book.people();
+    const std::vector<const Person*> chosen{&people[2], &people[0]};
+
+    book.checkBackUp(chosen);
+    book.backUp(chosen, folder.path() / "backup.vcf");
+
+    EXPECT_EQ(contentOf(folder.path() / "backup.vcf"),
+              cardNamed("a", "a") + "\r\n" + cardNamed("a", "a") + "\r\n");
+}
+
+TEST_F(EdsAddressBookTest, KeepsTheReviewedPeopleWhenItIsListedAgain)
+{
+    desktop_.add("home", {"a", "b"});
+    auto& book = one("home");
+    const auto reviewed = book.readPeople();
+    desktop_.take("home", {"a"});
+
+    EXPECT_EQ(uidsOf(book.people()), Lines{"b"});
+    EXPECT_EQ(uidsOf(reviewed), (Lines{"a", "b"}));
+    EXPECT_NE(failureOf([&] { book.removeRecord(reviewed[0]); }), "");
+}
+
+TEST_F(EdsAddressBookTest, SummarizesEveryBook)
+{
+    desktop_.add("home", {"a", "b"});
+    desktop_.add("company", {"boss"}).content.isWritable = false;
+    desktop_.add("server", {}).content.failure = "The server is away.";
+    FakeContactService service(desktop_);
+
+    const auto books = listEdsBooks(service);
+
+    ASSERT_EQ(books.size(), 3U);
+    EXPECT_EQ(books[0].uid, "home");
+    EXPECT_EQ(books[0].name, "Book home");
+    EXPECT_EQ(books[0].kind, "local");
+    EXPECT_EQ(books[0].isWritable, true);
+    EXPECT_EQ(books[0].people, 2U);
+    EXPECT_EQ(books[1].isWritable, false);
+    EXPECT_EQ(books[1].people, 1U);
+    EXPECT_EQ(books[2].isWritable, std::nullopt);
+    EXPECT_EQ(books[2].people, std::nullopt);
+    EXPECT_EQ(books[2].failure, "The server is away.");
+}
+
+TEST(EdsName, IsOneBooksOrAll)
+{
+    EXPECT_TRUE(isEdsName("eds:"));
+    EXPECT_TRUE(isEdsName("eds:system-address-book"));
+    EXPECT_FALSE(isEdsName("eds"));
+    EXPECT_FALSE(isEdsName("./eds:"));
+}
+
+}  // namespace
+}  // namespace dunmora::test

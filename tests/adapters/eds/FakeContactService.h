@@ -1,0 +1,143 @@
+#pragma once
+
+#include "adapters/eds/ContactService.h"
+#include "platform/PlatformError.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace dunmora::test {
+
+/// A vCard of a person with this name, as the service ends it: without a line end.
+inline std::string cardNamed(const std::string& uid, const std::string& name)
+{
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid + "\r\nN:" + name + ";;;;\r\nEND:VCARD";
+}
+
+/// A desktop's address books in memory, with whatever trouble a test wants.
+class FakeDesktopBooks final {
+public:
+    struct Book {
+        ServiceBook description;
+        BookContent content;
+    };
+
+    /// Adds a book that holds a person for each of these uids.
+    Book& add(const std::string& uid, const std::vector<std::string>& people,
+              std::size_t batchSize = 200)
+    {
+        auto& book = books.emplace_back();
+        book.description = {uid, "Book " + uid, "local"};
+        book.content.isWritable = true;
+        book.content.batchSize = batchSize;
+        for (const auto& person : people) {
+            book.content.people.push_back({person, cardNamed(person, person)});
+        }
+        return book;
+    }
+
+    Book& book(const std::string& uid)
+    {
+        return *std::find_if(books.begin(), books.end(),
+                             [&](const Book& each) { return each.description.uid == uid; });
+    }
+
+    std::vector<std::string> uidsIn(const std::string& uid)
+    {
+        std::vector<std::string> uids;
+        for (const auto& person : book(uid).content.people) {
+            uids.push_back(person.uid);
+        }
+        return uids;
+    }
+
+    /// Takes people out, as a removal or another program does. Returns whether all were there.
+    bool take(const std::string& uid, const std::vector<std::string>& people)
+    {
+        auto& kept = book(uid).content.people;
+        const auto count = kept.size();
+        std::erase_if(kept, [&](const ContactText& each) {
+            return std::find(people.begin(), people.end(), each.uid) != people.end();
+        });
+        return kept.size() + people.size() == count;
+    }
+
+    void edit(const std::string& uid, const std::string& person)
+    {
+        for (auto& each : book(uid).content.people) {
+            if (each.uid == person) {
+                each.card = cardNamed(person, "Somebody Else");
+            }
+        }
+    }
+
+    std::vector<Book> books;
+    /// What was asked to be removed, call by call.
+    std::vector<std::vector<std::string>> removals;
+    /// Called for each removal before it; an answer of its own stands for the removal.
+    std::function<std::optional<RemovalAnswer>(const std::vector<std::string>&)> onRemove =
+        [](const auto& /*people*/) { return std::nullopt; };
+    /// Called for each look at people; a text of its own is why it fails.
+    std::function<std::string()> onFind = [] { return ""; };
+};
+
+/// Serves address books of a test's own.
+class FakeContactService final : public ContactService {
+public:
+    explicit FakeContactService(FakeDesktopBooks& desktop) : desktop_(desktop) {}
+
+    bool isThere() override { return true; }
+
+    std::vector<ServiceBook> books() override
+    {
+        std::vector<ServiceBook> descriptions;
+        for (const auto& book : desktop_.books) {
+            descriptions.push_back(book.description);
+        }
+        return descriptions;
+    }
+
+    std::vector<BookContent> read(const std::vector<std::string>& books) override
+    {
+        std::vector<BookContent> contents;
+        for (const auto& book : books) {
+            contents.push_back(desktop_.book(book).content);
+        }
+        return contents;
+    }
+
+    BookContent find(const std::string& book, const std::vector<std::string>& people) override
+    {
+        auto content = desktop_.book(book).content;
+        content.failure = desktop_.onFind();
+        std::erase_if(content.people, [&](const ContactText& each) {
+            return std::find(people.begin(), people.end(), each.uid) == people.end();
+        });
+        return content;
+    }
+
+    /// All or nothing, as the desktop's own books do it.
+    RemovalAnswer remove(const std::string& book, const std::vector<std::string>& people) override
+    {
+        desktop_.removals.push_back(people);
+        if (auto answer = desktop_.onRemove(people)) {
+            return *std::move(answer);
+        }
+        const auto before = desktop_.book(book).content.people;
+        if (!desktop_.take(book, people)) {
+            desktop_.book(book).content.people = before;
+            return {RemovalAnswer::Outcome::NoSuchPerson, "Somebody was not found."};
+        }
+        return {};
+    }
+
+private:
+    FakeDesktopBooks& desktop_;
+};
+
+}  // namespace dunmora::test
