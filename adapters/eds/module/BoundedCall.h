@@ -1,0 +1,102 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+
+namespace dunmora {
+
+/// A main context of the calling thread's own for as long as it lives: the signals of what is made
+/// meanwhile must not land in the loop of somebody else's main thread.
+class PrivateMainContext final {
+public:
+    PrivateMainContext() : context_(g_main_context_new())
+    {
+        g_main_context_push_thread_default(context_);
+    }
+    ~PrivateMainContext()
+    {
+        g_main_context_pop_thread_default(context_);
+        g_main_context_unref(context_);
+    }
+    PrivateMainContext(const PrivateMainContext&) = delete;
+    PrivateMainContext& operator=(const PrivateMainContext&) = delete;
+
+private:
+    GMainContext* context_;
+};
+
+/// Work that may hang, on a thread of its own, begun at once. Not every call of the service's
+/// libraries can be cancelled; one that goes on all the same is left behind with its thread, and
+/// its result is thrown away. So the work may refer to nothing but what it owns.
+///
+/// Thread: one at a time.
+template <typename Result>
+class BoundedCall final {
+public:
+    using Clock = std::chrono::steady_clock;
+    using Work = std::function<Result(GCancellable*)>;
+
+    explicit BoundedCall(Work work) : state_(std::make_shared<State>())
+    {
+        std::thread([state = state_, work = std::move(work)] { state->run(work); }).detach();
+    }
+
+    /// Waits for the result until then. Work that takes longer is cancelled, and none is returned
+    /// unless it ends with one right away. Errors: what the work has thrown.
+    std::optional<Result> resultBefore(Clock::time_point deadline)
+    {
+        constexpr std::chrono::milliseconds kGrace(300);
+        std::unique_lock lock(state_->mutex);
+        const auto isDone = [this] { return state_->isDone; };
+        if (!state_->changed.wait_until(lock, deadline, isDone)) {
+            lock.unlock();
+            g_cancellable_cancel(state_->cancellable.get());
+            lock.lock();
+            state_->changed.wait_for(lock, kGrace, isDone);
+        }
+        if (state_->error) {
+            std::rethrow_exception(state_->error);
+        }
+        return std::exchange(state_->result, std::nullopt);
+    }
+
+private:
+    struct State {
+        void run(const Work& work)
+        {
+            std::optional<Result> made;
+            std::exception_ptr thrown;
+            try {
+                const PrivateMainContext context;
+                made = work(cancellable.get());
+            } catch (...) {
+                thrown = std::current_exception();
+            }
+            const std::lock_guard guard(mutex);
+            result = std::move(made);
+            error = thrown;
+            isDone = true;
+            changed.notify_all();
+        }
+
+        std::shared_ptr<GCancellable> cancellable{g_cancellable_new(), g_object_unref};
+        std::mutex mutex;
+        std::condition_variable changed;
+        bool isDone = false;
+        std::optional<Result> result;
+        std::exception_ptr error;
+    };
+
+    std::shared_ptr<State> state_;
+};
+
+}  // namespace dunmora

@@ -1,0 +1,501 @@
+#include "adapters/eds/module/LibebookService.h"
+
+#include "adapters/eds/module/BoundedCall.h"
+#include "platform/PlatformError.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+using std::chrono::seconds;
+using Clock = std::chrono::steady_clock;
+
+// In sum less than a user is made to wait for a message: the books are listed and then read; a
+// batch is looked at, removed and looked at again.
+constexpr seconds kListingLimit(5);
+constexpr seconds kReadingLimit(9);
+constexpr seconds kFindingLimit(4);
+constexpr seconds kRemovalLimit(6);
+constexpr seconds kQuestionLimit(2);
+
+constexpr auto kEverybody = R"((contains "x-evolution-any-field" ""))";
+constexpr auto kNoBook = "The service does not list the book any more.";
+constexpr auto kNotInstalled = "Evolution Data Server is not installed.";
+constexpr auto kNoAnswer = "The service did not answer in time.";
+
+/// An error that a call of GLib's has filled in or not.
+class Error final {
+public:
+    Error() = default;
+    ~Error() { g_clear_error(&error_); }
+    Error(const Error&) = delete;
+    Error& operator=(const Error&) = delete;
+
+    GError** place()
+    {
+        g_clear_error(&error_);
+        return &error_;
+    }
+
+    bool is(GQuark domain, int code) const
+    {
+        return g_error_matches(error_, domain, code) != FALSE;
+    }
+
+    bool isNoAnswer() const
+    {
+        return is(G_IO_ERROR, G_IO_ERROR_CANCELLED) || is(G_IO_ERROR, G_IO_ERROR_TIMED_OUT) ||
+               is(E_CLIENT_ERROR, E_CLIENT_ERROR_CANCELLED) ||
+               is(G_DBUS_ERROR, G_DBUS_ERROR_TIMEOUT) || is(G_DBUS_ERROR, G_DBUS_ERROR_TIMED_OUT);
+    }
+
+    bool isNoSuchPerson() const
+    {
+        return is(E_BOOK_CLIENT_ERROR, E_BOOK_CLIENT_ERROR_CONTACT_NOT_FOUND);
+    }
+
+    bool isClosed() const
+    {
+        return is(G_IO_ERROR, G_IO_ERROR_CLOSED) || is(G_DBUS_ERROR, G_DBUS_ERROR_DISCONNECTED);
+    }
+
+    /// In a sentence for the user.
+    std::string sentence() const
+    {
+        if (isNoAnswer()) {
+            return kNoAnswer;
+        }
+        if (is(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) ||
+            is(G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND)) {
+            return kNotInstalled;
+        }
+        if (isClosed()) {
+            return "The connection to the session bus (D-Bus) is closed.";
+        }
+        std::string text = "The service gives no reason";
+        if (error_ != nullptr && error_->message != nullptr) {
+            g_dbus_error_strip_remote_error(error_);
+            const std::unique_ptr<char, decltype(&g_free)> valid(
+                g_utf8_make_valid(error_->message, -1), g_free);
+            text = valid.get();
+        }
+        for (auto& c : text) {
+            c = c >= '\0' && c < ' ' ? ' ' : c;
+        }
+        return text.ends_with('.') ? text : text + ".";
+    }
+
+private:
+    mutable GError* error_ = nullptr;
+};
+
+template <typename Type>
+std::shared_ptr<Type> owned(Type* object)
+{
+    return std::shared_ptr<Type>(object, [](Type* each) {
+        if (each != nullptr) {
+            g_object_unref(each);
+        }
+    });
+}
+
+std::string text(const char* characters)
+{
+    return characters != nullptr ? characters : "";
+}
+
+/// Whether there is a session bus to ask; asking GLib for one could start one.
+bool hasBus()
+{
+    // NOLINTBEGIN(concurrency-mt-unsafe): nothing of ours changes the environment
+    const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    const char* const folder = std::getenv("XDG_RUNTIME_DIR");
+    // NOLINTEND(concurrency-mt-unsafe)
+    std::error_code error;
+    return (address != nullptr && *address != '\0') ||
+           (folder != nullptr &&
+            std::filesystem::exists(std::filesystem::path(folder) / "bus", error));
+}
+
+std::shared_ptr<GDBusConnection> connectToBus(GCancellable* cancellable, Error& error)
+{
+    auto bus = owned(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, error.place()));
+    if (!bus) {
+        return nullptr;
+    }
+    // The process would end with the bus, in the middle of a deletion.
+    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    if (g_dbus_connection_is_closed(bus.get()) != FALSE) {
+        // The libraries above would try it all the same, and complain on standard error.
+        g_set_error_literal(error.place(), G_IO_ERROR, G_IO_ERROR_CLOSED, "");
+        return nullptr;
+    }
+    return bus;
+}
+
+/// Whether the bus knows a service for the descriptions of address books by this method's answer.
+/// Its name ends in the version of its interface.
+bool isNamedBy(GDBusConnection& bus, const char* method, GCancellable* cancellable)
+{
+    Error error;
+    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> answer(
+        g_dbus_connection_call_sync(&bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                    "org.freedesktop.DBus", method, nullptr, G_VARIANT_TYPE("(as)"),
+                                    G_DBUS_CALL_FLAGS_NONE, -1, cancellable, error.place()),
+        [](GVariant* variant) {
+            if (variant != nullptr) {
+                g_variant_unref(variant);
+            }
+        });
+    if (!answer) {
+        return false;
+    }
+    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> names(
+        g_variant_get_child_value(answer.get(), 0), g_variant_unref);
+    for (gsize i = 0; i < g_variant_n_children(names.get()); ++i) {
+        const std::unique_ptr<GVariant, decltype(&g_variant_unref)> name(
+            g_variant_get_child_value(names.get(), i), g_variant_unref);
+        if (std::string_view(g_variant_get_string(name.get(), nullptr))
+                .starts_with("org.gnome.evolution.dataserver.Sources")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether the service runs or the bus knows how to start it.
+bool canStartService(GDBusConnection& bus, GCancellable* cancellable)
+{
+    return isNamedBy(bus, "ListNames", cancellable) ||
+           isNamedBy(bus, "ListActivatableNames", cancellable);
+}
+
+std::string kindOf(ESource& source)
+{
+    auto* const extension = e_source_get_extension(&source, E_SOURCE_EXTENSION_ADDRESS_BOOK);
+    return text(e_source_backend_get_backend_name(E_SOURCE_BACKEND(extension)));
+}
+
+std::shared_ptr<EClient> connectTo(ESource& source, GCancellable* cancellable, Error& error)
+{
+    // Not to wait for the server behind a book: what the desktop has of it is at hand.
+    constexpr auto kNoWait = static_cast<guint32>(-1);
+    if (!connectToBus(cancellable, error)) {
+        return nullptr;
+    }
+    auto client = owned(e_book_client_connect_sync(&source, kNoWait, cancellable, error.place()));
+    if (client && e_client_is_readonly(client.get()) != FALSE && kindOf(source) != "local") {
+        // It passes for read-only until its server has answered.
+        constexpr guint32 kSeconds = 3;
+        Error ignored;
+        e_client_wait_for_connected_sync(client.get(), kSeconds, cancellable, ignored.place());
+    }
+    return client;
+}
+
+/// Appends the people among the contacts, and frees the contacts.
+void takePeople(GSList* contacts, std::vector<ContactText>& people)
+{
+    for (auto* item = contacts; item != nullptr; item = item->next) {
+        auto* const contact = E_CONTACT(item->data);
+        // First of all the card, which is the stored text only until a property is asked for.
+        const std::unique_ptr<char, decltype(&g_free)> card(
+            e_vcard_to_string(E_VCARD(contact), EVC_FORMAT_VCARD_30), g_free);
+        if (e_contact_get(contact, E_CONTACT_IS_LIST) == nullptr) {
+            people.push_back(
+                {text(static_cast<const char*>(e_contact_get_const(contact, E_CONTACT_UID))),
+                 text(card.get())});
+        }
+    }
+    g_slist_free_full(contacts, g_object_unref);
+}
+
+/// The question for the contacts with these uids.
+std::string queryFor(const std::vector<std::string>& people)
+{
+    std::vector<EBookQuery*> parts;
+    parts.reserve(people.size());
+    for (const auto& uid : people) {
+        parts.push_back(e_book_query_field_test(E_CONTACT_UID, E_BOOK_QUERY_IS, uid.c_str()));
+    }
+    EBookQuery* const whole = e_book_query_or(static_cast<int>(parts.size()), parts.data(), TRUE);
+    const std::unique_ptr<char, decltype(&g_free)> query(e_book_query_to_string(whole), g_free);
+    e_book_query_unref(whole);
+    return query.get();
+}
+
+/// Asks a book for contacts. Returns whether it has answered.
+bool query(EClient& client, const std::string& question, std::vector<ContactText>& people,
+           GCancellable* cancellable, Error& error)
+{
+    GSList* contacts = nullptr;
+    if (e_book_client_get_contacts_sync(E_BOOK_CLIENT(&client), question.c_str(), &contacts,
+                                        cancellable, error.place()) == FALSE) {
+        return false;
+    }
+    takePeople(contacts, people);
+    return true;
+}
+
+/// Asks for the contacts with these uids, by questions only: the call for a single contact gives
+/// its card written anew, which cannot be compared with a stored one.
+bool fetch(EClient& client, const std::vector<std::string>& uids, std::vector<ContactText>& people,
+           GCancellable* cancellable, Error& error)
+{
+    if (!query(client, queryFor(uids), people, cancellable, error)) {
+        return false;
+    }
+    const std::set<std::string> wanted(uids.begin(), uids.end());
+    std::erase_if(people, [&](const ContactText& person) { return !wanted.contains(person.uid); });
+    if (people.size() == wanted.size()) {
+        return true;
+    }
+    // Not every kind of book can be asked for uids, and nobody must pass for gone who is there.
+    people.clear();
+    return query(client, kEverybody, people, cancellable, error);
+}
+
+}  // namespace
+
+struct LibebookService::Listed {
+    std::string failure;
+    std::shared_ptr<GDBusConnection> bus;
+    std::vector<ServiceBook> books;
+    std::map<std::string, Connection> connections;
+};
+
+struct LibebookService::Read {
+    BookContent content;
+    std::shared_ptr<EClient> client;
+};
+
+struct LibebookService::Removed {
+    RemovalAnswer answer;
+    std::shared_ptr<EClient> client;
+};
+
+bool LibebookService::isThere()
+{
+    if (!hasBus()) {
+        return false;
+    }
+    struct Answer {
+        bool isThere;
+        std::shared_ptr<GDBusConnection> bus;
+    };
+    BoundedCall<Answer> call([](GCancellable* cancellable) {
+        Error error;
+        const auto bus = connectToBus(cancellable, error);
+        return Answer{bus && canStartService(*bus, cancellable), bus};
+    });
+    const auto answer = call.resultBefore(Clock::now() + kQuestionLimit);
+    bus_ = answer ? answer->bus : nullptr;
+    return answer && answer->isThere;
+}
+
+LibebookService::Listed LibebookService::list(GCancellable* cancellable)
+{
+    Listed listed;
+    Error error;
+    listed.bus = connectToBus(cancellable, error);
+    if (!listed.bus) {
+        listed.failure =
+            (error.isClosed() ? "" : "There is no session bus (D-Bus). ") + error.sentence();
+        return listed;
+    }
+    // Without the service the library knows of no books, and takes that for the truth.
+    if (!canStartService(*listed.bus, cancellable)) {
+        listed.failure = kNotInstalled;
+        return listed;
+    }
+    const auto registry = owned(e_source_registry_new_sync(cancellable, error.place()));
+    if (!registry) {
+        listed.failure = error.sentence();
+        return listed;
+    }
+    if (!isNamedBy(*listed.bus, "ListNames", cancellable)) {
+        listed.failure = "Evolution Data Server cannot be started.";
+        return listed;
+    }
+    GList* const sources =
+        e_source_registry_list_enabled(registry.get(), E_SOURCE_EXTENSION_ADDRESS_BOOK);
+    for (auto* item = sources; item != nullptr; item = item->next) {
+        auto* const source = E_SOURCE(item->data);
+        const auto uid = text(e_source_get_uid(source));
+        listed.books.push_back({uid, text(e_source_get_display_name(source)), kindOf(*source)});
+        listed.connections[uid].source = owned(E_SOURCE(g_object_ref(source)));
+    }
+    g_list_free_full(sources, g_object_unref);
+    return listed;
+}
+
+std::vector<ServiceBook> LibebookService::books()
+{
+    const std::string about = "The desktop's address books cannot be reached: ";
+    connections_.clear();
+    if (!hasBus()) {
+        throw PlatformError(about + "There is no session bus (D-Bus).");
+    }
+    BoundedCall<Listed> call(&LibebookService::list);
+    auto listed = call.resultBefore(Clock::now() + kListingLimit);
+    if (!listed) {
+        throw PlatformError(about + kNoAnswer);
+    }
+    if (!listed->failure.empty()) {
+        throw PlatformError(about + listed->failure);
+    }
+    bus_ = listed->bus;
+    connections_ = std::move(listed->connections);
+    return std::move(listed->books);
+}
+
+LibebookService::Read LibebookService::readAll(const Connection& connection,
+                                               GCancellable* cancellable)
+{
+    Read read;
+    Error error;
+    read.client = connectTo(*connection.source, cancellable, error);
+    if (!read.client || !query(*read.client, R"((contains "x-evolution-any-field" ""))",
+                               read.content.people, cancellable, error)) {
+        read.content.failure = error.sentence();
+        return read;
+    }
+    read.content.isWritable = e_client_is_readonly(read.client.get()) == FALSE;
+    // Servers are asked by the desktop for one removal after the other, so more at once gains
+    // nothing there, and what had been done before a failure could not be told.
+    constexpr std::size_t kManyAtOnce = 200;
+    const bool takesMany = kindOf(*connection.source) == "local" &&
+                           e_client_check_capability(read.client.get(), "bulk-removes") != FALSE;
+    read.content.batchSize = takesMany ? kManyAtOnce : 1;
+    return read;
+}
+
+std::vector<BookContent> LibebookService::read(const std::vector<std::string>& books)
+{
+    const auto deadline = Clock::now() + kReadingLimit;
+    std::vector<BoundedCall<Read>> calls;
+    calls.reserve(books.size());
+    for (const auto& book : books) {
+        calls.emplace_back([connection = connections_.at(book)](GCancellable* cancellable) {
+            return readAll(connection, cancellable);
+        });
+    }
+    std::vector<BookContent> contents;
+    contents.reserve(books.size());
+    for (std::size_t i = 0; i < books.size(); ++i) {
+        auto read = calls[i].resultBefore(deadline);
+        if (!read) {
+            contents.emplace_back().failure = kNoAnswer;
+            continue;
+        }
+        connections_.at(books[i]).client = read->content.failure.empty() ? read->client : nullptr;
+        contents.push_back(std::move(read->content));
+    }
+    return contents;
+}
+
+LibebookService::Read LibebookService::findSome(const Connection& connection,
+                                                const std::vector<std::string>& people,
+                                                GCancellable* cancellable)
+{
+    Read found;
+    Error error;
+    found.client = connection.client;
+    if (found.client && fetch(*found.client, people, found.content.people, cancellable, error)) {
+        return found;
+    }
+    // The process that serves the book may have ended; it is started again for the next to come.
+    found.client = connectTo(*connection.source, cancellable, error);
+    if (!found.client || !fetch(*found.client, people, found.content.people, cancellable, error)) {
+        found.content.failure = error.sentence();
+    }
+    return found;
+}
+
+BookContent LibebookService::find(const std::string& book, const std::vector<std::string>& people)
+{
+    BookContent content;
+    const auto known = connections_.find(book);
+    if (known == connections_.end()) {
+        content.failure = kNoBook;
+        return content;
+    }
+    auto& connection = known->second;
+    BoundedCall<Read> call([connection, people](GCancellable* cancellable) {
+        return findSome(connection, people, cancellable);
+    });
+    auto found = call.resultBefore(Clock::now() + kFindingLimit);
+    if (!found) {
+        connection.client = nullptr;
+        content.failure = kNoAnswer;
+        return content;
+    }
+    connection.client = found->content.failure.empty() ? found->client : nullptr;
+    return std::move(found->content);
+}
+
+LibebookService::Removed LibebookService::removeSome(const Connection& connection,
+                                                     const std::vector<std::string>& people,
+                                                     GCancellable* cancellable)
+{
+    Removed removed;
+    Error error;
+    removed.client =
+        connection.client ? connection.client : connectTo(*connection.source, cancellable, error);
+    bool isDone = false;
+    if (removed.client) {
+        GSList* uids = nullptr;
+        for (const auto& person : people) {
+            uids = g_slist_prepend(uids, g_strdup(person.c_str()));
+        }
+        uids = g_slist_reverse(uids);
+        isDone = e_book_client_remove_contacts_sync(E_BOOK_CLIENT(removed.client.get()), uids,
+                                                    E_BOOK_OPERATION_FLAG_NONE, cancellable,
+                                                    error.place()) != FALSE;
+        g_slist_free_full(uids, g_free);
+    }
+    if (!isDone) {
+        using Outcome = RemovalAnswer::Outcome;
+        removed.answer = {error.isNoSuchPerson() ? Outcome::NoSuchPerson
+                          : error.isNoAnswer()   ? Outcome::NoAnswer
+                                                 : Outcome::Refused,
+                          error.sentence()};
+    }
+    return removed;
+}
+
+RemovalAnswer LibebookService::remove(const std::string& book,
+                                      const std::vector<std::string>& people)
+{
+    // To the library an empty list is a mistake in the program.
+    if (people.empty()) {
+        return {};
+    }
+    const auto known = connections_.find(book);
+    if (known == connections_.end()) {
+        return {RemovalAnswer::Outcome::Refused, kNoBook};
+    }
+    auto& connection = known->second;
+    BoundedCall<Removed> call([connection, people](GCancellable* cancellable) {
+        return removeSome(connection, people, cancellable);
+    });
+    auto removed = call.resultBefore(Clock::now() + kRemovalLimit);
+    if (!removed) {
+        connection.client = nullptr;
+        return {RemovalAnswer::Outcome::NoAnswer, kNoAnswer};
+    }
+    const auto outcome = removed->answer.outcome;
+    connection.client = outcome == RemovalAnswer::Outcome::NoAnswer ? nullptr : removed->client;
+    return std::move(removed->answer);
+}
+
+}  // namespace dunmora

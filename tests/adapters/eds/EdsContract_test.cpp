@@ -1,0 +1,81 @@
+#include "adapters/eds/EdsBooks.h"
+#include "tests/adapters/eds/OtherClient.h"
+#include "tests/adapters/eds/PrivateDesktop.h"
+#include "tests/contract/AddressBookContract.h"
+#include "tests/fakes/FakeCard.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+/// One local book of the real service.
+class EdsBookUnderTest final {
+public:
+    static std::optional<std::string> whyNot(std::string_view property)
+    {
+        if (!PrivateDesktop::isPossible()) {
+            return "Evolution Data Server is not installed.";
+        }
+        if (property == "TellsWhatIsMissing") {
+            return "The service gives every contact a date of change.";
+        }
+        return std::nullopt;
+    }
+
+    AddressBook& book() { return *book_; }
+
+    void hold(const std::vector<FakePerson>& people)
+    {
+        PrivateDesktop::ofThisProcess();
+        if (!book_) {
+            others_.makeBook(uid_, "Contract");
+            book_ = openEdsBook(std::string(kEdsName) + uid_);
+        }
+        others_.remove(uid_, others_.uids(uid_));
+        std::vector<std::string> cards;
+        for (const auto& person : people) {
+            cards.push_back(cardOf(person));
+        }
+        others_.add(uid_, cards);
+    }
+    std::vector<std::string> uidsSeenByOthers() { return others_.uids(uid_); }
+    std::string trace() { return PrivateDesktop::ofThisProcess().stored(uid_); }
+
+    // Whoever was changed by others is not removed.
+    void breakSaving()
+    {
+        before_ = others_.cards(uid_);
+        for (const auto& [uid, card] : before_) {
+            others_.edit(uid_, "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid +
+                                   "\r\nFN:Somebody Else\r\nEND:VCARD");
+        }
+    }
+    void mendSaving()
+    {
+        others_.remove(uid_, others_.uids(uid_));
+        std::vector<std::string> cards;
+        for (const auto& [uid, card] : before_) {
+            cards.push_back(card);
+        }
+        others_.add(uid_, cards);
+    }
+
+private:
+    // Each test has a book of its own.
+    std::string uid_ = testing::UnitTest::GetInstance()->current_test_info()->name();
+    OtherClient others_;
+    std::map<std::string, std::string> before_;
+    // Made for the first people: nothing may run where a property is left out.
+    std::unique_ptr<AddressBook> book_;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Eds, AddressBookContract, EdsBookUnderTest);
+
+}  // namespace
+}  // namespace dunmora::test

@@ -1,0 +1,387 @@
+#include "adapters/eds/EdsBooks.h"
+#include "platform/AddressBook.h"
+#include "platform/PlatformError.h"
+#include "tests/adapters/eds/OtherClient.h"
+#include "tests/adapters/eds/PrivateDesktop.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+using Cards = std::map<std::string, std::string>;
+using Lines = std::vector<std::string>;
+using std::chrono::steady_clock;
+
+std::string cardOf(const std::string& uid, const std::string& properties = "")
+{
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid + "\r\nN:Lee;" + uid + ";;;\r\n" +
+           properties + "END:VCARD\r\n";
+}
+
+/// The address books of a desktop of the test's own, and another program that uses them, too. Each
+/// test has a book of its own.
+class EdsServiceTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!PrivateDesktop::isPossible()) {
+            GTEST_SKIP() << "Evolution Data Server is not installed.";
+        }
+        PrivateDesktop::ofThisProcess();
+        uid_ = testing::UnitTest::GetInstance()->current_test_info()->name();
+        others_.makeBook(uid_, "Friends");
+    }
+
+    static PrivateDesktop& desktop() { return PrivateDesktop::ofThisProcess(); }
+
+    void holds(const Lines& uids)
+    {
+        Lines cards;
+        for (const auto& uid : uids) {
+            cards.push_back(cardOf(uid));
+        }
+        others_.add(uid_, cards);
+    }
+
+    AddressBook& book()
+    {
+        if (!book_) {
+            book_ = openEdsBook(std::string(kEdsName) + uid_);
+        }
+        return *book_;
+    }
+
+    static Lines uidsOf(std::span<const Person> people)
+    {
+        Lines uids;
+        for (const auto& person : people) {
+            uids.emplace_back(person.uid);
+        }
+        return uids;
+    }
+
+    /// Lists the people anew, as a deletion does, and asks for the removal of these.
+    void ask(const Lines& uids)
+    {
+        for (const auto& person : book().people()) {
+            if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
+                book().removeRecord(person);
+            }
+        }
+    }
+
+    static std::string failureOf(const std::function<void()>& action)
+    {
+        try {
+            action();
+        } catch (const PlatformError& error) {
+            return error.what();
+        }
+        return "";
+    }
+
+    static double secondsOf(const std::function<void()>& action)
+    {
+        const auto begin = steady_clock::now();
+        action();
+        return std::chrono::duration<double>(steady_clock::now() - begin).count();
+    }
+
+    std::string uid_;
+    OtherClient others_;
+
+private:
+    std::unique_ptr<AddressBook> book_;
+};
+
+TEST_F(EdsServiceTest, ReadsPeopleAndLeavesListsOut)
+{
+    others_.add(uid_, {cardOf("ann", "NICKNAME:Annie\r\nitem1.TEL:555-0100\r\n"
+                                     "item1.X-ABLabel:Boat\r\nTEL;TYPE=CELL:555-0101\r\n"),
+                       "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:family\r\nFN:Family\r\n"
+                       "X-EVOLUTION-LIST:TRUE\r\nEMAIL:ann@example.com\r\nEND:VCARD\r\n"});
+
+    const auto people = book().readPeople();
+
+    ASSERT_EQ(uidsOf(people), Lines{"ann"});
+    EXPECT_EQ(people[0].firstName, "ann");
+    EXPECT_EQ(people[0].lastName, "Lee");
+    EXPECT_EQ(people[0].nickname, "Annie");
+    ASSERT_EQ(people[0].phones.value().size(), 2U);
+    EXPECT_EQ((*people[0].phones)[0].label, "Boat");
+    EXPECT_EQ((*people[0].phones)[0].value, "555-0100");
+    EXPECT_EQ((*people[0].phones)[1].label, "_$!<Mobile>!$_");
+    EXPECT_TRUE(book().notes().remarks.empty());
+}
+
+TEST_F(EdsServiceTest, TellsWhatIsMissingButTheDateOfChange)
+{
+    others_.add(uid_, {"BEGIN:VCARD\r\nVERSION:3.0\r\nUID:bare\r\nEND:VCARD\r\n"});
+
+    const auto people = book().readPeople();
+
+    ASSERT_EQ(uidsOf(people), Lines{"bare"});
+    EXPECT_EQ(people[0].firstName, std::nullopt);
+    EXPECT_EQ(people[0].lastName, std::nullopt);
+    EXPECT_EQ(people[0].nickname, std::nullopt);
+    EXPECT_FALSE(people[0].phones.has_value());
+}
+
+TEST_F(EdsServiceTest, ReadsAllBooksTogetherAndDeletesFromEach)
+{
+    const auto second = uid_ + "2";
+    others_.makeBook(second, "Others");
+    holds({"ann", "ben"});
+    others_.add(second, {cardOf("ann"), cardOf("cid")});
+    const auto all = openEdsBook("eds:");
+
+    std::vector<const Person*> checked;
+    for (const auto& person : all->readPeople()) {
+        if (person.uid == uid_ + "/ann" || person.uid == second + "/ann") {
+            checked.push_back(&person);
+        }
+    }
+    ASSERT_EQ(checked.size(), 2U);
+    for (const auto* person : checked) {
+        all->removeRecord(*person);
+    }
+    all->save();
+
+    EXPECT_EQ(others_.uids(uid_), Lines{"ben"});
+    EXPECT_EQ(others_.uids(second), Lines{"cid"});
+}
+
+TEST_F(EdsServiceTest, ListsTheDesktopsBooks)
+{
+    holds({"ann", "ben"});
+
+    const auto books = listEdsBooks();
+
+    const auto own = std::find_if(books.begin(), books.end(),
+                                  [&](const auto& each) { return each.uid == uid_; });
+    ASSERT_NE(own, books.end());
+    EXPECT_EQ(own->name, "Friends");
+    EXPECT_EQ(own->kind, "local");
+    EXPECT_EQ(own->isWritable, true);
+    EXPECT_EQ(own->people, 2U);
+    EXPECT_TRUE(hasEdsBooks());
+}
+
+TEST_F(EdsServiceTest, NamesABookThatCannotBeReachedAndReadsTheOthers)
+{
+    const auto broken = uid_ + "2";
+    others_.makeBook(broken, "Nowhere", "nosuchkind");
+    holds({"ann"});
+    const auto all = openEdsBook("eds:");
+
+    const auto uids = uidsOf(all->readPeople());
+
+    EXPECT_NE(std::find(uids.begin(), uids.end(), uid_ + "/ann"), uids.end());
+    const auto remarks = all->notes().remarks;
+    ASSERT_EQ(remarks.size(), 1U);
+    EXPECT_TRUE(remarks[0].starts_with("“Nowhere” could not be read: ")) << remarks[0];
+}
+
+TEST_F(EdsServiceTest, LeavesEveryoneElseAsTheyWereToTheByte)
+{
+    Lines uids;
+    for (int i = 0; i < 500; ++i) {
+        uids.push_back("p" + std::to_string(i));
+    }
+    Lines cards;
+    for (const auto& uid : uids) {
+        cards.push_back(cardOf(uid, "NOTE:one\\, two\\nthree\r\nX-OWN;X-P=\"a;b\":kept\r\n"
+                                    "item1.TEL:555-0100\r\nitem1.X-ABLabel:_$!<Home>!$_\r\n"));
+    }
+    others_.add(uid_, cards);
+    auto expected = others_.cards(uid_);
+    book().readPeople();
+
+    Lines checked;
+    for (std::size_t i = 0; i < uids.size(); i += 2) {
+        checked.push_back(uids[i]);
+        expected.erase(uids[i]);
+    }
+    ask(checked);
+    book().save();
+
+    EXPECT_EQ(others_.cards(uid_), expected);
+}
+
+TEST_F(EdsServiceTest, LeavesAloneWhomAnotherProgramChangedAndIsContentWithWhomItDeleted)
+{
+    holds({"a", "b", "c", "d"});
+    book().readPeople();
+    others_.remove(uid_, {"a"});
+    others_.edit(uid_, cardOf("b", "NICKNAME:Bee\r\n"));
+    const auto edited = others_.cards(uid_).at("b");
+    ask({"a", "b", "c"});
+
+    const auto failure = failureOf([&] { book().save(); });
+
+    // The one who was gone when the deletion began was not asked for any more.
+    EXPECT_EQ(failure,
+              "Not everybody was deleted. Of 2 people 1 was deleted, 0 were gone already, 1 has "
+              "changed meanwhile and was left alone, 0 are still there.");
+    EXPECT_EQ(others_.uids(uid_).size(), 2U);
+    EXPECT_EQ(others_.cards(uid_).at("b"), edited);
+}
+
+TEST_F(EdsServiceTest, SeesChangesInTheMomentBeforeItSaves)
+{
+    holds({"a", "b", "c", "d"});
+    book().readPeople();
+    ask({"a", "b", "c"});
+    others_.remove(uid_, {"a"});
+    others_.edit(uid_, cardOf("b", "NICKNAME:Bee\r\n"));
+
+    EXPECT_EQ(failureOf([&] { book().save(); }),
+              "Not everybody was deleted. Of 3 people 1 was deleted, 1 was gone already, 1 has "
+              "changed meanwhile and was left alone, 0 are still there.");
+    auto left = others_.uids(uid_);
+    std::sort(left.begin(), left.end());
+    EXPECT_EQ(left, (Lines{"b", "d"}));
+}
+
+TEST_F(EdsServiceTest, DoesNotTakeANewEntryForTheReviewedOneOfTheSameId)
+{
+    holds({"a", "b"});
+    book().readPeople();
+    others_.remove(uid_, {"a"});
+    others_.add(uid_, {"BEGIN:VCARD\r\nVERSION:3.0\r\nUID:a\r\nFN:New\r\nEND:VCARD\r\n"});
+    ask({"a"});
+
+    EXPECT_NE(failureOf([&] { book().save(); }), "");
+    EXPECT_EQ(others_.uids(uid_).size(), 2U);
+}
+
+TEST_F(EdsServiceTest, DeletesAllTheSameWhenTheServiceIsKilledInBetween)
+{
+    holds({"a", "b", "c"});
+    const auto before = others_.cards(uid_);
+    book().readPeople();
+    ask({"a", "c"});
+    ASSERT_GT(desktop().signalFactories(SIGKILL), 0U);
+
+    EXPECT_EQ(failureOf([&] { book().save(); }), "");
+
+    OtherClient another;
+    EXPECT_EQ(another.cards(uid_), (Cards{{"b", before.at("b")}}));
+}
+
+TEST_F(EdsServiceTest, TellsTheTruthWhenTheServiceIsKilledAgainAndAgainInMidJob)
+{
+    constexpr std::size_t kPeople = 4'000;
+    constexpr int kKills = 3;
+    Lines uids;
+    for (std::size_t i = 0; i < kPeople; ++i) {
+        uids.push_back("p" + std::to_string(i));
+    }
+    holds(uids);
+    for (const auto& person : book().readPeople().subspan(0, kPeople / 2)) {
+        book().removeRecord(person);
+    }
+
+    std::string failure;
+    std::atomic<bool> isSaved = false;
+    std::thread saving([&] {
+        failure = failureOf([&] { book().save(); });
+        isSaved = true;
+    });
+    for (int kills = 0; kills < kKills && !isSaved;) {
+        kills += desktop().signalFactories(SIGKILL) > 0 ? 1 : 0;
+    }
+    saving.join();
+
+    OtherClient another;
+    const auto left = another.uids(uid_);
+    // Nobody else, whatever came of the deletion.
+    for (std::size_t i = kPeople / 2; i < kPeople; ++i) {
+        EXPECT_NE(std::find(left.begin(), left.end(), uids[i]), left.end());
+    }
+    const auto gone = kPeople - left.size();
+    if (failure.empty()) {
+        EXPECT_EQ(gone, kPeople / 2);
+    } else if (failure.find("is not known") == std::string::npos) {
+        EXPECT_NE(failure.find("Of 2000 people " + std::to_string(gone) + " w"), std::string::npos)
+            << failure << " but " << gone << " are gone";
+    }
+}
+
+TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswer)
+{
+    holds({"a", "b", "c"});
+    book().readPeople();
+    ask({"a", "c"});
+    ASSERT_GT(desktop().signalFactories(SIGSTOP), 0U);
+    std::string failure;
+
+    const auto saving = secondsOf([&] { failure = failureOf([&] { book().save(); }); });
+    EXPECT_LT(saving, 15);
+    EXPECT_EQ(failure,
+              "Not everybody was deleted. Of 2 people 0 were deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 2 are still there. “Friends”: The service "
+              "did not answer in time.");
+
+    const auto reading = secondsOf([&] { failure = failureOf([&] { book().readPeople(); }); });
+    EXPECT_LT(reading, 15);
+    EXPECT_EQ(failure, "“Friends” could not be read: The service did not answer in time.");
+
+    desktop().signalFactories(SIGCONT);
+    EXPECT_EQ(uidsOf(book().readPeople()), (Lines{"a", "b", "c"}));
+}
+
+TEST_F(EdsServiceTest, ReadsAndDeletesTenThousandPeopleWithinSeconds)
+{
+    constexpr std::size_t kPeople = 10'000;
+    Lines cards;
+    for (std::size_t i = 0; i < kPeople; ++i) {
+        cards.push_back(cardOf("p" + std::to_string(i), "TEL;TYPE=HOME:555-0100\r\n"));
+    }
+    others_.add(uid_, cards);
+
+    std::size_t count = 0;
+    const auto reading = secondsOf([&] { count = book().readPeople().size(); });
+    EXPECT_EQ(count, kPeople);
+    EXPECT_LT(reading, 5);
+
+    const auto deleting = secondsOf([&] {
+        const auto people = book().people();
+        for (std::size_t i = 0; i < people.size(); i += 10) {
+            book().removeRecord(people[i]);
+        }
+        book().save();
+    });
+    EXPECT_LT(deleting, 10);
+    EXPECT_EQ(others_.uids(uid_).size(), kPeople - kPeople / 10);
+    RecordProperty("reading", std::to_string(reading));
+    RecordProperty("deleting", std::to_string(deleting));
+}
+
+TEST_F(EdsServiceTest, BacksUpTheCardsToTheByte)
+{
+    const TemporaryFolder folder;
+    holds({"ann", "ben"});
+    const auto people = book().readPeople();
+    const std::vector<const Person*> chosen{&people[1]};
+
+    book().backUp(chosen, folder.path() / "backup.vcf");
+
+    EXPECT_EQ(contentOf(folder.path() / "backup.vcf"), others_.cards(uid_).at("ben") + "\r\n");
+}
+
+}  // namespace
+}  // namespace dunmora::test
