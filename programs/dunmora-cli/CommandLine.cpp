@@ -16,6 +16,7 @@ const std::string_view kUsage =
     "                     [--keep-one] [--dry-run] [--yes] [--backup FILE] [--allow-last-copy]\n"
     "                     [--allow-blank-match] [--format table|json] [--quiet]\n"
     "  dunmora-cli fields [FIELDS]\n"
+    "  dunmora-cli books  [--format table|json] [--quiet]\n"
     "  dunmora-cli --help | --version\n";
 
 namespace {
@@ -43,11 +44,28 @@ CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& 
     return command;
 }
 
+void addFormatOption(CLI::App& command, Values& values, const std::vector<std::string>& formats)
+{
+    command
+        .add_option("--format", values.format,
+                    "How to print the result (default: table); a table shows times in local time, "
+                    "the others in UTC")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(formats));
+}
+
+void addQuietOption(CLI::App& command, Values& values)
+{
+    command.add_flag("--quiet", values.book.quiet,
+                     "Show errors only: no progress, notes or warnings");
+}
+
 void addBookOptions(CLI::App& command, Values& values, const std::vector<std::string>& formats)
 {
     command
         .add_option("ADDRESS-BOOK", values.book.addressBook,
-                    "A vCard file, or a folder whose *.vcf files hold the cards")
+                    "A vCard file, a folder whose *.vcf files hold the cards, eds: for all address "
+                    "books of the desktop, or eds:UID for one of them")
         ->required()
         ->type_name("");
     command
@@ -55,14 +73,8 @@ void addBookOptions(CLI::App& command, Values& values, const std::vector<std::st
                     "The fields whose equality makes two people the same, separated by commas: "
                     "firstname,lastname,nickname,home,work,mobile (default: the stored ones)")
         ->type_name("FIELDS");
-    command
-        .add_option("--format", values.format,
-                    "How to print the result (default: table); a table shows times in local time, "
-                    "the others in UTC")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(formats));
-    command.add_flag("--quiet", values.book.quiet,
-                     "Show errors only: no progress, notes or warnings");
+    addFormatOption(command, values, formats);
+    addQuietOption(command, values);
 }
 
 /// An option that may be given many times, each time with one value.
@@ -117,10 +129,15 @@ bool wasGiven(const CLI::App& command, const std::string& option)
     return command.count(option) > 0;
 }
 
-BookRequest bookRequest(const CLI::App& command, const Values& values)
+OutputFormat formatNamed(const std::string& name)
 {
     static const std::map<std::string, OutputFormat> kFormats{
         {"table", OutputFormat::Table}, {"json", OutputFormat::Json}, {"csv", OutputFormat::Csv}};
+    return kFormats.at(name);
+}
+
+BookRequest bookRequest(const CLI::App& command, const Values& values)
+{
     auto book = values.book;
     if (book.addressBook.empty()) {
         throw CommandError(ExitCode::WrongUse, "The address book's name is empty.");
@@ -128,7 +145,7 @@ BookRequest bookRequest(const CLI::App& command, const Values& values)
     if (wasGiven(command, "--match")) {
         book.match = parseMatchFields(values.match);
     }
-    book.format = kFormats.at(values.format);
+    book.format = formatNamed(values.format);
     return book;
 }
 
@@ -179,6 +196,9 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
                     "The fields to store, separated by commas: "
                     "firstname,lastname,nickname,home,work,mobile")
         ->type_name("");
+    auto& books = addCommand(app, "books", "Lists the address books of the desktop", versionLine);
+    addFormatOption(books, values, {"table", "json"});
+    addQuietOption(books, values);
 
     try {
         auto reversed = withEmptyValues(arguments);
@@ -189,15 +209,19 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
     } catch (const CLI::CallForVersion& call) {
         return PrintRequest{std::string(call.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
-        throw CommandError(ExitCode::WrongUse, app.get_subcommands().empty()
-                                                   ? "A command is needed: list, delete or fields."
-                                                   : error.what());
+        throw CommandError(ExitCode::WrongUse,
+                           app.get_subcommands().empty()
+                               ? "A command is needed: list, delete, fields or books."
+                               : error.what());
     }
     if (list.parsed()) {
         return ListRequest{bookRequest(list, values)};
     }
     if (deletion.parsed()) {
         return deleteRequest(deletion, values);
+    }
+    if (books.parsed()) {
+        return BooksRequest{formatNamed(values.format), values.book.quiet};
     }
     return fieldsRequest(fields, values);
 }

@@ -47,12 +47,18 @@ struct FieldsRequest {
     std::optional<MatchFieldChoice> fields;
 };
 
+/// `dunmora-cli books`
+struct BooksRequest {
+    OutputFormat format = OutputFormat::Table;
+    bool quiet = false;
+};
+
 /// `--help` and `--version`: a text for standard output.
 struct PrintRequest {
     std::string text;
 };
 
-using Request = std::variant<ListRequest, DeleteRequest, FieldsRequest, PrintRequest>;
+using Request = std::variant<ListRequest, DeleteRequest, FieldsRequest, BooksRequest, PrintRequest>;
 
 /// How the program is called, in a few lines.
 extern const std::string_view kUsage;

@@ -1,6 +1,7 @@
 #include "programs/dunmora-cli/RunCli.h"
 
 #include "platform/Bundle.h"
+#include "programs/dunmora-cli/BooksCommand.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandError.h"
 #include "programs/dunmora-cli/CommandLine.h"
@@ -32,6 +33,10 @@ struct Runner {
     ExitCode operator()(const FieldsRequest& request) const
     {
         return showOrStoreFields(request, environment);
+    }
+    ExitCode operator()(const BooksRequest& request) const
+    {
+        return listBooks(request, environment);
     }
     ExitCode operator()(const PrintRequest& request) const
     {

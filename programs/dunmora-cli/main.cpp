@@ -1,4 +1,5 @@
 #include "adapters/bundle/BuildBundle.h"
+#include "adapters/eds/EdsBooks.h"
 #include "adapters/posix/ProcessSetUp.h"
 #include "platform/AddressBook.h"
 #include "platform/UserDefaults.h"
@@ -16,6 +17,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -40,15 +42,26 @@ bool wantsColour()
     return environmentVariable("NO_COLOR").empty() && environmentVariable("TERM") != "dumb";
 }
 
+std::vector<dunmora::DesktopBook> listDesktopBooks()
+{
+    std::vector<dunmora::DesktopBook> books;
+    for (auto& book : dunmora::listEdsBooks()) {
+        books.push_back({std::move(book.uid), std::move(book.name), std::move(book.kind),
+                         book.isWritable, book.people, std::move(book.failure)});
+    }
+    return books;
+}
+
 int runProgram(const std::vector<std::string>& arguments)
 {
     using namespace dunmora;
     const auto preferences = userDefaults();
     BuildBundle bundle;
-    return runCli(arguments, {[](const std::string& name) { return addressBookAt(name); },
-                              *preferences, bundle, std::cin, std::cout, std::cerr,
-                              isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
-                              isatty(STDERR_FILENO) == 1, terminalWidth(), wantsColour()});
+    return runCli(arguments,
+                  {[](const std::string& name) { return addressBookAt(name); }, *preferences,
+                   bundle, std::cin, std::cout, std::cerr, isatty(STDIN_FILENO) == 1,
+                   isatty(STDOUT_FILENO) == 1, isatty(STDERR_FILENO) == 1, terminalWidth(),
+                   wantsColour(), listDesktopBooks});
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "adapters/defaults/IniUserDefaults.h"
+#include "adapters/eds/EdsBooks.h"
 #include "adapters/vcard/VCardAddressBook.h"
 #include "programs/machine/Machine.h"
 
@@ -24,6 +25,9 @@ std::string_view ownAddressBookName()
 
 std::unique_ptr<AddressBook> addressBookAt(const std::filesystem::path& path)
 {
+    if (isEdsName(path.string())) {
+        return openEdsBook(path.string());
+    }
     return std::make_unique<VCardAddressBook>(path);
 }
 

@@ -1,0 +1,91 @@
+#include "programs/dunmora-cli/BooksCommand.h"
+
+#include "programs/dunmora-cli/CliEnvironment.h"
+#include "programs/dunmora-cli/CommandLine.h"
+#include "programs/dunmora-cli/JsonText.h"
+#include "programs/dunmora-cli/Report.h"
+#include "programs/dunmora-cli/TerminalText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace dunmora {
+
+namespace {
+
+using Line = std::array<std::string, 5>;
+
+std::string asTable(const std::vector<DesktopBook>& books)
+{
+    constexpr auto kUnknown = "?";
+    std::vector<Line> lines{{"UID", "Name", "Kind", "Writable", "People"}};
+    for (const auto& book : books) {
+        const auto* const writable = !book.isWritable ? kUnknown : *book.isWritable ? "yes" : "no";
+        lines.push_back({printable(book.uid), printable(book.name), printable(book.kind), writable,
+                         book.people ? std::to_string(*book.people) : kUnknown});
+    }
+    std::array<std::size_t, std::tuple_size_v<Line>> widths{};
+    for (const auto& line : lines) {
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            widths[i] = std::max(widths[i], displayWidth(line[i]));
+        }
+    }
+    std::string out;
+    for (const auto& line : lines) {
+        for (std::size_t i = 0; i + 1 < line.size(); ++i) {
+            out += line[i];
+            out.append(widths[i] - displayWidth(line[i]) + 2, ' ');
+        }
+        out += line.back() + '\n';
+    }
+    return out;
+}
+
+std::string asJson(const std::vector<DesktopBook>& books, JsonCharacters characters)
+{
+    std::string out = R"({"schema":1,"books":[)";
+    const auto appendText = [&](const char* key, const std::string& text) {
+        out += key;
+        appendJsonText(out, text, characters);
+    };
+    bool first = true;
+    for (const auto& book : books) {
+        out += first ? "" : ",";
+        first = false;
+        appendText(R"({"uid":)", book.uid);
+        appendText(R"(,"name":)", book.name);
+        appendText(R"(,"kind":)", book.kind);
+        out += R"(,"writable":)";
+        out += !book.isWritable ? "null" : *book.isWritable ? "true" : "false";
+        out += R"(,"people":)" + (book.people ? std::to_string(*book.people) : "null");
+        if (book.failure.empty()) {
+            out += R"(,"failure":null)";
+        } else {
+            appendText(R"(,"failure":)", book.failure);
+        }
+        out += '}';
+    }
+    return out + "]}\n";
+}
+
+}  // namespace
+
+ExitCode listBooks(const BooksRequest& request, const CliEnvironment& environment)
+{
+    const auto books = environment.listDesktopBooks();
+    print(environment, request.format == OutputFormat::Json
+                           ? asJson(books, environment.outIsTerminal ? JsonCharacters::Ascii
+                                                                     : JsonCharacters::Utf8)
+                           : asTable(books));
+    for (const auto& book : books) {
+        if (!request.quiet && !book.failure.empty()) {
+            report(environment, "note: “" + book.name + "” could not be read: " + book.failure);
+        }
+    }
+    return ExitCode::Done;
+}
+
+}  // namespace dunmora

@@ -1,0 +1,85 @@
+#include "platform/PlatformError.h"
+#include "tests/programs/dunmora-cli/CliTest.h"
+
+#include <nlohmann/json.hpp>
+
+namespace dunmora::test {
+namespace {
+
+using nlohmann::json;
+
+class BooksCommandTest : public CliTest {
+protected:
+    BooksCommandTest()
+    {
+        environment_.listDesktopBooks = [this] { return books_; };
+    }
+
+    std::vector<DesktopBook> books_ = {
+        {"system-address-book", "Personal", "local", true, 120, ""},
+        {"c0ffee", "Firma Grün", "carddav", false, 7, ""},
+        {"beef", "Server", "ldap", std::nullopt, std::nullopt, "It is away."},
+    };
+};
+
+TEST_F(BooksCommandTest, PrintsATable)
+{
+    EXPECT_EQ(run({"books"}), 0);
+
+    EXPECT_EQ(out(), "UID                  Name        Kind     Writable  People\n"
+                     "system-address-book  Personal    local    yes       120\n"
+                     "c0ffee               Firma Grün  carddav  no        7\n"
+                     "beef                 Server      ldap     ?         ?\n");
+    EXPECT_EQ(err(), "dunmora-cli: note: “Server” could not be read: It is away.\n");
+}
+
+TEST_F(BooksCommandTest, PrintsJson)
+{
+    EXPECT_EQ(run({"books", "--format", "json"}), 0);
+
+    EXPECT_EQ(json::parse(out()), json::parse(R"({"schema":1,"books":[
+        {"uid":"system-address-book","name":"Personal","kind":"local","writable":true,
+         "people":120,"failure":null},
+        {"uid":"c0ffee","name":"Firma Grün","kind":"carddav","writable":false,
+         "people":7,"failure":null},
+        {"uid":"beef","name":"Server","kind":"ldap","writable":null,
+         "people":null,"failure":"It is away."}]})"));
+}
+
+TEST_F(BooksCommandTest, IsQuietWhenAsked)
+{
+    EXPECT_EQ(run({"books", "--quiet"}), 0);
+
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(BooksCommandTest, LetsNoNameHarmATerminal)
+{
+    books_ = {{"x", "evil\x1b[2J\nname", "local", true, 0, ""}};
+
+    EXPECT_EQ(run({"books"}), 0);
+
+    const auto printed = out();
+    EXPECT_EQ(printed.find('\x1b'), std::string::npos);
+    EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 2);
+}
+
+TEST_F(BooksCommandTest, SaysWhyTheDesktopCannotBeAsked)
+{
+    environment_.listDesktopBooks = []() -> std::vector<DesktopBook> {
+        throw PlatformError("There is no desktop.");
+    };
+
+    EXPECT_EQ(run({"books"}), 1);
+
+    EXPECT_EQ(out(), "");
+    EXPECT_EQ(err(), "dunmora-cli: There is no desktop.\n");
+}
+
+TEST_F(BooksCommandTest, KnowsNoOtherFormat)
+{
+    EXPECT_EQ(run({"books", "--format", "csv"}), 2);
+}
+
+}  // namespace
+}  // namespace dunmora::test
