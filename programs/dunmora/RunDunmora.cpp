@@ -56,7 +56,8 @@ std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
     app.set_version_flag("--version",
                          "dunmora " +
                              bundle.objectForInfoDictionaryKey("CFBundleVersion").value_or(""));
-    app.add_option("ADDRESS-BOOK", options.addressBook, "A vCard file or a folder of vCard files")
+    app.add_option("ADDRESS-BOOK", options.addressBook,
+                   "A vCard file or a folder of vCard files; " + std::string(ownAddressBookHelp()))
         ->option_text(" ");
     try {
         app.parse(argc, argv);
@@ -77,11 +78,11 @@ std::string libraries()
 void openFirst(MainWindow& mainWindow, const Options& options)
 {
     const std::filesystem::path own = ownAddressBookName();
-    const auto& path = options.addressBook.empty() ? own : options.addressBook;
-    if (!path.empty() && path == own) {
-        mainWindow.openAs("Address Book", path);
-    } else if (!path.empty()) {
-        mainWindow.open(path);
+    const bool isDefault = options.addressBook.empty() && hasOwnAddressBook();
+    if (isDefault || options.addressBook == own) {
+        mainWindow.openAs("Address Book", own);
+    } else if (!options.addressBook.empty()) {
+        mainWindow.open(options.addressBook);
     }
 }
 

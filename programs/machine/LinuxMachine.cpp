@@ -20,7 +20,18 @@ bool isSet(const char* name)
 
 std::string_view ownAddressBookName()
 {
-    return "";
+    return kEdsName;
+}
+
+std::string_view ownAddressBookHelp()
+{
+    return "eds: for all address books of the desktop, which is the default, or eds:UID for one "
+           "of them";
+}
+
+bool hasOwnAddressBook()
+{
+    return hasEdsBooks();
 }
 
 std::unique_ptr<AddressBook> addressBookAt(const std::filesystem::path& path)

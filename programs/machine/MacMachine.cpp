@@ -10,6 +10,17 @@ std::string_view ownAddressBookName()
     return kMacAddressBookName;
 }
 
+std::string_view ownAddressBookHelp()
+{
+    return "macos: for the Mac's own address book, which is the default";
+}
+
+bool hasOwnAddressBook()
+{
+    // Whether the user lets the program see it is only known once it is read.
+    return true;
+}
+
 std::unique_ptr<AddressBook> addressBookAt(const std::filesystem::path& path)
 {
     if (path == kMacAddressBookName) {

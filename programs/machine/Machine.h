@@ -13,9 +13,14 @@ class UserDefaults;
 /// machine that it builds for.
 /// Thread: the main thread.
 
-/// The name that stands for the user's own address book where others have a path; empty where the
-/// machine keeps none.
+/// The name that stands for the user's own address book where others have a path.
 std::string_view ownAddressBookName();
+
+/// What to say about that name, and others like it, behind what a path may be.
+std::string_view ownAddressBookHelp();
+
+/// Whether the user's own address book can be opened here and now. Blocks for a moment.
+bool hasOwnAddressBook();
 
 /// The address book of that name, or under that path; nothing is read yet.
 /// Errors: PlatformError when there can be no such address book.

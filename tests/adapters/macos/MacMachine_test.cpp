@@ -20,6 +20,7 @@ TEST(MacMachine, OpensTheAddressBookOfTheMacByItsName)
     ASSERT_EQ(book->readPeople().size(), 1U);
     EXPECT_EQ(book->readPeople()[0].firstName, "Ann");
     EXPECT_EQ(ownAddressBookName(), "macos:");
+    EXPECT_TRUE(hasOwnAddressBook());
 }
 
 TEST(MacMachine, OpensFilesByTheirPath)

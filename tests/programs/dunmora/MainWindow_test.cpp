@@ -52,6 +52,16 @@ TEST_F(MainWindowTest, GivesABookThatIsNoFileTheNameItIsTold)
     EXPECT_TRUE(alerts().empty());
 }
 
+TEST_F(MainWindowTest, SaysThatNobodyIsInTheBookAndOffersAnother)
+{
+    book_ = FakeAddressBook();
+    start("desktop:");
+
+    EXPECT_EQ(emptiness(), "Nobody is in this address book");
+    EXPECT_FALSE(main_->button("btnEmptyOpen").isHidden);
+    EXPECT_TRUE(main_->command("OnOpen").isEnabled);
+}
+
 TEST_F(MainWindowTest, ReadsTheBookOfTheCommandLineWhenItIsFirstActive)
 {
     makeWindow();
