@@ -22,6 +22,7 @@ BUS = """<busconfig>
   <type>session</type>
   <listen>unix:dir={folder}</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>{services}</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -81,6 +82,9 @@ class Desktop:
     # What the frames of the windows look like: title, and the controls to iconify, maximise and close.
     theme = "Clearlooks"
     title_layout = "LIMC"
+
+    # Files that tell the session bus how to start services: only these can be started.
+    services = ()
 
     def __init__(self, width=1280, height=960):
         self.size = f"{width}x{height}x24"
@@ -187,7 +191,11 @@ class Desktop:
 
     def start_bus(self):
         settings = self.folder / "bus.xml"
-        settings.write_text(BUS.format(folder=self.folder / "run"))
+        services = self.folder / "services"
+        services.mkdir()
+        for file in self.services:
+            shutil.copy(file, services)
+        settings.write_text(BUS.format(folder=self.folder / "run", services=services))
         process = self.spawn(["dbus-daemon", f"--config-file={settings}", "--nofork", "--print-address=1"],
                              stdout=subprocess.PIPE)
         return self.read_line(process.stdout, "dbus-daemon")

@@ -29,10 +29,11 @@ class WindowCase(unittest.TestCase):
     """A desktop a class; a home of its own and a fresh program a test."""
 
     executable = ""
+    kind_of_desktop = Desktop
 
     @classmethod
     def setUpClass(cls):
-        cls.desktop = cls.enterClassContext(Desktop())
+        cls.desktop = cls.enterClassContext(cls.kind_of_desktop())
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="dunmora-home-")

@@ -1,0 +1,186 @@
+#!/usr/bin/python3
+"""Uses the real programs on the real service that keeps a desktop's address books.
+
+desktop_books_test.py PATH-OF-DUNMORA PATH-OF-DUNMORA-CLI PATH-OF-OTHER-CLIENT [UNITTEST-OPTION]...
+"""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import time
+
+import windowcase
+from desktop import Desktop
+from dunmora import Dunmora
+from dunmoracase import ANN_1, ANN_2, ANNS, BEN, BOOK, CARL_1, CARL_2, CARLS, DunmoraCase, card
+
+SERVICES = sorted(pathlib.Path("/usr/share/dbus-1/services").glob("org.gnome.evolution.dataserver.[AS]*.service"))
+MODULE = "dunmora-eds.so"
+# How long a user waits for a message at most, whatever is broken.
+SECONDS = 15
+
+
+class GnomeDesktop(Desktop):
+    """A desktop whose address books are kept by the service."""
+
+    services = SERVICES
+
+
+class BooksCase(DunmoraCase):
+    """The programs on such a desktop; each class has one of its own, with only the books that the tests make."""
+
+    kind_of_desktop = GnomeDesktop
+    terminal_program = ""
+    other_client = ""
+
+    def environment(self, **settings):
+        environment = self.desktop.environment_at(self.home)
+        environment["DBUS_SESSION_BUS_ADDRESS"] = self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
+        return {**environment, **settings}
+
+    def ask_other(self, *arguments):
+        run = subprocess.run([self.other_client, *arguments], env=self.environment(), capture_output=True, timeout=60,
+                             check=False)
+        self.assertEqual(run.returncode, 0, run.stderr)
+        return run.stdout
+
+    def make_book(self, uid, name, *cards):
+        self.ask_other("make", uid, name, *(card.decode() for card in cards))
+
+    def cards(self, uid):
+        """The cards of a book as another program sees them, by their uids."""
+        parts = self.ask_other("cards", uid).split(b"\0")[:-1]
+        return dict(zip(parts[::2], parts[1::2]))
+
+    def run_cli(self, *arguments, program=None, **settings):
+        return subprocess.run([program or self.terminal_program, *map(str, arguments)],
+                              env=self.environment(**settings), capture_output=True, text=True, timeout=60,
+                              stdin=subprocess.DEVNULL, check=False)
+
+
+class WindowTest(BooksCase):
+    def test_deletes_the_checked_people_and_leaves_all_others_as_they_were(self):
+        self.make_book("friends", "Friends", ANN_1, BEN, ANN_2, CARL_1, CARL_2)
+        before = self.cards("friends")
+        self.assertEqual(len(before), 5)
+
+        dunmora = self.start()
+        dunmora.search()
+        self.assertEqual(dunmora.main.name, "Address Book – Dunmora")
+        dunmora.total("4 duplicates of 5")
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
+        self.assertEqual(dunmora.marks(), [False, True, False, True])
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        dunmora.wait_until_idle()
+        dunmora.total("2 duplicates of 3")
+
+        after = {uid: card for uid, card in before.items() if uid not in (b"ann-2", b"carl-2")}
+        self.assertEqual(self.cards("friends"), after)
+        # Read anew, it says the same.
+        dunmora.click(dunmora.button("Reload"))
+        dunmora.search()
+        dunmora.total("0 duplicates of 3")
+        self.assertEqual(dunmora.output, "")
+
+
+class EmptyDesktopTest(BooksCase):
+    def test_says_that_nobody_is_there_and_offers_another_book(self):
+        dunmora = self.start()
+        dunmora.search()
+
+        dunmora.label("Nobody is in this address book")
+        dunmora.click(dunmora.button("Open Address Book…"))
+        panel = dunmora.open_panel
+        dunmora.type(panel, str(self.book))
+        dunmora.press(panel, "enter")
+        dunmora.search()
+        dunmora.total("4 duplicates of 5")
+
+
+class TerminalTest(BooksCase):
+    def test_lists_the_books_and_deletes_from_them_with_a_backup(self):
+        self.make_book("colleagues", "Colleagues", ANN_1, BEN, ANN_2, card("odd", "Odd", "Ek", "NOTE:an odd \\x escape"))
+        before = self.cards("colleagues")
+
+        books = self.run_cli("books", "--format", "json")
+        self.assertEqual(books.stderr, "")
+        self.assertIn({"uid": "colleagues", "name": "Colleagues", "kind": "local", "writable": True, "people": 4,
+                       "failure": None}, json.loads(books.stdout)["books"])
+        self.assertRegex(self.run_cli("books").stdout, r"(?m)^colleagues +Colleagues +local +yes +4$")
+
+        listing = self.run_cli("list", "eds:", "--format", "json")
+        self.assertEqual(listing.stderr, "")
+        found = json.loads(listing.stdout)
+        self.assertEqual([row["uid"] for group in found["groups"] for row in group["rows"]],
+                         ["colleagues/ann-1", "colleagues/ann-2"])
+
+        backup = self.home / "backup.vcf"
+        deletion = self.run_cli("delete", "eds:colleagues", "--yes", "--backup", backup)
+        self.assertEqual((deletion.returncode, deletion.stderr), (0, ""))
+        self.assertIn("1 person deleted.", deletion.stdout)
+        self.assertEqual(backup.read_bytes(), before.pop(b"ann-2") + b"\r\n")
+        self.assertEqual(self.cards("colleagues"), before)
+
+    def test_loads_the_module_for_no_other_book(self):
+        def loaded(*arguments):
+            run = self.run_cli(*arguments, LD_DEBUG="files")
+            self.assertEqual(run.returncode, 0, run.stderr[-2000:])
+            return [name for name in (MODULE, "libebook", "libglib", "libgio") if name in run.stderr]
+
+        self.book.write_bytes(BOOK)
+        self.assertEqual(loaded("list", self.book), [])
+        self.assertEqual(loaded("delete", self.book, "--dry-run"), [])
+        self.assertEqual(loaded("list", "eds:"), [MODULE, "libebook", "libglib", "libgio"])
+
+    def test_works_on_files_without_the_module(self):
+        program = self.home / "dunmora-cli"
+        shutil.copy(self.terminal_program, program)
+
+        self.assertEqual(self.run_cli("list", self.book, program=program).returncode, 0)
+        for arguments in (["list", "eds:"], ["books"]):
+            run = self.run_cli(*arguments, program=program)
+            self.assertEqual(run.returncode, 1)
+            self.assertEqual(run.stderr, "dunmora-cli: The desktop's address books cannot be opened: Dunmora's module "
+                                         f"for them, {MODULE}, is not installed.\n")
+
+
+class WithoutServiceTest(BooksCase):
+    """On a desktop that does not know the service."""
+
+    kind_of_desktop = Desktop
+
+    def assert_told(self, reason, **settings):
+        started = time.monotonic()
+        run = self.run_cli("list", "eds:", **settings)
+        self.assertLess(time.monotonic() - started, SECONDS)
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual(run.stderr, f"dunmora-cli: The desktop's address books cannot be reached: {reason}\n")
+
+    def test_tells_that_the_service_is_not_installed(self):
+        self.assert_told("Evolution Data Server is not installed.")
+
+    def test_tells_that_there_is_no_bus(self):
+        nowhere = str(self.home / "nowhere")
+        self.assert_told("There is no session bus (D-Bus).", DBUS_SESSION_BUS_ADDRESS="", XDG_RUNTIME_DIR=nowhere)
+
+    def test_tells_that_nobody_is_at_the_end_of_the_bus(self):
+        self.assert_told("There is no session bus (D-Bus). Could not connect: No such file or directory.",
+                         DBUS_SESSION_BUS_ADDRESS=f"unix:path={self.home / 'nowhere'}")
+
+    def test_tells_so_in_the_window_when_it_was_asked_for(self):
+        dunmora = self.start("eds:")
+        dunmora.press(dunmora.alert("The desktop's address books cannot be reached: Evolution Data Server is not "
+                                    "installed."), "enter")
+        dunmora.label("The address book could not be read")
+
+
+if __name__ == "__main__":
+    BooksCase.terminal_program, BooksCase.other_client = (os.path.abspath(sys.argv.pop(2)) for _ in range(2))
+    windowcase.prepare()
+    if not SERVICES:
+        print("SKIPPED: Evolution Data Server is not installed on this machine", file=sys.stderr)
+        sys.exit(windowcase.EXIT_SKIPPED)
+    windowcase.main()
