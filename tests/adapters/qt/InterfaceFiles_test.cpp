@@ -268,7 +268,7 @@ protected:
     }
 
     /// Whether the user sees the whole widget.
-    bool isSeen(const QWidget& widget) const
+    static bool isSeen(const QWidget& widget)
     {
         return widget.isVisible() && widget.visibleRegion().boundingRect() == widget.rect();
     }

@@ -45,7 +45,6 @@ public:
 class ModalSessionsTest : public QtTest {
 protected:
     ModalSessionsTest() { main.window.show(); }
-    ~ModalSessionsTest() override { handleEvents(); }
 
     /// Runs a session in which `inside` is done, which ends it.
     void during(QWidget& window, const std::function<void()>& inside)
