@@ -49,8 +49,8 @@ class Run:
         """Goes on as the user does, and stops at the beginning of each stage."""
         program = self.program
         main = program.main
-        program.wait_until_active(main)
-        self.x_main = program.x_window(main)
+        # Not until it has the keyboard: on a busy machine everyone is read by then and the dialog has it.
+        self.x_main = program.wait_for(lambda: program.x_window(main), "main window on the screen")
         yield "loading"
         dialog = program.dialog
         yield "choosing"
