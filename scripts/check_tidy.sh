@@ -12,6 +12,7 @@ clang-tidy-14 -p build/dev --quiet "$1" 2>&1 | sed "/^[0-9]* warnings\? generate
 if [[ $# -gt 0 ]]; then
     printf '%s\0' "$@"
 else
-    git ls-files -z '*.cpp'
+    # What only a Mac can compile, mac_syntax_test.py reads with stand-ins for a Mac's headers.
+    git ls-files -z '*.cpp' ':!adapters/posix/MacFileCopy.cpp'
 fi | xargs -0 -n 1 -P "$(nproc)" bash -c "$tidy" tidy
 echo "tidy: clang-tidy has nothing to say"

@@ -139,6 +139,7 @@ void MacAddressBook::save()
     }
     refuseWhereRemovalsAreStranded();
     std::vector<const FrameworkPerson*> people;
+    people.reserve(removals.size());
     for (const auto& uid : removals) {
         people.push_back(&asReviewed(uid));
     }

@@ -179,7 +179,7 @@ TEST_F(EdsAddressBookTest, DoesNotPassABookThatCannotBeReachedForAnEmptyOne)
 {
     desktop_.add("server", {"sue"}).content.failure = "The server is away.";
 
-    const auto said = "“Book server” could not be read: The server is away.";
+    const std::string said = "“Book server” could not be read: The server is away.";
     EXPECT_EQ(failureOf([&] { all().readPeople(); }), said);
     EXPECT_EQ(failureOf([&] { one("server").readPeople(); }), said);
 }
@@ -362,7 +362,7 @@ TEST_F(EdsAddressBookTest, BacksUpTheCardsAsTheServiceGivesThem)
     auto& book = all();
     book.readPeople();
     const auto people = book.people();
-    const std::vector<const Person*> chosen{&people[2], &people[0]};
+    const std::vector<const Person*> chosen{&people.back(), &people.front()};
 
     book.checkBackUp(chosen);
     book.backUp(chosen, folder.path() / "backup.vcf");

@@ -39,6 +39,7 @@ public:
         }
         others_.remove(uid_, others_.uids(uid_));
         std::vector<std::string> cards;
+        cards.reserve(people.size());
         for (const auto& person : people) {
             cards.push_back(cardOf(person));
         }

@@ -105,6 +105,7 @@ public:
     std::vector<BookContent> read(const std::vector<std::string>& books) override
     {
         std::vector<BookContent> contents;
+        contents.reserve(books.size());
         for (const auto& book : books) {
             contents.push_back(desktop_.book(book).content);
         }

@@ -50,8 +50,8 @@ public:
     std::string trace() const;
 
     /// While another program holds the lock, Addresses saves nothing and says so.
-    void breakSaving();
-    void mendSaving();
+    void breakSaving() const;
+    void mendSaving() const;
 
     const std::filesystem::path& folder() const { return folder_.path(); }
 

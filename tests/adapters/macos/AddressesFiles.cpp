@@ -98,12 +98,12 @@ std::string AddressesBook::trace() const
     return trace.str();
 }
 
-void AddressesBook::breakSaving()
+void AddressesBook::breakSaving() const
 {
     write(folder() / kLock, "1");
 }
 
-void AddressesBook::mendSaving()
+void AddressesBook::mendSaving() const
 {
     std::filesystem::remove(folder() / kLock);
 }

@@ -107,7 +107,10 @@ TEST(FrameworkCall, RunsWhatIsToBeDoneAtTheEndOfAScope)
     bool isTidied = false;
     struct Tidy {
         bool& isTidied;
+        explicit Tidy(bool& flag) : isTidied(flag) {}
         ~Tidy() { isTidied = true; }
+        Tidy(const Tidy&) = delete;
+        Tidy& operator=(const Tidy&) = delete;
     };
 
     endOf([&] {

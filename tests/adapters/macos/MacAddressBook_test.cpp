@@ -359,7 +359,7 @@ TEST_F(MacAddressBookTest, BacksUpTheCardsOfTheFrameworkInTheOrderGiven)
     addresses_.rename("a", "Alice");
     addresses_.rename("c", "Carol");
     const auto people = book_.readPeople();
-    const std::vector<const Person*> chosen = {&people[2], &people[0]};
+    const std::vector<const Person*> chosen = {&people[2], &people.front()};
 
     book_.checkBackUp(chosen);
     book_.backUp(chosen, folder.path() / "backup.vcf");
@@ -377,7 +377,7 @@ TEST_F(MacAddressBookTest, BacksUpNobodyWhoHasChangedOrGone)
     const TemporaryFolder folder;
     hold({"a", "b"});
     const auto people = book_.readPeople();
-    const std::vector<const Person*> ann = {&people[0]};
+    const std::vector<const Person*> ann = {&people.front()};
     const std::vector<const Person*> bob = {&people[1]};
     addresses_.rename("a", "Alice");
     addresses_.take("b");

@@ -74,6 +74,7 @@ TEST(MacUserDefaults, IsReadAndSetFromSeveralThreads)
 {
     MacUserDefaults defaults;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&defaults, key = "thread" + std::to_string(i)] {
             for (int round = 0; round < 50; ++round) {
