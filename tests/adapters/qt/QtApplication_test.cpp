@@ -221,6 +221,7 @@ TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenTheDisplayBreaksAway)
 {
     TellingDelegate delegate;
     // As Qt does then.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs
     delegate.onLaunch = [&] { soon([] { std::exit(1); }); };
 
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");

@@ -32,7 +32,7 @@ protected:
     {
         for (auto* const window : QApplication::topLevelWidgets()) {
             if (auto* const found = qobject_cast<QFileDialog*>(window);
-                found && found->isVisible()) {
+                found != nullptr && found->isVisible()) {
                 return *found;
             }
         }

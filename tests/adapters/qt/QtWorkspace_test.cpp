@@ -1,3 +1,5 @@
+#include "tests/adapters/qt/QtWorkspace_test.h"
+
 #include "adapters/qt/QtWorkspace.h"
 #include "tests/adapters/qt/QtTest.h"
 
@@ -11,43 +13,6 @@
 namespace dunmora::test {
 
 namespace {
-
-/// Takes the place of the programs that the user has chosen.
-class Programs final : public QObject {
-    Q_OBJECT
-
-public:
-    Programs()
-    {
-        for (const auto& scheme : schemes()) {
-            QDesktopServices::setUrlHandler(scheme, this, "open");
-        }
-    }
-    ~Programs() override
-    {
-        for (const auto& scheme : schemes()) {
-            QDesktopServices::unsetUrlHandler(scheme);
-        }
-    }
-    Programs(const Programs&) = delete;
-    Programs& operator=(const Programs&) = delete;
-
-    Q_INVOKABLE void open(const QUrl& url)
-    {
-        EXPECT_EQ(QThread::currentThread(), thread());
-        opened.push_back(url.toEncoded().toStdString());
-    }
-
-    std::vector<std::string> opened;
-
-private:
-    static QStringList schemes()
-    {
-        return {QStringLiteral("http"),       QStringLiteral("https"), QStringLiteral("mailto"),
-                QStringLiteral("file"),       QStringLiteral("ftp"),   QStringLiteral("smb"),
-                QStringLiteral("javascript"), QStringLiteral("tel")};
-    }
-};
 
 class QtWorkspaceTest : public QtTest {
 protected:
@@ -96,5 +61,3 @@ TEST_F(QtWorkspaceTest, CanBeAskedFromAnyThread)
 }  // namespace
 
 }  // namespace dunmora::test
-
-#include "QtWorkspace_test.moc"
