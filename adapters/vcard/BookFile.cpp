@@ -148,19 +148,20 @@ std::string descriptorPath(const Descriptor& file)
     return "/proc/self/fd/" + std::to_string(file.number());
 }
 
-/// A new file in the folder: without a name where that can be had, so that a program that is
-/// killed leaves nothing behind; otherwise with the name put into `name`.
-Descriptor makeFile(const std::filesystem::path& folder, std::filesystem::path& name)
+constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+
+/// A new file in the folder that has no name, so that a program that is killed leaves nothing
+/// behind; not open where that cannot be had.
+Descriptor makeNamelessFile(const std::filesystem::path& folder)
 {
-    constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
     if constexpr (kNamelessFile != 0) {
         auto file = openFile(folder, kNamelessFile | O_RDWR, kOwnerOnly);
+        // It gets a name by way of this one.
         if (file.isOpen() && access(descriptorPath(file).c_str(), F_OK) == 0) {
             return file;
         }
     }
-    name = freshName(folder);
-    return openFile(name, O_RDWR | O_CREAT | O_EXCL, kOwnerOnly);
+    return Descriptor();
 }
 
 /// The path with all links resolved. Errors: PlatformError about `name`.
@@ -278,40 +279,41 @@ FileChange::FileChange(std::vector<std::filesystem::path> names, const Pieces& e
     }
 }
 
-FileChange::~FileChange()
+const Descriptor& FileChange::prepared() const
 {
-    if (!preparedName_.empty()) {
-        unlink(preparedName_.c_str());
-    }
+    return named_ ? named_->descriptor() : nameless_;
 }
 
 void FileChange::prepare(const Pieces& content)
 {
     const auto& name = names_.front();
     checkFolders(targets_, kCannotBeChanged);
-    prepared_ = makeFile(targets_.front().parent_path(), preparedName_);
-    if (!prepared_.isOpen()) {
-        preparedName_.clear();
+    const auto folder = targets_.front().parent_path();
+    nameless_ = makeNamelessFile(folder);
+    if (!nameless_.isOpen()) {
+        named_.emplace(freshName(folder), O_RDWR, kOwnerOnly);
+    }
+    if (!prepared().isOpen()) {
         fail(name, kCannotBeChanged, errno);
     }
-    if (!writeAll(prepared_, content)) {
+    if (!writeAll(prepared(), content)) {
         fail(name, kCannotBeChanged, errno);
     }
-    const auto made = statusOf(prepared_, name);
+    const auto made = statusOf(prepared(), name);
     const bool isOthers = made.st_uid != compared_.st_uid || made.st_gid != compared_.st_gid;
-    if (isOthers && fchown(prepared_.number(), compared_.st_uid, compared_.st_gid) != 0) {
+    if (isOthers && fchown(prepared().number(), compared_.st_uid, compared_.st_gid) != 0) {
         fail(name, "cannot be changed without changing its owner", errno);
     }
     constexpr mode_t kAllModeBits = 07777;
     // Changing the owner clears some of the mode's bits.
     if ((isOthers || made.st_mode != compared_.st_mode) &&
-        fchmod(prepared_.number(), compared_.st_mode & kAllModeBits) != 0) {
+        fchmod(prepared().number(), compared_.st_mode & kAllModeBits) != 0) {
         fail(name, "cannot be changed without changing its mode", errno);
     }
-    if (!copyAttributes(file_, prepared_)) {
+    if (!copyAttributes(file_, prepared())) {
         fail(name, "cannot be changed without losing extended attributes", errno);
     }
-    if (!syncFile(prepared_)) {
+    if (!syncFile(prepared())) {
         fail(name, kCannotBeChanged, errno);
     }
 }
@@ -361,24 +363,21 @@ void FileChange::replace(const std::filesystem::path& target)
 {
     // The last use takes the prepared file itself: not every file system has links.
     const bool isLast = &target == &targets_.back();
-    auto name = preparedName_;
-    if (preparedName_.empty() || !isLast) {
-        const auto source =
-            preparedName_.empty() ? descriptorPath(prepared_) : preparedName_.string();
-        name = freshName(target.parent_path());
-        if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+    if (named_ && isLast) {
+        if (!named_->finishAs(target)) {
             failAt(target, kCannotBeChanged, errno);
         }
+        return;
+    }
+    const auto source = named_ ? named_->path().string() : descriptorPath(nameless_);
+    const auto name = freshName(target.parent_path());
+    if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        failAt(target, kCannotBeChanged, errno);
     }
     if (rename(name.c_str(), target.c_str()) != 0) {
         const int error = errno;
-        if (name != preparedName_) {
-            unlink(name.c_str());
-        }
+        unlink(name.c_str());
         failAt(target, kCannotBeChanged, error);
-    }
-    if (name == preparedName_) {
-        preparedName_.clear();
     }
 }
 
@@ -420,21 +419,18 @@ std::vector<std::filesystem::path> FileChange::folders() const
 
 void writeNewFile(const std::filesystem::path& path, const Pieces& content)
 {
-    const auto file = openFile(path, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
-    if (!file.isOpen()) {
+    UnfinishedFile file(path, O_WRONLY, kOwnerOnly);
+    if (!file.descriptor().isOpen()) {
         fail(path, "cannot be made", errno);
     }
-    if (!writeAll(file, content) || !syncFile(file)) {
-        const int error = errno;
-        unlink(path.c_str());
-        fail(path, "cannot be written", error);
+    if (!writeAll(file.descriptor(), content) || !syncFile(file.descriptor())) {
+        fail(path, "cannot be written", errno);
     }
     const auto folder = path.has_parent_path() ? path.parent_path() : ".";
     if (!syncFolder(folder)) {
-        const int error = errno;
-        unlink(path.c_str());
-        fail(path, "cannot be brought to the disk", error);
+        fail(path, "cannot be brought to the disk", errno);
     }
+    file.finish();
 }
 
 }  // namespace dunmora

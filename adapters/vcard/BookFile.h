@@ -1,11 +1,13 @@
 #pragma once
 
 #include "adapters/posix/Descriptor.h"
+#include "adapters/posix/UnfinishedFile.h"
 
 #include <compare>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -71,11 +73,6 @@ public:
     /// Errors: PlatformError when it is gone, read-only or another program's for the moment, or
     /// when its content is not `expected`.
     FileChange(std::vector<std::filesystem::path> names, const Pieces& expected);
-    ~FileChange();
-    FileChange(FileChange&&) = delete;
-    FileChange& operator=(FileChange&&) = delete;
-    FileChange(const FileChange&) = delete;
-    FileChange& operator=(const FileChange&) = delete;
 
     /// Writes the new content beside the file and brings it to the disk: same owner, mode and
     /// extended attributes. Errors: PlatformError.
@@ -88,7 +85,8 @@ public:
     /// Errors: PlatformError when the file has changed since it was compared.
     void checkUnchanged() const;
 
-    /// Puts the prepared file in the place of the old one, under all of its names.
+    /// Puts the prepared file in the place of the old one, under all of its names. It is the
+    /// caller's to make this unbroken work.
     /// Errors: PlatformError, also when the file has changed since it was compared.
     void commit();
 
@@ -102,6 +100,7 @@ public:
     std::vector<std::filesystem::path> folders() const;
 
 private:
+    const Descriptor& prepared() const;
     void checkFolders(const std::vector<std::filesystem::path>& entries,
                       const std::string& whatFails) const;
     void replace(const std::filesystem::path& target);
@@ -117,14 +116,14 @@ private:
     std::vector<std::filesystem::path> done_;
     Descriptor file_;
     struct stat compared_ {};
-    // The new file. It has no name while it is written where the file system can do that;
-    // otherwise it has this one.
-    Descriptor prepared_;
-    std::filesystem::path preparedName_;
+    // The new file is the first of them where the file system can make one that has no name while
+    // it is written, otherwise the second.
+    Descriptor nameless_;
+    std::optional<UnfinishedFile> named_;
 };
 
 /// Writes a new file and brings it to the disk. A file that exists is left alone.
-/// Errors: PlatformError; a file begun is taken away.
+/// Errors: PlatformError; a file begun is taken away, also when the process ends in order.
 void writeNewFile(const std::filesystem::path& path, const Pieces& content);
 
 }  // namespace dunmora

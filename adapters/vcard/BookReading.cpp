@@ -1,5 +1,6 @@
 #include "adapters/vcard/BookReading.h"
 
+#include "adapters/posix/ProcessEnd.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>
@@ -347,19 +348,23 @@ void BookReading::save()
     }
 
     std::set<std::filesystem::path> folders;
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-        try {
-            if (endsFile[i]) {
-                changes[i]->remove();
-            } else {
-                changes[i]->commit();
+    {
+        // The user may quit at any moment, and a folder is one address book.
+        const UnbrokenWork unbroken;
+        for (std::size_t i = 0; i < changes.size(); ++i) {
+            try {
+                if (endsFile[i]) {
+                    changes[i]->remove();
+                } else {
+                    changes[i]->commit();
+                }
+            } catch (const PlatformError& error) {
+                throw PlatformError(halfDone(error.what(), removals, i, changes[i]->hasBegun()));
             }
-        } catch (const PlatformError& error) {
-            throw PlatformError(halfDone(error.what(), removals, i, changes[i]->hasBegun()));
-        }
-        apply(removals[i]);
-        for (auto& folder : changes[i]->folders()) {
-            folders.insert(std::move(folder));
+            apply(removals[i]);
+            for (auto& folder : changes[i]->folders()) {
+                folders.insert(std::move(folder));
+            }
         }
     }
     for (const auto& folder : folders) {

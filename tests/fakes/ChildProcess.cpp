@@ -113,9 +113,13 @@ End traceChild(const std::function<void()>& body, const std::function<Fate(Syste
             number = static_cast<long>(info.entry.nr);
         }
         const auto moment = isBefore ? SystemCall::Moment::Before : SystemCall::Moment::After;
-        if (atCall({number, moment}) == Fate::Kill) {
+        const auto fate = atCall({number, moment});
+        if (fate == Fate::Kill) {
             killAndWait(child);
             return End::Killed;
+        }
+        if (fate == Fate::Terminate) {
+            kill(child, SIGTERM);
         }
     }
 }

@@ -18,13 +18,14 @@ struct SystemCall {
     Moment moment;
 };
 
-enum class Fate { GoOn, Kill };
+enum class Fate { GoOn, Kill, Terminate };
 
 /// How a traced child ended.
 enum class End { Ended, Killed, CannotBeTraced };
 
 /// Runs the body in a child, stops it before and after each call to the system, and asks there
-/// whether it goes on or is killed on the spot. Where processes cannot be traced, nothing is run.
+/// whether it goes on, is killed on the spot, or gets SIGTERM. Where processes cannot be traced,
+/// nothing is run.
 End traceChild(const std::function<void()>& body, const std::function<Fate(SystemCall)>& atCall);
 
 }  // namespace dunmora::test

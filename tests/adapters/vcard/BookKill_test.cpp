@@ -1,3 +1,4 @@
+#include "adapters/posix/ProcessEnd.h"
 #include "tests/adapters/vcard/BookTest.h"
 #include "tests/fakes/ChildProcess.h"
 
@@ -7,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <map>
 #include <string>
@@ -26,34 +29,33 @@ namespace fs = std::filesystem;
 /// The content of each file, by name. No content: the file is not there.
 using Contents = std::map<std::string, std::optional<std::string>>;
 
-/// Kills a deletion before and after each of its calls to the system, one run for each, and looks
-/// at what is left.
+/// Ends a deletion before and after each of its calls to the system, one run for each, and looks at
+/// what is left.
 class BookKillTest : public BookTest {
 protected:
     struct Counts {
-        int kills = 0;
+        int ends = 0;
         int leftovers = 0;
         int halfDone = 0;
         bool canTrace = true;
     };
 
     /// The book is in `place`, a folder; `remove` deletes from it.
-    static Counts killEverywhere(const fs::path& place, const Contents& before,
-                                 const Contents& after, const std::function<void()>& remove)
+    static Counts endEverywhere(Fate fate, const fs::path& place, const Contents& before,
+                                const Contents& after, const std::function<void()>& remove)
     {
         Counts counts;
         while (true) {
             restore(place, before);
             int calls = 0;
-            const auto end = traceChild(remove, [&](SystemCall) {
-                return calls++ == counts.kills ? Fate::Kill : Fate::GoOn;
-            });
+            const auto end = traceChild(
+                remove, [&](SystemCall) { return calls++ == counts.ends ? fate : Fate::GoOn; });
             counts.canTrace = end != End::CannotBeTraced;
-            if (end != End::Killed) {
+            if (calls <= counts.ends) {
                 break;
             }
             look(place, before, after, counts);
-            ++counts.kills;
+            ++counts.ends;
         }
         if (counts.canTrace) {
             expectExactly(place, after);
@@ -84,7 +86,7 @@ private:
         for (const auto& [name, old] : before) {
             const auto now = found(place / name);
             EXPECT_TRUE(now == old || now == after.at(name))
-                << name << " is neither the old nor the new one after kill " << counts.kills;
+                << name << " is neither the old nor the new one after end " << counts.ends;
             changed += now == old ? 0U : 1U;
         }
         counts.halfDone += changed > 0 && changed < before.size() ? 1 : 0;
@@ -112,16 +114,34 @@ TEST_F(BookKillTest, LeavesTheOldFileOrTheNewOneWhereverTheProgramIsKilled)
     const Contents before = {{"book.vcf", card("a") + card("b") + card("c")}};
     const Contents after = {{"book.vcf", card("a") + card("c")}};
 
-    const auto counts = killEverywhere(folder(), before, after, [&] { removeFrom(file(), {"b"}); });
+    const auto counts =
+        endEverywhere(Fate::Kill, folder(), before, after, [&] { removeFrom(file(), {"b"}); });
     if (!counts.canTrace) {
         GTEST_SKIP() << "Processes cannot be traced here.";
     }
 
-    EXPECT_GT(counts.kills, 20);
+    EXPECT_GT(counts.ends, 20);
     // A new file that never had a name goes with the program; it has one only from the end of one
     // call to the end of the next.
     EXPECT_LE(counts.leftovers, 2 + kRuntimeCalls);
-    std::cout << counts.kills << " kills, " << counts.leftovers << " leave a file behind\n";
+    std::cout << counts.ends << " kills, " << counts.leftovers << " leave a file behind\n";
+}
+
+TEST_F(BookKillTest, LeavesNothingBesideTheFileWhereverTheUserQuits)
+{
+    const Contents before = {{"book.vcf", card("a") + card("b") + card("c")}};
+    const Contents after = {{"book.vcf", card("a") + card("c")}};
+
+    const auto counts = endEverywhere(Fate::Terminate, folder(), before, after, [&] {
+        endOnSignals(EXIT_SUCCESS);
+        removeFrom(file(), {"b"});
+    });
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.ends, 20);
+    EXPECT_EQ(counts.leftovers, 0);
 }
 
 TEST_F(BookKillTest, LeavesEachFileOfAFolderOldOrNewWhereverTheProgramIsKilled)
@@ -131,47 +151,94 @@ TEST_F(BookKillTest, LeavesEachFileOfAFolderOldOrNewWhereverTheProgramIsKilled)
                              {"c.vcf", card("c1") + card("c2")}};
     const Contents after = {{"a.vcf", card("a2")}, {"b.vcf", std::nullopt}, {"c.vcf", card("c1")}};
 
-    const auto counts = killEverywhere(folder(), before, after, [&] {
+    const auto counts = endEverywhere(Fate::Kill, folder(), before, after, [&] {
         removeFrom(folder(), {"a1", "b", "c2"});
     });
     if (!counts.canTrace) {
         GTEST_SKIP() << "Processes cannot be traced here.";
     }
 
-    EXPECT_GT(counts.kills, 50);
+    EXPECT_GT(counts.ends, 50);
     EXPECT_GT(counts.halfDone, 0);
     EXPECT_LE(counts.leftovers, 4 + kRuntimeCalls);
-    std::cout << counts.kills << " kills, " << counts.leftovers << " leave a file behind\n";
+    std::cout << counts.ends << " kills, " << counts.leftovers << " leave a file behind\n";
+}
+
+TEST_F(BookKillTest, LeavesNothingBesideAFolderOldOrNewWhereverTheUserQuits)
+{
+    const Contents before = {{"a.vcf", card("a1") + card("a2")},
+                             {"b.vcf", card("b")},
+                             {"c.vcf", card("c1") + card("c2")}};
+    const Contents after = {{"a.vcf", card("a2")}, {"b.vcf", std::nullopt}, {"c.vcf", card("c1")}};
+
+    const auto counts = endEverywhere(Fate::Terminate, folder(), before, after, [&] {
+        endOnSignals(EXIT_SUCCESS);
+        removeFrom(folder(), {"a1", "b", "c2"});
+    });
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.ends, 50);
+    EXPECT_EQ(counts.halfDone, 0);
+    EXPECT_EQ(counts.leftovers, 0);
 }
 
 /// Where no file can be made without a name, as on some file systems.
-TEST_F(BookKillTest, LeavesTheOldFileOrTheNewOneWhereNewFilesNeedAName)
-{
-    const Contents before = {{"book.vcf", card("a") + card("b")}};
-    const Contents after = {{"book.vcf", card("b")}};
+class BookKillNamedTest : public BookKillTest {
+protected:
+    /// Deletes from a book there, ended everywhere; returns what `judge` says of it.
+    std::string endEverywhereThere(Fate fate,
+                                   const std::function<std::string(const Counts&)>& judge)
+    {
+        // Without /proc a file that has no name cannot get one.
+        return inChild([&]() -> std::string {
+            if (unshare(CLONE_NEWNS) != 0 ||
+                mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+                mount("none", "/proc", "tmpfs", 0, nullptr) != 0) {
+                return "no mounts";
+            }
+            const Contents before = {{"book.vcf", card("a") + card("b")}};
+            const Contents after = {{"book.vcf", card("b")}};
+            const auto counts = endEverywhere(fate, folder(), before, after, [&] {
+                endOnSignals(EXIT_SUCCESS);
+                removeFrom(file(), {"a"});
+            });
+            if (!counts.canTrace) {
+                return "no tracing";
+            }
+            return HasFailure() ? "failed" : judge(counts);
+        });
+    }
 
-    // Without /proc a file that has no name cannot get one.
-    const auto outcome = inChild([&]() -> std::string {
-        if (unshare(CLONE_NEWNS) != 0 ||
-            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            mount("none", "/proc", "tmpfs", 0, nullptr) != 0) {
-            return "no mounts";
-        }
-        const auto counts =
-            killEverywhere(folder(), before, after, [&] { removeFrom(file(), {"a"}); });
-        if (!counts.canTrace) {
-            return "no tracing";
-        }
-        if (HasFailure()) {
-            return "failed";
-        }
+    static bool isImpossible(const std::string& outcome)
+    {
+        return outcome == "no mounts" || outcome == "no tracing";
+    }
+};
+
+TEST_F(BookKillNamedTest, LeavesTheOldFileOrTheNewOneWhereverTheProgramIsKilled)
+{
+    const auto outcome = endEverywhereThere(Fate::Kill, [](const Counts& counts) {
         return counts.leftovers > 4 + kRuntimeCalls ? "done" : "the files had no name";
     });
-    if (outcome == "no mounts" || outcome == "no tracing") {
+    if (isImpossible(outcome)) {
         GTEST_SKIP() << "Only root can hide /proc, and not everywhere: " << outcome;
     }
 
     EXPECT_EQ(outcome, "done");
+}
+
+TEST_F(BookKillNamedTest, LeavesNothingBesideTheFileWhereverTheUserQuits)
+{
+    const auto outcome = endEverywhereThere(Fate::Terminate, [](const Counts& counts) {
+        return std::to_string(counts.leftovers) + " files are left";
+    });
+    if (isImpossible(outcome)) {
+        GTEST_SKIP() << "Only root can hide /proc, and not everywhere: " << outcome;
+    }
+
+    EXPECT_EQ(outcome, "0 files are left");
 }
 
 }  // namespace
