@@ -1,5 +1,6 @@
 #include "adapters/defaults/LockedFile.h"
 
+#include "adapters/posix/UnfinishedFile.h"
 #include "platform/PlatformError.h"
 
 #include <fcntl.h>
@@ -154,16 +155,12 @@ void LockedFile::replace(std::string_view content) const
     auto beside = file_;
     beside += ".new";
     ::unlink(beside.c_str());
-    const auto descriptor = openFile(beside, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
+    UnfinishedFile fresh(beside, O_WRONLY, S_IRUSR | S_IWUSR);
+    const auto& descriptor = fresh.descriptor();
     require(descriptor.isOpen());
-    try {
-        takeOverOwnerAndMode(descriptor, statusOf(descriptor_));
-        require(writeAll(descriptor, content) && ::fsync(descriptor.number()) == 0);
-        require(::rename(beside.c_str(), file_.c_str()) == 0);
-    } catch (const PlatformError&) {
-        ::unlink(beside.c_str());
-        throw;
-    }
+    takeOverOwnerAndMode(descriptor, statusOf(descriptor_));
+    require(writeAll(descriptor, content) && ::fsync(descriptor.number()) == 0);
+    require(fresh.finishAs(file_));
     // The new name, too, has to reach the disk; where it does not, the content is in place all the
     // same.
     syncFolder(file_.parent_path() / ".");
