@@ -1,5 +1,6 @@
 #include "adapters/qt/ModalSessions.h"
 
+#include "adapters/posix/ProcessEnd.h"
 #include "adapters/qt/WindowPlacement.h"
 
 #include <QApplication>
@@ -103,7 +104,7 @@ void ModalSessions::run(QWidget& window)
     if (session.isRunning) {
         // Somebody told every event loop to return: the process is to end, and nobody's question is
         // answered any more.
-        std::_Exit(EXIT_SUCCESS);
+        endProcess(EXIT_SUCCESS);
     }
 }
 

@@ -1,44 +1,18 @@
 #include "adapters/qt/QtApplication.h"
 
+#include "adapters/posix/ProcessEnd.h"
 #include "adapters/qt/QtWindow.h"
 
 #include <QApplication>
 #include <QEvent>
 #include <QThread>
 
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <thread>
 #include <utility>
 
 namespace dunmora {
-
-namespace {
-
-/// Ends the process as it is: other threads may be in the middle of anything, so nothing that they
-/// use is cleared away. Safe in a signal handler.
-[[noreturn]] void endProcess()
-{
-    std::_Exit(EXIT_SUCCESS);
-}
-
-extern "C" void endBySignal(int /*signal*/)
-{
-    endProcess();
-}
-
-void endOnSignals()
-{
-    std::signal(SIGTERM, endBySignal);
-    std::signal(SIGINT, endBySignal);
-    // A program that was started to survive its terminal does.
-    if (std::signal(SIGHUP, endBySignal) == SIG_IGN) {
-        std::signal(SIGHUP, SIG_IGN);
-    }
-}
-
-}  // namespace
 
 QtApplication::QtApplication(QApplication& application) : application_(application)
 {
@@ -49,10 +23,9 @@ QtApplication::QtApplication(QApplication& application) : application_(applicati
 
 void QtApplication::run(ApplicationDelegate& delegate)
 {
-    endOnSignals();
     // A display that breaks away makes Qt leave by exit, which would take apart what the other
     // threads use.
-    std::atexit([] { endProcess(); });
+    std::atexit([] { endProcess(EXIT_SUCCESS); });
     const auto tellActive = [&delegate](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) {
             delegate.applicationDidBecomeActive();
@@ -63,12 +36,12 @@ void QtApplication::run(ApplicationDelegate& delegate)
     // An alert before the launch may have made it active, and active is what it stays.
     tellActive(QGuiApplication::applicationState());
     QApplication::exec();
-    endProcess();
+    endProcess(EXIT_SUCCESS);
 }
 
 void QtApplication::terminate(const void* /*sender*/)
 {
-    endProcess();
+    endProcess(EXIT_SUCCESS);
 }
 
 int QtApplication::runModalForWindow(Window& window)
@@ -112,7 +85,7 @@ void QtApplication::performOnMainThread(const std::function<void()>& work)
 bool QtApplication::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == &application_ && event->type() == QEvent::Quit) {
-        endProcess();
+        endProcess(EXIT_SUCCESS);
     }
     return false;
 }

@@ -18,8 +18,8 @@ public:
     explicit QtApplication(QApplication& application);
 
     /// Tells the delegate of the application's life and handles events until the process ends, with
-    /// status 0: by `terminate`, by the desktop's wish (quitting, logging out), by SIGTERM, SIGINT
-    /// or SIGHUP, or because the display is gone.
+    /// status 0: by `terminate`, by the desktop's wish (quitting, logging out) or because the
+    /// display is gone.
     [[noreturn]] void run(ApplicationDelegate& delegate);
 
     ModalSessions& sessions() { return sessions_; }

@@ -1,5 +1,6 @@
 #include "adapters/bundle/BuildBundle.h"
 #include "adapters/eds/EdsBooks.h"
+#include "adapters/posix/ProcessEnd.h"
 #include "adapters/posix/ProcessSetUp.h"
 #include "platform/AddressBook.h"
 #include "platform/UserDefaults.h"
@@ -15,6 +16,7 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -71,6 +73,7 @@ int main(int argc, char* argv[])
     try {
         dunmora::occupyStandardStreams();
         dunmora::takeWriteSignalsAsErrors();
+        dunmora::endOnSignals(std::nullopt);
         return runProgram({argv + std::min(argc, 1), argv + argc});
     } catch (const std::exception& error) {
         std::cerr << "dunmora-cli: " << error.what() << '\n';

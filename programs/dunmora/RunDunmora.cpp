@@ -1,5 +1,6 @@
 #include "programs/dunmora/RunDunmora.h"
 
+#include "adapters/posix/ProcessEnd.h"
 #include "adapters/posix/ProcessSetUp.h"
 #include "adapters/qt/DesktopColorScheme.h"
 #include "adapters/qt/QtAlert.h"
@@ -128,6 +129,7 @@ int runDunmora(int argc, char** argv, Bundle& bundle)
     try {
         occupyStandardStreams();
         takeWriteSignalsAsErrors();
+        endOnSignals(EXIT_SUCCESS);
         const auto options = parse(argc, argv, bundle);
         if (const auto* const status = std::get_if<int>(&options)) {
             return *status;

@@ -6,6 +6,7 @@ Every test has a folder of its own, which is also the program's home, so that no
 
 import csv
 import errno
+import fcntl
 import io
 import json
 import os
@@ -13,9 +14,11 @@ import pathlib
 import pty
 import select
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 import unittest
 
@@ -42,6 +45,11 @@ BEN = card("ben", "Ben", "Li", "NOTE:kept\\, with a fold", " ed line")
 ANN_2 = card("ann-2", "Ann", "Lee", "X-ODD:whatever")
 BOOK = ANN_1 + b"text between cards\r\n" + BEN + ANN_2
 BOOK_WITHOUT_ANN_2 = BOOK[: -len(ANN_2)]
+
+
+def own_terminal():
+    """Makes the standard input the terminal whose keys are signals."""
+    fcntl.ioctl(0, termios.TIOCSCTTY, 0)
 
 
 class EndToEnd(unittest.TestCase):
@@ -79,7 +87,7 @@ class EndToEnd(unittest.TestCase):
         code and all that the terminal showed."""
         master, slave = pty.openpty()
         with subprocess.Popen([PROGRAM, *map(str, arguments)], stdin=slave, stdout=stdout or slave, stderr=slave,
-                              env=self.environment, start_new_session=True) as process:
+                              env=self.environment, start_new_session=True, preexec_fn=own_terminal) as process:
             os.close(slave)
             try:
                 shown = self.read_terminal(master, answer)
@@ -240,6 +248,12 @@ class DeleteTest(EndToEnd):
             self.assertEqual(code, 1, shown)
             self.assertIn("dunmora-cli: Nothing was deleted.", shown)
             self.assert_untouched()
+
+    def test_ends_as_a_shell_expects_when_it_is_interrupted(self):
+        code, shown = self.run_on_terminal("delete", self.book, "--backup", self.backup, answer=b"\x03")
+
+        self.assertEqual(code, -signal.SIGINT, shown)
+        self.assert_untouched()
 
     def test_asks_on_the_terminal_while_the_output_goes_to_a_file(self):
         with open(self.folder / "out", "w+b") as output:

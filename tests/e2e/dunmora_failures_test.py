@@ -1,10 +1,14 @@
 #!/usr/bin/python3
 """Fails and ends the real program in whatever it does: dunmora_failures_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
+import pathlib
+import signal
+
 import windowcase
 from bigbook import big_book
 from dunmora import FIELDS, NO_FIELD, NOTHING_CHECKED, is_alert, is_progress
 from dunmoracase import ANN_1, ANNS, BEN, BOOK, CARL_1, CARLS, DORA_1, DORA_2, JUNK, DunmoraCase
+from waiting import wait_for
 
 
 class FailureTest(DunmoraCase):
@@ -60,6 +64,16 @@ class EndTest(DunmoraCase):
     """Whatever it shows, it ends at once when it is told to."""
 
     BIG, BIG_WITHOUT_COPIES = big_book(30_000, 2_000)
+
+    @staticmethod
+    def wait_until_signals_are_handled(process_id):
+        """Until the first moments of a process are over, in which the system ends it."""
+        def is_handled():
+            status = pathlib.Path(f"/proc/{process_id}/status").read_text()
+            handled = next(int(line.split()[1], 16) for line in status.splitlines() if line.startswith("SigCgt:"))
+            return handled & (1 << (signal.SIGTERM - 1))
+
+        wait_for(is_handled, "handler of SIGTERM")
 
     def assert_ends(self, reach):
         """Ends a run that has been brought to a state, once by each of the ways there are."""
@@ -193,6 +207,16 @@ class EndTest(DunmoraCase):
 
                 dunmora.seconds_until_end()
                 self.assertEqual(dunmora.process.returncode, 0)
+
+    def test_before_its_window_is_there(self):
+        dunmora = self.start(self.book)
+        self.wait_until_signals_are_handled(dunmora.process.pid)
+
+        dunmora.terminate()
+
+        dunmora.seconds_until_end()
+        self.assertEqual(dunmora.process.returncode, 0)
+        self.assert_book(BOOK)
 
     def test_when_the_session_ends(self):
         dunmora = self.start_searched()

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <csignal>
 #include <cstdio>
 #include <stdexcept>
 #include <thread>
@@ -225,40 +224,6 @@ TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenTheDisplayBreaksAway)
     delegate.onLaunch = [&] { soon([] { std::exit(1); }); };
 
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");
-}
-
-TEST_F(QtApplicationDeathTest, EndsWithStatus0BySignal)
-{
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        TellingDelegate delegate;
-        delegate.onLaunch = [&] { soon([signal] { std::raise(signal); }); };
-
-        EXPECT_EXIT(
-            {
-                std::signal(signal, SIG_DFL);
-                application.run(delegate);
-            },
-            ExitedWithCode(0), "");
-    }
-}
-
-TEST_F(QtApplicationDeathTest, OutlivesItsTerminalWhenStartedSo)
-{
-    TellingDelegate delegate;
-    delegate.onLaunch = [&] {
-        soon([&] {
-            std::raise(SIGHUP);
-            std::fputs("alive ", stderr);
-            application.terminate(nullptr);
-        });
-    };
-
-    EXPECT_EXIT(
-        {
-            std::signal(SIGHUP, SIG_IGN);
-            application.run(delegate);
-        },
-        ExitedWithCode(0), "alive");
 }
 
 TEST_F(QtApplicationDeathTest, EndsWithTheMainWindowInTheMiddleOfEverything)
