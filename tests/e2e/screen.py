@@ -101,6 +101,20 @@ class Screen:
         value = self.property_of(self.root, "_NET_ACTIVE_WINDOW")
         return XWindow(self, self.display.create_resource_object("window", value[0])) if value and value[0] else None
 
+    @property
+    def focused_window(self):
+        """The window that keys go to at this moment; none while they are lost."""
+        focus = self.display.get_input_focus().focus
+        known = {window.window.id for window in self.windows}
+        while not isinstance(focus, int) and focus.id != self.root.id:
+            if focus.id in known:
+                return XWindow(self, focus)
+            try:
+                focus = focus.query_tree().parent
+            except Xlib.error.XError:
+                return None
+        return None
+
     def count_new_windows(self):
         """How many windows have got a frame since the last call, however short their life was."""
         count = 0

@@ -84,16 +84,20 @@ class Run:
 
     def press_quit(self):
         """Presses it again where it has reached nobody: between the end of a dialog and the moment in which the window
-        manager gives the keyboard to another window, keys are lost."""
+        manager gives the keyboard to another window, keys are lost. A window that had the keyboard all the time has got
+        the key, and has to obey."""
+        screen = self.program.screen
         for _ in range(PRESSES):
+            window = screen.focused_window
             pressed = time.monotonic()
-            self.program.screen.press("ctrl+q")
+            screen.press("ctrl+q")
             try:
                 self.program.process.wait(SECONDS_A_PRESS)
                 self.seconds = time.monotonic() - pressed
                 return
             except subprocess.TimeoutExpired:
-                pass
+                if window is not None and screen.focused_window == window:
+                    raise AssertionError("it has got the key to quit and goes on") from None
 
     def check_end(self):
         """Returns how long it took and whether the book is the new one."""
