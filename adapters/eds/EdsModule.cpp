@@ -32,11 +32,16 @@ std::filesystem::path moduleFile()
 
 }  // namespace
 
+bool hasContactModule()
+{
+    std::error_code error;
+    return std::filesystem::exists(moduleFile(), error);
+}
+
 std::unique_ptr<ContactService> loadContactService()
 {
     const auto file = moduleFile();
-    std::error_code error;
-    if (!std::filesystem::exists(file, error)) {
+    if (!hasContactModule()) {
         fail("Dunmora's module for them, " + std::string(kEdsModuleFile) + ", is not installed.");
     }
     // The libraries behind it register types for as long as the process lives.

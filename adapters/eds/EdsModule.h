@@ -11,4 +11,7 @@ class ContactService;
 /// Errors: PlatformError when the module, or a library that it needs, is not installed.
 std::unique_ptr<ContactService> loadContactService();
 
+/// Whether that module is installed; nothing is loaded. Errors: none.
+bool hasContactModule();
+
 }  // namespace dunmora

@@ -71,8 +71,11 @@ std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
 
 std::string libraries()
 {
-    return std::string("Qt ") + qVersion() +
-           " for its windows, CLI11 for its options and xxHash for the names of cards";
+    auto text = std::string("Qt ") + qVersion() + " for its windows, ";
+    if (const auto own = ownAddressBookLibrary(); !own.empty()) {
+        text += std::string(own) + ", ";
+    }
+    return text + "CLI11 for its options and xxHash for the names of cards";
 }
 
 /// Opens the address book of the command line; without one, the user's own if the machine has one.

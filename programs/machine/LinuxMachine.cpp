@@ -1,5 +1,6 @@
 #include "adapters/defaults/IniUserDefaults.h"
 #include "adapters/eds/EdsBooks.h"
+#include "adapters/eds/EdsModule.h"
 #include "adapters/vcard/VCardAddressBook.h"
 #include "programs/machine/Machine.h"
 
@@ -27,6 +28,11 @@ std::string_view ownAddressBookHelp()
 {
     return "eds: for all address books of the desktop, which is the default, or eds:UID for one "
            "of them";
+}
+
+std::string_view ownAddressBookLibrary()
+{
+    return hasContactModule() ? "libebook for the desktop's address books" : "";
 }
 
 bool hasOwnAddressBook()

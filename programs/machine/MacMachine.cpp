@@ -15,6 +15,11 @@ std::string_view ownAddressBookHelp()
     return "macos: for the Mac's own address book, which is the default";
 }
 
+std::string_view ownAddressBookLibrary()
+{
+    return "";
+}
+
 bool hasOwnAddressBook()
 {
     // Whether the user lets the program see it is only known once it is read.

@@ -19,6 +19,10 @@ std::string_view ownAddressBookName();
 /// What to say about that name, and others like it, behind what a path may be.
 std::string_view ownAddressBookHelp();
 
+/// What the user's own address book is reached with, and for what, as a user reads it; empty where
+/// that comes with the machine or is not installed.
+std::string_view ownAddressBookLibrary();
+
 /// Whether the user's own address book can be opened here and now. Blocks for a moment.
 bool hasOwnAddressBook();
 

@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """Uses the real program as a person does: dunmora_windows_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
+import pathlib
+
 import windowcase
 from bigbook import big_book
 from drop import FileDrag
@@ -417,6 +419,19 @@ class NotesTest(DunmoraCase):
 
         dunmora.total("2 duplicates of 3")
         self.assert_book(ANN_1 + JUNK + BEN + CARL_1 + BROKEN)
+
+
+class AboutTest(DunmoraCase):
+    def test_names_the_version_and_the_libraries(self):
+        dunmora = self.start_searched()
+
+        dunmora.choose("Help", "About Dunmora")
+
+        title, text = texts_of(dunmora.wait_for_window(is_alert, "alert"))
+        self.assertRegex(title, r"^Dunmora \d")
+        self.assertRegex(text, r"Qt 6\.\d.*CLI11.*xxHash")
+        has_module = pathlib.Path(self.executable).with_name("dunmora-eds.so").exists()
+        self.assertEqual("libebook" in text, has_module)
 
 
 class DropTest(DunmoraCase):
