@@ -10,6 +10,7 @@
 #include <QMetaEnum>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 
 #include <stdexcept>
@@ -80,13 +81,23 @@ void applyMinimumSize(QWidget& widget)
     }
 }
 
+/// What a window may have on the screen beside its frame, as far as that can be known before the
+/// window manager has made one.
+QSize roomWithinFrame(const QWidget& window)
+{
+    const auto& style = *window.style();
+    const int edge = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &window);
+    const int title = style.pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+    return window.screen()->availableSize() - QSize(2 * edge, title + edge);
+}
+
 void applyInitialSize(QWidget& window)
 {
     if (has(window, "initialColumns")) {
         const auto metrics = window.fontMetrics();
         const QSize wanted(metrics.averageCharWidth() * window.property("initialColumns").toInt(),
                            metrics.lineSpacing() * window.property("initialLines").toInt());
-        window.resize(wanted.boundedTo(window.screen()->availableSize()));
+        window.resize(wanted.boundedTo(roomWithinFrame(window)));
     }
 }
 

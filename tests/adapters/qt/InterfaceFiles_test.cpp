@@ -96,6 +96,7 @@ private:
 };
 
 using ControllersTest = QtTest;
+using MainWindowTest = QtTest;
 
 void ask(Interface& interface, const Wish& wish)
 {
@@ -291,6 +292,23 @@ TEST_F(UpdateWindowTest, ShowsTheMessageAndTheWayOutInEveryLayout)
         EXPECT_EQ(isSeen(widgetIn<QWidget>(window, "progressIndicator")), isBusy);
         EXPECT_EQ(isSeen(widgetIn<QWidget>(window, "btnDownload")), !isBusy);
     }
+}
+
+TEST_F(MainWindowTest, LeavesRoomForItsFrameOnAScreenThatItFills)
+{
+    const auto font = QApplication::font();
+    auto large = font;
+    large.setPointSizeF(3 * font.pointSizeF());
+    QApplication::setFont(large);
+
+    const auto interface = load("MainWindow");
+    interface->window().show();
+
+    const auto& window = shownWindow(QStringLiteral("MainWindow"));
+    const auto screen = window.screen()->availableSize();
+    EXPECT_LT(window.width(), screen.width());
+    EXPECT_LT(window.height(), screen.height());
+    QApplication::setFont(font);
 }
 
 TEST_F(UpdateWindowTest, ShowsWhatTheServiceSendsAsPlainText)
