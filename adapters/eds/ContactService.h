@@ -26,6 +26,8 @@ struct ContactText {
 struct BookContent {
     /// Why it could not be read, in a sentence without the book's name; empty when it was.
     std::string failure;
+    /// Whether it could not be read because nobody answered in time.
+    bool isUnanswered = false;
     bool isWritable = false;
     /// How many people `remove` should be asked to take at once. More than one only where a
     /// removal that fails removes nobody.
@@ -40,6 +42,8 @@ struct RemovalAnswer {
         Removed,
         /// Somebody among them is not in the book.
         NoSuchPerson,
+        /// Somebody among them has changed on the server behind the book, which has removed nobody.
+        Changed,
         /// The book, or the server behind it, would not.
         Refused,
         /// Nobody answered in time; it may happen yet.

@@ -73,6 +73,10 @@ void EdsDeletion::removeBatch(const ServiceBook& book, const Batch& batch)
 void EdsDeletion::settleFailed(const ServiceBook& book, const Batch& batch,
                                const RemovalAnswer& answer)
 {
+    if (answer.outcome == Outcome::Changed && batch.size() == 1) {
+        ++changed_;
+        return;
+    }
     hasStopped_ = hasStopped_ || answer.outcome == Outcome::NoAnswer;
     const auto after = look(book, batch);
     if (!after) {
