@@ -2,30 +2,32 @@
 
 #include "adapters/posix/UnfinishedFile.h"
 
+#include <array>
 #include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
-#include <ctime>
+#include <system_error>
+#include <thread>
 
-#include <pthread.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace dunmora {
 
 namespace {
 
-constexpr int kEndSignals[] = {SIGTERM, SIGINT, SIGHUP};  // NOLINT(*-c-arrays)
-
 // How many threads are in unbroken work, and whether the end has come. One word, so that none can
 // begin between the look at the number and the end.
 constexpr unsigned kEnding = 1U << 31U;
 std::atomic<unsigned> work = 0;
-static_assert(decltype(work)::is_always_lock_free, "A signal handler may not wait for a lock.");
 
 thread_local int depth = 0;
 
-// The status to end with by a signal; negative: by the signal itself.
-constexpr int kBySignal = -1;
-std::atomic<int> signalStatus = kBySignal;
+// Where the handler passes the number of its signal on to.
+std::atomic<int> signals = -1;
+static_assert(decltype(signals)::is_always_lock_free, "A signal handler may not wait for a lock.");
 
 /// Waits for the process's end, which another thread brings about.
 [[noreturn]] void waitForEnd()
@@ -35,26 +37,19 @@ std::atomic<int> signalStatus = kBySignal;
     }
 }
 
-double seconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    constexpr double kNanosecond = 1e-9;
-    return static_cast<double>(now.tv_sec) + kNanosecond * static_cast<double>(now.tv_nsec);
-}
-
 /// Lets no more unbroken work begin and waits for what has begun. Returns whether that has ended.
 bool stopUnbrokenWork()
 {
-    constexpr double kPatience = 1;
-    constexpr timespec kMoment{0, 1'000'000};
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::seconds kPatience(1);
+    constexpr std::chrono::milliseconds kMoment(1);
     work |= kEnding;
-    const auto end = seconds() + kPatience;
+    const auto end = Clock::now() + kPatience;
     while (work != kEnding) {
-        if (seconds() > end) {
+        if (Clock::now() > end) {
             return false;
         }
-        nanosleep(&kMoment, nullptr);
+        std::this_thread::sleep_for(kMoment);
     }
     return true;
 }
@@ -66,16 +61,41 @@ void putInOrder()
     }
 }
 
-extern "C" void endBySignal(int signal)
+/// Does not end the process itself: it may have interrupted a thread that holds what others need to
+/// end their work, such as the lock of the memory.
+extern "C" void passSignalOn(int signal)
 {
-    const int status = signalStatus;
-    if (status != kBySignal) {
-        endProcess(status);
+    const int error = errno;
+    const auto number = static_cast<unsigned char>(signal);
+    // It fails only where there are thousands of signals already.
+    [[maybe_unused]] const auto written = write(signals, &number, 1);
+    errno = error;
+}
+
+/// Waits for the first signal and ends the process.
+[[noreturn]] void endAtSignal(int source, std::optional<int> status)
+{
+    unsigned char signal = 0;
+    while (read(source, &signal, 1) != 1) {}
+    if (status) {
+        endProcess(*status);
     }
     putInOrder();
-    // It arrives when this handler returns.
     std::signal(signal, SIG_DFL);
     std::raise(signal);
+    // Not reached: nobody keeps that signal from this thread.
+    std::_Exit(EXIT_FAILURE);
+}
+
+/// The reading and the writing end of a new pipe, which no other program inherits.
+std::array<int, 2> makePipe()
+{
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0 || fcntl(ends[0], F_SETFD, FD_CLOEXEC) != 0 ||
+        fcntl(ends[1], F_SETFD, FD_CLOEXEC) != 0) {
+        throw std::system_error(errno, std::generic_category());
+    }
+    return ends;
 }
 
 }  // namespace
@@ -86,12 +106,6 @@ UnbrokenWork::UnbrokenWork()
     if (depth++ > 0) {
         return;
     }
-    sigset_t endSignals{};
-    sigemptyset(&endSignals);
-    for (const int signal : kEndSignals) {
-        sigaddset(&endSignals, signal);
-    }
-    pthread_sigmask(SIG_BLOCK, &endSignals, &signalsBefore_);
     if ((work.fetch_add(1) & kEnding) != 0) {
         --work;
         waitForEnd();
@@ -100,11 +114,9 @@ UnbrokenWork::UnbrokenWork()
 
 UnbrokenWork::~UnbrokenWork()
 {
-    if (--depth > 0) {
-        return;
+    if (--depth == 0) {
+        --work;
     }
-    --work;
-    pthread_sigmask(SIG_SETMASK, &signalsBefore_, nullptr);
 }
 
 void endProcess(int status)
@@ -115,9 +127,11 @@ void endProcess(int status)
 
 void endOnSignals(std::optional<int> status)
 {
-    signalStatus = status.value_or(kBySignal);
-    for (const int signal : kEndSignals) {
-        if (std::signal(signal, endBySignal) == SIG_IGN) {
+    const auto ends = makePipe();
+    signals = ends[1];
+    std::thread([source = ends[0], status] { endAtSignal(source, status); }).detach();
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        if (std::signal(signal, passSignalOn) == SIG_IGN) {
             std::signal(signal, SIG_IGN);
         }
     }

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <mutex>
+#include <set>
 #include <utility>
 
 #include <fcntl.h>
@@ -15,7 +16,13 @@ namespace dunmora {
 namespace {
 
 std::mutex listing;
-UnfinishedFile* first = nullptr;
+
+/// Never destroyed: the end of the process takes the files away.
+std::set<const UnfinishedFile*>& unfinishedFiles()
+{
+    static auto& files = *new std::set<const UnfinishedFile*>;
+    return files;
+}
 
 }  // namespace
 
@@ -24,12 +31,9 @@ UnfinishedFile::UnfinishedFile(std::filesystem::path path, int flags, mode_t mod
 {
     const UnbrokenWork unbroken;
     descriptor_ = openFile(path_, flags | O_CREAT | O_EXCL, mode);
-    if (!descriptor_.isOpen()) {
-        return;
+    if (descriptor_.isOpen()) {
+        enterList();
     }
-    const std::lock_guard guard(listing);
-    next_ = std::exchange(first, this);
-    isListed_ = true;
 }
 
 UnfinishedFile::~UnfinishedFile()
@@ -57,21 +61,24 @@ bool UnfinishedFile::finishAs(const std::filesystem::path& target)
     return isDone;
 }
 
+void UnfinishedFile::enterList()
+{
+    const std::lock_guard guard(listing);
+    unfinishedFiles().insert(this);
+    isListed_ = true;
+}
+
 void UnfinishedFile::leaveList()
 {
     const std::lock_guard guard(listing);
-    for (auto** at = &first; *at != nullptr; at = &(*at)->next_) {
-        if (*at == this) {
-            *at = next_;
-            break;
-        }
-    }
+    unfinishedFiles().erase(this);
     isListed_ = false;
 }
 
 void UnfinishedFile::takeAllAway()
 {
-    for (auto* file = first; file != nullptr; file = file->next_) {
+    const std::lock_guard guard(listing);
+    for (const auto* const file : unfinishedFiles()) {
         unlink(file->path_.c_str());
     }
 }

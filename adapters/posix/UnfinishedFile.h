@@ -32,18 +32,15 @@ public:
     /// As rename(2), and finishes the file. Errors: false, and errno; the file is then unfinished.
     bool finishAs(const std::filesystem::path& target);
 
-    /// Takes away the files of all objects. Safe in a signal handler when no other thread makes,
-    /// finishes or destroys one.
+    /// Takes away the files of all objects.
     static void takeAllAway();
 
 private:
+    void enterList();
     void leaveList();
 
     std::filesystem::path path_;
     Descriptor descriptor_;
-    // Whoever ends the process by a signal may allocate nothing and wait for nobody: the objects
-    // are a list through themselves.
-    UnfinishedFile* next_ = nullptr;
     bool isListed_ = false;
 };
 

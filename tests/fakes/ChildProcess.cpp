@@ -6,9 +6,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <exception>
 #include <stdexcept>
+#include <thread>
 
 namespace dunmora::test {
 
@@ -89,8 +92,13 @@ End traceChild(const std::function<void()>& body, const std::function<Fate(Syste
     ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL | PTRACE_O_TRACESYSGOOD);
     int signal = 0;
     long number = 0;
+    bool isToEnd = false;
     while (true) {
-        if (ptrace(PTRACE_SYSCALL, child, nullptr, signal) != 0) {
+        if (isToEnd) {
+            constexpr std::chrono::milliseconds kTimeForTheOthers(3);
+            std::this_thread::sleep_for(kTimeForTheOthers);
+        }
+        if (ptrace(PTRACE_SYSCALL, child, nullptr, signal) != 0 && errno != ESRCH) {
             killAndWait(child);
             return End::CannotBeTraced;
         }
@@ -105,6 +113,9 @@ End traceChild(const std::function<void()>& body, const std::function<Fate(Syste
         signal = 0;
         __ptrace_syscall_info info{};
         if (ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof info, &info) <= 0) {
+            if (errno == ESRCH) {
+                continue;
+            }
             killAndWait(child);
             return End::CannotBeTraced;
         }
@@ -120,6 +131,7 @@ End traceChild(const std::function<void()>& body, const std::function<Fate(Syste
         }
         if (fate == Fate::Terminate) {
             kill(child, SIGTERM);
+            isToEnd = true;
         }
     }
 }

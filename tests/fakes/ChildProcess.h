@@ -24,8 +24,9 @@ enum class Fate { GoOn, Kill, Terminate };
 enum class End { Ended, Killed, CannotBeTraced };
 
 /// Runs the body in a child, stops it before and after each call to the system, and asks there
-/// whether it goes on, is killed on the spot, or gets SIGTERM. Where processes cannot be traced,
-/// nothing is run.
+/// whether it goes on, is killed on the spot, or gets SIGTERM. From then on it goes on slowly, so
+/// that another thread of it, which is not traced, has the time to end it. Where processes cannot
+/// be traced, nothing is run.
 End traceChild(const std::function<void()>& body, const std::function<Fate(SystemCall)>& atCall);
 
 }  // namespace dunmora::test

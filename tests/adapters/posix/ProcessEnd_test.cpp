@@ -17,6 +17,7 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,6 +42,18 @@ protected:
         std::thread([&hasBegun, body] { body([&hasBegun] { hasBegun = true; }); }).detach();
         while (!hasBegun) {
             std::this_thread::yield();
+        }
+    }
+
+    /// Another thread ends the process.
+    static void waitForEnd() { std::this_thread::sleep_for(1min); }
+
+    static void useMemoryFor(std::chrono::steady_clock::duration time)
+    {
+        const auto end = std::chrono::steady_clock::now() + time;
+        while (std::chrono::steady_clock::now() < end) {
+            const std::vector<std::string> pieces(100, std::string(100, 'x'));
+            EXPECT_EQ(pieces.size(), 100U);
         }
     }
 
@@ -177,7 +190,7 @@ TEST_F(ProcessEndDeathTest, EndsBySignalsInOrder)
                 endOnSignals(status);
                 const UnfinishedFile unfinished(file("unfinished"), O_WRONLY, S_IRUSR);
                 std::raise(signal);
-                std::abort();
+                waitForEnd();
             };
 
             if (status) {
@@ -203,7 +216,7 @@ TEST_F(ProcessEndDeathTest, IgnoresASignalThatItWasStartedToIgnore)
         ExitedWithCode(kStatus), "");
 }
 
-TEST_F(ProcessEndDeathTest, KeepsASignalFromUnbrokenWorkOfTheSameThread)
+TEST_F(ProcessEndDeathTest, FinishesUnbrokenWorkOfTheThreadThatASignalInterrupts)
 {
     EXPECT_EXIT(
         {
@@ -211,13 +224,37 @@ TEST_F(ProcessEndDeathTest, KeepsASignalFromUnbrokenWorkOfTheSameThread)
             {
                 const UnbrokenWork unbroken;
                 std::raise(SIGTERM);
+                std::this_thread::sleep_for(100ms);
                 write(file("done"), "");
             }
-            std::abort();
+            waitForEnd();
         },
         ExitedWithCode(kStatus), "");
 
     EXPECT_TRUE(std::filesystem::exists(file("done")));
+}
+
+/// A signal may interrupt a thread that holds the lock of the memory, which the work needs too.
+TEST_F(ProcessEndDeathTest, FinishesUnbrokenWorkThatNeedsMemoryWhateverASignalInterrupts)
+{
+    constexpr int kEnds = 10;
+    for (int end = 0; end < kEnds; ++end) {
+        EXPECT_EXIT(
+            {
+                endOnSignals(kStatus);
+                startWork([&](const auto& begun) {
+                    const UnbrokenWork unbroken;
+                    begun();
+                    useMemoryFor(50ms);
+                    write(file("done"), "");
+                });
+                kill(getpid(), SIGTERM);
+                useMemoryFor(1min);
+            },
+            ExitedWithCode(kStatus), "");
+
+        ASSERT_TRUE(std::filesystem::remove(file("done")));
+    }
 }
 
 TEST_F(ProcessEndDeathTest, WaitsForUnbrokenWorkOfAnotherThreadAtASignal)
@@ -232,7 +269,7 @@ TEST_F(ProcessEndDeathTest, WaitsForUnbrokenWorkOfAnotherThreadAtASignal)
                 write(file("done"), "");
             });
             kill(getpid(), SIGTERM);
-            std::this_thread::sleep_for(1min);
+            waitForEnd();
         },
         ExitedWithCode(kStatus), "");
 
