@@ -31,8 +31,18 @@ std::string counted(std::size_t count, const std::string& one, const std::string
 void EdsDeletion::remove(const ServiceBook& book, std::size_t batchSize,
                          const std::vector<EdsRemoval>& people)
 {
+    if (people.empty()) {
+        return;
+    }
     asked_ += people.size();
+    if (hasStopped_) {
+        untried_ += people.size();
+        tell(book, "It was not tried any more.");
+        return;
+    }
+    isGivenUp_ = false;
     refusalsInARow_ = 0;
+    lastSuccess_ = now_();
     const auto step = std::max<std::size_t>(batchSize, 1);
     for (std::size_t begin = 0; begin < people.size(); begin += step) {
         const auto end = std::min(begin + step, people.size());
@@ -43,17 +53,26 @@ void EdsDeletion::remove(const ServiceBook& book, std::size_t batchSize,
 
 bool EdsDeletion::isHopeless() const
 {
-    // A server that has refused so many one after the other will refuse the rest too, and a round
-    // trip for each could take hours.
-    constexpr std::size_t kPatience = 10;
-    return hasStopped_ || refusalsInARow_ >= kPatience;
+    // A server that has refused so many one after the other, or for so long, will refuse the rest
+    // too, and a round trip for each could take hours.
+    constexpr std::size_t kMostRefusals = 10;
+    constexpr std::chrono::seconds kPatience(8);
+    return hasStopped_ || isGivenUp_ || refusalsInARow_ >= kMostRefusals ||
+           (refusalsInARow_ > 0 && now_() - lastSuccess_ > kPatience);
+}
+
+void EdsDeletion::giveUp(const ServiceBook& book, const BookContent& content)
+{
+    isGivenUp_ = true;
+    hasStopped_ = hasStopped_ || content.isUnanswered;
+    tell(book, content.failure);
 }
 
 void EdsDeletion::removeBatch(const ServiceBook& book, const Batch& batch)
 {
     const auto before = isHopeless() ? std::nullopt : look(book, batch);
     if (!before) {
-        left_ += batch.size();
+        untried_ += batch.size();
         return;
     }
     gone_ += before->absent;
@@ -65,6 +84,7 @@ void EdsDeletion::removeBatch(const ServiceBook& book, const Batch& batch)
     if (answer.outcome == Outcome::Removed) {
         removed_ += before->unchanged.size();
         refusalsInARow_ = 0;
+        lastSuccess_ = now_();
     } else {
         settleFailed(book, before->unchanged, answer);
     }
@@ -77,18 +97,25 @@ void EdsDeletion::settleFailed(const ServiceBook& book, const Batch& batch,
         ++changed_;
         return;
     }
-    hasStopped_ = hasStopped_ || answer.outcome == Outcome::NoAnswer;
+    const bool mayHappenYet = answer.outcome == Outcome::NoAnswer;
+    hasStopped_ = hasStopped_ || mayHappenYet;
     const auto after = look(book, batch);
     if (!after) {
         unknown_ += batch.size();
         tell(book, answer.reason);
         return;
     }
-    // A book that misses somebody has removed nobody: others were faster. After any other failure
-    // whoever is gone went with our removal, of which only the answer was lost.
-    (answer.outcome == Outcome::NoSuchPerson ? gone_ : removed_) += after->absent;
+    // A book that misses somebody, or has another version, has removed nobody: others were faster.
+    // After any other failure whoever is gone went with our removal, of which only the answer was
+    // lost.
+    const bool removedNobody =
+        answer.outcome == Outcome::NoSuchPerson || answer.outcome == Outcome::Changed;
+    (removedNobody ? gone_ : removed_) += after->absent;
     changed_ += after->changed;
-    if (batch.size() > 1 && !hasStopped_) {
+    if (mayHappenYet) {
+        unknown_ += after->unchanged.size();
+        tell(book, answer.reason);
+    } else if (batch.size() > 1) {
         for (const auto& person : after->unchanged) {
             removeBatch(book, {person});
         }
@@ -103,8 +130,7 @@ std::optional<EdsDeletion::Sighting> EdsDeletion::look(const ServiceBook& book, 
 {
     const auto found = service_.find(book.uid, uidsOf(batch));
     if (!found.failure.empty()) {
-        hasStopped_ = true;
-        tell(book, found.failure);
+        giveUp(book, found);
         return std::nullopt;
     }
     std::unordered_map<std::string_view, std::string_view> cards;
@@ -135,7 +161,7 @@ void EdsDeletion::tell(const ServiceBook& book, const std::string& reason)
 
 std::string EdsDeletion::failure() const
 {
-    if (changed_ + left_ + unknown_ == 0) {
+    if (changed_ + left_ + unknown_ + untried_ == 0) {
         return {};
     }
     auto text = "Not everybody was deleted. Of " + counted(asked_, "person ", "people ") +
@@ -144,6 +170,9 @@ std::string EdsDeletion::failure() const
                 counted(changed_, "has changed meanwhile and was left alone, ",
                         "have changed meanwhile and were left alone, ") +
                 counted(left_, "is still there.", "are still there.");
+    if (untried_ > 0) {
+        text += " " + counted(untried_, "was not tried.", "were not tried.");
+    }
     if (unknown_ > 0) {
         text += " What became of " + counted(unknown_, "other", "others") + " is not known.";
     }

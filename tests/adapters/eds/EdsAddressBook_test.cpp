@@ -1,9 +1,19 @@
 #include "adapters/eds/EdsAddressBook.h"
 #include "adapters/eds/EdsBooks.h"
+#include "adapters/eds/EdsDeletion.h"
 #include "tests/adapters/eds/FakeContactService.h"
 #include "tests/fakes/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace dunmora::test {
 namespace {
@@ -50,6 +60,17 @@ protected:
     {
         ask(book, uids);
         return failureOf([&] { book.save(); });
+    }
+
+    /// The removal of all of them, as they are.
+    static std::vector<EdsRemoval> removalsOf(const std::vector<ContactText>& people)
+    {
+        std::vector<EdsRemoval> removals;
+        removals.reserve(people.size());
+        for (const auto& person : people) {
+            removals.push_back({person.uid, person.card});
+        }
+        return removals;
     }
 
     FakeDesktopBooks desktop_;
@@ -314,9 +335,81 @@ TEST_F(EdsAddressBookTest, TriesNothingMoreAfterNobodyAnswered)
 
     EXPECT_EQ(deletionOf(book, {"home/a", "home/b", "home/c", "work/a"}),
               "Not everybody was deleted. Of 4 people 0 were deleted, 0 were gone already, 0 have "
-              "changed meanwhile and were left alone, 4 are still there. “Book home”: Nobody "
-              "answers.");
+              "changed meanwhile and were left alone, 0 are still there. 2 were not tried. What "
+              "became of 2 others is not known. “Book home”: Nobody answers. “Book work”: It was "
+              "not tried any more.");
     EXPECT_EQ(desktop_.removals.size(), 1U);
+}
+
+TEST_F(EdsAddressBookTest, TriesNothingMoreAfterNobodyAnsweredALook)
+{
+    desktop_.add("home", {"a", "b", "c"}, 2);
+    desktop_.add("work", {"a"}, 2);
+    auto& book = all();
+    book.readPeople();
+    desktop_.onFind = [](const std::string& /*uid*/, BookContent& found) {
+        found.failure = "Nobody answers.";
+        found.isUnanswered = true;
+    };
+
+    EXPECT_EQ(deletionOf(book, {"home/a", "home/b", "home/c", "work/a"}),
+              "Not everybody was deleted. Of 4 people 0 were deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 0 are still there. 4 were not tried. “Book "
+              "home”: Nobody answers. “Book work”: It was not tried any more.");
+    EXPECT_TRUE(desktop_.removals.empty());
+}
+
+TEST_F(EdsAddressBookTest, GoesOnWithTheOtherBooksWhenOneCannotBeRead)
+{
+    desktop_.add("home", {"a", "b", "c"}, 2);
+    desktop_.add("work", {"a", "b"}, 2);
+    auto& book = all();
+    book.readPeople();
+    desktop_.onFind = [](const std::string& uid, BookContent& found) {
+        found.failure = uid == "home" ? "No such file." : "";
+    };
+
+    EXPECT_EQ(deletionOf(book, {"home/a", "home/b", "home/c", "work/a"}),
+              "Not everybody was deleted. Of 4 people 1 was deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 0 are still there. 3 were not tried. “Book "
+              "home”: No such file.");
+    EXPECT_EQ(desktop_.uidsIn("work"), Lines{"b"});
+}
+
+TEST_F(EdsAddressBookTest, LeavesPeopleAloneWhoChangedOnTheServer)
+{
+    desktop_.add("server", {"a", "b", "c"}, 1);
+    auto& book = one("server");
+    book.readPeople();
+    desktop_.onRemove = [](const Lines& people) -> std::optional<RemovalAnswer> {
+        if (people == Lines{"a"}) {
+            return RemovalAnswer{Outcome::Changed, "The server has another version."};
+        }
+        return std::nullopt;
+    };
+
+    EXPECT_EQ(deletionOf(book, {"a", "b"}),
+              "Not everybody was deleted. Of 2 people 1 was deleted, 0 were gone already, 1 has "
+              "changed meanwhile and was left alone, 0 are still there.");
+    EXPECT_EQ(desktop_.uidsIn("server"), (Lines{"a", "c"}));
+}
+
+TEST_F(EdsAddressBookTest, FindsOutWhoOfABatchChangedOnTheServer)
+{
+    desktop_.add("server", {"a", "b"}, 2);
+    auto& book = one("server");
+    book.readPeople();
+    desktop_.onRemove = [](const Lines& people) -> std::optional<RemovalAnswer> {
+        if (std::find(people.begin(), people.end(), "a") != people.end()) {
+            return RemovalAnswer{Outcome::Changed, "The server has another version."};
+        }
+        return std::nullopt;
+    };
+
+    EXPECT_EQ(deletionOf(book, {"a", "b"}),
+              "Not everybody was deleted. Of 2 people 1 was deleted, 0 were gone already, 1 has "
+              "changed meanwhile and was left alone, 0 are still there.");
+    EXPECT_EQ(desktop_.uidsIn("server"), Lines{"a"});
 }
 
 TEST_F(EdsAddressBookTest, AdmitsWhatItCannotKnow)
@@ -325,14 +418,17 @@ TEST_F(EdsAddressBookTest, AdmitsWhatItCannotKnow)
     auto& book = one("home");
     book.readPeople();
     desktop_.onRemove = [&](const Lines& /*people*/) {
-        desktop_.onFind = [] { return "Nobody answers."; };
+        desktop_.onFind = [](const std::string& /*uid*/, BookContent& found) {
+            found.failure = "Nobody answers.";
+            found.isUnanswered = true;
+        };
         return RemovalAnswer{Outcome::NoAnswer, "Nobody answers."};
     };
 
     EXPECT_EQ(deletionOf(book, {"a", "b", "c"}),
               "Not everybody was deleted. Of 3 people 0 were deleted, 0 were gone already, 0 have "
-              "changed meanwhile and were left alone, 1 is still there. What became of 2 others is "
-              "not known. “Book home”: Nobody answers.");
+              "changed meanwhile and were left alone, 0 are still there. 1 was not tried. What "
+              "became of 2 others is not known. “Book home”: Nobody answers.");
 }
 
 TEST_F(EdsAddressBookTest, DoesNotAskAServerForEverThatRefusesEverything)
@@ -350,8 +446,32 @@ TEST_F(EdsAddressBookTest, DoesNotAskAServerForEverThatRefusesEverything)
 
     EXPECT_EQ(deletionOf(book, many),
               "Not everybody was deleted. Of 50 people 0 were deleted, 0 were gone already, 0 have "
-              "changed meanwhile and were left alone, 50 are still there. “Book server”: No.");
+              "changed meanwhile and were left alone, 10 are still there. 40 were not tried. “Book "
+              "server”: No.");
     EXPECT_EQ(desktop_.removals.size(), 10U);
+}
+
+TEST_F(EdsAddressBookTest, DoesNotAskAServerForLongThatRefusesSlowly)
+{
+    desktop_.add("server", {"a", "b", "c", "d", "e"}, 1);
+    const auto reviewed = desktop_.book("server").content.people;
+    FakeContactService service(desktop_);
+    EdsDeletion::Time now;
+    EdsDeletion deletion(service, [&] { return now; });
+    desktop_.onRemove = [&](const Lines& people) -> std::optional<RemovalAnswer> {
+        now += std::chrono::seconds(5);
+        if (people == Lines{"a"}) {
+            return std::nullopt;
+        }
+        return RemovalAnswer{Outcome::Refused, "No."};
+    };
+
+    deletion.remove({"server", "Book server", "carddav"}, 1, removalsOf(reviewed));
+
+    EXPECT_EQ(deletion.failure(),
+              "Not everybody was deleted. Of 5 people 1 was deleted, 0 were gone already, 0 have "
+              "changed meanwhile and were left alone, 2 are still there. 2 were not tried. “Book "
+              "server”: No.");
 }
 
 TEST_F(EdsAddressBookTest, BacksUpTheCardsAsTheServiceGivesThem)

@@ -46,7 +46,8 @@ TEST(EdsLostBus, IsToldAndNeitherHangsNorEndsTheProgram)
 
     EXPECT_EQ(saving,
               "Not everybody was deleted. Of 1 person 0 were deleted, 0 were gone already, 0 have "
-              "changed meanwhile and were left alone, 1 is still there. “Friends”: The connection "
+              "changed meanwhile and were left alone, 0 are still there. 1 was not tried. "
+              "“Friends”: The connection "
               "to the session bus (D-Bus) is closed.");
     EXPECT_EQ(reading,
               "The desktop's address books cannot be reached: The connection to the session bus "
