@@ -14,15 +14,15 @@ namespace dunmora {
 
 namespace {
 
-/// Where the module of a program is looked for: beside it, as a build leaves them, and where
-/// libraries are installed.
+/// The module of this program, which lies beside it; empty when there is none. Nothing is ever
+/// looked for in the folder that the user happens to be in.
 std::filesystem::path moduleFile()
 {
     std::error_code error;
-    const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    const auto beside = folder / kEdsModuleFile;
-    const auto installed = folder.parent_path() / "lib" / "dunmora" / kEdsModuleFile;
-    return std::filesystem::exists(beside, error) ? beside : installed;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    const auto file = program.parent_path() / kEdsModuleFile;
+    return file.is_absolute() && std::filesystem::exists(file, error) ? file
+                                                                      : std::filesystem::path();
 }
 
 [[noreturn]] void fail(const std::string& reason)
@@ -34,14 +34,13 @@ std::filesystem::path moduleFile()
 
 bool hasContactModule()
 {
-    std::error_code error;
-    return std::filesystem::exists(moduleFile(), error);
+    return !moduleFile().empty();
 }
 
 std::unique_ptr<ContactService> loadContactService()
 {
     const auto file = moduleFile();
-    if (!hasContactModule()) {
+    if (file.empty()) {
         fail("Dunmora's module for them, " + std::string(kEdsModuleFile) + ", is not installed.");
     }
     // The libraries behind it register types for as long as the process lives.
