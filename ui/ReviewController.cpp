@@ -62,6 +62,7 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
       btnLastCopies_(&mainInterface.button("btnLastCopies")),
       btnEmptyFields_(&mainInterface.button("btnEmptyFields")),
       btnNotes_(&mainInterface.button("btnNotes")),
+      txtTotal_(&mainInterface.textField("txtTotal")),
       vwEmpty_(&mainInterface.view("vwEmpty")),
       txtEmptyTitle_(&mainInterface.textField("txtEmptyTitle")),
       txtEmptyHint_(&mainInterface.textField("txtEmptyHint")),
@@ -296,8 +297,7 @@ void ReviewController::showEmptiness(Emptiness emptiness)
             "Choose Reload to read the address book and look for duplicates.", Offer::AnotherBook);
         break;
     case Emptiness::Working:
-        say("Looking for duplicates…",
-            "When you are asked, choose the fields that make two people the same.", Offer::Nothing);
+        say("Looking for duplicates…", "This takes a moment.", Offer::Nothing);
         break;
     case Emptiness::NoBook:
         say("No address book is open",
@@ -327,6 +327,11 @@ void ReviewController::showEmptiness(Emptiness emptiness)
         say("The search could not be finished", "Choose Reload to try again.", Offer::Nothing);
         break;
     }
+    const bool wasSearched = emptiness == Emptiness::NoPeople ||
+                             emptiness == Emptiness::NoDuplicates ||
+                             emptiness == Emptiness::NoneLeft;
+    // Else it tells of an earlier search.
+    txtTotal_->setHidden(!wasSearched);
     tableContacts_->setHidden(true);
     vwEmpty_->setHidden(false);
 }
@@ -339,6 +344,7 @@ void ReviewController::showRows()
     }
     vwEmpty_->setHidden(true);
     tableContacts_->setHidden(false);
+    txtTotal_->setHidden(false);
 }
 
 void ReviewController::showWarnings()

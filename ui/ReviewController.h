@@ -112,6 +112,7 @@ private:
     Button* btnLastCopies_;
     Button* btnEmptyFields_;
     Button* btnNotes_;
+    TextField* txtTotal_;
     View* vwEmpty_;
     TextField* txtEmptyTitle_;
     TextField* txtEmptyHint_;

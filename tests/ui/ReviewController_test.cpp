@@ -117,6 +117,8 @@ protected:
                (main_.button("btnEmptyOpen").isHidden ? "" : " | Open");
     }
 
+    bool showsTotal() { return !main_.textField("txtTotal").isHidden; }
+
     /// The button's title while it is on the screen.
     std::string titleOf(const std::string& button)
     {
@@ -150,6 +152,7 @@ TEST_F(ReviewControllerTest, SaysWhatToDoBeforeTheFirstSearch)
         {"OnDelete", "OnCheckSelected", "OnUncheckSelected", "OnKeepOneOfEach", "OnFilter"},
         false));
     EXPECT_EQ(titleOf("btnLastCopies") + titleOf("btnEmptyFields") + titleOf("btnNotes"), "");
+    EXPECT_FALSE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, SaysThatItWorksAndLetsNothingBegin)
@@ -160,7 +163,8 @@ TEST_F(ReviewControllerTest, SaysThatItWorksAndLetsNothingBegin)
     main_.command("OnReload").use();
 
     EXPECT_EQ(emptiness(), "Looking for duplicates… | "
-                           "When you are asked, choose the fields that make two people the same.");
+                           "This takes a moment.");
+    EXPECT_FALSE(showsTotal());
     EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnCheckSelected",
                             "OnUncheckSelected", "OnKeepOneOfEach", "OnFilter"},
                            false));
@@ -175,6 +179,7 @@ TEST_F(ReviewControllerTest, ShowsTheTableWhenThereAreDuplicates)
     EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnCheckSelected",
                             "OnUncheckSelected", "OnKeepOneOfEach", "OnFilter"},
                            true));
+    EXPECT_TRUE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, SaysThatNoDuplicatesWereFound)
@@ -184,6 +189,7 @@ TEST_F(ReviewControllerTest, SaysThatNoDuplicatesWereFound)
     EXPECT_EQ(emptiness(), "No duplicates found | Choose Reload to compare other fields. | Open");
     EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
     EXPECT_TRUE(areEnabled({"OnDelete", "OnFilter"}, false));
+    EXPECT_TRUE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, SaysThatThereIsNobody)
@@ -192,6 +198,7 @@ TEST_F(ReviewControllerTest, SaysThatThereIsNobody)
 
     EXPECT_EQ(emptiness(), "Nobody is in this address book | "
                            "Open another one to look for duplicates. | Open");
+    EXPECT_TRUE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, SaysThatTheSearchWasCancelled)
@@ -203,6 +210,7 @@ TEST_F(ReviewControllerTest, SaysThatTheSearchWasCancelled)
     EXPECT_EQ(emptiness(),
               "The search was cancelled | Choose Reload when you want to look for duplicates.");
     EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
+    EXPECT_FALSE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, SaysThatTheBookCouldNotBeRead)
@@ -217,6 +225,7 @@ TEST_F(ReviewControllerTest, SaysThatTheBookCouldNotBeRead)
     EXPECT_EQ(emptiness(), "The address book could not be read | "
                            "Choose Reload to try again, or open another one. | Open");
     EXPECT_EQ(titleOf("btnNotes"), "");
+    EXPECT_FALSE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, SaysThatTheSearchFailed)
@@ -228,6 +237,7 @@ TEST_F(ReviewControllerTest, SaysThatTheSearchFailed)
     finishJobs();
 
     EXPECT_EQ(emptiness(), "The search could not be finished | Choose Reload to try again.");
+    EXPECT_FALSE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, SaysThatNoBookIsOpen)
@@ -256,6 +266,7 @@ TEST_F(ReviewControllerTest, SaysThatNoDuplicatesAreLeft)
     EXPECT_EQ(emptiness(), "No duplicates left | "
                            "Choose Reload to search again, by the same fields or others. | Open");
     EXPECT_TRUE(areEnabled({"OnDelete", "OnKeepOneOfEach"}, false));
+    EXPECT_TRUE(showsTotal());
 }
 
 TEST_F(ReviewControllerTest, LeavesTheTableOnTheScreenDuringADeletion)
