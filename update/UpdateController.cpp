@@ -13,7 +13,6 @@
 #include "ui/Check.h"
 #include "update/UpdateReply.h"
 
-#include <utility>
 #include <variant>
 
 namespace dunmora {
@@ -134,15 +133,15 @@ void UpdateController::CheckForUpdate(bool showWindow)
         showActivity();
         this->showWindow(this);
     }
-    // An earlier transfer goes on; it is just not the one that counts any more.
+    // An earlier transfer goes on; it is just not the one that counts any more, also when there is
+    // none in its place.
+    releaseTransfer();
     const auto host = Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
-    auto connection = Desktop::current().connectionOpener.openConnection(
+    conn_ = Desktop::current().connectionOpener.openConnection(
         "http://" + host.value_or("") + kRequest, *this);
-    if (!connection) {
-        return;
+    if (conn_) {
+        netData_.emplace();
     }
-    conn_ = std::move(connection);
-    netData_.emplace();
 }
 
 void UpdateController::OnUpdate(View* /*sender*/)

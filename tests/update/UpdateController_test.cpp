@@ -455,6 +455,25 @@ TEST_F(UpdateControllerTest, StaysBusyWhenNoConnectionCanBeOpened)
     EXPECT_EQ(message(), "");
 }
 
+TEST_F(UpdateControllerTest, StaysBusyWhateverAnEarlierTransferSaysWhenNoConnectionCanBeOpened)
+{
+    for (const bool isAsked : {false, true}) {
+        desktop.connections.opensNone = false;
+        controller.CheckForUpdate(isAsked);
+        transfer().deliver(kNewer);
+        desktop.connections.opensNone = true;
+
+        controller.CheckForUpdate(true);
+        transfer().finish();
+        transfer().fail("too late");
+
+        EXPECT_TRUE(isInBusyLayout());
+        EXPECT_FALSE(offersDownload());
+        EXPECT_EQ(message(), "");
+        EXPECT_FALSE(transfer().isCancelled);
+    }
+}
+
 TEST_F(UpdateControllerTest, GoesBackToTheBusyLayoutForTheNextCheck)
 {
     controller.CheckForUpdate(true);
