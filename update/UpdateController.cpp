@@ -51,8 +51,11 @@ UpdateController::UpdateController() : WindowController("UpdateWindow")
 
 UpdateController::~UpdateController()
 {
-    if (conn_) {
-        conn_->cancel();
+    replaceTransfer();
+    for (const auto& replaced : replaced_) {
+        if (const auto connection = replaced.lock()) {
+            connection->cancel();
+        }
     }
 }
 
@@ -133,9 +136,8 @@ void UpdateController::CheckForUpdate(bool showWindow)
         showActivity();
         this->showWindow(this);
     }
-    // An earlier transfer goes on; it is just not the one that counts any more, also when there is
-    // none in its place.
-    releaseTransfer();
+    // What is held counts no more, even when nothing comes in its place.
+    replaceTransfer();
     const auto host = Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
     conn_ = Desktop::current().connectionOpener.openConnection(
         "http://" + host.value_or("") + kRequest, *this);
@@ -231,6 +233,15 @@ void UpdateController::connectionDidFinishLoading(const Connection& connection)
         }
     }
     showControls();
+    releaseTransfer();
+}
+
+void UpdateController::replaceTransfer()
+{
+    std::erase_if(replaced_, [](const auto& replaced) { return replaced.expired(); });
+    if (conn_) {
+        replaced_.push_back(conn_);
+    }
     releaseTransfer();
 }
 

@@ -588,6 +588,25 @@ TEST_F(UpdateControllerTest, LeavesNoTransferBehindThatWouldReportToNobody)
     {
         UpdateController shortLived;
         shortLived.CheckForUpdate(false);
+        shortLived.CheckForUpdate(false);
+        shortLived.CheckForUpdate(true);
+    }
+
+    ASSERT_EQ(transfers(), 3U);
+    for (const auto& connection : desktop.connections.opened) {
+        EXPECT_TRUE(connection->isCancelled);
+    }
+}
+
+TEST_F(UpdateControllerTest, HoldsOnToNoTransferThatANewerCheckHasReplaced)
+{
+    {
+        UpdateController shortLived;
+        shortLived.CheckForUpdate(false);
+        shortLived.CheckForUpdate(true);
+
+        EXPECT_EQ(desktop.connections.opened.front().use_count(), 1);
+        desktop.connections.opened.erase(desktop.connections.opened.begin());
     }
 
     EXPECT_TRUE(transfer().isCancelled);
