@@ -13,7 +13,6 @@
 #include "ui/Check.h"
 #include "update/UpdateReply.h"
 
-#include <utility>
 #include <variant>
 
 namespace dunmora {
@@ -52,8 +51,11 @@ UpdateController::UpdateController() : WindowController("UpdateWindow")
 
 UpdateController::~UpdateController()
 {
-    if (conn_) {
-        conn_->cancel();
+    replaceTransfer();
+    for (const auto& replaced : replaced_) {
+        if (const auto connection = replaced.lock()) {
+            connection->cancel();
+        }
     }
 }
 
@@ -134,15 +136,14 @@ void UpdateController::CheckForUpdate(bool showWindow)
         showActivity();
         this->showWindow(this);
     }
-    // An earlier transfer goes on; it is just not the one that counts any more.
+    // What is held counts no more, even when nothing comes in its place.
+    replaceTransfer();
     const auto host = Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
-    auto connection = Desktop::current().connectionOpener.openConnection(
+    conn_ = Desktop::current().connectionOpener.openConnection(
         "http://" + host.value_or("") + kRequest, *this);
-    if (!connection) {
-        return;
+    if (conn_) {
+        netData_.emplace();
     }
-    conn_ = std::move(connection);
-    netData_.emplace();
 }
 
 void UpdateController::OnUpdate(View* /*sender*/)
@@ -232,6 +233,15 @@ void UpdateController::connectionDidFinishLoading(const Connection& connection)
         }
     }
     showControls();
+    releaseTransfer();
+}
+
+void UpdateController::replaceTransfer()
+{
+    std::erase_if(replaced_, [](const auto& replaced) { return replaced.expired(); });
+    if (conn_) {
+        replaced_.push_back(conn_);
+    }
     releaseTransfer();
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
@@ -27,7 +28,7 @@ class UpdateController final : public WindowController,
 public:
     /// Loads the window without showing it. Without its interface file the checks run all the same.
     UpdateController();
-    /// A transfer that is still held would report to nobody, and is cancelled.
+    /// Transfers that are still under way would report to nobody, and are cancelled.
     ~UpdateController() override;
     UpdateController(const UpdateController&) = delete;
     UpdateController& operator=(const UpdateController&) = delete;
@@ -69,6 +70,8 @@ private:
     void showActivity();
     void showControls();
     void setMessage(std::string_view text);
+    /// Lets go of a transfer that may still be under way; it goes on, but does not count any more.
+    void replaceTransfer();
     void releaseTransfer();
 
     Button* btnDownload_ = nullptr;
@@ -83,6 +86,8 @@ private:
     /// The body so far; none when no transfer is held.
     std::optional<std::string> netData_;
     std::shared_ptr<Connection> conn_;
+    /// Those that may still be under way and report here.
+    std::vector<std::weak_ptr<Connection>> replaced_;
 };
 
 }  // namespace dunmora

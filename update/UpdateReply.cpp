@@ -3,12 +3,10 @@
 #include "app/Utf8.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
-#include <system_error>
+#include <locale>
+#include <sstream>
 #include <utility>
 
 namespace dunmora {
@@ -31,60 +29,42 @@ std::size_t endOfDigits(std::string_view text, std::size_t position)
     return position;
 }
 
-/// A decimal number without its sign, in its parts.
-struct Decimal {
-    std::string_view integer;
-    std::string_view fraction;
-    /// With its sign; empty when there is none.
-    std::string_view exponent;
-    /// The three together, as they stand.
-    std::string_view text;
-
-    bool isNumber() const { return !integer.empty() || !fraction.empty(); }
-};
-
-Decimal decimalAt(std::string_view text)
+/// The decimal number without a sign that the text begins with; empty when it is none.
+std::string_view decimalAt(std::string_view text)
 {
-    Decimal number;
     auto end = endOfDigits(text, 0);
-    number.integer = text.substr(0, end);
+    auto digits = end;
     if (end < text.size() && text[end] == '.') {
-        const auto endOfFraction = endOfDigits(text, end + 1);
-        number.fraction = text.substr(end + 1, endOfFraction - end - 1);
-        end = endOfFraction;
+        const auto fraction = end + 1;
+        end = endOfDigits(text, fraction);
+        digits += end - fraction;
     }
-    if (number.isNumber() && end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    if (digits == 0) {
+        return {};
+    }
+    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
         const auto sign = end + 1;
         const bool hasSign = sign < text.size() && (text[sign] == '+' || text[sign] == '-');
-        const auto digits = hasSign ? sign + 1 : sign;
-        const auto endOfExponent = endOfDigits(text, digits);
-        if (endOfExponent > digits) {
-            number.exponent = text.substr(sign, endOfExponent - sign);
+        const auto exponent = hasSign ? sign + 1 : sign;
+        const auto endOfExponent = endOfDigits(text, exponent);
+        if (endOfExponent > exponent) {
             end = endOfExponent;
         }
     }
-    number.text = text.substr(0, end);
-    return number;
+    return text.substr(0, end);
 }
 
-/// How many places the first digit that counts stands before the decimal point, or after it when
-/// negative. Only its sign matters here, so an exponent that no integer holds is cut off.
-std::int64_t magnitudeOf(const Decimal& number)
+/// The double nearest to a decimal number; the largest for one beyond it.
+double valueOf(std::string_view decimal)
 {
-    constexpr std::int64_t kLimit = std::numeric_limits<std::int32_t>::max();
-    std::int64_t exponent = 0;
-    if (!number.exponent.empty()) {
-        const bool isNegative = number.exponent.front() == '-';
-        const auto digits = number.exponent.substr(isDigit(number.exponent.front()) ? 0 : 1);
-        const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
-        exponent = result.ec == std::errc() ? std::min(exponent, kLimit) : kLimit;
-        exponent = isNegative ? -exponent : exponent;
-    }
-    const auto inInteger = number.integer.find_first_not_of('0');
-    if (inInteger != std::string_view::npos) {
-        return exponent + static_cast<std::int64_t>(number.integer.size() - inInteger);
-    }
-    return exponent - static_cast<std::int64_t>(number.fraction.find_first_not_of('0'));
+    // Not every standard library that we build with has from_chars for a double.
+    std::istringstream stream{std::string(decimal)};
+    stream.imbue(std::locale::classic());
+    double value = 0;
+    stream >> value;
+    // One out of range fails there with a value all the same, and one library's largest is
+    // another's infinity.
+    return std::min(value, std::numeric_limits<double>::max());
 }
 
 bool isUtf8(std::string_view text)
@@ -108,17 +88,8 @@ double versionNumber(std::string_view text)
     if (isNegative || text.starts_with('+')) {
         text.remove_prefix(1);
     }
-    const auto number = decimalAt(text);
-    if (!number.isNumber()) {
-        return 0;
-    }
-    double value = 0;
-    const auto result =
-        std::from_chars(number.text.data(), number.text.data() + number.text.size(), value);
-    if (result.ec == std::errc::result_out_of_range) {
-        // Too large or too small; the conversion does not say which.
-        value = magnitudeOf(number) > 0 ? std::numeric_limits<double>::max() : 0;
-    }
+    const auto decimal = decimalAt(text);
+    const auto value = decimal.empty() ? 0 : valueOf(decimal);
     return isNegative ? -value : value;
 }
 

@@ -43,7 +43,8 @@ void QtTextField::draw()
         text = toQString(text_);
     }
     if (text.size() > kMostShown) {
-        text.truncate(kMostShown);
+        const bool cutsCharacter = text.at(kMostShown).isLowSurrogate();
+        text.truncate(cutsCharacter ? kMostShown - 1 : kMostShown);
         text += QChar(kEllipsis);
     }
     widget_.setText(text);

@@ -28,10 +28,16 @@ class FakeControl : public Port {
 public:
     FakeControl(std::string name, CallLog& log) : name_(std::move(name)), log_(log) {}
 
-    void setHidden(bool hidden) override { isHidden = hidden; }
+    void setHidden(bool hidden) override
+    {
+        isHidden = hidden;
+        onSetHidden(hidden);
+    }
     void setNeedsDisplay() override { note("setNeedsDisplay"); }
 
     bool isHidden = false;
+    /// Called with what the control was told; such calls are not written down otherwise.
+    std::function<void(bool hidden)> onSetHidden = [](bool /*hidden*/) {};
 
 protected:
     void note(const std::string& call) { log_.add(name_ + " " + call); }

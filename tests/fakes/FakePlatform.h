@@ -34,10 +34,13 @@ public:
     bool openURL(const std::string& url) override
     {
         opened.push_back(url);
+        onOpenURL(url);
         return true;
     }
 
     std::vector<std::string> opened;
+    /// Called with each URL.
+    std::function<void(const std::string& url)> onOpenURL = [](const std::string& /*url*/) {};
 };
 
 class FakeBundle final : public Bundle {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,12 +14,36 @@ namespace dunmora::test {
 
 namespace {
 
+using namespace std::string_literals;
+
 constexpr auto kAutomatic = "AutoCheckForUpdates";
 constexpr auto kLatest = "You are running the latest version.";
 // The running version is 0.1.
 constexpr auto kNewer = "0.2\nhttp://example.com/get\nBetter in every way.";
 constexpr auto kSame = "0.1\nhttp://example.com/get\nNothing new.";
 constexpr auto kUnreadable = "<html>Not found</html>";
+
+using Calls = std::vector<std::string>;
+
+/// Writes down in one log what the order of which matters.
+struct WatchedDesktop : FakeDesktop {
+    explicit WatchedDesktop(FakePlatform& platform)
+    {
+        auto& log = interfaceLoader.log;
+        interfaceLoader.onLoad = [&log](FakeInterface& interface) {
+            const auto writeDown = [&log](const std::string& name, auto& control) {
+                control.onSetHidden = [&log, name](bool hidden) {
+                    log.add((hidden ? "hide " : "show ") + name);
+                };
+            };
+            writeDown("vwControls", interface.view("vwControls"));
+            writeDown("vwActivity", interface.view("vwActivity"));
+            writeDown("btnDownload", interface.button("btnDownload"));
+        };
+        connections.onOpen = [&log] { log.add("open a connection"); };
+        platform.workspace.onOpenURL = [&log](const std::string& url) { log.add("open " + url); };
+    }
+};
 
 class UpdateControllerTest : public testing::Test {
 protected:
@@ -37,11 +62,14 @@ protected:
         return !interface().view("vwControls").isHidden && interface().view("vwActivity").isHidden;
     }
 
+    Calls calls() const { return desktop.interfaceLoader.log.calls(); }
+    void clearCalls() { desktop.interfaceLoader.log.clear(); }
+
     std::size_t transfers() const { return desktop.connections.opened.size(); }
     FakeConnection& transfer() { return desktop.connections.last(); }
 
     FakePlatform platform;
-    FakeDesktop desktop;
+    WatchedDesktop desktop{platform};
     UpdateController controller;
 };
 
@@ -55,9 +83,10 @@ TEST_F(UpdateControllerTest, LoadsItsWindowAtOnceInItsBusyLayoutWithoutShowingIt
     EXPECT_EQ(interface().fakeWindow.level, WindowLevel::Status);
     EXPECT_EQ(interface().fakeWindow.delegate, &controller);
     EXPECT_EQ(transfers(), 0U);
-    EXPECT_EQ(desktop.interfaceLoader.log.calls(),
-              (std::vector<std::string>{"load UpdateWindow", "UpdateWindow setLevel status",
-                                        "UpdateWindow.progressIndicator startAnimation"}));
+    EXPECT_EQ(calls(), (Calls{"load UpdateWindow", "hide vwControls", "show vwActivity",
+                              "hide btnDownload", "UpdateWindow setLevel status",
+                              "UpdateWindow.progressIndicator startAnimation", "hide vwControls",
+                              "show vwActivity", "hide btnDownload"}));
 }
 
 TEST_F(UpdateControllerTest, IsOneForTheProcessMadeOnFirstUse)
@@ -110,7 +139,7 @@ TEST_F(UpdateControllerTest, ChangesNothingElseAtStartUpEitherWhenTheAutomaticCh
     EXPECT_TRUE(isInResultLayout());
     EXPECT_TRUE(offersDownload());
     interface().command("OnDownload").use();
-    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+    EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
 }
 
 TEST_F(UpdateControllerTest, ChecksFromTheMenuWithTheAutomaticCheckOffAndSaysSo)
@@ -159,17 +188,20 @@ TEST_F(UpdateControllerTest, ShowsItsWindowAfterASilentCheckOnlyWhenANewerVersio
 
 TEST_F(UpdateControllerTest, ShowsTheBusyWindowFirstAndThenThatTheVersionIsTheLatest)
 {
-    desktop.interfaceLoader.log.clear();
+    clearCalls();
     controller.CheckForUpdate(true);
     EXPECT_TRUE(isShown());
     EXPECT_TRUE(isInBusyLayout());
-    EXPECT_EQ(desktop.interfaceLoader.log.calls(),
-              (std::vector<std::string>{"UpdateWindow.ckUpdate setState 1",
-                                        "UpdateWindow.progressIndicator startAnimation",
-                                        "UpdateWindow show"}));
+    EXPECT_EQ(calls(), (Calls{"UpdateWindow.ckUpdate setState 1",
+                              "UpdateWindow.progressIndicator startAnimation", "hide vwControls",
+                              "show vwActivity", "hide btnDownload", "UpdateWindow show",
+                              "open a connection"}));
 
+    clearCalls();
     transfer().reply(kSame);
 
+    EXPECT_EQ(calls(), (Calls{"UpdateWindow.labelMessage setStringValue "s + kLatest,
+                              "hide vwActivity", "show vwControls"}));
     EXPECT_TRUE(isInResultLayout());
     EXPECT_EQ(message(), kLatest);
     EXPECT_FALSE(offersDownload());
@@ -178,12 +210,16 @@ TEST_F(UpdateControllerTest, ShowsTheBusyWindowFirstAndThenThatTheVersionIsTheLa
 TEST_F(UpdateControllerTest, OffersTheDownloadOfANewerVersionThatTheUserAskedFor)
 {
     controller.CheckForUpdate(true);
+    clearCalls();
 
     transfer().reply(kNewer);
 
     EXPECT_TRUE(isInResultLayout());
     EXPECT_TRUE(offersDownload());
     EXPECT_EQ(message(), "Better in every way.");
+    EXPECT_EQ(calls(), (Calls{"UpdateWindow.labelMessage setStringValue Better in every way.",
+                              "show btnDownload", "hide vwActivity", "show vwControls"}))
+        << "the window, which the user may have put behind another, is not shown again";
 }
 
 TEST_F(UpdateControllerTest, TakesAnUnreadableReplyForTheLatestVersion)
@@ -250,7 +286,7 @@ TEST_F(UpdateControllerTest, KeepsTheDownloadAddressAlsoWhenUpToDate)
 
     interface().command("OnDownload").use();
 
-    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+    EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
 }
 
 TEST_F(UpdateControllerTest, TakesNoDownloadAddressFromAnUnreadableReply)
@@ -260,7 +296,7 @@ TEST_F(UpdateControllerTest, TakesNoDownloadAddressFromAnUnreadableReply)
 
     interface().command("OnDownload").use();
 
-    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{""});
+    EXPECT_EQ(platform.workspace.opened, Calls{""});
 }
 
 TEST_F(UpdateControllerTest, ComparesWithTheVersionAtTheMomentOfJudging)
@@ -296,8 +332,12 @@ TEST_F(UpdateControllerTest, SaysWhyACheckFailedAndKeepsTheBusyLayout)
 {
     controller.CheckForUpdate(true);
 
+    clearCalls();
     transfer().fail("Host dunmora.invalid not found");
 
+    EXPECT_EQ(calls(), (Calls{"hide btnDownload",
+                              "UpdateWindow.labelMessage setStringValue Failed to check updates "
+                              "due to:'Host dunmora.invalid not found'"}));
     EXPECT_EQ(message(), "Failed to check updates due to:'Host dunmora.invalid not found'");
     EXPECT_TRUE(isShown());
     EXPECT_TRUE(isInBusyLayout());
@@ -312,6 +352,48 @@ TEST_F(UpdateControllerTest, NeverShowsItsWindowForASilentCheckThatFailed)
 
     EXPECT_FALSE(isShown());
 }
+
+/// How a transfer ends, and what that does to a window in which an update is on offer.
+struct Ending {
+    std::string name;
+    std::function<void(FakeConnection& connection)> end;
+    bool offersDownload;
+    std::string message;
+    std::string downloads;
+};
+
+class UpdateControllerEndingTest : public UpdateControllerTest,
+                                   public testing::WithParamInterface<Ending> {};
+
+TEST_P(UpdateControllerEndingTest, DecidesWhatASilentCheckLeavesOfAnEarlierOffer)
+{
+    controller.CheckForUpdate(true);
+    transfer().reply(kNewer);
+    controller.CheckForUpdate(false);
+    EXPECT_TRUE(offersDownload());
+
+    GetParam().end(transfer());
+
+    EXPECT_EQ(offersDownload(), GetParam().offersDownload);
+    EXPECT_EQ(message(), GetParam().message);
+    EXPECT_TRUE(isShown());
+    EXPECT_TRUE(isInResultLayout());
+    interface().command("OnDownload").use();
+    EXPECT_EQ(platform.workspace.opened, Calls{GetParam().downloads});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    AllEndings, UpdateControllerEndingTest,
+    testing::Values(
+        Ending{"Newer", [](FakeConnection& connection) { connection.reply("0.3\nURL\nText"); },
+               true, "Text", "URL"},
+        Ending{"UpToDate", [](FakeConnection& connection) { connection.reply("0.1\nURL\nText"); },
+               true, kLatest, "URL"},
+        Ending{"Unreadable", [](FakeConnection& connection) { connection.reply(kUnreadable); },
+               false, kLatest, ""},
+        Ending{"Failed", [](FakeConnection& connection) { connection.fail("no route"); }, false,
+               "Failed to check updates due to:'no route'", ""}),
+    [](const auto& each) { return each.param.name; });
 
 TEST_F(UpdateControllerTest, JoinsTheBodiesOfAllResponsesOfOneTransfer)
 {
@@ -373,6 +455,25 @@ TEST_F(UpdateControllerTest, StaysBusyWhenNoConnectionCanBeOpened)
     EXPECT_EQ(message(), "");
 }
 
+TEST_F(UpdateControllerTest, StaysBusyWhateverAnEarlierTransferSaysWhenNoConnectionCanBeOpened)
+{
+    for (const bool isAsked : {false, true}) {
+        desktop.connections.opensNone = false;
+        controller.CheckForUpdate(isAsked);
+        transfer().deliver(kNewer);
+        desktop.connections.opensNone = true;
+
+        controller.CheckForUpdate(true);
+        transfer().finish();
+        transfer().fail("too late");
+
+        EXPECT_TRUE(isInBusyLayout());
+        EXPECT_FALSE(offersDownload());
+        EXPECT_EQ(message(), "");
+        EXPECT_FALSE(transfer().isCancelled);
+    }
+}
+
 TEST_F(UpdateControllerTest, GoesBackToTheBusyLayoutForTheNextCheck)
 {
     controller.CheckForUpdate(true);
@@ -432,10 +533,11 @@ TEST_F(UpdateControllerTest, OpensTheDownloadAddressAndClosesTheWindow)
 {
     controller.CheckForUpdate(true);
     transfer().reply(kNewer);
+    clearCalls();
 
     interface().command("OnDownload").use();
 
-    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+    EXPECT_EQ(calls(), (Calls{"open http://example.com/get", "UpdateWindow close"}));
     EXPECT_FALSE(isShown());
 }
 
@@ -447,7 +549,7 @@ TEST_F(UpdateControllerTest, ForgetsAnEarlierDownloadAddressWhenACheckBegins)
     controller.CheckForUpdate(true);
     interface().command("OnDownload").use();
 
-    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{""});
+    EXPECT_EQ(platform.workspace.opened, Calls{""});
 }
 
 TEST_F(UpdateControllerTest, StoresWhetherTheAutomaticCheckIsOn)
@@ -478,7 +580,7 @@ TEST_F(UpdateControllerTest, ChecksWithoutItsInterfaceFile)
     transfer().reply(kNewer);
     withoutWindow.OnDownload(nullptr);
 
-    EXPECT_EQ(platform.workspace.opened, std::vector<std::string>{"http://example.com/get"});
+    EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
 }
 
 TEST_F(UpdateControllerTest, LeavesNoTransferBehindThatWouldReportToNobody)
@@ -486,6 +588,25 @@ TEST_F(UpdateControllerTest, LeavesNoTransferBehindThatWouldReportToNobody)
     {
         UpdateController shortLived;
         shortLived.CheckForUpdate(false);
+        shortLived.CheckForUpdate(false);
+        shortLived.CheckForUpdate(true);
+    }
+
+    ASSERT_EQ(transfers(), 3U);
+    for (const auto& connection : desktop.connections.opened) {
+        EXPECT_TRUE(connection->isCancelled);
+    }
+}
+
+TEST_F(UpdateControllerTest, HoldsOnToNoTransferThatANewerCheckHasReplaced)
+{
+    {
+        UpdateController shortLived;
+        shortLived.CheckForUpdate(false);
+        shortLived.CheckForUpdate(true);
+
+        EXPECT_EQ(desktop.connections.opened.front().use_count(), 1);
+        desktop.connections.opened.erase(desktop.connections.opened.begin());
     }
 
     EXPECT_TRUE(transfer().isCancelled);

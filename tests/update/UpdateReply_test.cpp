@@ -1,9 +1,18 @@
 #include "update/UpdateReply.h"
 
+#include "tests/fakes/ChildProcess.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
 #include <limits>
 #include <locale>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,12 +36,52 @@ bool isUpToDate(std::string_view body, const std::optional<std::string>& running
     return std::holds_alternative<UpToDate>(judgeUpdateReply(body, running));
 }
 
-/// How a German locale writes numbers.
-class DecimalComma final : public std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
+struct NumberLocale {
+    std::string name;
+    /// How one and a half is written there.
+    std::string oneAndAHalf;
 };
+
+/// Makes the locale from its source, which Debian has for each; returns what went wrong.
+std::string compileLocale(const std::string& name, const std::filesystem::path& folder)
+{
+    return inChild([&] {
+        const auto compiled = (folder / name).string();
+        ::execlp("localedef", "localedef", "-i", name.c_str(), "-f", "UTF-8", compiled.c_str(),
+                 nullptr);
+        return "no localedef"s;
+    });
+}
+
+/// What differs in a process with this locale from how every version is read.
+std::string differencesIn(const NumberLocale& locale, const std::filesystem::path& folder)
+{
+    return inChild([&] {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread
+        ::setenv("LOCPATH", folder.c_str(), 1);
+        // A locale with a name is the C library's, too.
+        std::locale::global(std::locale(locale.name));
+        std::string found;
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread
+        const bool isTheCLibrarys = std::setlocale(LC_ALL, nullptr) == locale.name;
+        if (!isTheCLibrarys || std::strtod(locale.oneAndAHalf.c_str(), nullptr) != 1.5) {
+            found += "the locale is not in force; ";
+        }
+        for (const auto& [text, number] : std::map<std::string, double>{{"1.5", 1.5},
+                                                                        {"1,5", 1},
+                                                                        {"1٫5", 1},
+                                                                        {"1,000", 1},
+                                                                        {"1.000.5", 1},
+                                                                        {"1.5e1", 15}}) {
+            if (versionNumber(text) != number) {
+                found += text + "; ";
+            }
+        }
+        return found;
+    });
+}
+
+class VersionNumberInLocale : public testing::TestWithParam<NumberLocale> {};
 
 }  // namespace
 
@@ -206,29 +255,44 @@ TEST(VersionNumber, TakesAnOverflowForALargeNumber)
 
     EXPECT_EQ(versionNumber("1e999"), kLargest);
     EXPECT_EQ(versionNumber("-1e999"), -kLargest);
+    EXPECT_EQ(versionNumber("1e9223372036854775807"), kLargest);
     EXPECT_EQ(versionNumber("1e99999999999999999999999"), kLargest);
     EXPECT_EQ(versionNumber(std::string(400, '9')), kLargest);
     EXPECT_EQ(versionNumber("0." + std::string(300, '0') + "1e999"), kLargest);
+    EXPECT_EQ(versionNumber("1.7976931348623157e308"), kLargest);
+    EXPECT_EQ(versionNumber("1.7976931348623159e308"), kLargest);
 }
 
 TEST(VersionNumber, TakesAnUnderflowForNothing)
 {
     EXPECT_EQ(versionNumber("1e-999"), 0);
+    EXPECT_EQ(versionNumber("1e-9223372036854775807"), 0);
     EXPECT_EQ(versionNumber("1e-99999999999999999999999"), 0);
     EXPECT_EQ(versionNumber("0." + std::string(400, '0') + "1"), 0);
     EXPECT_EQ(versionNumber("0e99999999999999999999999"), 0);
 }
 
-TEST(VersionNumber, ReadsTheSameUnderALocaleWithADecimalComma)
+TEST(VersionNumber, IsTheDoubleNearestToTheText)
 {
-    const auto before = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
-
-    const auto withPoint = versionNumber("1.5");
-    const auto withComma = versionNumber("1,5");
-
-    std::locale::global(before);
-    EXPECT_EQ(withPoint, 1.5);
-    EXPECT_EQ(withComma, 1);
+    EXPECT_EQ(versionNumber("0.1"), 0.1);
+    EXPECT_EQ(versionNumber("9007199254740993"), 9007199254740992.0) << "halfway, to the even one";
+    EXPECT_EQ(versionNumber("9007199254740993." + std::string(800, '0') + "1"), 9007199254740994.0);
+    EXPECT_EQ(versionNumber("2.2250738585072011e-308"), 0x0.fffffffffffffp-1022);
+    EXPECT_EQ(versionNumber("4.9e-324"), std::numeric_limits<double>::denorm_min());
 }
+
+TEST_P(VersionNumberInLocale, IsReadAsEverywhere)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(compileLocale(GetParam().name, folder.path()), "");
+
+    EXPECT_EQ(differencesIn(GetParam(), folder.path()), "");
+}
+
+// A decimal comma, Arabic with a point, and the one locale with Arabic's own decimal separator.
+INSTANTIATE_TEST_SUITE_P(Languages, VersionNumberInLocale,
+                         testing::Values(NumberLocale{"de_DE", "1,5"}, NumberLocale{"ar_EG", "1.5"},
+                                         NumberLocale{"ps_AF", "1٫5"}),
+                         [](const auto& each) { return each.param.name.substr(0, 2); });
 
 }  // namespace dunmora::test

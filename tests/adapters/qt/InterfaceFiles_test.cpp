@@ -346,6 +346,17 @@ TEST_F(UpdateWindowTest, ShowsTheBeginningOfAMessageThatNobodyReads)
     EXPECT_TRUE(label.text().startsWith(QStringLiteral("Better. xxx")));
     EXPECT_TRUE(label.text().endsWith(QStringLiteral("…")));
     EXPECT_LE(label.text().size(), 10001);
+
+    // A character that lies across the end of what is shown.
+    std::string message = "x";
+    for (int i = 0; i < 5001; ++i) {
+        message += "😀";
+    }
+    interface->textField("labelMessage").setStringValue(message);
+    handleEventsUntil([&] { return label.text().startsWith(QStringLiteral("x")); });
+
+    EXPECT_TRUE(label.text().endsWith(QStringLiteral("😀…")));
+    EXPECT_TRUE(label.text().isValidUtf16());
 }
 
 TEST_F(UpdateWindowTest, ForgetsTheLastMessageWhenItIsBusyAgain)
