@@ -81,12 +81,21 @@ TEST(HttpAnswerReader, KnowsAnswersWithoutABody)
 
 TEST(HttpAnswerReader, SkipsProvisionalAnswers)
 {
-    const auto reader = read(
-        "HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\nHTTP/1.1 103 Early Hints\r\nLocation: "
-        "/x\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+    auto reader = read("HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\n"
+                       "HTTP/1.1 103 Early Hints\r\nLocation: /x\r\n\r\n"
+                       "HTTP/1.1 103 Early Hints\r\nTransfer-Encoding: chunked\r\n\r\n"
+                       "HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx");
 
     EXPECT_EQ(reader.head()->status, 200);
     EXPECT_EQ(reader.head()->location, "");
+    EXPECT_EQ(reader.takeBody(), "x");
+}
+
+TEST(HttpAnswerReader, FoldsNoLineIntoTheHeadBefore)
+{
+    EXPECT_EQ(bodyOf("HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\n"
+                     "HTTP/1.1 200 OK\r\n 9\r\n\r\nx"),
+              "x");
 }
 
 TEST(HttpAnswerReader, ReadsWhereTheServerSendsTo)
