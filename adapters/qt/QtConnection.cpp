@@ -29,21 +29,6 @@ bool isEncrypted(const QUrl& url)
     return url.scheme() == QLatin1String("https");
 }
 
-/// Whether an answer sends elsewhere (RFC 9110, section 15.4).
-bool isRedirect(const HttpHead& head)
-{
-    switch (head.status) {
-    case 301:
-    case 302:
-    case 303:
-    case 307:
-    case 308:
-        return !head.location.empty();
-    default:
-        return false;
-    }
-}
-
 /// Only what HTTP itself wants: the server learns nothing of who asks.
 QByteArray request(const QUrl& url, bool asksProxy)
 {
@@ -183,7 +168,7 @@ void QtConnection::takeHead()
     }
     hasHead_ = true;
     const auto& head = *answer_.head();
-    if (isRedirect(head)) {
+    if (!head.location.empty()) {
         redirect(url_.resolved(QUrl::fromEncoded(QByteArray::fromStdString(head.location))));
     } else {
         delegate_->didReceiveResponse(*this);
