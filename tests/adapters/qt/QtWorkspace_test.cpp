@@ -38,7 +38,9 @@ TEST_F(QtWorkspaceTest, OpensNothingElse)
     for (const std::string url :
          {"", "dunmora.example.com", "file:///etc/passwd", "/etc/passwd", "ftp://example.com/",
           "javascript:alert(1)", "tel:123", "http://", "http:///path", "https://a b/",
-          "http://example.com/%zz", "mailto:", "http://[::1", "smb://example.com/"}) {
+          "http://example.com/%zz", "mailto:", "http://[::1", "smb://example.com/",
+          // So ends the address in a reply whose lines end as those of HTTP do.
+          "http://example.com/get\r"}) {
         EXPECT_FALSE(workspace.openURL(url)) << url;
     }
 
