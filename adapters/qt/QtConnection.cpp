@@ -29,6 +29,31 @@ bool isEncrypted(const QUrl& url)
     return url.scheme() == QLatin1String("https");
 }
 
+bool beginsWithEscape(std::string_view text)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEFabcdef";
+    return text.size() >= 3 && text[0] == '%' && kDigits.find(text[1]) != std::string_view::npos &&
+           kDigits.find(text[2]) != std::string_view::npos;
+}
+
+/// The address of what a server sends to, byte by byte. QUrl alone would replace what is not UTF-8,
+/// and one "%" that begins no escape would make it escape the escapes.
+QUrl toUrl(std::string_view location)
+{
+    constexpr unsigned char kFirstBeyondAscii = 0x80;
+    QByteArray escaped;
+    for (std::size_t at = 0; at < location.size(); ++at) {
+        const char c = location[at];
+        if (static_cast<unsigned char>(c) >= kFirstBeyondAscii ||
+            (c == '%' && !beginsWithEscape(location.substr(at)))) {
+            escaped += '%' + QByteArray(1, c).toHex();
+        } else {
+            escaped += c;
+        }
+    }
+    return QUrl::fromEncoded(escaped);
+}
+
 /// Only what HTTP itself wants: the server learns nothing of who asks.
 QByteArray request(const QUrl& url, bool asksProxy)
 {
@@ -169,7 +194,7 @@ void QtConnection::takeHead()
     hasHead_ = true;
     const auto& head = *answer_.head();
     if (!head.location.empty()) {
-        redirect(url_.resolved(QUrl::fromEncoded(QByteArray::fromStdString(head.location))));
+        redirect(url_.resolved(toUrl(head.location)));
     } else {
         delegate_->didReceiveResponse(*this);
     }

@@ -202,6 +202,54 @@ TEST_P(RedirectTest, FollowsItToTheAddressThatTheDelegateReturns)
 
 INSTANTIATE_TEST_SUITE_P(All, RedirectTest, testing::Values(301, 302, 303, 307, 308));
 
+struct Place {
+    const char* location;
+    const char* target;
+};
+
+class OddPlaceTest : public QtConnectionTest, public testing::WithParamInterface<Place> {};
+
+TEST_P(OddPlaceTest, IsAskedForByteByByte)
+{
+    server.answer = [](const std::string& path, QTcpSocket& socket) {
+        const QByteArray location(GetParam().location);
+        socket.write(path == "/" ? httpAnswer(302, {}, "Location: " + location + "\r\n")
+                                 : httpAnswer(200, kThreeLines));
+        socket.disconnectFromHost();
+    };
+
+    get();
+
+    expectFinished(kThreeLines);
+    EXPECT_EQ(delegate.redirects, Events{server.url(GetParam().target)});
+    EXPECT_TRUE(server.requests.back().starts_with("GET " + std::string(GetParam().target) + " "))
+        << server.requests.back();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OddPlaceTest,
+                         testing::Values(Place{"/\xc3\xa4", "/%C3%A4"}, Place{"/\xe4", "/%E4"},
+                                         Place{"/\xe4?\xff=%e4", "/%E4?%FF=%E4"},
+                                         Place{"/a b", "/a%20b"}, Place{"/%zz%2f", "/%25zz%2F"},
+                                         Place{"/5%?a=%26b", "/5%25?a=%26b"},
+                                         Place{"/%2f%", "/%2F%25"}, Place{"/%2", "/%252"},
+                                         Place{"/%%2f", "/%25%2F"}, Place{"/%25zz", "/%25zz"}));
+
+TEST_F(QtConnectionTest, FollowsRedirectsToAHostOfAnyScript)
+{
+    for (const QByteArray host : {"b\xc3\xbc"
+                                  "cher.invalid",
+                                  "b%C3%BCcher.invalid", "xn--bcher-kva.invalid"}) {
+        delegate = {};
+        delegate.onRedirect = [this] { connection->cancel(); };
+        server.answerWith(httpAnswer(302, {}, "Location: http://" + host + "/x\r\n"));
+
+        connection = opener->openConnection(server.url(), delegate);
+        handleEventsUntil([&] { return !delegate.redirects.empty(); });
+
+        EXPECT_EQ(delegate.redirects, Events{"http://xn--bcher-kva.invalid/x"});
+    }
+}
+
 TEST_F(QtConnectionTest, FollowsRedirectsToAnEncryptedServerAndBack)
 {
     LoopbackServer encrypted(LoopbackServer::Protocol::Https);
