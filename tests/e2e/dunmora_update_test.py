@@ -6,7 +6,7 @@
 import windowcase
 from dunmora import is_update, texts_of
 from dunmoracase import ANNS, CARLS, DunmoraCase
-from updateservice import Browser, Hangup, Reply, UpdateService
+from updateservice import Browser, Hangup, Reply, UnwantedReply, UpdateService
 from waiting import wait_for
 
 REQUEST = "GET /update/?app=dunmoraapp HTTP/1.1"
@@ -250,13 +250,14 @@ class AutomaticCheckTest(UpdateCase):
 
 class TransferTest(UpdateCase):
     def test_closing_the_window_cancels_the_transfer(self):
-        reply = Reply(NEWER[20:], first=NEWER[:20], held=True)
+        reply = UnwantedReply(NEWER[20:], first=NEWER[:20])
         dunmora = self.start_with(Reply(SAME), reply, Reply(SAME))
         window = self.check_from_menu(dunmora)
         self.service.wait_for_requests(2)
 
         dunmora.press(window, "escape")
         dunmora.wait_for_main_alone()
+        reply.wait_until_closed()
         reply.go_on()
         reply.wait_until_over()
 
