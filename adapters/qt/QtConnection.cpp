@@ -4,13 +4,13 @@
 #include "platform/PlatformError.h"
 
 #include <QByteArray>
-#include <QNetworkProxyFactory>
-#include <QNetworkProxyQuery>
+#include <QNetworkProxy>
 #include <QSslSocket>
 #include <QString>
 #include <QTimerEvent>
 
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace dunmora {
@@ -108,15 +108,25 @@ void QtConnection::get(const QUrl& url)
     hasHead_ = false;
     beginSilence();
     // Not from within the call that asked for it, whatever the socket does.
-    const auto openUnlessEnded = [this] {
+    const auto askUnlessEnded = [this] {
         if (delegate_ != nullptr) {
-            open();
+            askForProxy();
         }
     };
-    QMetaObject::invokeMethod(this, openUnlessEnded, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, askUnlessEnded, Qt::QueuedConnection);
 }
 
-void QtConnection::open()
+void QtConnection::askForProxy()
+{
+    const auto openThrough = [this](const QNetworkProxy& proxy) { open(proxy); };
+    try {
+        question_ = std::make_unique<ProxyQuestion>(url_, openThrough);
+    } catch (const std::system_error& error) {
+        fail(toQString(error.what()));
+    }
+}
+
+void QtConnection::open(const QNetworkProxy& proxy)
 {
     const bool encrypts = isEncrypted(url_);
     socket_ = new QSslSocket(this);
@@ -126,8 +136,6 @@ void QtConnection::open()
     connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readAnswer);
     connect(socket_, &QSslSocket::errorOccurred, this, &QtConnection::handleError);
 
-    // The user's settings; the first proxy that they name is the preferred one.
-    const auto proxy = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url_)).value(0);
     asksProxy_ = !encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability);
     socket_->setProxy(asksProxy_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
     if (encrypts) {
@@ -255,6 +263,7 @@ void QtConnection::fail(const QString& description)
 ConnectionDelegate* QtConnection::end()
 {
     silence_.stop();
+    question_.reset();
     dropSocket();
     auto* const delegate = std::exchange(delegate_, nullptr);
     if (const auto onEnd = std::exchange(onEnd_, {})) {

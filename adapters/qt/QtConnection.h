@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/http/HttpAnswerReader.h"
+#include "adapters/qt/ProxyQuestion.h"
 #include "platform/Connection.h"
 
 #include <QBasicTimer>
@@ -10,7 +11,9 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <memory>
 
+class QNetworkProxy;
 class QSslSocket;
 class QString;
 
@@ -18,7 +21,8 @@ namespace dunmora {
 
 /// One GET of an http or https address. It follows redirects from one to the other and back, and
 /// takes the body of every answer, whatever its status. A body that is too long or not whole, too
-/// many redirects and a server that falls silent are failures.
+/// many redirects and a server that falls silent are failures; so are settings that do not say for
+/// as long which proxy to take.
 ///
 /// It reads the answer itself: Qt's own client takes a body in chunks that is cut off for a whole
 /// one, and reads a head that never ends for ever.
@@ -44,7 +48,8 @@ protected:
 
 private:
     void get(const QUrl& url);
-    void open();
+    void askForProxy();
+    void open(const QNetworkProxy& proxy);
     void sendRequest();
     void readAnswer();
     void handleError();
@@ -68,6 +73,7 @@ private:
 
     // Of the address in hand.
     QUrl url_;
+    std::unique_ptr<ProxyQuestion> question_;
     bool asksProxy_ = false;
     QSslSocket* socket_ = nullptr;
     HttpAnswerReader answer_;

@@ -1,4 +1,5 @@
 #include "adapters/qt/QtConnectionOpener.h"
+#include "tests/adapters/qt/HeldProxySettings.h"
 #include "tests/adapters/qt/LoopbackServer.h"
 #include "tests/adapters/qt/QtTest.h"
 
@@ -71,6 +72,12 @@ public:
     std::string body;
     std::string failure;
 };
+
+QNetworkProxy proxyAt(const LoopbackServer& server)
+{
+    const QUrl address(QString::fromStdString(server.url()));
+    return {QNetworkProxy::HttpProxy, address.host(), static_cast<quint16>(address.port())};
+}
 
 class QtConnectionTest : public QtTest {
 protected:
@@ -443,9 +450,7 @@ TEST_F(QtConnectionTest, FailsWhereNobodyListens)
 TEST_F(QtConnectionTest, AsksTheProxyThatTheUserHasChosen)
 {
     server.answerWith(httpAnswer(200, kThreeLines));
-    const QUrl address(QString::fromStdString(server.url()));
-    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, address.host(),
-                                                     static_cast<quint16>(address.port())));
+    QNetworkProxy::setApplicationProxy(proxyAt(server));
 
     connection = opener->openConnection("http://dunmora.invalid/update/?app=dunmoraapp", delegate);
     handleEventsUntil([&] { return delegate.hasEnded(); });
@@ -454,6 +459,84 @@ TEST_F(QtConnectionTest, AsksTheProxyThatTheUserHasChosen)
     expectFinished(kThreeLines);
     EXPECT_TRUE(server.requests.at(0).starts_with(
         "GET http://dunmora.invalid/update/?app=dunmoraapp HTTP/1.1\r\nHost: dunmora.invalid\r\n"));
+}
+
+/// Settings that may keep silent themselves, and want the server for a proxy.
+class SlowSettingsTest : public QtConnectionTest {
+protected:
+    void open()
+    {
+        server.answerWith(httpAnswer(200, kThreeLines));
+        connection = opener->openConnection("http://dunmora.invalid/", delegate);
+        handleEventsUntil([&] { return settings.asked() == 1; });
+    }
+
+    /// Lets the settings answer, and looks whether the transfer still hears of it.
+    void expectNothingOfTheAnswer(const Events& before)
+    {
+        settings.letGo();
+        // What comes of a later question comes later.
+        RecordingDelegate later;
+        QtConnectionOpener other;
+        other.openConnection("http://later.invalid/", later);
+        handleEventsUntil([&] { return later.hasEnded(); });
+        EXPECT_EQ(delegate.events, before);
+        ASSERT_EQ(server.requests.size(), 1U);
+        EXPECT_TRUE(server.requests.front().starts_with("GET http://later.invalid/ "));
+    }
+
+    HeldProxySettings settings{proxyAt(server)};
+};
+
+TEST_F(SlowSettingsTest, HoldUpNothingElse)
+{
+    open();
+    int ticks = 0;
+    QTimer clock;
+    QObject::connect(&clock, &QTimer::timeout, [&] { ++ticks; });
+    clock.start(1ms);
+
+    handleEventsUntil([&] { return ticks == 10; });
+
+    EXPECT_EQ(settings.answered(), 0);
+    EXPECT_EQ(delegate.events, Events());
+    settings.letGo();
+    handleEventsUntil([&] { return delegate.hasEnded(); });
+    expectFinished(kThreeLines);
+}
+
+TEST_F(SlowSettingsTest, CountForASilentServer)
+{
+    useTimeout(50ms);
+    open();
+
+    handleEventsUntil([&] { return delegate.hasEnded(); });
+
+    EXPECT_EQ(settings.answered(), 0);
+    EXPECT_EQ(delegate.failure, "The server does not answer.");
+    expectNothingOfTheAnswer({"failed"});
+}
+
+TEST_F(SlowSettingsTest, AreNotHeardOnceTheTransferIsCancelled)
+{
+    open();
+
+    connection->cancel();
+
+    EXPECT_EQ(settings.answered(), 0);
+    expectNothingOfTheAnswer({});
+}
+
+TEST_F(SlowSettingsTest, AreNotHeardOnceNothingOfTheTransferIsLeft)
+{
+    open();
+
+    opener.reset();
+    connection.reset();
+    handleEvents();
+
+    EXPECT_EQ(settings.answered(), 0);
+    expectNothingOfTheAnswer({});
 }
 
 class SilentServerTest : public QtConnectionTest,
