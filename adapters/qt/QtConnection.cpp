@@ -23,6 +23,7 @@ constexpr std::size_t kLongestBody = std::size_t{1} << 20U;
 constexpr qint64 kReadAhead = 64 << 10;
 constexpr int kHttpPort = 80;
 constexpr int kHttpsPort = 443;
+constexpr int kProxyAuthenticationRequired = 407;
 
 bool isEncrypted(const QUrl& url)
 {
@@ -54,18 +55,30 @@ QUrl toUrl(std::string_view location)
     return QUrl::fromEncoded(escaped);
 }
 
-/// Only what HTTP itself wants: the server learns nothing of who asks.
-QByteArray request(const QUrl& url, bool asksProxy)
+/// What lets the user of the settings through a proxy (RFC 7617).
+QByteArray authorization(const QNetworkProxy& proxy)
+{
+    if (proxy.user().isEmpty()) {
+        return {};
+    }
+    const auto user = proxy.user() + QLatin1Char(':') + proxy.password();
+    return "Proxy-Authorization: Basic " + user.toUtf8().toBase64() + "\r\n";
+}
+
+/// Only what HTTP itself wants: the server learns nothing of who asks. A proxy that is asked in its
+/// stead is told whom it lets through.
+QByteArray request(const QUrl& url, const std::optional<QNetworkProxy>& proxy)
 {
     auto target = url.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
     if (target.path().isEmpty()) {
         target.setPath(QStringLiteral("/"));
     }
     const auto host = target.authority(QUrl::FullyEncoded).toUtf8();
-    const auto resource = asksProxy ? target.toEncoded()
-                                    : target.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority);
-    return "GET " + resource + " HTTP/1.1\r\nHost: " + host +
-           "\r\nAccept: */*\r\nAccept-Encoding: identity\r\nConnection: close\r\n\r\n";
+    const auto resource =
+        proxy ? target.toEncoded() : target.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority);
+    return "GET " + resource + " HTTP/1.1\r\nHost: " + host + "\r\n" +
+           (proxy ? authorization(*proxy) : QByteArray()) +
+           "Accept: */*\r\nAccept-Encoding: identity\r\nConnection: close\r\n\r\n";
 }
 
 }  // namespace
@@ -136,11 +149,14 @@ void QtConnection::open(const QNetworkProxy& proxy)
     connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readAnswer);
     connect(socket_, &QSslSocket::errorOccurred, this, &QtConnection::handleError);
 
-    asksProxy_ = !encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability);
-    socket_->setProxy(asksProxy_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
+    asked_.reset();
+    if (!encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability)) {
+        asked_ = proxy;
+    }
+    socket_->setProxy(asked_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
     if (encrypts) {
         socket_->connectToHostEncrypted(url_.host(), static_cast<quint16>(url_.port(kHttpsPort)));
-    } else if (asksProxy_) {
+    } else if (asked_) {
         socket_->connectToHost(proxy.hostName(), proxy.port());
     } else {
         socket_->connectToHost(url_.host(), static_cast<quint16>(url_.port(kHttpPort)));
@@ -150,7 +166,7 @@ void QtConnection::open(const QNetworkProxy& proxy)
 void QtConnection::sendRequest()
 {
     beginSilence();
-    socket_->write(request(url_, asksProxy_));
+    socket_->write(request(url_, asked_));
 }
 
 void QtConnection::readAnswer()
@@ -201,6 +217,11 @@ void QtConnection::takeHead()
     }
     hasHead_ = true;
     const auto& head = *answer_.head();
+    if (asked_ && head.status == kProxyAuthenticationRequired) {
+        // The service has not been asked: the page is the proxy's.
+        fail(QStringLiteral("The proxy wants a valid user name and password."));
+        return;
+    }
     if (!head.location.empty()) {
         redirect(url_.resolved(toUrl(head.location)));
     } else {

@@ -5,6 +5,7 @@
 #include "platform/Connection.h"
 
 #include <QBasicTimer>
+#include <QNetworkProxy>
 #include <QObject>
 #include <QUrl>
 
@@ -12,17 +13,17 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 
-class QNetworkProxy;
 class QSslSocket;
 class QString;
 
 namespace dunmora {
 
 /// One GET of an http or https address. It follows redirects from one to the other and back, and
-/// takes the body of every answer, whatever its status. A body that is too long or not whole, too
-/// many redirects and a server that falls silent are failures; so are settings that do not say for
-/// as long which proxy to take.
+/// takes the body of every answer of a server, whatever its status. A body that is too long or not
+/// whole, too many redirects, a server that falls silent and a proxy that lets nobody through are
+/// failures; so are settings that do not say for as long which proxy to take.
 ///
 /// It reads the answer itself: Qt's own client takes a body in chunks that is cut off for a whole
 /// one, and reads a head that never ends for ever.
@@ -74,7 +75,8 @@ private:
     // Of the address in hand.
     QUrl url_;
     std::unique_ptr<ProxyQuestion> question_;
-    bool asksProxy_ = false;
+    // The proxy that gets the request in the server's stead; none where the socket goes through.
+    std::optional<QNetworkProxy> asked_;
     QSslSocket* socket_ = nullptr;
     HttpAnswerReader answer_;
     bool hasHead_ = false;

@@ -447,18 +447,84 @@ TEST_F(QtConnectionTest, FailsWhereNobodyListens)
     EXPECT_FALSE(delegate.failure.empty());
 }
 
-TEST_F(QtConnectionTest, AsksTheProxyThatTheUserHasChosen)
+/// The user's settings want the server for a proxy.
+class ProxyTest : public QtConnectionTest {
+protected:
+    void TearDown() override
+    {
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+        QtConnectionTest::TearDown();
+    }
+
+    void getThroughProxy(const QString& user = {}, const QString& password = {})
+    {
+        auto proxy = proxyAt(server);
+        proxy.setUser(user);
+        proxy.setPassword(password);
+        QNetworkProxy::setApplicationProxy(proxy);
+        connection =
+            opener->openConnection("http://dunmora.invalid/update/?app=dunmoraapp", delegate);
+        handleEventsUntil([&] { return delegate.hasEnded(); });
+        handleEvents();
+    }
+};
+
+TEST_F(ProxyTest, IsAskedInsteadOfTheServer)
 {
     server.answerWith(httpAnswer(200, kThreeLines));
-    QNetworkProxy::setApplicationProxy(proxyAt(server));
 
-    connection = opener->openConnection("http://dunmora.invalid/update/?app=dunmoraapp", delegate);
-    handleEventsUntil([&] { return delegate.hasEnded(); });
+    getThroughProxy();
 
-    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
     expectFinished(kThreeLines);
-    EXPECT_TRUE(server.requests.at(0).starts_with(
-        "GET http://dunmora.invalid/update/?app=dunmoraapp HTTP/1.1\r\nHost: dunmora.invalid\r\n"));
+    const auto& request = server.requests.at(0);
+    EXPECT_TRUE(request.starts_with("GET http://dunmora.invalid/update/?app=dunmoraapp HTTP/1.1\r\n"
+                                    "Host: dunmora.invalid\r\n"))
+        << request;
+    EXPECT_EQ(request.find("Authorization"), std::string::npos) << request;
+}
+
+TEST_F(ProxyTest, IsToldTheUserAndThePasswordOfTheSettings)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+
+    getThroughProxy(QStringLiteral("test"), QStringLiteral("123\u00a3"));
+
+    expectFinished(kThreeLines);
+    // The example of RFC 7617.
+    EXPECT_NE(server.requests.at(0).find("\r\nProxy-Authorization: Basic dGVzdDoxMjPCow==\r\n"),
+              std::string::npos)
+        << server.requests.at(0);
+}
+
+TEST_F(ProxyTest, AloneIsToldThem)
+{
+    // No proxy is asked for what is on this machine.
+    server.answer = [&](const std::string& target, QTcpSocket& socket) {
+        const auto elsewhere =
+            "Location: " + QByteArray::fromStdString(server.url("/end")) + "\r\n";
+        socket.write(target == "/end" ? httpAnswer(200, kThreeLines)
+                                      : httpAnswer(302, {}, elsewhere));
+        socket.disconnectFromHost();
+    };
+
+    getThroughProxy(QStringLiteral("user"), QStringLiteral("password"));
+
+    expectFinished(kThreeLines);
+    ASSERT_EQ(server.requests.size(), 2U);
+    EXPECT_NE(server.requests[0].find("Authorization"), std::string::npos);
+    EXPECT_TRUE(server.requests[1].starts_with("GET /end HTTP/1.1\r\n"));
+    EXPECT_EQ(server.requests[1].find("Authorization"), std::string::npos) << server.requests[1];
+}
+
+TEST_F(ProxyTest, HasNoPageToJudgeWhenItLetsNobodyThrough)
+{
+    server.answerWith(httpAnswer(407, kThreeLines, "Proxy-Authenticate: Basic realm=\"x\"\r\n"));
+
+    getThroughProxy(QStringLiteral("user"), QStringLiteral("wrong"));
+
+    EXPECT_EQ(delegate.events, Events{"failed"});
+    EXPECT_EQ(delegate.failure, "The proxy wants a valid user name and password.");
+    EXPECT_EQ(delegate.body, "");
 }
 
 /// Settings that may keep silent themselves, and want the server for a proxy.
