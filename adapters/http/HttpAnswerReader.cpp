@@ -35,6 +35,36 @@ std::string lowerCase(std::string_view text)
     return lower;
 }
 
+/// The value of a field, which may be there several times; empty where it says nothing. Two truths
+/// about where the body ends or where to go are none.
+std::string onlyValue(const std::vector<std::string>& values)
+{
+    std::string_view only;
+    for (const auto& value : values) {
+        const auto said = trimmed(value);
+        if (!only.empty() && !said.empty() && said != only) {
+            refuse();
+        }
+        only = only.empty() ? said : only;
+    }
+    return std::string(only);
+}
+
+/// Whether answers of this status are redirects (RFC 9110, section 15.4).
+bool sendsElsewhere(int status)
+{
+    switch (status) {
+    case 301:
+    case 302:
+    case 303:
+    case 307:
+    case 308:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// The number that the whole text is, without a sign.
 std::uint64_t number(std::string_view text, int base)
 {
@@ -155,36 +185,28 @@ void HttpAnswerReader::readStatusLine(std::string_view line)
         refuse();
     }
     status_ = static_cast<int>(number(line.substr(kStatus, kEnd - kStatus), 10));
-    location_.clear();
-    contentLength_.clear();
-    transferEncoding_.clear();
-    field_ = nullptr;
+    fields_ = {};
     part_ = Part::Fields;
 }
 
 void HttpAnswerReader::readField(std::string_view line)
 {
     if (kBlanks.find(line.front()) != std::string_view::npos) {
-        if (field_ != nullptr) {
-            field_->append(" ").append(trimmed(line));
+        if (fields_.last != nullptr) {
+            fields_.last->back().append(" ").append(trimmed(line));
         }
         return;
     }
-    const auto colon = std::min(line.find(':'), line.size());
+    const auto colon = line.find(':');
     const auto name = lowerCase(line.substr(0, colon));
-    field_ = name == "location"            ? &location_
-             : name == "content-length"    ? &contentLength_
-             : name == "transfer-encoding" ? &transferEncoding_
-                                           : nullptr;
-    if (field_ == nullptr || colon == line.size()) {
-        return;
+    fields_.last = colon == std::string_view::npos ? nullptr
+                   : name == "location"            ? &fields_.location
+                   : name == "content-length"      ? &fields_.contentLength
+                   : name == "transfer-encoding"   ? &fields_.transferEncoding
+                                                   : nullptr;
+    if (fields_.last != nullptr) {
+        fields_.last->emplace_back(line.substr(colon + 1));
     }
-    const auto value = trimmed(line.substr(colon + 1));
-    if (!field_->empty() && *field_ != value) {
-        // Two truths about where the body ends or where to go are none.
-        refuse();
-    }
-    *field_ = value;
 }
 
 /// RFC 9112, section 6.3.
@@ -197,16 +219,16 @@ void HttpAnswerReader::beginBody()
         part_ = Part::StatusLine;
         return;
     }
-    head_ = HttpHead{status_, location_};
+    head_ = HttpHead{status_, sendsElsewhere(status_) ? onlyValue(fields_.location) : ""};
     if (status_ == kNoContent || status_ == kNotModified) {
         part_ = Part::Complete;
-    } else if (!transferEncoding_.empty()) {
-        if (lowerCase(transferEncoding_) != "chunked") {
+    } else if (const auto coding = onlyValue(fields_.transferEncoding); !coding.empty()) {
+        if (lowerCase(coding) != "chunked") {
             refuse();
         }
         part_ = Part::ChunkSize;
-    } else if (!contentLength_.empty()) {
-        missing_ = number(contentLength_, 10);
+    } else if (const auto length = onlyValue(fields_.contentLength); !length.empty()) {
+        missing_ = number(length, 10);
         part_ = missing_ == 0 ? Part::Complete : Part::CountedBody;
     } else {
         part_ = Part::BodyUntilTheEnd;

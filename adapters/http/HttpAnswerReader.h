@@ -5,13 +5,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
 /// What the head of an answer says, as far as it matters here.
 struct HttpHead {
     int status = 0;
-    /// Where the server sends to; empty where it does not say.
+    /// Where the server sends to; empty where its status does not send elsewhere or it does not say
+    /// where.
     std::string location;
 };
 
@@ -51,6 +53,16 @@ private:
         Complete,
     };
 
+    /// The fields that may matter, each with the values that it has in this head.
+    struct Fields {
+        std::vector<std::string> location;
+        std::vector<std::string> contentLength;
+        std::vector<std::string> transferEncoding;
+        // The one that a line which begins with a blank goes on with; none when that does not
+        // matter.
+        std::vector<std::string>* last = nullptr;
+    };
+
     bool takesBytes() const;
     std::string_view takeBytes(std::string_view bytes);
     std::string_view takeLine(std::string_view bytes);
@@ -67,12 +79,7 @@ private:
     std::size_t framing_ = 0;
 
     int status_ = 0;
-    std::string location_;
-    std::string contentLength_;
-    std::string transferEncoding_;
-    // The value that a line which begins with a blank goes on with; none for a field that does not
-    // matter.
-    std::string* field_ = nullptr;
+    Fields fields_;
 
     std::optional<HttpHead> head_;
     // What the body, or the chunk in hand, still lacks.

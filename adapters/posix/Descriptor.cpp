@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <utility>
 
@@ -48,6 +49,17 @@ Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode)
         file = Descriptor(number());
     }
     return file;
+}
+
+Pipe openPipe()
+{
+    std::array<int, 2> ends{-1, -1};
+    if (pipe(ends.data()) == 0) {
+        for (const int end : ends) {
+            fcntl(end, F_SETFD, FD_CLOEXEC);
+        }
+    }
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
 ssize_t readSome(const Descriptor& file, char* place, std::size_t size)

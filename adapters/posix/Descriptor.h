@@ -30,6 +30,15 @@ private:
 /// allows. Errors: a descriptor that is not open, and errno.
 Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode = 0);
 
+/// What is written into `in` comes out of `out`.
+struct Pipe {
+    Descriptor out;
+    Descriptor in;
+};
+
+/// As pipe(2), never inherited by other programs. Errors: ends that are not open, and errno.
+Pipe openPipe();
+
 /// As read(2), begun again after a signal. Errors: -1, and errno.
 ssize_t readSome(const Descriptor& file, char* place, std::size_t size);
 

@@ -14,6 +14,19 @@
 
 namespace dunmora {
 
+namespace {
+
+/// Ends the process when its thread leaves by exit, before anything else is taken apart.
+class EndBeforeExit final {
+public:
+    EndBeforeExit() = default;
+    ~EndBeforeExit() { endProcess(EXIT_SUCCESS); }
+    EndBeforeExit(const EndBeforeExit&) = delete;
+    EndBeforeExit& operator=(const EndBeforeExit&) = delete;
+};
+
+}  // namespace
+
 QtApplication::QtApplication(QApplication& application) : application_(application)
 {
     // The main window's delegate decides what its end means.
@@ -24,8 +37,9 @@ QtApplication::QtApplication(QApplication& application) : application_(applicati
 void QtApplication::run(ApplicationDelegate& delegate)
 {
     // A display that breaks away makes Qt leave by exit, which would take apart what the other
-    // threads use.
-    std::atexit([] { endProcess(EXIT_SUCCESS); });
+    // threads use, and wait for some of them. What belongs to the thread goes first; a function for
+    // atexit would come after what is made from now on.
+    static thread_local const EndBeforeExit endBeforeExit;
     const auto tellActive = [&delegate](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) {
             delegate.applicationDidBecomeActive();

@@ -4,13 +4,13 @@
 #include "platform/PlatformError.h"
 
 #include <QByteArray>
-#include <QNetworkProxyFactory>
-#include <QNetworkProxyQuery>
+#include <QNetworkProxy>
 #include <QSslSocket>
 #include <QString>
 #include <QTimerEvent>
 
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace dunmora {
@@ -23,39 +23,62 @@ constexpr std::size_t kLongestBody = std::size_t{1} << 20U;
 constexpr qint64 kReadAhead = 64 << 10;
 constexpr int kHttpPort = 80;
 constexpr int kHttpsPort = 443;
+constexpr int kProxyAuthenticationRequired = 407;
 
 bool isEncrypted(const QUrl& url)
 {
     return url.scheme() == QLatin1String("https");
 }
 
-/// Whether an answer sends elsewhere (RFC 9110, section 15.4).
-bool isRedirect(const HttpHead& head)
+bool beginsWithEscape(std::string_view text)
 {
-    switch (head.status) {
-    case 301:
-    case 302:
-    case 303:
-    case 307:
-    case 308:
-        return !head.location.empty();
-    default:
-        return false;
-    }
+    constexpr std::string_view kDigits = "0123456789ABCDEFabcdef";
+    return text.size() >= 3 && text[0] == '%' && kDigits.find(text[1]) != std::string_view::npos &&
+           kDigits.find(text[2]) != std::string_view::npos;
 }
 
-/// Only what HTTP itself wants: the server learns nothing of who asks.
-QByteArray request(const QUrl& url, bool asksProxy)
+/// The address of what a server sends to, byte by byte. QUrl alone would replace what is not UTF-8,
+/// and one "%" that begins no escape would make it escape the escapes.
+QUrl toUrl(std::string_view location)
+{
+    constexpr unsigned char kFirstBeyondAscii = 0x80;
+    QByteArray escaped;
+    for (std::size_t at = 0; at < location.size(); ++at) {
+        const char c = location[at];
+        if (static_cast<unsigned char>(c) >= kFirstBeyondAscii ||
+            (c == '%' && !beginsWithEscape(location.substr(at)))) {
+            escaped += '%' + QByteArray(1, c).toHex();
+        } else {
+            escaped += c;
+        }
+    }
+    return QUrl::fromEncoded(escaped);
+}
+
+/// What lets the user of the settings through a proxy (RFC 7617).
+QByteArray authorization(const QNetworkProxy& proxy)
+{
+    if (proxy.user().isEmpty()) {
+        return {};
+    }
+    const auto user = proxy.user() + QLatin1Char(':') + proxy.password();
+    return "Proxy-Authorization: Basic " + user.toUtf8().toBase64() + "\r\n";
+}
+
+/// Only what HTTP itself wants: the server learns nothing of who asks. A proxy that is asked in its
+/// stead is told whom it lets through.
+QByteArray request(const QUrl& url, const std::optional<QNetworkProxy>& proxy)
 {
     auto target = url.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
     if (target.path().isEmpty()) {
         target.setPath(QStringLiteral("/"));
     }
     const auto host = target.authority(QUrl::FullyEncoded).toUtf8();
-    const auto resource = asksProxy ? target.toEncoded()
-                                    : target.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority);
-    return "GET " + resource + " HTTP/1.1\r\nHost: " + host +
-           "\r\nAccept: */*\r\nAccept-Encoding: identity\r\nConnection: close\r\n\r\n";
+    const auto resource =
+        proxy ? target.toEncoded() : target.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority);
+    return "GET " + resource + " HTTP/1.1\r\nHost: " + host + "\r\n" +
+           (proxy ? authorization(*proxy) : QByteArray()) +
+           "Accept: */*\r\nAccept-Encoding: identity\r\nConnection: close\r\n\r\n";
 }
 
 }  // namespace
@@ -98,15 +121,25 @@ void QtConnection::get(const QUrl& url)
     hasHead_ = false;
     beginSilence();
     // Not from within the call that asked for it, whatever the socket does.
-    const auto openUnlessEnded = [this] {
+    const auto askUnlessEnded = [this] {
         if (delegate_ != nullptr) {
-            open();
+            askForProxy();
         }
     };
-    QMetaObject::invokeMethod(this, openUnlessEnded, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, askUnlessEnded, Qt::QueuedConnection);
 }
 
-void QtConnection::open()
+void QtConnection::askForProxy()
+{
+    const auto openThrough = [this](const QNetworkProxy& proxy) { open(proxy); };
+    try {
+        question_ = std::make_unique<ProxyQuestion>(url_, openThrough);
+    } catch (const std::system_error& error) {
+        fail(toQString(error.what()));
+    }
+}
+
+void QtConnection::open(const QNetworkProxy& proxy)
 {
     const bool encrypts = isEncrypted(url_);
     socket_ = new QSslSocket(this);
@@ -116,13 +149,14 @@ void QtConnection::open()
     connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readAnswer);
     connect(socket_, &QSslSocket::errorOccurred, this, &QtConnection::handleError);
 
-    // The user's settings; the first proxy that they name is the preferred one.
-    const auto proxy = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url_)).value(0);
-    asksProxy_ = !encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability);
-    socket_->setProxy(asksProxy_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
+    asked_.reset();
+    if (!encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability)) {
+        asked_ = proxy;
+    }
+    socket_->setProxy(asked_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
     if (encrypts) {
         socket_->connectToHostEncrypted(url_.host(), static_cast<quint16>(url_.port(kHttpsPort)));
-    } else if (asksProxy_) {
+    } else if (asked_) {
         socket_->connectToHost(proxy.hostName(), proxy.port());
     } else {
         socket_->connectToHost(url_.host(), static_cast<quint16>(url_.port(kHttpPort)));
@@ -132,7 +166,7 @@ void QtConnection::open()
 void QtConnection::sendRequest()
 {
     beginSilence();
-    socket_->write(request(url_, asksProxy_));
+    socket_->write(request(url_, asked_));
 }
 
 void QtConnection::readAnswer()
@@ -183,8 +217,13 @@ void QtConnection::takeHead()
     }
     hasHead_ = true;
     const auto& head = *answer_.head();
-    if (isRedirect(head)) {
-        redirect(url_.resolved(QUrl::fromEncoded(QByteArray::fromStdString(head.location))));
+    if (asked_ && head.status == kProxyAuthenticationRequired) {
+        // The service has not been asked: the page is the proxy's.
+        fail(QStringLiteral("The proxy wants a valid user name and password."));
+        return;
+    }
+    if (!head.location.empty()) {
+        redirect(url_.resolved(toUrl(head.location)));
     } else {
         delegate_->didReceiveResponse(*this);
     }
@@ -245,6 +284,7 @@ void QtConnection::fail(const QString& description)
 ConnectionDelegate* QtConnection::end()
 {
     silence_.stop();
+    question_.reset();
     dropSocket();
     auto* const delegate = std::exchange(delegate_, nullptr);
     if (const auto onEnd = std::exchange(onEnd_, {})) {

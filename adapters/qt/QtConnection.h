@@ -1,15 +1,19 @@
 #pragma once
 
 #include "adapters/http/HttpAnswerReader.h"
+#include "adapters/qt/ProxyQuestion.h"
 #include "platform/Connection.h"
 
 #include <QBasicTimer>
+#include <QNetworkProxy>
 #include <QObject>
 #include <QUrl>
 
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <optional>
 
 class QSslSocket;
 class QString;
@@ -17,8 +21,9 @@ class QString;
 namespace dunmora {
 
 /// One GET of an http or https address. It follows redirects from one to the other and back, and
-/// takes the body of every answer, whatever its status. A body that is too long or not whole, too
-/// many redirects and a server that falls silent are failures.
+/// takes the body of every answer of a server, whatever its status. A body that is too long or not
+/// whole, too many redirects, a server that falls silent and a proxy that lets nobody through are
+/// failures; so are settings that do not say for as long which proxy to take.
 ///
 /// It reads the answer itself: Qt's own client takes a body in chunks that is cut off for a whole
 /// one, and reads a head that never ends for ever.
@@ -44,7 +49,8 @@ protected:
 
 private:
     void get(const QUrl& url);
-    void open();
+    void askForProxy();
+    void open(const QNetworkProxy& proxy);
     void sendRequest();
     void readAnswer();
     void handleError();
@@ -68,7 +74,9 @@ private:
 
     // Of the address in hand.
     QUrl url_;
-    bool asksProxy_ = false;
+    std::unique_ptr<ProxyQuestion> question_;
+    // The proxy that gets the request in the server's stead; none where the socket goes through.
+    std::optional<QNetworkProxy> asked_;
     QSslSocket* socket_ = nullptr;
     HttpAnswerReader answer_;
     bool hasHead_ = false;

@@ -5,10 +5,23 @@
 
 #include <QDesktopServices>
 #include <QUrl>
+#include <QUrlQuery>
+
+#include <algorithm>
 
 namespace dunmora {
 
 namespace {
+
+/// Whether a new message would have files of the user's in it: some mail programs attach what such
+/// an address names, without a question.
+bool attachesFiles(const QUrl& message)
+{
+    const auto fields = QUrlQuery(message).queryItems(QUrl::FullyDecoded);
+    return std::any_of(fields.begin(), fields.end(), [](const auto& field) {
+        return field.first.contains(QLatin1String("attach"), Qt::CaseInsensitive);
+    });
+}
 
 bool mayBeOpened(const QUrl& url)
 {
@@ -16,7 +29,8 @@ bool mayBeOpened(const QUrl& url)
     if (scheme == QLatin1String("http") || scheme == QLatin1String("https")) {
         return url.isValid() && !url.host().isEmpty();
     }
-    return scheme == QLatin1String("mailto") && url.isValid() && !url.path().isEmpty();
+    return scheme == QLatin1String("mailto") && url.isValid() && !url.path().isEmpty() &&
+           !attachesFiles(url);
 }
 
 }  // namespace

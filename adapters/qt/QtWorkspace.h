@@ -7,7 +7,7 @@ namespace dunmora {
 class QtApplication;
 
 /// Opens web pages and new messages in the user's own programs, and nothing else: a URL that came
-/// from elsewhere must not start a program or show a file.
+/// from elsewhere must not start a program, show a file or send one.
 class QtWorkspace final : public Workspace {
 public:
     /// The application must outlive it.

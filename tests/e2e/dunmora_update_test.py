@@ -3,11 +3,15 @@
     dunmora_update_test.py PATH-OF-DUNMORA-FOR-UPDATE-TESTS [UNITTEST-OPTION]...
 """
 
+import functools
+import socket
+
 import windowcase
-from dunmora import is_update, texts_of
+from dunmora import Dunmora, is_update, texts_of
 from dunmoracase import ANNS, CARLS, DunmoraCase
-from updateservice import Browser, Hangup, Reply, UpdateService
-from waiting import wait_for
+from updateservice import Browser, Hangup, Reply, UnwantedReply, UpdateService
+from waiting import DEADLINE_SECONDS, wait_for
+from windowcase import WindowCase
 
 REQUEST = "GET /update/?app=dunmoraapp HTTP/1.1"
 DOWNLOAD = "http://127.0.0.1:9/get?version=99.5&really"
@@ -111,6 +115,22 @@ class SilentCheckTest(UpdateCase):
 
         self.assertEqual(dunmora.names(), ANNS + CARLS)
         self.assertEqual(dunmora.windows, [dunmora.main])
+        dunmora.press(dunmora.main, "ctrl+q")
+        dunmora.seconds_until_end()
+
+
+    def test_the_program_starts_and_works_while_nobody_says_which_proxy_to_take(self):
+        silent = self.enterContext(socket.create_server(("127.0.0.1", 0)))
+        silent.settimeout(DEADLINE_SECONDS)
+        script = f"http://127.0.0.1:{silent.getsockname()[1]}/proxy.pac"
+        kind = functools.partial(Dunmora, settings={"http_proxy": f"pac+{script}"})
+        dunmora = WindowCase.start(self, "dunmora.invalid", self.book, kind=kind)
+        asking = self.enterContext(silent.accept()[0])
+        self.assertIn(b"GET /proxy.pac", asking.recv(4096))
+
+        dunmora.search()
+
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
         dunmora.press(dunmora.main, "ctrl+q")
         dunmora.seconds_until_end()
 
@@ -250,13 +270,14 @@ class AutomaticCheckTest(UpdateCase):
 
 class TransferTest(UpdateCase):
     def test_closing_the_window_cancels_the_transfer(self):
-        reply = Reply(NEWER[20:], first=NEWER[:20], held=True)
+        reply = UnwantedReply(NEWER[20:], first=NEWER[:20])
         dunmora = self.start_with(Reply(SAME), reply, Reply(SAME))
         window = self.check_from_menu(dunmora)
         self.service.wait_for_requests(2)
 
         dunmora.press(window, "escape")
         dunmora.wait_for_main_alone()
+        reply.wait_until_closed()
         reply.go_on()
         reply.wait_until_over()
 

@@ -42,6 +42,30 @@ class Reply:
         handler.end_headers()
 
 
+class UnwantedReply(Reply):
+    """Goes on when the test lets it, but not before the other side has closed in the middle of the body."""
+
+    def __init__(self, body, first):
+        super().__init__(body, held=True, first=first)
+        self.is_closed = threading.Event()
+
+    def wait_until_closed(self):
+        wait_for(self.is_closed.is_set, "close of the other side in the middle of a reply")
+
+    def send(self, handler):
+        try:
+            self.send_head(handler)
+            handler.wfile.write(self.first)
+            while handler.connection.recv(4096):
+                pass
+        except ConnectionError:
+            # What was not read any more makes the close a reset.
+            pass
+        self.is_closed.set()
+        self.may_go_on.wait()
+        handler.wfile.write(self.body)
+
+
 class Hangup(Reply):
     """Takes the request and hangs up."""
 

@@ -29,6 +29,13 @@ std::string bodyOf(std::string_view bytes)
     return read(bytes).takeBody();
 }
 
+std::string locationOf(int status, const std::string& fields)
+{
+    auto answer = "HTTP/1.1 " + std::to_string(status) + "\r\n";
+    answer += fields + "\r\n";
+    return read(answer).head()->location;
+}
+
 TEST(HttpAnswerReader, ReadsTheStatusAndABodyOfAKnownLength)
 {
     HttpAnswerReader reader;
@@ -81,18 +88,47 @@ TEST(HttpAnswerReader, KnowsAnswersWithoutABody)
 
 TEST(HttpAnswerReader, SkipsProvisionalAnswers)
 {
-    const auto reader = read(
-        "HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\nHTTP/1.1 103 Early Hints\r\nLocation: "
-        "/x\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+    auto reader = read("HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\n"
+                       "HTTP/1.1 103 Early Hints\r\nLocation: /x\r\n\r\n"
+                       "HTTP/1.1 103 Early Hints\r\nTransfer-Encoding: chunked\r\n\r\n"
+                       "HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx");
 
     EXPECT_EQ(reader.head()->status, 200);
     EXPECT_EQ(reader.head()->location, "");
+    EXPECT_EQ(reader.takeBody(), "x");
+}
+
+TEST(HttpAnswerReader, FoldsNoLineIntoTheHeadBefore)
+{
+    EXPECT_EQ(bodyOf("HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\n"
+                     "HTTP/1.1 200 OK\r\n 9\r\n\r\nx"),
+              "x");
 }
 
 TEST(HttpAnswerReader, ReadsWhereTheServerSendsTo)
 {
-    EXPECT_EQ(read("HTTP/1.1 302 Found\r\nLOCATION:\t/a b \r\n\r\n").head()->location, "/a b");
-    EXPECT_EQ(read("HTTP/1.1 302 Found\r\nLocation: /a\r\n /b\r\n\r\n").head()->location, "/a /b");
+    for (const auto& [fields, location] :
+         {std::pair{"LOCATION:\t/a b \r\n"s, "/a b"s},
+          std::pair{"Location: /a\r\n /b\r\n"s, "/a /b"s},
+          std::pair{"Location:\r\n /b \r\n"s, "/b"s}, std::pair{"Location: /a\r\n \r\n"s, "/a"s},
+          std::pair{"Location: /a\r\nLocation:/a\r\n"s, "/a"s},
+          std::pair{"Location:\r\nLocation: /a\r\n"s, "/a"s},
+          std::pair{"Location\r\n /a\r\n"s, ""s}}) {
+        for (const int status : {301, 302, 303, 307, 308}) {
+            EXPECT_EQ(locationOf(status, fields), location) << status << fields;
+        }
+    }
+}
+
+TEST(HttpAnswerReader, LooksForAPlaceOnlyWhereTheStatusSendsThere)
+{
+    for (const std::string status : {"200", "201", "300", "305", "404"}) {
+        auto reader = read("HTTP/1.1 " + status +
+                           "\r\nLocation: /a\r\nLocation: /b\r\nContent-Length: 1\r\n\r\nx");
+
+        EXPECT_EQ(reader.head()->location, "") << status;
+        EXPECT_EQ(reader.takeBody(), "x") << status;
+    }
 }
 
 TEST(HttpAnswerReader, PassesOverLinesThatSayNothingToIt)
@@ -138,6 +174,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: gzip, chunked\r\n\r\n0\r\n\r\n",
                     "HTTP/1.1 302 Found\r\nLocation: /a\r\nLocation: /b\r\n\r\n",
+                    "HTTP/1.1 302 Found\r\nLocation: /a\r\nLocation: /a\r\n /b\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nx\r\n0\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n\r\nx\r\n0\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\nxy\r\n0\r\n\r\n",

@@ -226,6 +226,21 @@ TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenTheDisplayBreaksAway)
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");
 }
 
+TEST_F(QtApplicationDeathTest, LeavesAllAsItIsWhenTheDisplayBreaksAway)
+{
+    TellingDelegate delegate;
+    delegate.onLaunch = [&] {
+        soon([] {
+            // As what is made while the program runs and would wait for its threads at the end.
+            std::atexit([] { std::_Exit(3); });
+            // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs
+            std::exit(1);
+        });
+    };
+
+    EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");
+}
+
 TEST_F(QtApplicationDeathTest, EndsWithTheMainWindowInTheMiddleOfEverything)
 {
     TellingDelegate delegate;

@@ -1,4 +1,5 @@
 #include "adapters/qt/QtConnectionOpener.h"
+#include "tests/adapters/qt/HeldProxySettings.h"
 #include "tests/adapters/qt/LoopbackServer.h"
 #include "tests/adapters/qt/QtTest.h"
 
@@ -71,6 +72,12 @@ public:
     std::string body;
     std::string failure;
 };
+
+QNetworkProxy proxyAt(const LoopbackServer& server)
+{
+    const QUrl address(QString::fromStdString(server.url()));
+    return {QNetworkProxy::HttpProxy, address.host(), static_cast<quint16>(address.port())};
+}
 
 class QtConnectionTest : public QtTest {
 protected:
@@ -201,6 +208,54 @@ TEST_P(RedirectTest, FollowsItToTheAddressThatTheDelegateReturns)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, RedirectTest, testing::Values(301, 302, 303, 307, 308));
+
+struct Place {
+    const char* location;
+    const char* target;
+};
+
+class OddPlaceTest : public QtConnectionTest, public testing::WithParamInterface<Place> {};
+
+TEST_P(OddPlaceTest, IsAskedForByteByByte)
+{
+    server.answer = [](const std::string& path, QTcpSocket& socket) {
+        const QByteArray location(GetParam().location);
+        socket.write(path == "/" ? httpAnswer(302, {}, "Location: " + location + "\r\n")
+                                 : httpAnswer(200, kThreeLines));
+        socket.disconnectFromHost();
+    };
+
+    get();
+
+    expectFinished(kThreeLines);
+    EXPECT_EQ(delegate.redirects, Events{server.url(GetParam().target)});
+    EXPECT_TRUE(server.requests.back().starts_with("GET " + std::string(GetParam().target) + " "))
+        << server.requests.back();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OddPlaceTest,
+                         testing::Values(Place{"/\xc3\xa4", "/%C3%A4"}, Place{"/\xe4", "/%E4"},
+                                         Place{"/\xe4?\xff=%e4", "/%E4?%FF=%E4"},
+                                         Place{"/a b", "/a%20b"}, Place{"/%zz%2f", "/%25zz%2F"},
+                                         Place{"/5%?a=%26b", "/5%25?a=%26b"},
+                                         Place{"/%2f%", "/%2F%25"}, Place{"/%2", "/%252"},
+                                         Place{"/%%2f", "/%25%2F"}, Place{"/%25zz", "/%25zz"}));
+
+TEST_F(QtConnectionTest, FollowsRedirectsToAHostOfAnyScript)
+{
+    for (const QByteArray host : {"b\xc3\xbc"
+                                  "cher.invalid",
+                                  "b%C3%BCcher.invalid", "xn--bcher-kva.invalid"}) {
+        delegate = {};
+        delegate.onRedirect = [this] { connection->cancel(); };
+        server.answerWith(httpAnswer(302, {}, "Location: http://" + host + "/x\r\n"));
+
+        connection = opener->openConnection(server.url(), delegate);
+        handleEventsUntil([&] { return !delegate.redirects.empty(); });
+
+        EXPECT_EQ(delegate.redirects, Events{"http://xn--bcher-kva.invalid/x"});
+    }
+}
 
 TEST_F(QtConnectionTest, FollowsRedirectsToAnEncryptedServerAndBack)
 {
@@ -392,20 +447,162 @@ TEST_F(QtConnectionTest, FailsWhereNobodyListens)
     EXPECT_FALSE(delegate.failure.empty());
 }
 
-TEST_F(QtConnectionTest, AsksTheProxyThatTheUserHasChosen)
+/// The user's settings want the server for a proxy.
+class ProxyTest : public QtConnectionTest {
+protected:
+    void TearDown() override
+    {
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+        QtConnectionTest::TearDown();
+    }
+
+    void getThroughProxy(const QString& user = {}, const QString& password = {})
+    {
+        auto proxy = proxyAt(server);
+        proxy.setUser(user);
+        proxy.setPassword(password);
+        QNetworkProxy::setApplicationProxy(proxy);
+        connection =
+            opener->openConnection("http://dunmora.invalid/update/?app=dunmoraapp", delegate);
+        handleEventsUntil([&] { return delegate.hasEnded(); });
+        handleEvents();
+    }
+};
+
+TEST_F(ProxyTest, IsAskedInsteadOfTheServer)
 {
     server.answerWith(httpAnswer(200, kThreeLines));
-    const QUrl address(QString::fromStdString(server.url()));
-    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, address.host(),
-                                                     static_cast<quint16>(address.port())));
 
-    connection = opener->openConnection("http://dunmora.invalid/update/?app=dunmoraapp", delegate);
+    getThroughProxy();
+
+    expectFinished(kThreeLines);
+    const auto& request = server.requests.at(0);
+    EXPECT_TRUE(request.starts_with("GET http://dunmora.invalid/update/?app=dunmoraapp HTTP/1.1\r\n"
+                                    "Host: dunmora.invalid\r\n"))
+        << request;
+    EXPECT_EQ(request.find("Authorization"), std::string::npos) << request;
+}
+
+TEST_F(ProxyTest, IsToldTheUserAndThePasswordOfTheSettings)
+{
+    server.answerWith(httpAnswer(200, kThreeLines));
+
+    getThroughProxy(QStringLiteral("test"), QStringLiteral("123\u00a3"));
+
+    expectFinished(kThreeLines);
+    // The example of RFC 7617.
+    EXPECT_NE(server.requests.at(0).find("\r\nProxy-Authorization: Basic dGVzdDoxMjPCow==\r\n"),
+              std::string::npos)
+        << server.requests.at(0);
+}
+
+TEST_F(ProxyTest, AloneIsToldThem)
+{
+    // No proxy is asked for what is on this machine.
+    server.answer = [&](const std::string& target, QTcpSocket& socket) {
+        const auto elsewhere =
+            "Location: " + QByteArray::fromStdString(server.url("/end")) + "\r\n";
+        socket.write(target == "/end" ? httpAnswer(200, kThreeLines)
+                                      : httpAnswer(302, {}, elsewhere));
+        socket.disconnectFromHost();
+    };
+
+    getThroughProxy(QStringLiteral("user"), QStringLiteral("password"));
+
+    expectFinished(kThreeLines);
+    ASSERT_EQ(server.requests.size(), 2U);
+    EXPECT_NE(server.requests[0].find("Authorization"), std::string::npos);
+    EXPECT_TRUE(server.requests[1].starts_with("GET /end HTTP/1.1\r\n"));
+    EXPECT_EQ(server.requests[1].find("Authorization"), std::string::npos) << server.requests[1];
+}
+
+TEST_F(ProxyTest, HasNoPageToJudgeWhenItLetsNobodyThrough)
+{
+    server.answerWith(httpAnswer(407, kThreeLines, "Proxy-Authenticate: Basic realm=\"x\"\r\n"));
+
+    getThroughProxy(QStringLiteral("user"), QStringLiteral("wrong"));
+
+    EXPECT_EQ(delegate.events, Events{"failed"});
+    EXPECT_EQ(delegate.failure, "The proxy wants a valid user name and password.");
+    EXPECT_EQ(delegate.body, "");
+}
+
+/// Settings that may keep silent themselves, and want the server for a proxy.
+class SlowSettingsTest : public QtConnectionTest {
+protected:
+    void open()
+    {
+        server.answerWith(httpAnswer(200, kThreeLines));
+        connection = opener->openConnection("http://dunmora.invalid/", delegate);
+        handleEventsUntil([&] { return settings.asked() == 1; });
+    }
+
+    /// Lets the settings answer, and looks whether the transfer still hears of it.
+    void expectNothingOfTheAnswer(const Events& before)
+    {
+        settings.letGo();
+        // What comes of a later question comes later.
+        RecordingDelegate later;
+        QtConnectionOpener other;
+        other.openConnection("http://later.invalid/", later);
+        handleEventsUntil([&] { return later.hasEnded(); });
+        EXPECT_EQ(delegate.events, before);
+        ASSERT_EQ(server.requests.size(), 1U);
+        EXPECT_TRUE(server.requests.front().starts_with("GET http://later.invalid/ "));
+    }
+
+    HeldProxySettings settings{proxyAt(server)};
+};
+
+TEST_F(SlowSettingsTest, HoldUpNothingElse)
+{
+    open();
+    int ticks = 0;
+    QTimer clock;
+    QObject::connect(&clock, &QTimer::timeout, [&] { ++ticks; });
+    clock.start(1ms);
+
+    handleEventsUntil([&] { return ticks == 10; });
+
+    EXPECT_EQ(settings.answered(), 0);
+    EXPECT_EQ(delegate.events, Events());
+    settings.letGo();
+    handleEventsUntil([&] { return delegate.hasEnded(); });
+    expectFinished(kThreeLines);
+}
+
+TEST_F(SlowSettingsTest, CountForASilentServer)
+{
+    useTimeout(50ms);
+    open();
+
     handleEventsUntil([&] { return delegate.hasEnded(); });
 
-    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-    expectFinished(kThreeLines);
-    EXPECT_TRUE(server.requests.at(0).starts_with(
-        "GET http://dunmora.invalid/update/?app=dunmoraapp HTTP/1.1\r\nHost: dunmora.invalid\r\n"));
+    EXPECT_EQ(settings.answered(), 0);
+    EXPECT_EQ(delegate.failure, "The server does not answer.");
+    expectNothingOfTheAnswer({"failed"});
+}
+
+TEST_F(SlowSettingsTest, AreNotHeardOnceTheTransferIsCancelled)
+{
+    open();
+
+    connection->cancel();
+
+    EXPECT_EQ(settings.answered(), 0);
+    expectNothingOfTheAnswer({});
+}
+
+TEST_F(SlowSettingsTest, AreNotHeardOnceNothingOfTheTransferIsLeft)
+{
+    open();
+
+    opener.reset();
+    connection.reset();
+    handleEvents();
+
+    EXPECT_EQ(settings.answered(), 0);
+    expectNothingOfTheAnswer({});
 }
 
 class SilentServerTest : public QtConnectionTest,

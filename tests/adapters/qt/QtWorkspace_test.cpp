@@ -22,9 +22,9 @@ protected:
 
 TEST_F(QtWorkspaceTest, OpensWebPagesAndNewMessages)
 {
-    const std::vector<std::string> urls{"http://dunmora.example.com/",
-                                        "https://dunmora.example.com/a?b=c%20d#e",
-                                        "mailto:support@dunmora.example.com"};
+    const std::vector<std::string> urls{
+        "http://dunmora.example.com/", "https://dunmora.example.com/a?b=c%20d#e",
+        "mailto:support@dunmora.example.com", "mailto:a@b?subject=attach=x&body=attach"};
 
     for (const auto& url : urls) {
         EXPECT_TRUE(workspace.openURL(url)) << url;
@@ -38,7 +38,22 @@ TEST_F(QtWorkspaceTest, OpensNothingElse)
     for (const std::string url :
          {"", "dunmora.example.com", "file:///etc/passwd", "/etc/passwd", "ftp://example.com/",
           "javascript:alert(1)", "tel:123", "http://", "http:///path", "https://a b/",
-          "http://example.com/%zz", "mailto:", "http://[::1", "smb://example.com/"}) {
+          "http://example.com/%zz", "mailto:", "http://[::1", "smb://example.com/",
+          // So ends the address in a reply whose lines end as those of HTTP do.
+          "http://example.com/get\r"}) {
+        EXPECT_FALSE(workspace.openURL(url)) << url;
+    }
+
+    EXPECT_EQ(programs.opened, std::vector<std::string>());
+}
+
+TEST_F(QtWorkspaceTest, OpensNoMessageThatTakesFilesAlong)
+{
+    for (const std::string url :
+         {"mailto:a@b?attach=/etc/passwd", "mailto:a@b?subject=x&attachment=/etc/passwd",
+          "mailto:a@b?ATTACH=/etc/passwd", "mailto:a@b?%61ttach=/etc/passwd",
+          "mailto:a@b?Attach%4dent=/etc/passwd", "mailto:a@b?subject=x&amp;attach=/etc/passwd",
+          "mailto:a@b?%20attach=/etc/passwd", "mailto:a@b?attach"}) {
         EXPECT_FALSE(workspace.openURL(url)) << url;
     }
 
