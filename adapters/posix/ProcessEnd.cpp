@@ -1,8 +1,8 @@
 #include "adapters/posix/ProcessEnd.h"
 
+#include "adapters/posix/Descriptor.h"
 #include "adapters/posix/UnfinishedFile.h"
 
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -11,7 +11,6 @@
 #include <system_error>
 #include <thread>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace dunmora {
@@ -66,17 +65,17 @@ void putInOrder()
 extern "C" void passSignalOn(int signal)
 {
     const int error = errno;
-    const auto number = static_cast<unsigned char>(signal);
+    const auto number = static_cast<char>(signal);
     // It fails only where there are thousands of signals already.
     [[maybe_unused]] const auto written = write(signals, &number, 1);
     errno = error;
 }
 
 /// Waits for the first signal and ends the process.
-[[noreturn]] void endAtSignal(int source, std::optional<int> status)
+[[noreturn]] void endAtSignal(const Descriptor& source, std::optional<int> status)
 {
-    unsigned char signal = 0;
-    while (read(source, &signal, 1) != 1) {}
+    char signal = 0;
+    readSome(source, &signal, 1);
     if (status) {
         endProcess(*status);
     }
@@ -85,17 +84,6 @@ extern "C" void passSignalOn(int signal)
     std::raise(signal);
     // Not reached: nobody keeps that signal from this thread.
     std::_Exit(EXIT_FAILURE);
-}
-
-/// The reading and the writing end of a new pipe, which no other program inherits.
-std::array<int, 2> makePipe()
-{
-    std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0 || fcntl(ends[0], F_SETFD, FD_CLOEXEC) != 0 ||
-        fcntl(ends[1], F_SETFD, FD_CLOEXEC) != 0) {
-        throw std::system_error(errno, std::generic_category());
-    }
-    return ends;
 }
 
 }  // namespace
@@ -127,9 +115,13 @@ void endProcess(int status)
 
 void endOnSignals(std::optional<int> status)
 {
-    const auto ends = makePipe();
-    signals = ends[1];
-    std::thread([source = ends[0], status] { endAtSignal(source, status); }).detach();
+    // Never closed: a signal may come until the very end.
+    const auto& pipe = *new Pipe(openPipe());
+    if (!pipe.in.isOpen()) {
+        throw std::system_error(errno, std::generic_category());
+    }
+    signals = pipe.in.number();
+    std::thread([&source = pipe.out, status] { endAtSignal(source, status); }).detach();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         if (std::signal(signal, passSignalOn) == SIG_IGN) {
             std::signal(signal, SIG_IGN);
