@@ -82,6 +82,7 @@ enum class Kind : std::uint8_t {
     Revision,
     Version,
     CardKind,
+    List,
     Agent,
 };
 
@@ -109,6 +110,8 @@ Kind kindOf(std::string_view name)
         return is("NICKNAME", Kind::Nickname);
     case 9:
         return is("X-ABLABEL", Kind::Label);
+    case 16:
+        return is("X-EVOLUTION-LIST", Kind::List);
     case 24:
         return is("X-ADDRESSBOOKSERVER-KIND", Kind::CardKind);
     default:
@@ -610,10 +613,14 @@ private:
 
     bool isGroup()
     {
+        const auto says = [&](const RawProperty& property, Kind kind, std::string_view value) {
+            return property.property.kind == kind &&
+                   equalsIgnoringCase(trimmed(parse(property).value), value);
+        };
         return std::any_of(properties_.begin(), properties_.end(),
                            [&](const RawProperty& property) {
-                               return property.property.kind == Kind::CardKind &&
-                                      equalsIgnoringCase(trimmed(parse(property).value), "group");
+                               return says(property, Kind::CardKind, "group") ||
+                                      says(property, Kind::List, "TRUE");
                            });
     }
 

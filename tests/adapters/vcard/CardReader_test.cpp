@@ -172,7 +172,8 @@ TEST(CardReader, TakesACardWithOnlyAVersionForAPerson)
 
 TEST(CardReader, DoesNotTakeGroupsForPeopleNorForSkippedCards)
 {
-    for (const auto* kind : {"KIND:group", "kind:GROUP", "X-ADDRESSBOOKSERVER-KIND:group"}) {
+    for (const auto* kind :
+         {"KIND:group", "kind:GROUP", "X-ADDRESSBOOKSERVER-KIND:group", "X-EVOLUTION-LIST:TRUE"}) {
         const ReadText text(card30(std::string("N:Club;;;;\r\n") + kind + "\r\n"));
 
         EXPECT_TRUE(text.people().empty()) << kind;
@@ -181,6 +182,7 @@ TEST(CardReader, DoesNotTakeGroupsForPeopleNorForSkippedCards)
     }
     EXPECT_EQ(ReadText(card30("KIND:individual\r\n")).people().size(), 1U);
     EXPECT_EQ(ReadText(card30("KIND:org\r\n")).people().size(), 1U);
+    EXPECT_EQ(ReadText(card30("X-EVOLUTION-LIST:FALSE\r\n")).people().size(), 1U);
 }
 
 // Where a card stands.
