@@ -391,8 +391,9 @@ std::vector<BookContent> LibebookService::read(const std::vector<std::string>& b
     }
     std::vector<BookContent> contents;
     contents.reserve(books.size());
+    auto reads = resultsBefore(deadline, calls);
     for (std::size_t i = 0; i < books.size(); ++i) {
-        auto read = calls[i].resultBefore(deadline);
+        auto& read = reads[i];
         if (!read) {
             contents.emplace_back().failure = kNoAnswer;
             continue;
