@@ -364,8 +364,7 @@ LibebookService::Read LibebookService::readAll(const Connection& connection,
     Read read;
     Error error;
     read.client = connectTo(*connection.source, cancellable, error);
-    if (!read.client || !query(*read.client, R"((contains "x-evolution-any-field" ""))",
-                               read.content.people, cancellable, error)) {
+    if (!read.client || !query(*read.client, kEverybody, read.content.people, cancellable, error)) {
         read.content.failure = error.sentence();
         return read;
     }
