@@ -264,6 +264,14 @@ bool fetch(EClient& client, const std::vector<std::string>& uids, std::vector<Co
     return query(client, kEverybody, people, cancellable, error);
 }
 
+BookContent unanswered()
+{
+    BookContent content;
+    content.failure = kNoAnswer;
+    content.isUnanswered = true;
+    return content;
+}
+
 }  // namespace
 
 struct LibebookService::Listed {
@@ -366,6 +374,7 @@ LibebookService::Read LibebookService::readAll(const Connection& connection,
     read.client = connectTo(*connection.source, cancellable, error);
     if (!read.client || !query(*read.client, kEverybody, read.content.people, cancellable, error)) {
         read.content.failure = error.sentence();
+        read.content.isUnanswered = error.isNoAnswer();
         return read;
     }
     read.content.isWritable = e_client_is_readonly(read.client.get()) == FALSE;
@@ -394,7 +403,7 @@ std::vector<BookContent> LibebookService::read(const std::vector<std::string>& b
     for (std::size_t i = 0; i < books.size(); ++i) {
         auto& read = reads[i];
         if (!read) {
-            contents.emplace_back().failure = kNoAnswer;
+            contents.push_back(unanswered());
             continue;
         }
         connections_.at(books[i]).client = read->content.failure.empty() ? read->client : nullptr;
@@ -417,6 +426,7 @@ LibebookService::Read LibebookService::findSome(const Connection& connection,
     found.client = connectTo(*connection.source, cancellable, error);
     if (!found.client || !fetch(*found.client, people, found.content.people, cancellable, error)) {
         found.content.failure = error.sentence();
+        found.content.isUnanswered = error.isNoAnswer();
     }
     return found;
 }
@@ -436,8 +446,7 @@ BookContent LibebookService::find(const std::string& book, const std::vector<std
     auto found = call.resultBefore(Clock::now() + kFindingLimit);
     if (!found) {
         connection.client = nullptr;
-        content.failure = kNoAnswer;
-        return content;
+        return unanswered();
     }
     connection.client = found->content.failure.empty() ? found->client : nullptr;
     return std::move(found->content);

@@ -439,6 +439,27 @@ TEST_F(EdsServiceTest, DoesNotClaimToKnowWhatAServiceWillDoThatHasStoppedRightBe
     EXPECT_NE(std::find(uids.begin(), uids.end(), "c"), uids.end());
 }
 
+TEST_F(EdsServiceTest, TellsBooksThatAreNotAnsweredForFromThoseThatCannotBeRead)
+{
+    const auto broken = uid_ + "2";
+    others_.makeBook(broken, "Nowhere", "nosuchkind");
+    holds({"a"});
+    const auto service = loadContactService();
+    service->books();
+    const auto before = service->read({uid_, broken});
+    EXPECT_EQ(before[0].failure, "");
+    EXPECT_FALSE(before[0].isUnanswered);
+    EXPECT_NE(before[1].failure, "");
+    EXPECT_FALSE(before[1].isUnanswered);
+
+    ASSERT_GT(desktop().signalFactories(SIGSTOP), 0U);
+    const auto found = service->find(uid_, {"a"});
+    desktop().signalFactories(SIGCONT);
+
+    EXPECT_TRUE(found.isUnanswered);
+    EXPECT_EQ(found.failure, "The service did not answer in time.");
+}
+
 TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswerADeletion)
 {
     holds({"a", "b", "c"});
@@ -478,6 +499,7 @@ TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswerAReader)
     EXPECT_LT(seconds, 15);
     EXPECT_EQ(failure, "“Friends” could not be read: The service did not answer in time.");
     EXPECT_EQ(contents.at(0).failure, "The service did not answer in time.");
+    EXPECT_TRUE(contents.at(0).isUnanswered);
     EXPECT_EQ(uidsOf(book().readPeople()), Lines{"a"});
 }
 
