@@ -63,6 +63,9 @@ public:
         return is(E_BOOK_CLIENT_ERROR, E_BOOK_CLIENT_ERROR_CONTACT_NOT_FOUND);
     }
 
+    /// Whether the server has refused because of what it has meanwhile.
+    bool isChangedOnServer() const { return is(E_CLIENT_ERROR, E_CLIENT_ERROR_OUT_OF_SYNC); }
+
     bool isClosed() const
     {
         return is(G_IO_ERROR, G_IO_ERROR_CLOSED) || is(G_DBUS_ERROR, G_DBUS_ERROR_DISCONNECTED);
@@ -467,16 +470,18 @@ LibebookService::Removed LibebookService::removeSome(const Connection& connectio
             uids = g_slist_prepend(uids, g_strdup(person.c_str()));
         }
         uids = g_slist_reverse(uids);
+        // Else the service would remove whatever a server has by now, not what it has shown.
         isDone = e_book_client_remove_contacts_sync(E_BOOK_CLIENT(removed.client.get()), uids,
-                                                    E_BOOK_OPERATION_FLAG_NONE, cancellable,
-                                                    error.place()) != FALSE;
+                                                    E_BOOK_OPERATION_FLAG_CONFLICT_FAIL,
+                                                    cancellable, error.place()) != FALSE;
         g_slist_free_full(uids, g_free);
     }
     if (!isDone) {
         using Outcome = RemovalAnswer::Outcome;
-        removed.answer = {error.isNoSuchPerson() ? Outcome::NoSuchPerson
-                          : error.isNoAnswer()   ? Outcome::NoAnswer
-                                                 : Outcome::Refused,
+        removed.answer = {error.isNoSuchPerson()      ? Outcome::NoSuchPerson
+                          : error.isChangedOnServer() ? Outcome::Changed
+                          : error.isNoAnswer()        ? Outcome::NoAnswer
+                                                      : Outcome::Refused,
                           error.sentence()};
     }
     return removed;

@@ -1,0 +1,221 @@
+#include "adapters/eds/ContactService.h"
+#include "adapters/eds/EdsBooks.h"
+#include "adapters/eds/EdsModule.h"
+#include "platform/AddressBook.h"
+#include "platform/PlatformError.h"
+#include "tests/adapters/eds/CardDavServer.h"
+#include "tests/adapters/eds/OtherClient.h"
+#include "tests/adapters/eds/PrivateDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+using Cards = std::map<std::string, std::string>;
+using Outcome = RemovalAnswer::Outcome;
+
+std::string cardOf(const std::string& uid, const std::string& properties = "")
+{
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid + "\r\nN:Lee;" + uid + ";;;\r\n" +
+           properties + "END:VCARD\r\n";
+}
+
+/// A book of the desktop that a server keeps; a book and a server for each test.
+class EdsServerTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!PrivateDesktop::isPossible()) {
+            GTEST_SKIP() << "Evolution Data Server is not installed.";
+        }
+        PrivateDesktop::ofThisProcess();
+        uid_ = testing::UnitTest::GetInstance()->current_test_info()->name();
+        for (const auto* uid : {"ann", "ben", "cid"}) {
+            server_.put(uid, cardOf(uid, "NOTE:one\\, two\r\nX-OWN;X-P=\"a;b\":kept\r\n"));
+        }
+    }
+
+    void TearDown() override
+    {
+        book_.reset();
+        if (PrivateDesktop::isPossible()) {
+            others_.removeBook(uid_);
+        }
+    }
+
+    /// Makes the server's book one of the desktop's, as it was used some time ago.
+    void isKnownToTheDesktop()
+    {
+        others_.makeServerBook(uid_, "Work", server_.port());
+        server_.awaitListing();
+        others_.close(uid_);
+    }
+
+    static PrivateDesktop& desktop() { return PrivateDesktop::ofThisProcess(); }
+
+    AddressBook& book()
+    {
+        if (!book_) {
+            book_ = openEdsBook(std::string(kEdsName) + uid_);
+        }
+        return *book_;
+    }
+
+    /// The service after it has read the book.
+    std::unique_ptr<ContactService> openService()
+    {
+        auto service = loadContactService();
+        service->books();
+        EXPECT_EQ(service->read({uid_}).at(0).failure, "");
+        return service;
+    }
+
+    /// Lists the people anew, as a deletion does, and asks for the removal of these.
+    void ask(const Lines& uids)
+    {
+        for (const auto& person : book().people()) {
+            if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
+                book().removeRecord(person);
+            }
+        }
+    }
+
+    static std::string failureOf(const std::function<void()>& action)
+    {
+        try {
+            action();
+        } catch (const PlatformError& error) {
+            return error.what();
+        }
+        return "";
+    }
+
+    /// What another program sees.
+    Lines seenByOthers()
+    {
+        auto uids = others_.uids(uid_);
+        std::sort(uids.begin(), uids.end());
+        return uids;
+    }
+
+    /// Waits until the service has done with the server whatever it had in mind to do.
+    void settle()
+    {
+        others_.refresh(uid_);
+        server_.awaitListing();
+    }
+
+    std::string uid_;
+    CardDavServer server_;
+    OtherClient others_;
+
+private:
+    std::unique_ptr<AddressBook> book_;
+};
+
+TEST_F(EdsServerTest, DeletesThereAndLeavesEveryoneElseAsTheyWereToTheByte)
+{
+    isKnownToTheDesktop();
+    auto expected = server_.cards();
+    expected.erase("ann");
+    expected.erase("cid");
+
+    book().readPeople();
+    ask({"ann", "cid"});
+    book().save();
+
+    EXPECT_EQ(server_.cards(), expected);
+    EXPECT_EQ(seenByOthers(), Lines{"ben"});
+}
+
+TEST_F(EdsServerTest, LeavesAloneWhomSomebodyHasChangedThereMeanwhile)
+{
+    isKnownToTheDesktop();
+    book().readPeople();
+    ask({"ann", "ben"});
+    const auto edited = cardOf("ann", "NOTE:newer\r\n");
+    server_.put("ann", edited);
+
+    EXPECT_EQ(failureOf([&] { book().save(); }),
+              "Not everybody was deleted. Of 2 people 1 was deleted, 0 were gone already, 1 has "
+              "changed meanwhile and was left alone, 0 are still there.");
+    auto expected = server_.cards();
+    EXPECT_EQ(expected.size(), 2U);
+    EXPECT_EQ(expected["ann"], edited);
+}
+
+TEST_F(EdsServerTest, SaysThatSomebodyHasChangedThere)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.put("ann", cardOf("ann", "NOTE:newer\r\n"));
+
+    EXPECT_EQ(service->remove(uid_, {"ann"}).outcome, Outcome::Changed);
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
+TEST_F(EdsServerTest, RemovesNobodyLaterWhenTheServerGoesAwayBetweenListingAndRemoval)
+{
+    isKnownToTheDesktop();
+    book().readPeople();
+    ask({"ann", "ben"});
+    server_.goAway();
+
+    const auto failure = failureOf([&] { book().save(); });
+
+    EXPECT_TRUE(failure.starts_with("Not everybody was deleted. Of 2 people 0 were deleted, 0 were "
+                                    "gone already, 0 have changed meanwhile and were left alone, 2 "
+                                    "are still there. “Work”: "))
+        << failure;
+    server_.comeBack();
+    settle();
+    EXPECT_EQ(server_.removals(), Lines{});
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
+TEST_F(EdsServerTest, SaysWhomAServerHasRefusedToRemove)
+{
+    constexpr int kUnavailable = 503;
+    isKnownToTheDesktop();
+    server_.refuseRemovals(kUnavailable, 1);
+    book().readPeople();
+    ask({"ann", "ben", "cid"});
+
+    const auto failure = failureOf([&] { book().save(); });
+
+    EXPECT_TRUE(failure.starts_with("Not everybody was deleted. Of 3 people 1 was deleted, 0 were "
+                                    "gone already, 0 have changed meanwhile and were left alone, 2 "
+                                    "are still there. “Work”: "))
+        << failure;
+    EXPECT_EQ(server_.cards().size(), 2U);
+}
+
+TEST_F(EdsServerTest, IsHonestAboutAServerThatDoesNotAnswerInTime)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.holdRemovals();
+
+    const auto begin = std::chrono::steady_clock::now();
+    const auto answer = service->remove(uid_, {"ann"});
+
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer);
+    EXPECT_EQ(answer.reason, "The service did not answer in time.");
+    server_.letGo();
+}
+
+}  // namespace
+}  // namespace dunmora::test
