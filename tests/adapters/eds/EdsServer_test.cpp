@@ -166,6 +166,55 @@ TEST_F(EdsServerTest, SaysThatSomebodyHasChangedThere)
     EXPECT_EQ(server_.cards().size(), 3U);
 }
 
+TEST_F(EdsServerTest, NamesTheBookWhileItsServerIsAwayAndRemovesNobodyLater)
+{
+    isKnownToTheDesktop();
+    server_.goAway();
+
+    EXPECT_EQ(failureOf([&] { book().readPeople(); }),
+              "“Work” could not be read: Its server cannot be reached.");
+    const auto all = openEdsBook("eds:");
+    EXPECT_TRUE(all->readPeople().empty());
+    EXPECT_EQ(all->notes().remarks,
+              Lines{"“Work” could not be read: Its server cannot be reached."});
+
+    server_.comeBack();
+    EXPECT_EQ(book().readPeople().size(), 3U);
+    settle();
+    EXPECT_EQ(server_.removals(), Lines{});
+}
+
+TEST_F(EdsServerTest, DoesNotBelieveThatAServerIsThereUntilTheServiceHasTriedAgain)
+{
+    isKnownToTheDesktop();
+    server_.goAway();
+    others_.refresh(uid_);
+    OtherClient::claimServer(uid_);
+
+    EXPECT_EQ(failureOf([&] { book().readPeople(); }),
+              "“Work” could not be read: Its server cannot be reached.");
+}
+
+TEST_F(EdsServerTest, RefusesToRemoveFromTheDesktopsCopyAlone)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    desktop().signalFactories(SIGKILL);
+    server_.goAway();
+
+    const auto found = service->find(uid_, {"ann"});
+    const auto answer = service->remove(uid_, {"ann"});
+
+    EXPECT_EQ(found.failure, "Its server cannot be reached.");
+    EXPECT_FALSE(found.isUnanswered);
+    EXPECT_EQ(answer.outcome, Outcome::Refused);
+    EXPECT_EQ(answer.reason, "Its server cannot be reached.");
+    server_.comeBack();
+    settle();
+    EXPECT_EQ(server_.removals(), Lines{});
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
 TEST_F(EdsServerTest, RemovesNobodyLaterWhenTheServerGoesAwayBetweenListingAndRemoval)
 {
     isKnownToTheDesktop();
@@ -185,6 +234,44 @@ TEST_F(EdsServerTest, RemovesNobodyLaterWhenTheServerGoesAwayBetweenListingAndRe
     EXPECT_EQ(server_.cards().size(), 3U);
 }
 
+TEST_F(EdsServerTest, AsksForNoRemovalWhileTheServiceHasLostTheServer)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.lockOut();
+    others_.refresh(uid_);
+    OtherClient::awaitLoss(uid_);
+
+    const auto answer = service->remove(uid_, {"ann"});
+    const auto found = service->find(uid_, {"ann"});
+
+    EXPECT_EQ(answer.outcome, Outcome::Refused);
+    EXPECT_EQ(answer.reason, "Its server cannot be reached.");
+    // The service itself may wait for a password then.
+    EXPECT_NE(found.failure, "");
+    EXPECT_EQ(server_.removals(), Lines{});
+}
+
+// The service gives the same answer whether it has removed somebody or will do it later.
+TEST_F(EdsServerTest, DoesNotTakeForRemovedWhomTheServiceMayRemoveLater)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.holdRemovals();
+    RemovalAnswer answer;
+    std::thread removal([&] { answer = service->remove(uid_, {"ann"}); });
+
+    server_.awaitHeldRemoval();
+    OtherClient::loseServer(uid_);
+    server_.letGo();
+    removal.join();
+
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer);
+    EXPECT_EQ(answer.reason,
+              "Its server cannot be reached any more, so that the service may remove "
+              "them there later.");
+}
+
 TEST_F(EdsServerTest, SaysWhomAServerHasRefusedToRemove)
 {
     constexpr int kUnavailable = 503;
@@ -202,6 +289,18 @@ TEST_F(EdsServerTest, SaysWhomAServerHasRefusedToRemove)
     EXPECT_EQ(server_.cards().size(), 2U);
 }
 
+// The service takes it for a matter of the password, and waits for another.
+TEST_F(EdsServerTest, DoesNotTakeForRemovedWhomAServerForbidsToRemove)
+{
+    constexpr int kForbidden = 403;
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.refuseRemovals(kForbidden);
+
+    EXPECT_EQ(service->remove(uid_, {"ann"}).outcome, Outcome::NoAnswer);
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
 TEST_F(EdsServerTest, IsHonestAboutAServerThatDoesNotAnswerInTime)
 {
     isKnownToTheDesktop();
@@ -215,6 +314,22 @@ TEST_F(EdsServerTest, IsHonestAboutAServerThatDoesNotAnswerInTime)
     EXPECT_EQ(answer.outcome, Outcome::NoAnswer);
     EXPECT_EQ(answer.reason, "The service did not answer in time.");
     server_.letGo();
+}
+
+TEST_F(EdsServerTest, OpensABookThatIsOnlyReadWithoutDelay)
+{
+    server_.forbidChanges();
+    isKnownToTheDesktop();
+    const auto service = loadContactService();
+    service->books();
+
+    const auto begin = std::chrono::steady_clock::now();
+    const auto content = service->read({uid_}).at(0);
+
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_EQ(content.failure, "");
+    EXPECT_FALSE(content.isWritable);
+    EXPECT_EQ(content.people.size(), 3U);
 }
 
 }  // namespace
