@@ -36,6 +36,7 @@ constexpr auto kNoAnswer = "The service did not answer in time.";
 constexpr auto kNoServer = "Its server cannot be reached.";
 constexpr auto kServerLost =
     "Its server cannot be reached any more, so that the service may remove them there later.";
+constexpr auto kUncertain = "What its server has done shows only when the book is read again.";
 constexpr auto kSourceInterface = "org.gnome.evolution.dataserver.Source";
 constexpr auto kPropertiesInterface = "org.freedesktop.DBus.Properties";
 
@@ -72,6 +73,18 @@ public:
 
     /// Whether the server has refused because of what it has meanwhile.
     bool isChangedOnServer() const { return is(E_CLIENT_ERROR, E_CLIENT_ERROR_OUT_OF_SYNC); }
+
+    /// Whether a server may have done what it was asked to do, although it has not said so.
+    bool isAnswerLost() const
+    {
+        constexpr int kInternalError = 500;
+        constexpr int kBadGateway = 502;
+        constexpr int kGatewayTimeout = 504;
+        return is(G_IO_ERROR, G_IO_ERROR_PARTIAL_INPUT) ||
+               is(G_IO_ERROR, G_IO_ERROR_CONNECTION_CLOSED) || is(G_TLS_ERROR, G_TLS_ERROR_EOF) ||
+               is(E_SOUP_SESSION_ERROR, kInternalError) || is(E_SOUP_SESSION_ERROR, kBadGateway) ||
+               is(E_SOUP_SESSION_ERROR, kGatewayTimeout);
+    }
 
     bool isClosed() const
     {
@@ -586,6 +599,10 @@ BookContent LibebookService::find(const std::string& book, const std::vector<std
         return content;
     }
     auto& connection = known->second;
+    if (connection.isUncertain) {
+        content.failure = kUncertain;
+        return content;
+    }
     BoundedCall<Read> call([connection, people](GCancellable* cancellable) {
         return findSome(connection, people, cancellable);
     });
@@ -628,10 +645,10 @@ LibebookService::Removed LibebookService::removeSome(const Connection& connectio
                                            error.place()) != FALSE;
     g_slist_free_full(uids, g_free);
     if (!isDone) {
-        removed.answer = {error.isNoSuchPerson()      ? Outcome::NoSuchPerson
-                          : error.isChangedOnServer() ? Outcome::Changed
-                          : error.isNoAnswer()        ? Outcome::NoAnswer
-                                                      : Outcome::Refused,
+        removed.answer = {error.isNoSuchPerson()                       ? Outcome::NoSuchPerson
+                          : error.isChangedOnServer()                  ? Outcome::Changed
+                          : error.isNoAnswer() || error.isAnswerLost() ? Outcome::NoAnswer
+                                                                       : Outcome::Refused,
                           error.sentence()};
     } else if (!isServed(*connection.source, cancellable)) {
         // To the service it is done, too, once it has noted it down for later.
@@ -657,11 +674,13 @@ RemovalAnswer LibebookService::remove(const std::string& book,
     });
     auto removed = call.resultBefore(Clock::now() + kRemovalLimit);
     if (!removed) {
-        connection.client = nullptr;
-        return {RemovalAnswer::Outcome::NoAnswer, kNoAnswer};
+        removed = Removed{{RemovalAnswer::Outcome::NoAnswer, kNoAnswer}, nullptr};
     }
-    const auto outcome = removed->answer.outcome;
-    connection.client = outcome == RemovalAnswer::Outcome::NoAnswer ? nullptr : removed->client;
+    connection.client = removed->client;
+    if (removed->answer.outcome == RemovalAnswer::Outcome::NoAnswer) {
+        connection.client = nullptr;
+        connection.isUncertain = isOnServer(*connection.source);
+    }
     return std::move(removed->answer);
 }
 

@@ -272,6 +272,52 @@ TEST_F(EdsServerTest, DoesNotTakeForRemovedWhomTheServiceMayRemoveLater)
               "them there later.");
 }
 
+TEST_F(EdsServerTest, DoesNotKnowWhatAServerHasDoneThatGoesAwayInsteadOfAnswering)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.holdRemovals();
+    RemovalAnswer answer;
+    std::thread removal([&] { answer = service->remove(uid_, {"ann"}); });
+
+    server_.awaitHeldRemoval();
+    server_.goAway();
+    removal.join();
+
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer) << answer.reason;
+}
+
+TEST_F(EdsServerTest, DoesNotKnowWhatAServerHasDoneWhoseAnswerWasLost)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.loseAnswersToRemovals();
+
+    const auto answer = service->remove(uid_, {"ann"});
+
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer) << answer.reason;
+    EXPECT_EQ(service->find(uid_, {"ann"}).failure,
+              "What its server has done shows only when the book is read again.");
+    service->books();
+    EXPECT_EQ(service->read({uid_}).at(0).failure, "");
+}
+
+// The desktop's copy still holds them.
+TEST_F(EdsServerTest, CountsAsUnknownWhomAServerMayHaveRemoved)
+{
+    isKnownToTheDesktop();
+    book().readPeople();
+    ask({"ann"});
+    server_.loseAnswersToRemovals();
+
+    const auto failure = failureOf([&] { book().save(); });
+
+    EXPECT_NE(failure.find("0 were deleted"), std::string::npos) << failure;
+    EXPECT_NE(failure.find("0 are still there"), std::string::npos) << failure;
+    EXPECT_NE(failure.find("is not known"), std::string::npos) << failure;
+    EXPECT_FALSE(server_.cards().contains("ann"));
+}
+
 TEST_F(EdsServerTest, SaysWhomAServerHasRefusedToRemove)
 {
     constexpr int kUnavailable = 503;
