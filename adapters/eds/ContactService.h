@@ -57,9 +57,12 @@ struct RemovalAnswer {
 
 /// The desktop's service that keeps the user's address books.
 ///
-/// Thread: any, one call at a time; every call may block for some seconds and never for longer than
-/// half of what a user waits before they take a program for hung. Errors: what is said below;
-/// whatever else goes wrong is in the answers.
+/// Thread: any, one call at a time. A call may block for up to ten seconds, but what a user waits
+/// for in one go, `books` and then `read`, or `find`, `remove` and `find` again, takes less than
+/// fifteen together. Errors: what is said below; whatever else goes wrong is in the answers.
+///
+/// People in a book that a server keeps are read, found and removed only while the server can be
+/// reached.
 class ContactService {
 public:
     virtual ~ContactService() = default;

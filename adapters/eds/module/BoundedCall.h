@@ -11,6 +11,7 @@
 #include <optional>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace dunmora {
 
@@ -54,22 +55,53 @@ public:
     /// unless it ends with one right away. Errors: what the work has thrown.
     std::optional<Result> resultBefore(Clock::time_point deadline)
     {
-        constexpr std::chrono::milliseconds kGrace(300);
-        std::unique_lock lock(state_->mutex);
-        const auto isDone = [this] { return state_->isDone; };
-        if (!state_->changed.wait_until(lock, deadline, isDone)) {
-            lock.unlock();
-            g_cancellable_cancel(state_->cancellable.get());
-            lock.lock();
-            state_->changed.wait_for(lock, kGrace, isDone);
+        if (!isDoneBefore(deadline)) {
+            cancel();
+            isDoneBefore(Clock::now() + kGrace);
         }
+        return take();
+    }
+
+    /// The same for several, which run side by side and end side by side, too: together they take
+    /// no longer than one.
+    friend std::vector<std::optional<Result>> resultsBefore(Clock::time_point deadline,
+                                                            std::vector<BoundedCall>& calls)
+    {
+        for (auto& call : calls) {
+            if (!call.isDoneBefore(deadline)) {
+                call.cancel();
+            }
+        }
+        const auto end = Clock::now() + kGrace;
+        std::vector<std::optional<Result>> results;
+        results.reserve(calls.size());
+        for (auto& call : calls) {
+            call.isDoneBefore(end);
+            results.push_back(call.take());
+        }
+        return results;
+    }
+
+private:
+    static constexpr std::chrono::milliseconds kGrace{300};
+
+    bool isDoneBefore(Clock::time_point time)
+    {
+        std::unique_lock lock(state_->mutex);
+        return state_->changed.wait_until(lock, time, [this] { return state_->isDone; });
+    }
+
+    void cancel() { g_cancellable_cancel(state_->cancellable.get()); }
+
+    std::optional<Result> take()
+    {
+        const std::lock_guard guard(state_->mutex);
         if (state_->error) {
             std::rethrow_exception(state_->error);
         }
         return std::exchange(state_->result, std::nullopt);
     }
 
-private:
     struct State {
         void run(const Work& work)
         {

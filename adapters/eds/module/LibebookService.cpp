@@ -26,11 +26,19 @@ constexpr seconds kReadingLimit(9);
 constexpr seconds kFindingLimit(4);
 constexpr seconds kRemovalLimit(6);
 constexpr seconds kQuestionLimit(2);
+// Within reading and finding: so long may it take to connect a server.
+constexpr seconds kServerLimit(3);
 
 constexpr auto kEverybody = R"((contains "x-evolution-any-field" ""))";
 constexpr auto kNoBook = "The service does not list the book any more.";
 constexpr auto kNotInstalled = "Evolution Data Server is not installed.";
 constexpr auto kNoAnswer = "The service did not answer in time.";
+constexpr auto kNoServer = "Its server cannot be reached.";
+constexpr auto kServerLost =
+    "Its server cannot be reached any more, so that the service may remove them there later.";
+constexpr auto kUncertain = "What its server has done shows only when the book is read again.";
+constexpr auto kSourceInterface = "org.gnome.evolution.dataserver.Source";
+constexpr auto kPropertiesInterface = "org.freedesktop.DBus.Properties";
 
 /// An error that a call of GLib's has filled in or not.
 class Error final {
@@ -63,6 +71,21 @@ public:
         return is(E_BOOK_CLIENT_ERROR, E_BOOK_CLIENT_ERROR_CONTACT_NOT_FOUND);
     }
 
+    /// Whether the server has refused because of what it has meanwhile.
+    bool isChangedOnServer() const { return is(E_CLIENT_ERROR, E_CLIENT_ERROR_OUT_OF_SYNC); }
+
+    /// Whether a server may have done what it was asked to do, although it has not said so.
+    bool isAnswerLost() const
+    {
+        constexpr int kInternalError = 500;
+        constexpr int kBadGateway = 502;
+        constexpr int kGatewayTimeout = 504;
+        return is(G_IO_ERROR, G_IO_ERROR_PARTIAL_INPUT) ||
+               is(G_IO_ERROR, G_IO_ERROR_CONNECTION_CLOSED) || is(G_TLS_ERROR, G_TLS_ERROR_EOF) ||
+               is(E_SOUP_SESSION_ERROR, kInternalError) || is(E_SOUP_SESSION_ERROR, kBadGateway) ||
+               is(E_SOUP_SESSION_ERROR, kGatewayTimeout);
+    }
+
     bool isClosed() const
     {
         return is(G_IO_ERROR, G_IO_ERROR_CLOSED) || is(G_DBUS_ERROR, G_DBUS_ERROR_DISCONNECTED);
@@ -77,6 +100,9 @@ public:
         if (is(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) ||
             is(G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND)) {
             return kNotInstalled;
+        }
+        if (is(E_CLIENT_ERROR, E_CLIENT_ERROR_REPOSITORY_OFFLINE)) {
+            return kNoServer;
         }
         if (isClosed()) {
             return "The connection to the session bus (D-Bus) is closed.";
@@ -106,6 +132,15 @@ std::shared_ptr<Type> owned(Type* object)
             g_object_unref(each);
         }
     });
+}
+
+std::shared_ptr<GVariant> owned(GVariant* variant)
+{
+    return {variant, [](GVariant* each) {
+                if (each != nullptr) {
+                    g_variant_unref(each);
+                }
+            }};
 }
 
 std::string text(const char* characters)
@@ -147,23 +182,15 @@ std::shared_ptr<GDBusConnection> connectToBus(GCancellable* cancellable, Error& 
 bool isNamedBy(GDBusConnection& bus, const char* method, GCancellable* cancellable)
 {
     Error error;
-    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> answer(
-        g_dbus_connection_call_sync(&bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                    "org.freedesktop.DBus", method, nullptr, G_VARIANT_TYPE("(as)"),
-                                    G_DBUS_CALL_FLAGS_NONE, -1, cancellable, error.place()),
-        [](GVariant* variant) {
-            if (variant != nullptr) {
-                g_variant_unref(variant);
-            }
-        });
+    const auto answer = owned(g_dbus_connection_call_sync(
+        &bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+        nullptr, G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE, -1, cancellable, error.place()));
     if (!answer) {
         return false;
     }
-    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> names(
-        g_variant_get_child_value(answer.get(), 0), g_variant_unref);
+    const auto names = owned(g_variant_get_child_value(answer.get(), 0));
     for (gsize i = 0; i < g_variant_n_children(names.get()); ++i) {
-        const std::unique_ptr<GVariant, decltype(&g_variant_unref)> name(
-            g_variant_get_child_value(names.get(), i), g_variant_unref);
+        const auto name = owned(g_variant_get_child_value(names.get(), i));
         if (std::string_view(g_variant_get_string(name.get(), nullptr))
                 .starts_with("org.gnome.evolution.dataserver.Sources")) {
             return true;
@@ -185,21 +212,151 @@ std::string kindOf(ESource& source)
     return text(e_source_backend_get_backend_name(E_SOURCE_BACKEND(extension)));
 }
 
+/// Whether there is a server behind a book, of which the desktop keeps a copy.
+bool isOnServer(ESource& source)
+{
+    return kindOf(source) != "local";
+}
+
+/// What the service says of the server behind a book, and when it says something else. It is asked
+/// each time: what the library remembers is as old as the last turn of a main loop, and there is
+/// none here.
+///
+/// Thread: one that has a main context of its own.
+class ServerStatus final {
+public:
+    explicit ServerStatus(ESource& source) : object_(owned(e_source_ref_dbus_object(&source)))
+    {
+        if (object_) {
+            proxy_ =
+                owned(G_DBUS_PROXY(g_dbus_object_get_interface(object_.get(), kSourceInterface)));
+        }
+    }
+    ~ServerStatus()
+    {
+        if (watch_ != 0) {
+            g_dbus_connection_signal_unsubscribe(bus(), watch_);
+        }
+    }
+    ServerStatus(const ServerStatus&) = delete;
+    ServerStatus& operator=(const ServerStatus&) = delete;
+
+    bool isConnected(GCancellable* cancellable) const
+    {
+        if (!proxy_) {
+            return false;
+        }
+        Error error;
+        const auto answer = owned(g_dbus_connection_call_sync(
+            bus(), g_dbus_proxy_get_name(proxy_.get()), path(), kPropertiesInterface, "Get",
+            g_variant_new("(ss)", kSourceInterface, "ConnectionStatus"), G_VARIANT_TYPE("(v)"),
+            G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, cancellable, error.place()));
+        if (!answer) {
+            return false;
+        }
+        GVariant* inner = nullptr;
+        g_variant_get(answer.get(), "(v)", &inner);
+        const auto status = owned(inner);
+        return g_variant_is_of_type(status.get(), G_VARIANT_TYPE_STRING) != FALSE &&
+               std::string_view(g_variant_get_string(status.get(), nullptr)) == "connected";
+    }
+
+    /// Begins to let the thread's main context turn at each change.
+    void watch()
+    {
+        if (proxy_ && watch_ == 0) {
+            watch_ = g_dbus_connection_signal_subscribe(
+                bus(), g_dbus_proxy_get_name(proxy_.get()), kPropertiesInterface,
+                "PropertiesChanged", path(), kSourceInterface, G_DBUS_SIGNAL_FLAGS_NONE,
+                [](GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
+                   const char* /*interface*/, const char* /*signal*/, GVariant* /*parameters*/,
+                   void* /*unused*/) {},
+                nullptr, nullptr);
+        }
+    }
+
+private:
+    GDBusConnection* bus() const { return g_dbus_proxy_get_connection(proxy_.get()); }
+    const char* path() const { return g_dbus_object_get_object_path(object_.get()); }
+
+    std::shared_ptr<GDBusObject> object_;
+    std::shared_ptr<GDBusProxy> proxy_;
+    guint watch_ = 0;
+};
+
+/// Turns the main context of this thread when something happens there, but not after the deadline
+/// and no more once the work is cancelled. Returns whether there is a next time.
+bool awaitEvent(Clock::time_point deadline, GCancellable* cancellable)
+{
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    if (left.count() <= 0 || g_cancellable_is_cancelled(cancellable) != FALSE) {
+        return false;
+    }
+    GMainContext* const context = g_main_context_get_thread_default();
+    const auto attach = [context](GSource* source) {
+        g_source_set_dummy_callback(source);
+        g_source_attach(source, context);
+        return std::shared_ptr<GSource>(source, [](GSource* each) {
+            g_source_destroy(each);
+            g_source_unref(each);
+        });
+    };
+    const auto timeout = attach(g_timeout_source_new(static_cast<guint>(left.count()) + 1));
+    const auto cancellation = attach(g_cancellable_source_new(cancellable));
+    g_main_context_iteration(context, TRUE);
+    return true;
+}
+
+/// Whether the server behind a book that was opened right now can be reached; waits while that is
+/// being found out.
+bool awaitServer(ESource& source, const std::shared_ptr<EClient>& client, GCancellable* cancellable)
+{
+    const auto deadline = Clock::now() + kServerLimit;
+    ServerStatus status(source);
+    status.watch();
+    // The status is that of the last attempt, which was perhaps made by a process that was killed
+    // since. Asked to refresh its copy the service tries again, unless it is connected.
+    if (e_client_check_refresh_supported(client.get()) != FALSE) {
+        BoundedCall<bool> attempt([client](GCancellable* bounded) {
+            Error ignored;
+            return e_client_refresh_sync(client.get(), bounded, ignored.place()) != FALSE;
+        });
+        if (!attempt.resultBefore(deadline)) {
+            return false;
+        }
+    }
+    // While it takes the whole network for away it does not try, and the status stays as it was.
+    while (e_client_is_online(client.get()) == FALSE || !status.isConnected(cancellable)) {
+        if (!awaitEvent(deadline, cancellable)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Opens a book. Without its server the desktop would serve its copy: it holds who was there some
+/// time ago, and a removal from it is only noted down, to be done later whatever the server has by
+/// then. So such a book cannot be opened.
 std::shared_ptr<EClient> connectTo(ESource& source, GCancellable* cancellable, Error& error)
 {
-    // Not to wait for the server behind a book: what the desktop has of it is at hand.
+    // The library would wait in whole seconds.
     constexpr auto kNoWait = static_cast<guint32>(-1);
     if (!connectToBus(cancellable, error)) {
         return nullptr;
     }
     auto client = owned(e_book_client_connect_sync(&source, kNoWait, cancellable, error.place()));
-    if (client && e_client_is_readonly(client.get()) != FALSE && kindOf(source) != "local") {
-        // It passes for read-only until its server has answered.
-        constexpr guint32 kSeconds = 3;
-        Error ignored;
-        e_client_wait_for_connected_sync(client.get(), kSeconds, cancellable, ignored.place());
+    if (client && isOnServer(source) && !awaitServer(source, client, cancellable)) {
+        g_set_error_literal(error.place(), E_CLIENT_ERROR, E_CLIENT_ERROR_REPOSITORY_OFFLINE, "");
+        return nullptr;
     }
     return client;
+}
+
+/// Whether what a book says and does is what its server says and does.
+bool isServed(ESource& source, GCancellable* cancellable)
+{
+    return !isOnServer(source) || ServerStatus(source).isConnected(cancellable);
 }
 
 /// Appends the people among the contacts, and frees the contacts.
@@ -262,6 +419,14 @@ bool fetch(EClient& client, const std::vector<std::string>& uids, std::vector<Co
     // Not every kind of book can be asked for uids, and nobody must pass for gone who is there.
     people.clear();
     return query(client, kEverybody, people, cancellable, error);
+}
+
+BookContent unanswered()
+{
+    BookContent content;
+    content.failure = kNoAnswer;
+    content.isUnanswered = true;
+    return content;
 }
 
 }  // namespace
@@ -364,16 +529,16 @@ LibebookService::Read LibebookService::readAll(const Connection& connection,
     Read read;
     Error error;
     read.client = connectTo(*connection.source, cancellable, error);
-    if (!read.client || !query(*read.client, R"((contains "x-evolution-any-field" ""))",
-                               read.content.people, cancellable, error)) {
+    if (!read.client || !query(*read.client, kEverybody, read.content.people, cancellable, error)) {
         read.content.failure = error.sentence();
+        read.content.isUnanswered = error.isNoAnswer();
         return read;
     }
     read.content.isWritable = e_client_is_readonly(read.client.get()) == FALSE;
     // Servers are asked by the desktop for one removal after the other, so more at once gains
     // nothing there, and what had been done before a failure could not be told.
     constexpr std::size_t kManyAtOnce = 200;
-    const bool takesMany = kindOf(*connection.source) == "local" &&
+    const bool takesMany = !isOnServer(*connection.source) &&
                            e_client_check_capability(read.client.get(), "bulk-removes") != FALSE;
     read.content.batchSize = takesMany ? kManyAtOnce : 1;
     return read;
@@ -391,10 +556,11 @@ std::vector<BookContent> LibebookService::read(const std::vector<std::string>& b
     }
     std::vector<BookContent> contents;
     contents.reserve(books.size());
+    auto reads = resultsBefore(deadline, calls);
     for (std::size_t i = 0; i < books.size(); ++i) {
-        auto read = calls[i].resultBefore(deadline);
+        auto& read = reads[i];
         if (!read) {
-            contents.emplace_back().failure = kNoAnswer;
+            contents.push_back(unanswered());
             continue;
         }
         connections_.at(books[i]).client = read->content.failure.empty() ? read->client : nullptr;
@@ -410,13 +576,16 @@ LibebookService::Read LibebookService::findSome(const Connection& connection,
     Read found;
     Error error;
     found.client = connection.client;
-    if (found.client && fetch(*found.client, people, found.content.people, cancellable, error)) {
+    if (found.client && isServed(*connection.source, cancellable) &&
+        fetch(*found.client, people, found.content.people, cancellable, error)) {
         return found;
     }
     // The process that serves the book may have ended; it is started again for the next to come.
+    found.content.people.clear();
     found.client = connectTo(*connection.source, cancellable, error);
     if (!found.client || !fetch(*found.client, people, found.content.people, cancellable, error)) {
         found.content.failure = error.sentence();
+        found.content.isUnanswered = error.isNoAnswer();
     }
     return found;
 }
@@ -430,14 +599,17 @@ BookContent LibebookService::find(const std::string& book, const std::vector<std
         return content;
     }
     auto& connection = known->second;
+    if (connection.isUncertain) {
+        content.failure = kUncertain;
+        return content;
+    }
     BoundedCall<Read> call([connection, people](GCancellable* cancellable) {
         return findSome(connection, people, cancellable);
     });
     auto found = call.resultBefore(Clock::now() + kFindingLimit);
     if (!found) {
         connection.client = nullptr;
-        content.failure = kNoAnswer;
-        return content;
+        return unanswered();
     }
     connection.client = found->content.failure.empty() ? found->client : nullptr;
     return std::move(found->content);
@@ -447,28 +619,40 @@ LibebookService::Removed LibebookService::removeSome(const Connection& connectio
                                                      const std::vector<std::string>& people,
                                                      GCancellable* cancellable)
 {
+    using Outcome = RemovalAnswer::Outcome;
     Removed removed;
     Error error;
     removed.client =
         connection.client ? connection.client : connectTo(*connection.source, cancellable, error);
-    bool isDone = false;
-    if (removed.client) {
-        GSList* uids = nullptr;
-        for (const auto& person : people) {
-            uids = g_slist_prepend(uids, g_strdup(person.c_str()));
-        }
-        uids = g_slist_reverse(uids);
-        isDone = e_book_client_remove_contacts_sync(E_BOOK_CLIENT(removed.client.get()), uids,
-                                                    E_BOOK_OPERATION_FLAG_NONE, cancellable,
-                                                    error.place()) != FALSE;
-        g_slist_free_full(uids, g_free);
-    }
-    if (!isDone) {
-        using Outcome = RemovalAnswer::Outcome;
-        removed.answer = {error.isNoSuchPerson() ? Outcome::NoSuchPerson
-                          : error.isNoAnswer()   ? Outcome::NoAnswer
-                                                 : Outcome::Refused,
+    if (!removed.client) {
+        removed.answer = {error.isNoAnswer() ? Outcome::NoAnswer : Outcome::Refused,
                           error.sentence()};
+        return removed;
+    }
+    if (!isServed(*connection.source, cancellable)) {
+        removed.answer = {Outcome::Refused, kNoServer};
+        return removed;
+    }
+    GSList* uids = nullptr;
+    for (const auto& person : people) {
+        uids = g_slist_prepend(uids, g_strdup(person.c_str()));
+    }
+    uids = g_slist_reverse(uids);
+    // Else the service would remove whatever a server has by now, not what it has shown.
+    const bool isDone =
+        e_book_client_remove_contacts_sync(E_BOOK_CLIENT(removed.client.get()), uids,
+                                           E_BOOK_OPERATION_FLAG_CONFLICT_FAIL, cancellable,
+                                           error.place()) != FALSE;
+    g_slist_free_full(uids, g_free);
+    if (!isDone) {
+        removed.answer = {error.isNoSuchPerson()                       ? Outcome::NoSuchPerson
+                          : error.isChangedOnServer()                  ? Outcome::Changed
+                          : error.isNoAnswer() || error.isAnswerLost() ? Outcome::NoAnswer
+                                                                       : Outcome::Refused,
+                          error.sentence()};
+    } else if (!isServed(*connection.source, cancellable)) {
+        // To the service it is done, too, once it has noted it down for later.
+        removed.answer = {Outcome::NoAnswer, kServerLost};
     }
     return removed;
 }
@@ -490,11 +674,13 @@ RemovalAnswer LibebookService::remove(const std::string& book,
     });
     auto removed = call.resultBefore(Clock::now() + kRemovalLimit);
     if (!removed) {
-        connection.client = nullptr;
-        return {RemovalAnswer::Outcome::NoAnswer, kNoAnswer};
+        removed = Removed{{RemovalAnswer::Outcome::NoAnswer, kNoAnswer}, nullptr};
     }
-    const auto outcome = removed->answer.outcome;
-    connection.client = outcome == RemovalAnswer::Outcome::NoAnswer ? nullptr : removed->client;
+    connection.client = removed->client;
+    if (removed->answer.outcome == RemovalAnswer::Outcome::NoAnswer) {
+        connection.client = nullptr;
+        connection.isUncertain = isOnServer(*connection.source);
+    }
     return std::move(removed->answer);
 }
 

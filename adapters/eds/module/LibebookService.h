@@ -32,6 +32,9 @@ private:
     struct Connection {
         std::shared_ptr<ESource> source;
         std::shared_ptr<EClient> client;
+        /// Whether a removal was asked for that a server may have done, or may do yet. The
+        /// desktop's copy does not tell.
+        bool isUncertain = false;
     };
 
     struct Listed;

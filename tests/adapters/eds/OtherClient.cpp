@@ -3,6 +3,7 @@
 #include <libebook/libebook.h>
 
 #include <chrono>
+#include <functional>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
@@ -54,6 +55,24 @@ std::shared_ptr<GSList> contactsOf(const std::vector<std::string>& cards)
 std::string uidOf(EContact* contact)
 {
     return static_cast<const char*>(e_contact_get_const(contact, E_CONTACT_UID));
+}
+
+std::shared_ptr<ESource> sourceOf(const std::string& book)
+{
+    std::shared_ptr<ESource> source(e_source_registry_ref_source(registry().get(), book.c_str()),
+                                    [](ESource* each) { g_clear_object(&each); });
+    Check().done(source != nullptr);
+    return source;
+}
+
+void awaitStatus(const std::string& book,
+                 const std::function<bool(ESourceConnectionStatus)>& isAwaited)
+{
+    constexpr int kAttempts = 500;
+    for (int i = 0; !isAwaited(e_source_get_connection_status(sourceOf(book).get())); ++i) {
+        Check().done(i < kAttempts);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
 }
 
 }  // namespace
@@ -128,6 +147,79 @@ void OtherClient::makeBook(const std::string& uid, const std::string& name, cons
     if (kind == "local") {
         connection(uid);
     }
+}
+
+void OtherClient::makeServerBook(const std::string& uid, const std::string& name,
+                                 std::uint16_t port)
+{
+    Check check;
+    ESource* const source = e_source_new_with_uid(uid.c_str(), nullptr, check.place());
+    check.done(source != nullptr);
+    e_source_set_parent(source, "carddav-stub");
+    e_source_set_display_name(source, name.c_str());
+    const auto extension = [source](const char* extensionName) {
+        return e_source_get_extension(source, extensionName);
+    };
+    e_source_backend_set_backend_name(E_SOURCE_BACKEND(extension(E_SOURCE_EXTENSION_ADDRESS_BOOK)),
+                                      "carddav");
+    auto* const authentication =
+        E_SOURCE_AUTHENTICATION(extension(E_SOURCE_EXTENSION_AUTHENTICATION));
+    e_source_authentication_set_host(authentication, "127.0.0.1");
+    e_source_authentication_set_port(authentication, port);
+    e_source_authentication_set_method(authentication, "none");
+    e_source_authentication_set_proxy_uid(authentication, "system-proxy");
+    e_source_security_set_method(E_SOURCE_SECURITY(extension(E_SOURCE_EXTENSION_SECURITY)), "none");
+    e_source_webdav_set_resource_path(E_SOURCE_WEBDAV(extension(E_SOURCE_EXTENSION_WEBDAV_BACKEND)),
+                                      "/book/");
+    e_source_offline_set_stay_synchronized(E_SOURCE_OFFLINE(extension(E_SOURCE_EXTENSION_OFFLINE)),
+                                           TRUE);
+    const bool isDone = e_source_registry_commit_source_sync(registry().get(), source, nullptr,
+                                                             check.place()) != FALSE;
+    g_object_unref(source);
+    check.done(isDone);
+    connection(uid);
+}
+
+void OtherClient::removeBook(const std::string& uid)
+{
+    connections_.erase(uid);
+    const auto known = registry();
+    ESource* const source = e_source_registry_ref_source(known.get(), uid.c_str());
+    if (source != nullptr) {
+        Check check;
+        const bool isDone = e_source_remove_sync(source, nullptr, check.place()) != FALSE;
+        g_object_unref(source);
+        check.done(isDone);
+    }
+}
+
+void OtherClient::close(const std::string& book)
+{
+    connections_.erase(book);
+    awaitStatus(book,
+                [](auto status) { return status == E_SOURCE_CONNECTION_STATUS_DISCONNECTED; });
+}
+
+void OtherClient::awaitLoss(const std::string& book)
+{
+    awaitStatus(book, [](auto status) { return status != E_SOURCE_CONNECTION_STATUS_CONNECTED; });
+}
+
+void OtherClient::refresh(const std::string& book)
+{
+    Check check;
+    check.done(e_client_refresh_sync(E_CLIENT(connection(book).book()), nullptr, check.place()) !=
+               FALSE);
+}
+
+void OtherClient::loseServer(const std::string& book)
+{
+    e_source_set_connection_status(sourceOf(book).get(), E_SOURCE_CONNECTION_STATUS_DISCONNECTED);
+}
+
+void OtherClient::claimServer(const std::string& book)
+{
+    e_source_set_connection_status(sourceOf(book).get(), E_SOURCE_CONNECTION_STATUS_CONNECTED);
 }
 
 void OtherClient::add(const std::string& book, const std::vector<std::string>& cards)

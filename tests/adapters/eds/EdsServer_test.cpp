@@ -1,0 +1,382 @@
+#include "adapters/eds/ContactService.h"
+#include "adapters/eds/EdsBooks.h"
+#include "adapters/eds/EdsModule.h"
+#include "platform/AddressBook.h"
+#include "platform/PlatformError.h"
+#include "tests/adapters/eds/CardDavServer.h"
+#include "tests/adapters/eds/OtherClient.h"
+#include "tests/adapters/eds/PrivateDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+using Cards = std::map<std::string, std::string>;
+using Outcome = RemovalAnswer::Outcome;
+
+std::string cardOf(const std::string& uid, const std::string& properties = "")
+{
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid + "\r\nN:Lee;" + uid + ";;;\r\n" +
+           properties + "END:VCARD\r\n";
+}
+
+/// A book of the desktop that a server keeps; a book and a server for each test.
+class EdsServerTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!PrivateDesktop::isPossible()) {
+            GTEST_SKIP() << "Evolution Data Server is not installed.";
+        }
+        PrivateDesktop::ofThisProcess();
+        uid_ = testing::UnitTest::GetInstance()->current_test_info()->name();
+        for (const auto* uid : {"ann", "ben", "cid"}) {
+            server_.put(uid, cardOf(uid, "NOTE:one\\, two\r\nX-OWN;X-P=\"a;b\":kept\r\n"));
+        }
+    }
+
+    void TearDown() override
+    {
+        book_.reset();
+        if (PrivateDesktop::isPossible()) {
+            others_.removeBook(uid_);
+        }
+    }
+
+    /// Makes the server's book one of the desktop's, as it was used some time ago.
+    void isKnownToTheDesktop()
+    {
+        others_.makeServerBook(uid_, "Work", server_.port());
+        server_.awaitListing();
+        others_.close(uid_);
+    }
+
+    static PrivateDesktop& desktop() { return PrivateDesktop::ofThisProcess(); }
+
+    AddressBook& book()
+    {
+        if (!book_) {
+            book_ = openEdsBook(std::string(kEdsName) + uid_);
+        }
+        return *book_;
+    }
+
+    /// The service after it has read the book.
+    std::unique_ptr<ContactService> openService()
+    {
+        auto service = loadContactService();
+        service->books();
+        EXPECT_EQ(service->read({uid_}).at(0).failure, "");
+        return service;
+    }
+
+    /// Lists the people anew, as a deletion does, and asks for the removal of these.
+    void ask(const Lines& uids)
+    {
+        for (const auto& person : book().people()) {
+            if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
+                book().removeRecord(person);
+            }
+        }
+    }
+
+    static std::string failureOf(const std::function<void()>& action)
+    {
+        try {
+            action();
+        } catch (const PlatformError& error) {
+            return error.what();
+        }
+        return "";
+    }
+
+    /// What another program sees.
+    Lines seenByOthers()
+    {
+        auto uids = others_.uids(uid_);
+        std::sort(uids.begin(), uids.end());
+        return uids;
+    }
+
+    /// Waits until the service has done with the server whatever it had in mind to do.
+    void settle()
+    {
+        others_.refresh(uid_);
+        server_.awaitListing();
+    }
+
+    std::string uid_;
+    CardDavServer server_;
+    OtherClient others_;
+
+private:
+    std::unique_ptr<AddressBook> book_;
+};
+
+TEST_F(EdsServerTest, DeletesThereAndLeavesEveryoneElseAsTheyWereToTheByte)
+{
+    isKnownToTheDesktop();
+    auto expected = server_.cards();
+    expected.erase("ann");
+    expected.erase("cid");
+
+    book().readPeople();
+    ask({"ann", "cid"});
+    book().save();
+
+    EXPECT_EQ(server_.cards(), expected);
+    EXPECT_EQ(seenByOthers(), Lines{"ben"});
+}
+
+TEST_F(EdsServerTest, LeavesAloneWhomSomebodyHasChangedThereMeanwhile)
+{
+    isKnownToTheDesktop();
+    book().readPeople();
+    ask({"ann", "ben"});
+    const auto edited = cardOf("ann", "NOTE:newer\r\n");
+    server_.put("ann", edited);
+
+    EXPECT_EQ(failureOf([&] { book().save(); }),
+              "Not everybody was deleted. Of 2 people 1 was deleted, 0 were gone already, 1 has "
+              "changed meanwhile and was left alone, 0 are still there.");
+    auto expected = server_.cards();
+    EXPECT_EQ(expected.size(), 2U);
+    EXPECT_EQ(expected["ann"], edited);
+}
+
+TEST_F(EdsServerTest, SaysThatSomebodyHasChangedThere)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.put("ann", cardOf("ann", "NOTE:newer\r\n"));
+
+    EXPECT_EQ(service->remove(uid_, {"ann"}).outcome, Outcome::Changed);
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
+TEST_F(EdsServerTest, NamesTheBookWhileItsServerIsAwayAndRemovesNobodyLater)
+{
+    isKnownToTheDesktop();
+    server_.goAway();
+
+    EXPECT_EQ(failureOf([&] { book().readPeople(); }),
+              "“Work” could not be read: Its server cannot be reached.");
+    const auto all = openEdsBook("eds:");
+    EXPECT_TRUE(all->readPeople().empty());
+    EXPECT_EQ(all->notes().remarks,
+              Lines{"“Work” could not be read: Its server cannot be reached."});
+
+    server_.comeBack();
+    EXPECT_EQ(book().readPeople().size(), 3U);
+    settle();
+    EXPECT_EQ(server_.removals(), Lines{});
+}
+
+TEST_F(EdsServerTest, DoesNotBelieveThatAServerIsThereUntilTheServiceHasTriedAgain)
+{
+    isKnownToTheDesktop();
+    server_.goAway();
+    others_.refresh(uid_);
+    OtherClient::claimServer(uid_);
+
+    EXPECT_EQ(failureOf([&] { book().readPeople(); }),
+              "“Work” could not be read: Its server cannot be reached.");
+}
+
+TEST_F(EdsServerTest, RefusesToRemoveFromTheDesktopsCopyAlone)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    desktop().signalFactories(SIGKILL);
+    server_.goAway();
+
+    const auto found = service->find(uid_, {"ann"});
+    const auto answer = service->remove(uid_, {"ann"});
+
+    EXPECT_EQ(found.failure, "Its server cannot be reached.");
+    EXPECT_FALSE(found.isUnanswered);
+    EXPECT_EQ(answer.outcome, Outcome::Refused);
+    EXPECT_EQ(answer.reason, "Its server cannot be reached.");
+    server_.comeBack();
+    settle();
+    EXPECT_EQ(server_.removals(), Lines{});
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
+TEST_F(EdsServerTest, RemovesNobodyLaterWhenTheServerGoesAwayBetweenListingAndRemoval)
+{
+    isKnownToTheDesktop();
+    book().readPeople();
+    ask({"ann", "ben"});
+    server_.goAway();
+
+    const auto failure = failureOf([&] { book().save(); });
+
+    EXPECT_TRUE(failure.starts_with("Not everybody was deleted. Of 2 people 0 were deleted, 0 were "
+                                    "gone already, 0 have changed meanwhile and were left alone, 2 "
+                                    "are still there. “Work”: "))
+        << failure;
+    server_.comeBack();
+    settle();
+    EXPECT_EQ(server_.removals(), Lines{});
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
+TEST_F(EdsServerTest, AsksForNoRemovalWhileTheServiceHasLostTheServer)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.lockOut();
+    others_.refresh(uid_);
+    OtherClient::awaitLoss(uid_);
+
+    const auto answer = service->remove(uid_, {"ann"});
+    const auto found = service->find(uid_, {"ann"});
+
+    EXPECT_EQ(answer.outcome, Outcome::Refused);
+    EXPECT_EQ(answer.reason, "Its server cannot be reached.");
+    // The service itself may wait for a password then.
+    EXPECT_NE(found.failure, "");
+    EXPECT_EQ(server_.removals(), Lines{});
+}
+
+// The service gives the same answer whether it has removed somebody or will do it later.
+TEST_F(EdsServerTest, DoesNotTakeForRemovedWhomTheServiceMayRemoveLater)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.holdRemovals();
+    RemovalAnswer answer;
+    std::thread removal([&] { answer = service->remove(uid_, {"ann"}); });
+
+    server_.awaitHeldRemoval();
+    OtherClient::loseServer(uid_);
+    server_.letGo();
+    removal.join();
+
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer);
+    EXPECT_EQ(answer.reason,
+              "Its server cannot be reached any more, so that the service may remove "
+              "them there later.");
+}
+
+TEST_F(EdsServerTest, DoesNotKnowWhatAServerHasDoneThatGoesAwayInsteadOfAnswering)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.holdRemovals();
+    RemovalAnswer answer;
+    std::thread removal([&] { answer = service->remove(uid_, {"ann"}); });
+
+    server_.awaitHeldRemoval();
+    server_.goAway();
+    removal.join();
+
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer) << answer.reason;
+}
+
+TEST_F(EdsServerTest, DoesNotKnowWhatAServerHasDoneWhoseAnswerWasLost)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.loseAnswersToRemovals();
+
+    const auto answer = service->remove(uid_, {"ann"});
+
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer) << answer.reason;
+    EXPECT_EQ(service->find(uid_, {"ann"}).failure,
+              "What its server has done shows only when the book is read again.");
+    service->books();
+    EXPECT_EQ(service->read({uid_}).at(0).failure, "");
+}
+
+// The desktop's copy still holds them.
+TEST_F(EdsServerTest, CountsAsUnknownWhomAServerMayHaveRemoved)
+{
+    isKnownToTheDesktop();
+    book().readPeople();
+    ask({"ann"});
+    server_.loseAnswersToRemovals();
+
+    const auto failure = failureOf([&] { book().save(); });
+
+    EXPECT_NE(failure.find("0 were deleted"), std::string::npos) << failure;
+    EXPECT_NE(failure.find("0 are still there"), std::string::npos) << failure;
+    EXPECT_NE(failure.find("is not known"), std::string::npos) << failure;
+    EXPECT_FALSE(server_.cards().contains("ann"));
+}
+
+TEST_F(EdsServerTest, SaysWhomAServerHasRefusedToRemove)
+{
+    constexpr int kUnavailable = 503;
+    isKnownToTheDesktop();
+    server_.refuseRemovals(kUnavailable, 1);
+    book().readPeople();
+    ask({"ann", "ben", "cid"});
+
+    const auto failure = failureOf([&] { book().save(); });
+
+    EXPECT_TRUE(failure.starts_with("Not everybody was deleted. Of 3 people 1 was deleted, 0 were "
+                                    "gone already, 0 have changed meanwhile and were left alone, 2 "
+                                    "are still there. “Work”: "))
+        << failure;
+    EXPECT_EQ(server_.cards().size(), 2U);
+}
+
+// The service takes it for a matter of the password, and waits for another.
+TEST_F(EdsServerTest, DoesNotTakeForRemovedWhomAServerForbidsToRemove)
+{
+    constexpr int kForbidden = 403;
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.refuseRemovals(kForbidden);
+
+    EXPECT_EQ(service->remove(uid_, {"ann"}).outcome, Outcome::NoAnswer);
+    EXPECT_EQ(server_.cards().size(), 3U);
+}
+
+TEST_F(EdsServerTest, IsHonestAboutAServerThatDoesNotAnswerInTime)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.holdRemovals();
+
+    const auto begin = std::chrono::steady_clock::now();
+    const auto answer = service->remove(uid_, {"ann"});
+
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_EQ(answer.outcome, Outcome::NoAnswer);
+    EXPECT_EQ(answer.reason, "The service did not answer in time.");
+    server_.letGo();
+}
+
+TEST_F(EdsServerTest, OpensABookThatIsOnlyReadWithoutDelay)
+{
+    server_.forbidChanges();
+    isKnownToTheDesktop();
+    const auto service = loadContactService();
+    service->books();
+
+    const auto begin = std::chrono::steady_clock::now();
+    const auto content = service->read({uid_}).at(0);
+
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_EQ(content.failure, "");
+    EXPECT_FALSE(content.isWritable);
+    EXPECT_EQ(content.people.size(), 3U);
+}
+
+}  // namespace
+}  // namespace dunmora::test
