@@ -194,8 +194,10 @@ class MatchFieldsTest(DunmoraCase):
         dunmora.screen.count_new_windows()
 
         reload = main.find_all("push button", "Reload")[0]
+        dunmora.screen.count_activations()
         dunmora.click(reload)
-        # The click brings the dialog back to the front.
+        # The window manager gives the keyboard to the main window, and the program gives it back.
+        dunmora.wait_for(dunmora.screen.count_activations, "keyboard for the main window")
         dunmora.wait_until_active(dialog)
         dunmora.press(dialog, "ctrl+r", "f5", "enter")
 

@@ -70,7 +70,8 @@ class Screen:
         self.display = Xlib.display.Display(name)
         self.display.set_error_handler(lambda *_: None)
         self.root = self.display.screen().root
-        self.root.change_attributes(event_mask=Xlib.X.SubstructureNotifyMask)
+        self.root.change_attributes(event_mask=Xlib.X.SubstructureNotifyMask | Xlib.X.PropertyChangeMask)
+        self.new_windows = self.activations = 0
 
     def close(self):
         self.display.close()
@@ -117,12 +118,22 @@ class Screen:
 
     def count_new_windows(self):
         """How many windows have got a frame since the last call, however short their life was."""
-        count = 0
+        self.take_events()
+        count, self.new_windows = self.new_windows, 0
+        return count
+
+    def count_activations(self):
+        """How often another window has got the keyboard since the last call, however soon it lost it again."""
+        self.take_events()
+        count, self.activations = self.activations, 0
+        return count
+
+    def take_events(self):
         self.display.sync()
         for _ in range(self.display.pending_events()):
             event = self.display.next_event()
-            count += event.type == Xlib.X.ReparentNotify and event.parent != self.root
-        return count
+            self.new_windows += event.type == Xlib.X.ReparentNotify and event.parent != self.root
+            self.activations += event.type == Xlib.X.PropertyNotify and event.atom == self.atom("_NET_ACTIVE_WINDOW")
 
     def open_window(self, title):
         """A window that belongs to none of the programs."""
