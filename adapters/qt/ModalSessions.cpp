@@ -7,14 +7,20 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QMouseEvent>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <iterator>
 
 namespace dunmora {
 
 namespace {
+
+/// How long it may take until the keyboard is where it belongs after the end of a window; longer
+/// than Qt waits for the next window before it takes the keyboard for lost, a tenth of a second.
+constexpr std::chrono::milliseconds kTimeForTheKeyboard(250);
 
 bool isInput(QEvent::Type type)
 {
@@ -105,6 +111,21 @@ void ModalSessions::run(QWidget& window)
         // Somebody told every event loop to return: the process is to end, and nobody's question is
         // answered any more.
         endProcess(EXIT_SUCCESS);
+    }
+    QTimer::singleShot(kTimeForTheKeyboard, this, &ModalSessions::regainKeyboard);
+}
+
+/// When the user clicks a blocked window and ends the session in the same moment, the window
+/// manager may have announced to the session's window the keyboard that the clicked one has. Qt
+/// believes that, and with the one window gone it takes the keyboard for lost, until it is told of
+/// the other one again.
+void ModalSessions::regainKeyboard() const
+{
+    // A program that another one has taken the keyboard from is not active.
+    const bool isLost = QGuiApplication::focusWindow() == nullptr &&
+                        QGuiApplication::applicationState() == Qt::ApplicationActive;
+    if (auto* const window = front(); isLost && window != nullptr) {
+        window->activateWindow();
     }
 }
 

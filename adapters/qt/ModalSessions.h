@@ -51,6 +51,7 @@ private:
 
     void endAt(std::vector<Session*>::iterator position);
     void letGo(const QWidget& window);
+    void regainKeyboard() const;
 
     std::vector<Session*> running_;
     // Where a button of the mouse went down and has not come up yet.

@@ -2,13 +2,16 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QGuiApplication>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -98,6 +101,37 @@ TEST_F(ModalSessionsTest, KeepsKeysFromOtherWindows)
 
     EXPECT_EQ(main.line.text(), QString());
     EXPECT_EQ(dialog.line.text(), QStringLiteral("a"));
+}
+
+TEST_F(ModalSessionsTest, GivesTheKeyboardBackWhenItGoesWithTheWindow)
+{
+    QMainWindow front;
+    front.show();
+    front.activateWindow();
+    auto gone = std::make_unique<QWidget>();
+    during(*gone, [&] {
+        gone->activateWindow();
+        handleEventsUntil([&] { return gone->isActiveWindow(); });
+    });
+
+    gone.reset();
+    ASSERT_EQ(QGuiApplication::focusWindow(), nullptr);
+
+    handleEventsUntil([&] { return front.isActiveWindow(); });
+    EXPECT_TRUE(front.isActiveWindow());
+}
+
+TEST_F(ModalSessionsTest, LeavesTheKeyboardWithTheWindowThatHasGotIt)
+{
+    QMainWindow front;
+    front.show();
+    during(dialog.window, [] {});
+
+    inner.window.show();
+    inner.window.activateWindow();
+    QTest::qWait(500);  // longer than it takes to find that nobody has the keyboard
+
+    EXPECT_TRUE(inner.window.isActiveWindow());
 }
 
 TEST_F(ModalSessionsTest, KeepsMnemonicsFromOtherWindows)
