@@ -1,6 +1,7 @@
 #include "adapters/eds/EdsAddressBook.h"
 #include "adapters/eds/EdsBooks.h"
 #include "adapters/eds/EdsDeletion.h"
+#include "tests/adapters/eds/Deleting.h"
 #include "tests/adapters/eds/FakeContactService.h"
 #include "tests/fakes/TemporaryFolder.h"
 
@@ -26,39 +27,9 @@ protected:
     EdsAddressBook& all() { return open(std::nullopt); }
     EdsAddressBook& one(const std::string& uid) { return open(uid); }
 
-    static Lines uidsOf(std::span<const Person> people)
-    {
-        Lines uids;
-        for (const auto& person : people) {
-            uids.emplace_back(person.uid);
-        }
-        return uids;
-    }
-
-    /// Asks for the removal of these people of a new listing, as a deletion does.
-    static void ask(EdsAddressBook& book, const Lines& uids)
-    {
-        for (const auto& person : book.people()) {
-            if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
-                book.removeRecord(person);
-            }
-        }
-    }
-
-    /// What the user is told of a deletion; nothing when all went well.
-    static std::string failureOf(const std::function<void()>& action)
-    {
-        try {
-            action();
-        } catch (const PlatformError& error) {
-            return error.what();
-        }
-        return "";
-    }
-
     static std::string deletionOf(EdsAddressBook& book, const Lines& uids)
     {
-        ask(book, uids);
+        askFor(book, uids);
         return failureOf([&] { book.save(); });
     }
 
@@ -247,7 +218,7 @@ TEST_F(EdsAddressBookTest, LeavesPeopleAloneWhoChangedSinceTheyWereReviewed)
     auto& book = one("home");
     book.readPeople();
     desktop_.edit("home", "a");
-    ask(book, {"a", "b", "c"});
+    askFor(book, {"a", "b", "c"});
     desktop_.edit("home", "c");
 
     EXPECT_EQ(failureOf([&] { book.save(); }),
@@ -261,7 +232,7 @@ TEST_F(EdsAddressBookTest, IsContentWhenSomebodyIsGoneAlready)
     desktop_.add("home", {"a", "b", "c"});
     auto& book = one("home");
     book.readPeople();
-    ask(book, {"a", "b"});
+    askFor(book, {"a", "b"});
     desktop_.take("home", {"a"});
 
     EXPECT_EQ(failureOf([&] { book.save(); }), "");
@@ -273,7 +244,7 @@ TEST_F(EdsAddressBookTest, GoesOnWithTheOthersWhenABatchFails)
     desktop_.add("home", {"a", "b", "c", "d"});
     auto& book = one("home");
     book.readPeople();
-    ask(book, {"a", "b", "c"});
+    askFor(book, {"a", "b", "c"});
     // In the moment between the last look and the removal.
     desktop_.onRemove = [&, isFirst = true](const Lines& /*people*/) mutable {
         if (std::exchange(isFirst, false)) {

@@ -1,29 +1,18 @@
 #include "adapters/eds/EdsBooks.h"
 #include "platform/AddressBook.h"
-#include "platform/PlatformError.h"
+#include "tests/adapters/eds/Deleting.h"
 #include "tests/adapters/eds/OtherClient.h"
 #include "tests/adapters/eds/PrivateDesktop.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 #include <string>
 
 // A program of its own: nothing in this process can use the service any more after it.
 
 namespace dunmora::test {
 namespace {
-
-std::string failureOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const PlatformError& error) {
-        return error.what();
-    }
-    return "";
-}
 
 TEST(EdsLostBus, IsToldAndNeitherHangsNorEndsTheProgram)
 {

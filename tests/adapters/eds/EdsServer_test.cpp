@@ -2,8 +2,8 @@
 #include "adapters/eds/EdsBooks.h"
 #include "adapters/eds/EdsModule.h"
 #include "platform/AddressBook.h"
-#include "platform/PlatformError.h"
 #include "tests/adapters/eds/CardDavServer.h"
+#include "tests/adapters/eds/Deleting.h"
 #include "tests/adapters/eds/OtherClient.h"
 #include "tests/adapters/eds/PrivateDesktop.h"
 
@@ -82,25 +82,7 @@ protected:
         return service;
     }
 
-    /// Lists the people anew, as a deletion does, and asks for the removal of these.
-    void ask(const Lines& uids)
-    {
-        for (const auto& person : book().people()) {
-            if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
-                book().removeRecord(person);
-            }
-        }
-    }
-
-    static std::string failureOf(const std::function<void()>& action)
-    {
-        try {
-            action();
-        } catch (const PlatformError& error) {
-            return error.what();
-        }
-        return "";
-    }
+    void ask(const Lines& uids) { askFor(book(), uids); }
 
     /// What another program sees.
     Lines seenByOthers()

@@ -3,7 +3,7 @@
 #include "adapters/eds/EdsBooks.h"
 #include "adapters/eds/EdsModule.h"
 #include "platform/AddressBook.h"
-#include "platform/PlatformError.h"
+#include "tests/adapters/eds/Deleting.h"
 #include "tests/adapters/eds/OtherClient.h"
 #include "tests/adapters/eds/PrivateDesktop.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -121,34 +121,7 @@ protected:
         return *book_;
     }
 
-    static Lines uidsOf(std::span<const Person> people)
-    {
-        Lines uids;
-        for (const auto& person : people) {
-            uids.emplace_back(person.uid);
-        }
-        return uids;
-    }
-
-    /// Lists the people anew, as a deletion does, and asks for the removal of these.
-    void ask(const Lines& uids)
-    {
-        for (const auto& person : book().people()) {
-            if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
-                book().removeRecord(person);
-            }
-        }
-    }
-
-    static std::string failureOf(const std::function<void()>& action)
-    {
-        try {
-            action();
-        } catch (const PlatformError& error) {
-            return error.what();
-        }
-        return "";
-    }
+    void ask(const Lines& uids) { askFor(book(), uids); }
 
     static double secondsOf(const std::function<void()>& action)
     {

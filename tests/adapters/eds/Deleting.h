@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/AddressBook.h"
+#include "platform/PlatformError.h"
+
+#include <algorithm>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+
+inline std::vector<std::string> uidsOf(std::span<const Person> people)
+{
+    std::vector<std::string> uids;
+    uids.reserve(people.size());
+    for (const auto& person : people) {
+        uids.emplace_back(person.uid);
+    }
+    return uids;
+}
+
+/// Lists the people anew, as a deletion does, and asks for the removal of these.
+inline void askFor(AddressBook& book, const std::vector<std::string>& uids)
+{
+    for (const auto& person : book.people()) {
+        if (std::find(uids.begin(), uids.end(), person.uid) != uids.end()) {
+            book.removeRecord(person);
+        }
+    }
+}
+
+/// What the user is told of a deletion; nothing when all went well.
+inline std::string failureOf(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const PlatformError& error) {
+        return error.what();
+    }
+    return "";
+}
+
+}  // namespace dunmora::test
