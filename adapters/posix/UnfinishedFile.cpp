@@ -1,6 +1,6 @@
 #include "adapters/posix/UnfinishedFile.h"
 
-#include "adapters/posix/ProcessEnd.h"
+#include "adapters/posix/ProcessShutdown.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -29,7 +29,7 @@ std::set<const UnfinishedFile*>& unfinishedFiles()
 UnfinishedFile::UnfinishedFile(std::filesystem::path path, int flags, mode_t mode)
     : path_(std::move(path))
 {
-    const UnbrokenWork unbroken;
+    const ShutdownInhibitor inhibitor;
     descriptor_ = openFile(path_, flags | O_CREAT | O_EXCL, mode);
     if (descriptor_.isOpen()) {
         enterList();
@@ -39,7 +39,7 @@ UnfinishedFile::UnfinishedFile(std::filesystem::path path, int flags, mode_t mod
 UnfinishedFile::~UnfinishedFile()
 {
     if (isListed_) {
-        const UnbrokenWork unbroken;
+        const ShutdownInhibitor inhibitor;
         unlink(path_.c_str());
         leaveList();
     }
@@ -47,13 +47,13 @@ UnfinishedFile::~UnfinishedFile()
 
 void UnfinishedFile::finish()
 {
-    const UnbrokenWork unbroken;
+    const ShutdownInhibitor inhibitor;
     leaveList();
 }
 
 bool UnfinishedFile::finishAs(const std::filesystem::path& target)
 {
-    const UnbrokenWork unbroken;
+    const ShutdownInhibitor inhibitor;
     const bool isDone = std::rename(path_.c_str(), target.c_str()) == 0;
     if (isDone) {
         leaveList();
@@ -75,7 +75,7 @@ void UnfinishedFile::leaveList()
     isListed_ = false;
 }
 
-void UnfinishedFile::takeAllAway()
+void UnfinishedFile::removeAll()
 {
     const std::lock_guard guard(listing);
     for (const auto* const file : unfinishedFiles()) {

@@ -33,7 +33,7 @@ public:
     bool finishAs(const std::filesystem::path& target);
 
     /// Takes away the files of all objects.
-    static void takeAllAway();
+    static void removeAll();
 
 private:
     void enterList();

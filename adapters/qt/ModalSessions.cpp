@@ -1,6 +1,6 @@
 #include "adapters/qt/ModalSessions.h"
 
-#include "adapters/posix/ProcessEnd.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "adapters/qt/WindowPlacement.h"
 
 #include <QApplication>
@@ -110,7 +110,7 @@ void ModalSessions::run(QWidget& window)
     if (session.isRunning) {
         // Somebody told every event loop to return: the process is to end, and nobody's question is
         // answered any more.
-        endProcess(EXIT_SUCCESS);
+        exitProcess(EXIT_SUCCESS);
     }
     QTimer::singleShot(kTimeForTheKeyboard, this, &ModalSessions::regainKeyboard);
 }

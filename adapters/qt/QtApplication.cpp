@@ -1,6 +1,6 @@
 #include "adapters/qt/QtApplication.h"
 
-#include "adapters/posix/ProcessEnd.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "adapters/qt/QtWindow.h"
 
 #include <QApplication>
@@ -20,7 +20,7 @@ namespace {
 class EndBeforeExit final {
 public:
     EndBeforeExit() = default;
-    ~EndBeforeExit() { endProcess(EXIT_SUCCESS); }
+    ~EndBeforeExit() { exitProcess(EXIT_SUCCESS); }
     EndBeforeExit(const EndBeforeExit&) = delete;
     EndBeforeExit& operator=(const EndBeforeExit&) = delete;
 };
@@ -50,12 +50,12 @@ void QtApplication::run(ApplicationDelegate& delegate)
     // An alert before the launch may have made it active, and active is what it stays.
     tellActive(QGuiApplication::applicationState());
     QApplication::exec();
-    endProcess(EXIT_SUCCESS);
+    exitProcess(EXIT_SUCCESS);
 }
 
 void QtApplication::terminate(const void* /*sender*/)
 {
-    endProcess(EXIT_SUCCESS);
+    exitProcess(EXIT_SUCCESS);
 }
 
 int QtApplication::runModalForWindow(Window& window)
@@ -99,7 +99,7 @@ void QtApplication::performOnMainThread(const std::function<void()>& work)
 bool QtApplication::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == &application_ && event->type() == QEvent::Quit) {
-        endProcess(EXIT_SUCCESS);
+        exitProcess(EXIT_SUCCESS);
     }
     return false;
 }

@@ -1,6 +1,6 @@
 #include "adapters/vcard/BookReading.h"
 
-#include "adapters/posix/ProcessEnd.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>
@@ -350,7 +350,7 @@ void BookReading::save()
     std::set<std::filesystem::path> folders;
     {
         // The user may quit at any moment, and a folder is one address book.
-        const UnbrokenWork unbroken;
+        const ShutdownInhibitor inhibitor;
         for (std::size_t i = 0; i < changes.size(); ++i) {
             try {
                 if (endsFile[i]) {

@@ -1,7 +1,7 @@
 #include "adapters/bundle/BuildBundle.h"
 #include "adapters/eds/EdsBooks.h"
-#include "adapters/posix/ProcessEnd.h"
-#include "adapters/posix/ProcessSetUp.h"
+#include "adapters/posix/ProcessSetup.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "platform/AddressBook.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
@@ -71,9 +71,9 @@ int runProgram(const std::vector<std::string>& arguments)
 int main(int argc, char* argv[])
 {
     try {
-        dunmora::occupyStandardStreams();
-        dunmora::takeWriteSignalsAsErrors();
-        dunmora::endOnSignals(std::nullopt);
+        dunmora::reserveStandardStreams();
+        dunmora::ignoreWriteSignals();
+        dunmora::exitOnSignals(std::nullopt);
         return runProgram({argv + std::min(argc, 1), argv + argc});
     } catch (const std::exception& error) {
         std::cerr << "dunmora-cli: " << error.what() << '\n';

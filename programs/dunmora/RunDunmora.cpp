@@ -1,7 +1,7 @@
 #include "programs/dunmora/RunDunmora.h"
 
-#include "adapters/posix/ProcessEnd.h"
-#include "adapters/posix/ProcessSetUp.h"
+#include "adapters/posix/ProcessSetup.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "adapters/qt/DesktopColorScheme.h"
 #include "adapters/qt/QtAlert.h"
 #include "adapters/qt/QtApplication.h"
@@ -130,9 +130,9 @@ void openFirst(MainWindow& mainWindow, const Options& options)
 int runDunmora(int argc, char** argv, Bundle& bundle)
 {
     try {
-        occupyStandardStreams();
-        takeWriteSignalsAsErrors();
-        endOnSignals(EXIT_SUCCESS);
+        reserveStandardStreams();
+        ignoreWriteSignals();
+        exitOnSignals(EXIT_SUCCESS);
         const auto options = parse(argc, argv, bundle);
         if (const auto* const status = std::get_if<int>(&options)) {
             return *status;

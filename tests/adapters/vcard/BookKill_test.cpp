@@ -1,4 +1,4 @@
-#include "adapters/posix/ProcessEnd.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "tests/adapters/vcard/BookTest.h"
 #include "tests/fakes/ChildProcess.h"
 
@@ -153,7 +153,7 @@ TEST_F(BookKillTest, LeavesNothingBesideTheFileWhereverTheUserQuits)
     const Contents after = {{"book.vcf", card("a") + card("c")}};
 
     const auto counts = endEverywhere(Fate::Terminate, folder(), before, after, [&] {
-        endOnSignals(EXIT_SUCCESS);
+        exitOnSignals(EXIT_SUCCESS);
         removeFrom(file(), {"b"});
     });
     if (!counts.canTrace) {
@@ -193,7 +193,7 @@ TEST_F(BookKillTest, LeavesNothingBesideAFolderOldOrNewWhereverTheUserQuits)
     const Contents after = {{"a.vcf", card("a2")}, {"b.vcf", std::nullopt}, {"c.vcf", card("c1")}};
 
     const auto counts = endEverywhere(Fate::Terminate, folder(), before, after, [&] {
-        endOnSignals(EXIT_SUCCESS);
+        exitOnSignals(EXIT_SUCCESS);
         removeFrom(folder(), {"a1", "b", "c2"});
     });
     if (!counts.canTrace) {
@@ -222,7 +222,7 @@ protected:
             const Contents before = {{"book.vcf", card("a") + card("b")}};
             const Contents after = {{"book.vcf", card("b")}};
             const auto counts = endEverywhere(fate, folder(), before, after, [&] {
-                endOnSignals(EXIT_SUCCESS);
+                exitOnSignals(EXIT_SUCCESS);
                 removeFrom(file(), {"a"});
             });
             if (!counts.canTrace) {

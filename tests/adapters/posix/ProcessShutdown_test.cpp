@@ -1,4 +1,4 @@
-#include "adapters/posix/ProcessEnd.h"
+#include "adapters/posix/ProcessShutdown.h"
 
 #include "adapters/posix/UnfinishedFile.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -31,22 +31,22 @@ using testing::KilledBySignal;
 
 constexpr int kStatus = 3;
 
-class ProcessEndDeathTest : public testing::Test {
+class ProcessShutdownDeathTest : public testing::Test {
 protected:
     std::filesystem::path file(std::string_view name) const { return folder_.path() / name; }
 
-    /// Runs the work on a thread of its own; returns when it has called its argument.
+    /// Runs the body on another thread; returns when the body has called its argument.
     static void startWork(const std::function<void(const std::function<void()>&)>& body)
     {
-        std::atomic<bool> hasBegun = false;
-        std::thread([&hasBegun, body] { body([&hasBegun] { hasBegun = true; }); }).detach();
-        while (!hasBegun) {
+        std::atomic<bool> hasStarted = false;
+        std::thread([&hasStarted, body] { body([&hasStarted] { hasStarted = true; }); }).detach();
+        while (!hasStarted) {
             std::this_thread::yield();
         }
     }
 
-    /// Another thread ends the process.
-    static void waitForEnd() { std::this_thread::sleep_for(1min); }
+    /// Waits until another thread exits the process.
+    static void waitForExit() { std::this_thread::sleep_for(1min); }
 
     static void useMemoryFor(std::chrono::steady_clock::duration time)
     {
@@ -61,67 +61,67 @@ private:
     TemporaryFolder folder_;
 };
 
-TEST_F(ProcessEndDeathTest, EndsWithTheStatus)
+TEST_F(ProcessShutdownDeathTest, ExitsWithTheStatus)
 {
-    EXPECT_EXIT(endProcess(kStatus), ExitedWithCode(kStatus), "");
+    EXPECT_EXIT(exitProcess(kStatus), ExitedWithCode(kStatus), "");
 }
 
-TEST_F(ProcessEndDeathTest, WaitsForUnbrokenWork)
+TEST_F(ProcessShutdownDeathTest, WaitsForAnInhibitor)
 {
     EXPECT_EXIT(
         {
-            startWork([&](const auto& begun) {
-                const UnbrokenWork unbroken;
-                begun();
+            startWork([&](const auto& started) {
+                const ShutdownInhibitor inhibitor;
+                started();
                 std::this_thread::sleep_for(100ms);
                 write(file("done"), "");
             });
-            endProcess(kStatus);
+            exitProcess(kStatus);
         },
         ExitedWithCode(kStatus), "");
 
     EXPECT_TRUE(std::filesystem::exists(file("done")));
 }
 
-TEST_F(ProcessEndDeathTest, WaitsForAllOfWorkThatNests)
+TEST_F(ProcessShutdownDeathTest, WaitsForTheOuterOfNestedInhibitors)
 {
     EXPECT_EXIT(
         {
-            startWork([&](const auto& begun) {
-                const UnbrokenWork outer;
-                begun();
-                // The end has come by then.
+            startWork([&](const auto& started) {
+                const ShutdownInhibitor outer;
+                started();
+                // By then the exit has started.
                 std::this_thread::sleep_for(100ms);
                 {
-                    const UnbrokenWork inner;
+                    const ShutdownInhibitor inner;
                 }
                 write(file("done"), "");
             });
-            endProcess(kStatus);
+            exitProcess(kStatus);
         },
         ExitedWithCode(kStatus), "");
 
     EXPECT_TRUE(std::filesystem::exists(file("done")));
 }
 
-TEST_F(ProcessEndDeathTest, FindsAllOfUnbrokenWorkDoneOrNothing)
+TEST_F(ProcessShutdownDeathTest, NeverExitsInTheMiddleOfAnInhibitedChange)
 {
-    constexpr int kEnds = 50;
-    for (int end = 0; end < kEnds; ++end) {
+    constexpr int kRuns = 50;
+    for (int run = 0; run < kRuns; ++run) {
         write(file("here"), "");
 
         EXPECT_EXIT(
             {
-                startWork([&](const auto& begun) {
-                    begun();
+                startWork([&](const auto& started) {
+                    started();
                     while (true) {
-                        const UnbrokenWork unbroken;
+                        const ShutdownInhibitor inhibitor;
                         std::filesystem::rename(file("here"), file("elsewhere"));
                         std::filesystem::rename(file("elsewhere"), file("here"));
                     }
                 });
-                std::this_thread::sleep_for(end * 37us);
-                endProcess(kStatus);
+                std::this_thread::sleep_for(run * 37us);
+                exitProcess(kStatus);
             },
             ExitedWithCode(kStatus), "");
 
@@ -130,25 +130,25 @@ TEST_F(ProcessEndDeathTest, FindsAllOfUnbrokenWorkDoneOrNothing)
     }
 }
 
-TEST_F(ProcessEndDeathTest, DoesNotWaitForWorkThatHangs)
+TEST_F(ProcessShutdownDeathTest, DoesNotWaitForAHungInhibitor)
 {
-    const auto started = std::chrono::steady_clock::now();
+    const auto before = std::chrono::steady_clock::now();
 
     EXPECT_EXIT(
         {
-            startWork([](const auto& begun) {
-                const UnbrokenWork unbroken;
-                begun();
+            startWork([](const auto& started) {
+                const ShutdownInhibitor inhibitor;
+                started();
                 std::this_thread::sleep_for(1min);
             });
-            endProcess(kStatus);
+            exitProcess(kStatus);
         },
         ExitedWithCode(kStatus), "");
 
-    EXPECT_LT(std::chrono::steady_clock::now() - started, 30s);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 30s);
 }
 
-TEST_F(ProcessEndDeathTest, TakesUnfinishedFilesAway)
+TEST_F(ProcessShutdownDeathTest, DeletesUnfinishedFiles)
 {
     EXPECT_EXIT(
         {
@@ -158,45 +158,45 @@ TEST_F(ProcessEndDeathTest, TakesUnfinishedFilesAway)
             UnfinishedFile moved(file("beside"), O_WRONLY, S_IRUSR);
             kept.finish();
             moved.finishAs(file("moved"));
-            endProcess(kStatus);
+            exitProcess(kStatus);
         },
         ExitedWithCode(kStatus), "");
 
     EXPECT_EQ(namesIn(file("")), (std::set<std::string>{"kept", "moved"}));
 }
 
-TEST_F(ProcessEndDeathTest, TakesUnfinishedFilesOfOtherThreadsAway)
+TEST_F(ProcessShutdownDeathTest, DeletesUnfinishedFilesOfOtherThreads)
 {
     EXPECT_EXIT(
         {
-            startWork([&](const auto& begun) {
+            startWork([&](const auto& started) {
                 const UnfinishedFile unfinished(file("unfinished"), O_WRONLY, S_IRUSR);
-                begun();
+                started();
                 std::this_thread::sleep_for(1min);
             });
-            endProcess(kStatus);
+            exitProcess(kStatus);
         },
         ExitedWithCode(kStatus), "");
 
     EXPECT_FALSE(std::filesystem::exists(file("unfinished")));
 }
 
-TEST_F(ProcessEndDeathTest, EndsBySignalsInOrder)
+TEST_F(ProcessShutdownDeathTest, ExitsCleanlyOnSignals)
 {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         for (const auto status : {std::optional(kStatus), std::optional<int>()}) {
-            const auto end = [&] {
+            const auto raiseSignal = [&] {
                 std::signal(signal, SIG_DFL);
-                endOnSignals(status);
+                exitOnSignals(status);
                 const UnfinishedFile unfinished(file("unfinished"), O_WRONLY, S_IRUSR);
                 std::raise(signal);
-                waitForEnd();
+                waitForExit();
             };
 
             if (status) {
-                EXPECT_EXIT(end(), ExitedWithCode(kStatus), "");
+                EXPECT_EXIT(raiseSignal(), ExitedWithCode(kStatus), "");
             } else {
-                EXPECT_EXIT(end(), KilledBySignal(signal), "");
+                EXPECT_EXIT(raiseSignal(), KilledBySignal(signal), "");
             }
 
             EXPECT_FALSE(std::filesystem::exists(file("unfinished")));
@@ -204,47 +204,47 @@ TEST_F(ProcessEndDeathTest, EndsBySignalsInOrder)
     }
 }
 
-TEST_F(ProcessEndDeathTest, IgnoresASignalThatItWasStartedToIgnore)
+TEST_F(ProcessShutdownDeathTest, IgnoresASignalThatWasIgnoredAtTheStart)
 {
     EXPECT_EXIT(
         {
             std::signal(SIGHUP, SIG_IGN);
-            endOnSignals(EXIT_SUCCESS);
+            exitOnSignals(EXIT_SUCCESS);
             std::raise(SIGHUP);
             std::_Exit(kStatus);
         },
         ExitedWithCode(kStatus), "");
 }
 
-TEST_F(ProcessEndDeathTest, FinishesUnbrokenWorkOfTheThreadThatASignalInterrupts)
+TEST_F(ProcessShutdownDeathTest, WaitsForTheInhibitorOfTheInterruptedThread)
 {
     EXPECT_EXIT(
         {
-            endOnSignals(kStatus);
+            exitOnSignals(kStatus);
             {
-                const UnbrokenWork unbroken;
+                const ShutdownInhibitor inhibitor;
                 std::raise(SIGTERM);
                 std::this_thread::sleep_for(100ms);
                 write(file("done"), "");
             }
-            waitForEnd();
+            waitForExit();
         },
         ExitedWithCode(kStatus), "");
 
     EXPECT_TRUE(std::filesystem::exists(file("done")));
 }
 
-/// A signal may interrupt a thread that holds the lock of the memory, which the work needs too.
-TEST_F(ProcessEndDeathTest, FinishesUnbrokenWorkThatNeedsMemoryWhateverASignalInterrupts)
+/// The interrupted thread may hold the allocator's lock, which the inhibited work needs too.
+TEST_F(ProcessShutdownDeathTest, WaitsForAnInhibitorThatAllocatesWhateverASignalInterrupts)
 {
-    constexpr int kEnds = 10;
-    for (int end = 0; end < kEnds; ++end) {
+    constexpr int kRuns = 10;
+    for (int run = 0; run < kRuns; ++run) {
         EXPECT_EXIT(
             {
-                endOnSignals(kStatus);
-                startWork([&](const auto& begun) {
-                    const UnbrokenWork unbroken;
-                    begun();
+                exitOnSignals(kStatus);
+                startWork([&](const auto& started) {
+                    const ShutdownInhibitor inhibitor;
+                    started();
                     useMemoryFor(50ms);
                     write(file("done"), "");
                 });
@@ -257,19 +257,19 @@ TEST_F(ProcessEndDeathTest, FinishesUnbrokenWorkThatNeedsMemoryWhateverASignalIn
     }
 }
 
-TEST_F(ProcessEndDeathTest, WaitsForUnbrokenWorkOfAnotherThreadAtASignal)
+TEST_F(ProcessShutdownDeathTest, WaitsForAnInhibitorOfAnotherThreadAtASignal)
 {
     EXPECT_EXIT(
         {
-            endOnSignals(kStatus);
-            startWork([&](const auto& begun) {
-                const UnbrokenWork unbroken;
-                begun();
+            exitOnSignals(kStatus);
+            startWork([&](const auto& started) {
+                const ShutdownInhibitor inhibitor;
+                started();
                 std::this_thread::sleep_for(100ms);
                 write(file("done"), "");
             });
             kill(getpid(), SIGTERM);
-            waitForEnd();
+            waitForExit();
         },
         ExitedWithCode(kStatus), "");
 

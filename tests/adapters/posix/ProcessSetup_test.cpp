@@ -1,4 +1,4 @@
-#include "adapters/posix/ProcessSetUp.h"
+#include "adapters/posix/ProcessSetup.h"
 
 #include "tests/fakes/ChildProcess.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -16,87 +16,87 @@
 namespace dunmora::test {
 namespace {
 
-TEST(ProcessSetUp, KeepsTheNextFileOutOfTheStandardStreams)
+TEST(ProcessSetup, KeepsTheNextFileOffTheStandardStreams)
 {
-    const auto answer = inChild([] {
+    const auto result = inChild([] {
         ::close(STDIN_FILENO);
         ::close(STDOUT_FILENO);
         ::close(STDERR_FILENO);
 
-        occupyStandardStreams();
+        reserveStandardStreams();
 
         return std::to_string(::open("/dev/null", O_RDONLY));
     });
 
-    EXPECT_GT(std::stoi(answer), STDERR_FILENO);
+    EXPECT_GT(std::stoi(result), STDERR_FILENO);
 }
 
-TEST(ProcessSetUp, LetsAClosedStreamFailAsBefore)
+TEST(ProcessSetup, LetsClosedStreamsStillFail)
 {
-    const auto answer = inChild([] {
+    const auto result = inChild([] {
         ::close(STDIN_FILENO);
         ::close(STDOUT_FILENO);
 
-        occupyStandardStreams();
+        reserveStandardStreams();
 
         char byte = 'x';
         return std::to_string(::read(STDIN_FILENO, &byte, 1)) + " " +
                std::to_string(::write(STDOUT_FILENO, &byte, 1));
     });
 
-    EXPECT_EQ(answer, "-1 -1");
+    EXPECT_EQ(result, "-1 -1");
 }
 
-TEST(ProcessSetUp, LeavesOpenStreamsAlone)
+TEST(ProcessSetup, LeavesOpenStreamsAlone)
 {
     const TemporaryFolder folder;
     const auto file = folder.path() / "in";
     write(file, "here");
 
-    const auto answer = inChild([&] {
+    const auto result = inChild([&] {
         dup2(::open(file.c_str(), O_RDONLY), STDIN_FILENO);
 
-        occupyStandardStreams();
+        reserveStandardStreams();
 
         std::array<char, 4> text{};
         return std::string(text.data(),
                            ::read(STDIN_FILENO, text.data(), text.size()) == 4 ? 4 : 0);
     });
 
-    EXPECT_EQ(answer, "here");
+    EXPECT_EQ(result, "here");
 }
 
-TEST(ProcessSetUp, MakesAReaderWhoHasGoneAwayAnError)
+TEST(ProcessSetup, TurnsAClosedPipeIntoAnError)
 {
-    const auto answer = inChild([]() -> std::string {
+    const auto result = inChild([]() -> std::string {
         std::array<int, 2> ends{};
         if (::pipe(ends.data()) != 0) {
             return "no pipe";
         }
         ::close(ends[0]);
 
-        takeWriteSignalsAsErrors();
+        ignoreWriteSignals();
 
         return ::write(ends[1], "x", 1) == -1 && errno == EPIPE ? "an error" : "written";
     });
 
-    EXPECT_EQ(answer, "an error");
+    EXPECT_EQ(result, "an error");
 }
 
-TEST(ProcessSetUp, MakesAFileThatMayNotGrowAnError)
+TEST(ProcessSetup, TurnsAFileSizeLimitIntoAnError)
 {
     const TemporaryFolder folder;
-    const auto answer = inChild([&]() -> std::string {
+    const auto result = inChild([&]() -> std::string {
         const auto file = ::open((folder.path() / "small").c_str(), O_WRONLY | O_CREAT, 0600);
         const rlimit nothing{0, 0};
         setrlimit(RLIMIT_FSIZE, &nothing);
 
-        takeWriteSignalsAsErrors();
+        ignoreWriteSignals();
 
         return ::write(file, "x", 1) == -1 && errno == EFBIG ? "an error" : "written";
     });
 
-    EXPECT_EQ(answer, "an error");
+    EXPECT_EQ(result, "an error");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "adapters/posix/ProcessSetUp.h"
+#include "adapters/posix/ProcessSetup.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,17 +9,17 @@
 
 namespace dunmora {
 
-void occupyStandardStreams()
+void reserveStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) == -1 && errno == EBADF) {
-            // The lowest free number is taken, which is this one.
+            // open() returns the lowest free number, which is this one.
             open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }
 }
 
-void takeWriteSignalsAsErrors()
+void ignoreWriteSignals()
 {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
