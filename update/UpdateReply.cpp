@@ -1,6 +1,6 @@
 #include "update/UpdateReply.h"
 
-#include "app/Utf8.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -20,7 +20,7 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// Where the run of digits that begins at `position` ends.
+/// Returns the end of the digits that begin at `position`.
 std::size_t endOfDigits(std::string_view text, std::size_t position)
 {
     while (position < text.size() && isDigit(text[position])) {
@@ -29,7 +29,7 @@ std::size_t endOfDigits(std::string_view text, std::size_t position)
     return position;
 }
 
-/// The decimal number without a sign that the text begins with; empty when it is none.
+/// Returns the unsigned decimal number that the text begins with; empty when there is none.
 std::string_view decimalAt(std::string_view text)
 {
     auto end = endOfDigits(text, 0);
@@ -54,29 +54,17 @@ std::string_view decimalAt(std::string_view text)
     return text.substr(0, end);
 }
 
-/// The double nearest to a decimal number; the largest for one beyond it.
+/// Returns the double nearest to a decimal number, at most the largest one.
 double valueOf(std::string_view decimal)
 {
-    // Not every standard library that we build with has from_chars for a double.
+    // Not every standard library we build with has from_chars for double.
     std::istringstream stream{std::string(decimal)};
     stream.imbue(std::locale::classic());
     double value = 0;
     stream >> value;
-    // One out of range fails there with a value all the same, and one library's largest is
-    // another's infinity.
+    // A number out of range sets failbit and still stores a value: the largest double in one
+    // library, infinity in another.
     return std::min(value, std::numeric_limits<double>::max());
-}
-
-bool isUtf8(std::string_view text)
-{
-    for (std::size_t position = 0; position < text.size();) {
-        const auto character = utf8CharacterAt(text, position);
-        if (!character.isValid) {
-            return false;
-        }
-        position += character.size;
-    }
-    return true;
 }
 
 }  // namespace

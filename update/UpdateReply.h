@@ -7,11 +7,11 @@
 
 namespace dunmora {
 
-/// A newer version than the running one is there.
+/// A version newer than the running one is available.
 struct NewerVersion {
-    /// Where it is; the service's text as it stands.
+    /// Where to download it; the second line of the reply, unchanged.
     std::string downloadUrl;
-    /// What the service has to say about it; plain text.
+    /// The text to show to the user; the third line of the reply, plain text.
     std::string message;
 };
 
@@ -23,20 +23,19 @@ struct UpToDate {
 /// The reply is not UTF-8, or not three lines.
 struct UnreadableReply {};
 
-/// What the update service's reply means for the running version.
+/// The meaning of the update service's reply for the running version.
 using UpdateReply = std::variant<NewerVersion, UpToDate, UnreadableReply>;
 
-/// Judges a reply of three lines, each ended by one line feed but the last: the latest version, the
-/// download address, the message. Without a running version any positive one is newer.
+/// Judges a reply of three lines separated by line feeds: the latest version, the download address
+/// and the message. An unknown running version counts as 0, so any positive version is newer.
 /// Thread: any. Errors: none.
 UpdateReply judgeUpdateReply(std::string_view body,
                              const std::optional<std::string>& runningVersion);
 
-/// The number that a version text begins with, after blanks: a sign, digits with a decimal point
-/// and an exponent, as far as they are there, in every locale alike. 0 where there is no number;
-/// one too large for a double is the largest. Versions are compared as such numbers, so that 1.10
-/// is older than 1.9.
-/// Thread: any. Errors: none.
+/// Returns the number that a version begins with, after white space: an optional sign, digits with
+/// an optional decimal point, an optional exponent. The locale does not matter. Returns 0 when
+/// there is no number, and the largest double when it is too large for one. Versions are compared
+/// as such numbers, so 1.10 is older than 1.9. Thread: any. Errors: none.
 double versionNumber(std::string_view text);
 
 }  // namespace dunmora

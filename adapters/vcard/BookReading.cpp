@@ -157,7 +157,7 @@ void BookReading::readSource(const std::filesystem::path& path)
     auto& file = files_.emplace_back();
     file.names.push_back(path);
     file.bytes = std::move(bytes);
-    file.encoding = encodingOf(file.bytes.view());
+    file.encoding = detectEncoding(file.bytes.view());
     if (file.encoding != FileEncoding::Bytes) {
         file.decoded = utf16ToUtf8(file.bytes.view(), file.encoding);
     }

@@ -1,8 +1,9 @@
 #include "adapters/vcard/CardReader.h"
 
-#include "adapters/vcard/Ascii.h"
 #include "adapters/vcard/PhoneTypes.h"
 #include "adapters/vcard/TextDecoding.h"
+#include "text/Ascii.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "adapters/vcard/PhoneTypes.h"
 
-#include "adapters/vcard/Ascii.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
 #include <array>

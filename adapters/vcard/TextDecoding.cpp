@@ -1,6 +1,7 @@
 #include "adapters/vcard/TextDecoding.h"
 
-#include "adapters/vcard/Ascii.h"
+#include "text/Ascii.h"
+#include "text/Utf8.h"
 
 #include <iconv.h>
 
@@ -8,14 +9,12 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 
 namespace dunmora {
 
 namespace {
 
-// What Windows-1252 has at 0x80 to 0x9F; the five places that it leaves free are the C1 control
-// characters, as everybody reads them.
+// Windows-1252 from 0x80 to 0x9F; its five unassigned positions are read as C1 control characters.
 constexpr std::array<char32_t, 32> kWindows1252{
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -31,54 +30,6 @@ bool isContinuation(unsigned byte)
     return (byte & 0xC0U) == 0x80U;
 }
 
-/// How many bytes the UTF-8 character at `position` has; 0 when there is none.
-std::size_t utf8Length(std::string_view bytes, std::size_t position)
-{
-    const auto left = bytes.size() - position;
-    const auto first = byteAt(bytes, position);
-    if (first < 0x80) {
-        return 1;
-    }
-    const auto second = left > 1 ? byteAt(bytes, position + 1) : 0;
-    const auto third = left > 2 ? byteAt(bytes, position + 2) : 0;
-    const auto fourth = left > 3 ? byteAt(bytes, position + 3) : 0;
-    if (first >= 0xC2 && first <= 0xDF) {
-        return isContinuation(second) ? 2 : 0;
-    }
-    if (first >= 0xE0 && first <= 0xEF) {
-        // Neither longer than needed nor half of a surrogate pair.
-        const bool inRange = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second < 0xA0);
-        return inRange && isContinuation(second) && isContinuation(third) ? 3 : 0;
-    }
-    if (first >= 0xF0 && first <= 0xF4) {
-        const bool inRange = (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second < 0x90);
-        return inRange && isContinuation(second) && isContinuation(third) && isContinuation(fourth)
-                   ? 4
-                   : 0;
-    }
-    return 0;
-}
-
-void appendUtf8(std::string& text, char32_t character)
-{
-    const auto put = [&](char32_t bits) { text += static_cast<char>(bits); };
-    if (character < 0x80) {
-        put(character);
-    } else if (character < 0x800) {
-        put(0xC0U | character >> 6U);
-        put(0x80U | (character & 0x3FU));
-    } else if (character < 0x10000) {
-        put(0xE0U | character >> 12U);
-        put(0x80U | (character >> 6U & 0x3FU));
-        put(0x80U | (character & 0x3FU));
-    } else {
-        put(0xF0U | character >> 18U);
-        put(0x80U | (character >> 12U & 0x3FU));
-        put(0x80U | (character >> 6U & 0x3FU));
-        put(0x80U | (character & 0x3FU));
-    }
-}
-
 void appendWindows1252(std::string& text, unsigned byte)
 {
     appendUtf8(text, byte >= 0x80 && byte <= 0x9F ? kWindows1252[byte - 0x80] : byte);
@@ -89,9 +40,9 @@ std::string repairUtf8(std::string_view bytes)
     std::string text;
     text.reserve(bytes.size());
     for (std::size_t i = 0; i < bytes.size();) {
-        if (const auto length = utf8Length(bytes, i); length > 0) {
-            text.append(bytes, i, length);
-            i += length;
+        if (const auto character = utf8CharacterAt(bytes, i); character.isValid) {
+            text.append(bytes, i, character.size);
+            i += character.size;
         } else {
             appendWindows1252(text, byteAt(bytes, i));
             ++i;
@@ -100,7 +51,7 @@ std::string repairUtf8(std::string_view bytes)
     return text;
 }
 
-/// A converter of the C library to UTF-8, for as long as it lives.
+/// A conversion to UTF-8 by the C library's iconv.
 class Converter final {
 public:
     explicit Converter(const std::string& charset) : handle_(iconv_open("UTF-8", charset.c_str()))
@@ -130,10 +81,10 @@ public:
         while (left > 0) {
             std::array<char, 256> buffer{};
             char* out = buffer.data();
-            std::size_t room = buffer.size();
-            const auto result = iconv(handle_, &in, &left, &out, &room);
+            std::size_t free = buffer.size();
+            const auto result = iconv(handle_, &in, &left, &out, &free);
             const int error = errno;
-            text.append(buffer.data(), buffer.size() - room);
+            text.append(buffer.data(), buffer.size() - free);
             if (result == static_cast<std::size_t>(-1) && error != E2BIG) {
                 appendWindows1252(text, static_cast<unsigned char>(*in));
                 ++in;
@@ -159,8 +110,8 @@ bool isUtf8Name(std::string_view charset)
     return name.empty() || name == "UTF8" || name == "USASCII" || name == "ASCII";
 }
 
-/// Whether the name is one for a charset; "//" would switch the converter to dropping what it does
-/// not know.
+/// Whether the text can name a charset. A suffix such as "//IGNORE" would make iconv drop
+/// characters.
 bool isCharsetName(std::string_view charset)
 {
     return charset.size() < 64 && std::all_of(charset.begin(), charset.end(), [](char c) {
@@ -205,27 +156,6 @@ std::uint32_t utf16Unit(std::string_view bytes, std::size_t position, FileEncodi
 }
 
 }  // namespace
-
-bool isUtf8(std::string_view bytes)
-{
-    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
-    for (std::size_t i = 0; i < bytes.size();) {
-        std::uint64_t word = 0;
-        if (bytes.size() - i >= sizeof word) {
-            std::memcpy(&word, bytes.data() + i, sizeof word);
-            if ((word & kHighBits) == 0) {
-                i += sizeof word;
-                continue;
-            }
-        }
-        const auto length = utf8Length(bytes, i);
-        if (length == 0) {
-            return false;
-        }
-        i += length;
-    }
-    return true;
-}
 
 std::string toUtf8(std::string_view bytes, std::string_view charset)
 {
@@ -283,7 +213,7 @@ std::optional<std::string> decodeBase64(std::string_view text)
     return bytes;
 }
 
-FileEncoding encodingOf(std::string_view bytes)
+FileEncoding detectEncoding(std::string_view bytes)
 {
     if (bytes.size() < 2) {
         return FileEncoding::Bytes;
@@ -330,8 +260,7 @@ std::size_t utf16Size(std::string_view utf8)
     std::size_t units = 0;
     for (const char c : utf8) {
         const auto byte = static_cast<unsigned char>(c);
-        // A character of four bytes is a pair of units; each other one begins with one byte that
-        // is no continuation.
+        // A character of four bytes is a pair of units, every other character one unit.
         units += isContinuation(byte) ? 0 : (byte >= 0xF0 ? 2 : 1);
     }
     return 2 * units;

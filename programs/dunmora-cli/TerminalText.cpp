@@ -4,7 +4,7 @@
 #include <clocale>
 #include <cwchar>
 
-#include "app/Utf8.h"
+#include "text/Utf8.h"
 
 namespace dunmora {
 

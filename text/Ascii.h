@@ -1,19 +1,25 @@
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
 #include <string_view>
 
 namespace dunmora {
 
-/// ASCII text as vCards use it for names and keywords, whatever the locale.
+/// Case and white space of ASCII text, whatever the locale. Bytes beyond ASCII are left alone.
+///
+/// Thread: any. Errors: none.
 
-inline char toUpperAscii(char c)
+constexpr char toUpperAscii(char c)
 {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Whether the texts are the same but for the case of ASCII letters.
+constexpr char toLowerAscii(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// Whether the texts are equal when the case of ASCII letters is ignored.
 inline bool equalsIgnoringCase(std::string_view a, std::string_view b)
 {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
@@ -21,13 +27,13 @@ inline bool equalsIgnoringCase(std::string_view a, std::string_view b)
            });
 }
 
-inline bool isBlank(char c)
+constexpr bool isBlank(char c)
 {
     return c == ' ' || c == '\t';
 }
 
-/// The text without the blanks at both ends.
-inline std::string_view trimmed(std::string_view text)
+/// The text without blanks (spaces and tabs) at both ends.
+constexpr std::string_view trimmed(std::string_view text)
 {
     while (!text.empty() && isBlank(text.front())) {
         text.remove_prefix(1);

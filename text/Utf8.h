@@ -7,7 +7,7 @@
 
 namespace dunmora {
 
-/// What stands for bytes that are not UTF-8.
+/// Replaces bytes that are not UTF-8.
 inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 inline constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
 
@@ -15,16 +15,23 @@ inline constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
 struct Utf8Character {
     char32_t codePoint;
     std::size_t size;
-    /// False when U+FFFD stands for bytes that are not UTF-8.
+    /// False when the bytes are not UTF-8; `codePoint` is then U+FFFD.
     bool isValid = true;
 };
 
-/// The character at the position, which lies inside the text. Bytes that begin no character give
-/// U+FFFD and the length of the longest part that could have begun one (Unicode 15, table 3-7).
+/// Returns the character at the position, which must be inside the text. An invalid sequence gives
+/// U+FFFD and the length of its longest valid prefix, at least 1 (Unicode 15, table 3-7).
 Utf8Character utf8CharacterAt(std::string_view text, std::size_t position);
 
-/// Appends the bytes from `position` on that `isPlain` lets pass, and returns where the first one
-/// stands that it does not, or the text's end. A template, so that the loop over every byte of
+/// Whether the bytes are UTF-8 (RFC 3629) throughout: no overlong forms, no surrogates, nothing
+/// above U+10FFFF.
+bool isUtf8(std::string_view bytes);
+
+/// Appends a code point, which is not above U+10FFFF and not a surrogate.
+void appendUtf8(std::string& text, char32_t codePoint);
+
+/// Appends the bytes from `position` on that `isPlain` accepts. Returns the offset of the first
+/// byte that it does not, or the end of the text. A template, so that the loop over every byte of
 /// every name is inlined.
 template <typename IsPlain>
 std::size_t appendPlain(std::string& out, std::string_view text, std::size_t position,

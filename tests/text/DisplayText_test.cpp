@@ -1,0 +1,116 @@
+#include "text/DisplayText.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace dunmora::test {
+namespace {
+
+TEST(DisplayText, LeavesOrdinaryTextAlone)
+{
+    for (const std::string text :
+         {"", "Ann Lee", "~ !", "Zoë", "王小明", "😀", "\u05E9\u05DC\u05D5\u05DD", "e\u0301"}) {
+        EXPECT_EQ(displayText(text), text);
+    }
+}
+
+TEST(DisplayText, DrawsEveryC0ControlAndDelete)
+{
+    EXPECT_EQ(displayText(std::string("\0", 1)), "␀");
+    EXPECT_EQ(displayText("\x1b[31m\t\r\n\x1f\x7f"), "␛[31m␉␍␊␟␡");
+}
+
+TEST(DisplayText, ReplacesHiddenControls)
+{
+    // C1 as characters, marks and embeddings of direction, isolates, separators.
+    // NOLINTBEGIN(misc-misleading-bidirectional): misleading on purpose.
+    for (const auto* text : {"\u0080", "\u009B", "\u009F", "\u061C", "\u200E", "\u200F", "\u202A",
+                             "\u202E", "\u2028", "\u2029", "\u2066", "\u2069"}) {
+        // NOLINTEND(misc-misleading-bidirectional)
+        EXPECT_EQ(displayText(std::string("a") + text + "b"), "a\uFFFDb");
+    }
+    for (const auto* text : {"\u00A0", "\u200D", "\u202F", "\u2065", "\u206A"}) {
+        EXPECT_EQ(displayText(text), text);
+    }
+}
+
+TEST(DisplayText, ReplacesInvalidUtf8)
+{
+    EXPECT_EQ(displayText("Zo\xEB"), "Zo\uFFFD");
+    EXPECT_EQ(displayText("\x9B"
+                          "31m"),
+              "\uFFFD31m");
+    EXPECT_EQ(displayText("\xC0\x9B"), "\uFFFD\uFFFD");
+}
+
+TEST(DisplayEffect, ClassifiesWhatACharacterDoesToItsLine)
+{
+    using enum DisplayEffect;
+    struct Range {
+        char32_t first;
+        char32_t last;
+        DisplayEffect effect;
+    };
+    // All of Unicode that has an effect, with its neighbours.
+    for (const auto& [first, last, effect] : {
+             Range{0x00, 0x08, Control},
+             Range{0x09, 0x09, Tab},
+             Range{0x0A, 0x0D, LineBreak},
+             Range{0x0E, 0x1F, Control},
+             Range{0x20, 0x7E, None},
+             Range{0x7F, 0x84, Control},
+             Range{0x85, 0x85, LineBreak},
+             Range{0x86, 0x9F, Control},
+             Range{0xA0, 0x061B, None},
+             Range{0x061C, 0x061C, DirectionalMark},
+             Range{0x061D, 0x200D, None},
+             Range{0x200E, 0x200F, DirectionalMark},
+             Range{0x2010, 0x2027, None},
+             Range{0x2028, 0x2029, LineBreak},
+             Range{0x202A, 0x202E, DirectionalFormatting},
+             Range{0x202F, 0x2065, None},
+             Range{0x2066, 0x2069, DirectionalFormatting},
+             Range{0x206A, 0xFFFF, None},
+             Range{0x1F600, 0x1F600, None},
+         }) {
+        for (auto c = first; c <= last; ++c) {
+            ASSERT_EQ(displayEffect(c), effect) << static_cast<unsigned>(c);
+        }
+    }
+}
+
+TEST(WindowText, LeavesOrdinaryTextAndDirectionalMarksAlone)
+{
+    for (const std::string text : {"", "Ann Lee", "Zoë", "王小明", "\u05D0\u200F!", "e\u0301"}) {
+        EXPECT_EQ(windowText(text), text);
+    }
+}
+
+TEST(WindowText, TurnsEachLineBreakAndTabIntoOneSpace)
+{
+    EXPECT_EQ(windowText("a\nb\r\nc\td\re\u0085f\u2028g\u2029h\n\ri"), "a b c d e f g h  i");
+}
+
+TEST(WindowText, ReplacesOtherControlsAndInvalidBytes)
+{
+    EXPECT_EQ(windowText(std::string("a\0b", 3) + "\x1B[1m\x7F\u009B"),
+              "a\uFFFDb\uFFFD[1m\uFFFD\uFFFD");
+    EXPECT_EQ(windowText("A\xFF\xC3"), "A\uFFFD\uFFFD");
+}
+
+TEST(WindowText, DropsDirectionalFormatting)
+{
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): misleading on purpose.
+    EXPECT_EQ(windowText("a\u202Eb\u2066c"), "abc");
+}
+
+TEST(Quoted, PutsTheSafeTextInQuotationMarks)
+{
+    EXPECT_EQ(quoted("Ann\n"), "“Ann␊”");
+    EXPECT_EQ(quotedPath("a/b\x1b.vcf"), "“a/b␛.vcf”");
+    EXPECT_EQ(quoted(""), "“”");
+}
+
+}  // namespace
+}  // namespace dunmora::test

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace dunmora {
+
+/// Text from an address book or a path may contain anything. These functions make it safe to show
+/// in one line: nothing in the result moves a cursor, breaks the line or changes the writing
+/// direction of what follows.
+///
+/// Thread: any. Errors: none.
+
+/// What a character does to the line it is shown in.
+enum class DisplayEffect {
+    /// Takes its place in the line, or joins the character before it.
+    None,
+    /// A control character that does not break the line: the rest of C0 and C1, and DEL.
+    Control,
+    Tab,
+    /// Line feed, vertical tab, form feed, carriage return, U+0085, U+2028 and U+2029 (UAX #14).
+    LineBreak,
+    /// An implicit mark: affects its neighbours only (UAX #9 §2.6).
+    DirectionalMark,
+    /// An embedding, override or isolate: left open, it affects everything after it (UAX #9 §2.1).
+    DirectionalFormatting,
+};
+
+DisplayEffect displayEffect(char32_t codePoint);
+
+/// Whether the text consists of printable ASCII characters and spaces only, so that it is safe as
+/// it is and every byte takes one column.
+bool isPlainAscii(std::string_view text);
+
+/// Appends the text with the C0 controls and DEL replaced by their pictures (U+2400 and following).
+/// C1 controls, line separators, directional marks and formatting, and bytes that are not UTF-8
+/// become U+FFFD.
+void appendDisplayText(std::string& out, std::string_view text);
+
+/// The text as `appendDisplayText` appends it.
+std::string displayText(std::string_view text);
+
+/// Appends the text for a window, where nothing has to show that it was changed: line breaks (CR LF
+/// is one) and tabs become spaces, directional formatting is dropped, and other control characters
+/// and bytes that are not UTF-8 become U+FFFD.
+void appendWindowText(std::string& out, std::string_view text);
+
+/// The text as `appendWindowText` appends it.
+std::string windowText(std::string_view text);
+
+/// The text as `displayText` returns it, in quotation marks: “text”.
+std::string quoted(std::string_view text);
+
+/// The path in quotation marks.
+std::string quotedPath(const std::filesystem::path& path);
+
+}  // namespace dunmora
