@@ -5,6 +5,7 @@
 #include "programs/dunmora-cli/JsonText.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/TerminalText.h"
+#include "text/DisplayText.h"
 
 #include <algorithm>
 #include <array>
@@ -24,8 +25,8 @@ std::string asTable(const std::vector<DesktopBook>& books)
     std::vector<Line> lines{{"UID", "Name", "Kind", "Writable", "People"}};
     for (const auto& book : books) {
         const auto* const writable = !book.isWritable ? kUnknown : *book.isWritable ? "yes" : "no";
-        lines.push_back({printable(book.uid), printable(book.name), printable(book.kind), writable,
-                         book.people ? std::to_string(*book.people) : kUnknown});
+        lines.push_back({displayText(book.uid), displayText(book.name), displayText(book.kind),
+                         writable, book.people ? std::to_string(*book.people) : kUnknown});
     }
     std::array<std::size_t, std::tuple_size_v<Line>> widths{};
     for (const auto& line : lines) {

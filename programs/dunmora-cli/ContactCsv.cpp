@@ -1,8 +1,8 @@
 #include "programs/dunmora-cli/ContactCsv.h"
 
 #include "engine/ContactsParser.h"
-#include "programs/dunmora-cli/TerminalText.h"
 #include "programs/dunmora-cli/TimeText.h"
+#include "text/DisplayText.h"
 
 #include <array>
 #include <cstddef>
@@ -42,7 +42,7 @@ void appendPerson(std::string& out, const ContactRecord& record, std::size_t gro
     for (const auto key : kTextColumns) {
         const auto text = record.text(key);
         if (texts == CsvTexts::Printable) {
-            appendField(out, printable(text));
+            appendField(out, displayText(text));
         } else {
             appendField(out, text);
         }

@@ -3,6 +3,7 @@
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/TerminalText.h"
 #include "programs/dunmora-cli/TimeText.h"
+#include "text/DisplayText.h"
 
 #include <algorithm>
 #include <array>
@@ -51,10 +52,10 @@ std::string_view cellText(const ContactRecord& record, std::string_view key, std
         return room;
     }
     const auto text = record.text(key);
-    if (isPlain(text)) {
+    if (isPlainAscii(text)) {
         return text;
     }
-    appendPrintable(room, text);
+    appendDisplayText(room, text);
     return room;
 }
 

@@ -13,7 +13,8 @@
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ReviewSession.h"
-#include "programs/dunmora-cli/TerminalText.h"
+#include "text/Counted.h"
+#include "text/DisplayText.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -162,7 +163,7 @@ std::string resultText(const ContactsParser& engine, std::size_t deleted,
     std::string text = '\n' + countOfPeople(deleted);
     text += request.dryRun ? " would be deleted.\n" : " deleted.\n";
     if (request.backup && !request.dryRun) {
-        text += "Backup: " + printable(request.backup->string()) + '\n';
+        text += "Backup: " + displayText(request.backup->string()) + '\n';
     }
     return text + totalLine(engine);
 }

@@ -10,6 +10,7 @@
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "text/Counted.h"
 
 #include <cstddef>
 #include <string>

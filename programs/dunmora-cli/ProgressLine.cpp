@@ -2,6 +2,7 @@
 
 #include "app/NotificationCenter.h"
 #include "programs/dunmora-cli/TerminalText.h"
+#include "text/DisplayText.h"
 
 #include <algorithm>
 #include <ostream>
@@ -38,7 +39,7 @@ ProgressLine::~ProgressLine()
 void ProgressLine::showMessage(std::string_view text)
 {
     clear();
-    message_ = printable(text);
+    message_ = displayText(text);
     draw(message_);
 }
 

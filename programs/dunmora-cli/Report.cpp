@@ -2,7 +2,7 @@
 
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandError.h"
-#include "programs/dunmora-cli/TerminalText.h"
+#include "text/DisplayText.h"
 
 #include <ostream>
 
@@ -11,7 +11,7 @@ namespace dunmora {
 void report(const CliEnvironment& environment, std::string_view text)
 {
     std::string line = "dunmora-cli: ";
-    appendPrintable(line, text);
+    appendDisplayText(line, text);
     line += '\n';
     environment.err << line << std::flush;
 }
@@ -22,11 +22,6 @@ void print(const CliEnvironment& environment, std::string_view text)
     if (!environment.out) {
         throw CommandError(ExitCode::Failed, "The output could not be written.");
     }
-}
-
-std::string countOfPeople(std::size_t count)
-{
-    return std::to_string(count) + (count == 1 ? " person" : " people");
 }
 
 }  // namespace dunmora

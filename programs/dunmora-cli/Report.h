@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -11,11 +9,8 @@ struct CliEnvironment;
 /// Prints one line about the program on standard error, safe for a terminal.
 void report(const CliEnvironment& environment, std::string_view text);
 
-/// Prints on standard output and makes sure that it has got there.
+/// Prints on standard output and flushes it.
 /// Errors: CommandError when it cannot be written.
 void print(const CliEnvironment& environment, std::string_view text);
-
-/// "1 person", "2 people".
-std::string countOfPeople(std::size_t count);
 
 }  // namespace dunmora

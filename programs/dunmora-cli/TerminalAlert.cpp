@@ -1,6 +1,6 @@
 #include "programs/dunmora-cli/TerminalAlert.h"
-
-#include "programs/dunmora-cli/TerminalText.h"
+#include "text/Ascii.h"
+#include "text/DisplayText.h"
 
 #include <algorithm>
 #include <array>
@@ -25,7 +25,7 @@ std::string printableLines(const std::string& text)
         if (line.ends_with('\r')) {
             line.pop_back();
         }
-        appendPrintable(lines, line);
+        appendDisplayText(lines, line);
         lines += '\n';
     }
     return lines;
@@ -34,15 +34,11 @@ std::string printableLines(const std::string& text)
 /// The answer without the blanks around it, its ASCII letters in lower case.
 std::string plain(std::string_view answer)
 {
-    constexpr std::string_view kBlanks = " \t\r";
-    const auto first = answer.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) {
-        return {};
+    if (answer.ends_with('\r')) {
+        answer.remove_suffix(1);
     }
-    std::string text(answer.substr(first, answer.find_last_not_of(kBlanks) - first + 1));
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    std::string text(trimmed(answer));
+    std::transform(text.begin(), text.end(), text.begin(), toLowerAscii);
     return text;
 }
 
@@ -55,7 +51,7 @@ int TerminalAlert::runModal(const AlertContent& content)
         err_ << std::flush;
         return kDefaultButton;
     }
-    err_ << printable(content.defaultButton) << '/' << printable(*content.alternateButton)
+    err_ << displayText(content.defaultButton) << '/' << displayText(*content.alternateButton)
          << " [y/N] " << std::flush;
     return readsYes() ? kDefaultButton : kAlternateButton;
 }
@@ -64,7 +60,7 @@ bool TerminalAlert::readsYes()
 {
     std::string answer;
     std::getline(in_, answer);
-    // Without its line end an answer was not given: whoever typed it may not have been done.
+    // An answer without a line end does not count: the user may not have finished typing it.
     if (!in_.good()) {
         err_ << '\n' << std::flush;
         return false;

@@ -7,43 +7,6 @@
 namespace dunmora::test {
 namespace {
 
-TEST(Printable, LeavesOrdinaryTextAlone)
-{
-    for (const std::string text :
-         {"", "Ann Lee", "~ !", "Zoë", "王小明", "😀", "\u05E9\u05DC\u05D5\u05DD", "e\u0301"}) {
-        EXPECT_EQ(printable(text), text);
-    }
-}
-
-TEST(Printable, DrawsEveryC0ControlAndDelete)
-{
-    EXPECT_EQ(printable(std::string("\0", 1)), "␀");
-    EXPECT_EQ(printable("\x1b[31m\t\r\n\x1f\x7f"), "␛[31m␉␍␊␟␡");
-}
-
-TEST(Printable, ReplacesHiddenControls)
-{
-    // C1 as characters, marks and embeddings of direction, isolates, separators.
-    // NOLINTBEGIN(misc-misleading-bidirectional): misleading on purpose.
-    for (const auto* text : {"\u0080", "\u009B", "\u009F", "\u061C", "\u200E", "\u200F", "\u202A",
-                             "\u202E", "\u2028", "\u2029", "\u2066", "\u2069"}) {
-        // NOLINTEND(misc-misleading-bidirectional)
-        EXPECT_EQ(printable(std::string("a") + text + "b"), "a\uFFFDb");
-    }
-    for (const auto* text : {"\u00A0", "\u200D", "\u202F", "\u2065", "\u206A"}) {
-        EXPECT_EQ(printable(text), text);
-    }
-}
-
-TEST(Printable, ReplacesWhatIsNotUtf8)
-{
-    EXPECT_EQ(printable("Zo\xEB"), "Zo\uFFFD");
-    EXPECT_EQ(printable("\x9B"
-                        "31m"),
-              "\uFFFD31m");
-    EXPECT_EQ(printable("\xC0\x9B"), "\uFFFD\uFFFD");
-}
-
 TEST(DisplayWidth, CountsTheColumnsOfATerminal)
 {
     EXPECT_EQ(displayWidth(""), 0U);
