@@ -1,6 +1,6 @@
 #include "adapters/qt/FoldedText.h"
 
-#include "adapters/qt/OneLineText.h"
+#include "text/DisplayText.h"
 
 namespace dunmora {
 

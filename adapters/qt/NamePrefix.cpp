@@ -2,6 +2,7 @@
 
 #include "adapters/qt/FoldedText.h"
 #include "adapters/qt/OneLineText.h"
+#include "text/DisplayText.h"
 
 namespace dunmora {
 

@@ -1,29 +1,14 @@
 #include "adapters/qt/OneLineText.h"
 
-#include <algorithm>
+#include "text/DisplayText.h"
 
 namespace dunmora {
 
 namespace {
 
-constexpr char16_t kBlank = u' ';
 constexpr char16_t kEllipsis = u'\u2026';
-constexpr char16_t kNextLine = u'\u0085';
 
-/// Embeddings, overrides and isolates: left open, they would turn round whatever comes after them.
-bool isDirectionalFormatting(QChar character)
-{
-    return (character >= u'\u202A' && character <= u'\u202E') ||
-           (character >= u'\u2066' && character <= u'\u2069');
-}
-
-bool isBreakOrTab(QChar character)
-{
-    return (character >= u'\t' && character <= u'\r') || character == kNextLine ||
-           character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
-}
-
-/// The longest beginning of at most so many bytes that cuts no character of valid UTF-8 in two.
+/// The longest prefix of at most `maxBytes` bytes that does not split a character of valid UTF-8.
 std::string_view beginning(std::string_view utf8, std::size_t maxBytes)
 {
     constexpr auto kContinues = [](char byte) {
@@ -46,23 +31,7 @@ QString oneLineText(std::string_view utf8, std::size_t maxBytes)
     if (isCut) {
         utf8 = beginning(utf8, maxBytes);
     }
-    const auto size = static_cast<qsizetype>(utf8.size());
-    QString text;
-    if (isPlainAscii(utf8)) {
-        text = QString::fromLatin1(utf8.data(), size);
-    } else {
-        text = QString::fromUtf8(utf8.data(), size);
-        // A carriage return and a line feed are one break.
-        text.replace(QLatin1String("\r\n"), QLatin1String(" "));
-        text.removeIf(isDirectionalFormatting);
-        for (QChar& character : text) {
-            if (isBreakOrTab(character)) {
-                character = kBlank;
-            } else if (character.category() == QChar::Other_Control) {
-                character = QChar::ReplacementCharacter;
-            }
-        }
-    }
+    auto text = QString::fromStdString(windowText(utf8));
     if (isCut) {
         text += kEllipsis;
     }
@@ -78,12 +47,6 @@ QString toolTipText(const QStringList& paragraphs)
         }
     }
     return html.isEmpty() ? html : QLatin1String("<qt>") + html + QLatin1String("</qt>");
-}
-
-bool isPlainAscii(std::string_view text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](char byte) { return byte >= ' ' && byte <= '~'; });
 }
 
 }  // namespace dunmora

@@ -8,18 +8,14 @@
 
 namespace dunmora {
 
-/// More of a text than any cell or tip can show.
+/// More than any cell or tool tip can show.
 constexpr std::size_t kMaxShownBytes = 1024;
 
-/// A text of anybody's making as one line that is safe to draw beside others: a line break or a tab
-/// is a blank, bytes that are no UTF-8 and other control characters are replacement characters, and
-/// nothing changes the direction of what follows. A longer text ends with an ellipsis.
+/// Returns the text as one line that is safe to draw (`windowText`). A text longer than `maxBytes`
+/// is cut between two characters and ends with an ellipsis.
 QString oneLineText(std::string_view utf8, std::size_t maxBytes = kMaxShownBytes);
 
-/// These texts as the paragraphs of a tool tip, which shows them as they stand, markup included.
+/// Returns the HTML of a tool tip with these paragraphs; markup in them is shown literally.
 QString toolTipText(const QStringList& paragraphs);
-
-/// Whether the bytes are ASCII characters that can be seen, or blanks.
-bool isPlainAscii(std::string_view text);
 
 }  // namespace dunmora

@@ -17,7 +17,7 @@ TEST(OneLineText, LeavesAnOrdinaryTextAlone)
     EXPECT_EQ(oneLineText(""), QString());
 }
 
-TEST(OneLineText, MakesALineBreakOneBlank)
+TEST(OneLineText, TurnsALineBreakIntoOneSpace)
 {
     EXPECT_EQ(oneLineText("a\nb\r\nc\td"), QStringLiteral("a b c d"));
     EXPECT_EQ(oneLineText("a\xE2\x80\xA8"
@@ -27,7 +27,7 @@ TEST(OneLineText, MakesALineBreakOneBlank)
               QStringLiteral("a b c d"));
 }
 
-TEST(OneLineText, ShowsThatAControlCharacterIsThere)
+TEST(OneLineText, ReplacesControlCharacters)
 {
     using namespace std::string_view_literals;
 
@@ -35,12 +35,12 @@ TEST(OneLineText, ShowsThatAControlCharacterIsThere)
     EXPECT_EQ(oneLineText("\xC2\x9B"), QStringLiteral(u"\uFFFD"));
 }
 
-TEST(OneLineText, ShowsThatBytesAreNoUtf8)
+TEST(OneLineText, ReplacesInvalidBytes)
 {
     EXPECT_EQ(oneLineText("A\xFF\xC3"), QStringLiteral(u"A\uFFFD\uFFFD"));
 }
 
-TEST(OneLineText, LetsNoDirectionReachBeyondTheText)
+TEST(OneLineText, DropsDirectionalFormatting)
 {
     const std::string override{'\xE2', '\x80', '\xAE'};
     const std::string isolate{'\xE2', '\x81', '\xA6'};
@@ -58,7 +58,7 @@ TEST(OneLineText, CutsALongTextBetweenCharacters)
     EXPECT_EQ(oneLineText(std::string(10, '\x80'), 2), QStringLiteral(u"\u2026"));
 }
 
-TEST(ToolTipText, ShowsMarkupAsItStands)
+TEST(ToolTipText, ShowsMarkupLiterally)
 {
     QTextDocument document;
 
@@ -67,7 +67,7 @@ TEST(ToolTipText, ShowsMarkupAsItStands)
     EXPECT_EQ(document.toPlainText(), QStringLiteral("<b>a</b> & b\nc"));
 }
 
-TEST(ToolTipText, IsNothingForNothing)
+TEST(ToolTipText, IsEmptyWithoutParagraphs)
 {
     EXPECT_EQ(toolTipText({}), QString());
     EXPECT_EQ(toolTipText({QString()}), QString());
