@@ -175,7 +175,7 @@ void QtConnection::readAnswer()
     while (socket_ != nullptr && socket_->bytesAvailable() > 0) {
         const auto bytes = socket_->read(kReadAhead);
         try {
-            answer_.take(
+            answer_.receive(
                 std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
         } catch (const PlatformError& error) {
             fail(toQString(error.what()));
@@ -202,7 +202,7 @@ void QtConnection::handleError()
 void QtConnection::handleEndOfAnswer()
 {
     try {
-        answer_.takeEnd();
+        answer_.receiveEnd();
     } catch (const PlatformError& error) {
         fail(toQString(error.what()));
         return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/http/HttpAnswerReader.h"
+#include "adapters/http/HttpResponseReader.h"
 #include "adapters/qt/ProxyQuestion.h"
 #include "platform/Connection.h"
 
@@ -78,7 +78,7 @@ private:
     // The proxy that gets the request in the server's stead; none where the socket goes through.
     std::optional<QNetworkProxy> asked_;
     QSslSocket* socket_ = nullptr;
-    HttpAnswerReader answer_;
+    HttpResponseReader answer_;
     bool hasHead_ = false;
 };
 

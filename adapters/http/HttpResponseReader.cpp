@@ -1,6 +1,7 @@
-#include "adapters/http/HttpAnswerReader.h"
+#include "adapters/http/HttpResponseReader.h"
 
 #include "platform/PlatformError.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
 #include <charconv>
@@ -11,47 +12,31 @@ namespace dunmora {
 
 namespace {
 
-// Far beyond the head of any answer, and the framing of a body in all but the smallest chunks.
-constexpr std::size_t kMostFraming = std::size_t{1} << 20U;
-constexpr std::string_view kBlanks = " \t";
+// Far more than any head needs, and enough to frame a chunked body in all but the smallest chunks.
+constexpr std::size_t kMaxFramingSize = std::size_t{1} << 20U;
 
-[[noreturn]] void refuse()
+[[noreturn]] void rejectResponse()
 {
-    throw PlatformError("The server's answer cannot be understood.");
+    throw PlatformError("The server sent a malformed response.");
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    const auto begin = std::min(text.find_first_not_of(kBlanks), text.size());
-    return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
-
-std::string lowerCase(std::string_view text)
-{
-    std::string lower(text);
-    for (auto& c : lower) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return lower;
-}
-
-/// The value of a field, which may be there several times; empty where it says nothing. Two truths
-/// about where the body ends or where to go are none.
+/// Returns the value of a field that may be repeated; empty when it is missing or empty. Rejects
+/// values that contradict each other.
 std::string onlyValue(const std::vector<std::string>& values)
 {
     std::string_view only;
     for (const auto& value : values) {
-        const auto said = trimmed(value);
-        if (!only.empty() && !said.empty() && said != only) {
-            refuse();
+        const auto text = trimmed(value);
+        if (!only.empty() && !text.empty() && text != only) {
+            rejectResponse();
         }
-        only = only.empty() ? said : only;
+        only = only.empty() ? text : only;
     }
     return std::string(only);
 }
 
-/// Whether answers of this status are redirects (RFC 9110, section 15.4).
-bool sendsElsewhere(int status)
+/// Whether the status is a redirect (RFC 9110 §15.4).
+bool isRedirect(int status)
 {
     switch (status) {
     case 301:
@@ -65,50 +50,51 @@ bool sendsElsewhere(int status)
     }
 }
 
-/// The number that the whole text is, without a sign.
+/// Returns the unsigned number that the whole text represents; rejects any other text.
 std::uint64_t number(std::string_view text, int base)
 {
     std::uint64_t value = 0;
     const auto* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, value, base);
     if (result.ec != std::errc() || result.ptr != end) {
-        refuse();
+        rejectResponse();
     }
     return value;
 }
 
 }  // namespace
 
-void HttpAnswerReader::take(std::string_view bytes)
+void HttpResponseReader::receive(std::string_view bytes)
 {
     while (!bytes.empty() && !isComplete()) {
-        bytes = takesBytes() ? takeBytes(bytes) : takeLine(bytes);
+        bytes = isInBody() ? readBody(bytes) : readBytesOfLine(bytes);
     }
 }
 
-void HttpAnswerReader::takeEnd()
+void HttpResponseReader::receiveEnd()
 {
-    if (part_ == Part::BodyUntilTheEnd) {
+    if (part_ == Part::BodyUntilClose) {
         part_ = Part::Complete;
     }
     if (!isComplete()) {
-        throw PlatformError("The server closed the connection too early.");
+        throw PlatformError("The server closed the connection before the response was complete.");
     }
 }
 
-std::string HttpAnswerReader::takeBody()
+std::string HttpResponseReader::takeBody()
 {
     return std::exchange(body_, {});
 }
 
-bool HttpAnswerReader::takesBytes() const
+bool HttpResponseReader::isInBody() const
 {
-    return part_ == Part::CountedBody || part_ == Part::Chunk || part_ == Part::BodyUntilTheEnd;
+    return part_ == Part::BodyOfKnownLength || part_ == Part::ChunkData ||
+           part_ == Part::BodyUntilClose;
 }
 
-std::string_view HttpAnswerReader::takeBytes(std::string_view bytes)
+std::string_view HttpResponseReader::readBody(std::string_view bytes)
 {
-    if (part_ == Part::BodyUntilTheEnd) {
+    if (part_ == Part::BodyUntilClose) {
         body_ += bytes;
         return {};
     }
@@ -116,18 +102,18 @@ std::string_view HttpAnswerReader::takeBytes(std::string_view bytes)
     body_ += bytes.substr(0, size);
     missing_ -= size;
     if (missing_ == 0) {
-        part_ = part_ == Part::Chunk ? Part::ChunkEnd : Part::Complete;
+        part_ = part_ == Part::ChunkData ? Part::ChunkEnd : Part::Complete;
     }
     return bytes.substr(size);
 }
 
-std::string_view HttpAnswerReader::takeLine(std::string_view bytes)
+std::string_view HttpResponseReader::readBytesOfLine(std::string_view bytes)
 {
     const auto end = bytes.find('\n');
     const auto size = std::min(end, bytes.size());
-    framing_ += size + 1;
-    if (framing_ > kMostFraming) {
-        throw PlatformError("The server's answer is too long.");
+    framingSize_ += size + 1;
+    if (framingSize_ > kMaxFramingSize) {
+        throw PlatformError("The server's response is too long.");
     }
     line_ += bytes.substr(0, size);
     if (end == std::string_view::npos) {
@@ -140,17 +126,17 @@ std::string_view HttpAnswerReader::takeLine(std::string_view bytes)
     return bytes.substr(end + 1);
 }
 
-void HttpAnswerReader::readLine(std::string_view line)
+void HttpResponseReader::readLine(std::string_view line)
 {
     switch (part_) {
     case Part::StatusLine:
         readStatusLine(line);
         break;
-    case Part::Fields:
+    case Part::HeaderFields:
         if (line.empty()) {
             beginBody();
         } else {
-            readField(line);
+            readHeaderField(line);
         }
         break;
     case Part::ChunkSize:
@@ -158,59 +144,60 @@ void HttpAnswerReader::readLine(std::string_view line)
         break;
     case Part::ChunkEnd:
         if (!line.empty()) {
-            refuse();
+            rejectResponse();
         }
         part_ = Part::ChunkSize;
         break;
-    case Part::Trailer:
+    case Part::TrailerSection:
         if (line.empty()) {
             part_ = Part::Complete;
         }
         break;
-    case Part::CountedBody:
-    case Part::Chunk:
-    case Part::BodyUntilTheEnd:
+    case Part::BodyOfKnownLength:
+    case Part::ChunkData:
+    case Part::BodyUntilClose:
     case Part::Complete:
         break;
     }
 }
 
-void HttpAnswerReader::readStatusLine(std::string_view line)
+void HttpResponseReader::readStatusLine(std::string_view line)
 {
     constexpr std::string_view kVersion = "HTTP/1.";
     constexpr std::size_t kStatus = kVersion.size() + 2;
     constexpr std::size_t kEnd = kStatus + 3;
     if (!line.starts_with(kVersion) || line.size() < kEnd || line[kStatus - 1] != ' ' ||
         (line.size() > kEnd && line[kEnd] != ' ')) {
-        refuse();
+        rejectResponse();
     }
     status_ = static_cast<int>(number(line.substr(kStatus, kEnd - kStatus), 10));
     fields_ = {};
-    part_ = Part::Fields;
+    part_ = Part::HeaderFields;
 }
 
-void HttpAnswerReader::readField(std::string_view line)
+void HttpResponseReader::readHeaderField(std::string_view line)
 {
-    if (kBlanks.find(line.front()) != std::string_view::npos) {
+    if (isBlank(line.front())) {
         if (fields_.last != nullptr) {
             fields_.last->back().append(" ").append(trimmed(line));
         }
         return;
     }
     const auto colon = line.find(':');
-    const auto name = lowerCase(line.substr(0, colon));
+    const auto name = line.substr(0, colon);
+    const auto is = [&](std::string_view known) { return equalsIgnoringCase(name, known); };
     fields_.last = colon == std::string_view::npos ? nullptr
-                   : name == "location"            ? &fields_.location
-                   : name == "content-length"      ? &fields_.contentLength
-                   : name == "transfer-encoding"   ? &fields_.transferEncoding
+                   : is("location")                ? &fields_.location
+                   : is("content-length")          ? &fields_.contentLength
+                   : is("transfer-encoding")       ? &fields_.transferEncoding
                                                    : nullptr;
     if (fields_.last != nullptr) {
         fields_.last->emplace_back(line.substr(colon + 1));
     }
 }
 
-/// RFC 9112, section 6.3.
-void HttpAnswerReader::beginBody()
+/// Finds out how the body ends (RFC 9112 §6.3).
+void HttpResponseReader::beginBody()
 {
     constexpr int kFirstFinalStatus = 200;
     constexpr int kNoContent = 204;
@@ -219,26 +206,26 @@ void HttpAnswerReader::beginBody()
         part_ = Part::StatusLine;
         return;
     }
-    head_ = HttpHead{status_, sendsElsewhere(status_) ? onlyValue(fields_.location) : ""};
+    head_ = HttpResponseHead{status_, isRedirect(status_) ? onlyValue(fields_.location) : ""};
     if (status_ == kNoContent || status_ == kNotModified) {
         part_ = Part::Complete;
     } else if (const auto coding = onlyValue(fields_.transferEncoding); !coding.empty()) {
-        if (lowerCase(coding) != "chunked") {
-            refuse();
+        if (!equalsIgnoringCase(coding, "chunked")) {
+            rejectResponse();
         }
         part_ = Part::ChunkSize;
     } else if (const auto length = onlyValue(fields_.contentLength); !length.empty()) {
         missing_ = number(length, 10);
-        part_ = missing_ == 0 ? Part::Complete : Part::CountedBody;
+        part_ = missing_ == 0 ? Part::Complete : Part::BodyOfKnownLength;
     } else {
-        part_ = Part::BodyUntilTheEnd;
+        part_ = Part::BodyUntilClose;
     }
 }
 
-void HttpAnswerReader::readChunkSize(std::string_view line)
+void HttpResponseReader::readChunkSize(std::string_view line)
 {
     missing_ = number(trimmed(line.substr(0, line.find(';'))), 16);
-    part_ = missing_ == 0 ? Part::Trailer : Part::Chunk;
+    part_ = missing_ == 0 ? Part::TrailerSection : Part::ChunkData;
 }
 
 }  // namespace dunmora

@@ -1,4 +1,4 @@
-#include "adapters/http/HttpAnswerReader.h"
+#include "adapters/http/HttpResponseReader.h"
 
 #include "platform/PlatformError.h"
 
@@ -15,12 +15,12 @@ using namespace std::string_literals;
 
 const auto kChunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"s;
 
-/// An answer that was read whole, the end of the connection included.
-HttpAnswerReader read(std::string_view bytes)
+/// Reads a complete response and the end of the connection.
+HttpResponseReader read(std::string_view bytes)
 {
-    HttpAnswerReader reader;
-    reader.take(bytes);
-    reader.takeEnd();
+    HttpResponseReader reader;
+    reader.receive(bytes);
+    reader.receiveEnd();
     return reader;
 }
 
@@ -31,36 +31,36 @@ std::string bodyOf(std::string_view bytes)
 
 std::string locationOf(int status, const std::string& fields)
 {
-    auto answer = "HTTP/1.1 " + std::to_string(status) + "\r\n";
-    answer += fields + "\r\n";
-    return read(answer).head()->location;
+    auto response = "HTTP/1.1 " + std::to_string(status) + "\r\n";
+    response += fields + "\r\n";
+    return read(response).head()->location;
 }
 
-TEST(HttpAnswerReader, ReadsTheStatusAndABodyOfAKnownLength)
+TEST(HttpResponseReader, ReadsTheStatusAndABodyOfAKnownLength)
 {
-    HttpAnswerReader reader;
+    HttpResponseReader reader;
 
-    reader.take("HTTP/1.1 404 Not Found\r\ncontent-length: 5 \r\nX: y\r\n\r\n");
+    reader.receive("HTTP/1.1 404 Not Found\r\ncontent-length: 5 \r\nX: y\r\n\r\n");
     ASSERT_TRUE(reader.head().has_value());
     EXPECT_EQ(reader.head()->status, 404);
     EXPECT_FALSE(reader.isComplete());
-    reader.take("0.2\nU and more");
+    reader.receive("0.2\nU and more");
 
     EXPECT_TRUE(reader.isComplete());
     EXPECT_EQ(reader.takeBody(), "0.2\nU");
     EXPECT_EQ(reader.takeBody(), "");
 }
 
-TEST(HttpAnswerReader, ReadsTheSameInPiecesOfAnySize)
+TEST(HttpResponseReader, ReadsTheSameWhateverTheSizeOfThePieces)
 {
-    const auto answer = kChunked + "5;a=b\r\n0.2\nU\r\nA\r\nRL\nA text.\r\n0\r\nX: y\r\n\r\n";
+    const auto response = kChunked + "5;a=b\r\n0.2\nU\r\nA\r\nRL\nA text.\r\n0\r\nX: y\r\n\r\n";
 
-    for (std::size_t size = 1; size <= answer.size(); ++size) {
-        HttpAnswerReader reader;
+    for (std::size_t size = 1; size <= response.size(); ++size) {
+        HttpResponseReader reader;
         std::string body;
-        for (std::size_t at = 0; at < answer.size(); at += size) {
+        for (std::size_t at = 0; at < response.size(); at += size) {
             EXPECT_FALSE(reader.isComplete());
-            reader.take(std::string_view(answer).substr(at, size));
+            reader.receive(std::string_view(response).substr(at, size));
             body += reader.takeBody();
         }
         EXPECT_TRUE(reader.isComplete());
@@ -68,25 +68,25 @@ TEST(HttpAnswerReader, ReadsTheSameInPiecesOfAnySize)
     }
 }
 
-TEST(HttpAnswerReader, ReadsABodyThatTheEndOfTheConnectionEnds)
+TEST(HttpResponseReader, ReadsABodyUntilTheConnectionCloses)
 {
     EXPECT_EQ(bodyOf("HTTP/1.0 200 OK\r\n\r\n0.2\nURL"), "0.2\nURL");
     EXPECT_EQ(bodyOf("HTTP/1.0 200\r\n\r\n"), "");
 }
 
-TEST(HttpAnswerReader, TakesLineFeedsAloneForLineEnds)
+TEST(HttpResponseReader, AcceptsLineFeedsAsLineEnds)
 {
     EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\nContent-Length: 1\n\nx"), "x");
 }
 
-TEST(HttpAnswerReader, KnowsAnswersWithoutABody)
+TEST(HttpResponseReader, AcceptsResponsesWithoutABody)
 {
     EXPECT_EQ(bodyOf("HTTP/1.1 204 No Content\r\n\r\n"), "");
     EXPECT_EQ(bodyOf("HTTP/1.1 304 Not Modified\r\nContent-Length: 9\r\n\r\n"), "");
     EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"), "");
 }
 
-TEST(HttpAnswerReader, SkipsProvisionalAnswers)
+TEST(HttpResponseReader, SkipsInterimResponses)
 {
     auto reader = read("HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\n"
                        "HTTP/1.1 103 Early Hints\r\nLocation: /x\r\n\r\n"
@@ -98,14 +98,14 @@ TEST(HttpAnswerReader, SkipsProvisionalAnswers)
     EXPECT_EQ(reader.takeBody(), "x");
 }
 
-TEST(HttpAnswerReader, FoldsNoLineIntoTheHeadBefore)
+TEST(HttpResponseReader, DoesNotFoldALineIntoTheInterimResponse)
 {
     EXPECT_EQ(bodyOf("HTTP/1.1 100 Continue\r\nContent-Length: 7\r\n\r\n"
                      "HTTP/1.1 200 OK\r\n 9\r\n\r\nx"),
               "x");
 }
 
-TEST(HttpAnswerReader, ReadsWhereTheServerSendsTo)
+TEST(HttpResponseReader, ReadsTheLocationOfARedirect)
 {
     for (const auto& [fields, location] :
          {std::pair{"LOCATION:\t/a b \r\n"s, "/a b"s},
@@ -120,7 +120,7 @@ TEST(HttpAnswerReader, ReadsWhereTheServerSendsTo)
     }
 }
 
-TEST(HttpAnswerReader, LooksForAPlaceOnlyWhereTheStatusSendsThere)
+TEST(HttpResponseReader, IgnoresTheLocationOfOtherStatuses)
 {
     for (const std::string status : {"200", "201", "300", "305", "404"}) {
         auto reader = read("HTTP/1.1 " + status +
@@ -131,34 +131,34 @@ TEST(HttpAnswerReader, LooksForAPlaceOnlyWhereTheStatusSendsThere)
     }
 }
 
-TEST(HttpAnswerReader, PassesOverLinesThatSayNothingToIt)
+TEST(HttpResponseReader, IgnoresOtherLinesOfTheHeader)
 {
     EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\n folded\r\nno colon\r\nlocation\r\nContent-Length: "
                      "1\r\nContent-Length: 1\r\n\r\nx"),
               "x");
 }
 
-TEST(HttpAnswerReader, PrefersChunksToALength)
+TEST(HttpResponseReader, PrefersChunkedEncodingToALength)
 {
     EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\nContent-Length: 99\r\nTransfer-Encoding: Chunked\r\n\r\n"
                      "1\r\nx\r\n0\r\n\r\n"),
               "x");
 }
 
-class RefusedAnswerTest : public testing::TestWithParam<const char*> {};
+class RefusedResponseTest : public testing::TestWithParam<const char*> {};
 
-TEST_P(RefusedAnswerTest, IsAnError)
+TEST_P(RefusedResponseTest, IsAnError)
 {
     EXPECT_THROW(read(GetParam()), PlatformError);
 }
 
-INSTANTIATE_TEST_SUITE_P(NoHttp, RefusedAnswerTest,
+INSTANTIATE_TEST_SUITE_P(NotHttp, RefusedResponseTest,
                          testing::Values("\r\n", "nonsense\r\n\r\n", "HTTP/2 200\r\n\r\n",
                                          "HTTP/1.1 20\r\n\r\n", "HTTP/1.1 2000\r\n\r\n",
                                          "HTTP/1.1 -20\r\n\r\n", "HTTP/1.1200 OK\r\n\r\n",
                                          "HTTP/1.1 2x0 OK\r\n\r\n", "ICY 200 OK\r\n\r\n"));
 INSTANTIATE_TEST_SUITE_P(
-    CutOff, RefusedAnswerTest,
+    Truncated, RefusedResponseTest,
     testing::Values("", "HTTP/1.1 200", "HTTP/1.1 200 OK\r\n", "HTTP/1.1 100 Continue\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nx",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n",
@@ -166,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\nx\r\n",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\nx\r\n0\r\n"));
 INSTANTIATE_TEST_SUITE_P(
-    Malformed, RefusedAnswerTest,
+    Malformed, RefusedResponseTest,
     testing::Values("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nContent-Length: +1\r\n\r\nx",
@@ -181,7 +181,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
                     "fffffffffffffffff\r\nx\r\n0\r\n\r\n"));
 
-TEST(HttpAnswerReader, TakesOnlySoMuchBesidesTheBody)
+TEST(HttpResponseReader, LimitsTheBytesOutsideTheBody)
 {
     for (const auto& [begin, again] :
          {std::pair{"HTTP/1.1 200 "s, "0123456789"s},
@@ -190,13 +190,13 @@ TEST(HttpAnswerReader, TakesOnlySoMuchBesidesTheBody)
           std::pair{""s, "HTTP/1.1 100 Continue\r\n\r\n"s}, std::pair{kChunked, "0000000000"s},
           std::pair{kChunked + "1;", "x=0123456789"s},
           std::pair{kChunked + "0\r\n", "X: y\r\n"s}}) {
-        HttpAnswerReader reader;
-        reader.take(begin);
+        HttpResponseReader reader;
+        reader.receive(begin);
         std::size_t taken = 0;
         EXPECT_THROW(
             {
                 for (; taken < (std::size_t{4} << 20U); taken += again.size()) {
-                    reader.take(again);
+                    reader.receive(again);
                 }
             },
             PlatformError)
@@ -205,7 +205,7 @@ TEST(HttpAnswerReader, TakesOnlySoMuchBesidesTheBody)
     }
 }
 
-TEST(HttpAnswerReader, KeepsWhatABodyContains)
+TEST(HttpResponseReader, KeepsEveryByteOfABody)
 {
     EXPECT_EQ(bodyOf(kChunked + "4\r\n\r\n\0\n\r\n0\r\n\r\n"s), "\r\n\0\n"s);
 }

@@ -1,4 +1,4 @@
-#include "adapters/http/HttpAnswerReader.h"
+#include "adapters/http/HttpResponseReader.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace {
 
-using dunmora::HttpAnswerReader;
+using dunmora::HttpResponseReader;
 
 void require(bool holds, const char* what)
 {
@@ -21,22 +21,23 @@ void require(bool holds, const char* what)
     }
 }
 
-/// What is read of an answer that comes in pieces of this size; none when it is refused.
+/// Reads a response in pieces of this size. Returns its head and body; nothing when it is rejected.
 std::optional<std::string> read(std::string_view bytes, std::size_t pieceSize)
 {
-    HttpAnswerReader reader;
+    HttpResponseReader reader;
     std::string read;
     try {
         for (std::size_t at = 0; at < bytes.size(); at += pieceSize) {
-            reader.take(bytes.substr(at, pieceSize));
+            reader.receive(bytes.substr(at, pieceSize));
             read += reader.takeBody();
         }
-        reader.takeEnd();
+        reader.receiveEnd();
     } catch (const dunmora::PlatformError&) {
         return std::nullopt;
     }
-    require(reader.isComplete() && reader.head().has_value(), "an answer without a head was read");
-    require(reader.head()->status >= 200 && reader.head()->status <= 999, "no final answer");
+    require(reader.isComplete() && reader.head().has_value(), "a complete response has no head");
+    require(reader.head()->status >= 200 && reader.head()->status <= 999,
+            "the response is not final");
     return std::to_string(reader.head()->status) + reader.head()->location + "\n" + read +
            reader.takeBody();
 }
@@ -46,11 +47,11 @@ std::optional<std::string> read(std::string_view bytes, std::size_t pieceSize)
 // NOLINTNEXTLINE(readability-identifier-naming): libFuzzer calls it by this name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string answer(data, data + size);
-    const auto whole = read(answer, std::max<std::size_t>(size, 1));
+    const std::string response(data, data + size);
+    const auto whole = read(response, std::max<std::size_t>(size, 1));
 
-    require(!whole || whole->size() <= answer.size() + 8, "more was read than there is");
-    require(read(answer, 1) == whole, "pieces change what is read");
-    require(read(answer, 7) == whole, "pieces change what is read");
+    require(!whole || whole->size() <= response.size() + 8, "the result is longer than the input");
+    require(read(response, 1) == whole, "the result depends on the size of the pieces");
+    require(read(response, 7) == whole, "the result depends on the size of the pieces");
     return 0;
 }
