@@ -17,10 +17,10 @@ namespace dunmora {
 
 namespace {
 
-constexpr int kMostRedirects = 20;
-constexpr std::size_t kLongestBody = std::size_t{1} << 20U;
-// How much of an answer the socket holds ready for us.
-constexpr qint64 kReadAhead = 64 << 10;
+constexpr int kMaximumRedirects = 20;
+constexpr std::size_t kMaximumBody = std::size_t{1} << 20U;
+// The size of the socket's read buffer.
+constexpr qint64 kReadBuffer = 64 << 10;
 constexpr int kHttpPort = 80;
 constexpr int kHttpsPort = 443;
 constexpr int kProxyAuthenticationRequired = 407;
@@ -37,8 +37,8 @@ bool beginsWithEscape(std::string_view text)
            kDigits.find(text[2]) != std::string_view::npos;
 }
 
-/// The address of what a server sends to, byte by byte. QUrl alone would replace what is not UTF-8,
-/// and one "%" that begins no escape would make it escape the escapes.
+/// The address in a Location field, preserved byte by byte. QUrl alone would replace bytes that are
+/// not UTF-8, and a stray "%" would make it escape the existing escapes again.
 QUrl toUrl(std::string_view location)
 {
     constexpr unsigned char kFirstBeyondAscii = 0x80;
@@ -55,7 +55,7 @@ QUrl toUrl(std::string_view location)
     return QUrl::fromEncoded(escaped);
 }
 
-/// What lets the user of the settings through a proxy (RFC 7617).
+/// The credentials in the proxy settings as a header field (RFC 7617).
 QByteArray authorization(const QNetworkProxy& proxy)
 {
     if (proxy.user().isEmpty()) {
@@ -65,8 +65,8 @@ QByteArray authorization(const QNetworkProxy& proxy)
     return "Proxy-Authorization: Basic " + user.toUtf8().toBase64() + "\r\n";
 }
 
-/// Only what HTTP itself wants: the server learns nothing of who asks. A proxy that is asked in its
-/// stead is told whom it lets through.
+/// Only the fields that HTTP requires: the server learns nothing about the user. A forwarding proxy
+/// gets its credentials.
 QByteArray request(const QUrl& url, const std::optional<QNetworkProxy>& proxy)
 {
     auto target = url.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
@@ -109,54 +109,54 @@ bool QtConnection::canGet(const QUrl& url)
 
 void QtConnection::timerEvent(QTimerEvent* event)
 {
-    if (event->timerId() == silence_.timerId()) {
-        fail(QStringLiteral("The server does not answer."));
+    if (event->timerId() == timer_.timerId()) {
+        fail(QStringLiteral("The server does not respond."));
     }
 }
 
 void QtConnection::get(const QUrl& url)
 {
     url_ = url;
-    answer_ = {};
+    response_ = {};
     hasHead_ = false;
-    beginSilence();
-    // Not from within the call that asked for it, whatever the socket does.
-    const auto askUnlessEnded = [this] {
+    restartTimeout();
+    // Queued, so that the delegate is never called from within openConnection.
+    const auto startUnlessEnded = [this] {
         if (delegate_ != nullptr) {
-            askForProxy();
+            lookUpProxy();
         }
     };
-    QMetaObject::invokeMethod(this, askUnlessEnded, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, startUnlessEnded, Qt::QueuedConnection);
 }
 
-void QtConnection::askForProxy()
+void QtConnection::lookUpProxy()
 {
-    const auto openThrough = [this](const QNetworkProxy& proxy) { open(proxy); };
+    const auto onFound = [this](const QNetworkProxy& proxy) { connectThrough(proxy); };
     try {
-        question_ = std::make_unique<ProxyQuestion>(url_, openThrough);
+        proxyLookup_ = std::make_unique<ProxyLookup>(url_, onFound);
     } catch (const std::system_error& error) {
         fail(toQString(error.what()));
     }
 }
 
-void QtConnection::open(const QNetworkProxy& proxy)
+void QtConnection::connectThrough(const QNetworkProxy& proxy)
 {
     const bool encrypts = isEncrypted(url_);
     socket_ = new QSslSocket(this);
-    socket_->setReadBufferSize(kReadAhead);
+    socket_->setReadBufferSize(kReadBuffer);
     connect(socket_, encrypts ? &QSslSocket::encrypted : &QSslSocket::connected, this,
             &QtConnection::sendRequest);
-    connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readAnswer);
+    connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readResponse);
     connect(socket_, &QSslSocket::errorOccurred, this, &QtConnection::handleError);
 
-    asked_.reset();
+    forwarder_.reset();
     if (!encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability)) {
-        asked_ = proxy;
+        forwarder_ = proxy;
     }
-    socket_->setProxy(asked_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
+    socket_->setProxy(forwarder_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
     if (encrypts) {
         socket_->connectToHostEncrypted(url_.host(), static_cast<quint16>(url_.port(kHttpsPort)));
-    } else if (asked_) {
+    } else if (forwarder_) {
         socket_->connectToHost(proxy.hostName(), proxy.port());
     } else {
         socket_->connectToHost(url_.host(), static_cast<quint16>(url_.port(kHttpPort)));
@@ -165,24 +165,24 @@ void QtConnection::open(const QNetworkProxy& proxy)
 
 void QtConnection::sendRequest()
 {
-    beginSilence();
-    socket_->write(request(url_, asked_));
+    restartTimeout();
+    socket_->write(request(url_, forwarder_));
 }
 
-void QtConnection::readAnswer()
+void QtConnection::readResponse()
 {
-    beginSilence();
+    restartTimeout();
     while (socket_ != nullptr && socket_->bytesAvailable() > 0) {
-        const auto bytes = socket_->read(kReadAhead);
+        const auto bytes = socket_->read(kReadBuffer);
         try {
-            answer_.receive(
+            response_.receive(
                 std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
         } catch (const PlatformError& error) {
             fail(toQString(error.what()));
             return;
         }
-        takeHead();
-        takeBody();
+        handleHead();
+        handleBody();
         finishWhenComplete();
     }
 }
@@ -193,16 +193,16 @@ void QtConnection::handleError()
         fail(socket_->errorString());
         return;
     }
-    readAnswer();
+    readResponse();
     if (socket_ != nullptr) {
-        handleEndOfAnswer();
+        handleEndOfResponse();
     }
 }
 
-void QtConnection::handleEndOfAnswer()
+void QtConnection::handleEndOfResponse()
 {
     try {
-        answer_.receiveEnd();
+        response_.receiveEnd();
     } catch (const PlatformError& error) {
         fail(toQString(error.what()));
         return;
@@ -210,16 +210,16 @@ void QtConnection::handleEndOfAnswer()
     finishWhenComplete();
 }
 
-void QtConnection::takeHead()
+void QtConnection::handleHead()
 {
-    if (hasHead_ || !answer_.head()) {
+    if (hasHead_ || !response_.head()) {
         return;
     }
     hasHead_ = true;
-    const auto& head = *answer_.head();
-    if (asked_ && head.status == kProxyAuthenticationRequired) {
-        // The service has not been asked: the page is the proxy's.
-        fail(QStringLiteral("The proxy wants a valid user name and password."));
+    const auto& head = *response_.head();
+    if (forwarder_ && head.status == kProxyAuthenticationRequired) {
+        // The response is the proxy's own; the server never saw the request.
+        fail(QStringLiteral("The proxy requires a valid user name and password."));
         return;
     }
     if (!head.location.empty()) {
@@ -231,10 +231,10 @@ void QtConnection::takeHead()
 
 void QtConnection::redirect(const QUrl& proposed)
 {
-    // What such an answer says besides is not for us.
+    // The rest of a redirect is of no use.
     dropSocket();
-    if (++redirects_ > kMostRedirects) {
-        fail(QStringLiteral("The server redirects too often."));
+    if (++redirects_ > kMaximumRedirects) {
+        fail(QStringLiteral("The server redirects too many times."));
         return;
     }
     const auto chosen = delegate_->willSendRequest(*this, proposed.toEncoded().toStdString());
@@ -243,21 +243,21 @@ void QtConnection::redirect(const QUrl& proposed)
     }
     const QUrl url(toQString(chosen));
     if (!canGet(url)) {
-        fail(QStringLiteral("The server redirects to an address that is not of the web."));
+        fail(QStringLiteral("The server redirects to an address that is neither http nor https."));
         return;
     }
     get(url);
 }
 
-void QtConnection::takeBody()
+void QtConnection::handleBody()
 {
     if (socket_ == nullptr) {
         return;
     }
-    const auto bytes = answer_.takeBody();
+    const auto bytes = response_.takeBody();
     bodySize_ += bytes.size();
-    if (bodySize_ > kLongestBody) {
-        fail(QStringLiteral("The server's answer is too long."));
+    if (bodySize_ > kMaximumBody) {
+        fail(QStringLiteral("The server's response is too long."));
     } else if (!bytes.empty()) {
         delegate_->didReceiveData(*this, bytes);
     }
@@ -265,7 +265,7 @@ void QtConnection::takeBody()
 
 void QtConnection::finishWhenComplete()
 {
-    if (socket_ == nullptr || !answer_.isComplete()) {
+    if (socket_ == nullptr || !response_.isComplete()) {
         return;
     }
     if (auto* const delegate = end()) {
@@ -280,11 +280,11 @@ void QtConnection::fail(const QString& description)
     }
 }
 
-/// Returns who is to hear of the end; none when the transfer had ended before.
+/// Returns the delegate to notify, or null if the transfer had already ended.
 ConnectionDelegate* QtConnection::end()
 {
-    silence_.stop();
-    question_.reset();
+    timer_.stop();
+    proxyLookup_.reset();
     dropSocket();
     auto* const delegate = std::exchange(delegate_, nullptr);
     if (const auto onEnd = std::exchange(onEnd_, {})) {
@@ -302,9 +302,9 @@ void QtConnection::dropSocket()
     }
 }
 
-void QtConnection::beginSilence()
+void QtConnection::restartTimeout()
 {
-    silence_.start(static_cast<int>(timeout_.count()), this);
+    timer_.start(static_cast<int>(timeout_.count()), this);
 }
 
 }  // namespace dunmora

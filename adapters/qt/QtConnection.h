@@ -1,7 +1,7 @@
 #pragma once
 
 #include "adapters/http/HttpResponseReader.h"
-#include "adapters/qt/ProxyQuestion.h"
+#include "adapters/qt/ProxyLookup.h"
 #include "platform/Connection.h"
 
 #include <QBasicTimer>
@@ -20,19 +20,19 @@ class QString;
 
 namespace dunmora {
 
-/// One GET of an http or https address. It follows redirects from one to the other and back, and
-/// takes the body of every answer of a server, whatever its status. A body that is too long or not
-/// whole, too many redirects, a server that falls silent and a proxy that lets nobody through are
-/// failures; so are settings that do not say for as long which proxy to take.
+/// One GET of an http or https address. It follows redirects between both schemes, and delivers the
+/// body of every response, whatever its status. It fails on a body that is too long or incomplete,
+/// on too many redirects, on a server that stops responding, on a proxy that rejects the user, and
+/// on proxy settings that cannot be read in time.
 ///
-/// It reads the answer itself: Qt's own client takes a body in chunks that is cut off for a whole
-/// one, and reads a head that never ends for ever.
+/// It parses the response itself: Qt's own client accepts a truncated chunked body as complete, and
+/// reads an endless head forever.
 class QtConnection final : public QObject, public Connection {
 public:
-    /// Called once, when the transfer has finished, has failed or is cancelled.
+    /// Called once, when the transfer finishes, fails or is cancelled.
     using Ended = std::function<void(const QtConnection& connection)>;
 
-    /// Begins the transfer; it fails when no byte comes for `timeout`.
+    /// Starts the transfer; it fails when no byte arrives for `timeout`.
     QtConnection(const QUrl& url, ConnectionDelegate& delegate, std::chrono::milliseconds timeout,
                  Ended onEnd);
     ~QtConnection() override;
@@ -41,7 +41,7 @@ public:
 
     void cancel() override;
 
-    /// Whether an address can be got at all: http or https, and a host.
+    /// Whether the address is http or https and has a host.
     static bool canGet(const QUrl& url);
 
 protected:
@@ -49,36 +49,36 @@ protected:
 
 private:
     void get(const QUrl& url);
-    void askForProxy();
-    void open(const QNetworkProxy& proxy);
+    void lookUpProxy();
+    void connectThrough(const QNetworkProxy& proxy);
     void sendRequest();
-    void readAnswer();
+    void readResponse();
     void handleError();
-    void handleEndOfAnswer();
-    void takeHead();
-    void takeBody();
+    void handleEndOfResponse();
+    void handleHead();
+    void handleBody();
     void finishWhenComplete();
     void redirect(const QUrl& proposed);
     void fail(const QString& description);
     ConnectionDelegate* end();
     void dropSocket();
-    void beginSilence();
+    void restartTimeout();
 
-    // None once the transfer has ended.
+    // Null once the transfer has ended.
     ConnectionDelegate* delegate_;
     std::chrono::milliseconds timeout_;
     Ended onEnd_;
-    QBasicTimer silence_;
+    QBasicTimer timer_;
     int redirects_ = 0;
     std::size_t bodySize_ = 0;
 
-    // Of the address in hand.
+    // State of the current request.
     QUrl url_;
-    std::unique_ptr<ProxyQuestion> question_;
-    // The proxy that gets the request in the server's stead; none where the socket goes through.
-    std::optional<QNetworkProxy> asked_;
+    std::unique_ptr<ProxyLookup> proxyLookup_;
+    // The proxy that forwards a plain request; none when the socket tunnels or connects directly.
+    std::optional<QNetworkProxy> forwarder_;
     QSslSocket* socket_ = nullptr;
-    HttpResponseReader answer_;
+    HttpResponseReader response_;
     bool hasHead_ = false;
 };
 

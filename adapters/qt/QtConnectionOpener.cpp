@@ -9,8 +9,8 @@ namespace dunmora {
 
 QtConnectionOpener::~QtConnectionOpener()
 {
-    while (!underWay_.empty()) {
-        underWay_.back()->cancel();
+    while (!transfers_.empty()) {
+        transfers_.back()->cancel();
     }
 }
 
@@ -22,12 +22,12 @@ std::shared_ptr<Connection> QtConnectionOpener::openConnection(const std::string
         return nullptr;
     }
     const auto forget = [this](const QtConnection& ended) {
-        std::erase_if(underWay_,
+        std::erase_if(transfers_,
                       [&](const auto& connection) { return connection.get() == &ended; });
     };
-    // The last one to hold it may let go in the middle of its own events.
-    return underWay_.emplace_back(new QtConnection(parsed, delegate, timeout_, forget),
-                                  [](QtConnection* connection) { connection->deleteLater(); });
+    // The last owner may release a connection while it handles its own event.
+    return transfers_.emplace_back(new QtConnection(parsed, delegate, timeout_, forget),
+                                   [](QtConnection* connection) { connection->deleteLater(); });
 }
 
 }  // namespace dunmora

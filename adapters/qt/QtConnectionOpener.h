@@ -14,15 +14,15 @@ class QtConnection;
 /// Opens connections to web servers.
 class QtConnectionOpener final : public ConnectionOpener {
 public:
-    /// How long a server may keep silent.
+    /// How long a server may take to send its next byte.
     static constexpr std::chrono::milliseconds kUsualTimeout = std::chrono::seconds(60);
 
-    /// An application must exist.
+    /// A QCoreApplication must exist.
     explicit QtConnectionOpener(std::chrono::milliseconds timeout = kUsualTimeout)
         : timeout_(timeout)
     {
     }
-    /// Cancels what is under way.
+    /// Cancels every transfer in progress.
     ~QtConnectionOpener() override;
     QtConnectionOpener(const QtConnectionOpener&) = delete;
     QtConnectionOpener& operator=(const QtConnectionOpener&) = delete;
@@ -32,8 +32,8 @@ public:
 
 private:
     std::chrono::milliseconds timeout_;
-    // A transfer goes on whether or not somebody else holds it.
-    std::vector<std::shared_ptr<QtConnection>> underWay_;
+    // Keeps each transfer alive until it ends, even if the caller drops it.
+    std::vector<std::shared_ptr<QtConnection>> transfers_;
 };
 
 }  // namespace dunmora

@@ -12,11 +12,11 @@
 
 namespace dunmora::test {
 
-/// Stands for the user's settings as long as it lives. Whoever asks them waits until the test lets
-/// the answer go, as with settings that lie on a silent server.
+/// Replaces the user's proxy settings during its lifetime. A query blocks until the test releases
+/// it, like settings on a server that does not respond.
 class HeldProxySettings final {
 public:
-    /// They want this proxy for every address that is not on this machine.
+    /// Names this proxy for every address beyond the loopback interface.
     explicit HeldProxySettings(const QNetworkProxy& proxy) : state_(std::make_shared<State>())
     {
         state_->proxy = proxy;
@@ -24,38 +24,38 @@ public:
     }
     ~HeldProxySettings()
     {
-        letGo();
+        release();
         QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
     }
     HeldProxySettings(const HeldProxySettings&) = delete;
     HeldProxySettings& operator=(const HeldProxySettings&) = delete;
 
-    void letGo()
+    void release()
     {
         const std::lock_guard lock(state_->mutex);
         state_->isHeld = false;
         state_->changed.notify_all();
     }
 
-    /// How often they have been asked.
-    int asked() const
+    /// The number of queries so far.
+    int queries() const
     {
         const std::lock_guard lock(state_->mutex);
-        return state_->asked;
+        return state_->queries;
     }
 
-    /// How many answers they have given.
-    int answered() const
+    /// The number of queries replied to.
+    int replies() const
     {
         const std::lock_guard lock(state_->mutex);
-        return state_->answered;
+        return state_->replies;
     }
 
-    /// Waits until they have answered; no event is handled meanwhile.
-    void waitUntilAnswered()
+    /// Blocks until a query has been replied to; handles no event meanwhile.
+    void waitForReply()
     {
         std::unique_lock lock(state_->mutex);
-        state_->changed.wait(lock, [this] { return state_->answered > 0; });
+        state_->changed.wait(lock, [this] { return state_->replies > 0; });
     }
 
 private:
@@ -64,8 +64,8 @@ private:
         std::condition_variable changed;
         QNetworkProxy proxy;
         bool isHeld = true;
-        int asked = 0;
-        int answered = 0;
+        int queries = 0;
+        int replies = 0;
     };
 
     class Factory final : public QNetworkProxyFactory {
@@ -74,13 +74,12 @@ private:
 
         QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& /*query*/) override
         {
-            // Longer than a test waits for anything: only one that asks on its own thread gets
-            // here.
+            // Longer than any test waits: a query on the main thread fails its test.
             constexpr std::chrono::seconds kAtMost(30);
             std::unique_lock lock(state_->mutex);
-            ++state_->asked;
+            ++state_->queries;
             state_->changed.wait_for(lock, kAtMost, [this] { return !state_->isHeld; });
-            ++state_->answered;
+            ++state_->replies;
             state_->changed.notify_all();
             return {state_->proxy};
         }

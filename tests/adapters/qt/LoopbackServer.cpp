@@ -12,7 +12,7 @@ namespace dunmora::test {
 
 namespace {
 
-// Good for 127.0.0.1 until the end of 2049 and for nothing else. The key protects nothing.
+// Valid for 127.0.0.1 alone, until the end of 2049. The key protects nothing.
 constexpr auto kCertificate = R"(-----BEGIN CERTIFICATE-----
 MIIBWjCCAQCgAwIBAgIBATAKBggqhkjOPQQDAjAUMRIwEAYDVQQDDAkxMjcuMC4w
 LjEwHhcNMDAwMTAxMDAwMDAwWhcNNDkxMjMxMDAwMDAwWjAUMRIwEAYDVQQDDAkx
@@ -66,9 +66,9 @@ QSslCertificate LoopbackServer::certificate()
     return QSslCertificate(QByteArray(kCertificate));
 }
 
-void LoopbackServer::answerWith(const QByteArray& bytes)
+void LoopbackServer::respondWith(const QByteArray& bytes)
 {
-    answer = [bytes](const std::string& /*path*/, QTcpSocket& socket) {
+    respond = [bytes](const std::string& /*path*/, QTcpSocket& socket) {
         socket.write(bytes);
         socket.disconnectFromHost();
     };
@@ -94,10 +94,10 @@ void LoopbackServer::read(QTcpSocket& socket)
     socket.skip(head.size());
     requests.push_back(head.toStdString());
     const auto words = head.split(' ');
-    answer(words.value(1).toStdString(), socket);
+    respond(words.value(1).toStdString(), socket);
 }
 
-QByteArray httpAnswer(int status, const QByteArray& body, const QByteArray& headers)
+QByteArray httpResponse(int status, const QByteArray& body, const QByteArray& headers)
 {
     return "HTTP/1.1 " + QByteArray::number(status) +
            " Status\r\nContent-Length: " + QByteArray::number(body.size()) +

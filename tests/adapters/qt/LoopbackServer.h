@@ -14,30 +14,30 @@ class QSslCertificate;
 
 namespace dunmora::test {
 
-/// A server on this machine that answers each request as the test says, byte by byte.
+/// A server on the loopback interface that responds to each request exactly as the test says.
 class LoopbackServer final {
 public:
     enum class Protocol { Http, Https };
 
-    /// Gets the path of the request and where to write. It may keep the socket, close it, or reset
-    /// it with `abort`.
-    using Answer = std::function<void(const std::string& path, QTcpSocket& socket)>;
+    /// Gets the path of the request and the socket to write to, which it may keep open, close, or
+    /// reset with `abort`.
+    using Respond = std::function<void(const std::string& path, QTcpSocket& socket)>;
 
     explicit LoopbackServer(Protocol protocol = Protocol::Http);
 
-    /// The address of a path on it.
+    /// The URL of a path on the server.
     std::string url(const std::string& path = "/") const;
 
-    /// What the https server shows: it is issued by itself, so nobody trusts it unless told to.
+    /// The self-signed certificate of the https server, which clients must be configured to trust.
     static QSslCertificate certificate();
 
-    /// Answers with these bytes and closes.
-    void answerWith(const QByteArray& bytes);
+    /// Responds with these bytes and closes the connection.
+    void respondWith(const QByteArray& bytes);
 
-    Answer answer;
+    Respond respond;
     /// The heads of the requests so far.
     std::vector<std::string> requests;
-    /// The connection that was opened last.
+    /// The most recent connection.
     QPointer<QTcpSocket> last;
 
 private:
@@ -48,7 +48,7 @@ private:
     std::unique_ptr<QTcpServer> server_;
 };
 
-/// A whole answer with this body.
-QByteArray httpAnswer(int status, const QByteArray& body, const QByteArray& headers = {});
+/// A complete response with this body.
+QByteArray httpResponse(int status, const QByteArray& body, const QByteArray& headers = {});
 
 }  // namespace dunmora::test

@@ -25,12 +25,12 @@ using namespace std::chrono_literals;
 
 using Events = std::vector<std::string>;
 
-// What a body may have.
-constexpr int kMost = 1 << 20;
+// The longest body accepted, in bytes.
+constexpr int kMaximumBody = 1 << 20;
 
 const QByteArray kThreeLines = "0.2\nhttp://example.com/get\nBetter.";
 
-/// Writes down what it hears of a transfer.
+/// Records the events of a transfer.
 class RecordingDelegate final : public ConnectionDelegate {
 public:
     void didReceiveResponse(const Connection& /*connection*/) override
@@ -86,7 +86,7 @@ protected:
     {
         connection = opener->openConnection(server.url(path), delegate);
         handleEventsUntil([&] { return delegate.hasEnded(); });
-        // Nothing comes after the end.
+        // Anything after the end would show.
         handleEvents();
     }
 
@@ -111,9 +111,9 @@ protected:
     std::shared_ptr<Connection> connection;
 };
 
-TEST_F(QtConnectionTest, SendsAPlainGetThatSaysNothingOfTheUser)
+TEST_F(QtConnectionTest, SendsAPlainGetThatRevealsNothingAboutTheUser)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
 
     get("/update/?app=dunmoraapp");
 
@@ -129,37 +129,37 @@ TEST_F(QtConnectionTest, SendsAPlainGetThatSaysNothingOfTheUser)
         << request;
 }
 
-TEST_F(QtConnectionTest, TellsOfTheAnswerItsBodyAndItsEnd)
+TEST_F(QtConnectionTest, ReportsTheResponseItsBodyAndItsEnd)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
 
     get();
 
     expectFinished(kThreeLines);
 }
 
-TEST_F(QtConnectionTest, JoinsABodyThatComesInPieces)
+TEST_F(QtConnectionTest, JoinsAChunkedBody)
 {
-    server.answerWith("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
-                      "4\r\n0.2\n\r\n2;x=y\r\nUR\r\n6\r\nL\nText\r\n0\r\n\r\n");
+    server.respondWith("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                       "4\r\n0.2\n\r\n2;x=y\r\nUR\r\n6\r\nL\nText\r\n0\r\n\r\n");
 
     get();
 
     expectFinished("0.2\nURL\nText");
 }
 
-TEST_F(QtConnectionTest, TakesABodyThatEndsWithTheConnection)
+TEST_F(QtConnectionTest, AcceptsABodyEndedByTheConnection)
 {
-    server.answerWith("HTTP/1.0 200 OK\r\n\r\n" + kThreeLines);
+    server.respondWith("HTTP/1.0 200 OK\r\n\r\n" + kThreeLines);
 
     get();
 
     expectFinished(kThreeLines);
 }
 
-TEST_F(QtConnectionTest, TakesAnEmptyBody)
+TEST_F(QtConnectionTest, AcceptsAnEmptyBody)
 {
-    server.answerWith(httpAnswer(200, {}));
+    server.respondWith(httpResponse(200, {}));
 
     get();
 
@@ -173,9 +173,9 @@ struct Status {
 
 class AnyStatusTest : public QtConnectionTest, public testing::WithParamInterface<Status> {};
 
-TEST_P(AnyStatusTest, TakesTheBodyAsOfAnyOther)
+TEST_P(AnyStatusTest, DeliversTheBody)
 {
-    server.answerWith(httpAnswer(GetParam().code, kThreeLines, GetParam().headers));
+    server.respondWith(httpResponse(GetParam().code, kThreeLines, GetParam().headers));
 
     get();
 
@@ -193,11 +193,11 @@ INSTANTIATE_TEST_SUITE_P(All, AnyStatusTest,
 
 class RedirectTest : public QtConnectionTest, public testing::WithParamInterface<int> {};
 
-TEST_P(RedirectTest, FollowsItToTheAddressThatTheDelegateReturns)
+TEST_P(RedirectTest, IsFollowedToTheAddressThatTheDelegateReturns)
 {
-    server.answer = [](const std::string& path, QTcpSocket& socket) {
-        socket.write(path == "/a/b" ? httpAnswer(GetParam(), "moved", "Location: ../c?d=e\r\n")
-                                    : httpAnswer(200, kThreeLines));
+    server.respond = [](const std::string& path, QTcpSocket& socket) {
+        socket.write(path == "/a/b" ? httpResponse(GetParam(), "moved", "Location: ../c?d=e\r\n")
+                                    : httpResponse(200, kThreeLines));
         socket.disconnectFromHost();
     };
 
@@ -209,19 +209,19 @@ TEST_P(RedirectTest, FollowsItToTheAddressThatTheDelegateReturns)
 
 INSTANTIATE_TEST_SUITE_P(All, RedirectTest, testing::Values(301, 302, 303, 307, 308));
 
-struct Place {
+struct Redirect {
     const char* location;
     const char* target;
 };
 
-class OddPlaceTest : public QtConnectionTest, public testing::WithParamInterface<Place> {};
+class OddLocationTest : public QtConnectionTest, public testing::WithParamInterface<Redirect> {};
 
-TEST_P(OddPlaceTest, IsAskedForByteByByte)
+TEST_P(OddLocationTest, IsRequestedByteForByte)
 {
-    server.answer = [](const std::string& path, QTcpSocket& socket) {
+    server.respond = [](const std::string& path, QTcpSocket& socket) {
         const QByteArray location(GetParam().location);
-        socket.write(path == "/" ? httpAnswer(302, {}, "Location: " + location + "\r\n")
-                                 : httpAnswer(200, kThreeLines));
+        socket.write(path == "/" ? httpResponse(302, {}, "Location: " + location + "\r\n")
+                                 : httpResponse(200, kThreeLines));
         socket.disconnectFromHost();
     };
 
@@ -233,22 +233,22 @@ TEST_P(OddPlaceTest, IsAskedForByteByByte)
         << server.requests.back();
 }
 
-INSTANTIATE_TEST_SUITE_P(All, OddPlaceTest,
-                         testing::Values(Place{"/\xc3\xa4", "/%C3%A4"}, Place{"/\xe4", "/%E4"},
-                                         Place{"/\xe4?\xff=%e4", "/%E4?%FF=%E4"},
-                                         Place{"/a b", "/a%20b"}, Place{"/%zz%2f", "/%25zz%2F"},
-                                         Place{"/5%?a=%26b", "/5%25?a=%26b"},
-                                         Place{"/%2f%", "/%2F%25"}, Place{"/%2", "/%252"},
-                                         Place{"/%%2f", "/%25%2F"}, Place{"/%25zz", "/%25zz"}));
+INSTANTIATE_TEST_SUITE_P(
+    All, OddLocationTest,
+    testing::Values(Redirect{"/\xc3\xa4", "/%C3%A4"}, Redirect{"/\xe4", "/%E4"},
+                    Redirect{"/\xe4?\xff=%e4", "/%E4?%FF=%E4"}, Redirect{"/a b", "/a%20b"},
+                    Redirect{"/%zz%2f", "/%25zz%2F"}, Redirect{"/5%?a=%26b", "/5%25?a=%26b"},
+                    Redirect{"/%2f%", "/%2F%25"}, Redirect{"/%2", "/%252"},
+                    Redirect{"/%%2f", "/%25%2F"}, Redirect{"/%25zz", "/%25zz"}));
 
-TEST_F(QtConnectionTest, FollowsRedirectsToAHostOfAnyScript)
+TEST_F(QtConnectionTest, FollowsRedirectsToInternationalHostNames)
 {
     for (const QByteArray host : {"b\xc3\xbc"
                                   "cher.invalid",
                                   "b%C3%BCcher.invalid", "xn--bcher-kva.invalid"}) {
         delegate = {};
         delegate.onRedirect = [this] { connection->cancel(); };
-        server.answerWith(httpAnswer(302, {}, "Location: http://" + host + "/x\r\n"));
+        server.respondWith(httpResponse(302, {}, "Location: http://" + host + "/x\r\n"));
 
         connection = opener->openConnection(server.url(), delegate);
         handleEventsUntil([&] { return !delegate.redirects.empty(); });
@@ -265,11 +265,11 @@ TEST_F(QtConnectionTest, FollowsRedirectsToAnEncryptedServerAndBack)
     trusting.setCaCertificates({LoopbackServer::certificate()});
     QSslConfiguration::setDefaultConfiguration(trusting);
     const auto sendTo = [](const std::string& url) {
-        return httpAnswer(302, {}, "Location: " + QByteArray::fromStdString(url) + "\r\n");
+        return httpResponse(302, {}, "Location: " + QByteArray::fromStdString(url) + "\r\n");
     };
-    encrypted.answerWith(sendTo(server.url("/end")));
-    server.answer = [&](const std::string& path, QTcpSocket& socket) {
-        socket.write(path == "/end" ? httpAnswer(200, kThreeLines) : sendTo(encrypted.url("/x")));
+    encrypted.respondWith(sendTo(server.url("/end")));
+    server.respond = [&](const std::string& path, QTcpSocket& socket) {
+        socket.write(path == "/end" ? httpResponse(200, kThreeLines) : sendTo(encrypted.url("/x")));
         socket.disconnectFromHost();
     };
 
@@ -280,12 +280,12 @@ TEST_F(QtConnectionTest, FollowsRedirectsToAnEncryptedServerAndBack)
     EXPECT_EQ(delegate.redirects, (Events{encrypted.url("/x"), server.url("/end")}));
 }
 
-TEST_F(QtConnectionTest, FailsAtAnEncryptedServerThatNobodyVouchesFor)
+TEST_F(QtConnectionTest, FailsForAnUntrustedCertificate)
 {
     LoopbackServer encrypted(LoopbackServer::Protocol::Https);
-    encrypted.answerWith(httpAnswer(200, kThreeLines));
-    server.answerWith(
-        httpAnswer(302, {}, "Location: " + QByteArray::fromStdString(encrypted.url()) + "\r\n"));
+    encrypted.respondWith(httpResponse(200, kThreeLines));
+    server.respondWith(
+        httpResponse(302, {}, "Location: " + QByteArray::fromStdString(encrypted.url()) + "\r\n"));
 
     get();
 
@@ -294,14 +294,15 @@ TEST_F(QtConnectionTest, FailsAtAnEncryptedServerThatNobodyVouchesFor)
     EXPECT_EQ(encrypted.requests, Events{});
 }
 
-TEST_F(QtConnectionTest, FollowsTwentyRedirectsAndNoMore)
+TEST_F(QtConnectionTest, FollowsAtMostTwentyRedirects)
 {
     // Each path is the number of redirects that are left.
-    server.answer = [](const std::string& path, QTcpSocket& socket) {
+    server.respond = [](const std::string& path, QTcpSocket& socket) {
         const int left = std::stoi(path.substr(1));
         socket.write(
-            left == 0 ? httpAnswer(200, kThreeLines)
-                      : httpAnswer(302, {}, "Location: /" + QByteArray::number(left - 1) + "\r\n"));
+            left == 0
+                ? httpResponse(200, kThreeLines)
+                : httpResponse(302, {}, "Location: /" + QByteArray::number(left - 1) + "\r\n"));
         socket.disconnectFromHost();
     };
 
@@ -311,7 +312,7 @@ TEST_F(QtConnectionTest, FollowsTwentyRedirectsAndNoMore)
     delegate.events.clear();
     get("/21");
     EXPECT_EQ(delegate.events, Events{"failed"});
-    EXPECT_EQ(delegate.failure, "The server redirects too often.");
+    EXPECT_EQ(delegate.failure, "The server redirects too many times.");
 }
 
 class ForeignRedirectTest : public QtConnectionTest,
@@ -319,33 +320,35 @@ class ForeignRedirectTest : public QtConnectionTest,
 
 TEST_P(ForeignRedirectTest, Fails)
 {
-    server.answerWith(httpAnswer(302, kThreeLines, "Location: " + QByteArray(GetParam()) + "\r\n"));
+    server.respondWith(
+        httpResponse(302, kThreeLines, "Location: " + QByteArray(GetParam()) + "\r\n"));
 
     get();
 
     EXPECT_EQ(delegate.events, Events{"failed"});
-    EXPECT_EQ(delegate.failure, "The server redirects to an address that is not of the web.");
+    EXPECT_EQ(delegate.failure,
+              "The server redirects to an address that is neither http nor https.");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ForeignRedirectTest,
                          testing::Values("file:///etc/passwd", "ftp://127.0.0.1/", "data:,0.2",
                                          "http://", "http://[", "qrc:/interfaces/UpdateWindow.ui"));
 
-TEST_F(QtConnectionTest, TakesABodyOfOneMebibyteAndNoMore)
+TEST_F(QtConnectionTest, AcceptsAtMostOneMebibyteOfBody)
 {
-    server.answerWith(httpAnswer(200, QByteArray(kMost, 'x')));
+    server.respondWith(httpResponse(200, QByteArray(kMaximumBody, 'x')));
     get();
-    expectFinished(QByteArray(kMost, 'x'));
+    expectFinished(QByteArray(kMaximumBody, 'x'));
 
     delegate = {};
-    server.answerWith(httpAnswer(200, QByteArray(kMost + 1, 'x')));
+    server.respondWith(httpResponse(200, QByteArray(kMaximumBody + 1, 'x')));
     get();
     EXPECT_EQ(delegate.events, (Events{"response", "failed"}));
-    EXPECT_EQ(delegate.failure, "The server's answer is too long.");
-    EXPECT_LE(delegate.body.size(), static_cast<std::size_t>(kMost));
+    EXPECT_EQ(delegate.failure, "The server's response is too long.");
+    EXPECT_LE(delegate.body.size(), static_cast<std::size_t>(kMaximumBody));
 }
 
-/// Writes the bytes again and again as long as somebody reads them.
+/// Keeps writing the bytes as long as the client reads them.
 void flood(QTcpSocket& socket, const QByteArray& bytes)
 {
     const auto write = [&socket, bytes] {
@@ -359,11 +362,11 @@ void flood(QTcpSocket& socket, const QByteArray& bytes)
 
 class FloodTest : public QtConnectionTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(FloodTest, FailsBeforeItTakesMuch)
+TEST_P(FloodTest, FailsBeforeReadingMuch)
 {
     const QByteArray begin(GetParam());
     qint64 written = 0;
-    server.answer = [&](const std::string& /*path*/, QTcpSocket& socket) {
+    server.respond = [&](const std::string& /*path*/, QTcpSocket& socket) {
         QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket,
                          [&](qint64 bytes) { written += bytes; });
         socket.write(begin.left(begin.indexOf('|')));
@@ -373,8 +376,8 @@ TEST_P(FloodTest, FailsBeforeItTakesMuch)
     get();
 
     expectFailed();
-    EXPECT_LE(delegate.body.size(), static_cast<std::size_t>(kMost));
-    // What the system's own buffers take is not ours to say.
+    EXPECT_LE(delegate.body.size(), static_cast<std::size_t>(kMaximumBody));
+    // The system's buffers accept more than the connection reads.
     EXPECT_LT(written, 16 << 20);
 }
 
@@ -389,12 +392,12 @@ INSTANTIATE_TEST_SUITE_P(
                     "|HTTP/1.1 100 Continue\r\n\r\n",
                     "HTTP/1.1 302 Found\r\nLocation: /|0123456789"));
 
-class BrokenAnswerTest : public QtConnectionTest,
-                         public testing::WithParamInterface<const char*> {};
+class BrokenResponseTest : public QtConnectionTest,
+                           public testing::WithParamInterface<const char*> {};
 
-TEST_P(BrokenAnswerTest, Fails)
+TEST_P(BrokenResponseTest, Fails)
 {
-    server.answerWith(GetParam());
+    server.respondWith(GetParam());
 
     get();
 
@@ -402,7 +405,7 @@ TEST_P(BrokenAnswerTest, Fails)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    All, BrokenAnswerTest,
+    All, BrokenResponseTest,
     testing::Values(
         "", "HTTP/1.1 200", "nonsense\r\n\r\n", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2",
         "HTTP/1.1 404 Not Found\r\nContent-Length: 10\r\n\r\n0.2",
@@ -411,7 +414,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(QtConnectionTest, FailsWhenTheConnectionIsReset)
 {
-    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) { socket.abort(); };
+    server.respond = [](const std::string& /*path*/, QTcpSocket& socket) { socket.abort(); };
 
     get();
 
@@ -421,7 +424,7 @@ TEST_F(QtConnectionTest, FailsWhenTheConnectionIsReset)
 
 TEST_F(QtConnectionTest, FailsWhenTheConnectionIsResetInTheMiddleOfTheBody)
 {
-    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+    server.respond = [](const std::string& /*path*/, QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2");
     };
     delegate.onData = [this] { server.last->abort(); };
@@ -432,7 +435,7 @@ TEST_F(QtConnectionTest, FailsWhenTheConnectionIsResetInTheMiddleOfTheBody)
     EXPECT_FALSE(delegate.failure.empty());
 }
 
-TEST_F(QtConnectionTest, FailsWhereNobodyListens)
+TEST_F(QtConnectionTest, FailsWhenTheConnectionIsRefused)
 {
     std::string url;
     {
@@ -447,7 +450,7 @@ TEST_F(QtConnectionTest, FailsWhereNobodyListens)
     EXPECT_FALSE(delegate.failure.empty());
 }
 
-/// The user's settings want the server for a proxy.
+/// The server acts as the proxy in the user's settings.
 class ProxyTest : public QtConnectionTest {
 protected:
     void TearDown() override
@@ -469,9 +472,9 @@ protected:
     }
 };
 
-TEST_F(ProxyTest, IsAskedInsteadOfTheServer)
+TEST_F(ProxyTest, GetsTheRequestInsteadOfTheServer)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
 
     getThroughProxy();
 
@@ -483,9 +486,9 @@ TEST_F(ProxyTest, IsAskedInsteadOfTheServer)
     EXPECT_EQ(request.find("Authorization"), std::string::npos) << request;
 }
 
-TEST_F(ProxyTest, IsToldTheUserAndThePasswordOfTheSettings)
+TEST_F(ProxyTest, GetsTheCredentialsInTheSettings)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
 
     getThroughProxy(QStringLiteral("test"), QStringLiteral("123\u00a3"));
 
@@ -496,14 +499,14 @@ TEST_F(ProxyTest, IsToldTheUserAndThePasswordOfTheSettings)
         << server.requests.at(0);
 }
 
-TEST_F(ProxyTest, AloneIsToldThem)
+TEST_F(ProxyTest, KeepsTheCredentialsFromServers)
 {
-    // No proxy is asked for what is on this machine.
-    server.answer = [&](const std::string& target, QTcpSocket& socket) {
+    // Loopback addresses bypass the proxy.
+    server.respond = [&](const std::string& target, QTcpSocket& socket) {
         const auto elsewhere =
             "Location: " + QByteArray::fromStdString(server.url("/end")) + "\r\n";
-        socket.write(target == "/end" ? httpAnswer(200, kThreeLines)
-                                      : httpAnswer(302, {}, elsewhere));
+        socket.write(target == "/end" ? httpResponse(200, kThreeLines)
+                                      : httpResponse(302, {}, elsewhere));
         socket.disconnectFromHost();
     };
 
@@ -516,32 +519,32 @@ TEST_F(ProxyTest, AloneIsToldThem)
     EXPECT_EQ(server.requests[1].find("Authorization"), std::string::npos) << server.requests[1];
 }
 
-TEST_F(ProxyTest, HasNoPageToJudgeWhenItLetsNobodyThrough)
+TEST_F(ProxyTest, FailsTheTransferWhenItRejectsTheUser)
 {
-    server.answerWith(httpAnswer(407, kThreeLines, "Proxy-Authenticate: Basic realm=\"x\"\r\n"));
+    server.respondWith(httpResponse(407, kThreeLines, "Proxy-Authenticate: Basic realm=\"x\"\r\n"));
 
     getThroughProxy(QStringLiteral("user"), QStringLiteral("wrong"));
 
     EXPECT_EQ(delegate.events, Events{"failed"});
-    EXPECT_EQ(delegate.failure, "The proxy wants a valid user name and password.");
+    EXPECT_EQ(delegate.failure, "The proxy requires a valid user name and password.");
     EXPECT_EQ(delegate.body, "");
 }
 
-/// Settings that may keep silent themselves, and want the server for a proxy.
+/// Settings that take time to read and name the server as the proxy.
 class SlowSettingsTest : public QtConnectionTest {
 protected:
     void open()
     {
-        server.answerWith(httpAnswer(200, kThreeLines));
+        server.respondWith(httpResponse(200, kThreeLines));
         connection = opener->openConnection("http://dunmora.invalid/", delegate);
-        handleEventsUntil([&] { return settings.asked() == 1; });
+        handleEventsUntil([&] { return settings.queries() == 1; });
     }
 
-    /// Lets the settings answer, and looks whether the transfer still hears of it.
-    void expectNothingOfTheAnswer(const Events& before)
+    /// Releases the settings and expects the transfer to ignore their reply.
+    void expectReplyIgnored(const Events& before)
     {
-        settings.letGo();
-        // What comes of a later question comes later.
+        settings.release();
+        // A later lookup is replied to after the first one.
         RecordingDelegate later;
         QtConnectionOpener other;
         other.openConnection("http://later.invalid/", later);
@@ -554,7 +557,7 @@ protected:
     HeldProxySettings settings{proxyAt(server)};
 };
 
-TEST_F(SlowSettingsTest, HoldUpNothingElse)
+TEST_F(SlowSettingsTest, DoNotBlockTheEventLoop)
 {
     open();
     int ticks = 0;
@@ -564,36 +567,36 @@ TEST_F(SlowSettingsTest, HoldUpNothingElse)
 
     handleEventsUntil([&] { return ticks == 10; });
 
-    EXPECT_EQ(settings.answered(), 0);
+    EXPECT_EQ(settings.replies(), 0);
     EXPECT_EQ(delegate.events, Events());
-    settings.letGo();
+    settings.release();
     handleEventsUntil([&] { return delegate.hasEnded(); });
     expectFinished(kThreeLines);
 }
 
-TEST_F(SlowSettingsTest, CountForASilentServer)
+TEST_F(SlowSettingsTest, CountTowardsTheTimeout)
 {
     useTimeout(50ms);
     open();
 
     handleEventsUntil([&] { return delegate.hasEnded(); });
 
-    EXPECT_EQ(settings.answered(), 0);
-    EXPECT_EQ(delegate.failure, "The server does not answer.");
-    expectNothingOfTheAnswer({"failed"});
+    EXPECT_EQ(settings.replies(), 0);
+    EXPECT_EQ(delegate.failure, "The server does not respond.");
+    expectReplyIgnored({"failed"});
 }
 
-TEST_F(SlowSettingsTest, AreNotHeardOnceTheTransferIsCancelled)
+TEST_F(SlowSettingsTest, AreIgnoredOnceTheTransferIsCancelled)
 {
     open();
 
     connection->cancel();
 
-    EXPECT_EQ(settings.answered(), 0);
-    expectNothingOfTheAnswer({});
+    EXPECT_EQ(settings.replies(), 0);
+    expectReplyIgnored({});
 }
 
-TEST_F(SlowSettingsTest, AreNotHeardOnceNothingOfTheTransferIsLeft)
+TEST_F(SlowSettingsTest, AreIgnoredOnceTheTransferIsDestroyed)
 {
     open();
 
@@ -601,8 +604,8 @@ TEST_F(SlowSettingsTest, AreNotHeardOnceNothingOfTheTransferIsLeft)
     connection.reset();
     handleEvents();
 
-    EXPECT_EQ(settings.answered(), 0);
-    expectNothingOfTheAnswer({});
+    EXPECT_EQ(settings.replies(), 0);
+    expectReplyIgnored({});
 }
 
 class SilentServerTest : public QtConnectionTest,
@@ -611,14 +614,14 @@ class SilentServerTest : public QtConnectionTest,
 TEST_P(SilentServerTest, FailsAfterTheTimeout)
 {
     useTimeout(50ms);
-    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+    server.respond = [](const std::string& /*path*/, QTcpSocket& socket) {
         socket.write(GetParam());
     };
 
     get();
 
     expectFailed();
-    EXPECT_EQ(delegate.failure, "The server does not answer.");
+    EXPECT_EQ(delegate.failure, "The server does not respond.");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SilentServerTest,
@@ -626,11 +629,11 @@ INSTANTIATE_TEST_SUITE_P(All, SilentServerTest,
                                          "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n",
                                          "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2"));
 
-TEST_F(QtConnectionTest, WaitsForASlowServerAsLongAsBytesCome)
+TEST_F(QtConnectionTest, WaitsForASlowServerAsLongAsBytesArrive)
 {
     useTimeout(200ms);
     QTimer drip;
-    server.answer = [&](const std::string& /*path*/, QTcpSocket& socket) {
+    server.respond = [&](const std::string& /*path*/, QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\nContent-Length: 12\r\n\r\n");
         QObject::connect(&drip, &QTimer::timeout, &socket, [&socket] { socket.write("x"); });
         drip.start(40ms);
@@ -641,14 +644,14 @@ TEST_F(QtConnectionTest, WaitsForASlowServerAsLongAsBytesCome)
     expectFinished("xxxxxxxxxxxx");
 }
 
-TEST_F(QtConnectionTest, WaitsAMinuteUnlessToldOtherwise)
+TEST_F(QtConnectionTest, TimesOutAfterAMinuteByDefault)
 {
     EXPECT_EQ(QtConnectionOpener::kUsualTimeout, 60s);
 }
 
-TEST_F(QtConnectionTest, TellsNothingBeforeItIsReturned)
+TEST_F(QtConnectionTest, CallsTheDelegateOnlyAfterItIsReturned)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
 
     connection = opener->openConnection(server.url(), delegate);
     EXPECT_EQ(delegate.events, Events());
@@ -656,7 +659,7 @@ TEST_F(QtConnectionTest, TellsNothingBeforeItIsReturned)
     handleEventsUntil([&] { return delegate.hasEnded(); });
 }
 
-TEST_F(QtConnectionTest, CannotBeOpenedForWhatIsNoAddressOfTheWeb)
+TEST_F(QtConnectionTest, CannotBeOpenedForAnythingButHttpAndHttps)
 {
     for (const std::string url : {"", "file:///etc/passwd", "ftp://127.0.0.1/", "http://", "x",
                                   "http:///update/", "http://a b/", "data:,0.2"}) {
@@ -664,9 +667,9 @@ TEST_F(QtConnectionTest, CannotBeOpenedForWhatIsNoAddressOfTheWeb)
     }
 }
 
-TEST_F(QtConnectionTest, GoesOnWhenNobodyHoldsIt)
+TEST_F(QtConnectionTest, ContinuesWhenTheCallerDropsIt)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
 
     opener->openConnection(server.url(), delegate);
     handleEventsUntil([&] { return delegate.hasEnded(); });
@@ -674,10 +677,10 @@ TEST_F(QtConnectionTest, GoesOnWhenNobodyHoldsIt)
     expectFinished(kThreeLines);
 }
 
-TEST_F(QtConnectionTest, CarriesSeveralTransfersAtOnceAndMixesNothing)
+TEST_F(QtConnectionTest, KeepsConcurrentTransfersApart)
 {
-    server.answer = [](const std::string& path, QTcpSocket& socket) {
-        socket.write(httpAnswer(200, QByteArray::fromStdString(path)));
+    server.respond = [](const std::string& path, QTcpSocket& socket) {
+        socket.write(httpResponse(200, QByteArray::fromStdString(path)));
         socket.disconnectFromHost();
     };
     RecordingDelegate other;
@@ -690,10 +693,10 @@ TEST_F(QtConnectionTest, CarriesSeveralTransfersAtOnceAndMixesNothing)
     EXPECT_EQ(other.body, "/other");
 }
 
-/// Cancels in the middle of something, and looks whether anything is told afterwards.
+/// Cancels a transfer and expects no further event.
 class CancelTest : public QtConnectionTest {
 protected:
-    /// Lets the answer come to an end, if the transfer were still to hear of it.
+    /// Lets the response end, in case the transfer were still to report it.
     void expectNothingMore(const Events& before)
     {
         bool isGone = false;
@@ -712,9 +715,9 @@ protected:
     }
 };
 
-TEST_F(CancelTest, TellsNothingOfATransferCancelledAtOnce)
+TEST_F(CancelTest, ReportsNothingWhenCancelledAtOnce)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
     open();
 
     connection->cancel();
@@ -722,9 +725,9 @@ TEST_F(CancelTest, TellsNothingOfATransferCancelledAtOnce)
     expectNothingMore({});
 }
 
-TEST_F(CancelTest, TellsNothingMoreWhenCancelledInTheMiddle)
+TEST_F(CancelTest, ReportsNothingMoreWhenCancelledMidway)
 {
-    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+    server.respond = [](const std::string& /*path*/, QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2");
     };
     open();
@@ -736,9 +739,9 @@ TEST_F(CancelTest, TellsNothingMoreWhenCancelledInTheMiddle)
     EXPECT_EQ(delegate.body, "0.2");
 }
 
-TEST_F(CancelTest, CanBeCancelledWhenAnAnswerComes)
+TEST_F(CancelTest, CanHappenInDidReceiveResponse)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
     delegate.onResponse = [this] { connection->cancel(); };
     open();
 
@@ -748,9 +751,9 @@ TEST_F(CancelTest, CanBeCancelledWhenAnAnswerComes)
     EXPECT_EQ(delegate.body, "");
 }
 
-TEST_F(CancelTest, CanBeCancelledAndLetGoWhenBytesCome)
+TEST_F(CancelTest, CanHappenInDidReceiveDataWithTheConnectionReleased)
 {
-    server.answerWith(httpAnswer(200, QByteArray(kMost, 'x')));
+    server.respondWith(httpResponse(200, QByteArray(kMaximumBody, 'x')));
     delegate.onData = [this] {
         connection->cancel();
         connection.reset();
@@ -760,12 +763,12 @@ TEST_F(CancelTest, CanBeCancelledAndLetGoWhenBytesCome)
     handleEventsUntil([&] { return !delegate.body.empty(); });
 
     expectNothingMore({"response"});
-    EXPECT_LT(delegate.body.size(), static_cast<std::size_t>(kMost));
+    EXPECT_LT(delegate.body.size(), static_cast<std::size_t>(kMaximumBody));
 }
 
-TEST_F(CancelTest, CanBeCancelledAtARedirect)
+TEST_F(CancelTest, CanHappenInWillSendRequest)
 {
-    server.answerWith(httpAnswer(302, {}, "Location: /elsewhere\r\n"));
+    server.respondWith(httpResponse(302, {}, "Location: /elsewhere\r\n"));
     delegate.onRedirect = [this] { connection->cancel(); };
     open();
 
@@ -775,9 +778,9 @@ TEST_F(CancelTest, CanBeCancelledAtARedirect)
     EXPECT_EQ(server.requests.size(), 1U);
 }
 
-TEST_F(CancelTest, DoesNothingToAFinishedTransfer)
+TEST_F(CancelTest, LeavesAFinishedTransferAlone)
 {
-    server.answerWith(httpAnswer(200, kThreeLines));
+    server.respondWith(httpResponse(200, kThreeLines));
     get();
 
     connection->cancel();
@@ -786,9 +789,9 @@ TEST_F(CancelTest, DoesNothingToAFinishedTransfer)
     expectNothingMore({"response", "finished"});
 }
 
-TEST_F(CancelTest, IsWhatTheOpenersEndDoes)
+TEST_F(CancelTest, HappensWhenTheOpenerIsDestroyed)
 {
-    server.answer = [](const std::string& /*path*/, QTcpSocket& socket) {
+    server.respond = [](const std::string& /*path*/, QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n0.2");
     };
     open();
