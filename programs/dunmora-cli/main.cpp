@@ -6,7 +6,7 @@
 #include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/RunCli.h"
-#include "programs/machine/Machine.h"
+#include "programs/platform/PlatformChoice.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -60,7 +60,7 @@ int runProgram(const std::vector<std::string>& arguments)
     const auto preferences = userDefaults();
     BuildBundle bundle;
     return runCli(arguments,
-                  {[](const std::string& name) { return addressBookAt(name); }, *preferences,
+                  {[](const std::string& name) { return openAddressBook(name); }, *preferences,
                    bundle, std::cin, std::cout, std::cerr, isatty(STDIN_FILENO) == 1,
                    isatty(STDOUT_FILENO) == 1, isatty(STDERR_FILENO) == 1, terminalWidth(),
                    wantsColour(), listDesktopBooks});

@@ -17,7 +17,7 @@
 #include "programs/dunmora/MainWindow.h"
 #include "programs/dunmora/SelectedAddressBook.h"
 #include "programs/dunmora/SupervisedApplication.h"
-#include "programs/machine/Machine.h"
+#include "programs/platform/PlatformChoice.h"
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
@@ -58,7 +58,8 @@ std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
                          "dunmora " +
                              bundle.objectForInfoDictionaryKey("CFBundleVersion").value_or(""));
     app.add_option("ADDRESS-BOOK", options.addressBook,
-                   "A vCard file or a folder of vCard files; " + std::string(ownAddressBookHelp()))
+                   "A vCard file or a folder of vCard files; " +
+                       std::string(systemAddressBookHelp()))
         ->option_text(" ");
     try {
         app.parse(argc, argv);
@@ -72,7 +73,7 @@ std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
 std::string libraries()
 {
     auto text = std::string("Qt ") + qVersion() + " for its windows, ";
-    if (const auto own = ownAddressBookLibrary(); !own.empty()) {
+    if (const auto own = systemAddressBookLibrary(); !own.empty()) {
         text += std::string(own) + ", ";
     }
     return text + "CLI11 for its options and xxHash for the names of cards";
@@ -81,8 +82,8 @@ std::string libraries()
 /// Opens the address book of the command line; without one, the user's own if the machine has one.
 void openFirst(MainWindow& mainWindow, const Options& options)
 {
-    const std::filesystem::path own = ownAddressBookName();
-    const bool isDefault = options.addressBook.empty() && hasOwnAddressBook();
+    const std::filesystem::path own = systemAddressBookName();
+    const bool isDefault = options.addressBook.empty() && hasSystemAddressBook();
     if (isDefault || options.addressBook == own) {
         mainWindow.openAs("Address Book", own);
     } else if (!options.addressBook.empty()) {
@@ -118,7 +119,7 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     MainWindow* dropTarget = nullptr;
     interfaceLoader.setDropHandler(
         "OnOpen", [&](const std::filesystem::path& path) { dropTarget->open(path); });
-    MainWindow mainWindow(supervised, addressBook, addressBookAt, libraries());
+    MainWindow mainWindow(supervised, addressBook, openAddressBook, libraries());
     dropTarget = &mainWindow;
     openFirst(mainWindow, options);
     mainWindow.show();

@@ -2,7 +2,7 @@
 #include "adapters/eds/EdsBooks.h"
 #include "adapters/eds/EdsModule.h"
 #include "adapters/vcard/VCardAddressBook.h"
-#include "programs/machine/Machine.h"
+#include "programs/platform/PlatformChoice.h"
 
 #include <cstdlib>
 
@@ -19,28 +19,28 @@ bool isSet(const char* name)
 
 }  // namespace
 
-std::string_view ownAddressBookName()
+std::string_view systemAddressBookName()
 {
     return kEdsName;
 }
 
-std::string_view ownAddressBookHelp()
+std::string_view systemAddressBookHelp()
 {
     return "eds: for all address books of the desktop, which is the default, or eds:UID for one "
            "of them";
 }
 
-std::string_view ownAddressBookLibrary()
+std::string_view systemAddressBookLibrary()
 {
     return hasContactModule() ? "libebook for the desktop's address books" : "";
 }
 
-bool hasOwnAddressBook()
+bool hasSystemAddressBook()
 {
     return hasEdsBooks();
 }
 
-std::unique_ptr<AddressBook> addressBookAt(const std::filesystem::path& path)
+std::unique_ptr<AddressBook> openAddressBook(const std::filesystem::path& path)
 {
     if (isEdsName(path.string())) {
         return openEdsBook(path.string());

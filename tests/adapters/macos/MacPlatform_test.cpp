@@ -1,6 +1,6 @@
 #include "adapters/macos/MacUserDefaults.h"
 #include "platform/AddressBook.h"
-#include "programs/machine/Machine.h"
+#include "programs/platform/PlatformChoice.h"
 #include "tests/adapters/macos/AddressesBook.h"
 
 #include <gtest/gtest.h>
@@ -10,20 +10,20 @@
 namespace dunmora::test {
 namespace {
 
-TEST(MacMachine, OpensTheAddressBookOfTheMacByItsName)
+TEST(MacPlatform, OpensTheAddressBookOfTheMacByItsName)
 {
     AddressesBook addresses;
     addresses.hold({FakePerson()});
 
-    const auto book = addressBookAt("macos:");
+    const auto book = openAddressBook("macos:");
 
     ASSERT_EQ(book->readPeople().size(), 1U);
     EXPECT_EQ(book->readPeople()[0].firstName, "Ann");
-    EXPECT_EQ(ownAddressBookName(), "macos:");
-    EXPECT_TRUE(hasOwnAddressBook());
+    EXPECT_EQ(systemAddressBookName(), "macos:");
+    EXPECT_TRUE(hasSystemAddressBook());
 }
 
-TEST(MacMachine, OpensFilesByTheirPath)
+TEST(MacPlatform, OpensFilesByTheirPath)
 {
     AddressesBook addresses;
     addresses.hold({FakePerson()});
@@ -31,13 +31,13 @@ TEST(MacMachine, OpensFilesByTheirPath)
     const auto file = folder.path() / "book.vcf";
     write(file, "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:bob\r\nN:;Bob\r\nEND:VCARD\r\n");
 
-    const auto book = addressBookAt(file);
+    const auto book = openAddressBook(file);
 
     ASSERT_EQ(book->readPeople().size(), 1U);
     EXPECT_EQ(book->readPeople()[0].firstName, "Bob");
 }
 
-TEST(MacMachine, KeepsPreferencesWhereTheMacDoes)
+TEST(MacPlatform, KeepsPreferencesWhereTheMacDoes)
 {
     const auto defaults = userDefaults();
 

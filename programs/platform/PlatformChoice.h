@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string_view>
+
+namespace dunmora {
+
+class AddressBook;
+class UserDefaults;
+
+/// What depends on the platform: one source file per platform implements these functions, and the
+/// build picks one.
+/// Thread: the main thread.
+
+/// The name that opens the system's own address book, where other books have a path: "eds:".
+std::string_view systemAddressBookName();
+
+/// The names that open address books of the system, as a part of a sentence for the help.
+std::string_view systemAddressBookHelp();
+
+/// The library that reads the system's address book, for the About window. Empty where that library
+/// belongs to the system or is not installed.
+std::string_view systemAddressBookLibrary();
+
+/// Whether the system's address book can be opened now. Blocks for a moment.
+bool hasSystemAddressBook();
+
+/// Opens the address book with this name or path; nothing is read yet.
+/// Errors: PlatformError when there can be no such address book.
+std::unique_ptr<AddressBook> openAddressBook(const std::filesystem::path& path);
+
+/// The user's preferences.
+std::unique_ptr<UserDefaults> userDefaults();
+
+/// Whether windows can be shown.
+bool hasDisplay();
+
+}  // namespace dunmora
