@@ -1,9 +1,9 @@
 #include "app/DunmoraAppDelegate.h"
 
 #include "app/AppData.h"
-#include "app/JobThreads.h"
-#include "app/NotificationCenter.h"
 #include "app/ProgressWindowController.h"
+#include "base/JobThreads.h"
+#include "base/NotificationCenter.h"
 #include "engine/ContactsParser.h"
 #include "platform/Desktop.h"
 #include "ui/FilterController.h"

@@ -1,6 +1,6 @@
 #include "app/ProgressWindowController.h"
 
-#include "app/NotificationCenter.h"
+#include "base/NotificationCenter.h"
 #include "platform/ProgressIndicator.h"
 #include "platform/TextField.h"
 #include "platform/Window.h"

@@ -9,7 +9,7 @@
 #include "adapters/qt/QtAlert.h"
 #include "adapters/qt/QtWorkspace.h"
 #include "adapters/vcard/VCardAddressBook.h"
-#include "app/NotificationCenter.h"
+#include "base/NotificationCenter.h"
 #include "bench/EventLoopWatch.h"
 #include "bench/OffscreenApplication.h"
 #include "bench/QtDesktop.h"

@@ -1,5 +1,5 @@
 #include "app/DunmoraAppDelegate.h"
-#include "app/NotificationCenter.h"
+#include "base/NotificationCenter.h"
 #include "bench/BenchPlatform.h"
 #include "bench/QtDesktop.h"
 #include "engine/ContactsParser.h"

@@ -1,7 +1,7 @@
 #include "engine/ContactsParser.h"
 
-#include "app/NotificationCenter.h"
-#include "app/Settings.h"
+#include "base/NotificationCenter.h"
+#include "base/Settings.h"
 #include "engine/MatchFields.h"
 #include "engine/PhoneNumber.h"
 #include "engine/SafeString.h"

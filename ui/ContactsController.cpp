@@ -2,10 +2,10 @@
 
 #include "app/AppData.h"
 #include "app/DunmoraAppDelegate.h"
-#include "app/JobThreads.h"
-#include "app/NotificationCenter.h"
 #include "app/ProgressWindowController.h"
-#include "app/Settings.h"
+#include "base/JobThreads.h"
+#include "base/NotificationCenter.h"
+#include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "platform/Alert.h"
 #include "platform/Desktop.h"

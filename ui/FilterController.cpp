@@ -1,6 +1,6 @@
 #include "ui/FilterController.h"
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "platform/CheckBox.h"
 #include "ui/Check.h"
 

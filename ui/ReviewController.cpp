@@ -1,7 +1,7 @@
 #include "ui/ReviewController.h"
 
-#include "app/JobThreads.h"
-#include "app/NotificationCenter.h"
+#include "base/JobThreads.h"
+#include "base/NotificationCenter.h"
 #include "engine/ContactRecord.h"
 #include "engine/ContactsParser.h"
 #include "platform/Alert.h"

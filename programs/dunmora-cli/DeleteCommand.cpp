@@ -1,6 +1,6 @@
 #include "programs/dunmora-cli/DeleteCommand.h"
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "platform/Alert.h"
 #include "platform/PlatformError.h"

@@ -1,6 +1,6 @@
 #include "programs/dunmora-cli/MatchFieldNames.h"
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "programs/dunmora-cli/CommandError.h"
 
 #include <algorithm>

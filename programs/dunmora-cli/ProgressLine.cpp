@@ -1,6 +1,6 @@
 #include "programs/dunmora-cli/ProgressLine.h"
 
-#include "app/NotificationCenter.h"
+#include "base/NotificationCenter.h"
 #include "programs/dunmora-cli/TerminalText.h"
 #include "text/DisplayText.h"
 

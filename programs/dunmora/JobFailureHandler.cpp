@@ -1,9 +1,9 @@
 #include "programs/dunmora/JobFailureHandler.h"
 
 #include "app/AppData.h"
-#include "app/JobThreads.h"
 #include "app/ProgressWindowController.h"
-#include "app/Settings.h"
+#include "base/JobThreads.h"
+#include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "platform/TableView.h"
 #include "ui/ContactsController.h"

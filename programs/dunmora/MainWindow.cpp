@@ -1,6 +1,6 @@
 #include "programs/dunmora/MainWindow.h"
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "platform/AddressBook.h"
 #include "platform/Alert.h"
 #include "platform/Bundle.h"

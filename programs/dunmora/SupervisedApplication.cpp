@@ -1,6 +1,6 @@
 #include "programs/dunmora/SupervisedApplication.h"
 
-#include "app/JobThreads.h"
+#include "base/JobThreads.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora/FailureText.h"

@@ -1,8 +1,8 @@
 #include "app/DunmoraAppDelegate.h"
 
-#include "app/NotificationCenter.h"
 #include "app/ProgressWindowController.h"
-#include "app/Settings.h"
+#include "base/NotificationCenter.h"
+#include "base/Settings.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/NotificationRecorder.h"

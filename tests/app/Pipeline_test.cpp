@@ -1,6 +1,6 @@
 #include "app/DunmoraAppDelegate.h"
-#include "app/NotificationCenter.h"
-#include "app/Settings.h"
+#include "base/NotificationCenter.h"
+#include "base/Settings.h"
 #include "tests/fakes/DesktopTest.h"
 #include "ui/ContactsController.h"
 

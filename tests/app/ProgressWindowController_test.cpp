@@ -1,6 +1,6 @@
 #include "app/ProgressWindowController.h"
 
-#include "app/NotificationCenter.h"
+#include "base/NotificationCenter.h"
 #include "tests/fakes/DesktopTest.h"
 
 #include <atomic>

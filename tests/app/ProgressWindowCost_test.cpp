@@ -1,5 +1,5 @@
-#include "app/NotificationCenter.h"
 #include "app/ProgressWindowController.h"
+#include "base/NotificationCenter.h"
 #include "tests/fakes/QuietDesktop.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "engine/ContactsParser.h"
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/FakePlatform.h"
 #include "tests/fakes/NotificationRecorder.h"

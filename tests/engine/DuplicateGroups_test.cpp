@@ -1,6 +1,6 @@
 #include "engine/DuplicateGroups.h"
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "tests/fakes/FakePlatform.h"
 

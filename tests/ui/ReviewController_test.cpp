@@ -1,7 +1,7 @@
 #include "ui/ReviewController.h"
 
 #include "app/DunmoraAppDelegate.h"
-#include "app/JobThreads.h"
+#include "base/JobThreads.h"
 #include "tests/fakes/DesktopTest.h"
 #include "ui/ContactsController.h"
 

@@ -1,5 +1,5 @@
-#include "app/JobNotifications.h"
-#include "app/NotificationCenter.h"
+#include "base/JobNotifications.h"
+#include "base/NotificationCenter.h"
 #include "tests/programs/dunmora/MainWindowTest.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "programs/dunmora/SupervisedApplication.h"
 
-#include "app/JobThreads.h"
-#include "app/Settings.h"
+#include "base/JobThreads.h"
+#include "base/Settings.h"
 #include "platform/PlatformError.h"
 #include "programs/dunmora/JobObserver.h"
 #include "tests/fakes/FakeApplication.h"

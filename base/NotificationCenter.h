@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/JobNotifications.h"
+#include "base/JobNotifications.h"
 
 #include <functional>
 #include <memory>
