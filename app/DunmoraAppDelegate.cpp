@@ -1,12 +1,12 @@
 #include "app/DunmoraAppDelegate.h"
 
-#include "app/AppData.h"
-#include "app/ProgressWindowController.h"
 #include "base/JobThreads.h"
 #include "base/NotificationCenter.h"
 #include "engine/ContactsParser.h"
 #include "platform/Desktop.h"
+#include "ui/AppData.h"
 #include "ui/FilterController.h"
+#include "ui/ProgressWindowController.h"
 #include "update/UpdateController.h"
 
 #include <utility>

@@ -1,7 +1,7 @@
-#include "app/ProgressWindowController.h"
 #include "base/NotificationCenter.h"
 #include "bench/QtDesktop.h"
 #include "tests/fakes/QuietDesktop.h"
+#include "ui/ProgressWindowController.h"
 
 #include <benchmark/benchmark.h>
 

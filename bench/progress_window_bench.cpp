@@ -1,6 +1,6 @@
-#include "app/ProgressWindowController.h"
 #include "base/NotificationCenter.h"
 #include "tests/fakes/QuietDesktop.h"
+#include "ui/ProgressWindowController.h"
 
 #include <benchmark/benchmark.h>
 

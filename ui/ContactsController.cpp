@@ -1,8 +1,6 @@
 #include "ui/ContactsController.h"
 
-#include "app/AppData.h"
 #include "app/DunmoraAppDelegate.h"
-#include "app/ProgressWindowController.h"
 #include "base/JobThreads.h"
 #include "base/NotificationCenter.h"
 #include "base/Settings.h"
@@ -12,6 +10,8 @@
 #include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
 #include "platform/TextField.h"
+#include "ui/AppData.h"
+#include "ui/ProgressWindowController.h"
 
 #include <utility>
 

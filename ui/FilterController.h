@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ModalController.h"
+#include "ui/ModalController.h"
 
 namespace dunmora {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/WindowController.h"
 #include "platform/Connection.h"
 #include "platform/Window.h"
+#include "ui/WindowController.h"
 
 #include <memory>
 #include <optional>

@@ -1,12 +1,12 @@
 #include "programs/dunmora/JobFailureHandler.h"
 
-#include "app/AppData.h"
-#include "app/ProgressWindowController.h"
 #include "base/JobThreads.h"
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "platform/TableView.h"
+#include "ui/AppData.h"
 #include "ui/ContactsController.h"
+#include "ui/ProgressWindowController.h"
 #include "ui/ReviewController.h"
 
 namespace dunmora {

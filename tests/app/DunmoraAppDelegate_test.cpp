@@ -1,11 +1,11 @@
 #include "app/DunmoraAppDelegate.h"
 
-#include "app/ProgressWindowController.h"
 #include "base/NotificationCenter.h"
 #include "base/Settings.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/NotificationRecorder.h"
+#include "ui/ProgressWindowController.h"
 
 #include <algorithm>
 #include <latch>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/AppData.h"
 #include "engine/ContactsParser.h"
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakePlatform.h"
+#include "ui/AppData.h"
 #include "update/UpdateController.h"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 #include "ui/ContactsController.h"
 
 #include "app/DunmoraAppDelegate.h"
-#include "app/ProgressWindowController.h"
 #include "base/NotificationCenter.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/NotificationRecorder.h"
+#include "ui/ProgressWindowController.h"
 
 #include <latch>
 #include <limits>

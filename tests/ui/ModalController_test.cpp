@@ -1,4 +1,4 @@
-#include "app/ModalController.h"
+#include "ui/ModalController.h"
 
 #include "tests/fakes/DesktopTest.h"
 

@@ -1,4 +1,4 @@
-#include "app/ProgressWindowController.h"
+#include "ui/ProgressWindowController.h"
 
 #include "base/NotificationCenter.h"
 #include "platform/ProgressIndicator.h"

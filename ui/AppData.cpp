@@ -1,4 +1,4 @@
-#include "app/AppData.h"
+#include "ui/AppData.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "app/WindowController.h"
+#include "ui/WindowController.h"
 
 #include "tests/fakes/DesktopTest.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/WindowController.h"
+#include "ui/WindowController.h"
 
 #include <memory>
 

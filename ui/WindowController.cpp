@@ -1,4 +1,4 @@
-#include "app/WindowController.h"
+#include "ui/WindowController.h"
 
 #include "platform/Desktop.h"
 #include "platform/Window.h"

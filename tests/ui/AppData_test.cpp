@@ -1,7 +1,7 @@
-#include "app/AppData.h"
+#include "ui/AppData.h"
 
-#include "app/ProgressWindowController.h"
 #include "tests/fakes/DesktopTest.h"
+#include "ui/ProgressWindowController.h"
 
 namespace dunmora::test {
 namespace {

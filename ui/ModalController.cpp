@@ -1,4 +1,4 @@
-#include "app/ModalController.h"
+#include "ui/ModalController.h"
 
 #include "platform/Application.h"
 #include "platform/Desktop.h"
