@@ -44,15 +44,10 @@ void DunmoraAppDelegate::windowWillClose()
 
 void DunmoraAppDelegate::showProgress()
 {
-    auto progress = ProgressWindowController::init();
-    if (progress) {
-        progress->showWindow(this);
-    }
-    AppData::app().setProgress(std::move(progress));
+    openProgressWindow(this);
 }
 
-// A command and bodies of threads, which have this delegate as their target; that others do all the
-// work is its own affair.
+// A command and thread bodies, which are member functions because the delegate is their target.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
 void DunmoraAppDelegate::OnCheckForUpdate(View* /*sender*/)
 {

@@ -8,47 +8,46 @@ namespace dunmora {
 class View;
 struct Notification;
 
-/// The application controller: starts the jobs on threads of their own and chains them. A load is
-/// followed by the match-field dialog, a confirmed dialog by a search, a search and a deletion by
-/// "msgReload".
+/// The application controller: starts each job on a new thread and chains the jobs. A load is
+/// followed by the match-field dialog, a confirmed dialog by a search, and a search or a deletion
+/// by "msgReload".
 ///
-/// Thread: the main thread, but for the two thread bodies.
+/// Thread: the main thread, except for the two thread bodies.
 class DunmoraAppDelegate final : public ApplicationDelegate, public WindowDelegate {
 public:
     DunmoraAppDelegate() = default;
     DunmoraAppDelegate(const DunmoraAppDelegate&) = delete;
     DunmoraAppDelegate& operator=(const DunmoraAppDelegate&) = delete;
 
-    /// Unsubscribes: the program keeps its delegate until it ends, but where one ends before, the
-    /// next job's end must not reach it.
+    /// Unsubscribes, so that no later job calls a destroyed delegate.
     ~DunmoraAppDelegate() override;
 
     /// The main window; not owned.
     Window* window() const { return window_; }
     void setWindow(Window* window) { window_ = window; }
 
-    /// Starts the silent update check and then subscribes to "msgFinished" for the life of the
-    /// process; the first load waits for the first activation.
+    /// Starts the silent update check, then subscribes to "msgFinished". The first load waits for
+    /// the first activation.
     void applicationDidFinishLaunching() override;
 
     /// Starts the first load, once.
     void applicationDidBecomeActive() override;
 
-    /// The main window's end is the application's.
+    /// Closing the main window terminates the application.
     void windowWillClose() override;
 
     /// Checks for an update with the update window shown.
     void OnCheckForUpdate(View* sender);
 
-    /// Opens a fresh progress window and hands it to `AppData`.
+    /// Opens a new progress window and stores it in `AppData`.
     void showProgress();
 
-    /// Thread bodies: the engine's jobs. Thread: a worker. Errors: what the engine throws.
+    /// Thread bodies that run the engine's jobs. Thread: a worker. Errors: what the engine throws.
     void LoadContacts();
     void FindDuplicates();
 
-    /// Ends the job that has finished and chains the next one. The posting thread waits until it
-    /// has run on the main thread, dialog included.
+    /// Closes the progress window of the finished job and starts the next job. The posting thread
+    /// waits until this has run on the main thread, including the dialog.
     void OnFinished(const Notification& notification);
 
 private:

@@ -86,7 +86,7 @@ private:
     DunmoraAppDelegate delegate_;
 
 public:
-    ContactsController contacts{*interface_, delegate_};
+    ContactsController contacts{*interface_, [this] { delegate_.LoadContacts(); }};
     ReviewController review{*interface_, contacts, [] { return false; }};
     QTableView& table = widgetNamed<QTableView>("tableContacts");
     QLineEdit& filter = widgetNamed<QLineEdit>("tableContactsFilter");

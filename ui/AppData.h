@@ -6,8 +6,8 @@ namespace dunmora {
 
 class ProgressWindowController;
 
-/// What the whole application shares: the progress window of the job in hand, so that whoever
-/// opens it and whoever closes it need not know each other.
+/// State shared by the whole application: the progress window of the current job, which one
+/// controller opens and another closes.
 ///
 /// Thread: the main thread.
 class AppData final {
@@ -15,13 +15,13 @@ public:
     AppData(const AppData&) = delete;
     AppData& operator=(const AppData&) = delete;
 
-    /// The one instance, made on first use and never destroyed.
+    /// The only instance, created on first use and never destroyed.
     static AppData& app();
 
-    /// The progress window of the job in hand; none between jobs.
+    /// The progress window of the current job; null between jobs.
     const std::shared_ptr<ProgressWindowController>& progress() const { return progress_; }
 
-    /// Keeps the new window and lets go of the old one, which is not closed by that.
+    /// Replaces the progress window, which may be null, without closing the old one.
     void setProgress(std::shared_ptr<ProgressWindowController> progress);
 
 private:

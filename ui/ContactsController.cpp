@@ -1,16 +1,15 @@
 #include "ui/ContactsController.h"
 
-#include "app/DunmoraAppDelegate.h"
 #include "base/JobThreads.h"
 #include "base/NotificationCenter.h"
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "platform/Alert.h"
+#include "platform/Application.h"
 #include "platform/Desktop.h"
 #include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
 #include "platform/TextField.h"
-#include "ui/AppData.h"
 #include "ui/ProgressWindowController.h"
 
 #include <utility>
@@ -31,10 +30,10 @@ ContactRecord* recordInRow(std::ptrdiff_t row)
 
 }  // namespace
 
-ContactsController::ContactsController(Interface& mainInterface, DunmoraAppDelegate& delegate)
+ContactsController::ContactsController(Interface& mainInterface, std::function<void()> loadContacts)
     : tableContacts_(&mainInterface.tableView("tableContacts")),
       txtTotal_(&mainInterface.textField("txtTotal")),
-      delegate_(delegate)
+      loadContacts_(std::move(loadContacts))
 {
     tableContacts_->setDataSource(this, nullptr);
 }
@@ -97,8 +96,7 @@ void ContactsController::OnReload(View* /*sender*/)
     ContactsParser::parser().reset();
     tableContacts_->reloadData();
     showProgress();
-    Desktop::current().application.detachNewThread(
-        kThreadLoadContacts, [&delegate = delegate_] { delegate.LoadContacts(); });
+    Desktop::current().application.detachNewThread(kThreadLoadContacts, loadContacts_);
 }
 
 void ContactsController::OnDelete(View* /*sender*/)
@@ -132,11 +130,7 @@ void ContactsController::OnDelete(View* /*sender*/)
 
 void ContactsController::showProgress()
 {
-    auto progress = ProgressWindowController::init();
-    if (progress) {
-        progress->showWindow(this);
-    }
-    AppData::app().setProgress(std::move(progress));
+    openProgressWindow(this);
 }
 
 // The body of a thread that the delete command starts with this controller as its target; that the

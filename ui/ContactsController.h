@@ -3,6 +3,7 @@
 #include "platform/TableView.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,7 +11,6 @@
 
 namespace dunmora {
 
-class DunmoraAppDelegate;
 class Interface;
 class TextField;
 class View;
@@ -23,9 +23,9 @@ struct Notification;
 /// Thread: the main thread, but for `DeleteCheckedContacts`. Errors: none.
 class ContactsController final : public TableViewDataSource {
 public:
-    /// Finds its outlets in the main interface and fills the table from now on. Both arguments must
-    /// outlive the controller.
-    ContactsController(Interface& mainInterface, DunmoraAppDelegate& delegate);
+    /// Finds its outlets in the main interface, which must outlive the controller, and becomes the
+    /// table's data source. `loadContacts` is the body of the loading thread.
+    ContactsController(Interface& mainInterface, std::function<void()> loadContacts);
     ContactsController(const ContactsController&) = delete;
     ContactsController& operator=(const ContactsController&) = delete;
 
@@ -66,7 +66,7 @@ public:
 private:
     TableView* tableContacts_;
     TextField* txtTotal_;
-    DunmoraAppDelegate& delegate_;
+    std::function<void()> loadContacts_;
 };
 
 }  // namespace dunmora

@@ -4,21 +4,20 @@
 
 namespace dunmora {
 
-/// The base of dialogs that run as an application-modal session. A session always ends by abort,
-/// so the code it returns carries no meaning; a dialog keeps its outcome in a field of its own and
-/// closes its window itself.
+/// Base class of dialogs that run as an application-modal session. A session always ends by abort,
+/// so its return code means nothing: a dialog stores its own result and closes its own window.
 ///
 /// Thread: the main thread. Errors: none.
 class ModalController : public WindowController {
 public:
-    /// Whether a session that this controller started is running.
+    /// Whether this controller's session is running.
     bool isModal() const { return isModal_; }
 
-    /// Runs the window as a modal session until `CancelModal`; returns the session's code, or 0
-    /// without a session when there is no window.
+    /// Runs the window as a modal session until `CancelModal` and returns the session's code;
+    /// returns 0 without running a session when the window cannot be loaded.
     int DoModal();
 
-    /// Ends the session, if one runs.
+    /// Ends the session if it is running.
     void CancelModal();
 
 protected:

@@ -4,6 +4,9 @@
 #include "platform/ProgressIndicator.h"
 #include "platform/TextField.h"
 #include "platform/Window.h"
+#include "ui/AppData.h"
+
+#include <utility>
 
 namespace dunmora {
 
@@ -14,8 +17,8 @@ using Operation = void (ProgressWindowController::*)(const Notification&);
 void subscribe(const std::shared_ptr<ProgressWindowController>& controller, std::string_view name,
                Operation operation)
 {
-    // A delivery under way on a worker may come after the last owner has let go: it then finds
-    // nobody, and one that came before keeps the controller until its handler has returned.
+    // A worker may be delivering a notification while the last owner releases the controller. The
+    // weak pointer makes the handler either run on a live controller or not run.
     NotificationCenter::defaultCenter().addObserver(
         controller.get(), name,
         [weak = std::weak_ptr(controller), operation](const Notification& notification) {
@@ -50,7 +53,7 @@ ProgressWindowController::~ProgressWindowController()
 void ProgressWindowController::OnProgress(const Notification& notification)
 {
     const auto now = notification.progress();
-    // The whole range every time: a pass with another number of items may have begun.
+    // Set the whole range every time: a new pass may have another number of items.
     progress_->setMinValue(0.0);
     progress_->setMaxValue(now.total);
     progress_->setDoubleValue(now.current);
@@ -68,6 +71,15 @@ void ProgressWindowController::windowDidLoad(Interface& interface)
     progress_ = &interface.progressIndicator("progress");
     txtInfo_ = &interface.textField("txtInfo");
     interface.window().setLevel(WindowLevel::Floating);
+}
+
+void openProgressWindow(const void* sender)
+{
+    auto progress = ProgressWindowController::init();
+    if (progress) {
+        progress->showWindow(sender);
+    }
+    AppData::app().setProgress(std::move(progress));
 }
 
 }  // namespace dunmora

@@ -8,25 +8,25 @@ namespace dunmora {
 
 struct Notification;
 
-/// The small window that shows how far the running job is: a line of text and a bar, fed by the
-/// notifications of the jobs and by nothing else.
+/// The small window that shows the progress of the running job: a line of text and a bar, updated
+/// only by the notifications of the jobs.
 ///
-/// Thread: the main thread, but for the two handlers, which run on the posting thread and never
-/// wait for the main one; its end may come on any thread.
+/// Thread: the main thread, except the two handlers, which run on the posting thread and never wait
+/// for the main one, and the destructor, which may run on any. Errors: none.
 class ProgressWindowController final : public WindowController {
 public:
-    /// A new controller with its window loaded and its handlers subscribed, which lasts as long as
-    /// somebody holds it; none, with nothing subscribed, when the window cannot be loaded.
+    /// Returns a controller with its window loaded and its handlers subscribed; null, with nothing
+    /// subscribed, when the window cannot be loaded.
     static std::shared_ptr<ProgressWindowController> init();
 
     ProgressWindowController(const ProgressWindowController&) = delete;
     ProgressWindowController& operator=(const ProgressWindowController&) = delete;
 
-    /// Unsubscribes both handlers. A post under way on another thread finishes first or finds
-    /// nobody.
+    /// Unsubscribes both handlers. A post that is running on another thread finishes first or no
+    /// longer reaches them.
     ~ProgressWindowController() override;
 
-    /// Draws the numbers of a `kMsgProgress`; what is missing counts as 0.
+    /// Shows the numbers of a `kMsgProgress`; a missing number counts as 0.
     void OnProgress(const Notification& notification);
 
     /// Shows the text of a `kMsgShowMessage`.
@@ -40,5 +40,10 @@ private:
     ProgressIndicator* progress_ = nullptr;
     TextField* txtInfo_ = nullptr;
 };
+
+/// Opens a progress window for a job that is about to start and stores it in `AppData`; stores null
+/// when the window cannot be loaded.
+/// Thread: the main thread. Errors: none.
+void openProgressWindow(const void* sender);
 
 }  // namespace dunmora

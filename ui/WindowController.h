@@ -8,29 +8,28 @@
 
 namespace dunmora {
 
-/// Owns a window that comes from an interface file and stands between it and the program.
+/// Owns a window that is loaded from an interface file, and connects it to the program.
 ///
-/// Thread: the main thread; its end may come on any. Errors: none.
+/// Thread: the main thread; the destructor may run on any. Errors: none.
 class WindowController {
 public:
     virtual ~WindowController() = default;
     WindowController(const WindowController&) = delete;
     WindowController& operator=(const WindowController&) = delete;
 
-    /// The window, loaded on first use; none when its interface file cannot be loaded.
+    /// The window, loaded on first use; null when its interface file cannot be loaded.
     Window* window();
 
-    /// Puts the window on the screen; without one it does nothing. The sender is not looked at.
+    /// Shows the window; does nothing when it cannot be loaded. The sender is ignored.
     void showWindow(const void* sender);
 
-    /// Takes the window off the screen; one that was never loaded is not loaded for that.
+    /// Closes the window if it was ever loaded.
     void close();
 
 protected:
     explicit WindowController(std::string_view interfaceName) : interfaceName_(interfaceName) {}
 
-    /// Called once, when the window has been loaded: the place to find the outlets and to connect
-    /// the commands.
+    /// Called once, after the window has been loaded. Finds the outlets and connects the commands.
     virtual void windowDidLoad(Interface& interface) = 0;
 
 private:

@@ -23,14 +23,14 @@ constexpr std::string_view kAutoCheckForUpdates = "AutoCheckForUpdates";
 constexpr auto kRequest = "/update/?app=dunmoraapp";
 constexpr auto kLatestVersion = "You are running the latest version.";
 
-/// Never destroyed: what the process still does at its end may need it.
+/// Never destroyed, because code that runs at process exit may still use it.
 std::unique_ptr<UpdateController>& sharedUpdater()
 {
     static auto& shared = *new std::unique_ptr<UpdateController>;
     return shared;
 }
 
-/// Where the window could not be loaded there is no view.
+/// `view` is null when the window could not be loaded.
 void hide(View* view, bool hidden)
 {
     if (view != nullptr) {
@@ -136,7 +136,7 @@ void UpdateController::CheckForUpdate(bool showWindow)
         showActivity();
         this->showWindow(this);
     }
-    // What is held counts no more, even when nothing comes in its place.
+    // The earlier result is ignored even when no new connection can be opened.
     replaceTransfer();
     const auto host = Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
     conn_ = Desktop::current().connectionOpener.openConnection(
@@ -224,8 +224,8 @@ void UpdateController::connectionDidFinishLoading(const Connection& connection)
         if (const auto* const upToDate = std::get_if<UpToDate>(&reply)) {
             urlDownload_ = upToDate->downloadUrl;
             if (!ifShowWindow_) {
-                // Nobody looks: the window stays in its busy layout and the transfer held until the
-                // next check replaces it.
+                // The window is hidden: it keeps its busy layout, and the transfer is held until
+                // the next check replaces it.
                 return;
             }
         } else {

@@ -18,34 +18,34 @@ class ProgressIndicator;
 class TextField;
 class View;
 
-/// The update check and the small window that shows its outcome. A silent check shows the window
-/// only when a newer version is there; one that the user asked for shows it from the start.
+/// Runs the update check and owns the small window that shows its outcome. A silent check shows the
+/// window only when a newer version is available; a check that the user requested shows it at once.
 ///
 /// Thread: the main thread. Errors: none.
 class UpdateController final : public WindowController,
                                public WindowDelegate,
                                public ConnectionDelegate {
 public:
-    /// Loads the window without showing it. Without its interface file the checks run all the same.
+    /// Loads the window without showing it. Checks also run when its interface file is missing.
     UpdateController();
-    /// Transfers that are still under way would report to nobody, and are cancelled.
+    /// Cancels all unfinished transfers, because they report to this object.
     ~UpdateController() override;
     UpdateController(const UpdateController&) = delete;
     UpdateController& operator=(const UpdateController&) = delete;
 
-    /// The one instance, made on first use and kept until the process ends.
+    /// Returns the shared instance, which is created on first use and kept until the process ends.
     static UpdateController& updater();
 
-    /// Ends the one instance; the next use makes a new one. For who takes the desktop away before
-    /// the process ends, as a test does.
+    /// Destroys the shared instance; the next use creates a new one. A caller that removes the
+    /// desktop before the process ends, such as a test, calls this first.
     static void endUpdater();
 
-    /// Starts a check, silent or with the window shown. A silent one does nothing when the user has
-    /// turned the automatic check off. A transfer under way is not cancelled, but nothing that it
-    /// still delivers counts.
+    /// Starts a check, silently or with the window shown. A silent check does nothing when the user
+    /// has turned the automatic check off. An earlier transfer is not cancelled, but its result is
+    /// ignored.
     void CheckForUpdate(bool showWindow);
 
-    /// Stores whether the automatic check is on.
+    /// Stores whether the automatic check is on, as the check box shows it.
     void OnUpdate(View* sender);
 
     /// Opens the download address and closes the window.
@@ -53,7 +53,7 @@ public:
 
     void OnClose(View* sender);
 
-    /// Cancels the transfer in hand, but for a silent check's that has offered nothing.
+    /// Cancels the current transfer, unless it belongs to a silent check that has offered nothing.
     void windowWillClose() override;
 
     void didReceiveResponse(const Connection& connection) override;
@@ -70,7 +70,7 @@ private:
     void showActivity();
     void showControls();
     void setMessage(std::string_view text);
-    /// Lets go of a transfer that may still be under way; it goes on, but does not count any more.
+    /// Releases the current transfer, which continues, but whose result is ignored from now on.
     void replaceTransfer();
     void releaseTransfer();
 
@@ -83,10 +83,10 @@ private:
 
     bool ifShowWindow_ = false;
     std::string urlDownload_;
-    /// The body so far; none when no transfer is held.
+    /// The body received so far; empty optional when no transfer is held.
     std::optional<std::string> netData_;
     std::shared_ptr<Connection> conn_;
-    /// Those that may still be under way and report here.
+    /// Replaced transfers that may still be running and report to this object.
     std::vector<std::weak_ptr<Connection>> replaced_;
 };
 

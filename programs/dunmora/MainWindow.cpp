@@ -57,7 +57,7 @@ MainWindow::MainWindow(SupervisedApplication& application, SelectedAddressBook& 
       makeAddressBook_(std::move(makeAddressBook)),
       libraries_(std::move(libraries)),
       interface_(mainInterface()),
-      contacts_(*interface_, delegate_),
+      contacts_(*interface_, [this] { delegate_.LoadContacts(); }),
       review_(*interface_, contacts_, [this] { return openBook(); }),
       failureHandler_(interface_->tableView(kTable), contacts_, review_)
 {

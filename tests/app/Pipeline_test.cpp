@@ -90,7 +90,7 @@ protected:
     FakeInterface mainInterface_{"MainWindow", log_};
     FakeTableView& table_ = mainInterface_.tableView("tableContacts");
     FakeTextField& total_ = mainInterface_.textField("txtTotal");
-    ContactsController controller_{mainInterface_, delegate_};
+    ContactsController controller_{mainInterface_, [this] { delegate_.LoadContacts(); }};
 };
 
 using Story = std::vector<std::string>;

@@ -71,7 +71,7 @@ protected:
     FakeInterface mainInterface_{"MainWindow", log_};
     FakeTableView& table_ = mainInterface_.tableView("tableContacts");
     FakeTextField& total_ = mainInterface_.textField("txtTotal");
-    ContactsController controller_{mainInterface_, delegate_};
+    ContactsController controller_{mainInterface_, [this] { delegate_.LoadContacts(); }};
 };
 
 // Rows and cells.
@@ -251,7 +251,7 @@ TEST_F(ContactsControllerTest, ReloadsOnTheMainThreadWhileThePostingThreadWaits)
 TEST_F(ContactsControllerTest, HearsNothingBeforeItAwakes)
 {
     FakeInterface otherInterface("OtherWindow", log_);
-    const ContactsController asleep(otherInterface, delegate_);
+    const ContactsController asleep(otherInterface, [this] { delegate_.LoadContacts(); });
 
     postReload();
 
@@ -264,7 +264,7 @@ TEST_F(ContactsControllerTest, HearsNothingAndFillsNoTableAnyMoreWhenItIsGone)
 {
     FakeInterface otherInterface("OtherWindow", log_);
     {
-        ContactsController shortLived(otherInterface, delegate_);
+        ContactsController shortLived(otherInterface, [this] { delegate_.LoadContacts(); });
         shortLived.awakeFromNib();
     }
 

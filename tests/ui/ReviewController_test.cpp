@@ -136,7 +136,7 @@ protected:
 
     FakeInterface main_{"MainWindow", log_};
     DunmoraAppDelegate delegate_;
-    ContactsController contacts_{main_, delegate_};
+    ContactsController contacts_{main_, [this] { delegate_.LoadContacts(); }};
     bool choosesABook_ = true;
     bool jobsRun_ = false;
     ReviewController review_{main_, contacts_, [this] { return choosesABook_; }};
