@@ -1,7 +1,7 @@
 #include "bench/BenchPlatform.h"
 #include "engine/ContactsParser.h"
-#include "engine/DuplicateGroups.h"
-#include "ui/GroupWarnings.h"
+#include "review/DuplicateGroups.h"
+#include "review/GroupWarnings.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,7 +2,7 @@
 
 #include "platform/AddressBook.h"
 #include "platform/TableView.h"
-#include "ui/GroupWarnings.h"
+#include "review/GroupWarnings.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/DuplicateGroups.h"
+#include "review/DuplicateGroups.h"
 
 #include <span>
 #include <string>

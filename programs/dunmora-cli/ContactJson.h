@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/DuplicateGroups.h"
 #include "programs/dunmora-cli/JsonText.h"
+#include "review/DuplicateGroups.h"
 
 #include <cstddef>
 #include <span>

@@ -1,8 +1,8 @@
 #include "programs/dunmora-cli/DeletionMarks.h"
 
 #include "engine/ContactsParser.h"
-#include "engine/DuplicateGroups.h"
 #include "programs/dunmora-cli/CommandError.h"
+#include "review/DuplicateGroups.h"
 
 #include <algorithm>
 #include <string_view>

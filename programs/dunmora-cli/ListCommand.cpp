@@ -1,7 +1,6 @@
 #include "programs/dunmora-cli/ListCommand.h"
 
 #include "engine/ContactsParser.h"
-#include "engine/DuplicateGroups.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/ContactCsv.h"
@@ -10,6 +9,7 @@
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "review/DuplicateGroups.h"
 #include "text/Counted.h"
 
 #include <cstddef>

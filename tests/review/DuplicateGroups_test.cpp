@@ -1,4 +1,4 @@
-#include "engine/DuplicateGroups.h"
+#include "review/DuplicateGroups.h"
 
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"

@@ -1,7 +1,7 @@
-#include "ui/GroupWarnings.h"
+#include "review/GroupWarnings.h"
 
 #include "engine/ContactsParser.h"
-#include "engine/DuplicateGroups.h"
+#include "review/DuplicateGroups.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "ui/GroupWarnings.h"
+#include "review/GroupWarnings.h"
 
 #include "engine/ContactsParser.h"
 #include "tests/fakes/FakePlatform.h"
