@@ -21,8 +21,8 @@ inline constexpr std::string_view kJobFinding = "finding";
 /// The checked people have been removed and the address book saved.
 inline constexpr std::string_view kJobDeleting = "deleting";
 
-/// How far a job is: one object serves the whole job and changes between posts, so a receiver that
-/// wants the numbers after its handler has returned copies them.
+/// The progress of a job. One object serves the whole job and changes between posts: an observer
+/// that needs the numbers after its handler has returned must copy them.
 struct Progress {
     /// The number of items of the current pass.
     std::int32_t total = 0;

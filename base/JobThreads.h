@@ -4,7 +4,7 @@
 
 namespace dunmora {
 
-/// The names of the threads on which the jobs run; each is that of its body.
+/// The names of the threads on which the jobs run; each is the name of its thread body.
 inline constexpr std::string_view kThreadLoadContacts = "LoadContacts";
 inline constexpr std::string_view kThreadFindDuplicates = "FindDuplicates";
 inline constexpr std::string_view kThreadDeleteCheckedContacts = "DeleteCheckedContacts";

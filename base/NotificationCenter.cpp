@@ -19,7 +19,7 @@ Progress Notification::progress() const
 
 NotificationCenter& NotificationCenter::defaultCenter()
 {
-    // Never destroyed: a job that still runs while the process ends may post to it.
+    // Never destroyed: a job that is still running when the process exits may post to it.
     static auto& center = *new NotificationCenter;
     return center;
 }

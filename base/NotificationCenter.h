@@ -12,26 +12,25 @@
 
 namespace dunmora {
 
-/// What a notification carries: nothing, a text, or how far a job is. A handler that copies it
-/// shares its ownership; a payload that nobody holds any more is freed.
+/// The payload of a notification: nothing, a text, or a job's progress. A copy shares ownership.
 using Payload =
     std::variant<std::monostate, std::shared_ptr<const std::string>, std::shared_ptr<Progress>>;
 
-/// A notification while it is delivered; the references end with the handler's call.
+/// A notification during its delivery. The references are valid until the handler returns.
 struct Notification {
     std::string_view name;
     const void* object;
     const Payload& userInfo;
 
-    /// The payload's text; empty when the payload is no text.
+    /// The payload's text; empty when the payload is not a text.
     std::string_view text() const;
-    /// The payload's numbers as they are now; zeros when the payload is no progress.
+    /// The current numbers of the payload; zeros when the payload is not a progress.
     Progress progress() const;
 };
 
-/// Carries notifications from those who post to those who observe, without either knowing the
-/// other. Delivery is synchronous: every handler has run, on the posting thread, in the order of
-/// registration, before the post returns; what a handler throws leaves the post.
+/// Delivers notifications to observers that the poster does not know. Delivery is synchronous:
+/// every handler has run, on the posting thread, in the order of registration, before the post
+/// returns; an exception from a handler propagates to the poster.
 ///
 /// Thread: any, several at once; handlers may add and remove observers.
 class NotificationCenter final {
@@ -43,19 +42,19 @@ public:
     NotificationCenter(const NotificationCenter&) = delete;
     NotificationCenter& operator=(const NotificationCenter&) = delete;
 
-    /// The center of this process. It is made on first use and never destroyed.
+    /// The center of this process. It is created on first use and never destroyed.
     static NotificationCenter& defaultCenter();
 
-    /// Calls `handler` for every post of `name`, whoever posts it, until the observer is removed.
+    /// Calls `handler` for every post of `name`, from any sender, until the observer is removed.
     void addObserver(const void* observer, std::string_view name, Handler handler);
 
-    /// Ends all observing of `name` by `observer`, from the next post on. A delivery under way on
-    /// another thread may still reach it.
+    /// Removes all handlers of `observer` for `name`. A delivery in progress on another thread may
+    /// still call them.
     void removeObserver(const void* observer, std::string_view name);
 
     void postNotification(std::string_view name, const void* object, const Payload& userInfo = {});
 
-    /// Posts with a text of its own as the payload.
+    /// Posts a copy of the text as the payload.
     void postText(std::string_view name, const void* object, std::string_view text);
 
 private:
@@ -66,7 +65,7 @@ private:
     using Observers = std::vector<Observer>;
     struct Subscription {
         std::string name;
-        // Replaced, never changed: a delivery goes on with the list it began with.
+        // Replaced, never changed: a delivery keeps the list it started with.
         std::shared_ptr<const Observers> observers;
     };
 

@@ -13,11 +13,11 @@
 
 namespace dunmora {
 
-/// A dictionary from text keys to values that is walked in the order in which its keys were first
-/// stored, so that the same address book gives the same rows on every machine and every run.
+/// A dictionary from text keys to values that iterates in the order in which its keys were first
+/// stored, so that the same address book gives the same rows on every platform and in every run.
 /// Storing, finding and erasing take constant time on average.
 ///
-/// Thread: as a standard container. References to values end with the next new key.
+/// Thread: as a standard container. References to values are valid until a new key is stored.
 template <typename Value>
 class OrderedDictionary {
     struct Entry {
@@ -27,7 +27,7 @@ class OrderedDictionary {
         Value value;
     };
 
-    /// Walks the entries that are not erased.
+    /// Iterates over the entries that are not erased.
     template <typename EntryIterator>
     class Iterator {
     public:
@@ -81,7 +81,7 @@ public:
     std::size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }
 
-    /// Makes room for `count` keys in all.
+    /// Reserves space for `count` keys in total.
     void reserve(std::size_t count)
     {
         entries_.reserve(count);
@@ -97,7 +97,7 @@ public:
         size_ = 0;
     }
 
-    /// The value under the key, or none.
+    /// The value under the key; null if there is none.
     Value* find(std::string_view key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
     const Value* find(std::string_view key) const
     {
@@ -106,7 +106,7 @@ public:
                                                         : &entries_[slots_[slot].entry - 1].value;
     }
 
-    /// The value under the key, made by default when there is none yet.
+    /// The value under the key, default-constructed if there is none.
     Value& operator[](std::string_view key)
     {
         if (slots_.size() < 2 * (entries_.size() + 1)) {
@@ -124,7 +124,7 @@ public:
         return entries_[slots_[slot].entry - 1].value;
     }
 
-    /// Takes the key and its value out. Returns whether it was there.
+    /// Removes the key and its value. Returns whether the key was present.
     bool erase(std::string_view key)
     {
         const auto slot = slotOf(key, hashOf(key));
@@ -141,8 +141,8 @@ public:
     }
 
 private:
-    /// Where an entry is found by its hash. The hash stands here, too, so that a search need not
-    /// look into entries that are not the one; their memory is far apart.
+    /// Points to an entry. Repeats its hash so that a search seldom reads an entry that does not
+    /// match: entries are far apart in memory.
     struct Slot {
         /// The entry's number, counted from 1.
         std::uint32_t entry = 0;
@@ -164,7 +164,7 @@ private:
         return std::bit_ceil(std::max<std::size_t>(2 * count, 16));
     }
 
-    /// The slot of the key, or the free one where it belongs; none when there are no slots.
+    /// The slot of the key, or the free slot where it belongs; `kNoSlot` when there are no slots.
     std::size_t slotOf(std::string_view key, std::uint32_t hash) const
     {
         if (slots_.empty()) {
@@ -184,7 +184,7 @@ private:
         return slot;
     }
 
-    /// Drops the erased entries and lays the slots anew with room for `count` keys.
+    /// Drops the erased entries and rebuilds the slots with space for `count` keys.
     void rebuild(std::size_t count)
     {
         std::erase_if(entries_, [](const Entry& entry) { return entry.erased; });

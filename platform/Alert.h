@@ -5,15 +5,16 @@
 
 namespace dunmora {
 
-/// What an alert says and offers; all text is UTF-8.
+/// The texts and buttons of an alert, as plain UTF-8.
 struct AlertContent {
     std::string messageText;
+    /// Explains the message; may be empty and may have several lines.
     std::string informativeText;
     std::string defaultButton;
     std::optional<std::string> alternateButton;
 };
 
-/// A question or a notice that the user has to answer before anything goes on.
+/// Shows a question or a notice that the user must respond to before continuing.
 class Alert {
 public:
     /// What `runModal` returns for each button.
@@ -22,9 +23,9 @@ public:
 
     virtual ~Alert() = default;
 
-    /// Shows the alert and waits for the button pressed. Escape, closing or the end of the input
-    /// count as the alternate button where there is one.
-    /// Thread: any; blocks until it is answered. Errors: none.
+    /// Shows the alert and returns the button pressed. Escape, closing the window and the end of
+    /// the input count as the alternate button, if there is one.
+    /// Thread: any; blocks until the user responds. Errors: none.
     virtual int runModal(const AlertContent& content) = 0;
 };
 

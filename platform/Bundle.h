@@ -6,14 +6,14 @@
 
 namespace dunmora {
 
-/// What the program is told about itself when it is packaged.
+/// The information dictionary that is packaged with the program.
 class Bundle {
 public:
     virtual ~Bundle() = default;
 
-    /// The text under a key of the program's information dictionary: "CFBundleVersion", or
-    /// "DunmoraUpdateHost", the host of the update service with its port where that is not usual.
-    /// Thread: any; does not block. Errors: none; an unknown key is missing.
+    /// The value of a key: "CFBundleVersion", or "DunmoraUpdateHost", the `host` or `host:port` of
+    /// the update service. Empty for an unknown key.
+    /// Thread: any; does not block. Errors: none.
     virtual std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const = 0;
 };
 

@@ -6,10 +6,10 @@
 
 namespace dunmora {
 
-/// A button; what it does is a `Command` of its interface.
+/// A button; its action is a `Command` of its interface.
 class Button : public View {
 public:
-    /// The plain text on it, UTF-8.
+    /// Sets the button's text, plain UTF-8. Thread: the main thread. Errors: none.
     virtual void setTitle(const std::string& title) = 0;
 };
 

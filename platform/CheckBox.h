@@ -4,15 +4,17 @@
 
 namespace dunmora {
 
-/// What a check box shows; the numbers are the platform's.
+/// The state of a check box, with the platform's values.
 enum class CheckState { Mixed = -1, Off = 0, On = 1 };
 
-/// A check box; what a click does is a `Command` of its interface.
+/// A check box; its action is a `Command` of its interface.
+///
+/// Thread: the main thread. Errors: none.
 class CheckBox : public View {
 public:
     virtual CheckState state() const = 0;
 
-    /// Shows the state; no command runs.
+    /// Sets the state without running the command.
     virtual void setState(CheckState state) = 0;
 };
 

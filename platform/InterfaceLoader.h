@@ -14,13 +14,13 @@ class TextField;
 class View;
 class Window;
 
-/// Something the user can tell the program to do, under the name of the operation that does it,
-/// such as "OnReload". One command may be a button, a menu entry and a shortcut at once.
+/// An operation that the user can invoke, such as "OnReload". One command can be a button, a menu
+/// entry and a shortcut at once.
 ///
 /// Thread: the main thread. Errors: none.
 class Command {
 public:
-    /// Gets the control that was used; none for a menu entry or a shortcut.
+    /// `sender` is the control that was used; null for a menu entry or a shortcut.
     using Handler = std::function<void(View* sender)>;
 
     virtual ~Command() = default;
@@ -28,15 +28,15 @@ public:
     /// Replaces the handler.
     virtual void setHandler(Handler handler) = 0;
 
-    /// Whether the user can use it; without a handler nobody can.
+    /// Enables or disables the command; without a handler it is always disabled.
     virtual void setEnabled(bool enabled) = 0;
 };
 
-/// What an interface file holds: a window, outlets under the names of the controllers' fields, and
-/// commands. It owns them all; its end takes the window off the screen.
+/// The contents of an interface file: a window, outlets with the names of the controllers' fields,
+/// and commands. It owns them all; destroying it closes the window.
 ///
-/// Thread: the main thread; its end may come on any. Errors: std::logic_error for a name that the
-/// file does not hold, which is a defect of the program.
+/// Thread: the main thread; may be destroyed on any. Errors: std::logic_error for a name that is
+/// not in the file, which is a bug in the program.
 class Interface {
 public:
     virtual ~Interface() = default;
@@ -51,13 +51,13 @@ public:
     virtual Command& command(std::string_view name) = 0;
 };
 
-/// Makes interfaces from their files.
+/// Creates interfaces from their files.
 class InterfaceLoader {
 public:
     virtual ~InterfaceLoader() = default;
 
-    /// A new interface of this name, such as "FilterWindow", not on the screen yet; none when it
-    /// cannot be made.
+    /// Creates the interface with this name, such as "FilterWindow", with its window still hidden.
+    /// Returns null when the file is missing or invalid.
     /// Thread: the main thread. Errors: none.
     virtual std::unique_ptr<Interface> load(std::string_view name) = 0;
 };

@@ -10,8 +10,8 @@ class OpenPanel {
 public:
     virtual ~OpenPanel() = default;
 
-    /// Shows the panel and waits for the choice: a vCard file or a folder; none when cancelled.
-    /// Thread: the main thread, whose events go on meanwhile. Errors: none.
+    /// Shows the panel and returns the vCard file or folder chosen; none when cancelled.
+    /// Thread: the main thread; blocks, but events are still handled. Errors: none.
     virtual std::optional<std::filesystem::path> runModal() = 0;
 };
 

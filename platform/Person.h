@@ -18,10 +18,12 @@ struct LabelledPhone {
 using PhoneList = std::span<const LabelledPhone>;
 
 /// One person of an address book: views into what the book holds in memory, so that listing a
-/// million people copies no text. All text is UTF-8. What the book does not know is missing.
+/// million people copies no text. All text is UTF-8. A value that the book does not have is
+/// missing.
 ///
-/// The uid is never missing: two people of one book never share it, because it is all by which a
-/// deletion knows them. A book whose source gives none makes one that is the same on every run.
+/// The uid is never missing, and two people of one book never share it, because a deletion
+/// identifies people by it alone. A book whose source has no uids generates them, the same on every
+/// run.
 struct Person {
     std::string_view uid;
     std::optional<std::string_view> firstName;

@@ -4,8 +4,9 @@
 
 namespace dunmora {
 
-/// A failure of the machine underneath (a file, a bus, a framework), in words that a user can read.
-/// Adapters throw it where a foreign error enters; nothing else does. The text is UTF-8, one line.
+/// A failure of the platform (a file, a bus, a framework), described for the user in one line of
+/// UTF-8. Adapters throw it in place of the foreign error; the core throws it only when no address
+/// book is open.
 class PlatformError final : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

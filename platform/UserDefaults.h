@@ -4,26 +4,27 @@
 
 namespace dunmora {
 
-/// The user's preferences: Boolean values under string keys, kept from run to run.
+/// The user's preferences: Boolean values with string keys, stored between runs. Keys consist of
+/// ASCII letters, digits, `_`, `-` and `.`.
 ///
-/// Thread: any, several at once. Errors: none is thrown; a value that cannot be stored holds until
-/// the program ends, and the adapter tells the user once on standard error.
+/// Thread: any, several at once. Errors: none; a value that cannot be stored stays in effect until
+/// the program ends, and the adapter reports the failure once on standard error.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
 
-    /// Whether a value of any kind is stored under the key. Never blocks on the disk.
+    /// Whether the key has a stored value of any type. Does not block on the disk.
     virtual bool hasValue(std::string_view key) const = 0;
 
-    /// The value read as a Boolean; a number is true when it is not zero, an absent key is false.
-    /// Never blocks on the disk.
+    /// The value as a Boolean: a number is true if it is not zero, a missing key is false.
+    /// Does not block on the disk.
     virtual bool boolForKey(std::string_view key) const = 0;
 
-    /// Stores the value. Other keys keep what other programs gave them meanwhile.
+    /// Sets the value. Values that other programs have stored for other keys are kept.
     virtual void setBool(std::string_view key, bool value) = 0;
 
-    /// Brings what was set to the disk and takes over what other programs have written since.
-    /// Returns whether everything that was set is on the disk.
+    /// Writes pending values to the disk and reads those that other programs have stored since.
+    /// Returns whether every value set so far has been stored. Blocks on the disk.
     virtual bool synchronize() = 0;
 };
 

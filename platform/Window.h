@@ -4,24 +4,24 @@
 
 namespace dunmora {
 
-/// Where a window stands among the others.
+/// The stacking level of a window.
 enum class WindowLevel {
-    /// Among the application's ordinary windows.
+    /// An ordinary window.
     Normal,
-    /// Above the ordinary ones.
+    /// Above ordinary windows.
     Floating,
-    /// Above those, too: a message that is not about the work in hand.
+    /// Above floating windows: a message that is unrelated to the current job.
     Status,
 };
 
-/// Who hears of a window's end.
+/// Is notified before a window closes.
 ///
 /// Thread: the main thread. Errors: none.
 class WindowDelegate {
 public:
     virtual ~WindowDelegate() = default;
 
-    /// The window is about to close, whoever asked for it.
+    /// The window is about to close, at the request of the user or the program.
     virtual void windowWillClose() = 0;
 };
 
@@ -32,17 +32,19 @@ class Window {
 public:
     virtual ~Window() = default;
 
+    /// Sets the title, plain UTF-8.
     virtual void setTitle(const std::string& title) = 0;
     virtual void setLevel(WindowLevel level) = 0;
 
-    /// The delegate must outlive the window, or the last call of this; none is none.
+    /// `delegate` may be null; it must stay alive until it is replaced or the window is destroyed.
     virtual void setDelegate(WindowDelegate* delegate) = 0;
 
-    /// Puts it on the screen, in front of its level. A floating window does not take the keyboard;
-    /// a status window takes it from the main window only, not from a dialog or another program.
+    /// Shows the window in front of the others at its level. A floating window does not take the
+    /// keyboard focus; a status window takes it only from the main window, not from a dialog or
+    /// another program.
     virtual void show() = 0;
 
-    /// Takes it off the screen; its delegate hears of it before.
+    /// Closes the window, notifying its delegate first.
     virtual void close() = 0;
 };
 

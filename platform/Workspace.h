@@ -4,13 +4,12 @@
 
 namespace dunmora {
 
-/// The user's desktop, as far as it opens things for us.
+/// Opens URLs in the user's other programs.
 class Workspace {
 public:
     virtual ~Workspace() = default;
 
-    /// Hands a URL to the program that the user has chosen for its kind. Returns whether it was
-    /// taken.
+    /// Opens a URL in the user's default program for its scheme. Returns whether one accepted it.
     /// Thread: any; does not wait for the other program. Errors: none.
     virtual bool openURL(const std::string& url) = 0;
 };

@@ -4,7 +4,7 @@ namespace dunmora {
 
 class CheckBox;
 
-/// Sets the box on when the flag is true and off otherwise.
+/// Checks or unchecks the box.
 /// Thread: the main thread. Errors: none.
 void Check(CheckBox& box, bool on);
 
