@@ -4,7 +4,7 @@
 
 namespace dunmora {
 
-/// What the build has written into the program about itself.
+/// The version and the update host, compiled into the program.
 class BuildBundle final : public Bundle {
 public:
     std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override;

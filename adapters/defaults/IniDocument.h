@@ -10,41 +10,44 @@
 
 namespace dunmora {
 
-/// The text of an INI file: one `key=value` a line, `;` and `#` before a comment, sections under
-/// `[name]`. Our keys are those before the first section and those under `[General]`, as many
-/// programs keep them. Every other line stays byte for byte as it is, and so does a byte-order
-/// mark: what other programs and users wrote is theirs, whatever it means.
+/// The text of an INI file: one `key=value` per line, comments after `;` and `#`, sections under
+/// `[name]`. Only Boolean values before the first section and under `[General]` are read and
+/// written. All other lines, and a byte-order mark, are kept byte for byte, because they belong to
+/// the user and to other programs.
+///
+/// Thread: one at a time. Errors: none.
 class IniDocument final {
 public:
     using Values = std::map<std::string, bool, std::less<>>;
 
-    /// Missing when the text is no INI file.
+    /// Returns nullopt when the text is not an INI file.
     static std::optional<IniDocument> parsed(std::string_view text);
 
-    /// Our keys, each value read as a Boolean: "true" and "yes" in any case and every number but
-    /// zero are true, all else is false. Of a key that stands there twice the last one counts.
+    /// The values read as Booleans: "true" and "yes" in any case and every number except zero are
+    /// true, everything else is false. The last line with a key counts.
     Values values() const;
 
-    /// Writes the value as "true" or "false". Returns whether the text has changed.
+    /// Writes the value as "true" or "false". The key consists of ASCII letters, digits, `_`, `-`
+    /// and `.`. Returns whether the text has changed.
     bool set(std::string_view key, bool value);
 
     std::string text() const;
 
 private:
     struct Line {
-        // With its line end.
+        // Includes the line end.
         std::string text;
-        // The decoded key when the line is one of ours.
+        // Set when the line is in the section that is read.
         std::optional<std::string> key;
     };
 
     IniDocument() = default;
     bool append(std::string_view text);
 
-    // The byte-order mark, or nothing.
+    // The byte-order mark, or empty.
     std::string_view mark_;
     std::vector<Line> lines_;
-    // Where a key that is new goes: behind the last line that says something in our section.
+    // The index of a new key: after the last line of our section that is not blank.
     std::size_t endOfOurs_ = 0;
     bool inOurSection_ = true;
 };

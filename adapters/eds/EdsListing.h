@@ -14,16 +14,16 @@
 
 namespace dunmora {
 
-/// How the ids of people are made: those of one book alone are the service's own, those of several
-/// begin with their book's.
+/// How people's ids are formed: in one book by the service alone, in many books with the book's id
+/// in front.
 enum class PersonIds { OfOneBook, OfManyBooks };
 
-/// What the service's books held at one moment, as people.
+/// The people of the service's books at one moment, as views into this object.
 ///
-/// Thread: one at a time. The people are views into the listing.
+/// Thread: one at a time.
 class EdsListing final {
 public:
-    /// Where a person stands and what was read of them.
+    /// A person's book, and the person's entry there.
     struct Entry {
         /// The position of the book in the order in which the books were added.
         std::size_t book;
@@ -36,8 +36,8 @@ public:
     EdsListing(const EdsListing&) = delete;
     EdsListing& operator=(const EdsListing&) = delete;
 
-    /// Takes a book's people over. Returns how many entries are no person's that can be known by
-    /// an id: unreadable ones, and such as have no id of their own.
+    /// Adds a book's people. Returns how many entries were skipped because they cannot be read or
+    /// have no unique id.
     std::size_t add(const ServiceBook& book, std::vector<ContactText> contacts);
 
     const std::vector<ServiceBook>& books() const { return books_; }
@@ -55,11 +55,11 @@ private:
 
     PersonIds ids_;
     std::vector<ServiceBook> books_;
-    // What the people's texts are views into: each book's own, the reader's, the ids made here.
+    // The people's texts are views into these: the books' texts, the reader, the ids formed here.
     std::vector<std::vector<ContactText>> texts_;
     CardReader reader_;
     std::pmr::monotonic_buffer_resource memory_;
-    // The people, and beside each the entry.
+    // The people, and the entry of each.
     CardReader::Cards cards_;
     std::vector<Entry> entries_;
     std::unordered_map<std::string_view, std::size_t> positions_;

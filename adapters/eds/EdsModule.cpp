@@ -14,8 +14,8 @@ namespace dunmora {
 
 namespace {
 
-/// The module of this program, which lies beside it; empty when there is none. Nothing is ever
-/// looked for in the folder that the user happens to be in.
+/// The plug-in, which is in the program's folder; empty when it is not installed. The current
+/// folder is never searched.
 std::filesystem::path moduleFile()
 {
     std::error_code error;

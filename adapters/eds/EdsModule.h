@@ -6,12 +6,12 @@ namespace dunmora {
 
 class ContactService;
 
-/// The desktop's service for address books. What it is reached with is a module of the program's:
-/// dozens of libraries come with it, and only this brings them into the process. It stays there.
-/// Errors: PlatformError when the module, or a library that it needs, is not installed.
+/// Connects to the desktop's service for address books. Loads the plug-in for it, with the dozens
+/// of libraries that it needs; they stay loaded until the process ends. Errors: PlatformError when
+/// the plug-in or one of its libraries is not installed.
 std::unique_ptr<ContactService> loadContactService();
 
-/// Whether that module is installed; nothing is loaded. Errors: none.
+/// Whether that plug-in is installed. Loads nothing. Errors: none.
 bool hasContactModule();
 
 }  // namespace dunmora

@@ -4,10 +4,10 @@ namespace dunmora {
 
 class ContactService;
 
-/// The file of the module that reaches the desktop's address books.
+/// The file of the plug-in for the desktop's address books.
 inline constexpr auto kEdsModuleFile = "dunmora-eds.so";
 
-/// The module's one function, which gives the caller a service of their own, and its name.
+/// The plug-in's one function and its name. It creates a service, which the caller owns.
 using MakeContactService = ContactService*();
 inline constexpr auto kEdsModuleEntry = "dunmoraMakeContactService";
 

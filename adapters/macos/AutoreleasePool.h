@@ -2,8 +2,8 @@
 
 namespace dunmora {
 
-/// Lets go of what Objective-C has put off, at the end of its scope. Stands outside of what catches
-/// exceptions. Thread: the one that made it.
+/// Releases autoreleased objects at the end of its scope. Enclose a handler of exceptions in it,
+/// not the other way round. Thread: the one that created it.
 class AutoreleasePool final {
 public:
     AutoreleasePool();

@@ -4,13 +4,12 @@
 extern "C" {
 #endif
 
-/// Runs `work(context)`. What it throws in Objective-C ends here and comes back as words, UTF-8 and
-/// the caller's to free; nothing thrown is none. It catches nothing else: an exception of C++ must
-/// not leave `work`.
+/// Runs `work(context)`. Returns the reason of an Objective-C exception as UTF-8, which the caller
+/// frees, or null when nothing was thrown. Catches nothing else: no C++ exception may leave `work`.
 ///
-/// Plain C between the languages, because a handler of the one must not meet an exception of the
-/// other: the runtimes end the process there. An autorelease pool stands outside of this call, or
-/// it would take the exception along that is on its way through.
+/// Plain C between the languages, because the runtimes abort the process when a handler of one
+/// language meets an exception of the other. The autorelease pool must enclose this call: a pool
+/// inside would release the exception in flight.
 /// Thread: any.
 char* dunmoraRunCatching(void (*work)(void* context), void* context);
 

@@ -8,10 +8,10 @@
 
 namespace dunmora {
 
-/// The shared address book of the framework and the people in it at one moment.
+/// The framework's shared address book, and the people in it at one moment.
 ///
-/// Thread: all of its life within one call of the framework's thread. Errors: exceptions of
-/// Objective-C, wherever the framework throws one.
+/// Thread: the framework's thread, within one call. Errors: Objective-C exceptions from the
+/// framework.
 class FrameworkBook final {
 public:
     FrameworkBook();
@@ -19,20 +19,20 @@ public:
     FrameworkBook(const FrameworkBook&) = delete;
     FrameworkBook& operator=(const FrameworkBook&) = delete;
 
-    /// Whether there is an address book; the framework gives none to a program that the user has
-    /// not allowed to have it. Without one nothing else may be asked.
+    /// Whether there is an address book. The framework returns none to a program without the user's
+    /// permission; nothing else may be called then.
     bool isThere() const { return people_ != nullptr; }
 
     std::size_t size() const { return size_; }
 
-    /// The uid of the person at the index, empty when it has none.
+    /// The uid of the person at the index, empty when there is none.
     std::string uid(std::size_t index) const;
     FrameworkPerson person(std::size_t index) const;
-    /// The person as a vCard, UTF-8; none when the framework gives none.
+    /// The person as a vCard, in UTF-8; empty when the framework returns none.
     std::optional<std::string> vCard(std::size_t index) const;
 
-    /// Marks the person as removed. Only `save` can end that: the framework has nothing that takes
-    /// it back. Returns whether the framework did it.
+    /// Marks the person as removed, until `save`: the framework cannot undo it. Returns whether the
+    /// framework did so.
     bool removeRecord(std::size_t index);
 
     /// Returns whether the framework has saved the book.

@@ -10,8 +10,8 @@ namespace dunmora {
 
 namespace {
 
-/// The text as UTF-8; none when it is missing or something else. Half of a surrogate pair, which
-/// has no UTF-8, costs that character and not the text.
+/// The text as UTF-8; empty when it is missing or not a text. A lone surrogate, which has no UTF-8
+/// form, is replaced; the rest of the text is kept.
 std::optional<std::string> textOf(id value)
 {
     if (![value isKindOfClass:[NSString class]]) {

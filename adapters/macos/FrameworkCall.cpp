@@ -15,7 +15,7 @@ namespace dunmora {
 
 namespace {
 
-/// A piece of work on its way through Objective-C, and what has become of it.
+/// Work that is called through Objective-C, and the C++ exception that it threw.
 struct Call {
     const std::function<void()>& work;
     std::exception_ptr failure;
@@ -24,8 +24,7 @@ struct Call {
 void run(void* context)
 {
     auto& call = *static_cast<Call*>(context);
-    // By its class and not `...`, which some runtimes take for the exceptions of Objective-C, too:
-    // those go on to the guard.
+    // Not `...`: on some runtimes that also catches Objective-C exceptions, which are the guard's.
     try {
         call.work();
     } catch (const std::exception&) {
@@ -33,7 +32,7 @@ void run(void* context)
     }
 }
 
-/// The words in one line, as a sentence would have them.
+/// The words as a sentence on one line.
 std::string sentence(std::string words)
 {
     for (auto& c : words) {

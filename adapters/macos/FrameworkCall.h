@@ -5,14 +5,14 @@
 
 namespace dunmora {
 
-/// Runs work that sends messages of Objective-C, in an autorelease pool of its own. `what` names in
-/// a failure's text what has failed.
-/// Thread: any. Errors: PlatformError with the words of what Objective-C threw; what the work
-/// throws, which is a std::exception.
+/// Runs work that sends Objective-C messages, in its own autorelease pool. `what` is the subject of
+/// the error's text.
+/// Thread: any. Errors: PlatformError with the reason of an Objective-C exception; std::exceptions
+/// of the work.
 void callObjectiveC(std::string_view what, const std::function<void()>& work);
 
-/// The same on the thread of the Address Book framework; returns when the work has ended.
-/// Thread: any but that one.
+/// The same, on the thread of the Address Book framework. Returns when the work is done.
+/// Thread: any other.
 void callFramework(std::string_view what, const std::function<void()>& work);
 
 }  // namespace dunmora

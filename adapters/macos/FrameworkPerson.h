@@ -7,7 +7,7 @@
 
 namespace dunmora {
 
-/// What the framework tells of a person, in texts of its own. Equal ones have not been changed.
+/// A copy of what the framework holds of a person. A person whose copies are equal has not changed.
 struct FrameworkPerson {
     struct Phone {
         std::optional<std::string> label;
@@ -20,7 +20,7 @@ struct FrameworkPerson {
     std::optional<std::string> firstName;
     std::optional<std::string> lastName;
     std::optional<std::string> nickname;
-    /// To the framework's own precision: a change within a second is a change.
+    /// In the framework's precision, to notice a change within the same second.
     std::optional<std::chrono::duration<double>> modified;
     std::optional<std::vector<Phone>> phones;
 

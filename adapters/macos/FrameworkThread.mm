@@ -13,7 +13,7 @@ struct Call {
 
 } // namespace
 
-/// Waits in its run loop, so that the framework hears on this thread what other programs change.
+/// Waits in its run loop, so that the framework receives the changes of other programs.
 @interface DunmoraFrameworkThread : NSThread {
     std::promise<void>* isWaiting_;
 }
@@ -37,7 +37,7 @@ struct Call {
 {
     NSAutoreleasePool* outer = [[NSAutoreleasePool alloc] init];
     NSRunLoop* loop = [NSRunLoop currentRunLoop];
-    // A run loop with nothing to wait for does not wait.
+    // A run loop without a source returns at once.
     const NSTimeInterval aDay = 86400;
     [NSTimer scheduledTimerWithTimeInterval:aDay
                                      target:self
@@ -77,7 +77,7 @@ DunmoraFrameworkThread* startedThread()
         [[DunmoraFrameworkThread alloc] initWithPromise:&isWaiting];
     [thread setName:@"AddressBook"];
     [thread start];
-    // What is sent to a thread that has no run loop yet may never arrive.
+    // A message to a thread without a run loop may never arrive.
     isWaiting.get_future().wait();
     return thread;
 }

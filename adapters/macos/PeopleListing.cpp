@@ -55,7 +55,7 @@ PeopleListing::PeopleListing(std::vector<FrameworkPerson> people)
 
 const FrameworkPerson* PeopleListing::find(const Person& view) const
 {
-    // Only by where it stands: a view of a listing that is gone must not be looked into.
+    // By address only: a view of a destroyed listing must not be read.
     const std::less<> before;
     if (before(&view, views_.data()) || !before(&view, views_.data() + views_.size())) {
         return nullptr;

@@ -11,7 +11,7 @@
 
 namespace dunmora {
 
-/// People as the framework listed them, with views for the core.
+/// The people of one listing of the framework, with views of them for the core.
 class PeopleListing final {
 public:
     PeopleListing() = default;
@@ -25,11 +25,10 @@ public:
 
     std::span<const Person> people() const { return views_; }
 
-    /// Those who are not in the listing: without a uid, or with that of another, nobody could be
-    /// told who is meant.
+    /// The people without a uid, or with another person's: no removal could name them.
     const std::vector<FrameworkPerson>& skipped() const { return skipped_; }
 
-    /// The person whom a view of this listing shows; none for another's view.
+    /// The person of a view of this listing; null for any other view.
     const FrameworkPerson* find(const Person& view) const;
     const FrameworkPerson* find(const std::string& uid) const;
 

@@ -4,14 +4,14 @@
 
 namespace dunmora {
 
-/// The program's standard user defaults: those of its bundle, or of its name where it has none.
-/// A key that is not UTF-8 has no value and takes none.
-/// Thread: any, several at once, within an autorelease pool. Errors: exceptions of Objective-C.
+/// The program's standard user defaults: those of its bundle, or else of its name. A key that is
+/// not UTF-8 has no value and cannot be set. Thread: any, concurrently, within an autorelease pool.
+/// Errors: Objective-C exceptions.
 
 bool hasStandardDefault(std::string_view key);
 bool boolOfStandardDefault(std::string_view key);
 void setStandardDefault(std::string_view key, bool value);
-/// Returns whether all that was set is stored.
+/// Stores all values that were set. Returns whether that succeeded.
 bool synchronizeStandardDefaults();
 
 }  // namespace dunmora

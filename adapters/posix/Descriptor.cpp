@@ -13,7 +13,7 @@ namespace dunmora {
 
 namespace {
 
-/// Returns whether the process may hold more files now than before.
+/// Returns whether the limit was raised.
 bool raiseDescriptorLimit()
 {
     rlimit limit{};
@@ -86,7 +86,7 @@ bool writeAll(const Descriptor& file, std::string_view bytes)
 bool syncFolder(const std::filesystem::path& folder)
 {
     const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
-    // Some file systems keep folders in step by themselves and know no such call (EINVAL).
+    // EINVAL: the file system does not support fsync on folders.
     return descriptor.isOpen() && (fsync(descriptor.number()) == 0 || errno == EINVAL);
 }
 

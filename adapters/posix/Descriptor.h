@@ -8,7 +8,7 @@
 
 namespace dunmora {
 
-/// An open file of the system, closed when its owner goes; -1 is none.
+/// Owns a file descriptor and closes it; -1 means none.
 class Descriptor final {
 public:
     explicit Descriptor(int number = -1) : number_(number) {}
@@ -25,27 +25,28 @@ private:
     int number_;
 };
 
-/// As open(2), never inherited by other programs and never waiting for what is no file, such as a
-/// pipe. When the process holds as many files as it may, it first asks for as many as the system
-/// allows. Errors: a descriptor that is not open, and errno.
+/// Calls open(2) with O_CLOEXEC, and with O_NONBLOCK so that it never waits for a pipe. When the
+/// process has reached its limit of open files, raises the limit to the system's maximum and tries
+/// again. Errors: a descriptor that is not open, and errno.
 Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode = 0);
 
-/// What is written into `in` comes out of `out`.
+/// A pipe: bytes written to `in` are read from `out`.
 struct Pipe {
     Descriptor out;
     Descriptor in;
 };
 
-/// As pipe(2), never inherited by other programs. Errors: ends that are not open, and errno.
+/// Calls pipe(2) and sets FD_CLOEXEC. Errors: ends that are not open, and errno.
 Pipe openPipe();
 
-/// As read(2), begun again after a signal. Errors: -1, and errno.
+/// Calls read(2) and repeats it after EINTR. Errors: -1, and errno.
 ssize_t readSome(const Descriptor& file, char* place, std::size_t size);
 
-/// Writes all of it. Errors: false, and errno.
+/// Writes all bytes. Errors: false, and errno.
 bool writeAll(const Descriptor& file, std::string_view bytes);
 
-/// Brings a folder's entries to the disk. Errors: false, and errno.
+/// Calls fsync on the folder, so that created, renamed and deleted entries survive a power failure.
+/// Errors: false, and errno.
 bool syncFolder(const std::filesystem::path& folder);
 
 }  // namespace dunmora

@@ -8,21 +8,20 @@
 
 namespace dunmora {
 
-/// What systems of the POSIX kind do each in their own way about a file and its copy.
-/// Thread: any; may block on a disk. Errors: none is thrown; errno tells of the one that occurred.
+/// File operations that differ between Linux and macOS.
+/// Thread: any; may block on a disk. Errors: nothing is thrown; false, and errno.
 
-/// Gives the new file the extended attributes of the old one, access control lists included, and
-/// as far as the system lets it no others. Returns whether it has them.
+/// Copies the extended attributes, access control lists included, and removes those that only `to`
+/// has where the system allows it.
 bool copyAttributes(const Descriptor& from, const Descriptor& to);
 
-/// Brings the file's content and length to the disk, past the disk's own memory where the system
-/// can. Returns whether it did.
+/// fsync; also flushes the drive's cache where the system supports it (F_FULLFSYNC).
 bool syncFile(const Descriptor& file);
 
-/// When the content last changed.
+/// The last change of the content (st_mtime).
 timespec contentTime(const struct stat& status);
 
-/// When anything about the file last changed.
+/// The last change of content or metadata (st_ctime).
 timespec changeTime(const struct stat& status);
 
 }  // namespace dunmora

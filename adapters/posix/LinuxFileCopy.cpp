@@ -36,7 +36,7 @@ std::vector<std::string> attributeNames(const Descriptor& file)
     return names;
 }
 
-/// The attribute's value; none when it cannot be read.
+/// The attribute's value; nullopt when it cannot be read.
 std::optional<std::string> attribute(const Descriptor& file, const std::string& name)
 {
     std::string value;

@@ -8,14 +8,14 @@ namespace dunmora {
 
 bool copyAttributes(const Descriptor& from, const Descriptor& to)
 {
-    // Access control lists are no extended attributes here. What the system itself gives a new file
-    // cannot be taken away.
+    // On macOS access control lists are not extended attributes. The attributes that the system
+    // gives every new file cannot be removed.
     return fcopyfile(from.number(), to.number(), nullptr, COPYFILE_ACL | COPYFILE_XATTR) == 0;
 }
 
 bool syncFile(const Descriptor& file)
 {
-    // fsync stops at the disk's own memory. Not every file system knows the stronger call.
+    // fsync does not flush the drive's cache. Not every file system supports F_FULLFSYNC.
     return fcntl(file.number(), F_FULLFSYNC) == 0 || fsync(file.number()) == 0;
 }
 

@@ -5,15 +5,17 @@
 
 namespace dunmora {
 
-/// The TYPEs of one TEL property and the label that stands for them in the raw form in which macOS
-/// stores labels, such as `_$!<Home>!$_`.
+/// Maps the TYPEs of one TEL property to a label in the raw form that macOS stores, such as
+/// `_$!<Home>!$_`.
+///
+/// Thread: any, one at a time. Errors: none.
 class PhoneTypes final {
 public:
-    /// Adds the text of a TYPE parameter, a list split at commas, or a bare vCard 2.1 parameter, in
-    /// any case. The text must outlive the label.
+    /// Adds the comma-separated types of a TYPE parameter or a bare vCard 2.1 parameter, in any
+    /// case. The text must outlive the label.
     void add(std::string_view types);
 
-    /// None when the types say nothing about whose number it is.
+    /// Returns the label, or nothing when no type describes the number's place or device.
     std::optional<std::string_view> label() const;
 
 private:
@@ -27,7 +29,7 @@ private:
     bool iPhone_ = false;
     bool main_ = false;
     bool other_ = false;
-    // The first type that is none of the above.
+    // The first type that is not one of the above.
     std::optional<std::string_view> unknown_;
 };
 

@@ -15,8 +15,8 @@
 
 namespace dunmora {
 
-/// A main context of the calling thread's own for as long as it lives: the signals of what is made
-/// meanwhile must not land in the loop of somebody else's main thread.
+/// Gives the calling thread its own main context, so that signals of the objects created there do
+/// not arrive in the main thread's loop.
 class PrivateMainContext final {
 public:
     PrivateMainContext() : context_(g_main_context_new())
@@ -35,9 +35,9 @@ private:
     GMainContext* context_;
 };
 
-/// Work that may hang, on a thread of its own, begun at once. Not every call of the service's
-/// libraries can be cancelled; one that goes on all the same is left behind with its thread, and
-/// its result is thrown away. So the work may refer to nothing but what it owns.
+/// Runs work that may hang on its own thread. Not every call of the service's libraries can be
+/// cancelled: one that continues is abandoned with its thread, and its result is discarded. So the
+/// work must own everything that it uses.
 ///
 /// Thread: one at a time.
 template <typename Result>
@@ -51,8 +51,8 @@ public:
         std::thread([state = state_, work = std::move(work)] { state->run(work); }).detach();
     }
 
-    /// Waits for the result until then. Work that takes longer is cancelled, and none is returned
-    /// unless it ends with one right away. Errors: what the work has thrown.
+    /// Waits for the result until the deadline, then cancels the work. Returns nothing unless the
+    /// work returns soon after. Errors: what the work throws.
     std::optional<Result> resultBefore(Clock::time_point deadline)
     {
         if (!isDoneBefore(deadline)) {
@@ -62,8 +62,7 @@ public:
         return take();
     }
 
-    /// The same for several, which run side by side and end side by side, too: together they take
-    /// no longer than one.
+    /// The same for several calls in parallel; together they take no longer than one.
     friend std::vector<std::optional<Result>> resultsBefore(Clock::time_point deadline,
                                                             std::vector<BoundedCall>& calls)
     {
