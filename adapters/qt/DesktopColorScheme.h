@@ -6,16 +6,17 @@
 
 namespace dunmora {
 
-/// Shows the windows in the desktop's choice of light or dark, now and whenever it changes, where
-/// Qt's own platform theme does not: Qt learns of that choice in version 6.5 only. The choice comes
-/// from the desktop portal (org.freedesktop.portal.Settings, org.freedesktop.appearance).
+/// Follows the desktop's light or dark colour scheme, which Qt itself does only since version 6.5.
+/// The scheme comes from the desktop portal (org.freedesktop.portal.Settings,
+/// org.freedesktop.appearance).
 ///
-/// Thread: the main thread, after the QApplication was made. Errors: none; without a portal the
-/// windows stay as Qt makes them.
+/// Thread: the main thread, once a QApplication exists. Errors: none; without a portal the windows
+/// keep the colours that Qt gives them.
 class DesktopColorScheme final : public QObject {
     Q_OBJECT
 
 public:
+    /// Applies the current scheme; waits a quarter of a second for the portal at most.
     DesktopColorScheme();
 
 private Q_SLOTS:

@@ -4,19 +4,18 @@ class QWidget;
 
 namespace dunmora {
 
-/// Carries out what an interface file says in dynamic properties, because the file format has no
-/// words for it:
+/// Applies the dynamic properties that interface files use for what their format cannot express:
 ///
-/// - `standardKey` on an action: the platform's own shortcut, a name of QKeySequence::StandardKey;
-/// - `themeIcon`, an icon of the desktop's theme, and `symbol`, the one of ours for where the theme
-///   lacks it (see Symbols.h), on actions and buttons;
-/// - `fontScale` on a widget: how many times as large as usual its font is;
-/// - `minimumColumns` and `minimumLines` on a widget: its least width and height in characters and
-///   lines of its font;
-/// - `initialColumns` and `initialLines` on the window: its first size in characters and lines of
-///   its font, as far as the screen reaches;
+/// - `standardKey` on an action: the platform's shortcut, a name in QKeySequence::StandardKey;
+/// - `themeIcon` on actions and buttons: an icon of the desktop's theme; `symbol`: our own icon for
+///   themes without it (see Symbols.h);
+/// - `fontScale` on a widget: a factor for the size of its font;
+/// - `minimumColumns` and `minimumLines` on a widget: its minimum size in characters and lines of
+///   its font;
+/// - `initialColumns` and `initialLines` on the window: its initial size in characters and lines of
+///   its font, limited to the screen;
 /// - `acceptCommand` and `rejectCommand` on a button box: the commands of its two standard buttons,
-///   which stand in the platform's order. The first is the default button.
+///   which appear in the platform's order. The accepting button is the default button.
 ///
 /// Thread: the main thread. Errors: std::logic_error for a name that Qt does not know.
 void applyConventions(QWidget& window);

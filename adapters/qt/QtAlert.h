@@ -7,15 +7,16 @@ namespace dunmora {
 class ModalSessions;
 class QtApplication;
 
-/// Asks in a message box. The texts are shown as they are; a long one can be scrolled.
+/// Shows an alert in a window. Its texts are plain, never markup; a long text scrolls.
 class QtAlert final : public Alert {
 public:
-    /// The application must outlive it.
+    /// `application` must outlive the alert.
     explicit QtAlert(QtApplication& application) : application_(application) {}
 
     int runModal(const AlertContent& content) override;
 
-    /// The same for who is on the main thread and knows the sessions alone.
+    /// Does the same for a caller that has only the application's sessions.
+    /// Thread: the main thread.
     static int runModal(ModalSessions& sessions, const AlertContent& content);
 
 private:

@@ -11,15 +11,15 @@ namespace dunmora {
 
 /// The running program on Qt's event loop.
 ///
-/// Thread of what is not of the port: the main thread.
+/// Thread: the main thread, except where the port allows others.
 class QtApplication final : public QObject, public Application {
 public:
-    /// Qt's application must outlive it.
+    /// `application` must outlive this object.
     explicit QtApplication(QApplication& application);
 
-    /// Tells the delegate of the application's life and handles events until the process ends, with
-    /// status 0: by `terminate`, by the desktop's wish (quitting, logging out) or because the
-    /// display is gone.
+    /// Notifies the delegate and handles events until the process ends with status 0: through
+    /// `terminate`, at the desktop's request (quitting, logging out) or because the display is
+    /// gone.
     [[noreturn]] void run(ApplicationDelegate& delegate);
 
     ModalSessions& sessions() { return sessions_; }

@@ -12,22 +12,21 @@ namespace dunmora {
 
 class ModalSessions;
 
-/// A window made from an interface file, with its outlets and commands.
+/// A window created from an interface file, with its outlets and commands.
 ///
 /// An outlet is a widget with the outlet's name. A command is an action with the command's name, or
-/// a button or a check box whose dynamic property `command` names it; all that give one command are
+/// a button or check box whose dynamic property `command` names it; all controls of one command are
 /// enabled and disabled together. While a modal session runs for another window, commands do
-/// nothing but for the actions, and all of a window, with the dynamic property `alwaysUsable`. The
-/// dynamic property `closeCommand` of the window names the command of its close control and of
-/// Escape. A label whose dynamic property `blankedBy` names a view is blank from the moment that
-/// the program shows the view until the label gets its next text.
+/// nothing, except for actions and windows with the dynamic property `alwaysUsable`. The window's
+/// dynamic property `closeCommand` names the command of its close control and of Escape. A label
+/// whose dynamic property `blankedBy` names a view is cleared when the program shows that view, and
+/// stays blank until its next text.
 class QtInterface final : public Interface {
 public:
-    /// Called with a file or a folder that the user has dropped on the window.
+    /// Called with a file or folder that the user dropped on the window.
     using DropHandler = std::function<void(std::filesystem::path)>;
 
-    /// Takes a window in which the other conventions have been carried out. The sessions must
-    /// outlive it.
+    /// `window` has had `applyConventions` applied; `sessions` must outlive the interface.
     QtInterface(std::unique_ptr<QWidget> window, ModalSessions& sessions);
     ~QtInterface() override;
     QtInterface(const QtInterface&) = delete;
@@ -44,13 +43,13 @@ public:
 
     bool hasCommand(std::string_view name) const;
 
-    /// Lets the user drop a file or a folder on the window wherever this command could be used.
+    /// Accepts a file or folder dropped on the window while this command is usable.
     void setDropHandler(std::string_view command, DropHandler handler);
 
 private:
     class Content;
 
-    // Lives on the main thread, where it ends some time after this.
+    // Lives on the main thread, where it is deleted after this object.
     Content* content_;
 };
 

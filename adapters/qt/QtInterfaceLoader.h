@@ -9,21 +9,21 @@ namespace dunmora {
 
 class ModalSessions;
 
-/// Makes windows from the interface files that are built into the program.
+/// Creates windows from the interface files built into the program.
 class QtInterfaceLoader final : public InterfaceLoader {
 public:
-    /// The sessions must outlive every interface.
+    /// `sessions` must outlive every interface.
     explicit QtInterfaceLoader(ModalSessions& sessions);
-    /// Reads the files of another folder.
+    /// Loads the files from another folder.
     QtInterfaceLoader(ModalSessions& sessions, std::string folder);
 
-    /// Lets the user drop a file or a folder on every window loaded from here on that has this
-    /// command, wherever the command could be used.
+    /// Accepts a file or folder dropped on any window loaded from now on that has this command,
+    /// while the command is usable.
     void setDropHandler(std::string command, QtInterface::DropHandler handler);
 
     std::unique_ptr<Interface> load(std::string_view name) override;
 
-    /// The same for who wants to do more with it than the core does.
+    /// Returns the same interface as `load`, with the functions beyond the port.
     std::unique_ptr<QtInterface> loadInterface(std::string_view name) const;
 
 private:

@@ -6,17 +6,17 @@ namespace dunmora {
 
 class ModalSessions;
 
-/// Lets the user choose in Qt's own file dialog, with one more button that takes a folder.
+/// Lets the user choose in Qt's own file dialog, with an additional button for folders.
 class QtOpenPanel final : public OpenPanel {
 public:
-    /// The sessions must outlive it.
+    /// `sessions` must outlive the panel.
     explicit QtOpenPanel(ModalSessions& sessions) : sessions_(sessions) {}
 
     std::optional<std::filesystem::path> runModal() override;
 
 private:
     ModalSessions& sessions_;
-    // Where the next panel begins.
+    // The folder that the next panel shows first.
     std::filesystem::path folder_;
 };
 

@@ -15,7 +15,7 @@ namespace dunmora {
 
 namespace {
 
-/// Named one by one, because a title without this hint brings a close control with it.
+/// Listed explicitly: without CustomizeWindowHint a title bar comes with a close control.
 constexpr auto kFloatingFlags =
     Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowDoesNotAcceptFocus;
 
@@ -32,11 +32,11 @@ Qt::WindowFlags flagsOf(WindowLevel level)
     return Qt::Window;
 }
 
-/// Whether the user is in the middle of something else than the main window and this one: a dialog
-/// or another program.
+/// Whether the user is working in a dialog or another program rather than the main window or this
+/// one.
 bool isUserElsewhere(const QWidget& window)
 {
-    // A dialog that was just shown is to get the keyboard even if it has not got it yet.
+    // A dialog that was just shown counts even before it gets the keyboard focus.
     const auto windows = QApplication::topLevelWidgets();
     const auto* const main = mainWindow();
     return QGuiApplication::applicationState() != Qt::ApplicationActive ||
@@ -62,7 +62,7 @@ QtWindow::QtWindow(QWidget& widget, CloseRequest onCloseRequest)
 
 void QtWindow::setTitle(const std::string& title)
 {
-    // Qt takes the first of these for the place of a mark; two of them show one.
+    // Qt replaces "[*]" with its mark for modified documents, unless it is doubled.
     widget_.setWindowTitle(
         oneLineText(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
@@ -72,7 +72,7 @@ void QtWindow::setLevel(WindowLevel level)
     level_ = level;
     const bool wasVisible = widget_.isVisible();
     widget_.setAttribute(Qt::WA_ShowWithoutActivating, level == WindowLevel::Floating);
-    // Changing the flags takes the window off the screen.
+    // Changing the flags hides the window.
     widget_.setWindowFlags(flagsOf(level));
     if (wasVisible) {
         show();
@@ -82,7 +82,7 @@ void QtWindow::setLevel(WindowLevel level)
 void QtWindow::show()
 {
     if (level_ == WindowLevel::Status) {
-        // Nobody asked for it now: the next key is meant for whatever has the keyboard.
+        // The user did not open it: the next key press is meant for the focused window.
         widget_.setAttribute(Qt::WA_ShowWithoutActivating, isUserElsewhere(widget_));
     }
     showAboveMainWindow(widget_);
@@ -110,7 +110,7 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-/// Returns whether the event goes no further.
+/// Returns whether the event has been consumed.
 bool QtWindow::handleClose(QEvent& event)
 {
     if (!isClosing_ && onCloseRequest_) {
@@ -119,7 +119,7 @@ bool QtWindow::handleClose(QEvent& event)
         return true;
     }
     if (!isClosing_ && level_ == WindowLevel::Floating) {
-        // It has no close control, but a window manager may have other ways to ask.
+        // It has no close control, but window managers offer other ways to close.
         event.ignore();
         return true;
     }

@@ -13,11 +13,11 @@ namespace dunmora {
 /// The window of an interface.
 class QtWindow final : public QObject, public Window {
 public:
-    /// What the close control and Escape do; without one, the control closes the window and Escape
+    /// Called for the close control and Escape. If empty, the control closes the window and Escape
     /// does nothing.
     using CloseRequest = std::function<void()>;
 
-    /// The widget must be a window and outlive it.
+    /// `widget` must be a top-level window and outlive this object.
     QtWindow(QWidget& widget, CloseRequest onCloseRequest);
 
     void setTitle(const std::string& title) override;

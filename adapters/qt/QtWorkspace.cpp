@@ -13,8 +13,7 @@ namespace dunmora {
 
 namespace {
 
-/// Whether a new message would have files of the user's in it: some mail programs attach what such
-/// an address names, without a question.
+/// Whether the URL attaches files to the new message: some mail programs do so without asking.
 bool attachesFiles(const QUrl& message)
 {
     const auto fields = QUrlQuery(message).queryItems(QUrl::FullyDecoded);

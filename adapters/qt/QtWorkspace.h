@@ -6,11 +6,11 @@ namespace dunmora {
 
 class QtApplication;
 
-/// Opens web pages and new messages in the user's own programs, and nothing else: a URL that came
-/// from elsewhere must not start a program, show a file or send one.
+/// Opens web pages and new messages in the user's programs, and nothing else: an untrusted URL must
+/// not start a program, show a file or send one.
 class QtWorkspace final : public Workspace {
 public:
-    /// The application must outlive it.
+    /// `application` must outlive the workspace.
     explicit QtWorkspace(QtApplication& application) : application_(application) {}
 
     bool openURL(const std::string& url) override;

@@ -5,9 +5,10 @@
 
 namespace dunmora {
 
-/// A line drawing in the colour of the texts, or a sign in its own colours, for where the desktop
-/// has no icon of its own: "about", "close", "delete", "find", "open", "quit", "reload"; "doubt",
-/// "information", "loss". It is sharp in every size.
+/// One of our own icons, for desktops whose theme has none: line drawings in the text colour of the
+/// current palette ("about", "close", "delete", "find", "open", "quit", "reload"), and warning
+/// signs in fixed colours ("doubt", "information", "loss"). It is sharp at any size and pixel
+/// ratio, and follows changes of the palette.
 ///
 /// Thread: the main thread. Errors: std::logic_error for any other name.
 QIcon symbolIcon(const QString& name);

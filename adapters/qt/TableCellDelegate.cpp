@@ -16,14 +16,15 @@ namespace dunmora {
 
 namespace {
 
-/// How much of the text's colour a band takes: enough to be seen beside the bare base.
+/// The share of the text's colour in the background of every other group: enough to see the
+/// difference from the base colour.
 constexpr double kBand = 0.06;
-/// What is left of it after a style has darkened it is seen on the base.
+/// Stays visible on the base colour even after a style has darkened it.
 constexpr double kOutline = 0.6;
-/// A line has three times the luminance of its ground, or a third of it.
+/// Gives a line three times, or a third of, the luminance of its background.
 constexpr double kLine = 0.45;
 
-/// The ground with so much of the ink in it: right for dark inks and for light ones.
+/// Blends a share of one colour into another; works for light and dark text alike.
 QColor mixed(const QColor& ground, const QColor& ink, double share)
 {
     const auto mix = [share](float from, float to) {
@@ -41,7 +42,7 @@ QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option)
     return option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
 }
 
-/// As much of the text as could be seen in that width, so that the rest is never laid out.
+/// Returns no more of the text than fits in the width, so that Qt does not lay out the rest.
 QString visiblePart(const QString& text, int width)
 {
     constexpr int kLeastCharacters = 64;
@@ -64,7 +65,7 @@ int TableCellDelegate::rowHeight() const
     const int content = std::max({table_.fontMetrics().height(),
                                   style->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, &table_),
                                   style->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &table_)});
-    // Room to breathe, and more of it with a bigger font.
+    // The spacing grows with the font.
     return content + std::max(table_.fontMetrics().height() / 2, textMargins());
 }
 
@@ -110,7 +111,7 @@ void TableCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     const auto ink = palette.color(group, QPalette::Text);
 
     painter->save();
-    // Letters may be taller than their line; they end where the cell does.
+    // Letters may be taller than their line; do not draw beyond the cell.
     painter->setClipRect(option.rect, Qt::IntersectClip);
     auto shown = cell(option, index, *drawn);
     if (drawn->style.group % 2 == 1) {
@@ -124,7 +125,7 @@ void TableCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
                           mixed(base, ink, kLine));
     }
     if (hasFocus) {
-        // Styles hint at the cell that has the keyboard; here it says to which row Space belongs.
+        // Styles barely mark the focused cell, but here it shows which row Space toggles.
         const bool isSelected = option.state.testFlag(QStyle::State_Selected);
         painter->setPen(isSelected ? palette.color(group, QPalette::HighlightedText) : ink);
         painter->setBrush(Qt::NoBrush);
@@ -167,7 +168,7 @@ bool TableCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
         }
         paragraphs << oneLineText(drawn->style.warning.text);
     }
-    // An empty tip takes the one of another cell away.
+    // An empty text hides the tool tip of another cell.
     QToolTip::showText(event->globalPos(), toolTipText(paragraphs), view->viewport(),
                        table_.visualRect(index));
     return true;
@@ -185,8 +186,8 @@ QStyleOptionViewItem TableCellDelegate::cell(const QStyleOptionViewItem& base,
         option.features |= QStyleOptionViewItem::HasCheckIndicator;
         option.checkState = drawn.isChecked ? Qt::Checked : Qt::Unchecked;
         option.state |= drawn.isChecked ? QStyle::State_On : QStyle::State_Off;
-        // A style that darkens the window's colour for the box's outline draws none that could be
-        // seen on a dark ground.
+        // A style that darkens the window's colour for the outline of a check box would draw it
+        // invisibly on a dark background.
         option.palette.setColor(QPalette::Window,
                                 mixed(option.palette.color(QPalette::Base),
                                       option.palette.color(QPalette::Text), kOutline));

@@ -12,32 +12,33 @@
 
 namespace dunmora {
 
-/// The bar in which the user types what the rows of a table have to contain. It tells how many do.
+/// The bar in which the user types a text that the shown rows must contain. It shows how many rows
+/// match.
 ///
 /// Thread: the main thread. Errors: none.
 class TableFilterBar final : public QObject {
 public:
-    /// What the user does in the bar.
     struct Handlers {
+        /// The text has changed.
         std::function<void()> typed;
-        /// The user wants to go to the rows that are shown.
+        /// The user moves on to the rows that are shown.
         std::function<void()> left;
-        /// The user wants to see all rows again.
+        /// The user closes the bar.
         std::function<void()> closed;
     };
 
-    /// A table without a bar has none of the two.
+    /// The bar and the line are null for a table without a filter.
     TableFilterBar(QWidget* bar, QLineEdit* line, Handlers handlers);
 
     bool isOpen() const { return isOpen_; }
-    /// What the rows have to contain; empty while the bar is closed.
+    /// The text that rows must contain; empty while the bar is closed.
     QString text() const;
 
-    /// Shows the bar and leads the keyboard to it.
+    /// Shows the bar and moves the keyboard focus to it.
     void open();
-    /// Forgets the text and hides the bar.
+    /// Clears the text and hides the bar.
     void close();
-    /// Takes the bar out of the layout together with its table.
+    /// Hides the bar together with its table.
     void setTableHidden(bool hidden);
     void setEnabled(bool enabled);
     bool hasFocus() const;

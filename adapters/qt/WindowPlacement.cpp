@@ -11,8 +11,7 @@ namespace dunmora {
 
 namespace {
 
-/// The nearest rectangle of the same size that lies in the area, or its top left corner where it is
-/// larger.
+/// Moves the rectangle into the area; one that is too large starts at the top left corner.
 QRect movedInto(const QRect& area, QRect place)
 {
     place.moveLeft(std::max(area.left(), std::min(place.left(), area.right() - place.width() + 1)));
@@ -24,12 +23,12 @@ void placeAbove(QWidget& window, const QWidget& below)
 {
     window.ensurePolished();
     window.adjustSize();
-    // Only a window of the window system can belong to another one.
+    // Creates the native window, which the transient parent needs.
     window.winId();
     window.windowHandle()->setTransientParent(below.windowHandle());
     QRect place(QPoint(), window.size());
     if (window.windowFlags().testFlag(Qt::WindowStaysOnTopHint)) {
-        // The middle belongs to dialogs, which it would cover.
+        // In the middle it would cover dialogs.
         place.moveTopRight(below.frameGeometry().topRight());
     } else {
         place.moveCenter(below.frameGeometry().center());
@@ -51,7 +50,7 @@ QWidget* mainWindow()
 void showAboveMainWindow(QWidget& window)
 {
     const auto* const below = mainWindow();
-    // Qt itself places a window that has a parent.
+    // Qt places windows that have a parent.
     if (!window.isVisible() && window.parentWidget() == nullptr && below != nullptr &&
         below != &window) {
         placeAbove(window, *below);

@@ -4,12 +4,12 @@ class QWidget;
 
 namespace dunmora {
 
-/// The window that all others belong to; none before it is made.
+/// The visible main window, which all others belong to; null if there is none.
 /// Thread: the main thread.
 QWidget* mainWindow();
 
-/// Puts a window on the screen above the main one and keeps it above: in its middle, or in its top
-/// right corner one that stays above every window. It gets the keyboard unless it has the attribute
+/// Shows a window and keeps it above the main window: centred, or in the top right corner if it
+/// stays on top of every window. Activates it unless it has the attribute
 /// Qt::WA_ShowWithoutActivating.
 /// Thread: the main thread.
 void showAboveMainWindow(QWidget& window);
