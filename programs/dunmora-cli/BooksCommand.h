@@ -7,9 +7,8 @@ namespace dunmora {
 struct BooksRequest;
 struct CliEnvironment;
 
-/// Lists the address books that the user's desktop keeps. Those that could not be read are listed,
-/// too, and the user is told why.
-/// Errors: PlatformError when the desktop cannot be asked, CommandError.
+/// Lists the desktop's address books, including those that could not be read, and reports why.
+/// Errors: PlatformError when the desktop cannot be reached, CommandError.
 ExitCode listBooks(const BooksRequest& request, const CliEnvironment& environment);
 
 }  // namespace dunmora

@@ -5,7 +5,7 @@
 
 namespace dunmora {
 
-/// What the program tells the shell when it ends.
+/// The exit codes of the program.
 enum class ExitCode {
     Done = 0,
     /// The address book could not be read or saved, or the deletion was refused.
@@ -13,7 +13,7 @@ enum class ExitCode {
     WrongUse = 2,
 };
 
-/// A command that cannot go on: one line for the user and the program's exit code.
+/// An error that ends a command: one line for the user, and the exit code.
 class CommandError final : public std::runtime_error {
 public:
     CommandError(ExitCode exitCode, const std::string& text)

@@ -7,11 +7,11 @@
 
 namespace dunmora {
 
-/// Whether a text is for a program, which gets its bytes, or may be shown on a terminal.
+/// Whether texts are written unchanged, for other programs, or made safe for a terminal.
 enum class CsvTexts { AsTheyAre, Printable };
 
-/// The review as RFC 4180 has it: a header, then a record a person; groups are counted from 1,
-/// times are in UTC.
+/// The review as CSV (RFC 4180): a header, then one record per person. Groups count from 1; times
+/// are in UTC.
 std::string contactCsv(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
                        CsvTexts texts);
 

@@ -11,7 +11,7 @@
 
 namespace dunmora {
 
-/// What the review's document says beside the people.
+/// The members of the review's document other than the people.
 struct ReviewHead {
     std::string_view addressBook;
     std::vector<std::string_view> match;
@@ -23,7 +23,7 @@ std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGr
                        const ReviewHead& head, JsonCharacters characters);
 
 /// A deletion's result as one JSON document on one line, with a line end: who was (or, in a dry
-/// run, would be) deleted, and what the engine holds after it.
+/// run, would be) deleted, and the counts after it.
 std::string deletionJson(const ContactsParser& engine, std::span<const std::string> deleted,
                          bool dryRun, JsonCharacters characters);
 

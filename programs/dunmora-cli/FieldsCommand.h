@@ -7,7 +7,7 @@ namespace dunmora {
 struct CliEnvironment;
 struct FieldsRequest;
 
-/// Stores the match fields of the preferences, if any are given, and shows what is stored.
+/// Stores the match fields, if any are given, and shows the stored ones.
 /// Errors: CommandError.
 ExitCode showOrStoreFields(const FieldsRequest& request, const CliEnvironment& environment);
 

@@ -5,8 +5,8 @@
 
 namespace dunmora {
 
-/// How characters from DEL on stand in a JSON text: as UTF-8, or escaped so that a terminal sees
-/// printable ASCII only.
+/// How characters from DEL on are written in a JSON text: as UTF-8, or escaped so that a terminal
+/// sees printable ASCII only.
 enum class JsonCharacters { Utf8, Ascii };
 
 /// Appends the text as a JSON string (RFC 8259), quotes included. Bytes that are not UTF-8 become

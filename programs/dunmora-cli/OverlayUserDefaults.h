@@ -8,8 +8,8 @@
 
 namespace dunmora {
 
-/// The user's preferences with some values of this run's own above them; whatever is set stays in
-/// this overlay and is never stored.
+/// The user's preferences, overridden by values for this run. A value that is set stays in the
+/// overlay and is never stored.
 class OverlayUserDefaults final : public UserDefaults {
 public:
     /// `below` must outlive the overlay.
@@ -26,7 +26,7 @@ private:
         bool value;
     };
 
-    /// The overlay's own entry under the key, or none. The mutex is held.
+    /// The overlay's entry under the key; null if there is none. The caller holds the mutex.
     const Entry* find(std::string_view key) const;
 
     const UserDefaults& below_;

@@ -6,7 +6,7 @@
 
 namespace dunmora {
 
-/// A terminal's way to open an address: it shows it, one a line.
+/// Prints each URL on a line instead of opening it.
 class PrintingWorkspace final : public Workspace {
 public:
     explicit PrintingWorkspace(std::ostream& out) : out_(out) {}

@@ -51,7 +51,7 @@ void ProgressLine::showProgress(const Progress& progress)
     // A deletion counts in steps of two and ends beyond its total.
     const auto percent =
         std::clamp<std::int64_t>(std::int64_t{progress.current} * 100 / progress.total, 0, 100);
-    // One drawing a step that can be seen, however many people there are.
+    // Redraws only when the percentage changes, however many people there are.
     if (percent == drawnPercent_) {
         return;
     }
@@ -69,7 +69,7 @@ void ProgressLine::showProgress(const Progress& progress)
 
 void ProgressLine::draw(const std::string& line)
 {
-    // A line that wrapped could not be drawn over.
+    // A wrapped line could not be overwritten.
     if (displayWidth(line) >= width_) {
         return;
     }

@@ -10,8 +10,8 @@ namespace dunmora {
 
 struct Progress;
 
-/// Shows on one line of a terminal, drawn over and over, what the running job says and how far it
-/// is. It listens to the job notifications as long as it lives and leaves no trace.
+/// Shows the running job's message and progress on one line of a terminal, which it clears at the
+/// end. Observes the job notifications as long as it lives.
 /// Thread: one job at a time.
 class ProgressLine final {
 public:

@@ -7,8 +7,8 @@ namespace dunmora {
 
 struct CliEnvironment;
 
-/// Runs the terminal program with these arguments (its name is not among them) and returns its
-/// exit code. Whatever goes wrong is told in a line on standard error.
+/// Runs the terminal program with these arguments (without its name) and returns its exit code.
+/// Reports an error in one line on standard error.
 /// Thread: the main thread. Errors: none.
 int runCli(std::span<const std::string> arguments, const CliEnvironment& environment);
 

@@ -6,7 +6,7 @@
 
 namespace dunmora {
 
-/// An alert on a terminal: it prints the text and, where there is a choice, reads one line.
+/// An alert on a terminal: prints the text and, if there are two buttons, reads one line.
 /// "y", "yes", "ok" and "okay" in any case take the default button; everything else, plain Enter
 /// and the end of the input take the alternate one.
 class TerminalAlert final : public Alert {

@@ -16,7 +16,7 @@ void append(std::string& out, long number, std::size_t digits)
     out += text;
 }
 
-/// As to_time_t, which counts in nanoseconds on the way and so knows only the years 1677 to 2262.
+/// Like to_time_t, which converts to nanoseconds and so covers only the years 1677 to 2262.
 std::time_t secondsOf(std::chrono::sys_seconds time)
 {
     return time.time_since_epoch().count();

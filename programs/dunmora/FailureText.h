@@ -4,9 +4,9 @@
 
 namespace dunmora {
 
-/// What to tell the user of the exception that is being handled: the words of a `PlatformError`,
-/// which are for users, or a sentence of ours around those of another one.
-/// Thread: any, within a `catch`.
+/// Describes the exception being handled for the user: the text of a `PlatformError` as it is, or a
+/// general message that contains the text of any other exception.
+/// Thread: any; call it in a `catch` block.
 std::string failureText();
 
 }  // namespace dunmora

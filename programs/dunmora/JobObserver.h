@@ -5,7 +5,7 @@
 
 namespace dunmora {
 
-/// Who hears when jobs begin, fail and end. A job is a thread that the program detached, under the
+/// Is notified when jobs begin, fail and end. A job is a thread that the program detached, with the
 /// thread's name.
 ///
 /// Thread: the main thread. Errors: none.
@@ -13,11 +13,11 @@ class JobObserver {
 public:
     virtual ~JobObserver() = default;
 
-    /// A job begins and none was running.
+    /// A job begins while none is running.
     virtual void jobsBegan(std::string_view name) = 0;
 
-    /// A job has ended by an error, told in words for the user. The job counts as running until
-    /// this returns, and so do those begun meanwhile.
+    /// A job has failed; `text` is a message for the user. The job counts as running until this
+    /// returns, as do jobs started meanwhile.
     virtual void jobFailed(std::string_view name, const std::string& text) = 0;
 
     /// The last job has ended.

@@ -4,9 +4,8 @@ namespace dunmora {
 
 class Bundle;
 
-/// The program with windows, from its arguments to its exit status. It returns only where no window
-/// is shown.
-/// Thread: the main thread, before any other runs. Errors: none.
+/// Runs the program with windows. Returns its exit status, but only if no window was shown.
+/// Thread: the main thread, before any other thread starts. Errors: none.
 int runDunmora(int argc, char** argv, Bundle& bundle);
 
 }  // namespace dunmora

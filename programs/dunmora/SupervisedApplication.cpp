@@ -29,9 +29,9 @@ void SupervisedApplication::run(const std::string& name, const std::function<voi
 {
     std::optional<std::string> failure;
     try {
-        // The dialog that follows a load shows the match fields that other programs stored
-        // meanwhile. What the user then confirms holds for the search and for its rows: the fields
-        // do not change under them.
+        // The dialog that follows a load shows match fields that other programs have stored since.
+        // The fields that the user confirms there must not change during the search and while its
+        // rows are shown.
         if (name == kThreadLoadContacts) {
             Platform::current().userDefaults.synchronize();
         }
@@ -49,7 +49,7 @@ void SupervisedApplication::jobEnded(const std::string& name,
         try {
             observer_->jobFailed(name, *failure);
         } catch (...) {
-            // Whatever became of the windows, the count has to stay true.
+            // The count must stay correct even if the windows are in a bad state.
             std::cerr << "dunmora: " << *failure << "\ndunmora: " << failureText() << '\n';
         }
     }

@@ -10,18 +10,18 @@ namespace dunmora {
 
 class JobObserver;
 
-/// Another application whose threads are watched: their number is known, and what leaves one of
-/// them is caught and told.
+/// Wraps another application and supervises its jobs: counts their threads, and reports exceptions
+/// that leave them.
 class SupervisedApplication final : public Application {
 public:
-    /// `application` must outlive it.
+    /// `application` must outlive this object.
     explicit SupervisedApplication(Application& application) : application_(application) {}
     ~SupervisedApplication() override = default;
     SupervisedApplication(const SupervisedApplication&) = delete;
     SupervisedApplication& operator=(const SupervisedApplication&) = delete;
 
-    /// Tells this one of all jobs from here on; none is none. It must outlive the application, or
-    /// the last call of this. Thread: the main thread, while no job runs.
+    /// `observer` may be null; it must stay alive until it is replaced or this object is destroyed.
+    /// Thread: the main thread, while no job runs.
     void setObserver(JobObserver* observer) { observer_ = observer; }
 
     /// Whether a job runs. Thread: the main thread.
@@ -34,7 +34,7 @@ public:
     }
     void abortModal() override { application_.abortModal(); }
 
-    /// A thread that cannot be started is a job that failed.
+    /// Reports a thread that cannot be started as a failed job.
     void detachNewThread(std::string_view name, std::function<void()> body) override;
     void performOnMainThread(const std::function<void()>& work) override
     {
@@ -43,12 +43,12 @@ public:
 
 private:
     void run(const std::string& name, const std::function<void()>& body);
-    /// With a text the job has failed.
+    /// `failure` is a message for the user if the job has failed.
     void jobEnded(const std::string& name, const std::optional<std::string>& failure);
 
     Application& application_;
     JobObserver* observer_ = nullptr;
-    // Changes on the main thread alone.
+    // Used on the main thread only.
     std::size_t running_ = 0;
 };
 
