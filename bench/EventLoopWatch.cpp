@@ -46,7 +46,7 @@ bool EventLoopWatch::event(QEvent* event)
         return QObject::event(event);
     }
     const std::lock_guard guard(mutex_);
-    // Of a stage that began while the event waited, it was the beginning that made it wait.
+    // If a new stage began while the event waited, the wait counts for the new stage.
     auto& seen = seen_[stage_];
     seen.longestGap = std::max<Milliseconds>(seen.longestGap, Clock::now() - sentAt_);
     seen.longestWork = std::max(seen.longestWork, processorTime() - processorTimeWhenSent_);

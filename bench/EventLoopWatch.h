@@ -13,19 +13,19 @@
 
 namespace dunmora::bench {
 
-/// Measures how long whatever comes to the main thread's event loop has to wait there: a thread of
-/// its own posts an event about every millisecond, when the one before has been handled.
+/// Measures how long events wait for the main thread's event loop. A thread posts an event about
+/// every millisecond, after the previous one was handled.
 class EventLoopWatch final : public QObject {
 public:
     using Milliseconds = std::chrono::duration<double, std::milli>;
 
-    /// What was seen while one stage lasted.
+    /// The measurements of one stage.
     struct Stage {
         Milliseconds lasted{};
-        /// The longest that an event waited.
+        /// The longest time that an event waited.
         Milliseconds longestGap{};
-        /// The most processor time that the main thread took while an event waited: what is left of
-        /// the gap when other programs have the processor, too.
+        /// The most processor time that the main thread used while an event waited. The rest of the
+        /// gap was waiting for a processor.
         Milliseconds longestWork{};
     };
 
@@ -35,13 +35,13 @@ public:
     EventLoopWatch(const EventLoopWatch&) = delete;
     EventLoopWatch& operator=(const EventLoopWatch&) = delete;
 
-    /// What waits from now on counts for this stage. Thread: any.
+    /// Begins a stage: events that are waiting or posted from now on count for it. Thread: any.
     void begin(const std::string& stage);
 
-    /// Ends the stage that was begun last. Thread: any.
+    /// Ends the current stage. Thread: any.
     void end() { begin({}); }
 
-    /// What was seen in the stage so far. Thread: any.
+    /// The measurements of this stage so far. Thread: any.
     Stage seenIn(const std::string& stage) const;
 
 protected:
@@ -64,7 +64,7 @@ private:
     Clock::time_point stageBegan_;
     std::map<std::string, Stage> seen_;
 
-    // Uses all of the above.
+    // Last, because it uses all of the above.
     std::jthread thread_;
 };
 

@@ -7,19 +7,19 @@
 
 namespace dunmora::bench {
 
-/// Qt's application, without a display and in a style that is the same everywhere.
+/// A Qt application without a display, in a style that is the same everywhere.
 class OffscreenApplication final {
 public:
     OffscreenApplication(int& argc, char** argv) : application_(prepared(argc), argv) {}
 
 private:
-    /// What has to be there before the application is.
+    /// Sets up what must precede the application.
     static int& prepared(int& argc)
     {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(
             [](QtMsgType /*type*/, const QMessageLogContext& /*place*/, const QString& text) {
-                // A platform without a screen regrets a lot.
+                // The offscreen platform prints many warnings.
                 if (!text.startsWith(QLatin1String("This plugin does not support"))) {
                     std::cerr << text.toStdString() << '\n';
                 }

@@ -14,7 +14,7 @@ std::string digits(std::size_t number, std::size_t count)
     return plain.size() < count ? std::string(count - plain.size(), '0') + plain : plain;
 }
 
-/// A name of four syllables, another one for each of 160,000 people.
+/// A name of four syllables, different for each of 160,000 people.
 std::string lastName(std::size_t person)
 {
     static constexpr std::array<std::string_view, 20> kSyllables = {
@@ -29,7 +29,7 @@ std::string lastName(std::size_t person)
     return name;
 }
 
-/// First names, with which 160,000 last names make 2,560,000 people.
+/// First names; with 160,000 last names they make 2,560,000 people.
 std::string_view firstName(std::size_t person)
 {
     static constexpr std::array<std::string_view, 16> kNames = {
@@ -66,7 +66,7 @@ std::string bigBook(const BigBook& book)
     for (std::size_t person = 0; person < people; ++person) {
         appendCard(text, person, 0);
     }
-    // Those with a copy are spread evenly over the book.
+    // Spread the people with a copy evenly over the book.
     const auto copies = book.cards - people;
     for (std::size_t copy = 0; copy < copies; ++copy) {
         appendCard(text, copy * people / copies, 1);

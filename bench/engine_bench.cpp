@@ -9,7 +9,7 @@ namespace dunmora::bench {
 
 namespace {
 
-/// Loading everyone and finding the duplicates: what the user waits for.
+/// Loads everyone and finds the duplicates.
 void loadAndFindDupes(benchmark::State& state)
 {
     const auto people = static_cast<std::size_t>(state.range(0));
@@ -22,7 +22,7 @@ void loadAndFindDupes(benchmark::State& state)
         benchmark::DoNotOptimize(engine.duplicates().size());
     }
 
-    // Shown in seconds with a prefix, such as 350n.
+    // Printed in seconds with a prefix, such as 350n.
     state.counters["per_person"] = benchmark::Counter(
         static_cast<double>(people),
         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);

@@ -1,4 +1,4 @@
-// Reads the cards of a file with GNOME's EVCard: what list_bench sets our time against.
+// Reads the cards of a file with GNOME's EVCard, with which list_bench compares our time.
 
 #include <libebook-contacts/libebook-contacts.h>
 
@@ -21,7 +21,7 @@ int main(int argc, char** argv)
         const auto found = text.find(kEnd, begin);
         const auto end = found == std::string::npos ? text.size() : found + kEnd.size();
         auto* card = e_vcard_new_from_string(text.substr(begin, end - begin).c_str());
-        // A card is taken apart when it is first asked for something.
+        // EVCard parses a card at its first access.
         properties += g_list_length(e_vcard_get_attributes(card));
         g_object_unref(card);
         begin = end;

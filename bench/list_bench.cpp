@@ -1,10 +1,11 @@
-// Measures the processor time (user and system) of the terminal program on big books, beside that
-// of `wc -l` and of GNOME's EVCard on the same file in the same run, and prints a table. Machines
-// differ and are noisy: the ratios say more than the milliseconds, and nothing fails on a time.
+// Measures the processor time (user and system) of the terminal program on big books, next to that
+// of `wc -l` and of GNOME's EVCard on the same file in the same run, and prints a table. The ratios
+// mean more than the milliseconds, because computers differ; no time is a failure.
 //
 //     list_bench DUNMORA-CLI [EVCARD-READ [CARDS]]
 //
-// The smallest book has so many cards, 100,000 unless told; without a name EVCard is left out.
+// CARDS is the size of the smallest book, by default 100,000. Without EVCARD-READ, or if it is
+// empty, EVCard is not measured.
 
 #include "bench/big_book.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -38,8 +39,8 @@ double milliseconds(const timeval& time)
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
 }
 
-/// The processor time in milliseconds that `work` takes in a process of its own. Its standard
-/// output goes nowhere.
+/// Runs `work` in a child process, discards its standard output, and returns the processor time in
+/// milliseconds.
 double processorTime(const std::function<void()>& work)
 {
     const auto child = ::fork();
@@ -58,7 +59,7 @@ double processorTime(const std::function<void()>& work)
     return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
 }
 
-/// To run a program in place of this process.
+/// Returns a function that replaces this process with a program.
 std::function<void()> program(std::vector<std::string> arguments)
 {
     return [arguments = std::move(arguments)]() mutable {
@@ -72,7 +73,7 @@ std::function<void()> program(std::vector<std::string> arguments)
     };
 }
 
-/// The median of several runs, each after `prepare`.
+/// Returns the median time of several runs, each after `prepare`.
 double median(
     const std::function<void()>& work, const std::function<void()>& prepare = [] {})
 {
@@ -94,7 +95,7 @@ void printRow(const Cells&... cells)
     ((std::cout << std::setw(kColumnWidth) << cells), ...) << std::endl;
 }
 
-/// Lists of books of several sizes: the cost a card must not grow with the book.
+/// Lists books of several sizes: the cost per card must not grow with the book.
 void measureLists(const std::string& cli, const std::string& evcardRead, std::size_t fewestCards,
                   const fs::path& folder)
 {
@@ -120,7 +121,7 @@ void measureLists(const std::string& cli, const std::string& evcardRead, std::si
     }
 }
 
-/// The deletion of all copies of a book in which everyone is there twice.
+/// Deletes all copies from a book with two cards for everyone.
 void measureDeletion(const std::string& cli, std::size_t cards, const fs::path& folder)
 {
     const auto book = bigBook({.cards = cards, .percentWithCopy = 100});
@@ -149,7 +150,7 @@ int main(int argc, char** argv)
     try {
         const dunmora::test::TemporaryFolder temporary;
         const auto& folder = temporary.path();
-        // The user's own preferences are neither asked nor touched.
+        // Neither reads nor changes the user's preferences.
         // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread
         ::setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
         const std::size_t cards = arguments.size() > 3 ? std::stoul(arguments[3]) : 100'000;

@@ -8,7 +8,7 @@ namespace dunmora::bench {
 
 namespace {
 
-/// One post of progress, which a job makes for every person, to as many observers as the argument.
+/// Posts progress, as a job does for every person. The argument is the number of observers.
 void postProgress(benchmark::State& state)
 {
     NotificationCenter center;

@@ -7,7 +7,7 @@ namespace dunmora::bench {
 
 namespace {
 
-/// One read of a preference, which the engine makes six times for every person.
+/// Reads a preference, as the engine does six times for every person.
 void readPreference(benchmark::State& state)
 {
     const auto folder =

@@ -15,12 +15,13 @@ namespace dunmora::bench {
 
 namespace {
 
-/// As many as a job over a big address book posts in one pass.
+/// As many posts as a job makes in one pass over a big address book.
 constexpr std::int32_t kPosts = 100'000;
 
 using Seconds = std::chrono::duration<double>;
 
-/// The time that a worker takes for all posts of a pass while the main thread handles events.
+/// Returns the time that a worker needs for all posts of a pass while the main thread handles
+/// events.
 template <typename Post>
 Seconds timeOfPass(Post post)
 {
@@ -39,7 +40,7 @@ Seconds timeOfPass(Post post)
     return time;
 }
 
-/// As a job does: one object for all posts.
+/// Uses one object for all posts, as a job does.
 Seconds timeOfProgress()
 {
     const auto progress = std::make_shared<Progress>(Progress{.total = kPosts, .current = 0});
@@ -57,8 +58,8 @@ Seconds timeOfMessages()
     });
 }
 
-/// Sets what a pass takes with a window open in Qt beside the same with the fakes' window and
-/// without anybody who listens, all in the same iteration, so that a busy machine is busy for all.
+/// Compares a pass with an open Qt window with a pass with a fake window and one without observers.
+/// All are in the same iteration, so that other work on the computer affects them equally.
 void compare(benchmark::State& state, Seconds (*timeOfPosts)())
 {
     Seconds unheard{};
@@ -81,20 +82,20 @@ void compare(benchmark::State& state, Seconds (*timeOfPosts)())
         state.SetIterationTime(time.count());
     }
     const auto posts = static_cast<double>(state.iterations());
-    // Shown in seconds with a prefix, such as 35n.
+    // Printed in seconds with a prefix, such as 35n.
     state.counters["unheard"] = unheard.count() / posts;
     state.counters["quiet_window"] = quiet.count() / posts;
     state.counters["x_unheard"] = drawn / unheard;
     state.counters["x_quiet_window"] = drawn / quiet;
 }
 
-/// One post of progress from a worker while the main thread draws the real progress window.
+/// Posts progress from a worker while the main thread draws the real progress window.
 void postProgressToQtWindow(benchmark::State& state)
 {
     compare(state, timeOfProgress);
 }
 
-/// One post of a text to show, on the same way.
+/// Posts a text in the same way.
 void postMessageToQtWindow(benchmark::State& state)
 {
     compare(state, timeOfMessages);

@@ -10,8 +10,8 @@ namespace dunmora::bench {
 
 namespace {
 
-/// One post of progress with a progress window open whose bar costs nothing: the whole way from
-/// the job to the setters of the bar.
+/// Posts progress while a fake progress window is open: measures everything from the job to the
+/// setters of the bar.
 void postProgressToWindow(benchmark::State& state)
 {
     const auto desktop = std::make_unique<test::QuietDesktop>();

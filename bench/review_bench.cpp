@@ -13,7 +13,7 @@ namespace dunmora::bench {
 
 namespace {
 
-/// What the main thread does with the groups of a review in which everyone stands twice.
+/// The main thread's work with the groups of a review in which everyone has a copy.
 class EveryoneTwice {
 public:
     explicit EveryoneTwice(const benchmark::State& state)
@@ -49,7 +49,7 @@ void countWarnings(benchmark::State& state)
     }
 }
 
-/// Every row is edited in one go.
+/// Edits all rows in one operation.
 void followEdits(benchmark::State& state)
 {
     const auto review = std::make_unique<EveryoneTwice>(state);

@@ -31,8 +31,8 @@ constexpr std::int64_t kManyRows = 1'000'000;
 
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-/// The main window with a review in its table in which everyone stands twice. The engine's rows are
-/// found once for all measurements with as many.
+/// The main window with a review in which everyone has a copy. All measurements with the same
+/// number of rows share the engine's result.
 class Review final {
 public:
     explicit Review(const benchmark::State& state)
@@ -41,7 +41,7 @@ public:
         engine_.load();
         engine_.findDupes();
         interface_->tableView("tableContacts").setDataSource(&contacts, &review);
-        // As large as a screen of today shows it.
+        // As large as on a current screen.
         table.window()->resize(1920, 1080);
         interface_->window().show();
         reload();
@@ -57,14 +57,14 @@ public:
     Review(const Review&) = delete;
     Review& operator=(const Review&) = delete;
 
-    /// What the end of a search or of a deletion does to the table.
+    /// Updates the table as the end of a search or of a deletion does.
     void reload()
     {
         const Payload none;
         contacts.OnReloadContacts({kMsgReload, nullptr, none});
     }
 
-    /// Draws what is in view now.
+    /// Draws the visible part.
     void draw() { table.viewport()->repaint(); }
 
 private:
@@ -92,19 +92,19 @@ public:
     QLineEdit& filter = widgetNamed<QLineEdit>("tableContactsFilter");
 };
 
-/// In seconds. Other programs that use the machine do not count.
+/// This process's processor time in seconds.
 double processorTime()
 {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-/// One frame of scrolling, in which every row in view is another one than before.
+/// Draws one frame of scrolling, in which all visible rows are new.
 void scrollFrame(benchmark::State& state)
 {
     static double frameOfFewRows = 0;
     const auto review = std::make_unique<Review>(state);
     auto& bar = *review->table.verticalScrollBar();
-    // Far enough for other rows each time, all over the table.
+    // Far enough to show other rows each time, all over the table.
     constexpr int kFramesFromEndToEnd = 1009;
     const int step = std::max(bar.maximum() / kFramesFromEndToEnd, bar.pageStep());
 
@@ -123,8 +123,8 @@ void scrollFrame(benchmark::State& state)
         static_cast<double>(bar.pageStep()) / review->table.rowHeight(0);
 }
 
-/// One letter typed into the filter, until the rows that are left have been drawn. Everyone is
-/// searched each time.
+/// Types one letter into the filter and waits until the matching rows are drawn. Searches all rows
+/// each time.
 void typeIntoFilter(benchmark::State& state)
 {
     const auto review = std::make_unique<Review>(state);
@@ -153,7 +153,7 @@ void typeIntoFilter(benchmark::State& state)
     state.counters["longest_turn_ms"] = longest.count();
 }
 
-/// Every row is selected, and all of them are checked or unchecked in one go.
+/// Selects every row and checks or unchecks all of them in one operation.
 void selectAllAndMark(benchmark::State& state)
 {
     const auto review = std::make_unique<Review>(state);
@@ -172,7 +172,7 @@ void selectAllAndMark(benchmark::State& state)
     }
 }
 
-/// The table takes over the engine's rows and draws the first ones.
+/// Loads the engine's rows into the table and draws the first ones.
 void reloadTable(benchmark::State& state)
 {
     const auto review = std::make_unique<Review>(state);

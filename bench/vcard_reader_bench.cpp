@@ -7,7 +7,7 @@ namespace dunmora::bench {
 
 namespace {
 
-/// Reading a book that is in memory already.
+/// Parses a book that is already in memory.
 void readCards(benchmark::State& state)
 {
     const auto text = bigBook({.cards = static_cast<std::size_t>(state.range(0))});

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds what is shipped and the benchmarks in build/bench, and prints what they measure.
+# Builds the release and the benchmarks in build/bench and prints the measurements.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -1,7 +1,6 @@
-"""What assistive technology sees of a program, asked over the accessibility bus.
+"""A program as assistive technology sees it, over the accessibility bus.
 
-It asks anew each time and remembers nothing, so that what it tells is always what the program would tell a screen
-reader at this moment.
+Nothing is cached: every property is what the program would report to a screen reader at this moment.
 """
 
 from gi.repository import Gio, GLib
@@ -11,23 +10,23 @@ ROOT = "/org/a11y/atspi/accessible/root"
 NULL = "/org/a11y/atspi/null"
 TIMEOUT_MS = 10_000
 
-# The bits of AT-SPI's state set that say something about a window of ours.
+# The bits of AT-SPI's state set that matter for our windows.
 STATES = {
     1: "active", 4: "checked", 6: "defunct", 7: "editable", 8: "enabled", 11: "focusable", 12: "focused", 16: "modal",
     22: "selectable", 23: "selected", 24: "sensitive", 25: "showing", 30: "visible", 32: "indeterminate",
     41: "checkable", 42: "has-popup", 43: "read-only",
 }
 
-# A table's rows beyond these are left out of a printed tree.
+# A printed tree omits a table's rows beyond these.
 ROWS_PRINTED = 40
 
 
 class Gone(Exception):
-    """The object, or its program, is not there any more or does not answer."""
+    """The object or its program no longer exists or does not reply."""
 
 
 def connect(address):
-    """A connection of its own to a message bus."""
+    """Opens a private connection to a message bus."""
     flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
     connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
     connection.set_exit_on_close(False)
@@ -35,7 +34,7 @@ def connect(address):
 
 
 def call(bus, name, path, interface, method, arguments=None):
-    """One method call; returns the reply as Python values."""
+    """Calls a method and returns the reply as Python values."""
     try:
         reply = bus.call_sync(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, TIMEOUT_MS, None)
     except GLib.Error as error:
@@ -44,7 +43,7 @@ def call(bus, name, path, interface, method, arguments=None):
 
 
 class Accessible:
-    """A window, a control, a cell: anything that has a place in the accessible tree."""
+    """A window, control, cell or other node of the accessible tree."""
 
     def __init__(self, bus, name, path):
         self.bus = bus
@@ -147,7 +146,7 @@ class Accessible:
         return Accessible(self.bus, name or self.name_on_bus, path)
 
     def walk(self):
-        """Itself and everything below it that is on the screen, but the cells of a table."""
+        """Yields this node and everything below it that is on the screen, except the cells of a table."""
         yield self
         if "Table" in self.interfaces:
             return
@@ -159,7 +158,7 @@ class Accessible:
                 pass
 
     def find_all(self, role=None, name=None, states=()):
-        """Everything below it that is on the screen and fits; nothing if it has gone meanwhile."""
+        """Returns everything on the screen, from this node down, that fits; nothing if this node is gone."""
         found = []
         try:
             for node in self.walk():
@@ -176,7 +175,7 @@ class Accessible:
             return False
 
     def find(self, role=None, name=None, states=()):
-        """The one thing that fits, or none."""
+        """Returns the only node that fits, or None if none or several do."""
         found = self.find_all(role, name, states)
         return found[0] if len(found) == 1 else None
 
@@ -187,7 +186,7 @@ class Accessible:
             return f"({error})"
 
     def tree(self, depth=0):
-        """Everything below it, on the screen or not, as lines of text."""
+        """Returns everything from this node down, on the screen or not, as lines of text."""
         text = "  " * depth + self.line() + "\n"
         try:
             if "Table" in self.interfaces:
@@ -203,7 +202,7 @@ class Accessible:
 
 
 class AccessibilityBus:
-    """The bus on which the programs of a desktop tell assistive technology about themselves."""
+    """The bus on which a desktop's programs describe themselves to assistive technology."""
 
     def __init__(self, address):
         self.bus = connect(address)
@@ -212,12 +211,12 @@ class AccessibilityBus:
         self.bus.close_sync(None)
 
     def start_registry(self):
-        """Starts the registry of programs, if it does not run yet."""
+        """Starts the registry of programs if it is not running."""
         arguments = GLib.Variant("(su)", (REGISTRY, 0))
         call(self.bus, "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "StartServiceByName", arguments)
 
     def program(self, process_id):
-        """The program with this process number; none while it has not made itself known."""
+        """Returns the program with this process id, or None until it has registered."""
         registry = Accessible(self.bus, REGISTRY, ROOT)
         for child in registry.children:
             try:

@@ -1,4 +1,4 @@
-"""An address book with which every job takes its time."""
+"""An address book large enough to make every job take noticeable time."""
 
 
 def card(person, copy):
@@ -11,9 +11,9 @@ def card(person, copy):
 
 
 def big_book(people, copies):
-    """Everyone once and then the first ones again, of whom the second card is the one proposed for deletion.
+    """Returns a book with everyone once and then the first `copies` people again, and the book without those copies.
 
-    Returns the book, and the book without those.
+    The copies are the cards that the program proposes for deletion.
     """
     once = b"".join(card(person, 0) for person in range(people))
     return once + b"".join(card(person, 1) for person in range(copies)), once

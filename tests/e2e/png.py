@@ -8,7 +8,10 @@ PALETTE_SIZE = 256
 
 
 def reduced(pixels):
-    """The colours to keep, and which of them each colour becomes: itself, or the nearest to a rare one."""
+    """Returns the colours to keep and, for each colour of the image, the number of the kept one that replaces it.
+
+    A rare colour is replaced by the nearest one that is kept.
+    """
     counted = collections.Counter(pixels)
     kept = [colour for colour, _ in counted.most_common(PALETTE_SIZE)]
 
@@ -24,7 +27,7 @@ def chunk(name, data):
 
 
 def png(image):
-    """The file for an image of width, height and three bytes a pixel; it has a palette, which makes it small."""
+    """Returns the file for an image given as width, height and three bytes per pixel. A palette keeps it small."""
     width, height, rgb = image
     pixels = [rgb[i:i + 3] for i in range(0, len(rgb), 3)]
     palette, numbers = reduced(pixels)

@@ -1,8 +1,8 @@
-"""Waits for what has to become true, with a deadline instead of a nap."""
+"""Waits for conditions by polling with a deadline."""
 
 import time
 
-# Long enough for a machine with two cores that has other work; only a failure ever takes so long.
+# Long enough for two busy cores. Only a failing test waits this long.
 DEADLINE_SECONDS = 40
 POLL_SECONDS = 0.004
 
@@ -12,7 +12,7 @@ class Timeout(AssertionError):
 
 
 def wait_for(condition, what, seconds=DEADLINE_SECONDS):
-    """Polls until the condition gives something true and returns that."""
+    """Polls until the condition returns something true and returns that."""
     deadline = time.monotonic() + seconds
     while True:
         result = condition()

@@ -59,7 +59,7 @@ std::string inChild(const std::function<std::string()>& body)
         close(ends[0]);
         const auto outcome = outcomeOf(body);
         const auto written = ::write(ends[1], outcome.data(), outcome.size());
-        // Nothing of the parent's is cleared away here.
+        // The child must not run the parent's destructors and exit handlers.
         _exit(written == static_cast<ssize_t>(outcome.size()) ? 0 : 1);
     }
     close(ends[1]);

@@ -5,11 +5,11 @@
 
 namespace dunmora::test {
 
-/// Runs the body in a process of its own, which may give up rights, set limits or move mounts, and
-/// returns what the body returns. What the body throws comes back as "thrown: " and its words.
+/// Runs the body in a child process, which may drop privileges, set limits or move mounts, and
+/// returns its result. An exception is returned as "thrown: " and its text.
 std::string inChild(const std::function<std::string()>& body);
 
-/// A moment right before or right after a call that a child makes to the system.
+/// The moment right before or right after a system call of a child.
 struct SystemCall {
     enum class Moment { Before, After };
 
@@ -23,10 +23,10 @@ enum class Fate { GoOn, Kill, Terminate };
 /// How a traced child ended.
 enum class End { Ended, Killed, CannotBeTraced };
 
-/// Runs the body in a child, stops it before and after each call to the system, and asks there
-/// whether it goes on, is killed on the spot, or gets SIGTERM. From then on it goes on slowly, so
-/// that another thread of it, which is not traced, has the time to end it. Where processes cannot
-/// be traced, nothing is run.
+/// Runs the body in a child and stops it before and after each system call. `atCall` decides
+/// whether the child continues, is killed at once, or gets SIGTERM. After SIGTERM it continues
+/// slowly, so that its other thread, which is not traced, has time to end it. Runs nothing where
+/// processes cannot be traced.
 End traceChild(const std::function<void()>& body, const std::function<Fate(SystemCall)>& atCall);
 
 }  // namespace dunmora::test

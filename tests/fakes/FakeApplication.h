@@ -15,12 +15,12 @@
 
 namespace dunmora::test {
 
-/// An application whose main thread is the one that made it, with real worker threads. The main
-/// thread handles what was carried over to it when the test says so.
+/// An application whose main thread is the one that created it, with real worker threads. The main
+/// thread runs the work posted to it when the test says so.
 class FakeApplication final : public Application {
 public:
     FakeApplication() : mainThread_(std::this_thread::get_id()) {}
-    /// Waits for every thread, handling what they still carry over.
+    /// Waits for every thread and runs the work that they still post.
     ~FakeApplication() override { runUntilIdle(); }
     FakeApplication(const FakeApplication&) = delete;
     FakeApplication& operator=(const FakeApplication&) = delete;
@@ -33,24 +33,24 @@ public:
     void detachNewThread(std::string_view name, std::function<void()> body) override;
     void performOnMainThread(const std::function<void()>& work) override;
 
-    /// Handles what is carried over until no thread runs any more. Threads that end by an exception
-    /// leave it in `failures`.
+    /// Runs posted work until no thread is running. Exceptions that threads throw are put into
+    /// `failures`.
     void runUntilIdle();
 
     bool isMainThread() const { return std::this_thread::get_id() == mainThread_; }
 
-    /// Who asked for the end, each time.
+    /// The sender of each call of `terminate`.
     std::vector<const void*> terminations;
     /// The names of the threads started, in order.
     std::vector<std::string> threads;
     /// How many modal sessions were ended by `abortModal`, and how many calls found none.
     std::size_t abortedSessions = 0;
     std::size_t abortsWithoutSession = 0;
-    /// What the user does in a modal session; has to end it, now or by later events.
+    /// What the user does in a modal session; must end it, now or through later events.
     std::function<void(Window& window)> onRunModal = [this](Window& /*window*/) { abortModal(); };
     /// Called with the name of each thread before it runs.
     std::function<void(std::string_view name)> onDetach = [](std::string_view /*name*/) {};
-    /// What left thread bodies.
+    /// The exceptions that thread bodies have thrown.
     std::vector<std::exception_ptr> failures;
 
 private:
@@ -60,8 +60,7 @@ private:
         bool isDone = false;
     };
 
-    /// Waits for one piece of work and handles it. Returns whether there was one; there is none
-    /// once no thread runs.
+    /// Waits for one piece of posted work and runs it. Returns false once no thread is running.
     bool handleNext();
 
     std::thread::id mainThread_;

@@ -18,7 +18,7 @@ std::string trimmedUpper(std::string_view line)
     return first == std::string::npos ? "" : text.substr(first, last - first + 1);
 }
 
-/// The lines with their line ends: CRLF, LF or CR.
+/// Splits the text into lines, each with its line end: CR LF, LF or CR.
 std::vector<std::string_view> linesOf(std::string_view text)
 {
     std::vector<std::string_view> lines;
@@ -54,7 +54,7 @@ std::vector<std::string> splitCards(std::string_view text)
     std::string card;
     std::string lastLine;
     int depth = 0;
-    bool isNew = false;  // 3.0 or 4.0, where a line that begins with a blank is never BEGIN or END
+    bool isNew = false;  // 3.0 or 4.0, where an indented line is never BEGIN or END
     for (const auto line : linesOf(text)) {
         const auto word = trimmedUpper(line);
         const auto continues = depth > 0 && isNew && beginsWithBlank(line);
@@ -71,7 +71,7 @@ std::vector<std::string> splitCards(std::string_view text)
             continue;
         }
         card += line;
-        // In 3.0 the whole card is the value of the one folded line.
+        // In 3.0 the inner card is the value of one folded line.
         if (!isNew && std::regex_match(word, kAgentWithCard)) {
             ++depth;
         }

@@ -6,8 +6,8 @@
 
 namespace dunmora::test {
 
-/// The cards of a UTF-8 text, each from its BEGIN line to its END line, found line by line in the
-/// plainest way. A card inside an AGENT belongs to the card around it; one without END is left out.
+/// Splits UTF-8 text into cards, each from its BEGIN line to its END line, in the simplest way. A
+/// card inside an AGENT belongs to the outer card; a card without END is omitted.
 std::vector<std::string> splitCards(std::string_view text);
 
 }  // namespace dunmora::test

@@ -9,7 +9,7 @@
 
 namespace dunmora::test {
 
-/// File (`folder@name`) to the people that ez-vcard read from it; empty when there is no such file.
+/// Reads the people that ez-vcard found, by file (`folder@name`); empty when the file is missing.
 /// Its lines are `F file`, `C uid, FN, family, given, nickname` and `T value, types, X-ABLabel`,
 /// tab-separated.
 std::map<std::string, std::vector<OraclePerson>> readGolden(const std::filesystem::path& file);

@@ -21,7 +21,7 @@ inline std::vector<std::string> uidsOf(std::span<const Person> people)
     return uids;
 }
 
-/// Lists the people anew, as a deletion does, and asks for the removal of these.
+/// Lists the people again, as a deletion does, and marks these as removed.
 inline void askFor(AddressBook& book, const std::vector<std::string>& uids)
 {
     for (const auto& person : book.people()) {
@@ -31,7 +31,7 @@ inline void askFor(AddressBook& book, const std::vector<std::string>& uids)
     }
 }
 
-/// What the user is told of a deletion; nothing when all went well.
+/// The error that the user sees; empty when the action succeeds.
 inline std::string failureOf(const std::function<void()>& action)
 {
     try {

@@ -13,7 +13,7 @@ namespace dunmora::test {
 
 namespace {
 
-/// Throws what has gone wrong, if anything has.
+/// Throws the error of a call, if it failed.
 class Check final {
 public:
     Check() = default;
@@ -81,8 +81,8 @@ class OtherClient::Connection final {
 public:
     explicit Connection(const std::string& book)
     {
-        // A new book is known to the service's clients, and to the process that serves it, a moment
-        // after it was made.
+        // The service's clients, and the process that serves a new book, learn of it a moment after
+        // it was created.
         constexpr int kAttempts = 500;
         for (int i = 0; client_ == nullptr; ++i) {
             Check check;
@@ -278,7 +278,7 @@ std::map<std::string, std::string> OtherClient::cards(const std::string& book)
     std::map<std::string, std::string> cards;
     const auto contacts = connection(book).contacts();
     for (auto* item = contacts.get(); item != nullptr; item = item->next) {
-        // Before any property is asked for, the card is the stored text.
+        // The card is the stored text only until a property is read.
         char* const card = e_vcard_to_string(E_VCARD(item->data), EVC_FORMAT_VCARD_30);
         cards.emplace(uidOf(E_CONTACT(item->data)), card);
         g_free(card);

@@ -8,8 +8,8 @@
 
 namespace dunmora::test {
 
-/// Another program that uses the desktop's address books: whatever it is asked it asks the service
-/// anew. Errors: std::runtime_error.
+/// Another program that uses the desktop's address books. It caches nothing. Errors:
+/// std::runtime_error.
 class OtherClient final {
 public:
     OtherClient();
@@ -17,38 +17,38 @@ public:
     OtherClient(const OtherClient&) = delete;
     OtherClient& operator=(const OtherClient&) = delete;
 
-    /// Makes an address book; the desktop keeps books of the kind "local" itself.
+    /// Creates an address book; the desktop itself stores books of the kind "local".
     void makeBook(const std::string& uid, const std::string& name,
                   const std::string& kind = "local");
 
-    /// Makes the book that the server on this port of the loopback holds one of the desktop's, and
-    /// waits until the service has read it.
+    /// Adds the book of the server on this loopback port to the desktop, and waits until the
+    /// service has read it.
     void makeServerBook(const std::string& uid, const std::string& name, std::uint16_t port);
 
-    /// Takes a book away from the desktop.
+    /// Removes a book from the desktop.
     void removeBook(const std::string& uid);
 
-    /// Uses a book that a server keeps no more, and waits until the service, which closes those
-    /// that nobody uses, has left the server.
+    /// Closes a server's book, and waits until the service, which closes unused books, has
+    /// disconnected from the server.
     void close(const std::string& book);
 
-    /// Asks the service to take what a server has.
+    /// Asks the service to update its copy from the server.
     void refresh(const std::string& book);
 
-    /// Waits until the service says that it has lost the server of a book.
+    /// Waits until the service reports that it has lost a book's server.
     static void awaitLoss(const std::string& book);
 
-    /// Lets the service say that it has lost the server of a book, as it does when the network
-    /// goes.
+    /// Makes the service report that it has lost a book's server, as it does when the network goes
+    /// down.
     static void loseServer(const std::string& book);
-    /// Lets the service say that it has the server of a book, as it does of the last attempt of a
-    /// process that was killed.
+    /// Makes the service report that it is connected to a book's server, as it does after the
+    /// process that was connected is killed.
     static void claimServer(const std::string& book);
 
     void add(const std::string& book, const std::vector<std::string>& cards);
     void remove(const std::string& book, const std::vector<std::string>& uids);
-    /// Puts this card in the place of the one with the same uid, as an editor does; the service
-    /// gives it a new date of change.
+    /// Replaces the card with the same uid, as an editor does; the service gives it a new
+    /// modification date.
     void edit(const std::string& book, const std::string& card);
 
     /// The uids of all contacts, in the service's order.

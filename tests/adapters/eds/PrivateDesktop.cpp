@@ -23,7 +23,7 @@ namespace {
 constexpr auto kServiceFolder = "/usr/share/dbus-1/services";
 constexpr auto kBusProgram = "/usr/bin/dbus-daemon";
 
-/// The files that tell a bus how to start the service.
+/// The files from which a bus knows how to start the service.
 std::vector<std::filesystem::path> serviceFiles()
 {
     std::vector<std::filesystem::path> files;
@@ -76,7 +76,7 @@ PrivateDesktop::PrivateDesktop()
     setVariable("GIO_USE_VFS", "local");
     setVariable("LC_ALL", "C.UTF-8");
 
-    // What the bus has started is this process's to take care of when the bus is gone.
+    // This process becomes the parent of the bus's children when the bus ends.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     for (const auto& file : serviceFiles()) {
         std::filesystem::copy_file(file, folder / "services" / file.filename());
@@ -101,7 +101,7 @@ void PrivateDesktop::startBus(const std::filesystem::path& configuration)
     bus_ = fork();
     if (bus_ == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        // The service inherits them and has much to say.
+        // The service inherits standard error and prints a lot.
         const int file = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, S_IRUSR | S_IWUSR);
         dup2(ends[1], STDOUT_FILENO);
         dup2(file, STDERR_FILENO);
@@ -110,7 +110,7 @@ void PrivateDesktop::startBus(const std::filesystem::path& configuration)
         _exit(1);
     }
     close(ends[1]);
-    // It prints the address when it listens.
+    // The bus prints its address once it listens.
     char first = '\0';
     const auto count = read(ends[0], &first, 1);
     close(ends[0]);
@@ -170,7 +170,7 @@ std::size_t PrivateDesktop::signalFactories(int signal) const
     return count;
 }
 
-/// Those that were started on this bus.
+/// The processes that were started on this bus.
 std::vector<pid_t> PrivateDesktop::processes() const
 {
     const auto mark = "DBUS_SESSION_BUS_ADDRESS=unix:path=" + (folder_.path() / "run/bus").string();

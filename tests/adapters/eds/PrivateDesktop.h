@@ -11,30 +11,30 @@
 
 namespace dunmora::test {
 
-/// A session bus and folders of the test's own, on which the real service for address books is
-/// started as soon as it is asked. All of it ends with the object, or with the test's process.
+/// A private session bus and private folders, in which the real address book service starts on its
+/// first call. Everything ends with this object, or with the test's process.
 ///
-/// One a process, because GLib keeps to the first bus that it has met, and made before anything of
-/// GLib's is called: the process's environment is changed.
+/// One per process, because GLib stays with the first bus that it has used. Create it before any
+/// call to GLib: it changes the process's environment.
 class PrivateDesktop final {
 public:
-    /// Whether there is such a service, and a bus to run it on, on this machine at all.
+    /// Whether the service and a bus to run it on are installed.
     static bool isPossible();
 
-    /// The process's own; the first call makes it.
+    /// The process's only one; the first call creates it.
     static PrivateDesktop& ofThisProcess();
 
     ~PrivateDesktop();
     PrivateDesktop(const PrivateDesktop&) = delete;
     PrivateDesktop& operator=(const PrivateDesktop&) = delete;
 
-    /// What the service has stored of a local book; another text after each write of it.
+    /// A text that differs after each write of a local book.
     std::string stored(const std::string& book) const;
 
     /// Ends the bus, as the end of a session does.
     void endBus();
 
-    /// Sends a signal to the processes that serve the address books. Returns to how many.
+    /// Sends a signal to the processes that serve the address books. Returns their number.
     std::size_t signalFactories(int signal) const;
 
 private:

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-/// Uses the desktop's address books beside the program under test:
-///     other_client make UID NAME CARD...   makes a book of these vCards
-///     other_client cards UID               prints each uid and each card with a NUL byte behind it
+/// Uses the desktop's address books next to the program under test:
+///     other_client make UID NAME CARD...   creates a book with these vCards
+///     other_client cards UID               prints each uid and each card, followed by a NUL byte
 int main(int argc, char* argv[])
 {
     const std::vector<std::string> arguments(argv + 1, argv + argc);

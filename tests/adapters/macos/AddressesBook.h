@@ -11,12 +11,12 @@
 
 namespace dunmora::test {
 
-/// What the framework does instead of what it is asked.
+/// How a framework call fails.
 enum class Fault { None, Refuse, Raise };
 
-/// The address book of GNUstep's Addresses in a folder of its own, which the framework shares with
-/// the program as long as this lives, with the order of people and the faults that a test wants.
-/// Thread: the test's, while no call of the framework runs.
+/// An address book of GNUstep's Addresses in its own folder, with the order of people and the
+/// faults that the test sets. It is the framework's shared address book during its lifetime.
+/// Thread: the test's, while no framework call runs.
 class AddressesBook final {
 public:
     struct State {
@@ -24,7 +24,7 @@ public:
         bool isMissing = false;
         Fault people = Fault::None;
         Fault remove = Fault::None;
-        /// How many removals go well before the fault.
+        /// How many removals succeed before the fault.
         std::size_t removalsBefore = 0;
         Fault save = Fault::None;
     };
@@ -36,20 +36,20 @@ public:
 
     State& state() { return *state_; }
 
-    /// Others put these people in, in place of all.
+    /// Replaces everyone with these people, as another program would.
     void hold(const std::vector<FakePerson>& people);
-    /// Another program gives the person another first name, and the framework has heard of it.
+    /// Changes the person's first name, as another program would, and the framework notices.
     void rename(const std::string& uid, const std::string& firstName);
-    /// Another program takes the person out.
+    /// Removes the person, as another program would.
     void take(const std::string& uid);
-    /// Writes what cannot be read in the place of the person.
+    /// Replaces the person's file with one that cannot be read.
     void damage(const std::string& uid);
 
     std::vector<std::string> uidsSeenByOthers() const;
-    /// Another one after each write.
+    /// A text that differs after each write.
     std::string trace() const;
 
-    /// While another program holds the lock, Addresses saves nothing and says so.
+    /// Locks the book, as another program would. Addresses then saves nothing and reports that.
     void breakSaving() const;
     void mendSaving() const;
 
@@ -63,11 +63,11 @@ private:
     void* book_ = nullptr;
 };
 
-/// Shows the framework a folder for the address book that it shares by itself, and lets no daemon
-/// be started for its sake. Before any other use of it; once in a process.
+/// Sets the folder of the framework's own shared address book, and keeps it from starting a daemon.
+/// Call once per process, before any other use of the framework.
 void keepFrameworkPrivate(const std::filesystem::path& folder);
 
-/// Throws as the framework does.
+/// Throws an Objective-C exception.
 void raiseInObjectiveC(const std::string& reason);
 
 }  // namespace dunmora::test

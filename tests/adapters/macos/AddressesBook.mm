@@ -16,7 +16,7 @@ NSString* stringOf(const std::string& text) { return [NSString stringWithUTF8Str
 
 std::string textOf(NSString* string) { return [string UTF8String]; }
 
-/// Does the fault; returns whether the caller has to refuse.
+/// Raises an exception if that is the fault; returns whether the caller has to refuse.
 bool isRefused(Fault fault)
 {
     if (fault == Fault::Raise) {
@@ -40,7 +40,7 @@ bool isRefused(Fault fault)
     state_ = state;
 }
 
-/// Addresses tells people in the order of their folder, which is the file system's.
+/// Addresses lists people in the order of the folder, which depends on the file system.
 - (NSArray*)people
 {
     if (isRefused(state_->people)) {

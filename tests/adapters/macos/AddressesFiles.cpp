@@ -27,7 +27,7 @@ std::string entry(const std::string& key, const std::string& value)
     return key + " = " + value + ";\n";
 }
 
-/// The person as Addresses keeps one, a property list in the old style.
+/// The person as Addresses stores one: an old-style property list.
 std::string propertyList(const FakePerson& person)
 {
     std::string list = "{\n" + entry("Type", "Person") + entry("UID", quoted(person.uid));
@@ -93,7 +93,7 @@ std::string AddressesBook::trace() const
               << std::filesystem::last_write_time(folder() / name).time_since_epoch().count()
               << '\n';
     }
-    // The lock file comes and goes with a save that finds nothing to write.
+    // The folder's time also shows a save that wrote nothing: it creates and removes the lock file.
     trace << std::filesystem::last_write_time(folder()).time_since_epoch().count();
     return trace.str();
 }

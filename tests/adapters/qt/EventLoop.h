@@ -4,11 +4,11 @@
 
 namespace dunmora::test {
 
-/// Handles the main thread's events until the condition holds. Errors: std::runtime_error when it
-/// has not come true after a time that is long for anything that a test waits for.
+/// Handles the main thread's events until the condition holds.
+/// Errors: std::runtime_error if it does not hold within 20 seconds.
 void handleEventsUntil(const std::function<bool()>& condition);
 
-/// Handles the events that are there now, and those that they bring.
+/// Handles the pending events and those that they post.
 void handleEvents();
 
 }  // namespace dunmora::test

@@ -24,7 +24,7 @@
 
 namespace dunmora::test {
 
-/// What is on the screen under the name that its interface file gives it.
+/// The visible window with this object name.
 inline QWidget& shownWindow(const QString& name)
 {
     for (auto* const window : QApplication::topLevelWidgets()) {
@@ -45,7 +45,7 @@ Widget& widgetIn(QWidget& window, const char* name)
     return *widget;
 }
 
-/// Clicks as the window system does, so that the click takes every way that a real one takes.
+/// Clicks through the window system, so that the click passes every event filter.
 inline void click(QWidget& widget)
 {
     auto* const window = widget.window();
@@ -53,20 +53,20 @@ inline void click(QWidget& widget)
     QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, place);
 }
 
-/// Presses a key where the keyboard is, as the window system does.
+/// Presses a key in the focused widget through the window system.
 inline void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
     QTest::keyClick(window.windowHandle(), key, modifiers);
 }
 
-/// Asks a window to close, as its close control does.
+/// Requests that the window close, like its close control.
 inline void pressCloseControl(QWidget& window)
 {
     window.windowHandle()->close();
     handleEvents();
 }
 
-/// A program without a controller: an application, and interfaces that a test drives itself.
+/// An application without controllers, whose interfaces the test drives itself.
 class QtTest : public testing::Test {
 protected:
     void TearDown() override { handleEvents(); }
@@ -80,7 +80,7 @@ protected:
         return interface;
     }
 
-    /// Runs as soon as the events in hand are handled.
+    /// Runs the work once the current events have been handled.
     template <typename Work>
     void soon(Work work)
     {

@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <QLocale>
 
-/// Windows without a display, in a locale and a style that are the same everywhere.
+/// Runs without a display, in the same locale and style everywhere.
 int main(int argumentCount, char** arguments)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -13,7 +13,7 @@
 
 namespace dunmora::test {
 
-/// Takes the place of the programs that the user has chosen.
+/// Replaces the user's default programs and records the URLs that they open.
 class Programs final : public QObject {
     Q_OBJECT
 

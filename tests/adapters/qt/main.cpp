@@ -9,11 +9,11 @@
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    // A process that ends at once is tried in one that begins anew: Qt does not survive a fork.
+    // Death tests start a new process: Qt does not survive a fork.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
 
-    // No screen, and nobody's home: Qt keeps what a file dialog has shown. A process that such a
-    // test begins anew lives in the same one, because its end clears nothing away.
+    // No display, and a temporary home, because Qt stores the history of file dialogs. The process
+    // of a death test shares its parent's home, because it exits without removing its own.
     std::optional<dunmora::test::TemporaryFolder> home;
     if (!qEnvironmentVariableIsSet("DUNMORA_TEST_HOME")) {
         const auto folder = QByteArray::fromStdString(home.emplace().path().string());

@@ -1,4 +1,4 @@
-// What the Mac's system library copies of a file besides its content, after Apple's manual pages.
+// The Mac's functions that copy a file's metadata, declared from Apple's manual pages.
 #pragma once
 
 #include <stdint.h>

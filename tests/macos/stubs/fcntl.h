@@ -1,4 +1,4 @@
-// The system library at hand, with what a Mac's has besides.
+// This system's header, with the Mac's additions.
 #pragma once
 
 #include_next <fcntl.h>

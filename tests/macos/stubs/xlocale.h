@@ -1,5 +1,4 @@
-// What the standard library uses of the Mac's functions that are told the locale, and the system
-// library at hand has not.
+// The Mac's functions with a locale parameter that libc++ uses and this system's C library lacks.
 #pragma once
 
 #include <ctype.h>
@@ -8,7 +7,8 @@
 #include <stdlib.h>
 #include <wchar.h>
 
-// Macros here that look into the locale; functions there that take none for the standard one.
+// Macros in this C library, which use the current locale; functions on a Mac, where a null locale
+// means the standard one.
 #undef isdigit_l
 #undef isxdigit_l
 

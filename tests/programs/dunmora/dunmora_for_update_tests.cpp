@@ -1,4 +1,4 @@
-// The program as it is shipped, but for the update service, which is its first argument:
+// The program as it is released, except that its first argument is the update service:
 //
 //     dunmora_for_update_tests HOST[:PORT] [ARGUMENT]...
 

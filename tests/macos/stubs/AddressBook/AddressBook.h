@@ -1,5 +1,5 @@
-// What adapters/macos uses of Apple's Address Book framework, declared after Apple's public
-// documentation, so that its source can be checked where there is no Mac.
+// The part of Apple's Address Book framework that adapters/macos uses, declared from Apple's public
+// documentation, so that the adapter can be checked without a Mac.
 #pragma once
 
 #include <Foundation/Foundation.h>

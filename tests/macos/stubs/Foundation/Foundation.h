@@ -1,5 +1,5 @@
-// What adapters/macos uses of Apple's Foundation, declared after Apple's public documentation, so
-// that its source can be checked where there is no Mac. Nothing of it is ever linked.
+// The part of Apple's Foundation that adapters/macos uses, declared from Apple's public
+// documentation, so that the adapter can be checked without a Mac. Never linked.
 #pragma once
 
 #include <objc/NSObjCRuntime.h>

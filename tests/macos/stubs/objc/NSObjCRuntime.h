@@ -1,4 +1,4 @@
-// The types of the Objective-C language as Apple's runtime has them.
+// The basic Objective-C types as Apple's runtime defines them.
 #pragma once
 
 #include <stdbool.h>
@@ -12,7 +12,7 @@ typedef int NSInteger;
 typedef unsigned int NSUInteger;
 #endif
 
-// On processors of either kind conversions to it behave so.
+// Conversions to BOOL behave like this on both processor families.
 typedef bool BOOL;
 #define YES __objc_yes
 #define NO __objc_no

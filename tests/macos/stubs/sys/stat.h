@@ -1,4 +1,4 @@
-// The system library at hand, with the Mac's names of a file's times.
+// This system's header, with the Mac's names for a file's times.
 #pragma once
 
 #include_next <sys/stat.h>
