@@ -8,13 +8,15 @@
 
 namespace dunmora {
 
-/// A new file that is taken away with its object, and by an end of the process in order, unless it
-/// has been finished before.
+/// A new file that is deleted by its destructor and by an orderly exit of the process, unless it
+/// has been finished. A file that another program has put at its path is neither deleted nor
+/// renamed.
 ///
-/// Thread: any, one at a time. Errors: as the calls of the system, by errno; nothing is thrown.
+/// Thread: any, one at a time. Errors: reported through errno as by the system calls; nothing is
+/// thrown.
 class UnfinishedFile final {
 public:
-    /// Makes the file, which must not be there. Errors: one that is not open, and errno.
+    /// Creates the file, which must not exist. Errors: the descriptor is not open, and errno.
     UnfinishedFile(std::filesystem::path path, int flags, mode_t mode);
     ~UnfinishedFile();
     UnfinishedFile(const UnfinishedFile&) = delete;
@@ -22,22 +24,25 @@ public:
     UnfinishedFile(UnfinishedFile&&) = delete;
     UnfinishedFile& operator=(UnfinishedFile&&) = delete;
 
-    /// Not open: the file could not be made.
+    /// Not open when the file could not be created.
     const Descriptor& descriptor() const { return descriptor_; }
     const std::filesystem::path& path() const { return path_; }
 
-    /// From now on the file stays.
+    /// Keeps the file.
     void finish();
 
-    /// As rename(2), and finishes the file. Errors: false, and errno; the file is then unfinished.
+    /// Renames the file as rename(2) does and keeps it. Errors: false, and errno; the file is then
+    /// still unfinished.
     bool finishAs(const std::filesystem::path& target);
 
-    /// Takes away the files of all objects.
+    /// Deletes every unfinished file of the process.
     static void removeAll();
 
 private:
-    void enterList();
-    void leaveList();
+    bool hasOwnPath() const;
+    void removeOwn() const;
+    void enlist();
+    void delist();
 
     std::filesystem::path path_;
     Descriptor descriptor_;

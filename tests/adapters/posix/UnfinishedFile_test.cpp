@@ -24,7 +24,7 @@ private:
     TemporaryFolder folder_;
 };
 
-TEST_F(UnfinishedFileTest, IsThereWhileItIsWritten)
+TEST_F(UnfinishedFileTest, ExistsWhileItIsWritten)
 {
     const UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
 
@@ -32,7 +32,7 @@ TEST_F(UnfinishedFileTest, IsThereWhileItIsWritten)
     EXPECT_EQ(contentOf(file("new")), "half");
 }
 
-TEST_F(UnfinishedFileTest, GoesWithTheObject)
+TEST_F(UnfinishedFileTest, IsDeletedByTheDestructor)
 {
     {
         const UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
@@ -41,7 +41,7 @@ TEST_F(UnfinishedFileTest, GoesWithTheObject)
     EXPECT_FALSE(std::filesystem::exists(file("new")));
 }
 
-TEST_F(UnfinishedFileTest, StaysWhenItIsFinished)
+TEST_F(UnfinishedFileTest, IsKeptWhenFinished)
 {
     {
         UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
@@ -51,7 +51,7 @@ TEST_F(UnfinishedFileTest, StaysWhenItIsFinished)
     EXPECT_TRUE(std::filesystem::exists(file("new")));
 }
 
-TEST_F(UnfinishedFileTest, TakesThePlaceOfAnother)
+TEST_F(UnfinishedFileTest, ReplacesAnotherFile)
 {
     write(file("book"), "old");
     {
@@ -65,7 +65,7 @@ TEST_F(UnfinishedFileTest, TakesThePlaceOfAnother)
     EXPECT_EQ(contentOf(file("book")), "new");
 }
 
-TEST_F(UnfinishedFileTest, GoesWhereItCannotTakeThePlace)
+TEST_F(UnfinishedFileTest, IsDeletedWhenItCannotBeRenamed)
 {
     {
         UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
@@ -77,7 +77,23 @@ TEST_F(UnfinishedFileTest, GoesWhereItCannotTakeThePlace)
     EXPECT_TRUE(namesIn(file("")).empty());
 }
 
-TEST_F(UnfinishedFileTest, LeavesAFileAloneThatIsThereAlready)
+TEST_F(UnfinishedFileTest, NeitherRenamesNorDeletesAFileThatReplacedIt)
+{
+    write(file("book"), "old");
+    {
+        UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
+        write(file("other"), "half of another");
+        std::filesystem::rename(file("other"), file("new"));
+
+        EXPECT_FALSE(unfinished.finishAs(file("book")));
+        EXPECT_EQ(errno, ESTALE);
+    }
+
+    EXPECT_EQ(contentOf(file("book")), "old");
+    EXPECT_EQ(contentOf(file("new")), "half of another");
+}
+
+TEST_F(UnfinishedFileTest, LeavesAnExistingFileAlone)
 {
     write(file("old"), "old");
     {
