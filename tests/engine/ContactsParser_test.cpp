@@ -1,5 +1,6 @@
 #include "engine/ContactsParser.h"
 
+#include "base/NotificationCenter.h"
 #include "base/Settings.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/FakePlatform.h"

@@ -3,33 +3,19 @@
 #include <functional>
 #include <mutex>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace dunmora::test {
 
-/// Writes down what was done, in order. Thread: any, several at once.
+/// Records calls in order. Thread: any, several at once.
 class CallLog final {
 public:
-    void add(std::string call)
-    {
-        const std::lock_guard guard(mutex_);
-        calls_.push_back(prefix() + std::move(call));
-    }
+    void add(const std::string& call);
+    std::vector<std::string> calls() const;
+    void clear();
 
-    std::vector<std::string> calls() const
-    {
-        const std::lock_guard guard(mutex_);
-        return calls_;
-    }
-
-    void clear()
-    {
-        const std::lock_guard guard(mutex_);
-        calls_.clear();
-    }
-
-    /// What stands before each call, such as the thread that makes it. Set it before threads run.
+    /// Returns what to put before each call, such as the name of the calling thread. Set it before
+    /// threads run.
     std::function<std::string()> prefix = [] { return std::string(); };
 
 private:

@@ -13,33 +13,30 @@
 
 namespace dunmora::test {
 
-/// Gives a test the program's shared instances as a new process has them, and leaves them so.
+/// Resets the program's shared instances to the state of a new process, before and after a test.
 class FreshSharedState final {
 public:
-    FreshSharedState() { empty(); }
-    ~FreshSharedState() { empty(); }
+    FreshSharedState();
+    ~FreshSharedState();
     FreshSharedState(const FreshSharedState&) = delete;
     FreshSharedState& operator=(const FreshSharedState&) = delete;
-
-private:
-    static void empty()
-    {
-        AppData::app().setProgress(nullptr);
-        UpdateController::endUpdater();
-        ContactsParser::parser().reset();
-        ContactsParser::parser().contacts().clear();
-    }
 };
 
-/// A test of a program with windows. No thread runs any more when its members go.
+/// A test of a program with windows. All threads have ended before its members are destroyed.
 class DesktopTest : public testing::Test {
+public:
+    DesktopTest();
+    ~DesktopTest() override;
+    DesktopTest(const DesktopTest&) = delete;
+    DesktopTest& operator=(const DesktopTest&) = delete;
+
 protected:
     using Calls = std::vector<std::string>;
 
-    void TearDown() override { application_.runUntilIdle(); }
+    void TearDown() override;
 
-    /// What was done to windows and controls so far.
-    Calls calls() const { return log_.calls(); }
+    /// The calls that windows and controls have received so far.
+    Calls calls() const;
 
     FakePlatform platform_;
     FakeDesktop desktop_;

@@ -6,34 +6,26 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace dunmora::test {
 
-/// A transfer that goes as the test says.
+/// A transfer that the test drives.
 class FakeConnection final : public Connection {
 public:
-    FakeConnection(std::string requested, ConnectionDelegate& delegate)
-        : url(std::move(requested)), delegate_(delegate)
-    {
-    }
+    FakeConnection(std::string requested, ConnectionDelegate& delegate);
 
-    void cancel() override { isCancelled = true; }
+    void cancel() override;
 
-    void respond() { delegate_.didReceiveResponse(*this); }
-    void deliver(std::string_view bytes) { delegate_.didReceiveData(*this, bytes); }
-    std::string redirect(const std::string& to) { return delegate_.willSendRequest(*this, to); }
-    void fail(const std::string& description) { delegate_.didFailWithError(*this, description); }
-    void finish() { delegate_.connectionDidFinishLoading(*this); }
+    void respond();
+    void deliver(std::string_view bytes);
+    /// Returns the URL to request instead, as the delegate chose it.
+    std::string redirect(const std::string& to);
+    void fail(const std::string& description);
+    void finish();
 
     /// A whole transfer with this body.
-    void reply(std::string_view body)
-    {
-        respond();
-        deliver(body);
-        finish();
-    }
+    void reply(std::string_view body);
 
     std::string url;
     bool isCancelled = false;
@@ -42,18 +34,11 @@ private:
     ConnectionDelegate& delegate_;
 };
 
-/// Opens connections that wait for the test, or none.
+/// Opens connections that the test drives; with `opensNone`, fails to open any.
 class FakeConnections final : public ConnectionOpener {
 public:
     std::shared_ptr<Connection> openConnection(const std::string& url,
-                                               ConnectionDelegate& delegate) override
-    {
-        onOpen();
-        if (opensNone) {
-            return nullptr;
-        }
-        return opened.emplace_back(std::make_shared<FakeConnection>(url, delegate));
-    }
+                                               ConnectionDelegate& delegate) override;
 
     FakeConnection& last() { return *opened.back(); }
 

@@ -11,25 +11,25 @@
 
 namespace dunmora::test {
 
-/// Answers with what the test has chosen.
+/// Returns the file that the test has chosen.
 class FakeOpenPanel final : public OpenPanel {
 public:
-    std::optional<std::filesystem::path> runModal() override { return choice; }
+    std::optional<std::filesystem::path> runModal() override;
 
     std::optional<std::filesystem::path> choice;
 };
 
-/// A fake for every port of a program with windows, installed as the desktop as long as it lives.
+/// A fake for every port of a program with windows, installed as the desktop during its lifetime.
 struct FakeDesktop {
-    FakeDesktop() { Desktop::install(desktop); }
-    ~FakeDesktop() = default;
+    FakeDesktop();
+    ~FakeDesktop();
     FakeDesktop(const FakeDesktop&) = delete;
     FakeDesktop& operator=(const FakeDesktop&) = delete;
 
     FakeInterfaceLoader interfaceLoader;
     FakeOpenPanel openPanel;
     FakeConnections connections;
-    // Dies first: it waits for the threads.
+    // Destroyed first: it waits for the threads, which use the others.
     FakeApplication application;
     Desktop desktop{application, interfaceLoader, openPanel, connections};
 };

@@ -8,19 +8,17 @@
 #include "tests/fakes/FakeUserDefaults.h"
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dunmora::test {
 
-/// Writes down every alert and answers with the default button, unless the test says otherwise.
+/// Records every alert and presses the default button, unless the test chooses another.
 class RecordingAlert final : public Alert {
 public:
-    int runModal(const AlertContent& content) override
-    {
-        shown.push_back(content);
-        return onRunModal(content);
-    }
+    int runModal(const AlertContent& content) override;
 
     std::vector<AlertContent> shown;
     /// What the user does; returns the number of the button pressed.
@@ -28,15 +26,10 @@ public:
         [](const AlertContent& /*content*/) { return kDefaultButton; };
 };
 
-/// Writes down every URL that it is asked to open.
+/// Records every URL that it is asked to open.
 class RecordingWorkspace final : public Workspace {
 public:
-    bool openURL(const std::string& url) override
-    {
-        opened.push_back(url);
-        onOpenURL(url);
-        return true;
-    }
+    bool openURL(const std::string& url) override;
 
     std::vector<std::string> opened;
     /// Called with each URL.
@@ -45,22 +38,16 @@ public:
 
 class FakeBundle final : public Bundle {
 public:
-    std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override
-    {
-        if (key == "CFBundleVersion") {
-            return version;
-        }
-        return key == "DunmoraUpdateHost" ? updateHost : std::nullopt;
-    }
+    std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override;
 
     std::optional<std::string> version = "0.1";
     std::optional<std::string> updateHost = "update.dunmora.invalid";
 };
 
-/// A fake for every port, installed as the platform as long as it lives.
+/// A fake for every port, installed as the platform during its lifetime.
 struct FakePlatform {
-    FakePlatform() { Platform::install(platform); }
-    ~FakePlatform() = default;
+    FakePlatform();
+    ~FakePlatform();
     FakePlatform(const FakePlatform&) = delete;
     FakePlatform& operator=(const FakePlatform&) = delete;
 

@@ -1,32 +1,17 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace dunmora::test {
 
-/// A folder that is gone with its owner.
+/// A folder that is deleted, with everything in it, when this object is destroyed.
 class TemporaryFolder final {
 public:
-    TemporaryFolder()
-    {
-        auto pattern = (std::filesystem::temp_directory_path() / "dunmora-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("No temporary folder: " + pattern);
-        }
-        path_ = pattern;
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code error;
-        std::filesystem::remove_all(path_, error);
-    }
+    TemporaryFolder();
+    ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
@@ -36,26 +21,12 @@ private:
     std::filesystem::path path_;
 };
 
-/// Writes the file in place, whatever was in it.
-inline void write(const std::filesystem::path& file, std::string_view content)
-{
-    std::ofstream(file, std::ios::binary) << content;
-}
+/// Writes the file in place and replaces its content.
+void write(const std::filesystem::path& file, std::string_view content);
 
-inline std::string contentOf(const std::filesystem::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
+std::string contentOf(const std::filesystem::path& file);
 
-/// The names of what is in a folder.
-inline std::set<std::string> namesIn(const std::filesystem::path& folder)
-{
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        names.insert(entry.path().filename().string());
-    }
-    return names;
-}
+/// Returns the names of the entries of a folder.
+std::set<std::string> namesIn(const std::filesystem::path& folder);
 
 }  // namespace dunmora::test

@@ -1,0 +1,17 @@
+#include "tests/fakes/FakeDesktop.h"
+
+namespace dunmora::test {
+
+std::optional<std::filesystem::path> FakeOpenPanel::runModal()
+{
+    return choice;
+}
+
+FakeDesktop::FakeDesktop()
+{
+    Desktop::install(desktop);
+}
+
+FakeDesktop::~FakeDesktop() = default;
+
+}  // namespace dunmora::test

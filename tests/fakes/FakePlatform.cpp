@@ -1,0 +1,33 @@
+#include "tests/fakes/FakePlatform.h"
+
+namespace dunmora::test {
+
+int RecordingAlert::runModal(const AlertContent& content)
+{
+    shown.push_back(content);
+    return onRunModal(content);
+}
+
+bool RecordingWorkspace::openURL(const std::string& url)
+{
+    opened.push_back(url);
+    onOpenURL(url);
+    return true;
+}
+
+std::optional<std::string> FakeBundle::objectForInfoDictionaryKey(std::string_view key) const
+{
+    if (key == "CFBundleVersion") {
+        return version;
+    }
+    return key == "DunmoraUpdateHost" ? updateHost : std::nullopt;
+}
+
+FakePlatform::FakePlatform()
+{
+    Platform::install(platform);
+}
+
+FakePlatform::~FakePlatform() = default;
+
+}  // namespace dunmora::test
