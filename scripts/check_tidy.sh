@@ -1,18 +1,46 @@
 #!/usr/bin/env bash
-# Runs clang-tidy on our sources: check_tidy.sh [FILE...], all of them when none is given.
-# It compiles them the way build/dev does, so `cmake --preset dev` comes first.
+# Runs clang-tidy: check_tidy.sh [--all | FILE...]
+# Without arguments it checks the sources that differ from the merge base with main, committed or not,
+# and the sources beside changed headers. --all checks every source.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# How many warnings it found in others' headers says nothing.
+all_sources() {
+    # Only a Mac can compile this one; mac_syntax_test.py checks it with stubs of Apple's headers.
+    git ls-files '*.cpp' ':!adapters/posix/MacFileCopy.cpp'
+}
+
+changed_sources() {
+    local base main=main
+    git rev-parse --verify --quiet "$main" >/dev/null || main=origin/main
+    base=$(git merge-base HEAD "$main") || base=HEAD
+    # The sources that are not ignored, of changed files and beside changed headers.
+    {
+        git diff --name-only --diff-filter=d "$base" -- '*.cpp' '*.h'
+        git ls-files --others --exclude-standard -- '*.cpp' '*.h'
+    } | sed 's/\.h$/.cpp/' | sort -u | while read -r file; do
+        [[ ! -f "$file" || "$file" == adapters/posix/MacFileCopy.cpp ]] || printf '%s\n' "$file"
+    done
+}
+
+if [[ "${1-}" == --all ]]; then
+    mapfile -t files < <(all_sources)
+elif [[ $# -gt 0 ]]; then
+    files=("$@")
+else
+    mapfile -t files < <(changed_sources)
+fi
+if [[ ${#files[@]} -eq 0 ]]; then
+    echo "tidy: no changed sources"
+    exit 0
+fi
+
+cmake --preset tidy >/dev/null
+
+# The filter drops the number of warnings in other projects' headers.
 # shellcheck disable=SC2016 # expanded by the inner shell
 tidy='set -o pipefail
-clang-tidy-14 -p build/dev --quiet "$1" 2>&1 | sed "/^[0-9]* warnings\? generated\.$/d"'
+clang-tidy-14 -p build/tidy --quiet "$1" 2>&1 | sed "/^[0-9]* warnings\? generated\.$/d"'
 
-if [[ $# -gt 0 ]]; then
-    printf '%s\0' "$@"
-else
-    # What only a Mac can compile, mac_syntax_test.py reads with stand-ins for a Mac's headers.
-    git ls-files -z '*.cpp' ':!adapters/posix/MacFileCopy.cpp'
-fi | xargs -0 -n 1 -P "$(nproc)" bash -c "$tidy" tidy
-echo "tidy: clang-tidy has nothing to say"
+printf '%s\0' "${files[@]}" | xargs -0 -n 1 -P "$(nproc)" bash -c "$tidy" tidy
+echo "tidy: no warnings in ${#files[@]} files"
