@@ -4,19 +4,24 @@
 
 namespace dunmora {
 
-/// A bar from a least to a greatest value. The values take effect at the next redraw, which
-/// `setNeedsDisplay` asks for; a value beyond the greatest is drawn as a full bar.
+/// A progress bar. Its values take effect at the next redraw, which `setNeedsDisplay` requests; a
+/// value above the maximum shows a full bar.
 ///
-/// Thread of the setters: any, one at a time; they never wait for the main thread and cost next to
-/// nothing, because a job calls them for every item.
+/// Thread of the setters: any, one at a time. They never wait for the main thread and cost next to
+/// nothing, because jobs call them for every item. Errors: none.
 class ProgressIndicator : public View {
 public:
     virtual void setMinValue(double value) = 0;
     virtual void setMaxValue(double value) = 0;
     virtual void setDoubleValue(double value) = 0;
 
-    /// Shows that something is under way and nobody knows how long, for an indicator that is not
-    /// about values. A second call changes nothing.
+    /// Requests one redraw with the values set so far; requests that arrive before it happens are
+    /// merged.
+    /// Thread: any; never waits for the main thread.
+    virtual void setNeedsDisplay() = 0;
+
+    /// Switches to the indeterminate (busy) animation, which ignores the values. A second call
+    /// changes nothing.
     /// Thread: the main thread.
     virtual void startAnimation() = 0;
 };

@@ -81,6 +81,10 @@ public:
 
     virtual void setEnabled(bool enabled) = 0;
 
+    /// Requests one redraw; requests that arrive before it happens are merged.
+    /// Thread: any; never waits for the main thread.
+    virtual void setNeedsDisplay() = 0;
+
     /// Asks for the number of rows now and for the cells when they are drawn.
     virtual void reloadData() = 0;
 

@@ -6,12 +6,16 @@
 
 namespace dunmora {
 
-/// A text that a window shows.
+/// A text shown in a window.
 class TextField : public View {
 public:
-    /// Takes a copy of the text, plain UTF-8, which the next redraw shows; asks for that redraw.
-    /// Thread: any, one at a time; never waits for the main thread.
+    /// Copies the text, plain UTF-8, and requests a redraw that shows it.
+    /// Thread: any, one at a time; never waits for the main thread. Errors: none.
     virtual void setStringValue(std::string_view text) = 0;
+
+    /// Requests one redraw; requests that arrive before it happens are merged.
+    /// Thread: any; never waits for the main thread. Errors: none.
+    virtual void setNeedsDisplay() = 0;
 };
 
 }  // namespace dunmora

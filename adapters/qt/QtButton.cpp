@@ -6,10 +6,6 @@
 
 namespace dunmora {
 
-QtButton::QtButton(QAbstractButton& widget) : widget_(widget), redraw_([this] { widget_.update(); })
-{
-}
-
 void QtButton::setTitle(const std::string& title)
 {
     widget_.setText(withoutMnemonic(toQString(title)));

@@ -4,10 +4,6 @@
 
 namespace dunmora {
 
-QtCheckBox::QtCheckBox(QCheckBox& widget) : widget_(widget), redraw_([this] { widget_.update(); })
-{
-}
-
 CheckState QtCheckBox::state() const
 {
     switch (widget_.checkState()) {
@@ -23,7 +19,7 @@ CheckState QtCheckBox::state() const
 
 void QtCheckBox::setState(CheckState state)
 {
-    // A box that takes three states would give the user all three.
+    // In a tristate box, a click would reach the mixed state too.
     widget_.setTristate(state == CheckState::Mixed);
     switch (state) {
     case CheckState::On:

@@ -9,17 +9,17 @@ namespace dunmora {
 
 namespace {
 
-// The widget counts in ints and takes an empty range for "nobody knows how long", so it always gets
-// the same range, fine enough for the widest screen.
+// QProgressBar counts in ints and shows an empty range as busy, so it always gets the same range,
+// fine enough for the widest screen.
 constexpr int kSteps = 10000;
 
-int stepsOf(double least, double greatest, double value)
+int stepsOf(double minimum, double maximum, double value)
 {
-    if (value > least && value >= greatest) {
+    if (value > minimum && value >= maximum) {
         return kSteps;
     }
-    const double part = (value - least) / (greatest - least);
-    return std::isfinite(part) ? static_cast<int>(std::clamp(part, 0.0, 1.0) * kSteps) : 0;
+    const double fraction = (value - minimum) / (maximum - minimum);
+    return std::isfinite(fraction) ? static_cast<int>(std::clamp(fraction, 0.0, 1.0) * kSteps) : 0;
 }
 
 }  // namespace
@@ -43,8 +43,8 @@ void QtProgressIndicator::setHidden(bool hidden)
 
 void QtProgressIndicator::draw()
 {
-    widget_.setValue(stepsOf(least_.load(std::memory_order_relaxed),
-                             greatest_.load(std::memory_order_relaxed),
+    widget_.setValue(stepsOf(minimum_.load(std::memory_order_relaxed),
+                             maximum_.load(std::memory_order_relaxed),
                              value_.load(std::memory_order_relaxed)));
 }
 

@@ -8,8 +8,8 @@ namespace dunmora {
 
 namespace {
 
-// Longer texts come from strangers only, and laying them out would hold up the program.
-constexpr qsizetype kMostShown = 10000;
+// Only untrusted texts are longer, and laying them out would block the program.
+constexpr qsizetype kMaximumLength = 10000;
 constexpr char16_t kEllipsis = 0x2026;
 
 }  // namespace
@@ -26,7 +26,7 @@ void QtTextField::setStringValue(std::string_view text)
         const std::lock_guard guard(mutex_);
         text_ = text;
     }
-    redraw_.ask();
+    redraw_.request();
 }
 
 void QtTextField::setHidden(bool hidden)
@@ -38,13 +38,13 @@ void QtTextField::draw()
 {
     QString text;
     {
-        // Held for a copy only: a job that sets a text meanwhile does not wait for the drawing.
+        // Held only for the copy, so that no job waits for the drawing.
         const std::lock_guard guard(mutex_);
         text = toQString(text_);
     }
-    if (text.size() > kMostShown) {
-        const bool cutsCharacter = text.at(kMostShown).isLowSurrogate();
-        text.truncate(cutsCharacter ? kMostShown - 1 : kMostShown);
+    if (text.size() > kMaximumLength) {
+        const bool cutsCharacter = text.at(kMaximumLength).isLowSurrogate();
+        text.truncate(cutsCharacter ? kMaximumLength - 1 : kMaximumLength);
         text += QChar(kEllipsis);
     }
     widget_.setText(text);

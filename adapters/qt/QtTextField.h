@@ -10,16 +10,16 @@ class QLabel;
 
 namespace dunmora {
 
-/// A label of an interface. Its text is always shown as it is, never read as HTML; of a very
-/// long one the beginning is shown.
+/// A label of an interface. Its text is plain, never HTML; a very long one is cut off with an
+/// ellipsis.
 class QtTextField final : public TextField {
 public:
-    /// The widget must outlive it.
+    /// `widget` must outlive the field.
     explicit QtTextField(QLabel& widget);
 
     void setStringValue(std::string_view text) override;
     void setHidden(bool hidden) override;
-    void setNeedsDisplay() override { redraw_.ask(); }
+    void setNeedsDisplay() override { redraw_.request(); }
 
 private:
     void draw();

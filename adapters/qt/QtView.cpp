@@ -7,7 +7,7 @@ namespace dunmora {
 
 namespace {
 
-/// Empties the labels whose texts are about what the view replaces.
+/// Clears the labels whose text describes what the view replaces.
 void blankLabels(const QWidget& view)
 {
     for (auto* const label : view.window()->findChildren<QLabel*>()) {
@@ -18,8 +18,6 @@ void blankLabels(const QWidget& view)
 }
 
 }  // namespace
-
-QtView::QtView(QWidget& widget) : widget_(widget), redraw_([this] { widget_.update(); }) {}
 
 void QtView::setHidden(bool hidden)
 {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "adapters/qt/Redraw.h"
 #include "platform/View.h"
 
 class QWidget;
@@ -10,15 +9,13 @@ namespace dunmora {
 /// Any widget of an interface.
 class QtView final : public View {
 public:
-    /// The widget must outlive it.
-    explicit QtView(QWidget& widget);
+    /// `widget` must outlive the view.
+    explicit QtView(QWidget& widget) : widget_(widget) {}
 
     void setHidden(bool hidden) override;
-    void setNeedsDisplay() override { redraw_.ask(); }
 
 private:
     QWidget& widget_;
-    Redraw redraw_;
 };
 
 }  // namespace dunmora

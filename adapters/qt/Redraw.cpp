@@ -10,25 +10,25 @@ namespace dunmora {
 namespace {
 
 constexpr qint64 kFrameMilliseconds = 16;
-constexpr auto kAsked = QEvent::User;
+constexpr auto kRequested = QEvent::User;
 
 }  // namespace
 
 Redraw::Redraw(std::function<void()> draw) : draw_(std::move(draw)) {}
 
-void Redraw::ask()
+void Redraw::request()
 {
-    // An exchange on both sides, even when nothing changes: it orders what was written before the
-    // wish before what the drawing reads, whoever comes first.
-    if (!isAsked_.exchange(true, std::memory_order_acq_rel)) {
-        QCoreApplication::postEvent(this, new QEvent(kAsked));
+    // Both sides exchange, even when the value stays the same: that orders the writes before the
+    // request before the reads of the redraw.
+    if (!isRequested_.exchange(true, std::memory_order_acq_rel)) {
+        QCoreApplication::postEvent(this, new QEvent(kRequested));
     }
 }
 
 bool Redraw::event(QEvent* event)
 {
-    if (event->type() == kAsked) {
-        drawSoon();
+    if (event->type() == kRequested) {
+        schedule();
         return true;
     }
     if (event->type() == QEvent::Timer) {
@@ -39,7 +39,7 @@ bool Redraw::event(QEvent* event)
     return QObject::event(event);
 }
 
-void Redraw::drawSoon()
+void Redraw::schedule()
 {
     const auto elapsed = sinceDrawn_.isValid() ? sinceDrawn_.elapsed() : kFrameMilliseconds;
     if (elapsed >= kFrameMilliseconds) {
@@ -51,7 +51,7 @@ void Redraw::drawSoon()
 
 void Redraw::draw()
 {
-    isAsked_.exchange(false, std::memory_order_acq_rel);
+    isRequested_.exchange(false, std::memory_order_acq_rel);
     draw_();
     sinceDrawn_.start();
 }

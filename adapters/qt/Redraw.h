@@ -9,27 +9,27 @@
 
 namespace dunmora {
 
-/// Carries the wish to draw something from any thread to the main one. Many wishes make one
-/// drawing, about sixty a second at most; after the last wish there is always one more drawing.
+/// Redraws something on the main thread when any thread requests it. Requests are merged, to about
+/// sixty redraws a second at most; a redraw always follows the last request.
 ///
-/// Thread: made and destroyed on the main thread.
+/// Thread: created and destroyed on the main thread.
 class Redraw final : public QObject {
 public:
-    /// `draw` runs on the main thread and sees all that was written before the wish.
+    /// `draw` runs on the main thread and sees everything written before the request.
     explicit Redraw(std::function<void()> draw);
 
     /// Thread: any, several at once; never waits for the main thread.
-    void ask();
+    void request();
 
 protected:
     bool event(QEvent* event) override;
 
 private:
-    void drawSoon();
+    void schedule();
     void draw();
 
     std::function<void()> draw_;
-    std::atomic<bool> isAsked_{false};
+    std::atomic<bool> isRequested_{false};
     QElapsedTimer sinceDrawn_;
     QBasicTimer nextFrame_;
 };

@@ -13,13 +13,13 @@ namespace {
 
 class QtProgressIndicatorTest : public QtTest {
 protected:
-    /// How much of the bar is full, from 0 to 1, once it is drawn with these values.
+    /// Draws the bar with these values and returns the filled part, from 0 to 1.
     double drawn(double least, double greatest, double value)
     {
         indicator.setMinValue(least);
         indicator.setMaxValue(greatest);
         indicator.setDoubleValue(value);
-        // Another value than before, so that the drawing can be seen.
+        // A different value, so that the redraw is visible.
         bar.setValue(1);
         indicator.setNeedsDisplay();
         handleEventsUntil([&] { return bar.value() != 1; });
@@ -41,7 +41,7 @@ protected:
     QLabel& label = widgetIn<QLabel>(window, "txtInfo");
 };
 
-TEST_F(QtProgressIndicatorTest, DrawsTheValueBetweenTheLeastAndTheGreatest)
+TEST_F(QtProgressIndicatorTest, DrawsTheValueBetweenMinimumAndMaximum)
 {
     EXPECT_DOUBLE_EQ(drawn(0, 10, 0), 0);
     EXPECT_DOUBLE_EQ(drawn(0, 10, 5), 0.5);
@@ -49,19 +49,19 @@ TEST_F(QtProgressIndicatorTest, DrawsTheValueBetweenTheLeastAndTheGreatest)
     EXPECT_DOUBLE_EQ(drawn(10, 20, 15), 0.5);
 }
 
-TEST_F(QtProgressIndicatorTest, DrawsAFullBarForAValueBeyondTheGreatest)
+TEST_F(QtProgressIndicatorTest, DrawsAFullBarForAValueAboveTheMaximum)
 {
     EXPECT_DOUBLE_EQ(drawn(0, 10, 18), 1);
     EXPECT_DOUBLE_EQ(drawn(0, 0, 2), 1);
     EXPECT_DOUBLE_EQ(drawn(0, 10, -3), 0);
 }
 
-TEST_F(QtProgressIndicatorTest, DrawsAnEmptyBarForNothing)
+TEST_F(QtProgressIndicatorTest, DrawsAnEmptyBarForAnEmptyRange)
 {
     EXPECT_DOUBLE_EQ(drawn(0, 0, 0), 0);
 }
 
-TEST_F(QtProgressIndicatorTest, IsDrawnAsOneThatWaitsOnceItIsTold)
+TEST_F(QtProgressIndicatorTest, IsBusyOnceItsAnimationStarts)
 {
     indicator.startAnimation();
     indicator.startAnimation();
@@ -69,7 +69,7 @@ TEST_F(QtProgressIndicatorTest, IsDrawnAsOneThatWaitsOnceItIsTold)
     EXPECT_EQ(bar.minimum(), bar.maximum());
 }
 
-TEST_F(QtProgressIndicatorTest, DrawsTheLargestNumbers)
+TEST_F(QtProgressIndicatorTest, DrawsTheLargestValues)
 {
     constexpr auto kLargest = std::numeric_limits<std::int32_t>::max();
 
@@ -80,7 +80,7 @@ TEST_F(QtProgressIndicatorTest, DrawsTheLargestNumbers)
     EXPECT_DOUBLE_EQ(drawn(0, std::numeric_limits<double>::quiet_NaN(), 5), 0);
 }
 
-TEST_F(QtProgressIndicatorTest, DrawsFewOfManyValuesAndTheLastOnes)
+TEST_F(QtProgressIndicatorTest, DrawsFewOfManyValuesButAlwaysTheLast)
 {
     constexpr int kPosts = 100000;
     int draws = 0;
@@ -102,7 +102,7 @@ TEST_F(QtProgressIndicatorTest, DrawsFewOfManyValuesAndTheLastOnes)
     });
     handleEventsUntil([&] { return hasEnded && bar.value() == bar.maximum(); });
 
-    // At most one a frame, and the first and the last.
+    // At most one per frame, plus the first and the last.
     EXPECT_LE(draws, time.elapsed() / 16 + 2);
     handleEventsUntil([&] { return label.text() == QStringLiteral("Sorting contacts..."); });
 }
@@ -121,7 +121,7 @@ TEST_F(QtProgressIndicatorTest, NeverWaitsForTheMainThread)
         hasEnded.notify_one();
     });
 
-    // The main thread handles no event meanwhile.
+    // Blocks the main thread, which handles no event meanwhile.
     hasEnded.wait(false);
 
     handleEvents();
