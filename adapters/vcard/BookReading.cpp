@@ -180,8 +180,8 @@ void BookReading::readCards(std::size_t fileIndex)
         const auto& range = cards_.ranges[i];
         auto& person = cards_.people[firstPerson + i];
         person.uid =
-            uids_.give(person.uid, file.text().substr(range.begin,
-                                                      range.end - range.begin - range.lineEndSize));
+            uids_.assign(person.uid, file.text().substr(range.begin, range.end - range.begin -
+                                                                         range.lineEndSize));
     }
     placeCards(fileIndex);
     takeNotes(file);

@@ -10,18 +10,18 @@ namespace dunmora {
 
 namespace {
 
-/// Types that say how a number is used or how the line is encoded, not whose number it is.
-constexpr std::array<std::string_view, 13> kSilentTypes{
+/// Types that describe how a number is used or how the value is encoded; they give no label.
+constexpr std::array<std::string_view, 13> kTypesWithoutLabel{
     "VOICE",  "PREF", "MSG",  "TEXT", "TEXTPHONE", "VIDEO", "INTERNET", "QUOTED-PRINTABLE",
     "BASE64", "B",    "7BIT", "8BIT", "BINARY"};
 
-bool isSilent(std::string_view type)
+bool hasNoLabel(std::string_view type)
 {
-    return std::any_of(kSilentTypes.begin(), kSilentTypes.end(),
-                       [&](std::string_view silent) { return equalsIgnoringCase(type, silent); });
+    return std::any_of(kTypesWithoutLabel.begin(), kTypesWithoutLabel.end(),
+                       [&](std::string_view each) { return equalsIgnoringCase(type, each); });
 }
 
-/// The type without blanks and quotation marks around it; a list may have been quoted as a whole.
+/// Removes surrounding blanks and quotation marks; a list may have been quoted as a whole.
 std::string_view unquoted(std::string_view type)
 {
     const auto isAround = [](char c) { return isBlank(c) || c == '"'; };
@@ -42,7 +42,7 @@ void PhoneTypes::add(std::string_view types)
     while (begin <= types.size()) {
         const auto comma = std::min(types.find(',', begin), types.size());
         auto type = unquoted(types.substr(begin, comma - begin));
-        // As in TEL;TYPE=HOME,TYPE=VOICE.
+        // TEL;TYPE=HOME,TYPE=VOICE occurs in real cards.
         if (equalsIgnoringCase(type.substr(0, 5), "TYPE=")) {
             type.remove_prefix(5);
         }
@@ -70,7 +70,7 @@ void PhoneTypes::addOne(std::string_view type)
     });
     if (known != kKnown.end()) {
         this->*known->flag = true;
-    } else if (!unknown_ && !type.empty() && !isSilent(type)) {
+    } else if (!unknown_ && !type.empty() && !hasNoLabel(type)) {
         unknown_ = equalsIgnoringCase(type.substr(0, 2), "X-") ? type.substr(2) : type;
     }
 }

@@ -11,7 +11,7 @@ namespace dunmora {
 
 namespace {
 
-/// 128 bits of the content as hexadecimal digits.
+/// Returns a 128-bit hash of the content as hexadecimal digits.
 std::string fingerprint(std::string_view content)
 {
     const auto hash = XXH3_128bits(content.data(), content.size());
@@ -24,7 +24,7 @@ std::string fingerprint(std::string_view content)
 
 }  // namespace
 
-std::string_view UidRegistry::give(std::string_view ownUid, std::string_view card)
+std::string_view UidRegistry::assign(std::string_view ownUid, std::string_view card)
 {
     if (!ownUid.empty() && take(ownUid)) {
         return ownUid;
@@ -41,29 +41,29 @@ std::string_view UidRegistry::give(std::string_view ownUid, std::string_view car
     }
 }
 
-/// Notes the id. Returns whether nobody had it.
+/// Records the id. Returns whether it was free.
 bool UidRegistry::take(std::string_view uid)
 {
-    if (slots_.size() < 2 * (given_.size() + 1)) {
-        layOut(2 * given_.size() + 1);
+    if (slots_.size() < 2 * (taken_.size() + 1)) {
+        rebuild(2 * taken_.size() + 1);
     }
     const auto hash = XXH3_64bits(uid.data(), uid.size());
     auto* slot = slotOf(uid, hash);
     if (slot->id != 0) {
         return false;
     }
-    given_.push_back(uid);
-    *slot = {static_cast<std::uint32_t>(given_.size()), static_cast<std::uint32_t>(hash >> 32U)};
+    taken_.push_back(uid);
+    *slot = {static_cast<std::uint32_t>(taken_.size()), static_cast<std::uint32_t>(hash >> 32U)};
     return true;
 }
 
-/// The slot of the id, or the free one where it belongs.
+/// Returns the slot of the id, or the free slot for it.
 UidRegistry::Slot* UidRegistry::slotOf(std::string_view uid, std::uint64_t hash)
 {
     const auto mask = slots_.size() - 1;
     auto position = hash & mask;
     while (slots_[position].id != 0 &&
-           (slots_[position].hash != hash >> 32U || given_[slots_[position].id - 1] != uid)) {
+           (slots_[position].hash != hash >> 32U || taken_[slots_[position].id - 1] != uid)) {
         position = (position + 1) & mask;
     }
     return &slots_[position];
@@ -72,18 +72,18 @@ UidRegistry::Slot* UidRegistry::slotOf(std::string_view uid, std::uint64_t hash)
 void UidRegistry::reserve(std::size_t count)
 {
     if (slots_.size() < 2 * count) {
-        layOut(count);
+        rebuild(count);
     }
 }
 
-/// Lays the slots anew with room for so many ids.
-void UidRegistry::layOut(std::size_t count)
+/// Rebuilds the table for `count` ids.
+void UidRegistry::rebuild(std::size_t count)
 {
-    given_.reserve(count);
+    taken_.reserve(count);
     slots_.assign(std::bit_ceil(std::max<std::size_t>(2 * count, 16)), Slot());
-    for (std::size_t i = 0; i < given_.size(); ++i) {
-        const auto hash = XXH3_64bits(given_[i].data(), given_[i].size());
-        *slotOf(given_[i], hash) = {static_cast<std::uint32_t>(i + 1),
+    for (std::size_t i = 0; i < taken_.size(); ++i) {
+        const auto hash = XXH3_64bits(taken_[i].data(), taken_[i].size());
+        *slotOf(taken_[i], hash) = {static_cast<std::uint32_t>(i + 1),
                                     static_cast<std::uint32_t>(hash >> 32U)};
     }
 }

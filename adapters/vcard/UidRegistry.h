@@ -10,41 +10,41 @@
 
 namespace dunmora {
 
-/// Gives every card of a book an id that no other has, the same on every run as long as the card is
-/// the same.
+/// Assigns every card of a book a unique id, which stays the same on every run while the card is
+/// unchanged.
 ///
-/// Thread: one at a time. The ids are views into the cards' own UIDs, which must last as long as
-/// the registry does, or into the registry.
+/// Thread: any, one at a time. The ids are views into the cards' own UIDs, which must outlive the
+/// registry, or into the registry.
 class UidRegistry final {
 public:
-    /// Makes room for so many ids in all.
+    /// Reserves memory for `count` ids in total.
     void reserve(std::size_t count);
 
-    /// The card's own UID when it has one and no earlier card has taken it; otherwise an id made
-    /// from the card's content, numbered where even that is taken.
-    std::string_view give(std::string_view ownUid, std::string_view card);
+    /// Returns the card's own UID when it has one that no earlier card took; otherwise an id
+    /// derived from the card's content, with a number when even that is taken.
+    std::string_view assign(std::string_view ownUid, std::string_view card);
 
 private:
-    /// Where an id is found by its hash. A part of the hash stands here, too, so that a search need
-    /// not look at ids that are not the one; a set of the standard library takes four times as
-    /// long, which is felt with a million cards.
+    /// A slot of an open-addressing hash table. It holds part of the hash, so that a lookup rarely
+    /// compares other ids. With a million cards, std::unordered_set takes two to six times as long,
+    /// depending on the ids, because it allocates a node for each.
     struct Slot {
-        // The position in `given_`, counted from 1; 0 where there is none.
+        // The position in `taken_`, counted from 1; 0 in a free slot.
         std::uint32_t id = 0;
         std::uint32_t hash = 0;
     };
 
     bool take(std::string_view uid);
     Slot* slotOf(std::string_view uid, std::uint64_t hash);
-    void layOut(std::size_t count);
+    void rebuild(std::size_t count);
     std::string_view keep(const std::string& text);
 
     std::pmr::monotonic_buffer_resource memory_;
-    std::vector<std::string_view> given_;
-    // A power of two of them, at least half of them free.
+    std::vector<std::string_view> taken_;
+    // The size is a power of two; at least half of the slots are free.
     std::vector<Slot> slots_;
-    // How many copies of an id have been asked for, so that thousands of equal cards do not try
-    // all numbers each.
+    // The number of copies of each id, so that thousands of equal cards do not each try every
+    // number.
     std::unordered_map<std::string, std::size_t> copies_;
 };
 

@@ -19,7 +19,7 @@ void require(bool holds, const char* what)
     }
 }
 
-/// RFC 3629, §4: no overlong forms, no surrogates, nothing above U+10FFFF.
+/// RFC 3629 §4, written independently of text/Utf8, whose result it checks.
 bool isUtf8(std::string_view text)
 {
     for (std::size_t i = 0; i < text.size();) {
@@ -83,17 +83,17 @@ bool samePerson(const Person& a, const Person& b)
 
 void requireOrderedRanges(const CardReader::Cards& cards, std::size_t size)
 {
-    require(cards.people.size() == cards.ranges.size(), "a person has no range of its own");
+    require(cards.people.size() == cards.ranges.size(), "there is not one range for each person");
     std::size_t position = 0;
     for (const auto& range : cards.ranges) {
-        require(range.begin >= position, "ranges overlap or stand in another order");
-        require(range.begin < range.end && range.end <= size, "a range is not in the text");
+        require(range.begin >= position, "ranges overlap or are out of order");
+        require(range.begin < range.end && range.end <= size, "a range is outside the text");
         require(range.lineEndSize < range.end - range.begin, "a line end is longer than its card");
         position = range.end;
     }
 }
 
-/// What a deletion relies on: without the bytes of one card the others read as before.
+/// Checks what deletion relies on: without the bytes of one card, the others are read as before.
 void requireOthersStay(std::string_view text, const CardReader::Cards& cards, std::size_t removed)
 {
     const auto& range = cards.ranges[removed];
@@ -103,10 +103,11 @@ void requireOthersStay(std::string_view text, const CardReader::Cards& cards, st
     CardReader::Cards others;
     reader.read(rest, CardReader::Text::Bytes, others);
 
-    require(others.people.size() + 1 == cards.people.size(), "a deletion changed who is there");
+    require(others.people.size() + 1 == cards.people.size(),
+            "a deletion changed the number of other people");
     for (std::size_t i = 0; i < others.people.size(); ++i) {
         require(samePerson(others.people[i], cards.people[i < removed ? i : i + 1]),
-                "a deletion changed somebody else");
+                "a deletion changed another person");
     }
 }
 
@@ -124,7 +125,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& person : cards.people) {
         require(hasOnlyUtf8(person), "a text is not UTF-8");
     }
-    // A card without END that stands before a removed one would run on into what follows.
+    // A card without END before a removed one would extend into the text after it.
     constexpr std::size_t kRemovals = 8;
     for (std::size_t i = 0; cards.skipped.empty() && i < cards.people.size() && i < kRemovals;
          ++i) {

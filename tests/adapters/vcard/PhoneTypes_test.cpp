@@ -40,7 +40,7 @@ TEST(PhoneTypes, FollowTheTableOfLabels)
     EXPECT_EQ(label({"HOME", "X-Boat"}), "_$!<Home>!$_");
 }
 
-TEST(PhoneTypes, AreSilentAboutHowANumberIsUsedOrEncoded)
+TEST(PhoneTypes, HaveNoLabelForHowANumberIsUsedOrEncoded)
 {
     EXPECT_EQ(label({}), "none");
     for (const auto* type : {"PREF", "voice", "Msg", "TEXT", "TEXTPHONE", "VIDEO", "INTERNET",
@@ -50,7 +50,7 @@ TEST(PhoneTypes, AreSilentAboutHowANumberIsUsedOrEncoded)
     }
 }
 
-TEST(PhoneTypes, SplitListsAtCommasEvenInsideQuotes)
+TEST(PhoneTypes, AreSplitAtCommasEvenInsideQuotes)
 {
     EXPECT_EQ(label({"HOME,VOICE"}), "_$!<Home>!$_");
     EXPECT_EQ(label({"\"voice,work\""}), "_$!<Work>!$_");

@@ -13,70 +13,70 @@ namespace {
 
 using Uids = std::vector<std::string>;
 
-TEST(UidRegistry, GivesTheUidOfTheCardAsItStands)
+TEST(UidRegistry, KeepsTheUidOfTheCardUnchanged)
 {
     UidRegistry registry;
 
-    EXPECT_EQ(registry.give("urn:uuid:1 ", "card"), "urn:uuid:1 ");
-    EXPECT_EQ(registry.give("URN:UUID:1 ", "card"), "URN:UUID:1 ");
+    EXPECT_EQ(registry.assign("urn:uuid:1 ", "card"), "urn:uuid:1 ");
+    EXPECT_EQ(registry.assign("URN:UUID:1 ", "card"), "URN:UUID:1 ");
 }
 
-TEST(UidRegistry, MakesAnIdOutOfACardThatHasNone)
+TEST(UidRegistry, DerivesAnIdFromTheContentOfACardWithoutUid)
 {
     UidRegistry registry;
     UidRegistry anotherRun;
 
-    const auto id = registry.give("", "card of Ann");
+    const auto id = registry.assign("", "card of Ann");
 
     EXPECT_FALSE(id.empty());
-    EXPECT_NE(registry.give("", "card of Ben"), id);
-    EXPECT_EQ(anotherRun.give("", "card of Ben").substr(0, 5), "card-");
-    EXPECT_EQ(anotherRun.give("", "card of Ann"), id);
+    EXPECT_NE(registry.assign("", "card of Ben"), id);
+    EXPECT_EQ(anotherRun.assign("", "card of Ben").substr(0, 5), "card-");
+    EXPECT_EQ(anotherRun.assign("", "card of Ann"), id);
 }
 
-TEST(UidRegistry, GivesEqualCardsDifferentIdsThatAreTheSameOnEveryRun)
+TEST(UidRegistry, AssignsEqualCardsDifferentIdsThatAreTheSameOnEveryRun)
 {
     UidRegistry registry;
     UidRegistry anotherRun;
     std::set<std::string> ids;
     for (int i = 0; i < 100; ++i) {
-        const auto id = std::string(registry.give("", "card"));
-        EXPECT_EQ(anotherRun.give("", "card"), id);
+        const auto id = std::string(registry.assign("", "card"));
+        EXPECT_EQ(anotherRun.assign("", "card"), id);
         ids.insert(id);
     }
 
     EXPECT_EQ(ids.size(), 100U);
 }
 
-TEST(UidRegistry, GivesASecondCardWithATakenUidAnIdMadeOfItsContent)
+TEST(UidRegistry, DerivesAnIdFromTheContentOfACardWhoseUidIsTaken)
 {
     UidRegistry registry;
     UidRegistry anotherRun;
-    registry.give("uid", "card of Ann");
-    anotherRun.give("uid", "card of Ann");
-    anotherRun.give("uid", "card of Cid");
+    registry.assign("uid", "card of Ann");
+    anotherRun.assign("uid", "card of Ann");
+    anotherRun.assign("uid", "card of Cid");
 
-    const auto id = std::string(registry.give("uid", "card of Ben"));
+    const auto id = std::string(registry.assign("uid", "card of Ben"));
 
     EXPECT_NE(id, "uid");
-    EXPECT_NE(registry.give("uid", "card of Ben"), id);
+    EXPECT_NE(registry.assign("uid", "card of Ben"), id);
     // Others with the same UID in between do not matter.
-    EXPECT_EQ(anotherRun.give("uid", "card of Ben"), id);
+    EXPECT_EQ(anotherRun.assign("uid", "card of Ben"), id);
 }
 
-TEST(UidRegistry, NeverGivesAnIdTwiceEvenWhereACardHasAMadeOneAsItsOwn)
+TEST(UidRegistry, NeverAssignsAnIdTwiceEvenWhenACardHasADerivedIdAsItsUid)
 {
     UidRegistry registry;
     std::set<std::string> ids;
-    const auto made = std::string(registry.give("", "card"));
-    const auto second = made + "-2";
-    ids.insert(made);
+    const auto derived = std::string(registry.assign("", "card"));
+    const auto second = derived + "-2";
+    ids.insert(derived);
 
-    ids.emplace(registry.give(made, "card"));
-    ids.emplace(registry.give(second, "card"));
-    ids.emplace(registry.give("", "card"));
-    ids.emplace(registry.give("", "card"));
-    ids.emplace(registry.give(second, "card"));
+    ids.emplace(registry.assign(derived, "card"));
+    ids.emplace(registry.assign(second, "card"));
+    ids.emplace(registry.assign("", "card"));
+    ids.emplace(registry.assign("", "card"));
+    ids.emplace(registry.assign(second, "card"));
 
     EXPECT_EQ(ids.size(), 6U);
 }
@@ -106,7 +106,7 @@ TEST_F(BookUidsTest, AreDifferentAcrossTheFilesOfAFolder)
     EXPECT_EQ(std::set<std::string>(uids.begin(), uids.end()).size(), 3U);
 }
 
-TEST_F(BookUidsTest, OfACardWithoutOneDoNotDependOnWhereItStands)
+TEST_F(BookUidsTest, OfCardsWithoutOneDoNotDependOnTheirPosition)
 {
     const std::string ann = "BEGIN:VCARD\r\nFN:Ann\r\nEND:VCARD";
     write(file(), ann + "\r\n" + card("x"));
@@ -117,7 +117,7 @@ TEST_F(BookUidsTest, OfACardWithoutOneDoNotDependOnWhereItStands)
     EXPECT_EQ(uidsIn(file()).back(), first);
 }
 
-TEST_F(BookUidsTest, StayWithTheirPeopleInTheListingAfterADeletion)
+TEST_F(BookUidsTest, StayTheSameAfterADeletion)
 {
     const std::string same = "BEGIN:VCARD\r\nFN:Ann\r\nEND:VCARD\r\n";
     write(file(), same + same + same);
@@ -130,7 +130,7 @@ TEST_F(BookUidsTest, StayWithTheirPeopleInTheListingAfterADeletion)
     EXPECT_EQ(uidsOf(book.people()), (Uids{uids[1], uids[2]}));
 }
 
-TEST_F(BookUidsTest, AnEmptyUidCountsAsNone)
+TEST_F(BookUidsTest, ReplaceEmptyUids)
 {
     write(file(), "BEGIN:VCARD\r\nUID:\r\nEND:VCARD\r\nBEGIN:VCARD\r\nUID:\r\nEND:VCARD\r\n");
 

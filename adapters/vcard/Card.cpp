@@ -1,0 +1,222 @@
+#include "adapters/vcard/Card.h"
+
+#include "adapters/vcard/PhoneTypes.h"
+#include "adapters/vcard/Revision.h"
+#include "adapters/vcard/TextDecoding.h"
+#include "text/Ascii.h"
+#include "text/Utf8.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+std::string upper(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), toUpperAscii);
+    return result;
+}
+
+}  // namespace
+
+void Card::readVersion(const RawProperty& property)
+{
+    if (version_ == VCardVersion::Unknown) {
+        version_ =
+            trimmed(parse(property).value) == "2.1" ? VCardVersion::V21 : VCardVersion::Later;
+    }
+}
+
+std::string Card::unfolded(std::size_t begin, std::size_t end, TransferEncoding transfer) const
+{
+    return unfold(text_.substr(begin, end - begin),
+                  version_ == VCardVersion::V21 ? FoldBlank::Keep : FoldBlank::Remove,
+                  transfer == TransferEncoding::QuotedPrintable ? SoftBreaks::Remove
+                                                                : SoftBreaks::Keep);
+}
+
+Property Card::parse(const RawProperty& raw)
+{
+    if (!raw.isFolded) {
+        return raw.property;
+    }
+    const auto whole = unfolded(raw.begin, raw.end, TransferEncoding::Plain);
+    const auto transfer = splitProperty(whole, headOf(whole)).encoding.transfer;
+    const auto text =
+        keep(transfer == TransferEncoding::QuotedPrintable ? unfolded(raw.begin, raw.end, transfer)
+                                                           : whole);
+    return splitProperty(text, headOf(text));
+}
+
+/// Copies the text into memory that lives as long as the people.
+std::string_view Card::keep(std::string_view text)
+{
+    if (text.empty()) {
+        return "";
+    }
+    auto* place = static_cast<char*>(memory_.allocate(text.size(), 1));
+    std::memcpy(place, text.data(), text.size());
+    return {place, text.size()};
+}
+
+/// Decodes the value to UTF-8 and leaves its escapes unresolved.
+std::string_view Card::textOf(const Property& property)
+{
+    const auto& encoding = property.encoding;
+    std::string decoded;
+    auto bytes = property.value;
+    if (encoding.transfer == TransferEncoding::QuotedPrintable) {
+        decoded = decodeQuotedPrintable(bytes);
+        bytes = decoded;
+    } else if (encoding.transfer == TransferEncoding::Base64) {
+        if (auto plain = decodeBase64(bytes)) {
+            decoded = *std::move(plain);
+            bytes = decoded;
+        }
+    } else if (kind_ == CardReader::Text::Utf8) {
+        return bytes;
+    }
+    if (encoding.charset.empty() && isUtf8(bytes)) {
+        return bytes.data() == property.value.data() ? bytes : keep(bytes);
+    }
+    return keep(toUtf8(bytes, encoding.charset));
+}
+
+std::string_view Card::unescaped(std::string_view text)
+{
+    if (text.find('\\') == std::string_view::npos) {
+        return text;
+    }
+    scratch_.clear();
+    appendUnescaped(scratch_, text, version_);
+    return keep(scratch_);
+}
+
+/// Returns the first property of a kind, or null.
+const RawProperty* Card::first(PropertyKind kind) const
+{
+    const auto found =
+        std::find_if(properties_.begin(), properties_.end(),
+                     [&](const RawProperty& property) { return property.property.kind == kind; });
+    return found == properties_.end() ? nullptr : &*found;
+}
+
+std::optional<std::string_view> Card::firstText(PropertyKind kind)
+{
+    const auto* property = first(kind);
+    return property == nullptr ? std::nullopt : std::optional(unescaped(textOf(parse(*property))));
+}
+
+bool Card::isGroup()
+{
+    const auto hasValue = [&](const RawProperty& property, PropertyKind kind,
+                              std::string_view value) {
+        return property.property.kind == kind &&
+               equalsIgnoringCase(trimmed(parse(property).value), value);
+    };
+    return std::any_of(properties_.begin(), properties_.end(), [&](const RawProperty& property) {
+        return hasValue(property, PropertyKind::CardKind, "group") ||
+               hasValue(property, PropertyKind::List, "TRUE");
+    });
+}
+
+Person Card::person()
+{
+    Person person;
+    readNames(person);
+    person.nickname = firstText(PropertyKind::Nickname);
+    if (const auto* uid = first(PropertyKind::Uid)) {
+        person.uid = textOf(parse(*uid));
+    }
+    if (const auto* revision = first(PropertyKind::Revision)) {
+        person.modified = readRevision(textOf(parse(*revision)));
+    }
+    person.phones = readPhones();
+    return person;
+}
+
+void Card::readNames(Person& person)
+{
+    if (const auto* name = first(PropertyKind::Name)) {
+        auto text = textOf(parse(*name));
+        const auto last = takeComponent(text);
+        const auto given = takeComponent(text);
+        if (!trimmed(last).empty() || !trimmed(given).empty()) {
+            person.lastName = unescaped(last);
+            person.firstName = unescaped(given);
+            return;
+        }
+    }
+    // People and companies that only have a formatted name would otherwise all be equal.
+    person.firstName = firstText(PropertyKind::FormattedName);
+}
+
+std::optional<PhoneList> Card::readPhones()
+{
+    const auto isPhone = [](const RawProperty& property) {
+        return property.property.kind == PropertyKind::Phone;
+    };
+    const auto count =
+        static_cast<std::size_t>(std::count_if(properties_.begin(), properties_.end(), isPhone));
+    if (count == 0) {
+        return std::nullopt;
+    }
+    readLabels();
+    auto* phones = static_cast<LabelledPhone*>(
+        memory_.allocate(count * sizeof(LabelledPhone), alignof(LabelledPhone)));
+    auto* end = phones;
+    for (const auto& property : properties_) {
+        if (isPhone(property)) {
+            new (end++) LabelledPhone(readPhone(parse(property)));
+        }
+    }
+    return PhoneList(phones, count);
+}
+
+/// Collects the labels first: a label may be hundreds of lines away from the number in its group.
+void Card::readLabels()
+{
+    labels_.clear();
+    for (const auto& raw : properties_) {
+        if (raw.property.kind != PropertyKind::Label) {
+            continue;
+        }
+        const auto property = parse(raw);
+        const auto label = unescaped(textOf(property));
+        if (!property.group.empty() && !label.empty()) {
+            labels_.try_emplace(upper(property.group), label);
+        }
+    }
+}
+
+LabelledPhone Card::readPhone(const Property& property)
+{
+    auto value = unescaped(textOf(property));
+    if (equalsIgnoringCase(value.substr(0, 4), "tel:")) {
+        value.remove_prefix(4);
+    }
+    if (!property.group.empty() && !labels_.empty()) {
+        if (const auto found = labels_.find(upper(property.group)); found != labels_.end()) {
+            return {found->second, value};
+        }
+    }
+    PhoneTypes types;
+    for (auto parameters = property.parameters; !parameters.empty();) {
+        const auto parameter = takeParameter(parameters);
+        if (parameter.name.empty() || equalsIgnoringCase(parameter.name, "TYPE")) {
+            types.add(parameter.value);
+        }
+    }
+    auto label = types.label();
+    if (label && !isUtf8(*label)) {
+        label = keep(toUtf8(*label, ""));
+    }
+    return {label, value};
+}
+
+}  // namespace dunmora
