@@ -26,14 +26,14 @@ bool continuesCharacter(char c)
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-/// Whether a 2.1 line can break here: what follows must not look like a line of another kind.
+/// Whether a line of version 2.1 can be folded here: the rest must not look like a BEGIN line.
 bool foldsBefore(const std::string& line, std::size_t at)
 {
     const auto word = line.find_first_not_of(' ', at);
     return word != std::string::npos && line.compare(word, 6, "BEGIN:") != 0;
 }
 
-/// The text in ISO-8859-1, or none when it has other characters.
+/// Converts the text to ISO-8859-1. Returns nothing when it has other characters.
 std::optional<std::string> latin1(const std::string& text)
 {
     std::string bytes;
@@ -95,7 +95,7 @@ std::string CardGenerator::lineEnd()
     return dice < 6 ? "\r\n" : dice < 9 ? "\n" : "\r";
 }
 
-/// A name of zero to four pieces, each a trap of its own.
+/// Returns a name of zero to four pieces, each of them hard to read for a different reason.
 std::string CardGenerator::name()
 {
     static constexpr std::array<std::string_view, 32> kPieces = {
@@ -107,7 +107,7 @@ std::string CardGenerator::name()
     for (auto count = below(5); count > 0; --count) {
         text += kPieces[below(kPieces.size())];
     }
-    // 2.1 has no escape for a backslash, nor one for a line break.
+    // Version 2.1 has no escape for a backslash or a line break.
     if (version_ != Version::V21 && chance(5)) {
         text += chance(50) ? "\\" : "\\n";
     }
@@ -119,19 +119,19 @@ std::string CardGenerator::name()
 
 std::string CardGenerator::phoneNumber()
 {
-    static constexpr std::string_view kSigns = "0123456789 -+().,#*";
+    static constexpr std::string_view kCharacters = "0123456789 -+().,#*";
     std::string number = "+";
     for (auto count = 1 + below(14); count > 0; --count) {
-        number += kSigns[below(kSigns.size())];
+        number += kCharacters[below(kCharacters.size())];
     }
     return number + "7";
 }
 
-std::string CardGenerator::escaped(const std::string& text, Place place)
+std::string CardGenerator::escaped(const std::string& text, Extent extent)
 {
     std::string result;
     for (const auto c : text) {
-        if (c == ';' && (place == Place::Part || chance(50))) {
+        if (c == ';' && (extent == Extent::Component || chance(50))) {
             result += "\\;";
         } else if (c == '\\' && version_ != Version::V21) {
             result += "\\\\";
@@ -157,9 +157,9 @@ std::string CardGenerator::quotedPrintable(const std::string& text)
             result += "=" + lineEnd_;
             column = 0;
         }
-        // Encoded, they would be text and neither separators nor escapes.
-        const auto isSign = c == ';' || c == ',' || c == '\\' || result.ends_with('\\');
-        if (c == '=' || byte < 0x20 || byte >= 0x80 || (!isSign && chance(10))) {
+        // Encoded, these would be text instead of separators or escapes.
+        const auto isSyntax = c == ';' || c == ',' || c == '\\' || result.ends_with('\\');
+        if (c == '=' || byte < 0x20 || byte >= 0x80 || (!isSyntax && chance(10))) {
             result += '=';
             result += kHexDigits[byte >> 4U];
             result += kHexDigits[byte & 15U];
@@ -169,17 +169,17 @@ std::string CardGenerator::quotedPrintable(const std::string& text)
             ++column;
         }
     }
-    // A blank at the end of a quoted-printable line is padding, not text.
+    // A blank at the end of a quoted-printable line is padding.
     if (result.ends_with(' ')) {
         result.replace(result.size() - 1, 1, "=20");
     }
     return result;
 }
 
-/// 3.0 and 4.0: a line break and a blank anywhere. 2.1: a line break before a blank that stays.
+/// Folds at any position with an extra blank (3.0 and 4.0) or before an existing blank (2.1).
 std::string CardGenerator::folded(const std::string& line)
 {
-    // After base64, the beginning of a name could be more base64.
+    // After base64, the beginning of a property name could be read as more base64.
     const auto first = followsBase64_ ? line.find_first_of(";:") + 1 : 1;
     followsBase64_ = line.find("ENCODING=") < line.find(':');
     std::string result;
@@ -207,15 +207,15 @@ void CardGenerator::addLine(const std::string& line)
     }
 }
 
-/// A property whose value is these texts with `;` between them, in one of the ways to write text.
+/// Adds a property whose components are these texts, in one of the ways to write text.
 void CardGenerator::addText(const std::string& property, const std::vector<std::string>& texts)
 {
-    const auto place = texts.size() > 1 ? Place::Part : Place::Whole;
+    const auto extent = texts.size() > 1 ? Extent::Component : Extent::Whole;
     std::string value;
     bool needsEncoding = false;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         needsEncoding = needsEncoding || texts[i].find('\n') != std::string::npos;
-        value += (i == 0 ? "" : ";") + escaped(texts[i], place);
+        value += (i == 0 ? "" : ";") + escaped(texts[i], extent);
     }
     auto parameters = property;
     if (chance(5)) {
@@ -234,7 +234,7 @@ void CardGenerator::addText(const std::string& property, const std::vector<std::
     const auto dice = below(100);
     if (version_ != Version::V40 && dice < 25) {
         parameters += chance(80) ? ";ENCODING=QUOTED-PRINTABLE" : ";" + anyCase("QUOTED-PRINTABLE");
-        // Soft breaks fold the line already.
+        // Soft breaks already fold the line.
         card_.bytes += parameters + ":" + quotedPrintable(value) + lineEnd_;
         return;
     }
@@ -272,21 +272,21 @@ void CardGenerator::addNames()
         addFormatted();
         addN();
     }
-    setNames(card_.meant, hasN ? given : "", hasN ? family : "", hasFormatted ? formatted : "");
+    setNames(card_.expected, hasN ? given : "", hasN ? family : "", hasFormatted ? formatted : "");
     if (hasN && chance(5)) {
         addText("N", {"Second", "Name"});
     }
     if (chance(30)) {
-        card_.meant.nickname = name();
-        addText(anyCase("NICKNAME"), {card_.meant.nickname});
+        card_.expected.nickname = name();
+        addText(anyCase("NICKNAME"), {card_.expected.nickname});
     }
 }
 
 void CardGenerator::addUid()
 {
     if (chance(50)) {
-        card_.meant.uid = (chance(30) ? "urn:uuid:" : "uid-") + std::to_string(++uidsGiven_);
-        addLine(anyCase("UID") + ":" + card_.meant.uid);
+        card_.expected.uid = (chance(30) ? "urn:uuid:" : "uid-") + std::to_string(++uidsGiven_);
+        addLine(anyCase("UID") + ":" + card_.expected.uid);
     }
 }
 
@@ -372,7 +372,7 @@ void CardGenerator::addPhones()
                         : chance(50) ? "_$!<AssistantPhone>!$_"
                                      : "Boat; work, \"Zoë\"";
                 labelLines.push_back(anyCase(group));
-                labelLines.back() += "X-ABLabel:" + escaped(label, Place::Whole);
+                labelLines.back() += "X-ABLabel:" + escaped(label, Extent::Whole);
             }
         }
         auto value = phoneNumber();
@@ -388,7 +388,7 @@ void CardGenerator::addPhones()
         }
         line += ":" + written;
         addLine(line);
-        card_.meant.phones.push_back({expectedLabel(types, label), value});
+        card_.expected.phones.push_back({expectedLabel(types, label), value});
         if (chance(30)) {
             addOther();
         }
@@ -398,7 +398,7 @@ void CardGenerator::addPhones()
     }
 }
 
-/// A property that is nobody's name or number.
+/// Adds a property that readers must ignore.
 void CardGenerator::addOther()
 {
     switch (below(8)) {
@@ -435,7 +435,7 @@ void CardGenerator::addOther()
 
 GeneratedCard CardGenerator::next()
 {
-    // After an open 3.0 or 4.0 card a blank before BEGIN would make it a continuation.
+    // After an open 3.0 or 4.0 card, a blank before BEGIN would make the line a continuation.
     const auto* const indentation =
         card_.kind != GeneratedCard::Kind::WithoutEnd && chance(5) ? "  " : "";
     card_ = GeneratedCard();

@@ -10,8 +10,8 @@ namespace dunmora::test {
 
 namespace {
 
-/// EVCard prints every card that it cannot read to standard error, whole.
-void keepQuiet()
+/// Suppresses GLib's log: EVCard prints every card that it cannot read in full.
+void silenceLog()
 {
     static const auto kInstalled = [] {
         g_log_set_default_handler([](const gchar*, GLogLevelFlags, const gchar*, gpointer) {},
@@ -43,7 +43,7 @@ std::string wholeText(EVCardAttribute* attribute)
     return text;
 }
 
-bool isCalled(EVCardAttribute* attribute, const char* name)
+bool hasName(EVCardAttribute* attribute, const char* name)
 {
     return g_ascii_strcasecmp(e_vcard_attribute_get_name(attribute), name) == 0;
 }
@@ -73,11 +73,11 @@ std::vector<std::string> typesOf(EVCardAttribute* attribute)
     return types;
 }
 
-/// The first attribute of this name, or none; EVCard keeps them in the card's order.
-EVCardAttribute* firstCalled(const std::vector<EVCardAttribute*>& attributes, const char* name)
+/// Returns the first attribute of this name, or null; EVCard keeps the order of the card.
+EVCardAttribute* firstNamed(const std::vector<EVCardAttribute*>& attributes, const char* name)
 {
     for (auto* attribute : attributes) {
-        if (isCalled(attribute, name)) {
+        if (hasName(attribute, name)) {
             return attribute;
         }
     }
@@ -86,7 +86,7 @@ EVCardAttribute* firstCalled(const std::vector<EVCardAttribute*>& attributes, co
 
 std::string firstText(const std::vector<EVCardAttribute*>& attributes, const char* name)
 {
-    auto* attribute = firstCalled(attributes, name);
+    auto* attribute = firstNamed(attributes, name);
     return attribute == nullptr ? "" : wholeText(attribute);
 }
 
@@ -94,13 +94,13 @@ std::vector<OraclePhone> phonesOf(const std::vector<EVCardAttribute*>& attribute
 {
     std::map<std::string, std::string> labels;
     for (auto* attribute : attributes) {
-        if (isCalled(attribute, "X-ABLabel")) {
+        if (hasName(attribute, "X-ABLabel")) {
             labels.emplace(groupOf(attribute), wholeText(attribute));
         }
     }
     std::vector<OraclePhone> phones;
     for (auto* attribute : attributes) {
-        if (isCalled(attribute, EVC_TEL)) {
+        if (hasName(attribute, EVC_TEL)) {
             const auto group = groupOf(attribute);
             phones.push_back({expectedLabel(typesOf(attribute), group.empty() ? "" : labels[group]),
                               withoutScheme(wholeText(attribute))});
@@ -111,10 +111,10 @@ std::vector<OraclePhone> phonesOf(const std::vector<EVCardAttribute*>& attribute
 
 bool isGroup(const std::vector<EVCardAttribute*>& attributes)
 {
-    const auto says = [&](const char* name) {
+    const auto isGroupBy = [&](const char* name) {
         return g_ascii_strcasecmp(firstText(attributes, name).c_str(), "group") == 0;
     };
-    return says("KIND") || says("X-ADDRESSBOOKSERVER-KIND");
+    return isGroupBy("KIND") || isGroupBy("X-ADDRESSBOOKSERVER-KIND");
 }
 
 std::string converted(std::string_view bytes, const char* from)
@@ -131,7 +131,7 @@ std::string converted(std::string_view bytes, const char* from)
 
 std::optional<OraclePerson> readWithEVCard(const std::string& card)
 {
-    keepQuiet();
+    silenceLog();
     const std::unique_ptr<EVCard, decltype(&g_object_unref)> vcard(
         e_vcard_new_from_string(card.c_str()), g_object_unref);
     std::vector<EVCardAttribute*> attributes;
@@ -145,7 +145,7 @@ std::optional<OraclePerson> readWithEVCard(const std::string& card)
     OraclePerson person;
     person.uid = firstText(attributes, EVC_UID);
     person.nickname = firstText(attributes, EVC_NICKNAME);
-    auto* name = firstCalled(attributes, EVC_N);
+    auto* name = firstNamed(attributes, EVC_N);
     auto components = name == nullptr ? std::vector<std::string>() : valuesOf(name);
     components.resize(2);
     setNames(person, components[1], components[0], firstText(attributes, EVC_FN));
@@ -153,7 +153,7 @@ std::optional<OraclePerson> readWithEVCard(const std::string& card)
     return person;
 }
 
-std::string broughtToUtf8(std::string_view bytes)
+std::string convertedToUtf8(std::string_view bytes)
 {
     if (bytes.starts_with("\xFF\xFE")) {
         return converted(bytes.substr(2), "UTF-16LE");

@@ -9,11 +9,11 @@
 
 namespace dunmora::test {
 
-/// What GNOME's EVCard reads from the bytes of one card, or none when it is a group of people.
-/// It splits every text at `;`; such texts are put together again.
+/// Reads one card with GNOME's EVCard. Returns nothing when the card is a group. EVCard splits
+/// every text at `;`; such texts are joined again.
 std::optional<OraclePerson> readWithEVCard(const std::string& card);
 
-/// The file brought from UTF-16 to UTF-8, with or without a byte-order mark; any other as it is.
-std::string broughtToUtf8(std::string_view bytes);
+/// Converts UTF-16, with or without a byte-order mark, to UTF-8; returns other bytes unchanged.
+std::string convertedToUtf8(std::string_view bytes);
 
 }  // namespace dunmora::test

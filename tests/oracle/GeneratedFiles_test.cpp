@@ -10,7 +10,7 @@ namespace dunmora::test {
 
 namespace {
 
-/// UTF-8 text in UTF-16, low byte first or high byte first.
+/// Converts UTF-8 to UTF-16, low byte first or high byte first.
 std::string inUtf16(const std::string& text, bool lowByteFirst)
 {
     std::string bytes;
@@ -52,7 +52,7 @@ GeneratedFile generatedFile(CardGenerator& generator)
         file.bytes += generator.junk();
         auto card = generator.next();
         file.bytes += card.bytes;
-        // Those bytes are not UTF-8, or are not once the fold's line end has come between them.
+        // Latin 1 is not UTF-8, and a fold inside a character makes it invalid.
         canBeUtf16 = canBeUtf16 && !card.quirks.contains(Quirk::Latin1) &&
                      !card.quirks.contains(Quirk::MidCharacterFold);
         if (card.kind == GeneratedCard::Kind::Person) {
@@ -74,7 +74,7 @@ GeneratedFile generatedFile(CardGenerator& generator)
 
 }  // namespace
 
-TEST(GeneratedFiles, AreReadAsTheyWereMeant)
+TEST(GeneratedFiles, AreReadAsTheGeneratorMeantThem)
 {
     const TemporaryFolder folder;
     const auto path = folder.path() / "book.vcf";
@@ -93,7 +93,7 @@ TEST(GeneratedFiles, AreReadAsTheyWereMeant)
         std::set<std::string_view> uids;
         for (std::size_t i = 0; i < people.size(); ++i) {
             for (const auto& difference :
-                 differences(people[i], file.people[i].meant, i, LabelCase::Counts)) {
+                 differences(people[i], file.people[i].expected, i, LabelCase::Exact)) {
                 ADD_FAILURE() << described(difference) << "\n" << file.people[i].bytes;
             }
             EXPECT_EQ(people[i].modified, file.people[i].modified) << file.people[i].bytes;

@@ -19,8 +19,8 @@ std::string lowered(std::string_view text)
     return result;
 }
 
-/// Words that say how a number is used or written, not whose it is.
-bool saysNothing(const std::string& type)
+/// Whether the type describes how a number is used or encoded, which gives no label.
+bool hasNoLabel(const std::string& type)
 {
     static constexpr std::array<std::string_view, 12> kWords = {
         "pref",     "voice", "msg",    "text", "textphone",        "video",
@@ -34,7 +34,7 @@ std::string listed(const std::vector<OraclePhone>& phones, LabelCase labelCase)
     for (const auto& phone : phones) {
         auto label = phone.label ? "<" + *phone.label + ">" : "no label";
         text +=
-            (labelCase == LabelCase::Counts ? label : lowered(label)) + " " + phone.value + " | ";
+            (labelCase == LabelCase::Exact ? label : lowered(label)) + " " + phone.value + " | ";
     }
     return text;
 }
@@ -75,7 +75,7 @@ std::optional<std::string> expectedLabel(const std::vector<std::string>& types,
         std::istringstream parts(type);
         std::string part;
         while (std::getline(parts, part, ',')) {
-            if (!saysNothing(lowered(part))) {
+            if (!hasNoLabel(lowered(part))) {
                 words.push_back(part);
             }
         }
@@ -172,8 +172,8 @@ std::vector<Difference> differences(std::span<const Person> ours,
 
 std::string described(const Difference& difference)
 {
-    return difference.where + ": “" + difference.ours + "” is what we read, “" + difference.theirs +
-           "” what the oracle says";
+    return difference.where + ": we read “" + difference.ours + "”, the oracle reads “" +
+           difference.theirs + "”";
 }
 
 }  // namespace dunmora::test

@@ -15,7 +15,7 @@ struct OraclePhone {
     std::string value;
 };
 
-/// What somebody other than our reader says about a person; "" where they say nothing.
+/// A person as another reader, or the generator, sees it; missing texts are empty.
 struct OraclePerson {
     std::string uid;
     std::string firstName;
@@ -24,38 +24,39 @@ struct OraclePerson {
     std::vector<OraclePhone> phones;
 };
 
-/// The names that N and FN give: FN counts only where N gives nothing but blanks for either name.
+/// Sets the names from N and FN; FN is used only when both names in N are blank.
 void setNames(OraclePerson& person, std::string_view given, std::string_view family,
               std::string_view formatted);
 
-/// The label that a TEL gets: `types` are its TYPE values and bare parameters as they stand,
-/// `customLabel` is the X-ABLabel of its group, unescaped, or "".
+/// Returns the label of a TEL. `types` are its TYPE values and bare parameters, unchanged;
+/// `customLabel` is the unescaped X-ABLabel of its group, or empty.
 std::optional<std::string> expectedLabel(const std::vector<std::string>& types,
                                          const std::string& customLabel);
 
-/// A telephone number without its leading `tel:`.
+/// Returns a phone number without a leading `tel:`.
 std::string withoutScheme(std::string_view value);
 
-/// Where two readings disagree: "people", or the person's place and field ("3 lastName").
+/// A disagreement between two readers. `where` is "people", or the index of a person and a field
+/// ("3 lastName").
 struct Difference {
     std::string where;
     std::string ours;
     std::string theirs;
 };
 
-/// How the labels of an oracle compare that lower-cases what it reads.
-enum class LabelCase { Counts, DoesNotCount };
+/// How to compare the case of labels; some oracles convert them to lower case.
+enum class LabelCase { Exact, Ignored };
 
-/// Every difference between our reading and an oracle's. A person without a uid in the oracle's
-/// eyes may have any in ours. With different numbers of people nothing else is compared.
+/// Returns every difference between our reader and an oracle. Where the oracle has no uid, ours may
+/// be anything. When the numbers of people differ, nothing else is compared.
 std::vector<Difference> differences(std::span<const Person> ours,
                                     std::span<const OraclePerson> theirs, LabelCase labelCase);
 
-/// The same for one person, who stands at `place`.
+/// Compares one person, whose index is `place`.
 std::vector<Difference> differences(const Person& ours, const OraclePerson& theirs,
                                     std::size_t place, LabelCase labelCase);
 
-/// Writes the difference on one line, for a failing test.
+/// Describes the difference on one line for a failure message.
 std::string described(const Difference& difference);
 
 }  // namespace dunmora::test

@@ -40,15 +40,15 @@ void DifferenceList::add(const std::string& file, const std::vector<Difference>&
                 return accepted.file == file && accepted.where == difference.where;
             });
         EXPECT_TRUE(isAccepted) << file << ": " << described(difference);
-        met_.insert(file + " " + difference.where);
+        seen_.insert(file + " " + difference.where);
     }
 }
 
-void DifferenceList::failForThoseNotMet() const
+void DifferenceList::failForUnseen() const
 {
     for (const auto& accepted : accepted_) {
-        EXPECT_TRUE(met_.contains(std::string(accepted.file) + " " + std::string(accepted.where)))
-            << accepted.file << ": " << accepted.where << " does not differ any more";
+        EXPECT_TRUE(seen_.contains(std::string(accepted.file) + " " + std::string(accepted.where)))
+            << accepted.file << ": " << accepted.where << " no longer differs";
     }
 }
 

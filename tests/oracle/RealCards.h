@@ -11,35 +11,35 @@
 
 namespace dunmora::test {
 
-/// The folder of other programs' cards: the environment's DUNMORA_VCARDS, else the build's. They
-/// are not ours to give away, so that a machine may well have none.
+/// Returns the folder with cards of other programs: DUNMORA_VCARDS from the environment or else
+/// from the build. They are not redistributable, so the folder may be missing.
 std::filesystem::path realCardFolder();
 
-/// Every file of cards in that folder, sorted.
+/// Returns every file of cards in that folder, sorted.
 std::vector<std::filesystem::path> realCardFiles();
 
-/// The name that golden.tsv has for a file: `folder@name`.
+/// Returns the name of a file in golden.tsv: `folder@name`.
 std::string nameOf(const std::filesystem::path& file);
 
-/// A disagreement in which the oracle is wrong, or knows less.
+/// A difference in which the oracle is wrong or incomplete.
 struct AcceptedDifference {
     std::string_view file;
     std::string_view where;
     std::string_view reason;
 };
 
-/// Takes note of every difference that is met, and fails the test for one that is not accepted, or
-/// that is accepted but was not met.
+/// Fails the test for every difference that is not accepted, and for every accepted one that did
+/// not occur.
 class DifferenceList final {
 public:
     explicit DifferenceList(std::span<const AcceptedDifference> accepted) : accepted_(accepted) {}
 
     void add(const std::string& file, const std::vector<Difference>& differences);
-    void failForThoseNotMet() const;
+    void failForUnseen() const;
 
 private:
     std::span<const AcceptedDifference> accepted_;
-    std::set<std::string> met_;
+    std::set<std::string> seen_;
 };
 
 }  // namespace dunmora::test
