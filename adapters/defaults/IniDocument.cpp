@@ -1,6 +1,9 @@
 #include "adapters/defaults/IniDocument.h"
 
+#include "text/Ascii.h"
+
 #include <algorithm>
+#include <cassert>
 #include <charconv>
 #include <cmath>
 #include <system_error>
@@ -10,37 +13,25 @@ namespace dunmora {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view kBlanks = " \t\r\n";
 
 bool isControl(char c)
 {
     return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7F';
 }
 
-char lowered(char c)
+/// The line without its line end and surrounding blanks.
+std::string_view contentOf(std::string_view line)
 {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalsInAnyCase(std::string_view text, std::string_view lowerCase)
-{
-    return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),
-                      [](char a, char b) { return lowered(a) == b; });
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    const auto begin = text.find_first_not_of(kBlanks);
-    if (begin == std::string_view::npos) {
-        return {};
+    while (line.ends_with('\n') || line.ends_with('\r')) {
+        line.remove_suffix(1);
     }
-    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+    return trimmed(line);
 }
 
-/// What stands behind the "=", without a comment and without quotes.
+/// The text after "=", without a comment and without quotes.
 std::string_view valueIn(std::string_view line)
 {
-    auto value = trimmed(line.substr(line.find('=') + 1));
+    auto value = contentOf(line.substr(line.find('=') + 1));
     if (value.starts_with('"')) {
         value.remove_prefix(1);
         return value.substr(0, value.find('"'));
@@ -48,7 +39,7 @@ std::string_view valueIn(std::string_view line)
     return trimmed(value.substr(0, value.find(';')));
 }
 
-bool isNumberButZero(std::string_view text)
+bool isNonzeroNumber(std::string_view text)
 {
     if (text.starts_with('+') && !text.starts_with("+-")) {
         text.remove_prefix(1);
@@ -59,53 +50,23 @@ bool isNumberButZero(std::string_view text)
     if (error == std::errc::invalid_argument || stop != end) {
         return false;
     }
-    // Too large or too small to hold is not zero either. "inf" and "nan" are words, not numbers.
+    // A number out of range is not zero. "inf" and "nan" do not count as numbers.
     return error == std::errc::result_out_of_range || (std::isfinite(number) && number != 0);
 }
 
 bool readsAsTrue(std::string_view value)
 {
-    return equalsInAnyCase(value, "true") || equalsInAnyCase(value, "yes") ||
-           isNumberButZero(value);
+    return equalsIgnoringCase(value, "true") || equalsIgnoringCase(value, "yes") ||
+           isNonzeroNumber(value);
 }
 
-bool needsNoEscape(char c)
+/// Used only in an assertion.
+[[maybe_unused]] bool isKey(std::string_view text)
 {
-    return (c >= '0' && c <= '9') || (lowered(c) >= 'a' && lowered(c) <= 'z') || c == '_' ||
-           c == '-' || c == '.';
-}
-
-/// The key with every other byte as %XX, so that it can hold "=", line ends and blanks.
-std::string encoded(std::string_view key)
-{
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::string result;
-    for (const char c : key) {
-        if (needsNoEscape(c)) {
-            result += c;
-        } else {
-            const auto byte = static_cast<unsigned char>(c);
-            result += {'%', kDigits[byte / 16U], kDigits[byte % 16U]};
-        }
-    }
-    return result;
-}
-
-std::string decoded(std::string_view key)
-{
-    std::string result;
-    while (!key.empty()) {
-        unsigned char byte = 0;
-        if (key.starts_with('%') && key.size() >= 3 &&
-            std::from_chars(key.data() + 1, key.data() + 3, byte, 16).ptr == key.data() + 3) {
-            result += static_cast<char>(byte);
-            key.remove_prefix(3);
-        } else {
-            result += key.front();
-            key.remove_prefix(1);
-        }
-    }
-    return result;
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+        return (c >= '0' && c <= '9') || (toLowerAscii(c) >= 'a' && toLowerAscii(c) <= 'z') ||
+               std::string_view("_-.").find(c) != std::string_view::npos;
+    });
 }
 
 }  // namespace
@@ -129,7 +90,7 @@ std::optional<IniDocument> IniDocument::parsed(std::string_view text)
 
 bool IniDocument::append(std::string_view text)
 {
-    const auto content = trimmed(text);
+    const auto content = contentOf(text);
     if (std::any_of(content.begin(), content.end(), isControl)) {
         return false;
     }
@@ -139,14 +100,14 @@ bool IniDocument::append(std::string_view text)
         if (end == std::string_view::npos) {
             return false;
         }
-        inOurSection_ = equalsInAnyCase(trimmed(content.substr(1, end - 1)), "general");
+        inOurSection_ = equalsIgnoringCase(trimmed(content.substr(1, end - 1)), "general");
     } else if (!content.empty() && !content.starts_with(';') && !content.starts_with('#')) {
         const auto end = content.find('=');
         if (end == std::string_view::npos) {
             return false;
         }
         if (inOurSection_) {
-            line.key = decoded(trimmed(content.substr(0, end)));
+            line.key = trimmed(content.substr(0, end));
         }
     }
     lines_.push_back(std::move(line));
@@ -169,8 +130,9 @@ IniDocument::Values IniDocument::values() const
 
 bool IniDocument::set(std::string_view key, bool value)
 {
+    assert(isKey(key));
     const std::string word = value ? "true" : "false";
-    const auto assignment = encoded(key) + "=" + word + "\n";
+    const auto assignment = std::string(key) + "=" + word + "\n";
     const auto last = std::find_if(lines_.rbegin(), lines_.rend(),
                                    [&](const Line& line) { return line.key == key; });
     if (last != lines_.rend()) {
@@ -181,7 +143,7 @@ bool IniDocument::set(std::string_view key, bool value)
         return true;
     }
     if (lines_.empty()) {
-        // Many readers of such files want every key in a section.
+        // Many INI readers require every key to be in a section.
         append("[General]\n");
     }
     if (endOfOurs_ > 0 && !lines_[endOfOurs_ - 1].text.ends_with('\n')) {

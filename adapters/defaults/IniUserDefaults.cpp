@@ -1,7 +1,11 @@
 #include "adapters/defaults/IniUserDefaults.h"
 
-#include "adapters/defaults/LockedFile.h"
+#include "adapters/posix/Descriptor.h"
+#include "adapters/posix/FileContent.h"
+#include "adapters/posix/FileReplacement.h"
+#include "adapters/posix/LockedFile.h"
 #include "platform/PlatformError.h"
+#include "text/DisplayText.h"
 
 #include <pwd.h>
 #include <unistd.h>
@@ -9,42 +13,24 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <system_error>
 #include <utility>
 
 namespace dunmora {
 
 namespace {
 
-void tell(const std::string& sentence)
+void reportOnce(bool& reported, const std::string& message)
 {
-    // One write, so that the lines of several threads and programs stay whole.
-    std::fputs(("dunmora: " + sentence + "\n").c_str(), stderr);
-}
-
-void tellOnce(bool& told, const std::string& sentence)
-{
-    if (!std::exchange(told, true)) {
-        tell(sentence);
+    if (!std::exchange(reported, true)) {
+        // A single write keeps the lines of several threads and programs whole.
+        std::fputs(("dunmora: " + message + "\n").c_str(), stderr);
     }
-}
-
-/// The path between quotation marks. Its control characters must not reach a terminal.
-std::string quoted(const std::filesystem::path& file)
-{
-    std::string text = "“";
-    for (const char c : file.string()) {
-        if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') {
-            text += "\uFFFD";
-        } else {
-            text += c;
-        }
-    }
-    return text + "”";
 }
 
 std::filesystem::path fromEnvironment(const char* name)
 {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing of ours changes the environment
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the programs never change the environment
     const char* const value = std::getenv(name);
     return value != nullptr ? value : "";
 }
@@ -61,11 +47,22 @@ std::filesystem::path homeFolder()
     return found != nullptr ? found->pw_dir : "/";
 }
 
+/// The parsed content of the file. Errors: PlatformError when it is not an INI file.
+IniDocument parse(const FileBytes& bytes, const std::filesystem::path& file)
+{
+    auto document = IniDocument::parsed(bytes.view());
+    if (!document) {
+        throw PlatformError(quotedPath(file) +
+                            " is not a valid preferences file. Correct it or delete it.");
+    }
+    return *document;
+}
+
 }  // namespace
 
 IniUserDefaults::IniUserDefaults(std::filesystem::path file) : file_(std::move(file))
 {
-    exchange();
+    saveAndReload();
 }
 
 std::filesystem::path IniUserDefaults::perUserFile()
@@ -79,100 +76,88 @@ std::filesystem::path IniUserDefaults::perUserFile()
 
 bool IniUserDefaults::hasValue(std::string_view key) const
 {
-    const std::shared_lock guard(reading_);
+    const std::shared_lock guard(valuesMutex_);
     return values_.contains(key);
 }
 
 bool IniUserDefaults::boolForKey(std::string_view key) const
 {
-    const std::shared_lock guard(reading_);
+    const std::shared_lock guard(valuesMutex_);
     const auto found = values_.find(key);
     return found != values_.end() && found->second;
 }
 
 void IniUserDefaults::setBool(std::string_view key, bool value)
 {
-    const std::lock_guard guard(exchanging_);
+    const std::lock_guard guard(fileMutex_);
     unsaved_.insert_or_assign(std::string(key), value);
-    exchange();
+    saveAndReload();
 }
 
 bool IniUserDefaults::synchronize()
 {
-    const std::lock_guard guard(exchanging_);
-    return exchange();
+    const std::lock_guard guard(fileMutex_);
+    return saveAndReload();
 }
 
-bool IniUserDefaults::exchange()
+bool IniUserDefaults::saveAndReload()
 {
     try {
-        store();
+        save();
     } catch (const PlatformError& error) {
-        tellOnce(toldUnsaved_, "The preferences could not be saved in " + quoted(file_) + ": " +
-                                   error.what() + ". They hold until the program ends.");
+        reportOnce(saveFailureReported_, "The preferences were not saved and last until the "
+                                         "program ends. " +
+                                             std::string(error.what()));
     }
     Values values = values_;
     try {
-        values = stored();
+        values = load();
     } catch (const PlatformError& error) {
-        tellOnce(toldUnreadable_, "The preferences could not be read from " + quoted(file_) + ": " +
-                                      error.what() + ".");
+        reportOnce(loadFailureReported_,
+                   "The preferences were not loaded. " + std::string(error.what()));
     }
     for (const auto& [key, value] : unsaved_) {
         values.insert_or_assign(key, value);
     }
     {
-        const std::lock_guard guard(reading_);
+        const std::lock_guard guard(valuesMutex_);
         values_.swap(values);
     }
     return unsaved_.empty();
 }
 
-void IniUserDefaults::store()
+/// Writes the unsaved values to the file as it is now.
+void IniUserDefaults::save()
 {
-    if (!unsaved_.empty()) {
-        merged();
-        unsaved_.clear();
+    if (unsaved_.empty()) {
+        return;
     }
+    auto file = LockedFile::openOrCreate(file_);
+    auto document = parse(file.content(), file_);
+    bool hasChanged = false;
+    for (const auto& [key, value] : unsaved_) {
+        hasChanged = document.set(key, value) || hasChanged;
+    }
+    if (hasChanged) {
+        const auto text = document.text();
+        FileReplacement replacement(std::move(file), {text});
+        replacement.commit();
+        for (const auto& path : replacement.done()) {
+            // When this fails, a power failure can only bring back the old preferences.
+            syncFolder(path.parent_path());
+        }
+    }
+    unsaved_.clear();
 }
 
-IniUserDefaults::Values IniUserDefaults::stored()
+IniUserDefaults::Values IniUserDefaults::load() const
 {
-    // No lock is needed to read: the file is replaced as a whole, never changed in place.
-    const auto document = IniDocument::parsed(contentOf(file_));
-    if (document) {
-        return document->values();
+    std::error_code error;
+    if (std::filesystem::status(file_, error).type() == std::filesystem::file_type::not_found) {
+        return {};
     }
-    try {
-        return merged().values();
-    } catch (const PlatformError& error) {
-        throw PlatformError("The file is damaged and could not be kept aside (" +
-                            std::string(error.what()) + ")");
-    }
-}
-
-/// Brings what is unsaved into the file as it is now and returns the result.
-IniDocument IniUserDefaults::merged()
-{
-    for (;;) {
-        const LockedFile file(file_);
-        auto document = IniDocument::parsed(file.read());
-        if (!document) {
-            // With its name the file gives up the lock, too: begin again.
-            const auto aside = file.moveAside(".broken");
-            tell("The preferences in " + quoted(file_) + " are damaged and were kept as " +
-                 quoted(aside) + ". The defaults apply.");
-            continue;
-        }
-        bool changed = false;
-        for (const auto& [key, value] : unsaved_) {
-            changed = document->set(key, value) || changed;
-        }
-        if (changed) {
-            file.replace(document->text());
-        }
-        return *document;
-    }
+    // Reading needs no lock: the file is replaced as a whole.
+    return parse(readFile(file_).bytes, file_).values();
 }
 
 }  // namespace dunmora

@@ -11,18 +11,19 @@
 
 namespace dunmora {
 
-/// The preferences in an INI file of the user's, held in memory for reading and written through at
-/// every set. A set changes the lines of its own keys only, in the file as it is at that moment,
-/// under a lock, so that several programs and the user can share the file.
+/// Preferences in an INI file, cached in memory for reading and written to disk by every set. A set
+/// changes only the lines of its own keys in the current file, under a lock, so that several
+/// programs and the user can share the file.
 ///
-/// A damaged file is kept aside as "….broken" and reads as empty, and so does one that cannot be
-/// read, which stays where it is. Both are told on standard error.
+/// A file that cannot be read, or is not an INI file, is never changed. The first failure to read
+/// and the first failure to save are reported on standard error.
 class IniUserDefaults final : public UserDefaults {
 public:
-    /// Reads the file. It and its folder are made when the first value is set.
+    /// Reads the file. The first set creates it, with its folders, when it is missing.
     explicit IniUserDefaults(std::filesystem::path file);
 
-    /// `dunmora/dunmora.conf` in the user's folder for settings (XDG Base Directory Specification).
+    /// `dunmora/dunmora.conf` in the user's configuration folder (XDG Base Directory
+    /// Specification).
     static std::filesystem::path perUserFile();
 
     bool hasValue(std::string_view key) const override;
@@ -33,21 +34,20 @@ public:
 private:
     using Values = IniDocument::Values;
 
-    bool exchange();
-    void store();
-    Values stored();
-    IniDocument merged();
+    bool saveAndReload();
+    void save();
+    Values load() const;
 
     const std::filesystem::path file_;
 
-    // Held while the file is read or written; guards what follows up to the next lock.
-    std::mutex exchanging_;
+    // Held while the file is read or written; guards the members up to the next mutex.
+    std::mutex fileMutex_;
     Values unsaved_;
-    bool toldUnsaved_ = false;
-    bool toldUnreadable_ = false;
+    bool saveFailureReported_ = false;
+    bool loadFailureReported_ = false;
 
-    // Held for a look or a swap, never while the disk works: readers do not wait for it.
-    mutable std::shared_mutex reading_;
+    // Held for a lookup or a swap, never during disk access, so that readers do not wait for it.
+    mutable std::shared_mutex valuesMutex_;
     Values values_;
 };
 

@@ -1,7 +1,7 @@
 #include "adapters/eds/EdsAddressBook.h"
 
 #include "adapters/eds/EdsDeletion.h"
-#include "adapters/vcard/BookFile.h"
+#include "adapters/posix/NewFile.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>

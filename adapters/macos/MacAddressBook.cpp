@@ -2,7 +2,7 @@
 
 #include "adapters/macos/FrameworkBook.h"
 #include "adapters/macos/FrameworkCall.h"
-#include "adapters/vcard/BookFile.h"
+#include "adapters/posix/NewFile.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>

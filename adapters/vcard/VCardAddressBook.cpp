@@ -1,6 +1,7 @@
 #include "adapters/vcard/VCardAddressBook.h"
 
-#include "adapters/vcard/BookReading.h"
+#include "adapters/posix/NewFile.h"
+#include "adapters/vcard/VCardBook.h"
 #include "platform/PlatformError.h"
 
 #include <utility>
@@ -13,15 +14,15 @@ VCardAddressBook::~VCardAddressBook() = default;
 
 std::span<const Person> VCardAddressBook::readPeople()
 {
-    // The old reading goes first: two of a large book need not fit into the memory.
-    reading_.reset();
-    reading_ = std::make_unique<BookReading>(path_);
-    return reading_->people();
+    // Frees the old book first, because two large ones may not fit in memory.
+    book_.reset();
+    book_ = std::make_unique<VCardBook>(path_);
+    return book_->people();
 }
 
 std::span<const Person> VCardAddressBook::people()
 {
-    return reading_ ? reading_->people() : readPeople();
+    return book_ ? book_->people() : readPeople();
 }
 
 void VCardAddressBook::removeRecord(const Person& person)
@@ -31,35 +32,40 @@ void VCardAddressBook::removeRecord(const Person& person)
 
 void VCardAddressBook::save()
 {
-    if (reading_) {
-        reading_->save();
+    if (book_) {
+        book_->save();
     }
 }
 
 void VCardAddressBook::checkBackUp(std::span<const Person* const> people) const
 {
-    listing().checkBackUp(people);
+    static_cast<void>(cards(people));
 }
 
 void VCardAddressBook::backUp(std::span<const Person* const> people,
                               const std::filesystem::path& file)
 {
-    listing().backUp(people, file);
+    const auto content = cards(people);
+    writeNewFile(file, {content});
+}
+
+std::string VCardAddressBook::cards(std::span<const Person* const> people) const
+{
+    return listing().cards(people);
 }
 
 ReadingNotes VCardAddressBook::notes() const
 {
-    return reading_ ? reading_->notes() : ReadingNotes();
+    return book_ ? book_->notes() : ReadingNotes();
 }
 
-BookReading& VCardAddressBook::listing() const
+VCardBook& VCardAddressBook::listing() const
 {
-    // Reading here would be wrong: where the people stand whom the caller has from a listing that
-    // is gone, others may stand now.
-    if (!reading_) {
+    // Reading here would be wrong: the caller's people come from a listing that no longer exists.
+    if (!book_) {
         throw PlatformError("That person is not in the address book.");
     }
-    return *reading_;
+    return *book_;
 }
 
 }  // namespace dunmora

@@ -1,23 +1,25 @@
 #pragma once
 
 #include "platform/AddressBook.h"
+#include "platform/CardSource.h"
 
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <string>
 
 namespace dunmora {
 
-class BookReading;
+class VCardBook;
 
-/// An address book of vCard 2.1, 3.0 and 4.0 cards (RFC 2426, RFC 6350): a file of any number of
-/// cards, or a folder whose `*.vcf` files (none that begins with a dot) hold them, in file-name
-/// order.
+/// An address book of vCard 2.1, 3.0 and 4.0 cards (RFC 2426, RFC 6350): a file, or a folder with
+/// `*.vcf` files, which are read in file-name order, hidden ones excluded. A file may contain any
+/// number of cards.
 ///
-/// A deletion cuts the bytes of the removed cards out of the reading that the user reviewed and
-/// nothing else; it is refused, with nothing written, when a file to be changed is not what was
-/// read. Each file is replaced as a whole, so that a crash leaves the old one or the new one.
-class VCardAddressBook final : public AddressBook {
+/// A deletion removes the bytes of the deleted cards and nothing else. It is refused, and nothing
+/// is written, when an affected file has changed since it was read. Each file is replaced as a
+/// whole, so that a crash leaves the old one or the new one.
+class VCardAddressBook final : public AddressBook, public CardSource {
 public:
     /// Nothing is read before the first listing.
     explicit VCardAddressBook(std::filesystem::path path);
@@ -32,13 +34,14 @@ public:
     void checkBackUp(std::span<const Person* const> people) const override;
     void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
     ReadingNotes notes() const override;
+    std::string cards(std::span<const Person* const> people) const override;
 
 private:
-    /// The reading whose people the caller has. Errors: PlatformError when there is none.
-    BookReading& listing() const;
+    /// The book that was read last. Errors: PlatformError when none has been read.
+    VCardBook& listing() const;
 
     std::filesystem::path path_;
-    std::unique_ptr<BookReading> reading_;
+    std::unique_ptr<VCardBook> book_;
 };
 
 }  // namespace dunmora

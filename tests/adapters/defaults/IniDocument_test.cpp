@@ -10,7 +10,7 @@ namespace {
 using Values = IniDocument::Values;
 using namespace std::string_literals;
 
-/// The text after the value was set under "mine".
+/// The text after "mine" has been set.
 std::string withMine(std::string_view text)
 {
     auto document = IniDocument::parsed(text).value();
@@ -27,7 +27,7 @@ TEST(IniDocument, IsEmptyWhenTheTextIs)
     EXPECT_EQ(document->text(), "");
 }
 
-TEST(IniDocument, GivesTheKeysBeforeTheFirstSectionAndThoseOfTheGeneralOne)
+TEST(IniDocument, ReadsTheKeysBeforeTheFirstSectionAndUnderGeneral)
 {
     const auto document = IniDocument::parsed("a=true\n[Other]\nb=true\n[general]\nc=true\n"
                                               "[%General]\nd=true\n");
@@ -35,7 +35,7 @@ TEST(IniDocument, GivesTheKeysBeforeTheFirstSectionAndThoseOfTheGeneralOne)
     EXPECT_EQ(document.value().values(), (Values{{"a", true}, {"c", true}}));
 }
 
-TEST(IniDocument, LetsTheLastOfTwoLinesWithTheSameKeyCount)
+TEST(IniDocument, UsesTheLastOfTwoLinesWithTheSameKey)
 {
     auto document = IniDocument::parsed("a=true\na=false\n").value();
     EXPECT_EQ(document.values(), (Values{{"a", false}}));
@@ -53,7 +53,7 @@ TEST(IniDocument, ToleratesBlanksAByteOrderMarkAndAMissingLastLineEnd)
     EXPECT_EQ(document.value().values(), (Values{{"a", true}, {"b", true}}));
 }
 
-TEST(IniDocument, KeepsEveryByteThatIsNotOurs)
+TEST(IniDocument, KeepsEveryByteOfOtherLines)
 {
     const auto text = "; a comment\r\n\n# another\nk\xE9y = \"a;b\" ; c\n [Other] ; x\nfilterHome=@"
                       "Variant(\\0)\n=1\n"s;
@@ -85,7 +85,7 @@ TEST(IniDocument, ChangesOnlyTheLineOfTheKey)
     EXPECT_EQ(document.text(), "a=1 ; one\nb=false\nc=3");
 }
 
-TEST(IniDocument, LeavesALineThatSaysTheSameAlready)
+TEST(IniDocument, LeavesALineThatHasTheValueAlready)
 {
     auto document = IniDocument::parsed("a = true ; as I like it\nb=1\n").value();
 
@@ -93,7 +93,7 @@ TEST(IniDocument, LeavesALineThatSaysTheSameAlready)
     EXPECT_EQ(document.text(), "a = true ; as I like it\nb=1\n");
 }
 
-TEST(IniDocument, WritesAWordWhereANumberStood)
+TEST(IniDocument, ReplacesANumberByAWord)
 {
     auto document = IniDocument::parsed("a=1\n").value();
 
@@ -102,7 +102,7 @@ TEST(IniDocument, WritesAWordWhereANumberStood)
     EXPECT_EQ(document.text(), "a=true\n");
 }
 
-TEST(IniDocument, PutsANewKeyBehindTheLastOneOfOurs)
+TEST(IniDocument, AddsANewKeyAfterTheLastKeyOfOurSection)
 {
     EXPECT_EQ(withMine(""), "[General]\nmine=true\n");
     EXPECT_EQ(withMine("a=1"), "a=1\nmine=true\n");
@@ -110,27 +110,6 @@ TEST(IniDocument, PutsANewKeyBehindTheLastOneOfOurs)
     EXPECT_EQ(withMine("[Other]\nb=1\n"), "mine=true\n[Other]\nb=1\n");
     EXPECT_EQ(withMine("[Other]\nb=1\n\n[General]\n"), "[Other]\nb=1\n\n[General]\nmine=true\n");
     EXPECT_EQ(withMine("[General]\na=1\n[Other]"), "[General]\na=1\nmine=true\n[Other]");
-}
-
-TEST(IniDocument, EscapesInAKeyWhatWouldReadOtherwise)
-{
-    auto document = IniDocument::parsed("").value();
-
-    document.set("a=b", true);
-    document.set("\n", false);
-    document.set("ü", true);
-
-    EXPECT_EQ(document.text(), "[General]\na%3Db=true\n%0A=false\n%C3%BC=true\n");
-    EXPECT_EQ(IniDocument::parsed(document.text()).value().values(),
-              (Values{{"a=b", true}, {"\n", false}, {"ü", true}}));
-}
-
-TEST(IniDocument, TakesAPercentSignThatEscapesNothingAsItIs)
-{
-    const auto document = IniDocument::parsed("100%=1\n%zz=1\n%4=1\n%41=1\n");
-
-    EXPECT_EQ(document.value().values(),
-              (Values{{"100%", true}, {"%zz", true}, {"%4", true}, {"A", true}}));
 }
 
 class IniDocumentTruthTest : public testing::TestWithParam<const char*> {
@@ -159,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(Values, IniDocumentFalseTest,
                                          "inf", "nan", "+", "+-1", "; true", "@Variant(\\0)"));
 
 class IniDocumentDamageTest : public testing::TestWithParam<std::string> {};
-TEST_P(IniDocumentDamageTest, IsNoDocument)
+TEST_P(IniDocumentDamageTest, IsNotParsed)
 {
     EXPECT_FALSE(IniDocument::parsed(GetParam()).has_value());
 }

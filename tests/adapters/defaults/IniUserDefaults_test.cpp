@@ -23,6 +23,9 @@ namespace {
 
 using Names = std::set<std::string>;
 
+const std::string kNotSaved =
+    "dunmora: The preferences were not saved and last until the program ends. ";
+
 class IniUserDefaultsTest : public testing::Test {
 protected:
     std::string quotedFile() const { return "“" + file_.string() + "”"; }
@@ -32,21 +35,31 @@ protected:
     std::filesystem::path file_ = settings_ / "dunmora.conf";
 };
 
-/// The same with the folder made already.
+/// The folder exists already.
 class IniUserDefaultsFileTest : public IniUserDefaultsTest {
 protected:
     IniUserDefaultsFileTest() { std::filesystem::create_directory(settings_); }
+
+    /// Lets the file be read but not replaced, also by root.
+    void blockReplacement() const
+    {
+        struct stat status = {};
+        ASSERT_EQ(::stat(file_.c_str(), &status), 0);
+        const auto name = ".dunmora-" + std::to_string(status.st_dev) + "-" +
+                          std::to_string(status.st_ino) + ".link";
+        std::filesystem::create_directories(settings_ / name / "in the way");
+    }
 };
 
-/// What the action says on standard error.
-std::string told(const std::function<void()>& action)
+/// What the action writes to standard error.
+std::string standardErrorOf(const std::function<void()>& action)
 {
     testing::internal::CaptureStderr();
     action();
     return testing::internal::GetCapturedStderr();
 }
 
-/// Runs the action in a process of its own and returns the process's id.
+/// Runs the action in a child process and returns its id.
 pid_t startProcess(const std::function<void()>& action)
 {
     const pid_t process = ::fork();
@@ -57,13 +70,13 @@ pid_t startProcess(const std::function<void()>& action)
     return process;
 }
 
-/// For a process whose words nobody wants to see.
+/// Discards the standard error of this process.
 void silence()
 {
     EXPECT_NE(std::freopen("/dev/null", "w", stderr), nullptr);
 }
 
-/// How the process ended, as waitpid says it.
+/// The status of the process as waitpid returns it.
 int endOf(pid_t process)
 {
     int status = -1;
@@ -73,17 +86,17 @@ int endOf(pid_t process)
 
 TEST_F(IniUserDefaultsTest, WriteNothingBeforeTheFirstSet)
 {
-    const auto words = told([&] {
+    const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         EXPECT_FALSE(defaults.hasValue("filterHome"));
         EXPECT_TRUE(defaults.synchronize());
     });
 
-    EXPECT_EQ(words, "");
+    EXPECT_EQ(messages, "");
     EXPECT_EQ(namesIn(folder_.path()), Names());
 }
 
-TEST_F(IniUserDefaultsTest, MakeTheFoldersForTheUserAloneAndLeaveNothingBesideTheFile)
+TEST_F(IniUserDefaultsTest, CreateTheFoldersForTheUserAloneAndLeaveOnlyTheFile)
 {
     const auto file = settings_ / "deeper" / "dunmora.conf";
 
@@ -96,7 +109,7 @@ TEST_F(IniUserDefaultsTest, MakeTheFoldersForTheUserAloneAndLeaveNothingBesideTh
     }
 }
 
-TEST_F(IniUserDefaultsTest, AreOnTheDiskWhenASetReturns)
+TEST_F(IniUserDefaultsTest, AreStoredWhenASetReturns)
 {
     IniUserDefaults defaults(file_);
 
@@ -105,17 +118,18 @@ TEST_F(IniUserDefaultsTest, AreOnTheDiskWhenASetReturns)
     EXPECT_TRUE(IniUserDefaults(file_).boolForKey("filterHome"));
 }
 
-TEST_F(IniUserDefaultsFileTest, TakeAnEmptyFileAsNothingStored)
+TEST_F(IniUserDefaultsFileTest, ReadAnEmptyFileAsNoValues)
 {
     write(file_, "");
 
-    const auto words = told([&] { EXPECT_FALSE(IniUserDefaults(file_).hasValue("filterHome")); });
+    const auto messages =
+        standardErrorOf([&] { EXPECT_FALSE(IniUserDefaults(file_).hasValue("filterHome")); });
 
-    EXPECT_EQ(words, "");
+    EXPECT_EQ(messages, "");
     EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
 }
 
-TEST_F(IniUserDefaultsFileTest, KeepWhatOthersHaveWrittenMeanwhile)
+TEST_F(IniUserDefaultsFileTest, KeepWhatOtherProgramsHaveWritten)
 {
     IniUserDefaults defaults(file_);
     write(file_, "; mine, not yours\nfilterWork=1\ncolour=red\n\n[Window]\nfilterHome=@Rect(1)\n");
@@ -129,7 +143,7 @@ TEST_F(IniUserDefaultsFileTest, KeepWhatOthersHaveWrittenMeanwhile)
     EXPECT_FALSE(defaults.boolForKey("colour"));
 }
 
-TEST_F(IniUserDefaultsFileTest, ForgetAKeyThatTheUserTookOutOfTheFile)
+TEST_F(IniUserDefaultsFileTest, ForgetAKeyThatTheUserRemovedFromTheFile)
 {
     write(file_, "filterHome=true\n");
     IniUserDefaults defaults(file_);
@@ -140,7 +154,7 @@ TEST_F(IniUserDefaultsFileTest, ForgetAKeyThatTheUserTookOutOfTheFile)
     EXPECT_FALSE(defaults.hasValue("filterHome"));
 }
 
-TEST_F(IniUserDefaultsFileTest, WriteNothingWhenTheFileSaysItAlready)
+TEST_F(IniUserDefaultsFileTest, WriteNothingWhenTheFileHasTheValueAlready)
 {
     write(file_, "filterHome=true\n");
     struct stat before = {};
@@ -164,7 +178,7 @@ TEST_F(IniUserDefaultsFileTest, KeepTheModeOfTheFile)
     EXPECT_EQ(contentOf(file_), "filterHome=false\n");
 }
 
-TEST_F(IniUserDefaultsFileTest, WriteToWhereALinkLeads)
+TEST_F(IniUserDefaultsFileTest, WriteToTheTargetOfALink)
 {
     const auto target = folder_.path() / "dotfiles.conf";
     const auto middle = folder_.path() / "middle";
@@ -179,7 +193,7 @@ TEST_F(IniUserDefaultsFileTest, WriteToWhereALinkLeads)
     EXPECT_EQ(contentOf(target), "filterHome=false\n");
 }
 
-TEST_F(IniUserDefaultsFileTest, MakeTheFileThatALinkLeadsTo)
+TEST_F(IniUserDefaultsFileTest, CreateTheMissingTargetOfALink)
 {
     const auto target = folder_.path() / "dotfiles" / "dunmora.conf";
     std::filesystem::create_symlink(target, file_);
@@ -190,44 +204,41 @@ TEST_F(IniUserDefaultsFileTest, MakeTheFileThatALinkLeadsTo)
     EXPECT_EQ(contentOf(target), "[General]\nfilterHome=true\n");
 }
 
-TEST_F(IniUserDefaultsFileTest, SurviveALinkThatLeadsToItself)
+TEST_F(IniUserDefaultsFileTest, ReportALinkToItself)
 {
     std::filesystem::create_symlink(file_, file_);
 
-    const auto words = told([&] {
+    const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         defaults.setBool("filterHome", true);
         EXPECT_TRUE(defaults.boolForKey("filterHome"));
     });
 
-    EXPECT_EQ(words,
-              "dunmora: The preferences could not be read from " + quotedFile() +
-                  ": Too many levels of symbolic links.\n"
-                  "dunmora: The preferences could not be saved in " +
-                  quotedFile() +
-                  ": Too many levels of symbolic links. They hold until the program ends.\n");
+    EXPECT_EQ(messages, "dunmora: The preferences were not loaded. " + quotedFile() +
+                            " cannot be read: Too many levels of symbolic links.\n" + kNotSaved +
+                            quotedFile() +
+                            " cannot be changed: Too many levels of symbolic links.\n");
 }
 
-TEST_F(IniUserDefaultsTest, SayOnceThatTheyCannotBeSaved)
+TEST_F(IniUserDefaultsTest, ReportOnceThatTheyCannotBeSaved)
 {
     write(settings_, "a file where the folder should be");
 
-    const auto words = told([&] {
+    const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         defaults.setBool("filterHome", true);
         defaults.setBool("filterWork", true);
         EXPECT_FALSE(defaults.synchronize());
     });
 
-    EXPECT_EQ(words, "dunmora: The preferences could not be saved in " + quotedFile() +
-                         ": Not a directory. They hold until the program ends.\n");
+    EXPECT_EQ(messages, kNotSaved + quotedFile() + " cannot be changed: Not a directory.\n");
     EXPECT_EQ(contentOf(settings_), "a file where the folder should be");
 }
 
-TEST_F(IniUserDefaultsTest, StoreAllThatIsUnsavedWithTheNextSet)
+TEST_F(IniUserDefaultsTest, SaveEveryUnsavedValueWithTheNextSet)
 {
     write(settings_, "");
-    told([&] {
+    standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         defaults.setBool("filterHome", true);
         std::filesystem::remove(settings_);
@@ -238,11 +249,11 @@ TEST_F(IniUserDefaultsTest, StoreAllThatIsUnsavedWithTheNextSet)
     EXPECT_EQ(contentOf(file_), "[General]\nfilterHome=true\nfilterWork=false\n");
 }
 
-TEST_F(IniUserDefaultsFileTest, ShowWhatOthersWroteEvenWhenTheyCannotBeSaved)
+TEST_F(IniUserDefaultsFileTest, LoadChangesOfOthersEvenWhenTheyCannotBeSaved)
 {
     write(file_, "filterWork=false\nfilterHome=false\n");
-    std::filesystem::create_directories(settings_ / "dunmora.conf.new" / "in the way");
-    told([&] {
+    blockReplacement();
+    standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         defaults.setBool("filterHome", true);
         write(file_, "filterWork=true\nfilterHome=false\n");
@@ -258,7 +269,7 @@ TEST_F(IniUserDefaultsFileTest, KeepTheOldFileWhenTheDiskIsFull)
 {
     write(file_, "filterWork=true\n");
 
-    // A limit on the size of files refuses the write as a full disk does; it is the process's own.
+    // In a child process, a file size limit fails the write as a full disk does.
     const auto process = startProcess([&] {
         std::signal(SIGXFSZ, SIG_IGN);
         const struct rlimit nothing = {5, 5};
@@ -274,83 +285,69 @@ TEST_F(IniUserDefaultsFileTest, KeepTheOldFileWhenTheDiskIsFull)
     EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
 }
 
-TEST_F(IniUserDefaultsFileTest, KeepADamagedFileAsideAndSaySo)
+TEST_F(IniUserDefaultsFileTest, LeaveADamagedFileUntouchedAndReportIt)
 {
     write(file_, "filterHome=true\njunk\n");
 
-    const auto words = told([&] {
+    const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         EXPECT_FALSE(defaults.hasValue("filterHome"));
-        defaults.synchronize();
+        EXPECT_TRUE(defaults.synchronize());
         defaults.setBool("filterWork", true);
-    });
-
-    EXPECT_EQ(words, "dunmora: The preferences in " + quotedFile() +
-                         " are damaged and were kept as “" + file_.string() +
-                         ".broken”. The defaults apply.\n");
-    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken"), "filterHome=true\njunk\n");
-    EXPECT_EQ(contentOf(file_), "[General]\nfilterWork=true\n");
-}
-
-TEST_F(IniUserDefaultsFileTest, OverwriteNothingThatWasKeptAsideBefore)
-{
-    write(settings_ / "dunmora.conf.broken", "first");
-    std::filesystem::create_symlink("nowhere", settings_ / "dunmora.conf.broken-2");
-    write(file_, "third");
-
-    told([&] { IniUserDefaults{file_}; });
-
-    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken"), "first");
-    EXPECT_TRUE(std::filesystem::is_symlink(settings_ / "dunmora.conf.broken-2"));
-    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken-3"), "third");
-}
-
-TEST_F(IniUserDefaultsFileTest, LeaveADamagedFileThatCannotBeKeptAside)
-{
-    // ".broken" behind it makes the name longer than a name can be.
-    const auto file = settings_ / std::string(250, 'd');
-    write(file, "junk");
-
-    const auto words = told([&] {
-        IniUserDefaults defaults(file);
-        defaults.setBool("filterHome", true);
-        EXPECT_TRUE(defaults.boolForKey("filterHome"));
+        defaults.setBool("filterMobile", true);
+        EXPECT_TRUE(defaults.boolForKey("filterWork"));
         EXPECT_FALSE(defaults.synchronize());
     });
 
-    EXPECT_EQ(words,
-              "dunmora: The preferences could not be read from “" + file.string() +
-                  "”: The file is damaged and could not be kept aside (File name too long).\n"
-                  "dunmora: The preferences could not be saved in “" +
-                  file.string() + "”: File name too long. They hold until the program ends.\n");
-    EXPECT_EQ(contentOf(file), "junk");
+    const auto reason =
+        quotedFile() + " is not a valid preferences file. Correct it or delete it.\n";
+    EXPECT_EQ(messages, "dunmora: The preferences were not loaded. " + reason + kNotSaved + reason);
+    EXPECT_EQ(contentOf(file_), "filterHome=true\njunk\n");
+    EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
 }
 
-TEST_F(IniUserDefaultsFileTest, KeepAsideWhatWasDamagedWhileTheyWereInUse)
+TEST_F(IniUserDefaultsFileTest, AreSavedOnceADamagedFileIsCorrected)
 {
+    write(file_, "filterHome=true\njunk\n");
+    standardErrorOf([&] {
+        IniUserDefaults defaults(file_);
+        defaults.setBool("filterWork", true);
+        write(file_, "filterHome=true\n");
+
+        EXPECT_TRUE(defaults.synchronize());
+
+        EXPECT_TRUE(defaults.boolForKey("filterHome"));
+    });
+
+    EXPECT_EQ(contentOf(file_), "filterHome=true\nfilterWork=true\n");
+}
+
+TEST_F(IniUserDefaultsFileTest, KeepTheirValuesWhenTheFileIsDamagedWhileInUse)
+{
+    const auto damage = std::string("\0\0\0\0", 4);
     IniUserDefaults defaults(file_);
     defaults.setBool("filterHome", true);
-    write(file_, std::string("\0\0\0\0", 4));
+    write(file_, damage);
 
-    told([&] { defaults.setBool("filterWork", true); });
+    standardErrorOf([&] { defaults.setBool("filterWork", true); });
 
-    EXPECT_EQ(contentOf(settings_ / "dunmora.conf.broken"), std::string("\0\0\0\0", 4));
-    EXPECT_EQ(contentOf(file_), "[General]\nfilterWork=true\n");
-    EXPECT_FALSE(defaults.hasValue("filterHome"));
+    EXPECT_EQ(contentOf(file_), damage);
+    EXPECT_TRUE(defaults.boolForKey("filterHome"));
+    EXPECT_TRUE(defaults.boolForKey("filterWork"));
 }
 
-TEST_F(IniUserDefaultsFileTest, LeaveWhatCannotBeReadWhereItIsAndSaySoOnce)
+TEST_F(IniUserDefaultsFileTest, ReportOnceThatTheyCannotBeRead)
 {
     std::filesystem::create_directory(file_);
 
-    const auto words = told([&] {
+    const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         EXPECT_FALSE(defaults.hasValue("filterHome"));
         EXPECT_TRUE(defaults.synchronize());
     });
 
-    EXPECT_EQ(words, "dunmora: The preferences could not be read from " + quotedFile() +
-                         ": Is a directory.\n");
+    EXPECT_EQ(messages, "dunmora: The preferences were not loaded. " + quotedFile() +
+                            " cannot be read: Is a directory.\n");
     EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
 }
 
@@ -359,18 +356,18 @@ TEST_F(IniUserDefaultsTest, NeverSendAControlCharacterOfAPathToTheTerminal)
     const auto file = folder_.path() / "a\x1B[2J\tb\x7Fü";
     std::filesystem::create_directory(file);
 
-    const auto words = told([&] { IniUserDefaults{file}; });
+    const auto messages = standardErrorOf([&] { IniUserDefaults{file}; });
 
-    EXPECT_EQ(words, "dunmora: The preferences could not be read from “" +
-                         (folder_.path() / "a\uFFFD[2J\uFFFDb\uFFFDü").string() +
-                         "”: Is a directory.\n");
+    EXPECT_EQ(messages, "dunmora: The preferences were not loaded. “" +
+                            (folder_.path() / "a␛[2J␉b␡ü").string() +
+                            "” cannot be read: Is a directory.\n");
 }
 
 TEST_F(IniUserDefaultsFileTest, NeverWaitForAPipe)
 {
     ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
 
-    told([&] {
+    standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         defaults.setBool("filterHome", true);
         EXPECT_TRUE(defaults.boolForKey("filterHome"));
@@ -380,7 +377,7 @@ TEST_F(IniUserDefaultsFileTest, NeverWaitForAPipe)
     EXPECT_TRUE(std::filesystem::is_fifo(file_));
 }
 
-TEST_F(IniUserDefaultsTest, LoseNoKeyOfTwoProcessesThatSetAtOnce)
+TEST_F(IniUserDefaultsTest, LoseNoKeyWhenTwoProcessesSetAtOnce)
 {
     constexpr int kKeys = 200;
     const auto setAll = [&](const std::string& prefix) {
@@ -403,37 +400,14 @@ TEST_F(IniUserDefaultsTest, LoseNoKeyOfTwoProcessesThatSetAtOnce)
     EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
 }
 
-TEST_F(IniUserDefaultsTest, LoseNoKeyOfTwoProcessesThatFindADamagedFile)
-{
-    const auto setOne = [&](const std::string& key) {
-        silence();
-        IniUserDefaults(file_).setBool(key, true);
-    };
-    for (int round = 0; round < 50; ++round) {
-        std::filesystem::remove_all(settings_);
-        std::filesystem::create_directory(settings_);
-        write(file_, "junk");
-
-        const auto ann = startProcess([&] { setOne("ann"); });
-        const auto ben = startProcess([&] { setOne("ben"); });
-        endOf(ann);
-        endOf(ben);
-
-        const IniUserDefaults defaults(file_);
-        ASSERT_TRUE(defaults.boolForKey("ann"));
-        ASSERT_TRUE(defaults.boolForKey("ben"));
-        ASSERT_EQ(namesIn(settings_), (Names{"dunmora.conf", "dunmora.conf.broken"}));
-    }
-}
-
-/// A process that sets keys on and on, and a pipe on which it tells of every set.
+/// A process that keeps setting keys and reports each set through a pipe.
 class EndlessWriter final {
 public:
     explicit EndlessWriter(const std::filesystem::path& file)
     {
         EXPECT_EQ(::pipe(pipe_.data()), 0);
         process_ = startProcess([&] {
-            // So that it ends when nobody listens any more.
+            // With the last reading end closed, the write below fails and ends the process.
             ::close(pipe_[0]);
             IniUserDefaults defaults(file);
             for (int i = 0;; ++i) {
@@ -449,12 +423,12 @@ public:
     EndlessWriter(const EndlessWriter&) = delete;
     EndlessWriter& operator=(const EndlessWriter&) = delete;
 
-    /// Lets it set that often, then kills it in the midst of what follows.
+    /// Kills the process during the set after this many.
     int killAfter(int sets) const
     {
-        char told = 0;
+        char report = 0;
         for (int i = 0; i < sets; ++i) {
-            EXPECT_EQ(::read(pipe_[0], &told, 1), 1);
+            EXPECT_EQ(::read(pipe_[0], &report, 1), 1);
         }
         ::kill(process_, SIGKILL);
         return endOf(process_);
@@ -465,7 +439,7 @@ private:
     pid_t process_ = -1;
 };
 
-TEST_F(IniUserDefaultsTest, AreWholeAfterAKillInTheMidstOfManyWrites)
+TEST_F(IniUserDefaultsTest, AreCompleteAfterAKillBetweenWrites)
 {
     constexpr int kSteady = 50;
     {
@@ -490,7 +464,7 @@ TEST_F(IniUserDefaultsTest, AreWholeAfterAKillInTheMidstOfManyWrites)
     }
 }
 
-/// Gives an environment variable another value, or none, for as long as it lives.
+/// Sets or unsets an environment variable, and restores it when destroyed.
 class ChangedVariable final {
 public:
     ChangedVariable(const char* name, const char* value) : name_(name)
@@ -516,7 +490,7 @@ private:
     std::optional<std::string> before_;
 };
 
-TEST(IniUserDefaultsPlace, IsTheFolderThatXdgConfigHomeNames)
+TEST(IniUserDefaultsPlace, IsTheFolderInXdgConfigHome)
 {
     const ChangedVariable folder("XDG_CONFIG_HOME", "/settings");
 
@@ -533,7 +507,7 @@ TEST(IniUserDefaultsPlace, IsInTheHomeFolderWhenXdgConfigHomeIsUnsetEmptyOrRelat
     }
 }
 
-TEST(IniUserDefaultsPlace, IsFoundWithoutAHomeVariableToo)
+TEST(IniUserDefaultsPlace, IsFoundWithoutAHomeVariable)
 {
     const ChangedVariable folder("XDG_CONFIG_HOME", nullptr);
     const ChangedVariable home("HOME", nullptr);

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <set>
 #include <string>
 
 namespace dunmora::test {
@@ -15,12 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What a file has besides its content stays when people are removed.
+/// Removing people changes only the content of a file, not its metadata or its links.
 class BookAttributesTest : public BookTest {
 protected:
     BookAttributesTest() { write(file(), card("a") + card("b")); }
 
-    /// Takes one person out, which replaces the file.
+    /// Removes one person, which replaces the file.
     void change()
     {
         removeFrom(file(), {"a"});
@@ -39,7 +40,7 @@ protected:
         return setxattr(path.c_str(), name, value.data(), value.size(), 0) == 0;
     }
 
-    /// The attribute's value; "none" when there is none.
+    /// The attribute's value; "none" when it is not set.
     std::string attribute(const char* name) const
     {
         std::array<char, 256> value{};
@@ -47,8 +48,8 @@ protected:
         return size < 0 ? "none" : std::string(value.data(), static_cast<std::size_t>(size));
     }
 
-    /// An access control list as Linux stores it: the owner may do all, user 1234 may read, others
-    /// nothing.
+    /// An access control list as Linux stores it: the owner may read and write, user 1234 may read,
+    /// others have no access.
     static std::string accessList()
     {
         struct Entry {
@@ -78,7 +79,7 @@ protected:
     }
 };
 
-TEST_F(BookAttributesTest, KeepTheModeWhateverTheMaskOfNewFiles)
+TEST_F(BookAttributesTest, KeepTheModeDespiteTheUmask)
 {
     for (const mode_t mode : {0600U, 0640U, 0666U, 0751U, 0200U | 0444U, 02770U}) {
         write(file(), card("a") + card("b"));
@@ -135,7 +136,7 @@ TEST_F(BookAttributesTest, KeepTheAccessControlList)
     EXPECT_EQ(status().st_mode, mode);
 }
 
-TEST_F(BookAttributesTest, TakeNoAccessControlListFromTheFolder)
+TEST_F(BookAttributesTest, IncludeNoAccessControlListFromTheFolder)
 {
     if (!set(folder(), "system.posix_acl_default", accessList())) {
         GTEST_SKIP() << "The file system has no access control lists.";
@@ -164,7 +165,7 @@ TEST_F(BookAttributesTest, KeepASymbolicLinkAndChangeItsTarget)
     EXPECT_EQ(namesIn(elsewhere.path()), (std::set<std::string>{"real.vcf"}));
 }
 
-TEST_F(BookAttributesTest, AreKeptWhenTheBookIsGivenByARelativePath)
+TEST_F(BookAttributesTest, WorkWithARelativePath)
 {
     const auto home = fs::current_path();
     fs::current_path(folder());

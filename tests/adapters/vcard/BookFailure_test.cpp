@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <set>
 #include <string>
 
 namespace dunmora::test {
@@ -30,7 +31,7 @@ std::size_t openDescriptors()
     return namesIn("/proc/self/fd").size();
 }
 
-/// A book of two people, of whom "a" is asked to go.
+/// A book of two people, "a" and "b"; the tests try to delete "a".
 class BookFailureTest : public BookTest {
 protected:
     BookFailureTest() { write(file(), content_); }
@@ -40,7 +41,7 @@ protected:
         return failureOf([&] { VCardAddressBook(path).readPeople(); });
     }
 
-    /// Reads the book, lets this happen, and then deletes. Returns what the deletion says.
+    /// Reads the book, calls `happening`, then deletes. Returns the message of the failed deletion.
     std::string failureOfDeletionAfter(const std::function<void()>& happening)
     {
         VCardAddressBook book(file());
@@ -58,7 +59,7 @@ protected:
     const std::string content_ = card("a") + card("b");
 };
 
-TEST_F(BookFailureTest, TellsOfABookThatDoesNotExist)
+TEST_F(BookFailureTest, ReportsABookThatDoesNotExist)
 {
     EXPECT_EQ(failureOfReading(folder() / "none.vcf"),
               about(folder() / "none.vcf", "does not exist."));
@@ -67,7 +68,7 @@ TEST_F(BookFailureTest, TellsOfABookThatDoesNotExist)
     EXPECT_EQ(failureOfReading(""), about("", "does not exist."));
 }
 
-TEST_F(BookFailureTest, TellsOfABookThatIsNeitherFileNorFolder)
+TEST_F(BookFailureTest, ReportsABookThatIsNeitherFileNorFolder)
 {
     const auto pipe = folder() / "pipe.vcf";
     ASSERT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
@@ -76,7 +77,7 @@ TEST_F(BookFailureTest, TellsOfABookThatIsNeitherFileNorFolder)
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     socketPath.string().copy(address.sun_path, sizeof address.sun_path - 1);
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): so says bind(2).
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): required by bind(2)
     ASSERT_EQ(bind(socketNumber, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
 
     EXPECT_EQ(failureOfReading(pipe), about(pipe, "is neither a file nor a folder."));
@@ -85,7 +86,7 @@ TEST_F(BookFailureTest, TellsOfABookThatIsNeitherFileNorFolder)
     close(socketNumber);
 }
 
-TEST_F(BookFailureTest, TellsOfALinkThatLeadsInACircle)
+TEST_F(BookFailureTest, ReportsALinkThatLeadsToItself)
 {
     fs::create_symlink("loop.vcf", folder() / "loop.vcf");
 
@@ -93,13 +94,13 @@ TEST_F(BookFailureTest, TellsOfALinkThatLeadsInACircle)
               about(folder() / "loop.vcf", "cannot be read: Too many levels of symbolic links."));
 }
 
-TEST_F(BookFailureTest, SpeaksInOneLineOfTextWhateverTheFileIsCalled)
+TEST_F(BookFailureTest, ReportsAnyFileNameAsOneLineOfText)
 {
     EXPECT_EQ(failureOfReading(folder() / "caf\xE9\n\x1B[31m.vcf"),
-              about(folder() / "caf\xC3\xA9\xEF\xBF\xBD\xEF\xBF\xBD[31m.vcf", "does not exist."));
+              about(folder() / "caf\uFFFD␊␛[31m.vcf", "does not exist."));
 }
 
-TEST_F(BookFailureTest, TellsOfMissingPermissionToRead)
+TEST_F(BookFailureTest, ReportsMissingPermissionToRead)
 {
     if (geteuid() == 0) {
         fs::permissions(folder(), fs::perms::all);
@@ -114,7 +115,7 @@ TEST_F(BookFailureTest, TellsOfMissingPermissionToRead)
     EXPECT_EQ(failureOfReading(file()), about(file(), "cannot be read: Permission denied."));
 }
 
-TEST_F(BookFailureTest, TellsOfMissingPermissionToReadAFolder)
+TEST_F(BookFailureTest, ReportsMissingPermissionToReadAFolder)
 {
     const auto inner = folder() / "inner";
     fs::create_directory(inner);
@@ -127,9 +128,9 @@ TEST_F(BookFailureTest, TellsOfMissingPermissionToReadAFolder)
     EXPECT_EQ(inChild(read), about(inner, "cannot be read: Permission denied."));
 }
 
-TEST_F(BookFailureTest, ARefusedDeletionLeavesAReadOnlyFileAlone)
+TEST_F(BookFailureTest, RefusesAReadOnlyFile)
 {
-    // Whoever took the write bits away meant it, for root too.
+    // Also when root runs the program: somebody removed the permission on purpose.
     chmod(file().c_str(), 0444);
 
     EXPECT_EQ(failureOfDeletionAfter([] {}), about(file(), "cannot be changed: it is read-only."));
@@ -137,10 +138,10 @@ TEST_F(BookFailureTest, ARefusedDeletionLeavesAReadOnlyFileAlone)
     expectBookAsItWas();
 }
 
-TEST_F(BookFailureTest, TellsOfMissingPermissionToWriteTheFile)
+TEST_F(BookFailureTest, ReportsMissingPermissionToWriteTheFile)
 {
     if (geteuid() != 0) {
-        GTEST_SKIP() << "Only root can make another user's file.";
+        GTEST_SKIP() << "Only root can create another user's file.";
     }
     chmod(file().c_str(), 0644);
     chmod(folder().c_str(), 0777);
@@ -153,7 +154,7 @@ TEST_F(BookFailureTest, TellsOfMissingPermissionToWriteTheFile)
     expectBookAsItWas();
 }
 
-TEST_F(BookFailureTest, TellsOfAFolderInWhichNothingCanBeWritten)
+TEST_F(BookFailureTest, ReportsAFolderThatIsNotWritable)
 {
     chmod(folder().c_str(), 0555);
     chmod(file().c_str(), 0666);
@@ -163,15 +164,15 @@ TEST_F(BookFailureTest, TellsOfAFolderInWhichNothingCanBeWritten)
     });
     chmod(folder().c_str(), 0755);
 
-    EXPECT_EQ(failure, about(file(), "cannot be changed: nothing can be written to its folder: "
+    EXPECT_EQ(failure, about(file(), "cannot be changed because its folder is not writable: "
                                      "Permission denied."));
     expectBookAsItWas();
 }
 
-TEST_F(BookFailureTest, RefusesAFileOfAnotherOwnerRatherThanTakeItOver)
+TEST_F(BookFailureTest, RefusesAFileThatItWouldHaveToChangeTheOwnerOf)
 {
     if (geteuid() != 0) {
-        GTEST_SKIP() << "Only root can make another user's file.";
+        GTEST_SKIP() << "Only root can create another user's file.";
     }
     chmod(file().c_str(), 0666);
     chmod(folder().c_str(), 0777);
@@ -185,10 +186,10 @@ TEST_F(BookFailureTest, RefusesAFileOfAnotherOwnerRatherThanTakeItOver)
     expectBookAsItWas();
 }
 
-TEST_F(BookFailureTest, RemovesNoFileOfAFolderWhenAnotherOnesFolderCannotBeWritten)
+TEST_F(BookFailureTest, RemovesNothingWhenTheFolderOfALinkedFileIsNotWritable)
 {
-    // Nothing has to be written to take the second file away; its folder is asked all the same
-    // before the first one changes.
+    // Removing the second file writes no content, but its folder must be writable. That is checked
+    // before the first file changes.
     const TemporaryFolder elsewhere;
     write(elsewhere.path() / "real.vcf", card("c"));
     fs::create_symlink(elsewhere.path() / "real.vcf", folder() / "z.vcf");
@@ -208,7 +209,7 @@ TEST_F(BookFailureTest, RemovesNoFileOfAFolderWhenAnotherOnesFolderCannotBeWritt
     chmod(elsewhere.path().c_str(), 0755);
 
     EXPECT_EQ(failure,
-              about(folder() / "z.vcf", "cannot be removed: nothing can be written to its folder: "
+              about(folder() / "z.vcf", "cannot be removed because its folder is not writable: "
                                         "Permission denied."));
     EXPECT_EQ(contentOf(file()), content_);
     EXPECT_EQ(namesIn(folder()), (Names{"book.vcf", "z.vcf"}));
@@ -221,7 +222,7 @@ TEST_F(BookFailureTest, RefusesAFileThatHasChangedSinceItWasRead)
     ASSERT_EQ(other.size(), content_.size());
 
     EXPECT_EQ(failureOfDeletionAfter([&] { write(file(), other); }),
-              about(file(), "has changed since it was read. Read it again first."));
+              about(file(), "has changed since it was read. Reload it and try again."));
 
     EXPECT_EQ(contentOf(file()), other);
     EXPECT_EQ(namesIn(folder()), (Names{"book.vcf"}));
@@ -230,22 +231,22 @@ TEST_F(BookFailureTest, RefusesAFileThatHasChangedSinceItWasRead)
 TEST_F(BookFailureTest, RefusesAFileThatHasGrownOrShrunk)
 {
     EXPECT_EQ(failureOfDeletionAfter([&] { write(file(), content_ + "\n"); }),
-              about(file(), "has changed since it was read. Read it again first."));
+              about(file(), "has changed since it was read. Reload it and try again."));
     EXPECT_EQ(contentOf(file()), content_ + "\n");
 
     write(file(), content_);
     EXPECT_EQ(failureOfDeletionAfter([&] { write(file(), card("a")); }),
-              about(file(), "has changed since it was read. Read it again first."));
+              about(file(), "has changed since it was read. Reload it and try again."));
     EXPECT_EQ(contentOf(file()), card("a"));
 }
 
-TEST_F(BookFailureTest, RefusesAFileThatAnotherOneHasReplaced)
+TEST_F(BookFailureTest, RefusesAFileThatHasBeenReplaced)
 {
     EXPECT_EQ(failureOfDeletionAfter([&] {
                   write(folder() / "new", card("a") + card("B"));
                   fs::rename(folder() / "new", file());
               }),
-              about(file(), "has changed since it was read. Read it again first."));
+              about(file(), "has changed since it was read. Reload it and try again."));
 
     EXPECT_EQ(contentOf(file()), card("a") + card("B"));
 }
@@ -269,7 +270,7 @@ TEST_F(BookFailureTest, RefusesAFileThatIsGone)
     EXPECT_EQ(namesIn(folder()), Names());
 }
 
-TEST_F(BookFailureTest, RefusesAFileWhosePlaceAFolderOrAPipeHasTaken)
+TEST_F(BookFailureTest, RefusesAFileThatAFolderOrAPipeHasReplaced)
 {
     EXPECT_NE(failureOfDeletionAfter([&] {
                   fs::remove(file());
@@ -284,11 +285,11 @@ TEST_F(BookFailureTest, RefusesAFileWhosePlaceAFolderOrAPipeHasTaken)
                   fs::remove(file());
                   mkfifo(file().c_str(), 0600);
               }),
-              about(file(), "has changed since it was read. Read it again first."));
+              about(file(), "has changed since it was read. Reload it and try again."));
     EXPECT_TRUE(fs::is_fifo(file()));
 }
 
-TEST_F(BookFailureTest, RefusesAFileChangedWhileTheNewOneIsWritten)
+TEST_F(BookFailureTest, RefusesAFileThatChangesWhileTheNewOneIsWritten)
 {
     const auto other = card("a") + card("B");
     const TemporaryFolder elsewhere;
@@ -306,12 +307,12 @@ TEST_F(BookFailureTest, RefusesAFileChangedWhileTheNewOneIsWritten)
     }
 
     EXPECT_EQ(contentOf(message),
-              about(file(), "has changed since it was read. Read it again first."));
+              about(file(), "has changed since it was read. Reload it and try again."));
     EXPECT_EQ(contentOf(file()), other);
     EXPECT_EQ(namesIn(folder()), (Names{"book.vcf"}));
 }
 
-TEST_F(BookFailureTest, SeesAChangeWhoseTimeWasSetBack)
+TEST_F(BookFailureTest, DetectsAChangeWhoseTimeWasSetBack)
 {
     const auto other = card("a") + card("B");
     const TemporaryFolder elsewhere;
@@ -331,7 +332,7 @@ TEST_F(BookFailureTest, SeesAChangeWhoseTimeWasSetBack)
     }
 
     EXPECT_EQ(contentOf(message),
-              about(file(), "has changed since it was read. Read it again first."));
+              about(file(), "has changed since it was read. Reload it and try again."));
     EXPECT_EQ(contentOf(file()), other);
 }
 
@@ -344,12 +345,12 @@ TEST_F(BookFailureTest, RefusesAFileThatAnotherProgramHasLocked)
 
     close(other);
     EXPECT_EQ(failure,
-              about(file(), "cannot be changed: another program is changing it just now."));
+              about(file(), "cannot be changed: another program has locked it. Try again later."));
     expectBookAsItWas();
     EXPECT_EQ(failureOfDeletionAfter([] {}), "nothing was thrown");
 }
 
-TEST_F(BookFailureTest, TellsOfAFileThatMayNotGrowSoLarge)
+TEST_F(BookFailureTest, ReportsAFileThatExceedsTheSizeLimit)
 {
     EXPECT_EQ(inChild([&] {
                   return failureOfDeletionAfter([] {
@@ -363,7 +364,7 @@ TEST_F(BookFailureTest, TellsOfAFileThatMayNotGrowSoLarge)
     expectBookAsItWas();
 }
 
-TEST_F(BookFailureTest, TellsOfAFullDisk)
+TEST_F(BookFailureTest, ReportsAFullDisk)
 {
     const auto outcome = inChild([&]() -> std::string {
         const auto small = folder().string();
@@ -401,7 +402,7 @@ TEST_F(BookFailureTest, LeavesNoFileOpen)
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST_F(BookFailureTest, AListingThatFailsLeavesNobodyToBeRemoved)
+TEST_F(BookFailureTest, RemovesNobodyAfterAFailedListing)
 {
     VCardAddressBook book(file());
     const auto people = book.readPeople();
@@ -410,7 +411,7 @@ TEST_F(BookFailureTest, AListingThatFailsLeavesNobodyToBeRemoved)
     EXPECT_THROW(book.readPeople(), PlatformError);
     fs::rename(folder() / "away.vcf", file());
 
-    // The listing is gone, and a new one must not lend its places to the old one's people.
+    // The listing is gone; people from it must not be looked up in a new one.
     EXPECT_EQ(failureOf([&] { book.removeRecord(ann); }),
               "That person is not in the address book.");
     book.save();

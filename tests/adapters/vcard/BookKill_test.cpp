@@ -14,6 +14,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -22,13 +23,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The content of each file, by name. No content: the file is not there.
+/// The content of each file, by name; nullopt for a missing file.
 using Contents = std::map<std::string, std::optional<std::string>>;
 
 using Moment = SystemCall::Moment;
 
-/// A moment of a deletion, known by what it asks of the system: how many calls there are before it
-/// is not the same in each run, because a sanitizer's runtime makes some of its own.
+/// A moment of a deletion, identified by its system call. A count of the calls before it would
+/// differ between runs, because a sanitizer's runtime adds its own.
 struct Stage {
     int namesGiven = 0;
     long call = 0;
@@ -38,19 +39,19 @@ struct Stage {
     auto operator<=>(const Stage&) const = default;
 };
 
-/// Ends a deletion before and after each of its calls to the system, one run for each, and looks at
-/// what is left.
+/// Ends a deletion before and after each of its system calls, in one run for each, and checks the
+/// files that remain.
 class BookKillTest : public BookTest {
 protected:
     struct Counts {
         int ends = 0;
-        // After which of them something was left beside the book.
+        // The stages after which another file was left in the folder.
         std::set<Stage> leftovers;
         int halfDone = 0;
         bool canTrace = true;
     };
 
-    /// The book is in `place`, a folder; `remove` deletes from it.
+    /// The book is in the folder `place`; `remove` deletes from it.
     static Counts endEverywhere(Fate fate, const fs::path& place, const Contents& before,
                                 const Contents& after, const std::function<void()>& remove)
     {
@@ -140,8 +141,8 @@ TEST_F(BookKillTest, LeavesTheOldFileOrTheNewOneWhereverTheProgramIsKilled)
     }
 
     EXPECT_GT(counts.ends, 20);
-    // A new file that never had a name goes with the program; it has one only from the end of one
-    // call to the end of the next.
+    // The system deletes a file without a name when the program dies. The new file has a temporary
+    // name only between two system calls.
     EXPECT_LE(counts.leftovers.size(), 2U);
     std::cout << counts.ends << " kills, " << counts.leftovers.size()
               << " moments leave a file behind\n";
@@ -205,14 +206,14 @@ TEST_F(BookKillTest, LeavesNothingBesideAFolderOldOrNewWhereverTheUserQuits)
     EXPECT_TRUE(counts.leftovers.empty());
 }
 
-/// Where no file can be made without a name, as on some file systems.
+/// The same where files without a name are not available, as on some file systems.
 class BookKillNamedTest : public BookKillTest {
 protected:
-    /// Deletes from a book there, ended everywhere; returns what `judge` says of it.
+    /// Ends deletions as `endEverywhere` does and returns the result of `judge`.
     std::string endEverywhereThere(Fate fate,
                                    const std::function<std::string(const Counts&)>& judge)
     {
-        // Without /proc a file that has no name cannot get one.
+        // Without /proc a nameless file cannot be given a name.
         return inChild([&]() -> std::string {
             if (unshare(CLONE_NEWNS) != 0 ||
                 mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||

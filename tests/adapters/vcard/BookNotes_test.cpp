@@ -30,7 +30,7 @@ protected:
     const std::string group_ = "BEGIN:VCARD\r\nKIND:group\r\nFN:Us\r\nEND:VCARD\r\n";
 };
 
-TEST_F(BookNotesTest, AreNoneBeforeAReading)
+TEST_F(BookNotesTest, AreEmptyBeforeTheFirstReading)
 {
     write(file(), open_);
     const VCardAddressBook book(file());
@@ -39,7 +39,7 @@ TEST_F(BookNotesTest, AreNoneBeforeAReading)
     EXPECT_EQ(book.notes().remarks, Remarks());
 }
 
-TEST_F(BookNotesTest, AreNoneWhenAllWentWell)
+TEST_F(BookNotesTest, AreEmptyWhenEveryCardWasRead)
 {
     const auto notes = notesOfFile("junk\r\n" + card("a") + "junk");
 
@@ -47,24 +47,25 @@ TEST_F(BookNotesTest, AreNoneWhenAllWentWell)
     EXPECT_EQ(notes.remarks, Remarks());
 }
 
-TEST_F(BookNotesTest, TellOfOneSkippedCardAndWhereItIs)
+TEST_F(BookNotesTest, NameTheLineOfASkippedCard)
 {
     const auto notes = notesOfFile(card("a") + "\r\n" + hollow_ + card("b"));
 
     EXPECT_EQ(notes.cardsSkipped, 1U);
-    EXPECT_EQ(notes.remarks, (Remarks{"1 card of “" + file().string() +
-                                      "” was skipped and stays as it is (line 7): it has no END or "
-                                      "no property."}));
+    EXPECT_EQ(notes.remarks, (Remarks{"1 card in “" + file().string() +
+                                      "” (line 7) was skipped because it has no END line or no "
+                                      "properties. It stays in the file unchanged."}));
 }
 
-TEST_F(BookNotesTest, CountSkippedCardsAndTellWhereTheFirstOneIs)
+TEST_F(BookNotesTest, CountSkippedCardsAndNameTheLineOfTheFirst)
 {
     const auto notes = notesOfFile(card("a", "\r") + open_ + hollow_ + card("b", "\n") + open_);
 
     EXPECT_EQ(notes.cardsSkipped, 3U);
-    EXPECT_EQ(notes.remarks, (Remarks{"3 cards of “" + file().string() +
-                                      "” were skipped and stay as they are (the first in line 6): "
-                                      "they have no END or no property."}));
+    EXPECT_EQ(notes.remarks,
+              (Remarks{"3 cards in “" + file().string() +
+                       "” (the first in line 6) were skipped because they have no END line or no "
+                       "properties. They stay in the file unchanged."}));
 }
 
 TEST_F(BookNotesTest, DoNotCountGroups)
@@ -75,7 +76,7 @@ TEST_F(BookNotesTest, DoNotCountGroups)
     EXPECT_EQ(notes.remarks, Remarks());
 }
 
-TEST_F(BookNotesTest, SayNothingOfAnEmptyFileOrFolder)
+TEST_F(BookNotesTest, AreEmptyForAnEmptyFileOrFolder)
 {
     EXPECT_EQ(notesOf(folder()).remarks, Remarks());
     EXPECT_EQ(notesOfFile("").remarks, Remarks());
@@ -83,9 +84,9 @@ TEST_F(BookNotesTest, SayNothingOfAnEmptyFileOrFolder)
     EXPECT_EQ(notesOf(folder()).remarks, Remarks());
 }
 
-TEST_F(BookNotesTest, SayThatAFileHoldsNoCard)
+TEST_F(BookNotesTest, ReportAFileWithoutCards)
 {
-    const Remarks remarks = {"“" + file().string() + "” holds no vCard."};
+    const Remarks remarks = {"“" + file().string() + "” contains no vCards."};
 
     EXPECT_EQ(notesOfFile("first,last\nAnn,Lee\n").remarks, remarks);
     EXPECT_EQ(notesOfFile(std::string(1, '\0')).remarks, remarks);
@@ -105,20 +106,19 @@ TEST_F(BookNotesTest, AddUpTheFilesOfAFolder)
     EXPECT_EQ(notes.remarks.size(), 3U);
 }
 
-TEST_F(BookNotesTest, TellWhatOfAFolderWasLeftOut)
+TEST_F(BookNotesTest, NameWhatWasSkippedInAFolder)
 {
     std::filesystem::create_directory(folder() / "a.vcf");
     std::filesystem::create_symlink("nowhere", folder() / "b.vcf");
     write(folder() / "c.vcf", card("c"));
 
-    EXPECT_EQ(
-        notesOf(folder()).remarks,
-        (Remarks{about(folder() / "a.vcf", "was left out: it is not a file."),
-                 about(folder() / "b.vcf", "was left out: it is a link that leads nowhere.")}));
+    EXPECT_EQ(notesOf(folder()).remarks,
+              (Remarks{about(folder() / "a.vcf", "was skipped: it is not a file."),
+                       about(folder() / "b.vcf", "was skipped: it is a broken link.")}));
     EXPECT_EQ(uidsIn(folder()), (std::vector<std::string>{"c"}));
 }
 
-TEST_F(BookNotesTest, AreOfTheLastReadingOnly)
+TEST_F(BookNotesTest, DescribeTheLastReadingOnly)
 {
     write(file(), open_);
     VCardAddressBook book(file());

@@ -1,7 +1,5 @@
 #include "tests/adapters/vcard/BookTest.h"
 
-#include "platform/PlatformError.h"
-
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -70,16 +68,6 @@ void removeFrom(const std::filesystem::path& book, const std::vector<std::string
     VCardAddressBook reader(book);
     ask(reader, uids);
     reader.save();
-}
-
-std::string failureOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const PlatformError& error) {
-        return error.what();
-    }
-    return "nothing was thrown";
 }
 
 void writeLater(const std::filesystem::path& path, std::string_view content)

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "adapters/vcard/VCardAddressBook.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/adapters/posix/FileTest.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +14,7 @@
 
 namespace dunmora::test {
 
-/// A card of a person with this UID, its lines ended like this.
+/// The card of a person with this UID and these line ends.
 std::string card(std::string_view uid, std::string_view lineEnd = "\r\n");
 
 /// A vCard text as UTF-16, without a byte-order mark.
@@ -23,38 +22,25 @@ std::string utf16Little(std::string_view ascii);
 std::string utf16Big(std::string_view ascii);
 
 std::vector<std::string> uidsOf(std::span<const Person> people);
-/// Who a new reader sees.
+/// The uids of the people whom a new `VCardAddressBook` lists.
 std::vector<std::string> uidsIn(const std::filesystem::path& book);
 
-/// Lists the people of the book and asks for the removal of those with these uids.
+/// Calls `removeRecord` for those of the book's people who have these uids.
 void ask(AddressBook& book, const std::vector<std::string>& uids);
-/// Removes these people from the book that a new reader sees.
+/// Removes these people through a new `VCardAddressBook`.
 void removeFrom(const std::filesystem::path& book, const std::vector<std::string>& uids);
 
-/// What the PlatformError says; "nothing was thrown" where none was.
-std::string failureOf(const std::function<void()>& action);
-
-/// What tells whether a file was touched: its inode and when it last changed.
+/// Differs after any change of the file: its inode, size and times.
 std::string traceOf(const std::filesystem::path& path);
 
-/// Changes the file when its time of change will be another one: many file systems tell times only
-/// to some milliseconds.
+/// Writes the file once its change time will differ: many file systems round times to a few
+/// milliseconds.
 void writeLater(const std::filesystem::path& path, std::string_view content);
 
-/// A temporary folder for a book that is a file in it, or a folder in it.
-class BookTest : public testing::Test {
+/// A temporary folder, which is the book or contains it.
+class BookTest : public FileTest {
 protected:
-    const std::filesystem::path& folder() const { return temporary_.path(); }
-    std::filesystem::path file() const { return folder() / "book.vcf"; }
-
-    /// The message begins with the file's name and then says this.
-    static std::string about(const std::filesystem::path& path, const std::string& words)
-    {
-        return "“" + path.string() + "” " + words;
-    }
-
-private:
-    TemporaryFolder temporary_;
+    std::filesystem::path file() const { return path("book.vcf"); }
 };
 
 }  // namespace dunmora::test

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <random>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,7 +19,7 @@ constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
 class VCardDeletionTest : public BookTest {
 protected:
-    /// Removes these people from a file with this content. Returns what it holds then.
+    /// Removes these people from a file with this content. Returns the new content.
     std::string without(const Uids& uids, const std::string& content)
     {
         write(file(), content);
@@ -66,7 +67,7 @@ TEST_P(VCardDeletionByLineEnd, CutsALastCardWithoutALineEnd)
     EXPECT_EQ(without({"b"}, card("a", end) + card("b", end) + last), card("a", end) + last);
 }
 
-TEST_P(VCardDeletionByLineEnd, KeepsWhatStandsBetweenTheCards)
+TEST_P(VCardDeletionByLineEnd, KeepsTextBetweenTheCards)
 {
     const auto& end = GetParam();
     const auto book = [&](const std::string& middle) {
@@ -96,7 +97,7 @@ TEST_F(VCardDeletionTest, KeepsTheByteOrderMarkOfARemovedFirstCard)
     EXPECT_EQ(uidsIn(file()), (Uids{"b"}));
 }
 
-TEST_F(VCardDeletionTest, KeepsMarksBetweenCardsOfFilesThatWerePutTogether)
+TEST_F(VCardDeletionTest, KeepsMarksBetweenTheCardsOfConcatenatedFiles)
 {
     const std::string mark(kMark);
 
@@ -104,12 +105,12 @@ TEST_F(VCardDeletionTest, KeepsMarksBetweenCardsOfFilesThatWerePutTogether)
               mark + card("a") + mark + mark + card("c"));
 }
 
-TEST_F(VCardDeletionTest, CutsABlankBeforeBeginWithItsCard)
+TEST_F(VCardDeletionTest, CutsBlanksBeforeBeginWithTheirCard)
 {
     EXPECT_EQ(without({"b"}, card("a") + "  " + card("b") + card("c")), card("a") + card("c"));
 }
 
-TEST_F(VCardDeletionTest, KeepsBytesThatAreNoText)
+TEST_F(VCardDeletionTest, KeepsBytesThatAreNotText)
 {
     using namespace std::string_literals;
     const auto binary = "\0\x01\xFF\xFE\x80 junk\r\n"s;
@@ -143,7 +144,7 @@ TEST_F(VCardDeletionTest, LeavesAnEmptyFileWhenNothingElseWasInIt)
     EXPECT_TRUE(uidsIn(file()).empty());
 }
 
-TEST_F(VCardDeletionTest, LeavesTheRestWhenNoCardIsLeft)
+TEST_F(VCardDeletionTest, KeepsOtherTextWhenNoCardIsLeft)
 {
     EXPECT_EQ(without({"a"}, std::string(kMark) + "\r\n" + card("a") + " \r\n"),
               std::string(kMark) + "\r\n \r\n");
@@ -171,10 +172,10 @@ TEST_F(VCardDeletionTest, CutsCardsOutOfUtf16WithoutAMark)
               utf16Big(card("a") + card("c")));
 }
 
-TEST_F(VCardDeletionTest, CountsEveryUtf16CharacterAsTheBytesThatItHas)
+TEST_F(VCardDeletionTest, CountsTheBytesOfEveryUtf16Character)
 {
     using namespace std::string_literals;
-    // é, €, a pair of surrogates, and a half of one that no other half follows.
+    // é, €, a surrogate pair and an unpaired surrogate.
     const auto odd = "\xE9\x00\xAC\x20\x3D\xD8\x00\xDE\x3D\xD8"s + utf16Little("\r\n");
     const auto begin = utf16Little("BEGIN:VCARD\nUID:a\nFN:");
     const auto end = utf16Little("END:VCARD\n");
@@ -206,7 +207,7 @@ TEST_F(VCardDeletionTest, RemovesOneOfTwoEqualCards)
     EXPECT_EQ(contentOf(file()), same + "first\r\nsecond\r\n");
 }
 
-TEST_F(VCardDeletionTest, IsFollowedByASecondOneWithoutReadingAgain)
+TEST_F(VCardDeletionTest, CanBeRepeatedWithoutReadingAgain)
 {
     write(file(), card("a") + "1\n" + card("b") + "2\n" + card("c") + "3\n" + card("d"));
     VCardAddressBook book(file());
@@ -232,7 +233,7 @@ TEST_F(VCardDeletionTest, WorksOnThePeopleOfTheListingAfterASave)
     book.removeRecord(people[0]);
     book.save();
 
-    // The listing still stands: nobody has listed again.
+    // The listing is still valid, because no new one was requested.
     book.removeRecord(people[0]);
     book.removeRecord(people[2]);
     book.save();
@@ -254,7 +255,7 @@ public:
         for (std::size_t i = 0; i < count; ++i) {
             parts_.push_back(random_() % 3 == 0 ? other() : person(i));
         }
-        // An odd end: the last line may lack its line end.
+        // Sometimes the last line has no line end.
         if (random_() % 3 == 0) {
             auto& last = parts_.back().text;
             last.erase(last.find_last_not_of("\r\n") + 1);
@@ -321,7 +322,7 @@ private:
     Part other()
     {
         const auto end = lineEnd();
-        // It never begins with a line end: after a card's CR that would be the card's.
+        // Never starts with a line end: an LF after a card's CR would belong to the card.
         return {"", oneOf({"junk", "END:VCARD", "  ", "FN:Nobody", "\xFF\x80\x01"}) + end +
                         (random_() % 4 == 0 ? "BEGIN:VCARD" + end + "KIND:group" + end + "END:VCARD"
                                             : oneOf({"", "more", "TEL:1"})) +
@@ -332,7 +333,7 @@ private:
     std::vector<Part> parts_;
 };
 
-TEST_F(VCardDeletionTest, LeavesWhatRemainsByteForByteAsItWasInAnyBook)
+TEST_F(VCardDeletionTest, KeepsTheRestOfARandomBookByteForByte)
 {
     std::mt19937 random(20240501);
     for (int run = 0; run < 400; ++run) {

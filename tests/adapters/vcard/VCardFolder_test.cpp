@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 #include <sys/syscall.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,7 @@ TEST_F(VCardFolderTest, IsReadInFileNameOrder)
     EXPECT_EQ(uidsIn(folder()), (Uids{"0", "1", "2", "3", "4", "5"}));
 }
 
-TEST_F(VCardFolderTest, HoldsOnlyVisibleFilesNamedVcf)
+TEST_F(VCardFolderTest, ContainsOnlyVisibleVcfFiles)
 {
     write(in("a.vcf"), card("a"));
     write(in(".hidden.vcf"), card("hidden"));
@@ -62,7 +63,7 @@ TEST_F(VCardFolderTest, TouchesOnlyTheFilesOfRemovedPeople)
     EXPECT_EQ(namesIn(folder()), (Names{"a.vcf", "b.vcf", "note.txt"}));
 }
 
-TEST_F(VCardFolderTest, LosesAFileInWhichOnlyWhiteSpaceAndAMarkWouldBeLeft)
+TEST_F(VCardFolderTest, LosesAFileThatWouldBeBlank)
 {
     write(in("bare.vcf"), card("1"));
     write(in("blank.vcf"), "\xEF\xBB\xBF\r\n" + card("2") + " \t\r\n\n" + card("3"));
@@ -74,7 +75,7 @@ TEST_F(VCardFolderTest, LosesAFileInWhichOnlyWhiteSpaceAndAMarkWouldBeLeft)
     EXPECT_EQ(namesIn(folder()), (Names{"other.vcf"}));
 }
 
-TEST_F(VCardFolderTest, KeepsAFileInWhichAnythingElseIsLeft)
+TEST_F(VCardFolderTest, KeepsAFileThatWouldNotBeBlank)
 {
     using namespace std::string_literals;
     const std::string open = "BEGIN:VCARD\r\nFN:No end\r\n";
@@ -102,7 +103,7 @@ TEST_F(VCardFolderTest, KeepsAnEmptyFileThatWasThereBefore)
     EXPECT_EQ(namesIn(folder()), (Names{"empty.vcf"}));
 }
 
-TEST_F(VCardFolderTest, ReadsAFileOnceThatALinkReachesToo)
+TEST_F(VCardFolderTest, ReadsAFileWithSeveralNamesOnce)
 {
     write(in("a.vcf"), card("a1") + card("a2"));
     fs::create_symlink("a.vcf", in("link.vcf"));
@@ -139,7 +140,7 @@ TEST_F(VCardFolderTest, RemovesAFileUnderAllOfItsNames)
     EXPECT_EQ(namesIn(folder()), (Names{"b.vcf"}));
 }
 
-TEST_F(VCardFolderTest, ChangesTheFileElsewhereThatALinkLeadsTo)
+TEST_F(VCardFolderTest, ChangesTheTargetOfALinkInAnotherFolder)
 {
     const TemporaryFolder elsewhere;
     write(elsewhere.path() / "real.vcf", card("a1") + card("a2"));
@@ -153,7 +154,7 @@ TEST_F(VCardFolderTest, ChangesTheFileElsewhereThatALinkLeadsTo)
     EXPECT_EQ(namesIn(folder()), (Names{"link.vcf"}));
 }
 
-TEST_F(VCardFolderTest, IsReadThroughALinkToItAndWithATrailingSlash)
+TEST_F(VCardFolderTest, CanBeALinkAndHaveATrailingSlash)
 {
     fs::create_directory(in("real"));
     write(in("real") / "a.vcf", card("a") + card("b"));
@@ -167,7 +168,7 @@ TEST_F(VCardFolderTest, IsReadThroughALinkToItAndWithATrailingSlash)
     EXPECT_TRUE(fs::is_symlink(in("link")));
 }
 
-TEST_F(VCardFolderTest, TakesFileNamesOfAnyLengthAndBytes)
+TEST_F(VCardFolderTest, AcceptsFileNamesOfAnyLengthAndBytes)
 {
     const auto longName = std::string(251, 'n') + ".vcf";
     const std::string strangeName = "\xFF\n\xE9.vcf";
@@ -181,7 +182,7 @@ TEST_F(VCardFolderTest, TakesFileNamesOfAnyLengthAndBytes)
     EXPECT_EQ(namesIn(folder()), (Names{longName, strangeName}));
 }
 
-TEST_F(VCardFolderTest, IsDeletedFromASecondTimeWithoutReadingAgain)
+TEST_F(VCardFolderTest, AcceptsASecondDeletionWithoutReadingAgain)
 {
     write(in("a.vcf"), card("a1") + card("a2"));
     write(in("b.vcf"), card("b1") + card("b2"));
@@ -195,7 +196,7 @@ TEST_F(VCardFolderTest, IsDeletedFromASecondTimeWithoutReadingAgain)
     EXPECT_EQ(namesIn(folder()), Names());
 }
 
-TEST_F(VCardFolderTest, WritesNothingAtAllWhenOneFileToBeChangedHasChanged)
+TEST_F(VCardFolderTest, WritesNothingWhenOneAffectedFileHasChanged)
 {
     for (const std::string name : {"a.vcf", "b.vcf", "c.vcf"}) {
         write(in(name), card(name + "1") + card(name + "2"));
@@ -206,13 +207,13 @@ TEST_F(VCardFolderTest, WritesNothingAtAllWhenOneFileToBeChangedHasChanged)
     const auto traces = traceOf(in("a.vcf")) + traceOf(in("b.vcf")) + traceOf(in("c.vcf"));
 
     EXPECT_EQ(failureOf([&] { book.save(); }),
-              about(in("c.vcf"), "has changed since it was read. Read it again first."));
+              about(in("c.vcf"), "has changed since it was read. Reload it and try again."));
 
     EXPECT_EQ(traceOf(in("a.vcf")) + traceOf(in("b.vcf")) + traceOf(in("c.vcf")), traces);
     EXPECT_EQ(namesIn(folder()), (Names{"a.vcf", "b.vcf", "c.vcf"}));
 }
 
-TEST_F(VCardFolderTest, WritesNothingAtAllWhenOneFileToBeChangedIsGone)
+TEST_F(VCardFolderTest, WritesNothingWhenOneAffectedFileIsGone)
 {
     write(in("a.vcf"), card("a1") + card("a2"));
     write(in("b.vcf"), card("b"));
@@ -227,7 +228,7 @@ TEST_F(VCardFolderTest, WritesNothingAtAllWhenOneFileToBeChangedIsGone)
     EXPECT_EQ(namesIn(folder()), (Names{"a.vcf"}));
 }
 
-TEST_F(VCardFolderTest, DoesNotMindChangesOfFilesThatStayAsTheyAre)
+TEST_F(VCardFolderTest, IgnoresChangesOfUnaffectedFiles)
 {
     write(in("a.vcf"), card("a1") + card("a2"));
     write(in("b.vcf"), card("b"));
@@ -241,7 +242,7 @@ TEST_F(VCardFolderTest, DoesNotMindChangesOfFilesThatStayAsTheyAre)
     EXPECT_EQ(uidsIn(folder()), (Uids{"a2", "other", "new"}));
 }
 
-/// Lets others change the folder right after the program has put the first new file in its place.
+/// Changes the folder right after the deletion has replaced the first file.
 class VCardFolderHalfDoneTest : public VCardFolderTest {
 protected:
     void SetUp() override
@@ -251,7 +252,7 @@ protected:
         write(in("c.vcf"), card("c1") + card("c2"));
     }
 
-    /// What the deletion says that is disturbed in this way; empty where it cannot be disturbed.
+    /// The message of a deletion that `disturb` interrupts; empty where it cannot be interrupted.
     std::string failureOfDeletion(const std::function<void()>& disturb)
     {
         const TemporaryFolder elsewhere;
@@ -274,23 +275,24 @@ protected:
     }
 };
 
-TEST_F(VCardFolderHalfDoneTest, SaysWhatWasDoneAndWhatWasNot)
+TEST_F(VCardFolderHalfDoneTest, ReportsWhichFilesHaveChanged)
 {
     const auto failure = failureOfDeletion([&] { write(in("b.vcf"), "changed"); });
     if (failure.empty()) {
         GTEST_SKIP() << "Processes cannot be traced here.";
     }
 
-    EXPECT_EQ(failure, about(in("b.vcf"), "has changed since it was read. Read it again first. "
-                                          "Files changed before that: a.vcf. Files left as they "
-                                          "were: b.vcf, c.vcf."));
+    EXPECT_EQ(failure,
+              about(in("b.vcf"),
+                    "has changed since it was read. Reload it and try again. "
+                    "Files changed before the error: a.vcf. Files not changed: b.vcf, c.vcf."));
     EXPECT_EQ(contentOf(in("a.vcf")), card("a2"));
     EXPECT_EQ(contentOf(in("b.vcf")), "changed");
     EXPECT_EQ(contentOf(in("c.vcf")), card("c1") + card("c2"));
     EXPECT_EQ(namesIn(folder()), (Names{"a.vcf", "b.vcf", "c.vcf"}));
 }
 
-TEST_F(VCardFolderHalfDoneTest, SaysSoTooWhenAFolderHasTakenTheFilesPlace)
+TEST_F(VCardFolderHalfDoneTest, ReportsWhichFilesHaveChangedWhenAFolderReplacedAFile)
 {
     const auto failure = failureOfDeletion([&] {
         fs::remove(in("c.vcf"));
@@ -300,13 +302,14 @@ TEST_F(VCardFolderHalfDoneTest, SaysSoTooWhenAFolderHasTakenTheFilesPlace)
         GTEST_SKIP() << "Processes cannot be traced here.";
     }
 
-    EXPECT_EQ(failure, about(in("c.vcf"), "has changed since it was read. Read it again first. "
-                                          "Files changed before that: a.vcf, b.vcf. Files left as "
-                                          "they were: c.vcf."));
+    EXPECT_EQ(failure,
+              about(in("c.vcf"),
+                    "has changed since it was read. Reload it and try again. "
+                    "Files changed before the error: a.vcf, b.vcf. Files not changed: c.vcf."));
     EXPECT_EQ(namesIn(folder()), (Names{"a.vcf", "b.vcf", "c.vcf"}));
 }
 
-TEST_F(VCardFolderHalfDoneTest, SaysUnderWhichNamesAFileWasChanged)
+TEST_F(VCardFolderHalfDoneTest, ReportsUnderWhichNamesAFileHasChanged)
 {
     fs::remove(in("b.vcf"));
     fs::remove(in("c.vcf"));
@@ -319,14 +322,14 @@ TEST_F(VCardFolderHalfDoneTest, SaysUnderWhichNamesAFileWasChanged)
         GTEST_SKIP() << "Processes cannot be traced here.";
     }
 
-    EXPECT_EQ(failure, about(in("b.vcf"), "cannot be changed: Is a directory. Other names of the "
-                                          "same file were done before that: “") +
+    EXPECT_EQ(failure, about(in("b.vcf"), "cannot be changed: Is a directory. Already done for "
+                                          "the same file under: “") +
                            in("a.vcf").string() + "”.");
     EXPECT_EQ(contentOf(in("a.vcf")), card("a2"));
     EXPECT_EQ(namesIn(folder()), (Names{"a.vcf", "b.vcf"}));
 }
 
-TEST_F(VCardFolderTest, WritesNothingAtAllWhenAFileChangesWhileTheNewOnesAreWritten)
+TEST_F(VCardFolderTest, WritesNothingWhenAFileChangesWhileTheNewOnesAreWritten)
 {
     write(in("a.vcf"), card("a1") + card("a2"));
     write(in("b.vcf"), card("b1") + card("b2"));
@@ -347,13 +350,13 @@ TEST_F(VCardFolderTest, WritesNothingAtAllWhenAFileChangesWhileTheNewOnesAreWrit
     }
 
     EXPECT_EQ(contentOf(message),
-              about(in("b.vcf"), "has changed since it was read. Read it again first."));
+              about(in("b.vcf"), "has changed since it was read. Reload it and try again."));
     EXPECT_EQ(contentOf(in("a.vcf")), card("a1") + card("a2"));
     EXPECT_EQ(contentOf(in("b.vcf")), card("b1") + card("B2"));
     EXPECT_EQ(namesIn(folder()), (Names{"a.vcf", "b.vcf"}));
 }
 
-TEST_F(VCardFolderTest, NeedsNoMoreOpenFilesThanTheSystemAllows)
+TEST_F(VCardFolderTest, RaisesTheLimitOfOpenFilesWhenNeeded)
 {
     constexpr int kFiles = 500;
     for (int i = 0; i < kFiles; ++i) {
@@ -389,7 +392,7 @@ TEST_F(VCardFolderTest, NeedsNoMoreOpenFilesThanTheSystemAllows)
     }
 }
 
-TEST_F(VCardFolderTest, IsLeftAloneWhenTheSystemAllowsTooFewOpenFiles)
+TEST_F(VCardFolderTest, IsNotChangedWhenTheLimitOfOpenFilesIsTooLow)
 {
     constexpr int kFiles = 40;
     for (int i = 0; i < kFiles; ++i) {

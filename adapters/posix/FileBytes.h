@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+namespace dunmora {
+
+/// The bytes of a file, read once and then constant.
+/// Thread: any, several at once. Errors: std::bad_alloc from `allocate`.
+class FileBytes final {
+public:
+    /// Uninitialised memory, which std::string and std::vector cannot provide.
+    using Memory = std::unique_ptr<char[]>;  // NOLINT(modernize-avoid-c-arrays): sized at run time
+    static Memory allocate(std::size_t size);
+
+    FileBytes() = default;
+    /// Takes the first `size` bytes of `memory`.
+    FileBytes(Memory memory, std::size_t size);
+
+    std::string_view view() const { return {memory_.get(), size_}; }
+
+private:
+    Memory memory_;
+    std::size_t size_ = 0;
+};
+
+}  // namespace dunmora

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "adapters/posix/Descriptor.h"
+#include "adapters/posix/FileBytes.h"
+#include "adapters/posix/Pieces.h"
+
+#include <filesystem>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <sys/stat.h>
+
+namespace dunmora {
+
+/// A file that is locked (flock) for a change, and its names. The lock does not stop programs that
+/// do not use it; `checkUnchanged` detects their changes.
+///
+/// Thread: one at a time; blocks on the disk. Errors: PlatformError with the path and the reason.
+class LockedFile final {
+public:
+    using Paths = std::vector<std::filesystem::path>;
+
+    /// Locks an existing file without waiting. `names` are one or more paths of this file, which
+    /// may be symbolic links.
+    /// Errors: also when the file is read-only or locked by another program.
+    static LockedFile open(Paths names);
+
+    /// Waits for the lock. Creates the file, for its owner only, and missing folders (mode 0700).
+    /// A symbolic link is followed, also when its target does not exist.
+    static LockedFile openOrCreate(const std::filesystem::path& name);
+
+    /// Reads the whole content.
+    FileBytes content() const;
+
+    /// Throws unless the content is exactly this.
+    void checkContent(const Pieces& expected) const;
+
+    /// Throws when the file has been changed or replaced since it was locked.
+    void checkUnchanged() const;
+
+    /// Throws when the folder of one of these paths is not writable. `whatFails` is the start of
+    /// the reason in the message, such as "cannot be changed".
+    void checkFolders(const Paths& paths, std::string_view whatFails) const;
+
+    /// The first of the names, for messages.
+    const std::filesystem::path& name() const { return names_.front(); }
+    /// The absolute paths of those names that are symbolic links.
+    const Paths& links() const { return links_; }
+    /// The absolute paths of the file itself; several when it has hard links.
+    const Paths& targets() const { return targets_; }
+
+    const Descriptor& descriptor() const { return descriptor_; }
+    /// The status at the time of the lock.
+    const struct stat& status() const { return status_; }
+
+private:
+    explicit LockedFile(Paths names) : names_(std::move(names)) {}
+    void resolveNames();
+    void rewind() const;
+
+    Paths names_;
+    Paths links_;
+    Paths targets_;
+    Descriptor descriptor_;
+    struct stat status_ {};
+};
+
+}  // namespace dunmora

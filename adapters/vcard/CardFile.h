@@ -1,0 +1,61 @@
+#pragma once
+
+#include "adapters/posix/FileBytes.h"
+#include "adapters/posix/Pieces.h"
+#include "adapters/vcard/TextDecoding.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dunmora {
+
+/// A part of a file, in bytes.
+struct ByteRange {
+    std::size_t begin;
+    std::size_t end;
+};
+
+/// A file of vCards as it was read, and the ranges that deletions have removed from it since.
+/// Thread: one at a time. Errors: none.
+class CardFile final {
+public:
+    /// Ranges in ascending order that do not overlap.
+    using Ranges = std::vector<ByteRange>;
+
+    CardFile(std::filesystem::path name, FileBytes bytes);
+
+    /// All names under which the book reaches the file; the first one is for messages.
+    const std::vector<std::filesystem::path>& names() const { return names_; }
+    void addName(std::filesystem::path name) { names_.push_back(std::move(name)); }
+
+    FileEncoding encoding() const { return encoding_; }
+    /// The content as it was read.
+    std::string_view bytes() const { return bytes_.view(); }
+    /// The content as it was read; a UTF-16 file as UTF-8.
+    std::string_view text() const;
+
+    /// The content as it was read, without these ranges.
+    Pieces without(const Ranges& ranges) const;
+    /// Whether these pieces of the file consist of white space and byte-order marks only.
+    bool areBlank(const Pieces& pieces) const;
+
+    /// What deletions have removed from the file on disk.
+    const Ranges& removed() const { return removed_; }
+    void setRemoved(Ranges ranges) { removed_ = std::move(ranges); }
+
+private:
+    std::vector<std::filesystem::path> names_;
+    FileBytes bytes_;
+    FileEncoding encoding_;
+    // The text of a UTF-16 file.
+    std::string decoded_;
+    Ranges removed_;
+};
+
+/// Whether the text consists of white space and byte-order marks only.
+bool isBlankText(std::string_view text);
+
+}  // namespace dunmora

@@ -1,0 +1,310 @@
+#include "adapters/vcard/VCardBook.h"
+
+#include "adapters/posix/FileContent.h"
+#include "adapters/posix/FileRemoval.h"
+#include "adapters/posix/FileReplacement.h"
+#include "adapters/posix/LockedFile.h"
+#include "adapters/vcard/BookChanges.h"
+#include "adapters/vcard/CardFolder.h"
+#include "platform/PlatformError.h"
+#include "text/DisplayText.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+std::string lineEndIn(FileEncoding encoding)
+{
+    using namespace std::string_literals;
+    switch (encoding) {
+    case FileEncoding::Utf16LittleEndian:
+        return "\r\0\n\0"s;
+    case FileEncoding::Utf16BigEndian:
+        return "\0\r\0\n"s;
+    case FileEncoding::Bytes:
+        break;
+    }
+    return "\r\n";
+}
+
+std::string byteOrderMarkOf(FileEncoding encoding)
+{
+    switch (encoding) {
+    case FileEncoding::Utf16LittleEndian:
+        return "\xFF\xFE";
+    case FileEncoding::Utf16BigEndian:
+        return "\xFE\xFF";
+    case FileEncoding::Bytes:
+        break;
+    }
+    return {};
+}
+
+/// The number, counted from 1, of the line that starts at the end of this text.
+std::size_t lineNumberAfter(std::string_view text)
+{
+    std::size_t number = 1;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isPair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+        number += text[i] == '\n' || (text[i] == '\r' && !isPair) ? 1 : 0;
+    }
+    return number;
+}
+
+}  // namespace
+
+VCardBook::VCardBook(const std::filesystem::path& path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found) {
+        throw PlatformError(quotedPath(path) + " does not exist.");
+    }
+    isFolder_ = is_directory(status);
+    // Opening a device can start it.
+    if (is_other(status)) {
+        throw PlatformError(quotedPath(path) + " is neither a file nor a folder.");
+    }
+    if (isFolder_) {
+        for (const auto& file : cardFilesIn(path, notes_.remarks)) {
+            readFileAt(file);
+        }
+    } else {
+        readFileAt(path);
+    }
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+        readCards(i);
+    }
+}
+
+void VCardBook::readFileAt(const std::filesystem::path& path)
+{
+    auto [identity, bytes] = readFile(path);
+    const auto [known, isNew] = filesByIdentity_.try_emplace(identity, files_.size());
+    if (isNew) {
+        files_.emplace_back(path, std::move(bytes));
+    } else {
+        files_[known->second].addName(path);
+    }
+}
+
+void VCardBook::readCards(std::size_t fileIndex)
+{
+    const auto& file = files_[fileIndex];
+    const auto firstPerson = cards_.people.size();
+    cards_.ranges.clear();
+    cards_.skipped.clear();
+    cards_.groups = 0;
+    reader_.read(file.text(),
+                 file.encoding() == FileEncoding::Bytes ? CardReader::Text::Bytes
+                                                        : CardReader::Text::Utf8,
+                 cards_);
+
+    uids_.reserve(cards_.people.size());
+    for (std::size_t i = 0; i < cards_.ranges.size(); ++i) {
+        const auto& range = cards_.ranges[i];
+        auto& person = cards_.people[firstPerson + i];
+        person.uid =
+            uids_.assign(person.uid, file.text().substr(range.begin, range.end - range.begin -
+                                                                         range.lineEndSize));
+    }
+    placeCards(fileIndex);
+    noteSkippedCards(file);
+}
+
+void VCardBook::placeCards(std::size_t fileIndex)
+{
+    const auto& file = files_[fileIndex];
+    std::size_t textPosition = 0;
+    std::size_t bytePosition = 0;
+    const auto byteAt = [&](std::size_t position) {
+        const auto passed = file.text().substr(textPosition, position - textPosition);
+        bytePosition += file.encoding() == FileEncoding::Bytes ? passed.size() : utf16Size(passed);
+        textPosition = position;
+        return bytePosition;
+    };
+    for (const auto& range : cards_.ranges) {
+        CardPlace place;
+        place.file = static_cast<std::uint32_t>(fileIndex);
+        place.hasLineEnd = range.lineEndSize > 0;
+        place.range.begin = byteAt(range.begin);
+        place.range.end = byteAt(range.end);
+        places_.push_back(place);
+    }
+}
+
+void VCardBook::noteSkippedCards(const CardFile& file)
+{
+    const auto name = quotedPath(file.names().front());
+    const auto count = cards_.skipped.size();
+    notes_.cardsSkipped += count;
+    if (count > 0) {
+        const auto line =
+            std::to_string(lineNumberAfter(file.text().substr(0, cards_.skipped.front())));
+        notes_.remarks.push_back(
+            count == 1
+                ? "1 card in " + name + " (line " + line +
+                      ") was skipped because it has no END line or no properties. It stays "
+                      "in the file unchanged."
+                : std::to_string(count) + " cards in " + name + " (the first in line " + line +
+                      ") were skipped because they have no END line or no properties. They "
+                      "stay in the file unchanged.");
+    } else if (cards_.ranges.empty() && cards_.groups == 0 && !isBlankText(file.text())) {
+        notes_.remarks.push_back(name + " contains no vCards.");
+    }
+}
+
+std::span<const Person> VCardBook::people()
+{
+    discardPending();
+    dropRemoved();
+    return cards_.people;
+}
+
+void VCardBook::discardPending()
+{
+    if (std::exchange(hasPending_, false)) {
+        for (auto& place : places_) {
+            place.isPending = false;
+        }
+    }
+}
+
+void VCardBook::dropRemoved()
+{
+    if (!std::exchange(hasRemoved_, false)) {
+        return;
+    }
+    std::vector<Person> people;
+    std::vector<CardPlace> places;
+    people.reserve(cards_.people.size());
+    places.reserve(places_.size());
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        if (!places_[i].isRemoved) {
+            people.push_back(cards_.people[i]);
+            places.push_back(places_[i]);
+        }
+    }
+    // Not erased in place: references from the last listing would then refer to other people.
+    cards_.people = std::move(people);
+    places_ = std::move(places);
+}
+
+std::size_t VCardBook::indexOf(const Person& person) const
+{
+    const std::less<> isBefore;
+    const auto* first = cards_.people.data();
+    if (isBefore(&person, first) || !isBefore(&person, first + cards_.people.size())) {
+        throw PlatformError("That person is not in the address book.");
+    }
+    return static_cast<std::size_t>(&person - first);
+}
+
+void VCardBook::removeRecord(const Person& person)
+{
+    try {
+        places_[indexOf(person)].isPending = true;
+        hasPending_ = true;
+    } catch (const PlatformError&) {
+        discardPending();
+        throw;
+    }
+}
+
+std::vector<VCardBook::FileRemovals> VCardBook::pendingRemovals() const
+{
+    std::vector<FileRemovals> removals;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        const auto& place = places_[i];
+        if (!place.isPending || place.isRemoved) {
+            continue;
+        }
+        // The people of one file are adjacent.
+        if (removals.empty() || removals.back().file != place.file) {
+            removals.push_back({place.file, files_[place.file].removed(), {}});
+        }
+        removals.back().ranges.push_back(place.range);
+        removals.back().people.push_back(i);
+    }
+    for (auto& removal : removals) {
+        std::sort(removal.ranges.begin(), removal.ranges.end(),
+                  [](const ByteRange& a, const ByteRange& b) { return a.begin < b.begin; });
+    }
+    return removals;
+}
+
+void VCardBook::save()
+{
+    if (!hasPending_) {
+        return;
+    }
+    auto removals = pendingRemovals();
+    discardPending();
+
+    // Every file is locked, compared with what was read and its new content written before the
+    // first one changes.
+    BookChanges changes;
+    for (const auto& ofFile : removals) {
+        changes.add(prepared(ofFile), files_[ofFile.file].names().front());
+    }
+    changes.commit([&](std::size_t i) { markRemoved(removals[i]); });
+}
+
+std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals) const
+{
+    const auto& file = files_[removals.file];
+    auto locked = LockedFile::open(file.names());
+    locked.checkContent(file.without(file.removed()));
+    const auto content = file.without(removals.ranges);
+    if (isFolder_ && file.areBlank(content)) {
+        return std::make_unique<FileRemoval>(std::move(locked));
+    }
+    return std::make_unique<FileReplacement>(std::move(locked), content);
+}
+
+void VCardBook::markRemoved(FileRemovals& removals)
+{
+    files_[removals.file].setRemoved(std::move(removals.ranges));
+    for (const auto index : removals.people) {
+        places_[index].isRemoved = true;
+    }
+    hasRemoved_ = true;
+}
+
+FileEncoding VCardBook::commonEncoding(std::span<const Person* const> people) const
+{
+    std::optional<FileEncoding> encoding;
+    for (const auto* person : people) {
+        const auto own = files_[places_[indexOf(*person)].file].encoding();
+        if (encoding.value_or(own) != own) {
+            throw PlatformError(
+                "One backup cannot hold these people: some of their cards are UTF-16 and others "
+                "are not. Delete them in separate runs.");
+        }
+        encoding = own;
+    }
+    return encoding.value_or(FileEncoding::Bytes);
+}
+
+std::string VCardBook::cards(std::span<const Person* const> people) const
+{
+    const auto encoding = commonEncoding(people);
+    const auto lineEnd = lineEndIn(encoding);
+    auto content = byteOrderMarkOf(encoding);
+    for (const auto* person : people) {
+        const auto& place = places_[indexOf(*person)];
+        content += files_[place.file].bytes().substr(place.range.begin,
+                                                     place.range.end - place.range.begin);
+        content += place.hasLineEnd ? "" : lineEnd;
+    }
+    return content;
+}
+
+}  // namespace dunmora

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "adapters/posix/FileChange.h"
+#include "adapters/posix/FileIdentity.h"
+#include "adapters/vcard/CardFile.h"
+#include "adapters/vcard/CardReader.h"
+#include "adapters/vcard/TextDecoding.h"
+#include "adapters/vcard/UidRegistry.h"
+#include "platform/AddressBook.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace dunmora {
+
+/// A book of vCards in memory: its files as they were read, the people in them, and the removals
+/// that are pending or saved.
+///
+/// Thread: one at a time; blocks on the disk. Errors: PlatformError.
+class VCardBook final {
+public:
+    /// Reads a file, or the files of a folder.
+    explicit VCardBook(const std::filesystem::path& path);
+
+    /// Everyone who was read and has not been deleted. Discards pending removals.
+    std::span<const Person> people();
+
+    /// Implement `AddressBook` and `CardSource`.
+    void removeRecord(const Person& person);
+    void save();
+    const ReadingNotes& notes() const { return notes_; }
+    std::string cards(std::span<const Person* const> people) const;
+
+private:
+    /// Where a person's card is.
+    struct CardPlace {
+        std::uint32_t file = 0;
+        bool hasLineEnd = false;
+        bool isPending = false;
+        bool isRemoved = false;
+        ByteRange range;
+    };
+
+    /// What a save removes from one file.
+    struct FileRemovals {
+        std::size_t file;
+        // All ranges removed so far, including the new ones.
+        CardFile::Ranges ranges;
+        // The indices of the people to remove.
+        std::vector<std::size_t> people;
+    };
+
+    void readFileAt(const std::filesystem::path& path);
+    void readCards(std::size_t fileIndex);
+    void noteSkippedCards(const CardFile& file);
+    void placeCards(std::size_t fileIndex);
+    void discardPending();
+    void dropRemoved();
+    std::size_t indexOf(const Person& person) const;
+    FileEncoding commonEncoding(std::span<const Person* const> people) const;
+    std::vector<FileRemovals> pendingRemovals() const;
+    std::unique_ptr<FileChange> prepared(const FileRemovals& removals) const;
+    void markRemoved(FileRemovals& removals);
+
+    bool isFolder_ = false;
+    ReadingNotes notes_;
+    std::vector<CardFile> files_;
+    std::map<FileIdentity, std::size_t> filesByIdentity_;
+    // With the files, these own the texts that the people refer to.
+    CardReader reader_;
+    UidRegistry uids_;
+    // The people listed, and the place of each one's card at the same index.
+    CardReader::Cards cards_;
+    std::vector<CardPlace> places_;
+    bool hasPending_ = false;
+    bool hasRemoved_ = false;
+};
+
+}  // namespace dunmora

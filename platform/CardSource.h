@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Person.h"
+
+#include <span>
+#include <string>
+
+namespace dunmora {
+
+/// The whole cards of an address book's people, from which a backup is written.
+///
+/// Thread: as the `AddressBook` that it belongs to: any, one call at a time to the two of them. A
+/// call may block on a disk or a service.
+class CardSource {
+public:
+    virtual ~CardSource() = default;
+
+    /// Returns the vCards of these people of the book's last listing, in the order given, as the
+    /// content of one file. Each card is byte for byte what the book holds; a card without a line
+    /// end gets one. UTF-16 begins with a byte-order mark. Returns an empty text for no people.
+    /// Errors: PlatformError when a person is not in the last listing, when a card can no longer be
+    /// read, or when the cards do not fit into one text (some are UTF-16 and others are not).
+    virtual std::string cards(std::span<const Person* const> people) const = 0;
+};
+
+}  // namespace dunmora
