@@ -11,35 +11,35 @@ namespace dunmora {
 
 namespace {
 
-/// A preference and the value that it has until it is first stored.
-struct Preference {
-    std::string_view key;
-    bool whenAbsent;
-};
+constexpr std::string_view kIsFirstRun = "isFirstRun";
 
-constexpr Preference kFilterFirstname{"filterFirstname", true};
-constexpr Preference kFilterLastname{"filterLastname", true};
-constexpr Preference kFilterNickname{"filterNickname", false};
-constexpr Preference kFilterHome{"filterHome", false};
-constexpr Preference kFilterWork{"filterWork", false};
-constexpr Preference kFilterMobile{"filterMobile", false};
-constexpr Preference kIsFirstRun{"isFirstRun", true};
-
-bool stored(const Preference& preference)
+bool stored(std::string_view key, bool whenAbsent)
 {
     // Presence first: a Boolean read of an absent key is false, which would turn the flags that
     // are on by default off in a fresh installation.
     const UserDefaults& defaults = Platform::current().userDefaults;
-    return defaults.hasValue(preference.key) ? defaults.boolForKey(preference.key)
-                                             : preference.whenAbsent;
+    return defaults.hasValue(key) ? defaults.boolForKey(key) : whenAbsent;
 }
 
-void store(const Preference& preference, bool value)
+void store(std::string_view key, bool value)
 {
     UserDefaults& defaults = Platform::current().userDefaults;
-    defaults.setBool(preference.key, value);
+    defaults.setBool(key, value);
     defaults.synchronize();
 }
+
+/// The match preference of a contact field; the compiler rejects a field without one.
+constexpr MatchPreference matchPreference(std::string_view contactKey)
+{
+    return contactField(contactKey).match.value();
+}
+
+constexpr auto kFirstname = matchPreference(kContactFirstName);
+constexpr auto kLastname = matchPreference(kContactLastName);
+constexpr auto kNickname = matchPreference(kContactNickname);
+constexpr auto kHome = matchPreference(kContactHome);
+constexpr auto kWork = matchPreference(kContactWork);
+constexpr auto kMobile = matchPreference(kContactMobile);
 
 }  // namespace
 
@@ -64,71 +64,81 @@ void Settings::Website()
     Platform::current().workspace.openURL(DUNMORA_WEBSITE);
 }
 
-// Callers ask the one Settings object; that it keeps nothing itself is its own affair.
+// Callers go through the one Settings object, although it keeps nothing itself.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
+bool Settings::isOn(const MatchPreference& preference) const
+{
+    return stored(preference.key, preference.isOnByDefault);
+}
+
+void Settings::setOn(const MatchPreference& preference, bool on)
+{
+    store(preference.key, on);
+}
+
 bool Settings::filterFirstname() const
 {
-    return stored(kFilterFirstname);
+    return isOn(kFirstname);
 }
 
 void Settings::setFilterFirstname(bool on)
 {
-    store(kFilterFirstname, on);
+    setOn(kFirstname, on);
 }
 
 bool Settings::filterLastname() const
 {
-    return stored(kFilterLastname);
+    return isOn(kLastname);
 }
 
 void Settings::setFilterLastname(bool on)
 {
-    store(kFilterLastname, on);
+    setOn(kLastname, on);
 }
 
 bool Settings::filterNickname() const
 {
-    return stored(kFilterNickname);
+    return isOn(kNickname);
 }
 
 void Settings::setFilterNickname(bool on)
 {
-    store(kFilterNickname, on);
+    setOn(kNickname, on);
 }
 
 bool Settings::filterHome() const
 {
-    return stored(kFilterHome);
+    return isOn(kHome);
 }
 
 void Settings::setFilterHome(bool on)
 {
-    store(kFilterHome, on);
+    setOn(kHome, on);
 }
 
 bool Settings::filterWork() const
 {
-    return stored(kFilterWork);
+    return isOn(kWork);
 }
 
 void Settings::setFilterWork(bool on)
 {
-    store(kFilterWork, on);
+    setOn(kWork, on);
 }
 
 bool Settings::filterMobile() const
 {
-    return stored(kFilterMobile);
+    return isOn(kMobile);
 }
 
 void Settings::setFilterMobile(bool on)
 {
-    store(kFilterMobile, on);
+    setOn(kMobile, on);
 }
 
 bool Settings::isFirstRun() const
 {
-    return stored(kIsFirstRun);
+    return stored(kIsFirstRun, true);
 }
 
 void Settings::setIsFirstRun(bool firstRun)

@@ -1,29 +1,37 @@
 #pragma once
 
+#include "base/ContactFields.h"
+
 #include <string>
 
 namespace dunmora {
 
 /// The preferences that last from run to run, and three small conveniences of the user interface.
-/// Nothing is kept here: every getter asks the `UserDefaults` port and every setter stores and
-/// flushes at once.
+/// Caches nothing: every getter reads the `UserDefaults` port, and every setter stores and flushes
+/// at once.
 ///
-/// Thread: any, several at once. Errors: none; a preference that cannot be stored holds until the
-/// program ends.
+/// Thread: any, several at once. Errors: none; a preference that cannot be stored lasts until the
+/// program exits.
 class Settings final {
 public:
     Settings(const Settings&) = delete;
     Settings& operator=(const Settings&) = delete;
 
-    /// The one instance, made on first use and never destroyed.
+    /// The one instance, created on first use and never destroyed.
     static Settings& settings();
 
     /// Shows a text with the one button "OK" and returns the alert's code for it.
     static int MsgBox(const std::string& text);
-    /// Starts a new message to the maker in the user's mail program.
+    /// Starts a new message to the support address in the user's mail program.
     static void Support();
-    /// Opens the maker's web site in the user's browser.
+    /// Opens the program's web site in the user's browser.
     static void Website();
+
+    /// Whether a field is part of the match key: the stored flag, or else its default.
+    bool isOn(const MatchPreference& preference) const;
+    void setOn(const MatchPreference& preference, bool on);
+
+    // The same for each field by name.
 
     /// Whether the first name is part of the match key; true unless stored otherwise.
     bool filterFirstname() const;
@@ -44,7 +52,7 @@ public:
     bool filterMobile() const;
     void setFilterMobile(bool on);
 
-    /// Kept for those who want to greet a new user; true unless stored otherwise.
+    /// Whether the program has not run before. Stored but not used; true unless stored otherwise.
     bool isFirstRun() const;
     void setIsFirstRun(bool firstRun);
 

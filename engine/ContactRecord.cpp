@@ -7,11 +7,14 @@ namespace dunmora {
 
 namespace {
 
-constexpr std::array<std::string_view, ContactRecord::kTextCount> kTextKeys{
-    kContactUid,  kContactFirstName, kContactLastName, kContactNickname,
-    kContactHome, kContactWork,      kContactMobile};
+constexpr auto kTextKeys = [] {
+    ContactRecord::Texts keys;
+    std::transform(kTextFields.begin(), kTextFields.end(), keys.begin(),
+                   [](const ContactField* field) { return field->key; });
+    return keys;
+}();
 
-/// The position of the key among the texts; their number for every other key.
+/// The position of the key in `kTextKeys`; their number for every other key.
 std::size_t textIndex(std::string_view key)
 {
     return static_cast<std::size_t>(std::find(kTextKeys.begin(), kTextKeys.end(), key) -
@@ -20,7 +23,7 @@ std::size_t textIndex(std::string_view key)
 
 }  // namespace
 
-ContactRecord::ContactRecord(const std::array<std::string_view, kTextCount>& texts)
+ContactRecord::ContactRecord(const Texts& texts)
 {
     std::size_t size = 0;
     for (const auto text : texts) {
@@ -35,7 +38,7 @@ ContactRecord::ContactRecord(const std::array<std::string_view, kTextCount>& tex
 
 std::optional<ContactValue> ContactRecord::objectForKey(std::string_view key) const
 {
-    if (const auto index = textIndex(key); index < kTextCount) {
+    if (const auto index = textIndex(key); index < kTextKeys.size()) {
         return textAt(index);
     }
     if (key == kContactModified && modified_) {
@@ -53,9 +56,9 @@ void ContactRecord::setObject(const ContactValue& value, std::string_view key)
     const auto* text = std::get_if<std::string_view>(&value);
     const auto* date = std::get_if<std::chrono::sys_seconds>(&value);
     const auto* flag = std::get_if<bool>(&value);
-    if (text != nullptr && index < kTextCount) {
-        std::array<std::string_view, kTextCount> texts;
-        for (std::size_t i = 0; i < kTextCount; ++i) {
+    if (text != nullptr && index < kTextKeys.size()) {
+        Texts texts;
+        for (std::size_t i = 0; i < kTextKeys.size(); ++i) {
             texts[i] = i == index ? *text : textAt(i);
         }
         ContactRecord changed(texts);
@@ -71,7 +74,7 @@ void ContactRecord::setObject(const ContactValue& value, std::string_view key)
 std::string_view ContactRecord::text(std::string_view key) const
 {
     const auto index = textIndex(key);
-    return index < kTextCount ? textAt(index) : std::string_view();
+    return index < kTextKeys.size() ? textAt(index) : std::string_view();
 }
 
 std::string_view ContactRecord::textAt(std::size_t index) const

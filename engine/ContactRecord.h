@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ContactFields.h"
+
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -11,42 +13,31 @@
 
 namespace dunmora {
 
-/// The keys of a contact record; they are the review table's column identifiers, too.
-inline constexpr std::string_view kContactUid = "uid";
-inline constexpr std::string_view kContactFirstName = "fname";
-inline constexpr std::string_view kContactLastName = "lname";
-inline constexpr std::string_view kContactNickname = "nickname";
-inline constexpr std::string_view kContactHome = "home";
-inline constexpr std::string_view kContactWork = "work";
-inline constexpr std::string_view kContactMobile = "mobile";
-inline constexpr std::string_view kContactModified = "modified";
-inline constexpr std::string_view kContactCheck = "check";
-
-/// A value of a contact record. A text is a view that ends when the record changes.
+/// A value of a contact record. A text is a view, valid until the record changes.
 using ContactValue = std::variant<std::string_view, std::chrono::sys_seconds, bool>;
 
-/// One person as the review shows it: a dictionary with the nine keys above, kept compactly. The
-/// seven texts are always there; "modified" and "check" are there once stored.
+/// One person as the review shows it: a dictionary with a value for each of `kContactFields`, kept
+/// compactly. The texts are always present, "modified" and "check" once they are stored.
 ///
 /// Thread: as a standard container.
 class ContactRecord final {
 public:
-    static constexpr std::size_t kTextCount = 7;
+    /// A text for each of `kTextFields`, in their order.
+    using Texts = std::array<std::string_view, kTextFields.size()>;
 
     /// All texts are empty.
     ContactRecord() = default;
 
-    /// The texts in the order of the keys above.
-    explicit ContactRecord(const std::array<std::string_view, kTextCount>& texts);
+    explicit ContactRecord(const Texts& texts);
 
-    /// The value under the key; none when it was never stored or the record has no such key.
+    /// The value under the key; nullopt when it was never stored or the record has no such key.
     std::optional<ContactValue> objectForKey(std::string_view key) const;
 
-    /// Stores the value under the key. A key that a record does not have, or a value of another
-    /// kind than the key's, is ignored.
+    /// Stores the value under the key. Ignores an unknown key, and a value of another type than the
+    /// field's.
     void setObject(const ContactValue& value, std::string_view key);
 
-    /// The text under one of the seven text keys; "" for every other key.
+    /// The text under the key of a text field; "" for every other key.
     std::string_view text(std::string_view key) const;
 
     /// The value under "check"; false when there is none.
@@ -56,10 +47,10 @@ private:
     std::size_t textBegin(std::size_t index) const { return index == 0 ? 0 : textEnds_[index - 1]; }
     std::string_view textAt(std::size_t index) const;
 
-    // The texts one after the other, and where each ends: a million records are walked faster when
-    // each has one piece of memory instead of seven.
+    // The texts back to back, and where each ends: a million records are walked faster when each
+    // has one allocation instead of seven.
     std::string texts_;
-    std::array<std::uint32_t, kTextCount> textEnds_{};
+    std::array<std::uint32_t, kTextFields.size()> textEnds_{};
     std::optional<std::chrono::sys_seconds> modified_;
     std::optional<bool> check_;
 };

@@ -1,8 +1,7 @@
 #include "engine/ContactsParser.h"
 
 #include "base/NotificationCenter.h"
-#include "base/Settings.h"
-#include "engine/MatchFields.h"
+#include "engine/MatchKey.h"
 #include "engine/PhoneNumber.h"
 #include "engine/SafeString.h"
 #include "platform/AddressBook.h"
@@ -20,7 +19,7 @@ namespace dunmora {
 
 namespace {
 
-/// Undoes a job that does not reach its end.
+/// Undoes a job that ends with an exception.
 class Undo final {
 public:
     explicit Undo(std::function<void()> undo) : undo_(std::move(undo)) {}
@@ -39,12 +38,29 @@ private:
     std::function<void()> undo_;
 };
 
+/// The person's text in a text field.
+std::string_view textOf(const Person& person, const ContactField& field)
+{
+    switch (field.kind) {
+    case FieldKind::Uid:
+        return person.uid;
+    case FieldKind::Name:
+        return SafeString(person.*field.name);
+    case FieldKind::Phone:
+        return PhoneNumber(person.phones, field.phoneWord);
+    case FieldKind::Modified:
+    case FieldKind::Check:
+        break;
+    }
+    return {};
+}
+
 ContactRecord recordOf(const Person& person)
 {
-    ContactRecord record({person.uid, SafeString(person.firstName), SafeString(person.lastName),
-                          SafeString(person.nickname), PhoneNumber(person.phones, "home"),
-                          PhoneNumber(person.phones, "work"),
-                          PhoneNumber(person.phones, "mobile")});
+    ContactRecord::Texts texts;
+    std::transform(kTextFields.begin(), kTextFields.end(), texts.begin(),
+                   [&](const ContactField* field) { return textOf(person, *field); });
+    ContactRecord record(texts);
     if (person.modified) {
         record.setObject(*person.modified, kContactModified);
     }
@@ -53,8 +69,9 @@ ContactRecord recordOf(const Person& person)
 
 bool hasPhoneNumber(const ContactRecord& record)
 {
-    return !record.text(kContactHome).empty() || !record.text(kContactWork).empty() ||
-           !record.text(kContactMobile).empty();
+    return std::any_of(kTextFields.begin(), kTextFields.end(), [&](const ContactField* field) {
+        return field->kind == FieldKind::Phone && !record.text(field->key).empty();
+    });
 }
 
 }  // namespace
@@ -76,7 +93,7 @@ bool ContactsParser::load()
     lock();
     postMessage("Loading Contacts...");
     contacts_.clear();
-    // Rows of people who are not there any more would be worse than none.
+    // No rows are better than rows of people who are no longer there.
     Undo undo([this] {
         contacts_.clear();
         reset();
@@ -105,7 +122,7 @@ void ContactsParser::findDupes()
     duplicates_.clear();
     Undo undo([this] { reset(); });
 
-    OrderedDictionary<Uids> groups;
+    Groups groups;
     groups.reserve(contacts_.size());
     const auto progress = std::make_shared<Progress>();
     progress->total = static_cast<std::int32_t>(contacts_.size());
@@ -113,7 +130,8 @@ void ContactsParser::findDupes()
     for (const auto& contact : contacts_) {
         progress->current = index++;
         postProgress(progress);
-        groups[keyForContact(contact.value)].push_back(contact.key);
+        searchedFields_ = chosenMatchFields();
+        groups[matchKey(contact.value, searchedFields_)].push_back(contact.key);
     }
 
     postMessage("Finding duplicated contacts...");
@@ -192,18 +210,11 @@ void ContactsParser::deleteContacts(const Uids& uids)
     postFinished(kJobDeleting);
 }
 
-// A question to the engine; that the preferences alone answer it is the engine's own affair.
+// Part of the engine's interface, although it needs only the preferences.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 std::string ContactsParser::keyForContact(const ContactRecord& contact) const
 {
-    const auto& settings = Settings::settings();
-    std::string key;
-    for (const auto& field : kMatchFields) {
-        if ((settings.*field.isOn)()) {
-            appendToMatchKey(key, contact, field);
-        }
-    }
-    return key;
+    return matchKey(contact, chosenMatchFields());
 }
 
 void ContactsParser::postMessage(std::string_view text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ContactFields.h"
 #include "engine/ContactRecord.h"
 #include "engine/OrderedDictionary.h"
 
@@ -25,13 +26,15 @@ public:
     /// uid to record, in the address book's order.
     using Contacts = OrderedDictionary<ContactRecord>;
     using Uids = std::vector<std::string>;
+    /// Match key to the uids of the people who have it.
+    using Groups = OrderedDictionary<Uids>;
 
     ContactsParser() = default;
     ~ContactsParser() = default;
     ContactsParser(const ContactsParser&) = delete;
     ContactsParser& operator=(const ContactsParser&) = delete;
 
-    /// The one engine of the program, made on first use and never destroyed.
+    /// The one engine of the program, created on first use and never destroyed.
     static ContactsParser& parser();
 
     /// Everyone read by the last `load`: the live collection, whose records carry the check marks.
@@ -41,8 +44,15 @@ public:
     /// The review's rows: the uids of every group of two or more, one group after the other.
     const Uids& duplicates() const { return duplicates_; }
 
-    /// Call points around the reading jobs that exclude nobody; the only real exclusion is between
-    /// two deletions.
+    /// The groups of the last search, groups of one included; the rows are the groups of two or
+    /// more, in this order. A deletion leaves the groups as they are: they still list the people it
+    /// removed.
+    const Groups& contactGroups() const { return contactGroups_; }
+
+    /// The fields by which the last search compared. The preferences may have changed since.
+    const MatchFieldChoice& searchedFields() const { return searchedFields_; }
+
+    /// Called around `load` and `findDupes`, and empty: only deletions exclude each other.
     void lock() {}
     void unlock() {}
 
@@ -56,11 +66,11 @@ public:
 
     /// Groups the people by match key, lists the groups of two or more as rows and proposes which
     /// copies to delete.
-    /// Errors: none of its own; what leaves it leaves neither rows nor groups behind.
+    /// Errors: only what a notification handler throws; there are then neither rows nor groups.
     void findDupes();
 
-    /// In every group of two or more checks everyone but the first who has a phone number. Never
-    /// takes a mark away.
+    /// Checks everyone in each group of two or more except the first who has a phone number. Never
+    /// removes a mark.
     void markDeletedContacts();
 
     /// Removes the people with these uids from the address book, saves it once, and forgets them.
@@ -79,11 +89,11 @@ private:
 
     Contacts contacts_;
     Uids duplicates_;
-    // Match key to the uids that have it, groups of one included.
-    OrderedDictionary<Uids> contactGroups_;
-    // Made with the engine and never taken.
+    Groups contactGroups_;
+    MatchFieldChoice searchedFields_;
+    // Never locked.
     std::mutex syncLock_;
-    // Held from the first to the last step of a deletion; a handler may enter it again.
+    // Held during a deletion. Recursive, because a handler may enter it again.
     std::recursive_mutex monitor_;
 };
 

@@ -1,5 +1,7 @@
 #include "engine/PhoneNumber.h"
 
+#include "text/Ascii.h"
+
 namespace dunmora {
 
 namespace {
@@ -8,17 +10,12 @@ namespace {
 // of our words (the k of "work"). No other part of Unicode's lower-casing can change a match.
 constexpr std::string_view kKelvinSign = "\xE2\x84\xAA";
 
-char lowered(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool beginsWith(std::string_view text, std::string_view word)
 {
     for (const char c : word) {
         if (c == 'k' && text.starts_with(kKelvinSign)) {
             text.remove_prefix(kKelvinSign.size());
-        } else if (!text.empty() && lowered(text.front()) == c) {
+        } else if (!text.empty() && toLowerAscii(text.front()) == c) {
             text.remove_prefix(1);
         } else {
             return false;
@@ -43,7 +40,7 @@ bool contains(std::string_view label, std::string_view word)
 std::string_view PhoneNumber(const std::optional<PhoneList>& phones, std::string_view word)
 {
     for (const auto& phone : phones.value_or(PhoneList())) {
-        // The platform reports a missing label as "found at position 0"; people rely on such
+        // The platform reports a missing label as "found at position 0", and users rely on such
         // numbers being shown.
         if (!phone.label || contains(*phone.label, word)) {
             return phone.value;

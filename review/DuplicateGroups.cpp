@@ -1,48 +1,31 @@
 #include "review/DuplicateGroups.h"
 
 #include "engine/ContactsParser.h"
-#include "engine/MatchFields.h"
+#include "engine/MatchKey.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <utility>
 
 namespace dunmora {
 
 namespace {
 
-/// The match fields chosen now. They are read once for all rows: each flag is a question to the
-/// preferences, and with a hundred thousand rows those would take longer than the rest.
-std::vector<MatchField> chosenFields()
-{
-    const auto& settings = Settings::settings();
-    std::vector<MatchField> fields;
-    std::copy_if(kMatchFields.begin(), kMatchFields.end(), std::back_inserter(fields),
-                 [&](const MatchField& field) { return (settings.*field.isOn)(); });
-    return fields;
-}
-
 /// Someone whom the engine does not know has the empty key.
-std::string keyOf(const ContactRecord* contact, std::span<const MatchField> fields)
+std::string keyOf(const ContactRecord* contact, const MatchFieldChoice& choice)
 {
-    std::string key;
-    if (contact != nullptr) {
-        for (const auto& field : fields) {
-            appendToMatchKey(key, *contact, field);
-        }
-    }
-    return key;
+    return contact == nullptr ? std::string() : matchKey(*contact, choice);
 }
 
 /// Whether both have the same text in each of the fields, and so the same key. Those who have not
 /// may share a key all the same: a separator is a text's, too.
 bool haveSameTexts(const ContactRecord* one, const ContactRecord* other,
-                   std::span<const MatchField> fields)
+                   const MatchFieldChoice& choice)
 {
     return one != nullptr && other != nullptr &&
-           std::all_of(fields.begin(), fields.end(), [&](const MatchField& field) {
-               return one->text(field.key) == other->text(field.key);
+           std::all_of(kMatchFields.begin(), kMatchFields.end(), [&](const ContactField* field) {
+               return !choice.test(field->match->place) ||
+                      one->text(field->key) == other->text(field->key);
            });
 }
 
@@ -70,7 +53,7 @@ std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine,
     // Members of a group stand next to each other, and no two groups share a key: a new key begins
     // a new group.
     const std::span<const std::string> rows = engine.duplicates();
-    const auto fields = chosenFields();
+    const auto fields = chosenMatchFields();
     std::vector<DuplicateGroup> groups;
     std::size_t first = 0;
     const ContactRecord* before = nullptr;
@@ -100,7 +83,7 @@ bool losesEveryCopy(const ContactsParser& engine, const DuplicateGroup& group)
 std::string keyOfEmptyFields()
 {
     const ContactRecord nobody;
-    return keyOf(&nobody, chosenFields());
+    return keyOf(&nobody, chosenMatchFields());
 }
 
 bool sharesOnlyEmptyFields(const std::string& key)

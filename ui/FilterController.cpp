@@ -1,10 +1,9 @@
 #include "ui/FilterController.h"
 
+#include "base/ContactFields.h"
 #include "base/Settings.h"
 #include "platform/CheckBox.h"
 #include "ui/Check.h"
-
-#include <array>
 
 namespace dunmora {
 
@@ -18,21 +17,9 @@ bool FilterController::showModal()
 
 void FilterController::OnCheckBoxes(View* sender)
 {
-    struct Choice {
-        const CheckBox* box;
-        void (Settings::*setFlag)(bool);
-    };
-    const std::array<Choice, 6> choices{{
-        {btnFilterNickname_, &Settings::setFilterNickname},
-        {btnFilterFirstname_, &Settings::setFilterFirstname},
-        {btnFilterLastname_, &Settings::setFilterLastname},
-        {btnFilterHome_, &Settings::setFilterHome},
-        {btnFilterWork_, &Settings::setFilterWork},
-        {btnFilterMobile_, &Settings::setFilterMobile},
-    }};
-    for (const auto& choice : choices) {
-        if (choice.box != nullptr && choice.box == sender) {
-            (Settings::settings().*choice.setFlag)(choice.box->state() == CheckState::On);
+    for (const auto& box : boxes_) {
+        if (&box.checkBox == sender) {
+            Settings::settings().setOn(box.preference, box.checkBox.state() == CheckState::On);
             return;
         }
     }
@@ -41,6 +28,7 @@ void FilterController::OnCheckBoxes(View* sender)
 void FilterController::OnOkay(View* /*sender*/)
 {
     const auto& settings = Settings::settings();
+    static_assert(kMatchFields.size() == 6, "the confirmation asks for every match field");
     // Every click has been stored, so the stored flags are what the boxes show.
     const bool anyField = settings.filterNickname() || settings.filterFirstname() ||
                           settings.filterLastname() || settings.filterWork() ||
@@ -63,24 +51,15 @@ void FilterController::OnCancel(View* /*sender*/)
 
 void FilterController::windowDidLoad(Interface& interface)
 {
-    btnFilterNickname_ = &interface.checkBox("btnFilterNickname");
-    btnFilterFirstname_ = &interface.checkBox("btnFilterFirstname");
-    btnFilterLastname_ = &interface.checkBox("btnFilterLastname");
-    btnFilterHome_ = &interface.checkBox("btnFilterHome");
-    btnFilterWork_ = &interface.checkBox("btnFilterWork");
-    btnFilterMobile_ = &interface.checkBox("btnFilterMobile");
-
     interface.command("OnCheckBoxes").setHandler([this](View* sender) { OnCheckBoxes(sender); });
     interface.command("OnOkay").setHandler([this](View* sender) { OnOkay(sender); });
     interface.command("OnCancel").setHandler([this](View* sender) { OnCancel(sender); });
 
-    const auto& settings = Settings::settings();
-    Check(*btnFilterNickname_, settings.filterNickname());
-    Check(*btnFilterFirstname_, settings.filterFirstname());
-    Check(*btnFilterLastname_, settings.filterLastname());
-    Check(*btnFilterHome_, settings.filterHome());
-    Check(*btnFilterWork_, settings.filterWork());
-    Check(*btnFilterMobile_, settings.filterMobile());
+    for (const auto* const field : kMatchFields) {
+        auto& checkBox = interface.checkBox(field->match->checkBox);
+        boxes_.push_back({*field->match, checkBox});
+        Check(checkBox, Settings::settings().isOn(*field->match));
+    }
 }
 
 }  // namespace dunmora

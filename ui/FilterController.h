@@ -2,13 +2,16 @@
 
 #include "ui/ModalController.h"
 
+#include <vector>
+
 namespace dunmora {
 
 class CheckBox;
 class View;
+struct MatchPreference;
 
 /// The dialog in which the user chooses the match fields. A click is stored at once, so cancelling
-/// does not undo it; the dialog is not confirmed while no field is chosen. One object serves one
+/// does not undo it; the dialog cannot be confirmed while no field is chosen. Create one for each
 /// showing.
 ///
 /// Thread: the main thread. Errors: none.
@@ -22,7 +25,7 @@ public:
     /// Stores the state of the box that was clicked; any other sender is ignored.
     void OnCheckBoxes(View* sender);
 
-    /// Confirms when at least one field is chosen, else says that one should be.
+    /// Confirms the dialog, or shows a message when no field is chosen.
     void OnOkay(View* sender);
 
     void OnCancel(View* sender);
@@ -30,12 +33,13 @@ public:
 private:
     void windowDidLoad(Interface& interface) override;
 
-    CheckBox* btnFilterNickname_ = nullptr;
-    CheckBox* btnFilterFirstname_ = nullptr;
-    CheckBox* btnFilterLastname_ = nullptr;
-    CheckBox* btnFilterHome_ = nullptr;
-    CheckBox* btnFilterWork_ = nullptr;
-    CheckBox* btnFilterMobile_ = nullptr;
+    struct Box {
+        const MatchPreference& preference;
+        CheckBox& checkBox;
+    };
+
+    // One for each match field; none until the window is loaded.
+    std::vector<Box> boxes_;
     bool result_ = false;
 };
 

@@ -4,7 +4,6 @@
 #include "programs/dunmora-cli/TimeText.h"
 #include "text/DisplayText.h"
 
-#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -12,12 +11,18 @@ namespace dunmora {
 
 namespace {
 
-constexpr std::string_view kHeader =
-    "group,check,uid,fname,lname,nickname,home,work,mobile,modified\r\n";
+constexpr std::string_view kLineEnd = "\r\n";
 
-constexpr std::array kTextColumns{kContactUid,      kContactFirstName, kContactLastName,
-                                  kContactNickname, kContactHome,      kContactWork,
-                                  kContactMobile};
+/// The fields in their order; the check mark comes right after the group.
+template <typename Append>
+void forEachColumn(const Append& append)
+{
+    for (const auto& field : kContactFields) {
+        if (field.kind != FieldKind::Check) {
+            append(field);
+        }
+    }
+}
 
 void appendField(std::string& out, std::string_view text)
 {
@@ -38,20 +43,21 @@ void appendField(std::string& out, std::string_view text)
 void appendPerson(std::string& out, const ContactRecord& record, std::size_t group, CsvTexts texts)
 {
     out += std::to_string(group);
-    out += record.isChecked() ? ",true," : ",false,";
-    for (const auto key : kTextColumns) {
-        const auto text = record.text(key);
-        if (texts == CsvTexts::Printable) {
-            appendField(out, displayText(text));
-        } else {
-            appendField(out, text);
-        }
+    out += record.isChecked() ? ",true" : ",false";
+    forEachColumn([&](const ContactField& field) {
         out += ',';
-    }
-    if (const auto modified = record.objectForKey(kContactModified)) {
-        appendUtcTime(out, std::get<std::chrono::sys_seconds>(*modified));
-    }
-    out += "\r\n";
+        if (field.isText()) {
+            const auto text = record.text(field.key);
+            if (texts == CsvTexts::Printable) {
+                appendField(out, displayText(text));
+            } else {
+                appendField(out, text);
+            }
+        } else if (const auto time = record.objectForKey(field.key)) {
+            appendUtcTime(out, std::get<std::chrono::sys_seconds>(*time));
+        }
+    });
+    out += kLineEnd;
 }
 
 }  // namespace
@@ -59,7 +65,13 @@ void appendPerson(std::string& out, const ContactRecord& record, std::size_t gro
 std::string contactCsv(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
                        CsvTexts texts)
 {
-    std::string out(kHeader);
+    std::string out = "group,";
+    out += kContactCheck;
+    forEachColumn([&](const ContactField& field) {
+        out += ',';
+        out += field.key;
+    });
+    out += kLineEnd;
     for (std::size_t i = 0; i < groups.size(); ++i) {
         for (const auto& uid : groups[i].uids) {
             if (const auto* const record = engine.contacts().find(uid)) {

@@ -3,17 +3,12 @@
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/TimeText.h"
 
-#include <array>
-
 // Written by hand rather than through a document tree: tens of thousands of people are printed in
 // a fraction of the time, and the shape never changes.
 
 namespace dunmora {
 
 namespace {
-
-constexpr std::array kTextKeys{kContactUid,  kContactFirstName, kContactLastName, kContactNickname,
-                               kContactHome, kContactWork,      kContactMobile};
 
 /// Appends a list's items with commas between them.
 template <typename Items, typename AppendItem>
@@ -39,25 +34,42 @@ void appendCounts(std::string& out, const ContactsParser& engine)
     out += std::to_string(engine.duplicates().size());
 }
 
+void appendValue(std::string& out, const ContactRecord& record, const ContactField& field,
+                 JsonCharacters characters)
+{
+    switch (field.kind) {
+    case FieldKind::Uid:
+    case FieldKind::Name:
+    case FieldKind::Phone:
+        appendJsonText(out, record.text(field.key), characters);
+        break;
+    case FieldKind::Modified:
+        if (const auto time = record.objectForKey(field.key)) {
+            out += '"';
+            appendUtcTime(out, std::get<std::chrono::sys_seconds>(*time));
+            out += '"';
+        } else {
+            out += "null";
+        }
+        break;
+    case FieldKind::Check:
+        out += record.isChecked() ? "true" : "false";
+        break;
+    }
+}
+
 void appendRow(std::string& out, const ContactRecord& record, JsonCharacters characters)
 {
-    out += '{';
-    for (const auto key : kTextKeys) {
+    char before = '{';
+    for (const auto& field : kContactFields) {
+        out += before;
+        before = ',';
         out += '"';
-        out += key;
+        out += field.key;
         out += "\":";
-        appendJsonText(out, record.text(key), characters);
-        out += ',';
+        appendValue(out, record, field, characters);
     }
-    out += R"("modified":)";
-    if (const auto modified = record.objectForKey(kContactModified)) {
-        out += '"';
-        appendUtcTime(out, std::get<std::chrono::sys_seconds>(*modified));
-        out += '"';
-    } else {
-        out += "null";
-    }
-    out += record.isChecked() ? R"(,"check":true})" : R"(,"check":false})";
+    out += '}';
 }
 
 }  // namespace

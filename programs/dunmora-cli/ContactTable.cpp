@@ -14,24 +14,21 @@ namespace dunmora {
 
 namespace {
 
-struct Column {
-    std::string_view key;
-    std::string_view title;
-};
+// The check mark comes first and has no title. The uid comes last: it is the widest and needs no
+// padding there.
+constexpr auto kColumns = [] {
+    std::array<const ContactField*, kContactFields.size() - 1> columns{};
+    std::size_t count = 0;
+    for (const auto& field : kContactFields) {
+        if (field.kind != FieldKind::Uid && field.kind != FieldKind::Check) {
+            columns[count++] = &field;
+        }
+    }
+    columns[count] = &contactField(kContactUid);
+    return columns;
+}();
 
-// The uid last: it is the widest and needs no padding there. The check mark stands before all.
-constexpr std::array<Column, 8> kColumns{{
-    {kContactFirstName, "First Name"},
-    {kContactLastName, "Last Name"},
-    {kContactNickname, "Nickname"},
-    {kContactHome, "Home"},
-    {kContactWork, "Work"},
-    {kContactMobile, "Mobile"},
-    {kContactModified, "Modified"},
-    {kContactUid, "UID"},
-}};
-
-/// Wider cells stick out: one endless name must not push all other lines aside.
+/// Wider cells overflow their column: one very long name must not widen every line.
 constexpr std::size_t kWidestColumn = 40;
 
 constexpr std::string_view kGap = "  ";
@@ -41,36 +38,37 @@ constexpr std::string_view kNormal = "\x1b[0m";
 
 using Widths = std::array<std::size_t, kColumns.size()>;
 
-/// The cell's text, fit for a terminal; it is made in `room` where it is not there already.
-std::string_view cellText(const ContactRecord& record, std::string_view key, std::string& room)
+/// The cell's text, safe to display: a view of the record or of `buffer`, which is overwritten.
+std::string_view cellText(const ContactRecord& record, const ContactField& field,
+                          std::string& buffer)
 {
-    room.clear();
-    if (key == kContactModified) {
-        if (const auto modified = record.objectForKey(key)) {
-            appendLocalTime(room, std::get<std::chrono::sys_seconds>(*modified));
+    buffer.clear();
+    if (!field.isText()) {
+        if (const auto time = record.objectForKey(field.key)) {
+            appendLocalTime(buffer, std::get<std::chrono::sys_seconds>(*time));
         }
-        return room;
+        return buffer;
     }
-    const auto text = record.text(key);
+    const auto text = record.text(field.key);
     if (isPlainAscii(text)) {
         return text;
     }
-    appendDisplayText(room, text);
-    return room;
+    appendDisplayText(buffer, text);
+    return buffer;
 }
 
 Widths measure(const ContactsParser& engine, const std::vector<UidSpan>& blocks)
 {
     Widths widths{};
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        widths[i] = kColumns[i].title.size();
+        widths[i] = kColumns[i]->title.size();
     }
-    std::string room;
+    std::string buffer;
     for (const auto& block : blocks) {
         for (const auto& uid : block) {
             const auto* const record = engine.contacts().find(uid);
             for (std::size_t i = 0; record != nullptr && i < kColumns.size(); ++i) {
-                const auto width = displayWidth(cellText(*record, kColumns[i].key, room));
+                const auto width = displayWidth(cellText(*record, *kColumns[i], buffer));
                 widths[i] = std::max(widths[i], std::min(width, kWidestColumn));
             }
         }
@@ -86,7 +84,7 @@ void appendCell(std::string& out, std::string_view cell, std::size_t width)
     out.append(taken < width ? width - taken : 0, ' ');
 }
 
-/// Takes the padding of empty cells away and ends the line.
+/// Removes trailing padding and ends the line.
 void endLine(std::string& out)
 {
     while (out.ends_with(' ')) {
@@ -100,13 +98,13 @@ void appendTitles(std::string& out, const Widths& widths, Colour colour)
     out += colour == Colour::On ? kBold : "";
     out += "   ";
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        appendCell(out, kColumns[i].title, i + 1 < kColumns.size() ? widths[i] : 0);
+        appendCell(out, kColumns[i]->title, i + 1 < kColumns.size() ? widths[i] : 0);
     }
     out += colour == Colour::On ? kNormal : "";
     endLine(out);
 }
 
-void appendPerson(std::string& out, std::string& room, const ContactRecord& record,
+void appendPerson(std::string& out, std::string& buffer, const ContactRecord& record,
                   const Widths& widths, Colour colour)
 {
     const bool isRed = record.isChecked() && colour == Colour::On;
@@ -114,7 +112,7 @@ void appendPerson(std::string& out, std::string& room, const ContactRecord& reco
     out += record.isChecked() ? "[x]" : "[ ]";
     out += isRed ? kNormal : "";
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        appendCell(out, cellText(record, kColumns[i].key, room),
+        appendCell(out, cellText(record, *kColumns[i], buffer),
                    i + 1 < kColumns.size() ? widths[i] : 0);
     }
     endLine(out);
@@ -131,12 +129,12 @@ std::string contactTable(const ContactsParser& engine, const std::vector<UidSpan
     }
     const auto widths = measure(engine, blocks);
     appendTitles(out, widths, colour);
-    std::string room;
+    std::string buffer;
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         out += i > 0 ? "\n" : "";
         for (const auto& uid : blocks[i]) {
             if (const auto* const record = engine.contacts().find(uid)) {
-                appendPerson(out, room, *record, widths, colour);
+                appendPerson(out, buffer, *record, widths, colour);
             }
         }
     }

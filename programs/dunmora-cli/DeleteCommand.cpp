@@ -2,6 +2,7 @@
 
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
+#include "engine/MatchKey.h"
 #include "platform/Alert.h"
 #include "platform/PlatformError.h"
 #include "programs/dunmora-cli/CliEnvironment.h"

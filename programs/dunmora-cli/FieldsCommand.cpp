@@ -1,5 +1,6 @@
 #include "programs/dunmora-cli/FieldsCommand.h"
 
+#include "engine/MatchKey.h"
 #include "platform/AddressBook.h"
 #include "platform/PlatformError.h"
 #include "platform/UserDefaults.h"

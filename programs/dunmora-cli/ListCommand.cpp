@@ -1,6 +1,7 @@
 #include "programs/dunmora-cli/ListCommand.h"
 
 #include "engine/ContactsParser.h"
+#include "engine/MatchKey.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/ContactCsv.h"

@@ -2,43 +2,41 @@
 
 #include "base/Settings.h"
 #include "programs/dunmora-cli/CommandError.h"
+#include "text/Ascii.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <string>
 
 namespace dunmora {
 
 namespace {
 
-// In the order of kMatchFields.
-constexpr std::array<std::string_view, kMatchFields.size()> kNames{
-    "nickname", "firstname", "lastname", "home", "work", "mobile"};
-
-constexpr std::string_view kBlanks = " \t";
-
-std::string_view trimmed(std::string_view text)
+std::size_t placeOf(std::string_view name)
 {
-    const auto first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-std::size_t positionOf(std::string_view name)
-{
-    const auto* const found = std::find(kNames.begin(), kNames.end(), name);
-    if (found == kNames.end()) {
+    const auto* const found =
+        std::find_if(kMatchFields.begin(), kMatchFields.end(),
+                     [&](const ContactField* field) { return field->match->option == name; });
+    if (found == kMatchFields.end()) {
         throw CommandError(ExitCode::WrongUse, "“" + std::string(name) +
-                                                   "” is no match field. The match fields are "
-                                                   "firstname,lastname,nickname,home,work,mobile.");
+                                                   "” is not a match field. The match fields are " +
+                                                   matchFieldList() + '.');
     }
-    return static_cast<std::size_t>(found - kNames.begin());
+    return (*found)->match->place;
 }
 
 }  // namespace
+
+std::string matchFieldList()
+{
+    std::string list;
+    for (const auto& field : kContactFields) {
+        if (field.match) {
+            list += list.empty() ? "" : ",";
+            list += field.match->option;
+        }
+    }
+    return list;
+}
 
 MatchFieldChoice parseMatchFields(std::string_view list)
 {
@@ -48,7 +46,7 @@ MatchFieldChoice parseMatchFields(std::string_view list)
     }
     for (std::size_t begin = 0; begin <= list.size();) {
         const auto end = std::min(list.find(',', begin), list.size());
-        choice.set(positionOf(trimmed(list.substr(begin, end - begin))));
+        choice.set(placeOf(trimmed(list.substr(begin, end - begin))));
         begin = end + 1;
     }
     return choice;
@@ -57,33 +55,22 @@ MatchFieldChoice parseMatchFields(std::string_view list)
 std::vector<std::string_view> namesOf(const MatchFieldChoice& choice)
 {
     std::vector<std::string_view> names;
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-        if (choice.test(i)) {
-            names.push_back(kNames[i]);
+    for (const auto* const field : kMatchFields) {
+        if (choice.test(field->match->place)) {
+            names.push_back(field->match->option);
         }
     }
     return names;
 }
 
-MatchFieldChoice chosenMatchFields()
-{
-    const auto& settings = Settings::settings();
-    MatchFieldChoice choice;
-    for (std::size_t i = 0; i < kMatchFields.size(); ++i) {
-        choice.set(i, (settings.*kMatchFields[i].isOn)());
-    }
-    return choice;
-}
-
 void storeMatchFields(const MatchFieldChoice& choice)
 {
-    auto& settings = Settings::settings();
-    // Each flag is stored by itself. On before off: a program that reads in between must not find
+    // Each flag is stored separately. On before off: a program that reads in between must not find
     // that no field is chosen.
     for (const bool on : {true, false}) {
-        for (std::size_t i = 0; i < kMatchFields.size(); ++i) {
-            if (choice.test(i) == on) {
-                (settings.*kMatchFields[i].turn)(on);
+        for (const auto* const field : kMatchFields) {
+            if (choice.test(field->match->place) == on) {
+                Settings::settings().setOn(*field->match, on);
             }
         }
     }

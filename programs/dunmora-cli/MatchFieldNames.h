@@ -1,31 +1,28 @@
 #pragma once
 
-#include "engine/MatchFields.h"
+#include "base/ContactFields.h"
 
-#include <bitset>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace dunmora {
 
-/// Which match fields are on; a bit's position is the field's in `kMatchFields`.
-using MatchFieldChoice = std::bitset<kMatchFields.size()>;
+/// The names of all match fields as the user writes them: "firstname,lastname,…".
+std::string matchFieldList();
 
-/// The fields of a comma-separated list such as "firstname,lastname"; blanks around a name do not
-/// count. A list of nothing but blanks chooses none.
-/// Errors: CommandError (wrong use) for a name that is no field's, an empty one included.
+/// The fields of a comma-separated list such as "firstname,lastname"; spaces around a name are
+/// ignored. A blank list chooses no field.
+/// Errors: CommandError (wrong use) for an unknown or empty name.
 MatchFieldChoice parseMatchFields(std::string_view list);
 
-/// The names of the fields that are on, in the order of `kMatchFields`.
+/// The names of the fields that are on, in the order of their values in a match key.
 std::vector<std::string_view> namesOf(const MatchFieldChoice& choice);
 
-/// What the preferences choose now.
-MatchFieldChoice chosenMatchFields();
-
-/// Stores all six flags in the preferences.
+/// Stores the flag of every match field in the preferences.
 void storeMatchFields(const MatchFieldChoice& choice);
 
-/// Whether any field is on; tells the user when none is.
+/// Returns whether any field is on; shows a message when none is.
 bool insistOnMatchField(const MatchFieldChoice& choice);
 
 }  // namespace dunmora

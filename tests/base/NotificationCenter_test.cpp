@@ -26,7 +26,7 @@ protected:
 
 using Heard = std::vector<std::string>;
 
-TEST_F(NotificationCenterTest, LetsAPostThatNobodyObservesPass)
+TEST_F(NotificationCenterTest, IgnoresAPostWithoutObservers)
 {
     center_.postText(kMsgFinished, this, "loading");
 
@@ -60,7 +60,7 @@ TEST_F(NotificationCenterTest, DeliversOnThePostingThread)
     EXPECT_NE(deliveredOn, std::this_thread::get_id());
 }
 
-TEST_F(NotificationCenterTest, HandsOverSenderAndPayload)
+TEST_F(NotificationCenterTest, PassesTheSenderAndThePayload)
 {
     const void* sender = nullptr;
     std::string text;
@@ -89,7 +89,7 @@ TEST_F(NotificationCenterTest, ReadsAMissingPayloadAsEmpty)
     EXPECT_EQ(heard_, Heard{"checked"});
 }
 
-TEST_F(NotificationCenterTest, ReachesARemovedObserverNoMoreFromTheNextPostOn)
+TEST_F(NotificationCenterTest, DoesNotCallARemovedObserverFromTheNextPostOn)
 {
     observe(&ann_, kMsgProgress, "ann");
     observe(&ben_, kMsgProgress, "ben");
@@ -140,7 +140,7 @@ TEST_F(NotificationCenterTest, LetsAHandlerPost)
     EXPECT_EQ(heard_, (Heard{"ann:msgReload", "after"}));
 }
 
-TEST_F(NotificationCenterTest, LetsWhatAHandlerThrowsLeaveThePost)
+TEST_F(NotificationCenterTest, PropagatesTheExceptionOfAHandler)
 {
     center_.addObserver(&ann_, kMsgReload,
                         [](const Notification&) { throw std::runtime_error("no"); });

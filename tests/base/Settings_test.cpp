@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <thread>
 
 namespace dunmora::test {
@@ -35,7 +36,7 @@ TEST_F(SettingsTest, StoreNoDefaultValues)
     EXPECT_FALSE(platform_.userDefaults.hasValue("isFirstRun"));
 }
 
-TEST_F(SettingsTest, KeepAStoredFalseApartFromAnAbsentKey)
+TEST_F(SettingsTest, DistinguishAStoredFalseFromAnAbsentKey)
 {
     settings_.setFilterFirstname(false);
 
@@ -43,7 +44,7 @@ TEST_F(SettingsTest, KeepAStoredFalseApartFromAnAbsentKey)
     EXPECT_FALSE(settings_.filterFirstname());
 }
 
-TEST_F(SettingsTest, SeeAtOnceWhatAnotherWriterHasStored)
+TEST_F(SettingsTest, SeeTheChangesOfOtherWritersAtOnce)
 {
     EXPECT_FALSE(settings_.filterHome());
 
@@ -52,7 +53,7 @@ TEST_F(SettingsTest, SeeAtOnceWhatAnotherWriterHasStored)
     EXPECT_TRUE(settings_.filterHome());
 }
 
-TEST_F(SettingsTest, AreOneInstanceWhoeverAsksFirst)
+TEST_F(SettingsTest, AreOneInstanceOnEveryThread)
 {
     Settings* fromWorker = nullptr;
     std::thread([&] { fromWorker = &Settings::settings(); }).join();
@@ -109,7 +110,7 @@ TEST_F(SettingsTest, MsgBoxShowsTheTextWithOneOkButtonAndNothingElse)
     EXPECT_FALSE(shown.alternateButton.has_value());
 }
 
-TEST_F(SettingsTest, SupportStartsAMailToTheMaker)
+TEST_F(SettingsTest, SupportStartsAMessageToTheSupportAddress)
 {
     Settings::Support();
 

@@ -13,7 +13,7 @@ using std::chrono::sys_seconds;
 constexpr std::array<std::string_view, 7> kTexts = {"uid",  "fname", "lname", "nickname",
                                                     "home", "work",  "mobile"};
 
-TEST(ContactRecord, GivesBackEachTextUnderItsKey)
+TEST(ContactRecord, ReturnsEachTextUnderItsKey)
 {
     ContactRecord record;
     for (const auto key : kTexts) {
@@ -61,7 +61,7 @@ TEST(ContactRecord, HasNothingUnderAKeyThatRecordsDoNotHave)
     EXPECT_EQ(record.text("check"), "");
 }
 
-TEST(ContactRecord, IgnoresAValueOfAnotherKindThanItsKeys)
+TEST(ContactRecord, IgnoresAValueOfTheWrongType)
 {
     ContactRecord record;
     record.setObject(true, "fname");

@@ -21,7 +21,7 @@ std::vector<std::string> keysOf(const OrderedDictionary<int>& dictionary)
 
 using Keys = std::vector<std::string>;
 
-TEST(OrderedDictionary, IsWalkedInTheOrderOfFirstStoring)
+TEST(OrderedDictionary, IteratesInTheOrderOfFirstStoring)
 {
     OrderedDictionary<int> dictionary;
     dictionary["zoe"] = 1;
@@ -61,7 +61,7 @@ TEST(OrderedDictionary, KeepsTheOthersInOrderWhenOneIsErased)
     EXPECT_EQ(dictionary.size(), 2U);
 }
 
-TEST(OrderedDictionary, PutsAKeyThatComesBackAtTheEnd)
+TEST(OrderedDictionary, PutsAKeyThatIsStoredAgainAtTheEnd)
 {
     OrderedDictionary<int> dictionary;
     dictionary["a"] = 1;

@@ -19,7 +19,7 @@ TEST(PhoneNumber, PicksTheFirstEntryWhoseLabelContainsTheWord)
               "2");
 }
 
-TEST(PhoneNumber, TakesAHomeFaxThatStandsBeforeTheHomeNumber)
+TEST(PhoneNumber, TakesAHomeFaxListedBeforeTheHomeNumber)
 {
     EXPECT_EQ(pick({{"Home FAX", "555-1"}, {"Home", "555-2"}}, "home"), "555-1");
 }
@@ -50,12 +50,12 @@ TEST(PhoneNumber, PrefersAnEarlierLabelToALaterMissingOne)
     EXPECT_EQ(pick({{"home", "1"}, {std::nullopt, "2"}}, "work"), "2");
 }
 
-TEST(PhoneNumber, KeepsAnEmptyLabelApartFromAMissingOne)
+TEST(PhoneNumber, DistinguishesAnEmptyLabelFromAMissingOne)
 {
     EXPECT_EQ(pick({{"", "1"}}, "home"), "");
 }
 
-TEST(PhoneNumber, LetsOneEntryServeTwoWords)
+TEST(PhoneNumber, MatchesOneEntryForTwoWords)
 {
     EXPECT_EQ(pick({{"work mobile", "1"}}, "work"), "1");
     EXPECT_EQ(pick({{"work mobile", "1"}}, "mobile"), "1");

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "base/ContactFields.h"
+#include "engine/ContactRecord.h"
+
+#include <string>
+
+namespace dunmora {
+
+/// The match fields that the preferences choose now. Reads each flag once.
+MatchFieldChoice chosenMatchFields();
+
+/// The contact's values of the chosen fields, exactly as stored, each followed by "-".
+std::string matchKey(const ContactRecord& contact, const MatchFieldChoice& choice);
+
+}  // namespace dunmora
