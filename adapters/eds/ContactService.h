@@ -22,65 +22,64 @@ struct ContactText {
     std::string card;
 };
 
-/// What an attempt to read a book has given.
+/// The result of reading a book.
 struct BookContent {
     /// Why it could not be read, in a sentence without the book's name; empty when it was.
     std::string failure;
-    /// Whether it could not be read because nobody answered in time.
-    bool isUnanswered = false;
+    /// Whether it could not be read because no reply came in time.
+    bool hasTimedOut = false;
     bool isWritable = false;
-    /// How many people `remove` should be asked to take at once. More than one only where a
-    /// removal that fails removes nobody.
+    /// How many people one call to `remove` should name. More than one only where a removal that
+    /// fails removes nobody.
     std::size_t batchSize = 1;
-    /// Lists of people are left out.
+    /// Lists of people are omitted.
     std::vector<ContactText> people;
 };
 
-/// How an attempt to remove people has ended.
-struct RemovalAnswer {
+/// The result of a removal.
+struct RemovalResult {
     enum class Outcome {
         Removed,
-        /// Somebody among them is not in the book.
+        /// One of them is not in the book.
         NoSuchPerson,
-        /// Somebody among them has changed on the server behind the book, which has removed nobody.
+        /// One of them has changed on the book's server, which has removed nobody.
         Changed,
-        /// The book, or the server behind it, would not.
+        /// The book or its server refused.
         Refused,
-        /// Nobody answered in time; it may happen yet.
-        NoAnswer,
+        /// No reply came in time; the people may still be removed.
+        NoReply,
     };
 
     Outcome outcome = Outcome::Removed;
-    /// Why not, in a sentence without the book's name.
+    /// Why they were not removed, in a sentence without the book's name.
     std::string reason;
 };
 
 /// The desktop's service that keeps the user's address books.
 ///
-/// Thread: any, one call at a time. A call may block for up to ten seconds, but what a user waits
-/// for in one go, `books` and then `read`, or `find`, `remove` and `find` again, takes less than
-/// fifteen together. Errors: what is said below; whatever else goes wrong is in the answers.
+/// Thread: any, one call at a time. A call may block for up to ten seconds, but the calls that a
+/// user waits for in a row (`books` and `read`; `find`, `remove` and `find`) take less than fifteen
+/// together. Errors: as stated below; all others are in the results.
 ///
-/// People in a book that a server keeps are read, found and removed only while the server can be
-/// reached.
+/// A book on a server is read, searched and changed only while the server can be reached.
 class ContactService {
 public:
     virtual ~ContactService() = default;
 
     /// Whether the service runs or can be started.
-    virtual bool isThere() = 0;
+    virtual bool isAvailable() = 0;
 
     /// The address books that the user has enabled, in an order that stays the same.
     /// Errors: PlatformError when the service cannot be reached.
     virtual std::vector<ServiceBook> books() = 0;
 
-    /// Reads these books, which `books` has listed, side by side: an answer for each.
+    /// Reads these books, which `books` has listed, in parallel. Returns one result per book.
     virtual std::vector<BookContent> read(const std::vector<std::string>& books) = 0;
 
-    /// Those of these people who are in the book, and perhaps others.
+    /// Reads those of these people who are in the book, and perhaps others.
     virtual BookContent find(const std::string& book, const std::vector<std::string>& people) = 0;
 
-    virtual RemovalAnswer remove(const std::string& book,
+    virtual RemovalResult remove(const std::string& book,
                                  const std::vector<std::string>& people) = 0;
 };
 

@@ -83,7 +83,7 @@ EdsAddressBook::Reading EdsAddressBook::read() const
 
 std::span<const Person> EdsAddressBook::readPeople()
 {
-    // The old listings go first: two of a large book need not fit into the memory.
+    // Frees the old listings first: two of a large book need not fit into memory.
     current_.reset();
     reviewed_.reset();
     isPending_.clear();
@@ -106,7 +106,7 @@ std::span<const Person> EdsAddressBook::people()
     }
     std::fill(isPending_.begin(), isPending_.end(), false);
     auto reading = read();
-    // Whom the user has checked there must not pass for somebody who is gone.
+    // People whom the user checked in such a book must not count as gone.
     for (const auto& book : reviewed_->books()) {
         const auto failure = std::find_if(reading.failures.begin(), reading.failures.end(),
                                           [&](const auto& each) { return each.first == book.uid; });
@@ -117,7 +117,8 @@ std::span<const Person> EdsAddressBook::people()
         if (std::none_of(books.begin(), books.end(),
                          [&](const ServiceBook& each) { return each.uid == book.uid; })) {
             throw PlatformError(quotedName(book) +
-                                " was taken away, disabled or made read-only meanwhile.");
+                                " was removed, disabled or made read-only meanwhile. "
+                                "Read the address book again first.");
         }
     }
     current_ = std::move(reading.listing);
@@ -185,16 +186,20 @@ void EdsAddressBook::checkBackUp(std::span<const Person* const> people) const
 void EdsAddressBook::backUp(std::span<const Person* const> people,
                             const std::filesystem::path& file)
 {
-    Pieces pieces;
+    const auto content = cards(people);
+    writeNewFile(file, {content});
+}
+
+std::string EdsAddressBook::cards(std::span<const Person* const> people) const
+{
+    std::string content;
     for (const auto* person : people) {
         const auto card = listing().entry(listing().positionOf(*person)).card;
-        pieces.push_back(card);
-        // The service ends its cards without a line end.
-        if (!card.ends_with('\n')) {
-            pieces.emplace_back("\r\n");
-        }
+        content += card;
+        // The service returns cards without a line end.
+        content += card.ends_with('\n') ? "" : "\r\n";
     }
-    writeNewFile(file, pieces);
+    return content;
 }
 
 }  // namespace dunmora

@@ -3,6 +3,7 @@
 #include "adapters/eds/ContactService.h"
 #include "adapters/eds/EdsListing.h"
 #include "platform/AddressBook.h"
+#include "platform/CardSource.h"
 
 #include <cstddef>
 #include <memory>
@@ -13,12 +14,12 @@
 
 namespace dunmora {
 
-/// The address books that the desktop's service (Evolution Data Server) keeps: one of them, or all
-/// that are enabled and can be changed.
+/// The address books of the desktop's service (Evolution Data Server): one of them, or all that are
+/// enabled and writable.
 ///
-/// It is a live book: others change it meanwhile. A deletion removes only people whose card is
-/// still the one that was reviewed.
-class EdsAddressBook final : public AddressBook {
+/// A live book: other programs change it at any time. A deletion removes only people whose card is
+/// still the reviewed one.
+class EdsAddressBook final : public AddressBook, public CardSource {
 public:
     /// All books, or the one with this uid. Nothing is read before the first listing.
     EdsAddressBook(std::unique_ptr<ContactService> service, std::optional<std::string> bookUid);
@@ -30,18 +31,19 @@ public:
     std::span<const Person> people() override;
     void removeRecord(const Person& person) override;
     void save() override;
+    ReadingNotes notes() const override { return notes_; }
     void checkBackUp(std::span<const Person* const> people) const override;
     void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
-    ReadingNotes notes() const override { return notes_; }
+    std::string cards(std::span<const Person* const> people) const override;
 
 private:
-    /// What a listing has found, and what there is to say about it.
+    /// One reading of the books, with its notes.
     struct Reading {
         std::unique_ptr<EdsListing> listing;
-        // Beside each book of the listing.
+        // One per book of the listing; 0 for a read-only book.
         std::vector<std::size_t> batchSizes;
         ReadingNotes notes;
-        // Of the books that could not be read: the uid, and why as a whole sentence.
+        // The uids of the books that could not be read, each with a whole sentence.
         std::vector<std::pair<std::string, std::string>> failures;
     };
 
@@ -52,7 +54,7 @@ private:
     std::unique_ptr<ContactService> service_;
     std::optional<std::string> bookUid_;
     ReadingNotes notes_;
-    // The listing that the user reviews, and a later one, if there is any.
+    // The listing that the user reviews, and the last one if it is another.
     std::unique_ptr<EdsListing> reviewed_;
     std::unique_ptr<EdsListing> current_;
     // Of the last listing.

@@ -24,7 +24,7 @@ std::unique_ptr<AddressBook> openEdsBook(std::string_view name)
 bool hasEdsBooks()
 {
     try {
-        return loadContactService()->isThere();
+        return loadContactService()->isAvailable();
     } catch (const PlatformError&) {
         return false;
     }

@@ -1,5 +1,7 @@
 #include "adapters/eds/EdsDeletion.h"
 
+#include "text/Counted.h"
+
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -8,7 +10,7 @@ namespace dunmora {
 
 namespace {
 
-using Outcome = RemovalAnswer::Outcome;
+using Outcome = RemovalResult::Outcome;
 
 std::vector<std::string> uidsOf(const std::vector<EdsRemoval>& people)
 {
@@ -18,12 +20,6 @@ std::vector<std::string> uidsOf(const std::vector<EdsRemoval>& people)
         uids.emplace_back(person.contact);
     }
     return uids;
-}
-
-/// "1 was", "2 were".
-std::string counted(std::size_t count, const std::string& one, const std::string& several)
-{
-    return std::to_string(count) + " " + (count == 1 ? one : several);
 }
 
 }  // namespace
@@ -37,7 +33,7 @@ void EdsDeletion::remove(const ServiceBook& book, std::size_t batchSize,
     asked_ += people.size();
     if (hasStopped_) {
         untried_ += people.size();
-        tell(book, "It was not tried any more.");
+        addReason(book, "The deletion stopped before this book.");
         return;
     }
     isGivenUp_ = false;
@@ -53,8 +49,8 @@ void EdsDeletion::remove(const ServiceBook& book, std::size_t batchSize,
 
 bool EdsDeletion::isHopeless() const
 {
-    // A server that has refused so many one after the other, or for so long, will refuse the rest
-    // too, and a round trip for each could take hours.
+    // A server that has refused this many in a row, or for this long, will refuse the rest too, and
+    // a round trip for each could take hours.
     constexpr std::size_t kMostRefusals = 10;
     constexpr std::chrono::seconds kPatience(8);
     return hasStopped_ || isGivenUp_ || refusalsInARow_ >= kMostRefusals ||
@@ -64,13 +60,13 @@ bool EdsDeletion::isHopeless() const
 void EdsDeletion::giveUp(const ServiceBook& book, const BookContent& content)
 {
     isGivenUp_ = true;
-    hasStopped_ = hasStopped_ || content.isUnanswered;
-    tell(book, content.failure);
+    hasStopped_ = hasStopped_ || content.hasTimedOut;
+    addReason(book, content.failure);
 }
 
 void EdsDeletion::removeBatch(const ServiceBook& book, const Batch& batch)
 {
-    const auto before = isHopeless() ? std::nullopt : look(book, batch);
+    const auto before = isHopeless() ? std::nullopt : compare(book, batch);
     if (!before) {
         untried_ += batch.size();
         return;
@@ -80,41 +76,41 @@ void EdsDeletion::removeBatch(const ServiceBook& book, const Batch& batch)
     if (before->unchanged.empty()) {
         return;
     }
-    const auto answer = service_.remove(book.uid, uidsOf(before->unchanged));
-    if (answer.outcome == Outcome::Removed) {
+    const auto result = service_.remove(book.uid, uidsOf(before->unchanged));
+    if (result.outcome == Outcome::Removed) {
         removed_ += before->unchanged.size();
         refusalsInARow_ = 0;
         lastSuccess_ = now_();
     } else {
-        settleFailed(book, before->unchanged, answer);
+        handleFailure(book, before->unchanged, result);
     }
 }
 
-void EdsDeletion::settleFailed(const ServiceBook& book, const Batch& batch,
-                               const RemovalAnswer& answer)
+void EdsDeletion::handleFailure(const ServiceBook& book, const Batch& batch,
+                                const RemovalResult& result)
 {
-    if (answer.outcome == Outcome::Changed && batch.size() == 1) {
+    if (result.outcome == Outcome::Changed && batch.size() == 1) {
         ++changed_;
         return;
     }
-    const bool mayHappenYet = answer.outcome == Outcome::NoAnswer;
+    const bool mayHappenYet = result.outcome == Outcome::NoReply;
     hasStopped_ = hasStopped_ || mayHappenYet;
-    const auto after = look(book, batch);
+    const auto after = compare(book, batch);
     if (!after) {
         unknown_ += batch.size();
-        tell(book, answer.reason);
+        addReason(book, result.reason);
         return;
     }
-    // A book that misses somebody, or has another version, has removed nobody: others were faster.
-    // After any other failure whoever is gone went with our removal, of which only the answer was
+    // A removal that fails because somebody is missing or has changed removes nobody: others
+    // removed those who are gone. After any other failure our removal did, and only the reply was
     // lost.
     const bool removedNobody =
-        answer.outcome == Outcome::NoSuchPerson || answer.outcome == Outcome::Changed;
+        result.outcome == Outcome::NoSuchPerson || result.outcome == Outcome::Changed;
     (removedNobody ? gone_ : removed_) += after->absent;
     changed_ += after->changed;
     if (mayHappenYet) {
         unknown_ += after->unchanged.size();
-        tell(book, answer.reason);
+        addReason(book, result.reason);
     } else if (batch.size() > 1) {
         for (const auto& person : after->unchanged) {
             removeBatch(book, {person});
@@ -122,11 +118,12 @@ void EdsDeletion::settleFailed(const ServiceBook& book, const Batch& batch,
     } else if (!after->unchanged.empty()) {
         left_ += after->unchanged.size();
         ++refusalsInARow_;
-        tell(book, answer.reason);
+        addReason(book, result.reason);
     }
 }
 
-std::optional<EdsDeletion::Sighting> EdsDeletion::look(const ServiceBook& book, const Batch& batch)
+std::optional<EdsDeletion::Comparison> EdsDeletion::compare(const ServiceBook& book,
+                                                            const Batch& batch)
 {
     const auto found = service_.find(book.uid, uidsOf(batch));
     if (!found.failure.empty()) {
@@ -137,21 +134,21 @@ std::optional<EdsDeletion::Sighting> EdsDeletion::look(const ServiceBook& book, 
     for (const auto& contact : found.people) {
         cards.emplace(contact.uid, contact.card);
     }
-    Sighting sighting;
+    Comparison comparison;
     for (const auto& person : batch) {
         const auto card = cards.find(person.contact);
         if (card == cards.end()) {
-            ++sighting.absent;
+            ++comparison.absent;
         } else if (card->second != person.reviewed) {
-            ++sighting.changed;
+            ++comparison.changed;
         } else {
-            sighting.unchanged.push_back(person);
+            comparison.unchanged.push_back(person);
         }
     }
-    return sighting;
+    return comparison;
 }
 
-void EdsDeletion::tell(const ServiceBook& book, const std::string& reason)
+void EdsDeletion::addReason(const ServiceBook& book, const std::string& reason)
 {
     auto text = " “" + book.name + "”: " + reason;
     if (std::find(reasons_.begin(), reasons_.end(), text) == reasons_.end()) {
@@ -164,21 +161,24 @@ std::string EdsDeletion::failure() const
     if (changed_ + left_ + unknown_ + untried_ == 0) {
         return {};
     }
-    auto text = "Not everybody was deleted. Of " + counted(asked_, "person ", "people ") +
-                counted(removed_, "was deleted, ", "were deleted, ") +
-                counted(gone_, "was gone already, ", "were gone already, ") +
-                counted(changed_, "has changed meanwhile and was left alone, ",
-                        "have changed meanwhile and were left alone, ") +
-                counted(left_, "is still there.", "are still there.");
-    if (untried_ > 0) {
-        text += " " + counted(untried_, "was not tried.", "were not tried.");
-    }
-    if (unknown_ > 0) {
-        text += " What became of " + counted(unknown_, "other", "others") + " is not known.";
-    }
+    std::string outcomes;
+    const auto add = [&](std::size_t count, std::string_view one, std::string_view several) {
+        if (count > 0) {
+            outcomes += (outcomes.empty() ? "" : ", ") + counted(count, one, several);
+        }
+    };
+    add(removed_, "was deleted", "were deleted");
+    add(gone_, "was gone already", "were gone already");
+    add(changed_, "has changed meanwhile and was left alone",
+        "have changed meanwhile and were left alone");
+    add(left_, "is still there", "are still there");
+    add(untried_, "was not tried", "were not tried");
+    add(unknown_, "may or may not have been deleted", "may or may not have been deleted");
+    auto text = "Not everybody was deleted. Of " + countOfPeople(asked_) + ", " + outcomes + ".";
     for (const auto& reason : reasons_) {
         text += reason;
     }
+    text += " Read the address book again before you delete more.";
     return text;
 }
 

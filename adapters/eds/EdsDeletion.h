@@ -13,57 +13,55 @@
 
 namespace dunmora {
 
-/// A person to be removed, and the card that the user has reviewed.
+/// A person to be removed, and the card that the user reviewed.
 struct EdsRemoval {
     std::string_view contact;
     std::string_view reviewed;
 };
 
-/// Removes people from the service's books as far as it can be done, and counts what became of
-/// them.
+/// Removes people from the service's books as far as possible, and counts the outcomes.
 ///
-/// Nobody is removed whose card, right before it, is not what the user has reviewed. Where a
-/// removal fails the book is asked who is still there, and those are tried one by one. A book that
-/// cannot be read, or refuses again and again, is given up, and the next one is tried. Once nobody
-/// answers in time nothing more is tried.
+/// Compares each card with the reviewed one right before the removal, and removes nobody whose card
+/// differs. After a failed removal, asks the book who is still there and tries those one by one.
+/// Gives up a book that cannot be read or keeps refusing, and continues with the next one. After a
+/// timeout it tries nothing more.
 ///
-/// Thread: one at a time. Errors: none; `failure` tells.
+/// Thread: one at a time. Errors: none; see `failure`.
 class EdsDeletion final {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// The service must outlive it. `now` tells the time.
+    /// `service` must outlive the deletion. `now` is the clock.
     explicit EdsDeletion(ContactService& service,
                          std::function<Time()> now = std::chrono::steady_clock::now)
         : service_(service), now_(std::move(now))
     {
     }
 
-    /// Removes these people of one book, so many at once.
+    /// Removes these people of one book, `batchSize` of them per call to the service.
     void remove(const ServiceBook& book, std::size_t batchSize,
                 const std::vector<EdsRemoval>& people);
 
-    /// How many were removed, were gone already, have changed and are still there, and why, for the
-    /// user; also of how many that is not known and how many were not tried. Empty when everybody
-    /// is gone.
+    /// What happened to how many people, why, and what to do, in sentences for the user. Empty when
+    /// everybody is gone.
     std::string failure() const;
 
 private:
     using Batch = std::vector<EdsRemoval>;
 
-    /// What a book says about the people of a batch.
-    struct Sighting {
+    /// What a book now holds of the people of a batch.
+    struct Comparison {
         std::size_t absent = 0;
         std::size_t changed = 0;
         Batch unchanged;
     };
 
     void removeBatch(const ServiceBook& book, const Batch& batch);
-    void settleFailed(const ServiceBook& book, const Batch& batch, const RemovalAnswer& answer);
-    std::optional<Sighting> look(const ServiceBook& book, const Batch& batch);
+    void handleFailure(const ServiceBook& book, const Batch& batch, const RemovalResult& result);
+    std::optional<Comparison> compare(const ServiceBook& book, const Batch& batch);
     bool isHopeless() const;
     void giveUp(const ServiceBook& book, const BookContent& content);
-    void tell(const ServiceBook& book, const std::string& reason);
+    void addReason(const ServiceBook& book, const std::string& reason);
 
     ContactService& service_;
     std::function<Time()> now_;
@@ -74,9 +72,9 @@ private:
     std::size_t left_ = 0;
     std::size_t unknown_ = 0;
     std::size_t untried_ = 0;
-    // Nobody answers any more.
+    // A call has timed out.
     bool hasStopped_ = false;
-    // What follows is about the book that is being tried.
+    // The members below are about the current book.
     bool isGivenUp_ = false;
     std::size_t refusalsInARow_ = 0;
     Time lastSuccess_;

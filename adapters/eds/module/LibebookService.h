@@ -11,9 +11,9 @@
 
 namespace dunmora {
 
-/// Evolution Data Server, reached through libebook.
+/// Evolution Data Server, through libebook.
 ///
-/// Every question is asked on a thread of its own and given up after a time.
+/// Every call runs on its own thread and is abandoned after a time limit.
 class LibebookService final : public ContactService {
 public:
     LibebookService() = default;
@@ -21,19 +21,19 @@ public:
     LibebookService(const LibebookService&) = delete;
     LibebookService& operator=(const LibebookService&) = delete;
 
-    bool isThere() override;
+    bool isAvailable() override;
     std::vector<ServiceBook> books() override;
     std::vector<BookContent> read(const std::vector<std::string>& books) override;
     BookContent find(const std::string& book, const std::vector<std::string>& people) override;
-    RemovalAnswer remove(const std::string& book, const std::vector<std::string>& people) override;
+    RemovalResult remove(const std::string& book, const std::vector<std::string>& people) override;
 
 private:
-    /// One book and the connection to it, if there is one already.
+    /// A book, and the connection to it once it is open.
     struct Connection {
         std::shared_ptr<ESource> source;
         std::shared_ptr<EClient> client;
-        /// Whether a removal was asked for that a server may have done, or may do yet. The
-        /// desktop's copy does not tell.
+        /// Whether the server may have carried out a removal without a reply, or may do so later.
+        /// The desktop's copy does not show which.
         bool isUncertain = false;
     };
 
@@ -48,7 +48,7 @@ private:
     static Removed removeSome(const Connection& connection, const std::vector<std::string>& people,
                               GCancellable* cancellable);
 
-    // Keeps the connection to the session bus, with what was set for it.
+    // Keeps the connection to the session bus and its settings alive.
     std::shared_ptr<GDBusConnection> bus_;
     std::map<std::string, Connection> connections_;
 };

@@ -16,7 +16,7 @@ using Clock = BoundedCall<int>::Clock;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-/// Work that neither ends nor can be cancelled until it is let go.
+/// Work that ignores cancellation and ends only when the test lets it.
 class HungWork final {
 public:
     BoundedCall<int> call()
@@ -45,14 +45,14 @@ BoundedCall<int> cancellableCall(int result)
     });
 }
 
-TEST(BoundedCall, GivesWhatIsReadyAtOnce)
+TEST(BoundedCall, ReturnsAResultThatIsReadyAtOnce)
 {
     BoundedCall<int> call([](GCancellable* /*cancellable*/) { return 7; });
 
     EXPECT_EQ(call.resultBefore(Clock::now() + seconds(10)), 7);
 }
 
-TEST(BoundedCall, ThrowsWhatTheWorkHasThrown)
+TEST(BoundedCall, ThrowsWhatTheWorkThrows)
 {
     BoundedCall<int> call(
         [](GCancellable* /*cancellable*/) -> int { throw std::runtime_error("no"); });
@@ -60,14 +60,14 @@ TEST(BoundedCall, ThrowsWhatTheWorkHasThrown)
     EXPECT_THROW(call.resultBefore(Clock::now() + seconds(10)), std::runtime_error);
 }
 
-TEST(BoundedCall, TakesTheResultOfWorkThatEndsWhenItIsCancelled)
+TEST(BoundedCall, ReturnsTheResultOfWorkThatEndsWhenCancelled)
 {
     auto call = cancellableCall(7);
 
     EXPECT_EQ(call.resultBefore(Clock::now()), 7);
 }
 
-TEST(BoundedCall, LeavesHungWorkBehind)
+TEST(BoundedCall, AbandonsHungWork)
 {
     HungWork work;
     auto call = work.call();
@@ -76,7 +76,7 @@ TEST(BoundedCall, LeavesHungWorkBehind)
     work.letGo(1);
 }
 
-TEST(BoundedCall, LeavesALotOfHungWorkBehindAsSoonAsOne)
+TEST(BoundedCall, AbandonsManyHungCallsAsSoonAsOne)
 {
     constexpr int kCalls = 20;
     HungWork work;

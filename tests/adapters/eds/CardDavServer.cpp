@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kFolder = "/book/";
 constexpr std::string_view kSuffix = ".vcf";
-// Nothing takes that long; a test that waits in vain fails instead of hanging.
+// Longer than anything takes, so that a test fails instead of hanging.
 constexpr std::chrono::seconds kPatience(10);
 
 std::string pathOf(const std::string& uid)
@@ -42,7 +42,7 @@ std::string escaped(std::string_view text)
             xml += "&lt;";
             break;
         case '\r':
-            // XML takes one as it stands for a part of the line's end.
+            // XML parsers normalize a literal carriage return away.
             xml += "&#13;";
             break;
         default:
@@ -65,7 +65,7 @@ std::string multistatus(const std::string& responses)
            responses + "</D:multistatus>";
 }
 
-/// Receives until the text holds so much, or the end mark. Returns whether it does.
+/// Receives until the text is enough. Returns false if the connection ends before that.
 template <typename IsEnough>
 bool receive(int socket, std::string& text, IsEnough isEnough)
 {
@@ -136,7 +136,7 @@ void CardDavServer::goAway()
     shutdown(listener_, SHUT_RDWR);
     serving_.join();
     close(listener_);
-    // Nobody is added to them any more.
+    // No visitor is added any more.
     for (auto& visitor : visitors_) {
         shutdown(visitor.socket, SHUT_RDWR);
     }
@@ -169,7 +169,7 @@ void CardDavServer::serve(int listener)
     }
 }
 
-/// One request a connection, so that nobody holds one that is dead.
+/// One request per connection, so that no client reuses a dead one.
 void CardDavServer::talk(int socket)
 {
     constexpr std::string_view kEnd = "\r\n\r\n";
@@ -348,7 +348,7 @@ void CardDavServer::refuseRemovals(int status, std::size_t after)
     refusedAfter_ = removals_.size() + after;
 }
 
-void CardDavServer::loseAnswersToRemovals()
+void CardDavServer::loseRepliesToRemovals()
 {
     const std::lock_guard guard(mutex_);
     isLosingAnswers_ = true;

@@ -12,8 +12,8 @@
 
 namespace dunmora::test {
 
-/// A server of one address book (RFC 6352) on this machine's loopback, with whatever trouble a test
-/// wants. It knows what the desktop's service asks, and no more.
+/// A CardDAV server (RFC 6352) with one address book, on the loopback interface, with the faults
+/// that the test sets. It handles only the requests that the desktop's service sends.
 ///
 /// Thread: any.
 class CardDavServer final {
@@ -25,38 +25,36 @@ public:
 
     std::uint16_t port() const { return port_; }
 
-    /// Puts a card into the book, new or in the place of the one with this uid.
+    /// Adds a card to the book, or replaces the one with this uid.
     void put(const std::string& uid, const std::string& card);
     std::map<std::string, std::string> cards() const;
 
-    /// Lets everybody only read. To be said before the book is opened.
+    /// Makes the book read-only. Call it before the book is opened.
     void forbidChanges();
 
-    /// Wants a password from now on, which nobody knows.
+    /// Requires a password from now on (401), which no client has.
     void lockOut();
 
-    /// Does not listen any more, and drops whoever is connected; what they have asked for is not
-    /// done.
+    /// Stops listening and drops all connections; their pending requests are not carried out.
     void goAway();
     /// Listens again, on the same port.
     void comeBack();
 
-    /// Answers the removals after the next so many with this status, and removes nobody.
+    /// After this many more removals, answers each with this status and removes nobody.
     void refuseRemovals(int status, std::size_t after = 0);
-    /// Removes whom it is asked to, and drops whoever has asked instead of answering.
-    void loseAnswersToRemovals();
-    /// Keeps whoever asks for a removal waiting until they are let go on.
+    /// Carries out removals, but drops the connection instead of answering.
+    void loseRepliesToRemovals();
+    /// Holds back the responses to removals until `letGo`.
     void holdRemovals();
-    /// Waits until somebody waits for a removal.
+    /// Waits until a removal is held.
     void awaitHeldRemoval() const;
     void letGo();
 
-    /// The uids of the people whose removal was asked for, one for each request, whatever became
-    /// of it.
+    /// The uids of the people to be removed, one per request, whatever its outcome.
     std::vector<std::string> removals() const;
 
-    /// Waits until the book has been listed since it last came back or was changed here. Whatever
-    /// the service had in mind to do first, it has done by then.
+    /// Waits until the book has been listed after it last came back or was changed here. The
+    /// service has sent everything that it had queued by then.
     void awaitListing() const;
 
 private:
@@ -67,12 +65,12 @@ private:
     struct Request {
         std::string method;
         std::string path;
-        /// With names in small letters.
+        /// The names are in lower case.
         std::map<std::string, std::string> headers;
         std::string body;
     };
     struct Answer {
-        /// Without one nothing is answered.
+        /// 0 sends no response.
         int status = 200;
         std::string body;
     };

@@ -36,8 +36,8 @@ std::string cardOf(const std::string& uid, const std::string& properties = "")
            properties + "END:VCARD\r\n";
 }
 
-/// What a failed deletion says has become of the people, in the text for the user.
-struct Told {
+/// The counts in the error of a failed deletion.
+struct Counts {
     std::size_t removed = 0;
     std::size_t gone = 0;
     std::size_t changed = 0;
@@ -46,18 +46,18 @@ struct Told {
     std::size_t untried = 0;
 };
 
-Told toldBy(const std::string& failure)
+Counts countsIn(const std::string& failure)
 {
     const auto count = [&](const std::string& what) {
         std::smatch match;
         return std::regex_search(failure, match, std::regex(what)) ? std::stoul(match[1]) : 0;
     };
-    return {count("([0-9]+) (was|were) deleted,"), count("([0-9]+) (was|were) gone already"),
-            count("([0-9]+) (has|have) changed"),  count("([0-9]+) (is|are) still there"),
-            count("What became of ([0-9]+)"),      count("([0-9]+) (was|were) not tried")};
+    return {count("([0-9]+) (was|were) deleted[,.]"), count("([0-9]+) (was|were) gone already"),
+            count("([0-9]+) (has|have) changed"),     count("([0-9]+) (is|are) still there"),
+            count("([0-9]+) may or may not"),         count("([0-9]+) (was|were) not tried")};
 }
 
-/// The real service, with something that happens right before and right after each removal.
+/// The real service, with an incident right before and right after each removal.
 class ServiceWithIncident final : public ContactService {
 public:
     using Incident = std::function<void()>;
@@ -67,14 +67,14 @@ public:
     {
     }
 
-    bool isThere() override { return service_->isThere(); }
+    bool isAvailable() override { return service_->isAvailable(); }
     std::vector<ServiceBook> books() override { return service_->books(); }
     std::vector<BookContent> read(const Lines& books) override { return service_->read(books); }
     BookContent find(const std::string& book, const Lines& people) override
     {
         return service_->find(book, people);
     }
-    RemovalAnswer remove(const std::string& book, const Lines& people) override
+    RemovalResult remove(const std::string& book, const Lines& people) override
     {
         before_();
         auto answer = service_->remove(book, people);
@@ -88,8 +88,8 @@ private:
     Incident after_;
 };
 
-/// The address books of a desktop of the test's own, and another program that uses them, too. Each
-/// test has a book of its own.
+/// Tests on a private desktop whose address books another program uses, too. Each test has its own
+/// book.
 class EdsServiceTest : public testing::Test {
 protected:
     void SetUp() override
@@ -137,7 +137,7 @@ private:
     std::unique_ptr<AddressBook> book_;
 };
 
-TEST_F(EdsServiceTest, ReadsPeopleAndLeavesListsOut)
+TEST_F(EdsServiceTest, ReadsPeopleAndOmitsLists)
 {
     others_.add(uid_, {cardOf("ann", "NICKNAME:Annie\r\nitem1.TEL:555-0100\r\n"
                                      "item1.X-ABLabel:Boat\r\nTEL;TYPE=CELL:555-0101\r\n"),
@@ -157,7 +157,7 @@ TEST_F(EdsServiceTest, ReadsPeopleAndLeavesListsOut)
     EXPECT_TRUE(book().notes().remarks.empty());
 }
 
-TEST_F(EdsServiceTest, TellsWhatIsMissingButTheDateOfChange)
+TEST_F(EdsServiceTest, LeavesMissingPropertiesEmptyExceptTheModificationDate)
 {
     others_.add(uid_, {"BEGIN:VCARD\r\nVERSION:3.0\r\nUID:bare\r\nEND:VCARD\r\n"});
 
@@ -225,7 +225,7 @@ TEST_F(EdsServiceTest, NamesABookThatCannotBeReachedAndReadsTheOthers)
     EXPECT_TRUE(remarks[0].starts_with("“Nowhere” could not be read: ")) << remarks[0];
 }
 
-TEST_F(EdsServiceTest, LeavesEveryoneElseAsTheyWereToTheByte)
+TEST_F(EdsServiceTest, LeavesEveryoneElseUnchangedByteForByte)
 {
     Lines uids;
     for (int i = 0; i < 500; ++i) {
@@ -251,7 +251,7 @@ TEST_F(EdsServiceTest, LeavesEveryoneElseAsTheyWereToTheByte)
     EXPECT_EQ(others_.cards(uid_), expected);
 }
 
-TEST_F(EdsServiceTest, LeavesAloneWhomAnotherProgramChangedAndIsContentWithWhomItDeleted)
+TEST_F(EdsServiceTest, LeavesPeopleAloneWhomAnotherProgramChangedAndIgnoresThoseItDeleted)
 {
     holds({"a", "b", "c", "d"});
     book().readPeople();
@@ -262,15 +262,15 @@ TEST_F(EdsServiceTest, LeavesAloneWhomAnotherProgramChangedAndIsContentWithWhomI
 
     const auto failure = failureOf([&] { book().save(); });
 
-    // The one who was gone when the deletion began was not asked for any more.
+    // “a” was gone when the deletion began and was not requested.
     EXPECT_EQ(failure,
-              "Not everybody was deleted. Of 2 people 1 was deleted, 0 were gone already, 1 has "
-              "changed meanwhile and was left alone, 0 are still there.");
+              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed meanwhile "
+              "and was left alone. Read the address book again before you delete more.");
     EXPECT_EQ(others_.uids(uid_).size(), 2U);
     EXPECT_EQ(others_.cards(uid_).at("b"), edited);
 }
 
-TEST_F(EdsServiceTest, SeesChangesInTheMomentBeforeItSaves)
+TEST_F(EdsServiceTest, SeesChangesMadeRightBeforeTheSave)
 {
     holds({"a", "b", "c", "d"});
     book().readPeople();
@@ -279,14 +279,15 @@ TEST_F(EdsServiceTest, SeesChangesInTheMomentBeforeItSaves)
     others_.edit(uid_, cardOf("b", "NICKNAME:Bee\r\n"));
 
     EXPECT_EQ(failureOf([&] { book().save(); }),
-              "Not everybody was deleted. Of 3 people 1 was deleted, 1 was gone already, 1 has "
-              "changed meanwhile and was left alone, 0 are still there.");
+              "Not everybody was deleted. Of 3 people, 1 was deleted, 1 was gone already, 1 has"
+              " changed meanwhile and was left alone. Read the address book again before you "
+              "delete more.");
     auto left = others_.uids(uid_);
     std::sort(left.begin(), left.end());
     EXPECT_EQ(left, (Lines{"b", "d"}));
 }
 
-TEST_F(EdsServiceTest, DoesNotTakeANewEntryForTheReviewedOneOfTheSameId)
+TEST_F(EdsServiceTest, DoesNotMistakeANewEntryForTheReviewedOneWithTheSameId)
 {
     holds({"a", "b"});
     book().readPeople();
@@ -298,7 +299,7 @@ TEST_F(EdsServiceTest, DoesNotTakeANewEntryForTheReviewedOneOfTheSameId)
     EXPECT_EQ(others_.uids(uid_).size(), 2U);
 }
 
-TEST_F(EdsServiceTest, DeletesAllTheSameWhenTheServiceIsKilledInBetween)
+TEST_F(EdsServiceTest, DeletesWhenTheServiceIsKilledInBetween)
 {
     holds({"a", "b", "c"});
     const auto before = others_.cards(uid_);
@@ -312,7 +313,7 @@ TEST_F(EdsServiceTest, DeletesAllTheSameWhenTheServiceIsKilledInBetween)
     EXPECT_EQ(another.cards(uid_), (Cards{{"b", before.at("b")}}));
 }
 
-TEST_F(EdsServiceTest, TellsTheTruthWhenTheServiceIsKilledAgainAndAgainInMidJob)
+TEST_F(EdsServiceTest, CountsCorrectlyWhenTheServiceIsKilledRepeatedly)
 {
     constexpr std::size_t kPeople = 4'000;
     constexpr int kKills = 3;
@@ -336,7 +337,7 @@ TEST_F(EdsServiceTest, TellsTheTruthWhenTheServiceIsKilledAgainAndAgainInMidJob)
     std::string failure;
     std::thread saving([&] {
         failure = failureOf([&] { shaken.save(); });
-        // Nobody is kept waiting for a removal that does not come any more.
+        // No more removals come: ends the loop below.
         removals += kKills;
         removals.notify_all();
     });
@@ -349,7 +350,7 @@ TEST_F(EdsServiceTest, TellsTheTruthWhenTheServiceIsKilledAgainAndAgainInMidJob)
 
     OtherClient another;
     const auto left = another.uids(uid_);
-    // Nobody else, whatever came of the deletion.
+    // Everybody else is still there, whatever the outcome of the deletion.
     for (std::size_t i = kPeople / 2; i < kPeople; ++i) {
         EXPECT_NE(std::find(left.begin(), left.end(), uids[i]), left.end());
     }
@@ -358,15 +359,16 @@ TEST_F(EdsServiceTest, TellsTheTruthWhenTheServiceIsKilledAgainAndAgainInMidJob)
         EXPECT_EQ(gone, kPeople / 2);
         return;
     }
-    const auto told = toldBy(failure);
-    EXPECT_EQ(told.removed + told.gone + told.changed + told.left + told.unknown + told.untried,
+    const auto counts = countsIn(failure);
+    EXPECT_EQ(counts.removed + counts.gone + counts.changed + counts.left + counts.unknown +
+                  counts.untried,
               kPeople / 2)
         << failure;
-    EXPECT_LE(told.removed, gone) << failure;
-    EXPECT_LE(gone, told.removed + told.unknown) << failure;
+    EXPECT_LE(counts.removed, gone) << failure;
+    EXPECT_LE(gone, counts.removed + counts.unknown) << failure;
 }
 
-TEST_F(EdsServiceTest, TellsTheTruthWhenTheServiceStopsRightBeforeARemovalAndGoesOnAfterIt)
+TEST_F(EdsServiceTest, CountsCorrectlyWhenTheServicePausesDuringARemoval)
 {
     holds({"a", "b", "c"});
     EdsAddressBook slow(
@@ -385,12 +387,12 @@ TEST_F(EdsServiceTest, TellsTheTruthWhenTheServiceStopsRightBeforeARemovalAndGoe
         EXPECT_EQ(gone, 2U);
         return;
     }
-    const auto told = toldBy(failure);
-    EXPECT_LE(told.removed, gone) << failure;
-    EXPECT_LE(gone, told.removed + told.unknown) << failure;
+    const auto counts = countsIn(failure);
+    EXPECT_LE(counts.removed, gone) << failure;
+    EXPECT_LE(gone, counts.removed + counts.unknown) << failure;
 }
 
-TEST_F(EdsServiceTest, DoesNotClaimToKnowWhatAServiceWillDoThatHasStoppedRightBeforeARemoval)
+TEST_F(EdsServiceTest, ReportsARemovalAsUnknownWhenTheServicePausesBeforeIt)
 {
     holds({"a", "b", "c"});
     EdsAddressBook stopped(
@@ -405,14 +407,14 @@ TEST_F(EdsServiceTest, DoesNotClaimToKnowWhatAServiceWillDoThatHasStoppedRightBe
     desktop().signalFactories(SIGCONT);
 
     EXPECT_LT(seconds, 15);
-    const auto told = toldBy(failure);
-    EXPECT_EQ(told.removed, 0U) << failure;
-    EXPECT_EQ(told.unknown, 2U) << failure;
+    const auto counts = countsIn(failure);
+    EXPECT_EQ(counts.removed, 0U) << failure;
+    EXPECT_EQ(counts.unknown, 2U) << failure;
     const auto uids = others_.uids(uid_);
     EXPECT_NE(std::find(uids.begin(), uids.end(), "c"), uids.end());
 }
 
-TEST_F(EdsServiceTest, TellsBooksThatAreNotAnsweredForFromThoseThatCannotBeRead)
+TEST_F(EdsServiceTest, DistinguishesTimeoutsFromOtherFailures)
 {
     const auto broken = uid_ + "2";
     others_.makeBook(broken, "Nowhere", "nosuchkind");
@@ -421,19 +423,19 @@ TEST_F(EdsServiceTest, TellsBooksThatAreNotAnsweredForFromThoseThatCannotBeRead)
     service->books();
     const auto before = service->read({uid_, broken});
     EXPECT_EQ(before[0].failure, "");
-    EXPECT_FALSE(before[0].isUnanswered);
+    EXPECT_FALSE(before[0].hasTimedOut);
     EXPECT_NE(before[1].failure, "");
-    EXPECT_FALSE(before[1].isUnanswered);
+    EXPECT_FALSE(before[1].hasTimedOut);
 
     ASSERT_GT(desktop().signalFactories(SIGSTOP), 0U);
     const auto found = service->find(uid_, {"a"});
     desktop().signalFactories(SIGCONT);
 
-    EXPECT_TRUE(found.isUnanswered);
-    EXPECT_EQ(found.failure, "The service did not answer in time.");
+    EXPECT_TRUE(found.hasTimedOut);
+    EXPECT_EQ(found.failure, "The service did not reply in time.");
 }
 
-TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswerADeletion)
+TEST_F(EdsServiceTest, ReportsThatTheServiceDoesNotReplyToADeletion)
 {
     holds({"a", "b", "c"});
     book().readPeople();
@@ -446,14 +448,12 @@ TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswerADeletion)
 
     EXPECT_LT(seconds, 15);
     EXPECT_EQ(failure,
-              "Not everybody was deleted. Of 2 people 0 were deleted, 0 were gone already, 0 have "
-              "changed meanwhile and were left alone, 0 are still there. 2 were not tried. "
-              "“Friends”: The service "
-              "did not answer in time.");
+              "Not everybody was deleted. Of 2 people, 2 were not tried. “Friends”: The service"
+              " did not reply in time. Read the address book again before you delete more.");
     EXPECT_EQ(uidsOf(book().readPeople()), (Lines{"a", "b", "c"}));
 }
 
-TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswerAReader)
+TEST_F(EdsServiceTest, ReportsThatTheServiceDoesNotReplyToARead)
 {
     holds({"a"});
     const auto service = loadContactService();
@@ -461,7 +461,7 @@ TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswerAReader)
     book().readPeople();
     ASSERT_GT(desktop().signalFactories(SIGSTOP), 0U);
 
-    // Side by side, as they take as long as a user is made to wait.
+    // In parallel, because each takes as long as the time limit.
     std::vector<BookContent> contents;
     std::thread another([&] { contents = service->read({uid_}); });
     std::string failure;
@@ -470,9 +470,9 @@ TEST_F(EdsServiceTest, TellsWhenTheServiceDoesNotAnswerAReader)
     desktop().signalFactories(SIGCONT);
 
     EXPECT_LT(seconds, 15);
-    EXPECT_EQ(failure, "“Friends” could not be read: The service did not answer in time.");
-    EXPECT_EQ(contents.at(0).failure, "The service did not answer in time.");
-    EXPECT_TRUE(contents.at(0).isUnanswered);
+    EXPECT_EQ(failure, "“Friends” could not be read: The service did not reply in time.");
+    EXPECT_EQ(contents.at(0).failure, "The service did not reply in time.");
+    EXPECT_TRUE(contents.at(0).hasTimedOut);
     EXPECT_EQ(uidsOf(book().readPeople()), Lines{"a"});
 }
 
@@ -503,13 +503,13 @@ TEST_F(EdsServiceTest, ReadsAndDeletesTenThousandPeopleWithinSeconds)
     RecordProperty("deleting", std::to_string(deleting));
 }
 
-TEST_F(EdsServiceTest, BacksUpTheCardsToTheByte)
+TEST_F(EdsServiceTest, ReturnsTheCardsByteForByte)
 {
-    const TemporaryFolder folder;
     holds({"ann", "ben"});
     const auto people = book().readPeople();
     const std::vector<const Person*> chosen{&people[1]};
 
+    const TemporaryFolder folder;
     book().backUp(chosen, folder.path() / "backup.vcf");
 
     EXPECT_EQ(contentOf(folder.path() / "backup.vcf"), others_.cards(uid_).at("ben") + "\r\n");

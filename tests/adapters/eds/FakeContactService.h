@@ -13,13 +13,13 @@
 
 namespace dunmora::test {
 
-/// A vCard of a person with this name, as the service ends it: without a line end.
+/// A vCard of a person with this name, without a line end, as the service returns it.
 inline std::string cardNamed(const std::string& uid, const std::string& name)
 {
     return "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid + "\r\nN:" + name + ";;;;\r\nEND:VCARD";
 }
 
-/// A desktop's address books in memory, with whatever trouble a test wants.
+/// A desktop's address books in memory, with the faults that the test sets.
 class FakeDesktopBooks final {
 public:
     struct Book {
@@ -56,7 +56,7 @@ public:
         return uids;
     }
 
-    /// Takes people out, as a removal or another program does. Returns whether all were there.
+    /// Removes people, as a deletion or another program does. Returns whether all were there.
     bool take(const std::string& uid, const std::vector<std::string>& people)
     {
         auto& kept = book(uid).content.people;
@@ -77,22 +77,22 @@ public:
     }
 
     std::vector<Book> books;
-    /// What was asked to be removed, call by call.
+    /// The uids passed to each call of `remove`.
     std::vector<std::vector<std::string>> removals;
-    /// Called for each removal before it; an answer of its own stands for the removal.
-    std::function<std::optional<RemovalAnswer>(const std::vector<std::string>&)> onRemove =
+    /// Called before each removal; a result that it returns replaces the removal.
+    std::function<std::optional<RemovalResult>(const std::vector<std::string>&)> onRemove =
         [](const auto& /*people*/) { return std::nullopt; };
-    /// Called for each look at people of a book, with what it finds.
+    /// Called by each `find` with its result.
     std::function<void(const std::string& book, BookContent& found)> onFind =
         [](const auto& /*book*/, auto& /*found*/) {};
 };
 
-/// Serves address books of a test's own.
+/// Serves a test's address books.
 class FakeContactService final : public ContactService {
 public:
     explicit FakeContactService(FakeDesktopBooks& desktop) : desktop_(desktop) {}
 
-    bool isThere() override { return true; }
+    bool isAvailable() override { return true; }
 
     std::vector<ServiceBook> books() override
     {
@@ -123,8 +123,8 @@ public:
         return content;
     }
 
-    /// All or nothing, as the desktop's own books do it.
-    RemovalAnswer remove(const std::string& book, const std::vector<std::string>& people) override
+    /// All or nothing, as in the desktop's own books.
+    RemovalResult remove(const std::string& book, const std::vector<std::string>& people) override
     {
         desktop_.removals.push_back(people);
         if (auto answer = desktop_.onRemove(people)) {
@@ -133,7 +133,7 @@ public:
         const auto before = desktop_.book(book).content.people;
         if (!desktop_.take(book, people)) {
             desktop_.book(book).content.people = before;
-            return {RemovalAnswer::Outcome::NoSuchPerson, "Somebody was not found."};
+            return {RemovalResult::Outcome::NoSuchPerson, "Somebody was not found."};
         }
         return {};
     }
