@@ -15,11 +15,11 @@
 
 namespace dunmora::bench {
 
-/// How many of a book's people stand in it twice.
+/// How many of a book's people have a copy.
 enum class Twice { OneInTen, Everyone };
 
-/// People in memory, each with two numbers: a book that costs nothing to list, so that only the
-/// engine is measured. Nobody can be removed.
+/// People in memory, each with two numbers. Listing them costs nothing, so that only the engine is
+/// measured. Does not support removals.
 class MemoryAddressBook final : public AddressBook {
 public:
     MemoryAddressBook(std::size_t count, Twice twice)
@@ -40,12 +40,6 @@ public:
     std::span<const Person> people() override { return people_; }
     void removeRecord(const Person& /*person*/) override { refuse(); }
     void save() override { refuse(); }
-    void checkBackUp(std::span<const Person* const> /*people*/) const override { refuse(); }
-    void backUp(std::span<const Person* const> /*people*/,
-                const std::filesystem::path& /*file*/) override
-    {
-        refuse();
-    }
     ReadingNotes notes() const override { return {}; }
 
 private:
@@ -54,13 +48,13 @@ private:
         throw PlatformError("This address book cannot be changed.");
     }
 
-    // Containers whose elements stay in place: the people are views into them.
+    // Deques, because their elements do not move: the people are views into them.
     std::deque<std::array<std::string, 4>> texts_;
     std::deque<std::array<LabelledPhone, 2>> phones_;
     std::vector<Person> people_;
 };
 
-/// Preferences nobody has changed.
+/// Unchanged preferences.
 class UnsetUserDefaults final : public UserDefaults {
 public:
     bool hasValue(std::string_view /*key*/) const override { return false; }
@@ -87,7 +81,7 @@ public:
     }
 };
 
-/// The ports of a measurement: a book in memory, and others that do nothing.
+/// The ports of a benchmark: a book in memory, and others that do nothing.
 struct BenchPlatform {
     explicit BenchPlatform(std::size_t people, Twice twice = Twice::OneInTen)
         : addressBook(people, twice)
@@ -103,7 +97,7 @@ struct BenchPlatform {
     SilentAlert alert;
     ClosedWorkspace workspace;
     EmptyBundle bundle;
-    Platform platform{addressBook, userDefaults, alert, workspace, bundle};
+    Platform platform{&addressBook, userDefaults, alert, workspace, bundle};
 };
 
 }  // namespace dunmora::bench

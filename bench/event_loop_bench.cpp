@@ -17,7 +17,6 @@
 #include "engine/ContactsParser.h"
 #include "platform/Platform.h"
 #include "programs/dunmora/MainWindow.h"
-#include "programs/dunmora/SelectedAddressBook.h"
 #include "programs/dunmora/SupervisedApplication.h"
 #include "tests/fakes/TemporaryFolder.h"
 
@@ -111,9 +110,9 @@ public:
         Desktop::install(desktop_);
         Platform::install(platform_);
         window_.emplace(
-            supervised_, addressBook_,
+            supervised_, platform_,
             [](const std::filesystem::path& path) {
-                return std::make_unique<VCardAddressBook>(path);
+                return std::make_shared<VCardAddressBook>(path);
             },
             "");
     }
@@ -168,12 +167,11 @@ private:
     QtDesktop qt_;
     SupervisedApplication supervised_{qt_.application};
     Desktop desktop_{supervised_, qt_.interfaceLoader, qt_.openPanel, qt_.connectionOpener};
-    SelectedAddressBook addressBook_;
     IniUserDefaults userDefaults_;
     QtAlert alert_{qt_.application};
     QtWorkspace workspace_{qt_.application};
     BuildBundle bundle_;
-    Platform platform_{addressBook_, userDefaults_, alert_, workspace_, bundle_};
+    Platform platform_{nullptr, userDefaults_, alert_, workspace_, bundle_};
     // The ports are in place before it is made.
     std::optional<MainWindow> window_;
 };

@@ -6,6 +6,7 @@
 #include "engine/SafeString.h"
 #include "platform/AddressBook.h"
 #include "platform/Platform.h"
+#include "platform/PlatformError.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -37,6 +38,17 @@ public:
 private:
     std::function<void()> undo_;
 };
+
+/// The open address book. Errors: PlatformError when none is open.
+AddressBook& openBook()
+{
+    auto* const book = Platform::current().addressBook;
+    if (book == nullptr) {
+        throw PlatformError("No address book is open. Choose File > Open… to open a vCard file or "
+                            "a folder of them.");
+    }
+    return *book;
+}
 
 /// The person's text in a text field.
 std::string_view textOf(const Person& person, const ContactField& field)
@@ -99,7 +111,7 @@ bool ContactsParser::load()
         reset();
     });
 
-    const auto people = Platform::current().addressBook.readPeople();
+    const auto people = openBook().readPeople();
     contacts_.reserve(people.size());
     const auto progress = std::make_shared<Progress>();
     progress->total = static_cast<std::int32_t>(people.size());
@@ -178,7 +190,7 @@ void ContactsParser::deleteContacts(const Uids& uids)
     {
         const std::lock_guard guard(monitor_);
         postMessage("Deleting checked contacts...");
-        auto& book = Platform::current().addressBook;
+        auto& book = openBook();
         const auto progress = std::make_shared<Progress>();
 
         const std::unordered_set<std::string_view> checked(uids.begin(), uids.end());

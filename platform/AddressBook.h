@@ -3,60 +3,53 @@
 #include "platform/Person.h"
 
 #include <cstddef>
-#include <filesystem>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace dunmora {
 
-/// What a book has to say about its last reading.
+/// What the last reading of an address book left out or found odd.
 struct ReadingNotes {
-    /// Entries that are people's but could not be read; they stay in the book as they are. A remark
-    /// tells which.
+    /// How many people's entries could not be read. They stay in the book as they are, and a remark
+    /// names them.
     std::size_t cardsSkipped = 0;
-    /// Sentences for the user, such as which cards were skipped or which book was left out and why;
-    /// empty when all went well.
+    /// Sentences for the user, such as which cards were skipped, or which book was left out and
+    /// why. Empty when there is nothing to report.
     std::vector<std::string> remarks;
 };
 
-/// The user's address book: an ordered list of people, removals, and one write of all removals.
+/// The user's address book: lists people, collects removals, and writes them all at once.
 ///
-/// Thread: any, one call at a time; every call may block on a disk or a service.
-/// Errors: PlatformError from every call but `notes`, with the book's name and the reason; the book
-/// on disk is then as it was unless the text says what was done.
+/// A person is passed back as a reference into the last listing. The views of a listing stay valid
+/// until the next one, across a `save`.
+///
+/// Thread: any, one call at a time. Every call may block on a disk or a service.
+/// Errors: every call but `notes` throws PlatformError with the book's name and the reason. The
+/// book on disk is then unchanged unless the text says what was done.
 class AddressBook {
 public:
     virtual ~AddressBook() = default;
 
-    /// Reads the book anew and lists everyone in it. This is the reading that the user reviews.
-    /// Removals that were not saved are forgotten. The views stay valid until the next
-    /// `readPeople`.
+    /// Reads the book again and lists everyone in it, for the user to review. Forgets the removals
+    /// that were not saved.
     virtual std::span<const Person> readPeople() = 0;
 
-    /// Lists who can be removed now: a live book lists itself again, a book of files gives the
-    /// people of its last reading (reading first when there was none) less those removed since.
-    /// Removals that were not saved are forgotten. The views stay valid until the next listing.
+    /// Lists the people who can be removed now. A live book is listed again; a book of files
+    /// returns the people of its last reading (reading first if there is none) without those
+    /// removed since. Forgets the removals that were not saved.
     virtual std::span<const Person> people() = 0;
 
     /// Marks a person of the last listing as removed; nothing is written before `save`.
-    /// When it throws, all removals that were not saved are forgotten.
+    /// Errors: PlatformError when the person is not in the last listing or cannot be removed. All
+    /// removals that were not saved are then forgotten.
     virtual void removeRecord(const Person& person) = 0;
 
-    /// Writes the book once without the people removed since the last listing; with none removed it
-    /// writes nothing. Whether it returns or throws, no removal is pending afterwards.
+    /// Writes the book once, without the people removed since the last listing. Writes nothing if
+    /// there are none. No removal is pending afterwards, whether it returns or throws.
     virtual void save() = 0;
 
-    /// Makes sure that `backUp` can put these people of the last listing into one file; nothing is
-    /// written. Errors: PlatformError when it cannot.
-    virtual void checkBackUp(std::span<const Person* const> people) const = 0;
-
-    /// Writes these people of the last listing, in the order given, as vCards to a new file and
-    /// brings it to the disk before it returns. A file that exists is left alone and is an error.
-    virtual void backUp(std::span<const Person* const> people,
-                        const std::filesystem::path& file) = 0;
-
-    /// What the last reading has to tell the user.
+    /// What the last reading left out or found odd.
     virtual ReadingNotes notes() const = 0;
 };
 

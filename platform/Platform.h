@@ -10,14 +10,16 @@ class Workspace;
 
 /// The ports that a program has chosen. The program owns them and keeps them until it ends.
 struct Platform {
-    AddressBook& addressBook;
+    /// The open address book; null while none is open. The program changes it on the main thread,
+    /// and only while no job runs.
+    AddressBook* addressBook;
     UserDefaults& userDefaults;
     Alert& alert;
     Workspace& workspace;
     Bundle& bundle;
 
-    /// Makes these the ports that the core asks.
-    /// Thread: the main thread, before any job runs; `platform` must outlive its use.
+    /// Sets the ports that the core uses.
+    /// Thread: the main thread, before any job runs. `platform` must outlive its use.
     static void install(const Platform& platform) { installed() = &platform; }
 
     /// The ports installed last. Thread: any, after `install`.

@@ -148,8 +148,8 @@ void ReviewController::jobsEnded()
     warnings_.update(ContactsParser::parser());
     showWarnings();
     // A book that could not be read has nothing to say but what its failure said.
-    notes_ =
-        lastJob_ == LastJob::LoadFailed ? ReadingNotes() : Platform::current().addressBook.notes();
+    const auto* const book = Platform::current().addressBook;
+    notes_ = book == nullptr || lastJob_ == LastJob::LoadFailed ? ReadingNotes() : book->notes();
     showNotes();
     enableCommands();
     tableContacts_->setNeedsDisplay();

@@ -1,7 +1,6 @@
 #include "adapters/eds/EdsAddressBook.h"
 
 #include "adapters/eds/EdsDeletion.h"
-#include "adapters/posix/NewFile.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>
@@ -174,20 +173,6 @@ void EdsAddressBook::save()
     if (const auto failure = deletion.failure(); !failure.empty()) {
         throw PlatformError(failure);
     }
-}
-
-void EdsAddressBook::checkBackUp(std::span<const Person* const> people) const
-{
-    for (const auto* person : people) {
-        listing().positionOf(*person);
-    }
-}
-
-void EdsAddressBook::backUp(std::span<const Person* const> people,
-                            const std::filesystem::path& file)
-{
-    const auto content = cards(people);
-    writeNewFile(file, {content});
 }
 
 std::string EdsAddressBook::cards(std::span<const Person* const> people) const

@@ -32,8 +32,6 @@ public:
     void removeRecord(const Person& person) override;
     void save() override;
     ReadingNotes notes() const override { return notes_; }
-    void checkBackUp(std::span<const Person* const> people) const override;
-    void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
     std::string cards(std::span<const Person* const> people) const override;
 
 private:

@@ -5,6 +5,9 @@
 #include "adapters/eds/EdsModule.h"
 #include "platform/PlatformError.h"
 
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace dunmora {
@@ -14,11 +17,12 @@ bool isEdsName(std::string_view name)
     return name.starts_with(kEdsName);
 }
 
-std::unique_ptr<AddressBook> openEdsBook(std::string_view name)
+OpenedBook openEdsBook(std::string_view name)
 {
     name.remove_prefix(kEdsName.size());
-    return std::make_unique<EdsAddressBook>(
+    const auto book = std::make_shared<EdsAddressBook>(
         loadContactService(), name.empty() ? std::nullopt : std::optional(std::string(name)));
+    return {book, book};
 }
 
 bool hasEdsBooks()
@@ -30,12 +34,12 @@ bool hasEdsBooks()
     }
 }
 
-std::vector<EdsBookSummary> listEdsBooks()
+std::vector<DesktopBook> listEdsBooks()
 {
     return listEdsBooks(*loadContactService());
 }
 
-std::vector<EdsBookSummary> listEdsBooks(ContactService& service)
+std::vector<DesktopBook> listEdsBooks(ContactService& service)
 {
     const auto books = service.books();
     std::vector<std::string> uids;
@@ -45,11 +49,11 @@ std::vector<EdsBookSummary> listEdsBooks(ContactService& service)
     }
     auto contents = service.read(uids);
 
-    std::vector<EdsBookSummary> summaries;
+    std::vector<DesktopBook> summaries;
     summaries.reserve(books.size());
     for (std::size_t i = 0; i < books.size(); ++i) {
         auto& content = contents.at(i);
-        EdsBookSummary summary{books[i].uid, books[i].name, books[i].kind, {}, {}, {}};
+        DesktopBook summary{books[i].uid, books[i].name, books[i].kind, {}, {}, {}};
         if (content.failure.empty()) {
             EdsListing listing(PersonIds::OfOneBook);
             listing.add(books[i], std::move(content.people));

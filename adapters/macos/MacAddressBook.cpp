@@ -2,7 +2,6 @@
 
 #include "adapters/macos/FrameworkBook.h"
 #include "adapters/macos/FrameworkCall.h"
-#include "adapters/posix/NewFile.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>
@@ -16,20 +15,19 @@ namespace {
 
 constexpr std::string_view kBook = "The address book of this Mac";
 constexpr std::string_view kNothingMore =
-    " What was to be deleted cannot be taken back, so Dunmora deletes nothing more until it is "
-    "started again.";
+    " The removals cannot be undone, so Dunmora deletes nothing more. Start it again.";
 
 void requireBook(const FrameworkBook& book)
 {
     if (!book.isThere()) {
         throw PlatformError(
-            "macOS does not let Dunmora have the address book. Allow it to Dunmora, or to the "
-            "terminal that it runs in, in System Settings > Privacy & Security > Contacts, and "
-            "start it again.");
+            "macOS does not give Dunmora access to the address book. Allow it for Dunmora, or for "
+            "its terminal, in System Settings > Privacy & Security > Contacts, and start Dunmora "
+            "again.");
     }
 }
 
-/// What a user calls the person.
+/// The person's name for the user.
 std::string nameOf(const FrameworkPerson& person)
 {
     std::string name = person.firstName.value_or("");
@@ -43,7 +41,8 @@ std::string nameOf(const FrameworkPerson& person)
 
 PeopleListing listPeople()
 {
-    // The framework makes objects for all that it tells; a pool this often keeps few of them.
+    // The framework autoreleases objects for everything it returns; a pool per batch keeps few
+    // alive.
     constexpr std::size_t kPeopleAPool = 256;
     std::vector<FrameworkPerson> people;
     callFramework(kBook, [&] {
@@ -62,7 +61,7 @@ PeopleListing listPeople()
     return PeopleListing(std::move(people));
 }
 
-/// Where these people stand in the book, in the book's order; those who have gone are left out.
+/// The positions of these people in the book, in its order; those who are gone are omitted.
 std::vector<std::pair<std::size_t, const FrameworkPerson*>>
 find(const FrameworkBook& book, const std::vector<const FrameworkPerson*>& wanted)
 {
@@ -72,7 +71,7 @@ find(const FrameworkBook& book, const std::vector<const FrameworkPerson*>& wante
     }
     std::vector<std::pair<std::size_t, const FrameworkPerson*>> found;
     for (std::size_t i = 0; i < book.size() && !byUid.empty(); ++i) {
-        // Once found, a uid is no longer looked for: the listing, too, took the first who has it.
+        // As in the listing, the first person with a uid is the one who has it.
         const auto match = byUid.find(book.uid(i));
         if (match != byUid.end()) {
             found.emplace_back(i, match->second);
@@ -89,7 +88,7 @@ void requireUnchanged(const FrameworkBook& book,
         if (book.person(index) != *person) {
             throw PlatformError(nameOf(*person) +
                                 " has changed since the address book was read. Nobody was "
-                                "deleted. Read it again first.");
+                                "deleted. Reload it and try again.");
         }
     }
 }
@@ -152,7 +151,7 @@ void MacAddressBook::save()
             if (found.empty()) {
                 return;
             }
-            // Whatever leaves this early leaves removals behind.
+            // Any early exit from here on leaves removals in the framework.
             stranded_ = true;
             for (const auto& [index, person] : found) {
                 if (!book.removeRecord(index)) {
@@ -173,35 +172,24 @@ void MacAddressBook::save()
     }
 }
 
-void MacAddressBook::checkBackUp(std::span<const Person* const> people) const
-{
-    cardsOf(people);
-}
-
-void MacAddressBook::backUp(std::span<const Person* const> people,
-                            const std::filesystem::path& file)
-{
-    const auto cards = cardsOf(people);
-    writeNewFile(file, Pieces(cards.begin(), cards.end()));
-}
-
 ReadingNotes MacAddressBook::notes() const
 {
     ReadingNotes notes;
     notes.cardsSkipped = reading_.skipped().size();
     for (const auto& person : reading_.skipped()) {
-        notes.remarks.push_back(nameOf(person) +
-                                " was left out: the address book gives no identifier of its own.");
+        notes.remarks.push_back(
+            nameOf(person) +
+            " was left out: the address book gives this person no unique identifier.");
     }
     if (stranded_) {
         notes.remarks.emplace_back(
-            "A deletion could not be saved. Those whom it was about are not shown although the "
-            "address book may still have them; start Dunmora again to see them.");
+            "A deletion could not be saved. The people in it are not shown, although the address "
+            "book may still have them. Start Dunmora again to see them.");
     }
     return notes;
 }
 
-/// The person as the user saw them: whom only a later listing knows, as that told it.
+/// The person as the user reviewed them, or as the last listing has them if they are new.
 const FrameworkPerson& MacAddressBook::asReviewed(const std::string& uid) const
 {
     const auto* const person = reading_.find(uid);
@@ -225,7 +213,7 @@ void MacAddressBook::refuseWhereRemovalsAreStranded() const
     }
 }
 
-std::vector<std::string> MacAddressBook::cardsOf(std::span<const Person* const> people) const
+std::string MacAddressBook::cards(std::span<const Person* const> people) const
 {
     std::vector<const FrameworkPerson*> wanted;
     for (const auto* view : people) {
@@ -240,7 +228,7 @@ std::vector<std::string> MacAddressBook::cardsOf(std::span<const Person* const> 
         for (const auto& [index, person] : found) {
             callObjectiveC(kBook, [&, index = index, person = person] {
                 auto card = book.vCard(index);
-                // Not in another encoding either: the file is to be one text.
+                // A card in another encoding is refused too: the file must be one text.
                 if (!card || !card->starts_with("BEGIN:VCARD")) {
                     throw PlatformError(nameOf(*person) + " cannot be written as a vCard.");
                 }
@@ -251,15 +239,15 @@ std::vector<std::string> MacAddressBook::cardsOf(std::span<const Person* const> 
             });
         }
     });
-    std::vector<std::string> inOrder;
+    std::string content;
     for (const auto* person : wanted) {
         const auto card = cards.find(person->uid);
         if (card == cards.end()) {
             throw PlatformError(nameOf(*person) + " is not in the address book any more.");
         }
-        inOrder.push_back(card->second);
+        content += card->second;
     }
-    return inOrder;
+    return content;
 }
 
 }  // namespace dunmora

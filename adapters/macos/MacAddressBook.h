@@ -2,6 +2,7 @@
 
 #include "adapters/macos/PeopleListing.h"
 #include "platform/AddressBook.h"
+#include "platform/CardSource.h"
 
 #include <atomic>
 #include <optional>
@@ -13,26 +14,26 @@ namespace dunmora {
 
 class FrameworkBook;
 
-/// The name that stands for the Mac's own address book where others have a path.
+/// The name that opens the Mac's own address book, where other books have a path.
 constexpr std::string_view kMacAddressBookName = "macos:";
 
 /// The Mac's own address book, through the Address Book framework.
 ///
-/// The framework hears of removals in `save` and not before; there everyone to be removed is
-/// compared with what was read, and if one has changed nobody is removed. The framework cannot take
-/// a removal back: when it fails with some of them, they would go along with the next save, whoever
-/// asks for it. So the process deletes nothing more from then on.
+/// `save` passes the removals to the framework. It first compares everyone to be removed with what
+/// was read, and removes nobody if one of them has changed. The framework cannot undo a removal:
+/// those that could not be saved would be saved together with the next change. So the process
+/// deletes nothing more after such a failure.
 ///
-/// Thread: any, one call at a time; the framework is asked on a thread of its own.
-class MacAddressBook final : public AddressBook {
+/// Thread: any, one call at a time; the framework is called on its own thread.
+class MacAddressBook final : public AddressBook, public CardSource {
 public:
-    /// Whether the framework holds removals that could neither be saved nor taken back.
+    /// Whether the framework holds removals that could neither be saved nor undone.
     using StrandedRemovals = std::atomic<bool>;
 
-    /// The answer for the one address book that the framework gives a process.
+    /// The state of the one address book that a process has.
     static StrandedRemovals& strandedRemovalsOfTheProcess();
 
-    /// `stranded` must outlive it.
+    /// `stranded` must outlive the address book.
     explicit MacAddressBook(StrandedRemovals& stranded = strandedRemovalsOfTheProcess());
     ~MacAddressBook() override = default;
     MacAddressBook(const MacAddressBook&) = delete;
@@ -42,22 +43,20 @@ public:
     std::span<const Person> people() override;
     void removeRecord(const Person& person) override;
     void save() override;
-    void checkBackUp(std::span<const Person* const> people) const override;
-    void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
     ReadingNotes notes() const override;
+    std::string cards(std::span<const Person* const> people) const override;
 
 private:
     const PeopleListing& lastListing() const { return relisted_ ? *relisted_ : reading_; }
     const FrameworkPerson& asReviewed(const std::string& uid) const;
     const FrameworkPerson& listed(const Person& view) const;
     void refuseWhereRemovalsAreStranded() const;
-    std::vector<std::string> cardsOf(std::span<const Person* const> people) const;
 
     StrandedRemovals& stranded_;
-    // What the user reviews, and a later listing of the same.
+    // The listing that the user reviews, and the last one if it is another.
     PeopleListing reading_;
     std::optional<PeopleListing> relisted_;
-    // The uids of those to be removed, in the order in which that was asked for.
+    // The uids of those to be removed, in the order of the calls.
     std::vector<std::string> removals_;
 };
 

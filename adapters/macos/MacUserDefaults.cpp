@@ -32,14 +32,15 @@ bool MacUserDefaults::synchronize()
     return ask([] { return synchronizeStandardDefaults(); });
 }
 
-/// What the work returns; false, and once a line on standard error, where Objective-C throws.
+/// Returns what the work returns, or false when Objective-C throws. Prints the first such error to
+/// standard error.
 bool MacUserDefaults::ask(const std::function<bool()>& work) const
 {
     bool answer = false;
     try {
         callObjectiveC("The store of the preferences", [&] { answer = work(); });
     } catch (const PlatformError& error) {
-        std::call_once(told_, [&] {
+        std::call_once(errorReported_, [&] {
             std::fputs(("dunmora: " + std::string(error.what()) + "\n").c_str(), stderr);
         });
     }

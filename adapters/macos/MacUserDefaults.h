@@ -9,7 +9,7 @@
 namespace dunmora {
 
 /// The preferences in the user defaults of the program's bundle, where `defaults read` finds them.
-/// A program within the bundle shares them.
+/// The other program in the bundle shares them.
 class MacUserDefaults final : public UserDefaults {
 public:
     bool hasValue(std::string_view key) const override;
@@ -20,7 +20,7 @@ public:
 private:
     bool ask(const std::function<bool()>& work) const;
 
-    mutable std::once_flag told_;
+    mutable std::once_flag errorReported_;
 };
 
 }  // namespace dunmora

@@ -1,6 +1,5 @@
 #include "adapters/vcard/VCardAddressBook.h"
 
-#include "adapters/posix/NewFile.h"
 #include "adapters/vcard/VCardBook.h"
 #include "platform/PlatformError.h"
 
@@ -35,18 +34,6 @@ void VCardAddressBook::save()
     if (book_) {
         book_->save();
     }
-}
-
-void VCardAddressBook::checkBackUp(std::span<const Person* const> people) const
-{
-    static_cast<void>(cards(people));
-}
-
-void VCardAddressBook::backUp(std::span<const Person* const> people,
-                              const std::filesystem::path& file)
-{
-    const auto content = cards(people);
-    writeNewFile(file, {content});
 }
 
 std::string VCardAddressBook::cards(std::span<const Person* const> people) const

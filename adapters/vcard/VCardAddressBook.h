@@ -31,8 +31,6 @@ public:
     std::span<const Person> people() override;
     void removeRecord(const Person& person) override;
     void save() override;
-    void checkBackUp(std::span<const Person* const> people) const override;
-    void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
     ReadingNotes notes() const override;
     std::string cards(std::span<const Person* const> people) const override;
 

@@ -1,34 +1,23 @@
 #pragma once
 
+#include "platform/DesktopBook.h"
+#include "platform/OpenedBook.h"
+
 #include <cstddef>
 #include <functional>
 #include <iosfwd>
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace dunmora {
 
-class AddressBook;
 class Bundle;
 class UserDefaults;
 
-/// One of the address books that the user's desktop keeps.
-struct DesktopBook {
-    std::string uid;
-    std::string name;
-    std::string kind;
-    /// None where the book could not be read, and why, in a sentence.
-    std::optional<bool> isWritable;
-    std::optional<std::size_t> people;
-    std::string failure;
-};
-
-/// All that the terminal program touches of the machine it runs on.
+/// What the terminal program uses of the platform and the process.
 struct CliEnvironment {
-    /// Makes the address book that the user named; it need not read anything yet.
-    std::function<std::unique_ptr<AddressBook>(const std::string& name)> openAddressBook;
+    /// Opens the address book that the user named; it need not read anything yet.
+    std::function<OpenedBook(const std::string& name)> openAddressBook;
     UserDefaults& userDefaults;
     Bundle& bundle;
 
@@ -45,6 +34,8 @@ struct CliEnvironment {
 
     /// Lists the address books of the user's desktop. Errors: PlatformError.
     std::function<std::vector<DesktopBook>()> listDesktopBooks = nullptr;
+    /// The names that open address books of the system, as a part of a sentence for the help.
+    std::string systemBookHelp = {};
 };
 
 }  // namespace dunmora

@@ -22,10 +22,10 @@ const std::string_view kUsage =
 namespace {
 
 constexpr auto kExitCodes =
-    "Exit status: 0 done; 1 the address book could not be read or saved, or the deletion was "
-    "refused; 2 wrong use.";
+    "Exit status: 0 success; 1 the address book could not be read or saved, or the deletion was "
+    "refused or declined; 2 usage error.";
 
-/// What the options are read into; a value counts when its option was given.
+/// The parsed values. A value is used only when its option was given.
 struct Values {
     BookRequest book;
     DeleteRequest deletion;
@@ -60,24 +60,24 @@ void addQuietOption(CLI::App& command, Values& values)
                      "Show errors only: no progress, notes or warnings");
 }
 
-void addBookOptions(CLI::App& command, Values& values, const std::vector<std::string>& formats)
+void addBookOptions(CLI::App& command, Values& values, const std::vector<std::string>& formats,
+                    const std::string& systemBookHelp)
 {
     command
         .add_option("ADDRESS-BOOK", values.book.addressBook,
-                    "A vCard file, a folder whose *.vcf files hold the cards, eds: for all address "
-                    "books of the desktop, or eds:UID for one of them")
+                    "A vCard file or a folder whose *.vcf files hold the cards; " + systemBookHelp)
         ->required()
         ->type_name("");
     command
         .add_option("--match", values.match,
-                    "The fields whose equality makes two people the same, separated by commas: "
-                    "firstname,lastname,nickname,home,work,mobile (default: the stored ones)")
+                    "The fields to compare, separated by commas: " + matchFieldList() +
+                        " (default: the stored ones)")
         ->type_name("FIELDS");
     addFormatOption(command, values, formats);
     addQuietOption(command, values);
 }
 
-/// An option that may be given many times, each time with one value.
+/// An option with one value that may be repeated.
 void addUidOption(CLI::App& command, const std::string& name, std::vector<std::string>& uids,
                   const std::string& description)
 {
@@ -90,24 +90,24 @@ void addUidOption(CLI::App& command, const std::string& name, std::vector<std::s
 void addDeleteOptions(CLI::App& command, Values& values)
 {
     auto& deletion = values.deletion;
-    addUidOption(command, "--check", deletion.check, "Delete this person, too");
-    addUidOption(command, "--uncheck", deletion.uncheck, "Keep this person");
+    addUidOption(command, "--check", deletion.check, "Check this person for deletion");
+    addUidOption(command, "--uncheck", deletion.uncheck, "Uncheck this person");
     command.add_flag("--keep-one", deletion.keepOne,
-                     "Keep the first of every group that would lose every copy");
-    command.add_flag("--dry-run", deletion.dryRun, "Show what would be done and change nothing");
+                     "Keep the first person of every group that would lose every copy");
+    command.add_flag("--dry-run", deletion.dryRun, "Show what would be deleted and write nothing");
     command.add_flag("--yes", deletion.yes, "Delete without asking");
     command
         .add_option("--backup", values.backup,
-                    "First write the cards that are going to be deleted to this new file")
+                    "First write the cards to be deleted to this new file")
         ->type_name("FILE");
     command.add_flag("--allow-last-copy", deletion.allowLastCopy,
-                     "Delete people of whom no copy is left");
+                     "Delete people of whom no copy would be left");
     command.add_flag("--allow-blank-match", deletion.allowBlankMatch,
-                     "Delete people who share nothing but empty fields");
+                     "Delete people who share only empty fields");
 }
 
-/// The arguments with every "--name=" as the option and an empty value; the parser would take the
-/// next argument for the value.
+/// The arguments with every "--name=" split into the option and an empty value; the parser would
+/// take the next argument as the value.
 std::vector<std::string> withEmptyValues(std::span<const std::string> arguments)
 {
     std::vector<std::string> result;
@@ -173,7 +173,8 @@ FieldsRequest fieldsRequest(const CLI::App& command, const Values& values)
 
 }  // namespace
 
-Request parseCommandLine(std::span<const std::string> arguments, const std::string& version)
+Request parseCommandLine(std::span<const std::string> arguments, const std::string& version,
+                         const std::string& systemBookHelp)
 {
     const auto versionLine = "dunmora-cli " + version;
     Values values;
@@ -185,16 +186,15 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
 
     auto& list =
         addCommand(app, "list", "Shows the duplicates and what would be deleted", versionLine);
-    addBookOptions(list, values, {"table", "json", "csv"});
+    addBookOptions(list, values, {"table", "json", "csv"}, systemBookHelp);
     auto& deletion = addCommand(app, "delete", "Deletes the checked duplicates", versionLine);
-    addBookOptions(deletion, values, {"table", "json"});
+    addBookOptions(deletion, values, {"table", "json"}, systemBookHelp);
     addDeleteOptions(deletion, values);
     auto& fields = addCommand(app, "fields", "Shows or stores the match fields of the preferences",
                               versionLine);
     fields
         .add_option("FIELDS", values.fields,
-                    "The fields to store, separated by commas: "
-                    "firstname,lastname,nickname,home,work,mobile")
+                    "The fields to store, separated by commas: " + matchFieldList())
         ->type_name("");
     auto& books = addCommand(app, "books", "Lists the address books of the desktop", versionLine);
     addFormatOption(books, values, {"table", "json"});

@@ -14,10 +14,10 @@ namespace dunmora {
 
 enum class OutputFormat { Table, Json, Csv };
 
-/// Which address book to look through and how.
+/// Which address book to search, and how.
 struct BookRequest {
     std::string addressBook;
-    /// The match fields of this run; without them the stored preferences count.
+    /// The match fields of this run; nullopt for those of the stored preferences.
     std::optional<MatchFieldChoice> match;
     OutputFormat format = OutputFormat::Table;
     bool quiet = false;
@@ -43,7 +43,7 @@ struct DeleteRequest {
 
 /// `dunmora-cli fields`
 struct FieldsRequest {
-    /// What to store; without it the stored fields are only shown.
+    /// The fields to store; nullopt only shows the stored ones.
     std::optional<MatchFieldChoice> fields;
 };
 
@@ -60,11 +60,13 @@ struct PrintRequest {
 
 using Request = std::variant<ListRequest, DeleteRequest, FieldsRequest, BooksRequest, PrintRequest>;
 
-/// How the program is called, in a few lines.
+/// A short summary of the commands and options.
 extern const std::string_view kUsage;
 
-/// Reads the program's arguments (its name is not among them).
+/// Parses the program's arguments (without its name). `systemBookHelp` lists the names that open
+/// address books of the system, for the help.
 /// Errors: CommandError (wrong use).
-Request parseCommandLine(std::span<const std::string> arguments, const std::string& version);
+Request parseCommandLine(std::span<const std::string> arguments, const std::string& version,
+                         const std::string& systemBookHelp);
 
 }  // namespace dunmora

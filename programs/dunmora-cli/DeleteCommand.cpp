@@ -1,9 +1,12 @@
 #include "programs/dunmora-cli/DeleteCommand.h"
 
+#include "adapters/posix/NewFile.h"
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "engine/MatchKey.h"
+#include "platform/AddressBook.h"
 #include "platform/Alert.h"
+#include "platform/CardSource.h"
 #include "platform/PlatformError.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandError.h"
@@ -92,7 +95,7 @@ std::vector<const Person*> peopleWith(AddressBook& book, const std::vector<std::
 }
 
 /// Finds out before anything happens, in a dry run, too, that the backup cannot be written.
-void checkBackup(AddressBook& book, const std::vector<std::string>& uids,
+void checkBackup(AddressBook& book, const CardSource& cards, const std::vector<std::string>& uids,
                  const DeleteRequest& request)
 {
     const auto& file = *request.backup;
@@ -108,7 +111,7 @@ void checkBackup(AddressBook& book, const std::vector<std::string>& uids,
         throw CommandError(ExitCode::WrongUse,
                            "“" + file.string() + "” would become a part of the address book.");
     }
-    book.checkBackUp(peopleWith(book, uids));
+    static_cast<void>(cards.cards(peopleWith(book, uids)));
 }
 
 /// Shows who is going to be deleted: as a part of the result, and to those who are asked where they
@@ -140,11 +143,12 @@ bool userAgrees()
 
 /// Backs the people up where asked, and deletes them. A backup that was written stays, whatever
 /// comes after it.
-void backUpAndDelete(ContactsParser& engine, AddressBook& book,
+void backUpAndDelete(ContactsParser& engine, const ReviewSession& session,
                      const std::vector<std::string>& uids, const DeleteRequest& request)
 {
-    if (request.backup) {
-        book.backUp(peopleWith(book, uids), *request.backup);
+    if (request.backup && !request.dryRun) {
+        const auto cards = session.cardSource().cards(peopleWith(session.addressBook(), uids));
+        writeNewFile(*request.backup, {cards});
     }
     try {
         engine.deleteContacts(uids);
@@ -224,7 +228,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
         return ExitCode::Failed;
     }
     if (request.backup) {
-        checkBackup(session.addressBook(), uids, request);
+        checkBackup(session.addressBook(), session.cardSource(), uids, request);
     }
 
     show(engine, uids, request, environment);
@@ -232,7 +236,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
         report(environment, "Nothing was deleted.");
         return ExitCode::Failed;
     }
-    backUpAndDelete(engine, session.addressBook(), uids, request);
+    backUpAndDelete(engine, session, uids, request);
     printResult(engine, uids, request, environment);
     return ExitCode::Done;
 }

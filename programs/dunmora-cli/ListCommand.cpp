@@ -2,6 +2,7 @@
 
 #include "engine/ContactsParser.h"
 #include "engine/MatchKey.h"
+#include "platform/AddressBook.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/ContactCsv.h"

@@ -1,6 +1,7 @@
 #include "programs/dunmora-cli/ReviewSession.h"
 
 #include "engine/ContactsParser.h"
+#include "platform/AddressBook.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandLine.h"
@@ -15,12 +16,11 @@ namespace dunmora {
 
 namespace {
 
-std::unique_ptr<AddressBook> openBook(const BookRequest& request, const CliEnvironment& environment,
-                                      Changes changes)
+OpenedBook openBook(const BookRequest& request, const CliEnvironment& environment, Changes changes)
 {
     auto book = environment.openAddressBook(request.addressBook);
     if (changes == Changes::NotMade) {
-        book = std::make_unique<DryRunAddressBook>(std::move(book));
+        book.addressBook = std::make_shared<DryRunAddressBook>(std::move(book.addressBook));
     }
     return book;
 }
@@ -35,7 +35,7 @@ ReviewSession::ReviewSession(const BookRequest& request, const CliEnvironment& e
       platform_(openBook(request, environment, changes),
                 request.match ? overlay_ : environment.userDefaults, environment)
 {
-    // Another program may have stored other match fields since this one has read them.
+    // Another program may have stored other match fields since they were read.
     environment.userDefaults.synchronize();
     if (request.match) {
         storeMatchFields(*request.match);
@@ -50,11 +50,11 @@ ContactsParser& ReviewSession::review()
     auto& engine = ContactsParser::parser();
     engine.load();
     engine.findDupes();
-    tellNotes();
+    reportNotes();
     return engine;
 }
 
-void ReviewSession::tellNotes() const
+void ReviewSession::reportNotes() const
 {
     if (request_.quiet) {
         return;

@@ -9,15 +9,16 @@
 namespace dunmora {
 
 class AddressBook;
+class CardSource;
 class ContactsParser;
 struct BookRequest;
 struct CliEnvironment;
 
-/// Whether a session's changes of the address book are made or only seem to be.
+/// Whether a session changes the address book or only pretends to.
 enum class Changes { Made, NotMade };
 
-/// One command's way from the address book to the review: it installs the platform that the
-/// request asks for and runs the engine's jobs on it, one after the other.
+/// Runs the engine's jobs for one command, one after another, on the platform that its request
+/// asks for.
 /// Thread: the main thread.
 class ReviewSession final {
 public:
@@ -28,14 +29,15 @@ public:
     ReviewSession(const ReviewSession&) = delete;
     ReviewSession& operator=(const ReviewSession&) = delete;
 
-    /// Reads the address book, finds the duplicates and tells the user the book's notes.
+    /// Reads the address book, finds the duplicates and reports the book's notes.
     /// Errors: PlatformError when the book cannot be read.
     ContactsParser& review();
 
-    AddressBook& addressBook() const { return platform_.addressBook(); }
+    AddressBook& addressBook() const { return *platform_.book().addressBook; }
+    const CardSource& cardSource() const { return *platform_.book().cardSource; }
 
 private:
-    void tellNotes() const;
+    void reportNotes() const;
 
     const BookRequest& request_;
     const CliEnvironment& environment_;

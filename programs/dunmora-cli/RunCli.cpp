@@ -52,7 +52,8 @@ ExitCode run(std::span<const std::string> arguments, const CliEnvironment& envir
         return ExitCode::WrongUse;
     }
     const auto version = environment.bundle.objectForInfoDictionaryKey("CFBundleVersion");
-    const auto request = parseCommandLine(arguments, version.value_or(""));
+    const auto request =
+        parseCommandLine(arguments, version.value_or(""), environment.systemBookHelp);
     return std::visit(Runner{environment}, request);
 }
 

@@ -6,12 +6,12 @@
 
 namespace dunmora {
 
-TerminalPlatform::TerminalPlatform(std::unique_ptr<AddressBook> addressBook,
-                                   UserDefaults& userDefaults, const CliEnvironment& environment)
-    : addressBook_(std::move(addressBook)),
+TerminalPlatform::TerminalPlatform(OpenedBook book, UserDefaults& userDefaults,
+                                   const CliEnvironment& environment)
+    : book_(std::move(book)),
       alert_(environment.in, environment.err),
       workspace_(environment.out),
-      platform_{*addressBook_, userDefaults, alert_, workspace_, environment.bundle}
+      platform_{book_.addressBook.get(), userDefaults, alert_, workspace_, environment.bundle}
 {
     Platform::install(platform_);
 }

@@ -1,31 +1,30 @@
 #pragma once
 
-#include "platform/AddressBook.h"
+#include "platform/OpenedBook.h"
 #include "platform/Platform.h"
 #include "programs/dunmora-cli/PrintingWorkspace.h"
 #include "programs/dunmora-cli/TerminalAlert.h"
-
-#include <memory>
 
 namespace dunmora {
 
 struct CliEnvironment;
 
-/// The ports of one command on a terminal, installed for the core from here on.
-/// Thread: the main thread; the core may not be asked after its end.
+/// The ports of one command on a terminal, which it installs as the platform.
+/// Thread: the main thread; the core must not be used after it is destroyed.
 class TerminalPlatform final {
 public:
-    /// `userDefaults` and what `environment` refers to must outlive it.
-    TerminalPlatform(std::unique_ptr<AddressBook> addressBook, UserDefaults& userDefaults,
+    /// The ports of `book` are null for a command without one. `userDefaults` and what
+    /// `environment` refers to must outlive the platform.
+    TerminalPlatform(OpenedBook book, UserDefaults& userDefaults,
                      const CliEnvironment& environment);
     ~TerminalPlatform() = default;
     TerminalPlatform(const TerminalPlatform&) = delete;
     TerminalPlatform& operator=(const TerminalPlatform&) = delete;
 
-    AddressBook& addressBook() const { return *addressBook_; }
+    const OpenedBook& book() const { return book_; }
 
 private:
-    std::unique_ptr<AddressBook> addressBook_;
+    OpenedBook book_;
     TerminalAlert alert_;
     PrintingWorkspace workspace_;
     // Refers to those above.

@@ -1,8 +1,6 @@
 #include "adapters/bundle/BuildBundle.h"
-#include "adapters/eds/EdsBooks.h"
 #include "adapters/posix/ProcessSetup.h"
 #include "adapters/posix/ProcessShutdown.h"
-#include "platform/AddressBook.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/RunCli.h"
@@ -19,7 +17,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -44,26 +41,15 @@ bool wantsColour()
     return environmentVariable("NO_COLOR").empty() && environmentVariable("TERM") != "dumb";
 }
 
-std::vector<dunmora::DesktopBook> listDesktopBooks()
-{
-    std::vector<dunmora::DesktopBook> books;
-    for (auto& book : dunmora::listEdsBooks()) {
-        books.push_back({std::move(book.uid), std::move(book.name), std::move(book.kind),
-                         book.isWritable, book.people, std::move(book.failure)});
-    }
-    return books;
-}
-
 int runProgram(const std::vector<std::string>& arguments)
 {
     using namespace dunmora;
     const auto preferences = userDefaults();
     BuildBundle bundle;
-    return runCli(arguments,
-                  {[](const std::string& name) { return openAddressBook(name); }, *preferences,
-                   bundle, std::cin, std::cout, std::cerr, isatty(STDIN_FILENO) == 1,
-                   isatty(STDOUT_FILENO) == 1, isatty(STDERR_FILENO) == 1, terminalWidth(),
-                   wantsColour(), listDesktopBooks});
+    return runCli(arguments, {openAddressBook, *preferences, bundle, std::cin, std::cout, std::cerr,
+                              isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
+                              isatty(STDERR_FILENO) == 1, terminalWidth(), wantsColour(),
+                              listDesktopBooks, std::string(systemAddressBookHelp())});
 }
 
 }  // namespace

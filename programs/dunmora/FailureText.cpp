@@ -14,11 +14,11 @@ std::string failureText()
     } catch (const PlatformError& error) {
         return error.what();
     } catch (const std::bad_alloc&) {
-        return "There is not enough memory to go on.";
+        return "There is not enough memory. Close other programs and try again.";
     } catch (const std::exception& error) {
-        return "Something went wrong that should not have: " + std::string(error.what());
+        return "An unexpected error occurred: " + std::string(error.what());
     } catch (...) {
-        return "Something went wrong that should not have.";
+        return "An unexpected error occurred.";
     }
 }
 

@@ -1,6 +1,8 @@
 #include "programs/dunmora/MainWindow.h"
 
+#include "base/JobThreads.h"
 #include "base/Settings.h"
+#include "engine/ContactsParser.h"
 #include "platform/AddressBook.h"
 #include "platform/Alert.h"
 #include "platform/Bundle.h"
@@ -10,8 +12,10 @@
 #include "platform/TableView.h"
 #include "platform/Window.h"
 #include "programs/dunmora/FailureText.h"
-#include "programs/dunmora/SelectedAddressBook.h"
 #include "programs/dunmora/SupervisedApplication.h"
+#include "text/DisplayText.h"
+#include "ui/AppData.h"
+#include "ui/ProgressWindowController.h"
 
 #include <optional>
 #include <stdexcept>
@@ -29,14 +33,13 @@ std::unique_ptr<Interface> mainInterface()
 {
     auto interface = Desktop::current().interfaceLoader.load("MainWindow");
     if (!interface) {
-        throw std::runtime_error(
-            "The main window cannot be loaded. Dunmora is not installed as it should be.");
+        throw std::runtime_error("The main window cannot be loaded. Reinstall Dunmora.");
     }
     return interface;
 }
 
-/// What a user calls the address book: the last part of its path, also of one that ends in a
-/// separator or is relative.
+/// The name of the address book for its user: the last component of its path, even if that is
+/// relative or ends with a separator.
 std::string bookName(const std::filesystem::path& path)
 {
     std::error_code error;
@@ -50,16 +53,15 @@ std::string bookName(const std::filesystem::path& path)
 
 }  // namespace
 
-MainWindow::MainWindow(SupervisedApplication& application, SelectedAddressBook& addressBook,
+MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
                        MakeAddressBook makeAddressBook, std::string libraries)
     : application_(application),
-      addressBook_(addressBook),
+      platform_(platform),
       makeAddressBook_(std::move(makeAddressBook)),
       libraries_(std::move(libraries)),
       interface_(mainInterface()),
       contacts_(*interface_, [this] { delegate_.LoadContacts(); }),
-      review_(*interface_, contacts_, [this] { return openBook(); }),
-      failureHandler_(interface_->tableView(kTable), contacts_, review_)
+      review_(*interface_, contacts_, [this] { return openBook(); })
 {
     auto& window = interface_->window();
     window.setTitle(std::string(kName));
@@ -78,6 +80,7 @@ MainWindow::~MainWindow()
     application_.setObserver(nullptr);
     interface_->window().setDelegate(nullptr);
     interface_->tableView(kTable).setDataSource(nullptr, nullptr);
+    platform_.addressBook = nullptr;
 }
 
 void MainWindow::show()
@@ -105,8 +108,8 @@ void MainWindow::applicationDidFinishLaunching()
 
 void MainWindow::applicationDidBecomeActive()
 {
-    // A book dropped on the window, or the reload command, may come before the window is the active
-    // one. What that has begun is the first load: a second one beside it would use the same people.
+    // A dropped book or the reload command may start the first load before the first activation. A
+    // second load at the same time would use the same people.
     if (!jobsHaveBegun_) {
         delegate_.applicationDidBecomeActive();
     }
@@ -120,7 +123,21 @@ void MainWindow::jobsBegan(std::string_view name)
 
 void MainWindow::jobFailed(std::string_view name, const std::string& text)
 {
-    failureHandler_.jobFailed(name, text);
+    Settings::MsgBox(text);
+    auto& app = AppData::app();
+    if (app.progress()) {
+        app.progress()->close();
+    }
+    app.setProgress(nullptr);
+    ContactsParser::parser().reset();
+    // A deletion has disabled the table, and only an enabled one asks for the number of rows.
+    auto& table = interface_->tableView(kTable);
+    table.setEnabled(true);
+    table.reloadData();
+    review_.jobFailed(name);
+    if (name == kThreadDeleteCheckedContacts) {
+        contacts_.OnReload(nullptr);
+    }
 }
 
 void MainWindow::jobsEnded()
@@ -152,15 +169,16 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     if (application_.isBusy()) {
         return false;
     }
-    // Before the launch there is no open book to keep: that load tells what is wrong with the path,
-    // and a later one finds what has come under it meanwhile.
+    // Before the launch there is no open book to keep: the first load reports what is wrong with
+    // the path, and a later one finds a book that has appeared there since.
     std::error_code error;
     if (isLaunched_ && !std::filesystem::exists(path, error) && !error) {
-        Settings::MsgBox("“" + path.string() + "” does not exist.");
+        Settings::MsgBox(quotedPath(path) + " does not exist.");
         return false;
     }
     try {
-        addressBook_.select(makeAddressBook_(path));
+        addressBook_ = makeAddressBook_(path);
+        platform_.addressBook = addressBook_.get();
     } catch (...) {
         Settings::MsgBox(failureText());
         return false;
@@ -176,7 +194,7 @@ void MainWindow::showAbout() const
     const auto version = platform.bundle.objectForInfoDictionaryKey("CFBundleVersion");
     platform.alert.runModal(
         {std::string(kName) + (version ? " " + *version : ""),
-         "Finds and removes duplicated people in an address book.\n\nIt stands on " + libraries_ +
+         "Finds and removes duplicated people in an address book.\n\nBuilt with " + libraries_ +
              ".",
          "OK", std::nullopt});
 }

@@ -3,7 +3,6 @@
 #include "app/DunmoraAppDelegate.h"
 #include "platform/Application.h"
 #include "platform/InterfaceLoader.h"
-#include "programs/dunmora/JobFailureHandler.h"
 #include "programs/dunmora/JobObserver.h"
 #include "ui/ContactsController.h"
 #include "ui/ReviewController.h"
@@ -17,69 +16,73 @@
 namespace dunmora {
 
 class AddressBook;
-class SelectedAddressBook;
 class SupervisedApplication;
+struct Platform;
 
-/// The main window and everyone behind it: puts the controllers together, gives each command to
-/// whoever carries it out, and opens address books.
+/// The main window: creates and connects the controllers, assigns each command its handler, and
+/// opens address books.
 ///
 /// Thread: the main thread, after the platform and the desktop have been installed.
 class MainWindow final : public ApplicationDelegate, public JobObserver {
 public:
-    /// Makes the address book that stands under a path; it need not read anything yet.
-    /// Errors: PlatformError when there can be no such address book.
+    /// Creates the address book at a path; it need not read anything yet.
+    /// Errors: PlatformError when no address book can be at this path.
     using MakeAddressBook =
-        std::function<std::unique_ptr<AddressBook>(const std::filesystem::path& path)>;
+        std::function<std::shared_ptr<AddressBook>(const std::filesystem::path& path)>;
 
-    /// `libraries` is what the program stands on, as a list in words, for the user.
+    /// `platform` is the one installed; the window sets its open address book. `libraries` lists
+    /// the libraries that the program is built with, for the user.
     /// Errors: std::runtime_error when the window's interface cannot be loaded.
-    MainWindow(SupervisedApplication& application, SelectedAddressBook& addressBook,
+    MainWindow(SupervisedApplication& application, Platform& platform,
                MakeAddressBook makeAddressBook, std::string libraries);
-    /// No job may run.
+    /// No job may be running.
     ~MainWindow() override;
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
 
-    /// Puts the window on the screen.
+    /// Shows the window.
     void show();
 
-    /// Opens the address book of the command line, or one that was dropped on the window. Once the
-    /// application has been launched it is read at once; before, by the first activation. What is
-    /// not there or can be no address book is told to the user and leaves the open book alone; what
-    /// is there but cannot be read is told by its reading and is the open book then. While a job
-    /// runs nothing happens.
+    /// Opens the address book of the command line, or one dropped on the window. It is read at once
+    /// or, before the launch, at the first activation. A path that does not exist or cannot be an
+    /// address book is reported to the user, and the open book stays open. A book that cannot be
+    /// read becomes the open book, and loading it reports the error. Does nothing while a job runs.
     void open(const std::filesystem::path& path);
 
-    /// As `open`, for a path that is no file's and would mean little to the user as a title.
+    /// Like `open`, with a name for the title instead of the last component of the path.
     void openAs(std::string_view name, const std::filesystem::path& path);
 
     void applicationDidFinishLaunching() override;
     void applicationDidBecomeActive() override;
 
     void jobsBegan(std::string_view name) override;
+    /// Shows the message over the progress window, then closes that window, empties the table and
+    /// makes the program usable again. After a failed deletion it reloads everything, because the
+    /// engine has already forgotten people who are still in the address book.
     void jobFailed(std::string_view name, const std::string& text) override;
     void jobsEnded() override;
 
 private:
     void connectCommands();
-    /// Lets the user choose a book. Returns whether it is the open one now.
+    /// Lets the user choose a book. Returns whether it has been opened.
     bool openBook();
     bool select(std::string_view name, const std::filesystem::path& path);
     void showAbout() const;
 
     SupervisedApplication& application_;
-    SelectedAddressBook& addressBook_;
+    Platform& platform_;
+    // The open book; null until the first one is opened.
+    std::shared_ptr<AddressBook> addressBook_;
     MakeAddressBook makeAddressBook_;
     std::string libraries_;
     bool isLaunched_ = false;
     bool jobsHaveBegun_ = false;
 
-    // Outlives the controllers, which hold its outlets.
+    // Outlives the controllers, which use its outlets.
     std::unique_ptr<Interface> interface_;
     DunmoraAppDelegate delegate_;
     ContactsController contacts_;
     ReviewController review_;
-    JobFailureHandler failureHandler_;
 };
 
 }  // namespace dunmora

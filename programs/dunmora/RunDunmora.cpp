@@ -15,7 +15,6 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora/MainWindow.h"
-#include "programs/dunmora/SelectedAddressBook.h"
 #include "programs/dunmora/SupervisedApplication.h"
 #include "programs/platform/PlatformChoice.h"
 
@@ -34,9 +33,8 @@
 #include <string_view>
 #include <variant>
 
-/// A linker takes from a library only what something names. Stands outside every namespace because
-/// the macro declares a function.
-static void keepIcon()
+/// Links the icon, which nothing else refers to. The macro must be used outside every namespace.
+static void linkIcon()
 {
     Q_INIT_RESOURCE(dunmora);
 }
@@ -49,7 +47,7 @@ struct Options {
     std::filesystem::path addressBook;
 };
 
-/// The options, or the exit status of a program that has said all there is to say.
+/// The options, or the exit status if the program has nothing left to do.
 std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
 {
     Options options;
@@ -59,27 +57,28 @@ std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
                              bundle.objectForInfoDictionaryKey("CFBundleVersion").value_or(""));
     app.add_option("ADDRESS-BOOK", options.addressBook,
                    "A vCard file or a folder of vCard files; " +
-                       std::string(systemAddressBookHelp()))
+                       std::string(systemAddressBookHelp()) +
+                       " (default: " + std::string(systemAddressBookName()) + ")")
         ->option_text(" ");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        constexpr int kWrongUse = 2;
-        return app.exit(error) == 0 ? EXIT_SUCCESS : kWrongUse;
+        constexpr int kUsageError = 2;
+        return app.exit(error) == 0 ? EXIT_SUCCESS : kUsageError;
     }
     return options;
 }
 
 std::string libraries()
 {
-    auto text = std::string("Qt ") + qVersion() + " for its windows, ";
+    auto text = std::string("Qt ") + qVersion() + ", ";
     if (const auto own = systemAddressBookLibrary(); !own.empty()) {
         text += std::string(own) + ", ";
     }
-    return text + "CLI11 for its options and xxHash for the names of cards";
+    return text + "CLI11 and xxHash";
 }
 
-/// Opens the address book of the command line; without one, the user's own if the machine has one.
+/// Opens the address book of the command line, or else the system's, if there is one.
 void openFirst(MainWindow& mainWindow, const Options& options)
 {
     const std::filesystem::path own = systemAddressBookName();
@@ -108,18 +107,20 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     const Desktop desktop{supervised, interfaceLoader, openPanel, connectionOpener};
     Desktop::install(desktop);
 
-    SelectedAddressBook addressBook;
     const auto preferences = userDefaults();
     QtAlert alert(application);
     QtWorkspace workspace(application);
-    const Platform platform{addressBook, *preferences, alert, workspace, bundle};
+    Platform platform{nullptr, *preferences, alert, workspace, bundle};
     Platform::install(platform);
 
-    // Nothing can be dropped before the window it is dropped on is there.
+    // Set before the window is shown, so before anything can be dropped on it.
     MainWindow* dropTarget = nullptr;
     interfaceLoader.setDropHandler(
         "OnOpen", [&](const std::filesystem::path& path) { dropTarget->open(path); });
-    MainWindow mainWindow(supervised, addressBook, openAddressBook, libraries());
+    const auto addressBook = [](const std::filesystem::path& path) {
+        return openAddressBook(path).addressBook;
+    };
+    MainWindow mainWindow(supervised, platform, addressBook, libraries());
     dropTarget = &mainWindow;
     openFirst(mainWindow, options);
     mainWindow.show();
@@ -138,14 +139,12 @@ int runDunmora(int argc, char** argv, Bundle& bundle)
         if (const auto* const status = std::get_if<int>(&options)) {
             return *status;
         }
-        // Qt ends the process by a crash where it finds no display; who started the program is
-        // told better.
+        // Qt aborts the process when it finds no display.
         if (!hasDisplay()) {
-            std::cerr
-                << "dunmora: There is no display. In a terminal, dunmora-cli does the same.\n";
+            std::cerr << "dunmora: No display is available. Use dunmora-cli in a terminal.\n";
             return EXIT_FAILURE;
         }
-        keepIcon();
+        linkIcon();
         runProgram(argc, argv, std::get<Options>(options), bundle);
     } catch (const std::exception& error) {
         std::cerr << "dunmora: " << error.what() << '\n';

@@ -26,13 +26,12 @@ std::string_view systemAddressBookName()
 
 std::string_view systemAddressBookHelp()
 {
-    return "eds: for all address books of the desktop, which is the default, or eds:UID for one "
-           "of them";
+    return "eds: for all address books of the desktop, or eds:UID for one of them";
 }
 
 std::string_view systemAddressBookLibrary()
 {
-    return hasContactModule() ? "libebook for the desktop's address books" : "";
+    return hasContactModule() ? "libebook" : "";
 }
 
 bool hasSystemAddressBook()
@@ -40,12 +39,18 @@ bool hasSystemAddressBook()
     return hasEdsBooks();
 }
 
-std::unique_ptr<AddressBook> openAddressBook(const std::filesystem::path& path)
+std::vector<DesktopBook> listDesktopBooks()
+{
+    return listEdsBooks();
+}
+
+OpenedBook openAddressBook(const std::filesystem::path& path)
 {
     if (isEdsName(path.string())) {
         return openEdsBook(path.string());
     }
-    return std::make_unique<VCardAddressBook>(path);
+    const auto book = std::make_shared<VCardAddressBook>(path);
+    return {book, book};
 }
 
 std::unique_ptr<UserDefaults> userDefaults()

@@ -1,6 +1,7 @@
 #include "adapters/macos/MacAddressBook.h"
 #include "adapters/macos/MacUserDefaults.h"
 #include "adapters/vcard/VCardAddressBook.h"
+#include "platform/PlatformError.h"
 #include "programs/platform/PlatformChoice.h"
 
 namespace dunmora {
@@ -12,7 +13,7 @@ std::string_view systemAddressBookName()
 
 std::string_view systemAddressBookHelp()
 {
-    return "macos: for the Mac's own address book, which is the default";
+    return "macos: for the Mac's own address book";
 }
 
 std::string_view systemAddressBookLibrary()
@@ -22,16 +23,23 @@ std::string_view systemAddressBookLibrary()
 
 bool hasSystemAddressBook()
 {
-    // Whether the user lets the program see it is only known once it is read.
+    // Only reading it shows whether the user gives the program access.
     return true;
 }
 
-std::unique_ptr<AddressBook> openAddressBook(const std::filesystem::path& path)
+std::vector<DesktopBook> listDesktopBooks()
+{
+    throw PlatformError("A Mac has one address book only. Its name is macos:.");
+}
+
+OpenedBook openAddressBook(const std::filesystem::path& path)
 {
     if (path == kMacAddressBookName) {
-        return std::make_unique<MacAddressBook>();
+        const auto book = std::make_shared<MacAddressBook>();
+        return {book, book};
     }
-    return std::make_unique<VCardAddressBook>(path);
+    const auto book = std::make_shared<VCardAddressBook>(path);
+    return {book, book};
 }
 
 std::unique_ptr<UserDefaults> userDefaults()

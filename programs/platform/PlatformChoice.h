@@ -1,12 +1,15 @@
 #pragma once
 
+#include "platform/DesktopBook.h"
+#include "platform/OpenedBook.h"
+
 #include <filesystem>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
-class AddressBook;
 class UserDefaults;
 
 /// What depends on the platform: one source file per platform implements these functions, and the
@@ -26,9 +29,13 @@ std::string_view systemAddressBookLibrary();
 /// Whether the system's address book can be opened now. Blocks for a moment.
 bool hasSystemAddressBook();
 
+/// Lists the desktop's address books, each of which has a name like "eds:UID".
+/// Errors: PlatformError when they cannot be listed.
+std::vector<DesktopBook> listDesktopBooks();
+
 /// Opens the address book with this name or path; nothing is read yet.
 /// Errors: PlatformError when there can be no such address book.
-std::unique_ptr<AddressBook> openAddressBook(const std::filesystem::path& path);
+OpenedBook openAddressBook(const std::filesystem::path& path);
 
 /// The user's preferences.
 std::unique_ptr<UserDefaults> userDefaults();

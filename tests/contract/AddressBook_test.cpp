@@ -1,6 +1,7 @@
 #include "adapters/vcard/VCardAddressBook.h"
 #include "tests/adapters/vcard/BookTest.h"
 #include "tests/contract/AddressBookContract.h"
+#include "tests/contract/CardSourceContract.h"
 #include "tests/fakes/FakeAddressBook.h"
 #include "tests/fakes/FakeCard.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -15,6 +16,7 @@ namespace {
 class FakeUnderTest final {
 public:
     AddressBook& book() { return book_; }
+    CardSource& cardSource() { return book_; }
 
     void hold(const std::vector<FakePerson>& people) { book_ = FakeAddressBook(people); }
     std::vector<std::string> uidsSeenByOthers() { return book_.storedUids(); }
@@ -36,6 +38,7 @@ private:
 class VCardFileUnderTest final {
 public:
     AddressBook& book() { return book_; }
+    CardSource& cardSource() { return book_; }
 
     void hold(const std::vector<FakePerson>& people)
     {
@@ -48,7 +51,7 @@ public:
     std::vector<std::string> uidsSeenByOthers() { return uidsIn(file_); }
     std::string trace() { return traceOf(file_); }
 
-    // The owner has taken the write bits away, which counts for root too.
+    // A read-only file is refused for root, too.
     void breakSaving() { setPermissions(std::filesystem::perms::owner_read); }
     void mendSaving()
     {
@@ -66,10 +69,11 @@ private:
     VCardAddressBook book_{file_};
 };
 
-/// Two cards a file, so that removals rewrite some files and take others away.
+/// Two cards per file, so that removals rewrite some files and delete others.
 class VCardFolderUnderTest final {
 public:
     AddressBook& book() { return book_; }
+    CardSource& cardSource() { return book_; }
 
     void hold(const std::vector<FakePerson>& people)
     {
@@ -114,6 +118,10 @@ private:
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, AddressBookContract, FakeUnderTest);
 INSTANTIATE_TYPED_TEST_SUITE_P(VCardFile, AddressBookContract, VCardFileUnderTest);
 INSTANTIATE_TYPED_TEST_SUITE_P(VCardFolder, AddressBookContract, VCardFolderUnderTest);
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, CardSourceContract, FakeUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(VCardFile, CardSourceContract, VCardFileUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(VCardFolder, CardSourceContract, VCardFolderUnderTest);
 
 }  // namespace
 }  // namespace dunmora::test

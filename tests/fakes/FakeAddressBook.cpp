@@ -1,9 +1,11 @@
 #include "tests/fakes/FakeAddressBook.h"
 
 #include "platform/PlatformError.h"
+#include "tests/fakes/FakeCard.h"
 
 #include <algorithm>
-#include <fstream>
+#include <functional>
+#include <memory>
 
 namespace dunmora::test {
 
@@ -18,16 +20,25 @@ bool contains(const std::vector<std::string>& uids, const std::string& uid)
 
 std::span<const Person> FakeAddressBook::readPeople()
 {
-    return people();
+    ++readings_;
+    return list();
 }
 
 std::span<const Person> FakeAddressBook::people()
+{
+    ++listings_;
+    return list();
+}
+
+std::span<const Person> FakeAddressBook::list()
 {
     pending_.clear();
     onRead();
     listed_ = stored_;
     listedPhones_.assign(listed_.size(), {});
-    people_.clear();
+    // A new vector: a view of the last listing must not show somebody else.
+    std::vector<Person> people;
+    people.reserve(listed_.size());
     for (std::size_t i = 0; i < listed_.size(); ++i) {
         const auto& person = listed_[i];
         std::optional<PhoneList> phones;
@@ -37,9 +48,10 @@ std::span<const Person> FakeAddressBook::people()
             }
             phones = listedPhones_[i];
         }
-        people_.push_back({person.uid, person.firstName, person.lastName, person.nickname,
-                           person.modified, phones});
+        people.push_back({person.uid, person.firstName, person.lastName, person.nickname,
+                          person.modified, phones});
     }
+    people_ = std::move(people);
     return people_;
 }
 
@@ -47,7 +59,7 @@ void FakeAddressBook::removeRecord(const Person& person)
 {
     try {
         onRemove();
-        if (&person < people_.data() || &person >= people_.data() + people_.size()) {
+        if (!isListed(person)) {
             throw PlatformError("That person is not in the address book.");
         }
     } catch (...) {
@@ -69,16 +81,24 @@ void FakeAddressBook::save()
     ++writes_;
 }
 
-void FakeAddressBook::backUp(std::span<const Person* const> people,
-                             const std::filesystem::path& file)
+std::string FakeAddressBook::cards(std::span<const Person* const> people) const
 {
-    if (std::filesystem::exists(file)) {
-        throw PlatformError("“" + file.string() + "” exists already.");
-    }
-    std::ofstream out(file);
+    onCards();
+    std::string content;
     for (const auto* person : people) {
-        out << "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" << person->uid << "\r\nEND:VCARD\r\n";
+        if (!isListed(*person)) {
+            throw PlatformError("That person is not in the address book.");
+        }
+        content += cardOf(listed_[static_cast<std::size_t>(person - people_.data())]);
     }
+    return content;
+}
+
+bool FakeAddressBook::isListed(const Person& person) const
+{
+    const std::less<> isBefore;
+    const auto* const first = people_.data();
+    return !isBefore(&person, first) && isBefore(&person, first + people_.size());
 }
 
 std::vector<std::string> FakeAddressBook::storedUids() const
@@ -93,6 +113,12 @@ std::vector<std::string> FakeAddressBook::storedUids() const
 void FakeAddressBook::removeBehindTheBack(const std::string& uid)
 {
     std::erase_if(stored_, [&](const auto& person) { return person.uid == uid; });
+}
+
+OpenedBook lent(FakeAddressBook& book)
+{
+    const std::shared_ptr<FakeAddressBook> borrowed(std::shared_ptr<void>(), &book);
+    return {borrowed, borrowed};
 }
 
 }  // namespace dunmora::test

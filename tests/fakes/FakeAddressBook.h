@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/AddressBook.h"
+#include "platform/CardSource.h"
+#include "platform/OpenedBook.h"
 
 #include <cstddef>
 #include <functional>
@@ -11,7 +13,7 @@
 
 namespace dunmora::test {
 
-/// A person with texts of its own, every field filled; a test changes the field that matters.
+/// A person that owns its texts, with every field filled; a test changes the field that matters.
 struct FakePerson {
     struct Phone {
         std::optional<std::string> label;
@@ -30,7 +32,7 @@ struct FakePerson {
 };
 
 /// A live address book in memory: every listing shows what is in it now.
-class FakeAddressBook final : public AddressBook {
+class FakeAddressBook final : public AddressBook, public CardSource {
 public:
     FakeAddressBook() = default;
     explicit FakeAddressBook(std::vector<FakePerson> people) : stored_(std::move(people)) {}
@@ -39,37 +41,47 @@ public:
     std::span<const Person> people() override;
     void removeRecord(const Person& person) override;
     void save() override;
-    void checkBackUp(std::span<const Person* const> /*people*/) const override { onCheckBackUp(); }
-    void backUp(std::span<const Person* const> people, const std::filesystem::path& file) override;
     ReadingNotes notes() const override { return readingNotes; }
+    std::string cards(std::span<const Person* const> people) const override;
 
-    /// The uids of who is in the book, in its order.
+    /// The uids of the people in the book, in its order.
     std::vector<std::string> storedUids() const;
-    /// Takes someone out behind the program's back, as another program would.
+    /// Removes a person without the program's knowledge, as another program would.
     void removeBehindTheBack(const std::string& uid);
 
+    /// The numbers of calls of `readPeople` and of `people`.
+    std::size_t readings() const { return readings_; }
+    std::size_t listings() const { return listings_; }
     std::size_t savesAsked() const { return savesAsked_; }
     /// How many saves changed the book.
     std::size_t writes() const { return writes_; }
 
-    /// What the book says about its readings.
+    /// The notes that the book reports.
     ReadingNotes readingNotes;
 
     /// Called before each step, such as to fail there.
     std::function<void()> onRead = [] {};
     std::function<void()> onRemove = [] {};
     std::function<void()> onSave = [] {};
-    std::function<void()> onCheckBackUp = [] {};
+    std::function<void()> onCards = [] {};
 
 private:
+    std::span<const Person> list();
+    bool isListed(const Person& person) const;
+
     std::vector<FakePerson> stored_;
-    // What the last listing handed out stays readable until the next one.
+    // The views of the last listing stay valid until the next one.
     std::vector<FakePerson> listed_;
     std::vector<std::vector<LabelledPhone>> listedPhones_;
     std::vector<Person> people_;
     std::vector<std::string> pending_;
+    std::size_t readings_ = 0;
+    std::size_t listings_ = 0;
     std::size_t savesAsked_ = 0;
     std::size_t writes_ = 0;
 };
+
+/// Opens the book for a program; the test keeps owning it.
+OpenedBook lent(FakeAddressBook& book);
 
 }  // namespace dunmora::test

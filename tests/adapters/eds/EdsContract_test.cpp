@@ -2,10 +2,10 @@
 #include "tests/adapters/eds/OtherClient.h"
 #include "tests/adapters/eds/PrivateDesktop.h"
 #include "tests/contract/AddressBookContract.h"
+#include "tests/contract/CardSourceContract.h"
 #include "tests/fakes/FakeCard.h"
 
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,18 +22,19 @@ public:
         if (!PrivateDesktop::isPossible()) {
             return "Evolution Data Server is not installed.";
         }
-        if (property == "TellsWhatIsMissing") {
-            return "The service gives every contact a date of change.";
+        if (property == "LeavesMissingPropertiesEmpty") {
+            return "The service gives every contact a modification date.";
         }
         return std::nullopt;
     }
 
-    AddressBook& book() { return *book_; }
+    AddressBook& book() { return *book_.addressBook; }
+    CardSource& cardSource() { return *book_.cardSource; }
 
     void hold(const std::vector<FakePerson>& people)
     {
         PrivateDesktop::ofThisProcess();
-        if (!book_) {
+        if (!book_.addressBook) {
             others_.makeBook(uid_, "Contract");
             book_ = openEdsBook(std::string(kEdsName) + uid_);
         }
@@ -48,7 +49,7 @@ public:
     std::vector<std::string> uidsSeenByOthers() { return others_.uids(uid_); }
     std::string trace() { return PrivateDesktop::ofThisProcess().stored(uid_); }
 
-    // Whoever was changed by others is not removed.
+    // People whom others have changed are not removed.
     void breakSaving()
     {
         before_ = others_.cards(uid_);
@@ -68,15 +69,16 @@ public:
     }
 
 private:
-    // Each test has a book of its own.
+    // Each test has its own book.
     std::string uid_ = testing::UnitTest::GetInstance()->current_test_info()->name();
     OtherClient others_;
     std::map<std::string, std::string> before_;
-    // Made for the first people: nothing may run where a property is left out.
-    std::unique_ptr<AddressBook> book_;
+    // Opened with the first people, because a skipped test must not start the service.
+    OpenedBook book_;
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Eds, AddressBookContract, EdsBookUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(Eds, CardSourceContract, EdsBookUnderTest);
 
 }  // namespace
 }  // namespace dunmora::test

@@ -23,7 +23,7 @@ TEST(EdsLostBus, IsReportedAndNeitherHangsNorEndsTheProgram)
     OtherClient others;
     others.makeBook("friends", "Friends");
     others.add("friends", {"BEGIN:VCARD\r\nVERSION:3.0\r\nUID:ann\r\nFN:Ann\r\nEND:VCARD\r\n"});
-    const auto book = openEdsBook("eds:friends");
+    const auto book = openEdsBook("eds:friends").addressBook;
     for (const auto& person : book->readPeople()) {
         book->removeRecord(person);
     }

@@ -68,7 +68,7 @@ protected:
     AddressBook& book()
     {
         if (!book_) {
-            book_ = openEdsBook(std::string(kEdsName) + uid_);
+            book_ = openEdsBook(std::string(kEdsName) + uid_).addressBook;
         }
         return *book_;
     }
@@ -155,7 +155,7 @@ TEST_F(EdsServerTest, NamesTheBookWhileItsServerIsAwayAndRemovesNobodyLater)
 
     EXPECT_EQ(failureOf([&] { book().readPeople(); }),
               "“Work” could not be read: Its server cannot be reached.");
-    const auto all = openEdsBook("eds:");
+    const auto all = openEdsBook("eds:").addressBook;
     EXPECT_TRUE(all->readPeople().empty());
     EXPECT_EQ(all->notes().remarks,
               Lines{"“Work” could not be read: Its server cannot be reached."});

@@ -3,6 +3,7 @@
 #include "adapters/eds/EdsBooks.h"
 #include "adapters/eds/EdsModule.h"
 #include "platform/AddressBook.h"
+#include "platform/CardSource.h"
 #include "tests/adapters/eds/Deleting.h"
 #include "tests/adapters/eds/OtherClient.h"
 #include "tests/adapters/eds/PrivateDesktop.h"
@@ -113,13 +114,15 @@ protected:
         others_.add(uid_, cards);
     }
 
-    AddressBook& book()
+    OpenedBook& opened()
     {
-        if (!book_) {
+        if (!book_.addressBook) {
             book_ = openEdsBook(std::string(kEdsName) + uid_);
         }
-        return *book_;
+        return book_;
     }
+
+    AddressBook& book() { return *opened().addressBook; }
 
     void ask(const Lines& uids) { askFor(book(), uids); }
 
@@ -134,7 +137,7 @@ protected:
     OtherClient others_;
 
 private:
-    std::unique_ptr<AddressBook> book_;
+    OpenedBook book_;
 };
 
 TEST_F(EdsServiceTest, ReadsPeopleAndOmitsLists)
@@ -176,7 +179,7 @@ TEST_F(EdsServiceTest, ReadsAllBooksTogetherAndDeletesFromEach)
     others_.makeBook(second, "Others");
     holds({"ann", "ben"});
     others_.add(second, {cardOf("ann"), cardOf("cid")});
-    const auto all = openEdsBook("eds:");
+    const auto all = openEdsBook("eds:").addressBook;
 
     std::vector<const Person*> checked;
     for (const auto& person : all->readPeople()) {
@@ -215,7 +218,7 @@ TEST_F(EdsServiceTest, NamesABookThatCannotBeReachedAndReadsTheOthers)
     const auto broken = uid_ + "2";
     others_.makeBook(broken, "Nowhere", "nosuchkind");
     holds({"ann"});
-    const auto all = openEdsBook("eds:");
+    const auto all = openEdsBook("eds:").addressBook;
 
     const auto uids = uidsOf(all->readPeople());
 
@@ -509,10 +512,7 @@ TEST_F(EdsServiceTest, ReturnsTheCardsByteForByte)
     const auto people = book().readPeople();
     const std::vector<const Person*> chosen{&people[1]};
 
-    const TemporaryFolder folder;
-    book().backUp(chosen, folder.path() / "backup.vcf");
-
-    EXPECT_EQ(contentOf(folder.path() / "backup.vcf"), others_.cards(uid_).at("ben") + "\r\n");
+    EXPECT_EQ(opened().cardSource->cards(chosen), others_.cards(uid_).at("ben") + "\r\n");
 }
 
 }  // namespace

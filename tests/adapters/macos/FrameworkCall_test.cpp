@@ -13,7 +13,7 @@
 namespace dunmora::test {
 namespace {
 
-/// What the work of the other thread ends with, in words.
+/// How the work on the framework's thread ended, as a text.
 std::string endOf(const std::function<void()>& work)
 {
     try {
@@ -37,7 +37,7 @@ TEST(FrameworkCall, WaitsForTheWork)
     EXPECT_TRUE(isDone);
 }
 
-TEST(FrameworkCall, HasOneThreadForAll)
+TEST(FrameworkCall, UsesOneThreadForAllCalls)
 {
     std::thread::id first;
     std::thread::id second;
@@ -51,30 +51,30 @@ TEST(FrameworkCall, HasOneThreadForAll)
     EXPECT_NE(first, std::this_thread::get_id());
 }
 
-TEST(FrameworkCall, MakesAPlatformErrorOfWhatObjectiveCThrows)
+TEST(FrameworkCall, TurnsObjectiveCExceptionsIntoPlatformErrors)
 {
     EXPECT_EQ(endOf([] { raiseInObjectiveC("No such record."); }),
               "The book has failed: No such record.");
 }
 
-TEST(FrameworkCall, BringsTheWordsIntoOneLine)
+TEST(FrameworkCall, PutsTheReasonOnOneLine)
 {
     EXPECT_EQ(endOf([] { raiseInObjectiveC("Two\nlines.\n"); }), "The book has failed: Two lines.");
 }
 
-TEST(FrameworkCall, HasWordsForAnExceptionThatHasNone)
+TEST(FrameworkCall, UsesTheNameOfAnExceptionWithoutAReason)
 {
     EXPECT_EQ(endOf([] { raiseInObjectiveC(""); }), "The book has failed: NSGenericException.");
 }
 
-TEST(FrameworkCall, LetsExceptionsOfCppThroughAsTheyAre)
+TEST(FrameworkCall, PassesCppExceptionsThroughUnchanged)
 {
     EXPECT_EQ(endOf([] { throw PlatformError("Not there."); }), "Not there.");
     EXPECT_EQ(endOf([] { throw std::bad_alloc(); }), "no memory");
     EXPECT_EQ(endOf([] { throw std::logic_error("odd"); }), "a fault: odd");
 }
 
-TEST(FrameworkCall, GoesOnAfterAFailure)
+TEST(FrameworkCall, WorksAfterAFailure)
 {
     for (int i = 0; i < 100; ++i) {
         endOf([] { raiseInObjectiveC("No such record."); });
@@ -84,7 +84,7 @@ TEST(FrameworkCall, GoesOnAfterAFailure)
     EXPECT_EQ(endOf([] {}), "done");
 }
 
-TEST(FrameworkCall, KeepsCallsWithinACallApart)
+TEST(FrameworkCall, KeepsNestedCallsApart)
 {
     std::string inner;
 
@@ -101,9 +101,9 @@ TEST(FrameworkCall, KeepsCallsWithinACallApart)
     EXPECT_EQ(outer, "The book has failed: No such book.");
 }
 
-TEST(FrameworkCall, RunsWhatIsToBeDoneAtTheEndOfAScope)
+TEST(FrameworkCall, RunsDestructors)
 {
-    // A handler in Objective-C must not keep C++ from tidying up on the way to it.
+    // An Objective-C exception must unwind the C++ frames on its way to the handler.
     bool isTidied = false;
     struct Tidy {
         bool& isTidied;

@@ -41,7 +41,7 @@ protected:
         }
     }
 
-    /// The words of a deletion that fails, none of one that does not.
+    /// Returns the deletion's error; empty when it succeeds.
     std::string failureOfDeleting(const Uids& uids)
     {
         try {
@@ -63,8 +63,7 @@ protected:
         return "";
     }
 
-    /// Holds that nothing more is deleted, and that the user is told so, whatever becomes of the
-    /// framework.
+    /// Expects further deletions to be refused with a message, even when the framework works again.
     void expectRefusalForGood()
     {
         addresses_.state().save = Fault::None;
@@ -72,9 +71,8 @@ protected:
         addresses_.mendSaving();
         const auto before = addresses_.uidsSeenByOthers();
         EXPECT_EQ(failureOfDeleting({before.back()}),
-                  "The address book of this Mac could not be saved before. What was to be deleted "
-                  "cannot be taken back, so Dunmora deletes nothing more until it is started "
-                  "again.");
+                  "The address book of this Mac could not be saved before. The removals cannot be "
+                  "undone, so Dunmora deletes nothing more. Start it again.");
         MacAddressBook another(stranded_);
         EXPECT_THROW(another.removeRecord(another.readPeople().back()), PlatformError);
         book_.save();
@@ -90,7 +88,7 @@ protected:
     MacAddressBook book_{stranded_};
 };
 
-TEST_F(MacAddressBookTest, TellsTheSixPropertiesOfAPerson)
+TEST_F(MacAddressBookTest, ReturnsTheSixPropertiesOfAPerson)
 {
     const auto before = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     const FakePerson ann;
@@ -103,7 +101,7 @@ TEST_F(MacAddressBookTest, TellsTheSixPropertiesOfAPerson)
     EXPECT_EQ(people[0].firstName, *ann.firstName);
     EXPECT_EQ(people[0].lastName, *ann.lastName);
     EXPECT_EQ(people[0].nickname, *ann.nickname);
-    // That of the reading, as Addresses has it.
+    // Addresses reports the time of reading.
     EXPECT_GE(people[0].modified, before);
     EXPECT_LE(people[0].modified,
               std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
@@ -115,7 +113,7 @@ TEST_F(MacAddressBookTest, TellsTheSixPropertiesOfAPerson)
     EXPECT_TRUE(book_.notes().remarks.empty());
 }
 
-TEST_F(MacAddressBookTest, TellsWhichPropertiesAreMissing)
+TEST_F(MacAddressBookTest, LeavesMissingPropertiesEmpty)
 {
     addresses_.hold({FakePerson{"bare", {}, {}, {}, {}, {}}});
 
@@ -125,11 +123,11 @@ TEST_F(MacAddressBookTest, TellsWhichPropertiesAreMissing)
     EXPECT_EQ(people[0].firstName, std::nullopt);
     EXPECT_EQ(people[0].lastName, std::nullopt);
     EXPECT_EQ(people[0].nickname, std::nullopt);
-    // Addresses has an empty list where others have none.
+    // Addresses returns an empty list instead of none.
     EXPECT_TRUE(people[0].phones.value_or(PhoneList()).empty());
 }
 
-TEST_F(MacAddressBookTest, GivesLabelsAsTheFrameworkStoresThem)
+TEST_F(MacAddressBookTest, ReturnsLabelsAsTheFrameworkStoresThem)
 {
     FakePerson ann;
     ann.phones = {{{"_$!<HomeFAX>!$_", "1"}, {"WorkPhone", "2"}, {"iPhone Mobile", "3"}}};
@@ -142,7 +140,7 @@ TEST_F(MacAddressBookTest, GivesLabelsAsTheFrameworkStoresThem)
     EXPECT_EQ(PhoneNumber(phones, "mobile"), "3");
 }
 
-TEST_F(MacAddressBookTest, GivesTextsAsUtf8)
+TEST_F(MacAddressBookTest, ReturnsTextsAsUtf8)
 {
     hold({"a"});
     addresses_.rename("a", "Zoë 李 🙂");
@@ -166,25 +164,25 @@ TEST_F(MacAddressBookTest, ReadsMorePeopleThanOnePoolHolds)
     }
 }
 
-TEST_F(MacAddressBookTest, AsksForPermissionWhereThereIsNoAddressBook)
+TEST_F(MacAddressBookTest, ExplainsHowToAllowAccessWhenThereIsNoAddressBook)
 {
     addresses_.state().isMissing = true;
 
     EXPECT_EQ(failureOfReading(),
-              "macOS does not let Dunmora have the address book. Allow it to Dunmora, or to the "
-              "terminal that it runs in, in System Settings > Privacy & Security > Contacts, and "
-              "start it again.");
+              "macOS does not give Dunmora access to the address book. Allow it for Dunmora, or"
+              " for its terminal, in System Settings > Privacy & Security > Contacts, and start"
+              " Dunmora again.");
     EXPECT_THROW(book_.people(), PlatformError);
 }
 
-TEST_F(MacAddressBookTest, DoesNotTakeAMissingListForAnEmptyBook)
+TEST_F(MacAddressBookTest, DoesNotMistakeAMissingListForAnEmptyBook)
 {
     addresses_.state().people = Fault::Refuse;
 
     EXPECT_NE(failureOfReading(), "");
 }
 
-TEST_F(MacAddressBookTest, DeletesNobodyWherePermissionWasTakenAway)
+TEST_F(MacAddressBookTest, DeletesNobodyWhenPermissionWasRevoked)
 {
     hold({"a", "b"});
     book_.removeRecord(book_.readPeople()[0]);
@@ -198,7 +196,7 @@ TEST_F(MacAddressBookTest, DeletesNobodyWherePermissionWasTakenAway)
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a"}));
 }
 
-TEST_F(MacAddressBookTest, MakesAPlatformErrorOfWhatTheFrameworkThrows)
+TEST_F(MacAddressBookTest, TurnsFrameworkExceptionsIntoPlatformErrors)
 {
     hold({"a"});
     addresses_.state().people = Fault::Raise;
@@ -224,7 +222,7 @@ TEST_F(MacAddressBookTest, KeepsTheReadingWhenALaterOneFails)
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"b"}));
 }
 
-TEST_F(MacAddressBookTest, TellsOfAPersonWhoCannotBeRead)
+TEST_F(MacAddressBookTest, ReportsAPersonWhoCannotBeRead)
 {
     hold({"a", "b"});
     addresses_.damage("b");
@@ -250,8 +248,8 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsAfterASaveThatFailed)
     addresses_.breakSaving();
 
     EXPECT_EQ(failureOfDeleting({"a"}),
-              "The address book of this Mac could not be saved. What was to be deleted cannot be "
-              "taken back, so Dunmora deletes nothing more until it is started again.");
+              "The address book of this Mac could not be saved. The removals cannot be undone, "
+              "so Dunmora deletes nothing more. Start it again.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();
@@ -263,9 +261,8 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsAfterASaveThatThrew)
     addresses_.state().save = Fault::Raise;
 
     EXPECT_EQ(failureOfDeleting({"a"}),
-              "The address book of this Mac has failed: The database is damaged. What was to be "
-              "deleted cannot be taken back, so Dunmora deletes nothing more until it is started "
-              "again.");
+              "The address book of this Mac has failed: The database is damaged. The removals "
+              "cannot be undone, so Dunmora deletes nothing more. Start it again.");
 
     expectRefusalForGood();
 }
@@ -277,9 +274,8 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsWhenARemovalInTheMiddleIsRefused)
     addresses_.state().removalsBefore = 1;
 
     EXPECT_EQ(failureOfDeleting({"a", "b"}),
-              "macOS does not remove “Ann Lee” from the address book. Nobody was deleted. What was "
-              "to be deleted cannot be taken back, so Dunmora deletes nothing more until it is "
-              "started again.");
+              "macOS does not remove “Ann Lee” from the address book. Nobody was deleted. The "
+              "removals cannot be undone, so Dunmora deletes nothing more. Start it again.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();
@@ -291,13 +287,13 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsWhenARemovalInTheMiddleThrows)
     addresses_.state().remove = Fault::Raise;
     addresses_.state().removalsBefore = 1;
 
-    EXPECT_NE(failureOfDeleting({"a", "b"}).find("until it is started again"), std::string::npos);
+    EXPECT_NE(failureOfDeleting({"a", "b"}).find("Start it again"), std::string::npos);
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();
 }
 
-TEST_F(MacAddressBookTest, GoesOnAfterAFailureThatLeftNoRemovals)
+TEST_F(MacAddressBookTest, ContinuesAfterAFailureThatLeftNoRemovals)
 {
     hold({"a", "b"});
     book_.readPeople();
@@ -319,8 +315,8 @@ TEST_F(MacAddressBookTest, DeletesNobodyWhenOneOfThemHasChangedSinceTheyWereRead
     addresses_.rename("b", "Bob");
 
     EXPECT_EQ(failureOfDeleting({"a", "b"}),
-              "“Ann Lee” has changed since the address book was read. Nobody was deleted. Read it "
-              "again first.");
+              "“Ann Lee” has changed since the address book was read. Nobody was deleted. "
+              "Reload it and try again.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     book_.readPeople();
@@ -328,7 +324,7 @@ TEST_F(MacAddressBookTest, DeletesNobodyWhenOneOfThemHasChangedSinceTheyWereRead
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"c"}));
 }
 
-TEST_F(MacAddressBookTest, DoesNotMindChangesOfPeopleWhoStay)
+TEST_F(MacAddressBookTest, IgnoresChangesToPeopleWhoStay)
 {
     hold({"a", "b"});
     book_.readPeople();
@@ -352,29 +348,25 @@ TEST_F(MacAddressBookTest, RemovesTheRestWhenOneOfThemHasGoneMeanwhile)
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"c"}));
 }
 
-TEST_F(MacAddressBookTest, BacksUpTheCardsOfTheFrameworkInTheOrderGiven)
+TEST_F(MacAddressBookTest, ReturnsTheFrameworksCardsInTheGivenOrder)
 {
-    const TemporaryFolder folder;
     hold({"a", "b", "c"});
     addresses_.rename("a", "Alice");
     addresses_.rename("c", "Carol");
     const auto people = book_.readPeople();
     const std::vector<const Person*> chosen = {&people[2], &people.front()};
 
-    book_.checkBackUp(chosen);
-    book_.backUp(chosen, folder.path() / "backup.vcf");
+    const auto cards = book_.cards(chosen);
 
-    const auto backup = contentOf(folder.path() / "backup.vcf");
-    EXPECT_TRUE(backup.starts_with("BEGIN:VCARD"));
-    EXPECT_LT(backup.find("Carol"), backup.find("Alice"));
-    EXPECT_NE(backup.find("Alice"), std::string::npos);
-    EXPECT_EQ(backup.find("Ann"), std::string::npos);
-    EXPECT_TRUE(backup.ends_with("\n"));
+    EXPECT_TRUE(cards.starts_with("BEGIN:VCARD"));
+    EXPECT_LT(cards.find("Carol"), cards.find("Alice"));
+    EXPECT_NE(cards.find("Alice"), std::string::npos);
+    EXPECT_EQ(cards.find("Ann"), std::string::npos);
+    EXPECT_TRUE(cards.ends_with("\n"));
 }
 
-TEST_F(MacAddressBookTest, BacksUpNobodyWhoHasChangedOrGone)
+TEST_F(MacAddressBookTest, ReturnsNoCardOfAPersonWhoHasChangedOrIsGone)
 {
-    const TemporaryFolder folder;
     hold({"a", "b"});
     const auto people = book_.readPeople();
     const std::vector<const Person*> ann = {&people.front()};
@@ -382,16 +374,13 @@ TEST_F(MacAddressBookTest, BacksUpNobodyWhoHasChangedOrGone)
     addresses_.rename("a", "Alice");
     addresses_.take("b");
 
-    EXPECT_THROW(book_.checkBackUp(ann), PlatformError);
-    EXPECT_THROW(book_.checkBackUp(bob), PlatformError);
-    EXPECT_THROW(book_.backUp(bob, folder.path() / "backup.vcf"), PlatformError);
-
-    EXPECT_TRUE(namesIn(folder.path()).empty());
+    EXPECT_THROW(book_.cards(ann), PlatformError);
+    EXPECT_THROW(book_.cards(bob), PlatformError);
 }
 
 TEST(MacAddressBookOfTheFramework, IsTheOneThatTheFrameworkShares)
 {
-    // No book of a test's: the framework gives its own, in the folder that `main` has shown it.
+    // Not a test's book, but the framework's own, in the folder that `main` has set.
     MacAddressBook book;
 
     EXPECT_TRUE(book.readPeople().empty());

@@ -1,5 +1,6 @@
 #include "adapters/macos/MacUserDefaults.h"
 #include "platform/AddressBook.h"
+#include "platform/PlatformError.h"
 #include "programs/platform/PlatformChoice.h"
 #include "tests/adapters/macos/AddressesBook.h"
 
@@ -15,12 +16,18 @@ TEST(MacPlatform, OpensTheAddressBookOfTheMacByItsName)
     AddressesBook addresses;
     addresses.hold({FakePerson()});
 
-    const auto book = openAddressBook("macos:");
+    const auto book = openAddressBook("macos:").addressBook;
 
     ASSERT_EQ(book->readPeople().size(), 1U);
     EXPECT_EQ(book->readPeople()[0].firstName, "Ann");
     EXPECT_EQ(systemAddressBookName(), "macos:");
     EXPECT_TRUE(hasSystemAddressBook());
+}
+
+TEST(MacPlatform, NamesItsOneAddressBookInTheHelp)
+{
+    EXPECT_EQ(systemAddressBookHelp(), "macos: for the Mac's own address book");
+    EXPECT_THROW(listDesktopBooks(), PlatformError);
 }
 
 TEST(MacPlatform, OpensFilesByTheirPath)
@@ -31,19 +38,19 @@ TEST(MacPlatform, OpensFilesByTheirPath)
     const auto file = folder.path() / "book.vcf";
     write(file, "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:bob\r\nN:;Bob\r\nEND:VCARD\r\n");
 
-    const auto book = openAddressBook(file);
+    const auto book = openAddressBook(file).addressBook;
 
     ASSERT_EQ(book->readPeople().size(), 1U);
     EXPECT_EQ(book->readPeople()[0].firstName, "Bob");
 }
 
-TEST(MacPlatform, KeepsPreferencesWhereTheMacDoes)
+TEST(MacPlatform, StoresPreferencesInTheUserDefaults)
 {
     const auto defaults = userDefaults();
 
-    defaults->setBool("machine", true);
+    defaults->setBool("platform", true);
 
-    EXPECT_TRUE(MacUserDefaults().boolForKey("machine"));
+    EXPECT_TRUE(MacUserDefaults().boolForKey("platform"));
     EXPECT_TRUE(hasDisplay());
 }
 

@@ -12,10 +12,10 @@
 namespace dunmora::test {
 namespace {
 
-// GNUstep gives a process one store, in the folder of the build that `main` has shown it, and every
-// test has keys of its own. So what two programs do to one store is not tried here.
+// GNUstep has one store per process, in the build folder that `main` has set, so each test uses its
+// own keys. Two programs that share a store are not tested here.
 
-TEST(MacUserDefaults, HasNothingUnderAKeyThatWasNeverSet)
+TEST(MacUserDefaults, HasNoValueForAKeyThatWasNeverSet)
 {
     const MacUserDefaults defaults;
 
@@ -23,7 +23,7 @@ TEST(MacUserDefaults, HasNothingUnderAKeyThatWasNeverSet)
     EXPECT_FALSE(defaults.boolForKey("neverSet"));
 }
 
-TEST(MacUserDefaults, KeepsAStoredFalseApartFromAnAbsentKey)
+TEST(MacUserDefaults, DistinguishesAStoredFalseFromAMissingKey)
 {
     MacUserDefaults defaults;
 
@@ -33,7 +33,7 @@ TEST(MacUserDefaults, KeepsAStoredFalseApartFromAnAbsentKey)
     EXPECT_FALSE(defaults.boolForKey("storedFalse"));
 }
 
-TEST(MacUserDefaults, GivesTheValueSetLast)
+TEST(MacUserDefaults, ReturnsTheValueSetLast)
 {
     MacUserDefaults defaults;
     for (const bool value : {true, false, true}) {
@@ -43,7 +43,7 @@ TEST(MacUserDefaults, GivesTheValueSetLast)
     }
 }
 
-TEST(MacUserDefaults, HasWhatItStoresOnTheDisk)
+TEST(MacUserDefaults, WritesItsValuesToDisk)
 {
     MacUserDefaults defaults;
 
@@ -60,7 +60,7 @@ TEST(MacUserDefaults, HasWhatItStoresOnTheDisk)
     EXPECT_TRUE(MacUserDefaults().boolForKey("onTheDisk-ü"));
 }
 
-TEST(MacUserDefaults, DoesNotMindAKeyThatIsNoText)
+TEST(MacUserDefaults, IgnoresAKeyThatIsNotUtf8)
 {
     MacUserDefaults defaults;
 

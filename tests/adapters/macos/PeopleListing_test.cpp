@@ -29,7 +29,7 @@ TEST(PeopleListing, ShowsPeopleInTheirOrder)
     EXPECT_EQ(listing.people()[1].uid, "a");
 }
 
-TEST(PeopleListing, LeavesOutWhoCannotBeToldApart)
+TEST(PeopleListing, SkipsPeopleWithoutAUniqueUid)
 {
     const PeopleListing listing({person("a"), person(""), person("a"), person("b")});
 
@@ -38,7 +38,7 @@ TEST(PeopleListing, LeavesOutWhoCannotBeToldApart)
     EXPECT_EQ(listing.skipped().size(), 2U);
 }
 
-TEST(PeopleListing, CountsWholeSecondsDownwards)
+TEST(PeopleListing, RoundsTimesDownToSeconds)
 {
     auto early = person("a");
     early.modified = -0.5s;
@@ -51,7 +51,7 @@ TEST(PeopleListing, CountsWholeSecondsDownwards)
     EXPECT_EQ(listing.people()[1].modified, std::chrono::sys_seconds(1714557600s));
 }
 
-TEST(PeopleListing, KeepsAnEmptyListOfNumbersApartFromNone)
+TEST(PeopleListing, DistinguishesAnEmptyListOfPhonesFromNone)
 {
     auto empty = person("a");
     empty.phones.emplace();
@@ -63,7 +63,7 @@ TEST(PeopleListing, KeepsAnEmptyListOfNumbersApartFromNone)
     EXPECT_FALSE(listing.people()[1].phones.has_value());
 }
 
-TEST(PeopleListing, FindsAPersonByItsOwnViewOnly)
+TEST(PeopleListing, FindsPeopleByItsOwnViewsOnly)
 {
     const PeopleListing listing({person("a"), person("b")});
     const PeopleListing other({person("a"), person("b")});

@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <string>
 
-/// What GNUstep makes once for the life of a process looks like a leak to the sanitizer, which asks
-/// here what to pass over.
+/// Suppresses the leak sanitizer's reports of what GNUstep allocates once for the process's
+/// lifetime.
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the sanitizer's name
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions()
@@ -19,8 +19,8 @@ extern "C" const char* __lsan_default_suppressions()
 }
 // NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
-/// GNUstep reads its settings, which tell where the user's preferences and address book are, before
-/// `main`. So the program starts itself anew with settings that lead to folders of the build.
+/// Restarts the program with settings that put the preferences and the address book into the build
+/// folder, because GNUstep reads its settings before `main`.
 int main(int argc, char* argv[])
 {
     constexpr auto kVariable = "GNUSTEP_CONFIG_FILE";
@@ -30,7 +30,7 @@ int main(int argc, char* argv[])
         // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
         setenv(kVariable, DUNMORA_GNUSTEP_SETTINGS, 1);
         execv("/proc/self/exe", argv);
-        std::perror("macos_tests: cannot start anew with settings of its own");
+        std::perror("macos_tests: cannot restart with its own settings");
         return EXIT_FAILURE;
     }
     try {

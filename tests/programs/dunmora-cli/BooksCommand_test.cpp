@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace dunmora::test {
 namespace {
 
@@ -53,7 +55,7 @@ TEST_F(BooksCommandTest, IsQuietWhenAsked)
     EXPECT_EQ(err(), "");
 }
 
-TEST_F(BooksCommandTest, LetsNoNameHarmATerminal)
+TEST_F(BooksCommandTest, ShowsNoControlCharacterOfAName)
 {
     books_ = {{"x", "evil\x1b[2J\nname", "local", true, 0, ""}};
 
@@ -64,7 +66,7 @@ TEST_F(BooksCommandTest, LetsNoNameHarmATerminal)
     EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 2);
 }
 
-TEST_F(BooksCommandTest, SaysWhyTheDesktopCannotBeAsked)
+TEST_F(BooksCommandTest, ReportsWhyTheDesktopCannotBeReached)
 {
     environment_.listDesktopBooks = []() -> std::vector<DesktopBook> {
         throw PlatformError("There is no desktop.");
@@ -76,7 +78,7 @@ TEST_F(BooksCommandTest, SaysWhyTheDesktopCannotBeAsked)
     EXPECT_EQ(err(), "dunmora-cli: There is no desktop.\n");
 }
 
-TEST_F(BooksCommandTest, KnowsNoOtherFormat)
+TEST_F(BooksCommandTest, RejectsOtherFormats)
 {
     EXPECT_EQ(run({"books", "--format", "csv"}), 2);
 }

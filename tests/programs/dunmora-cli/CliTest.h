@@ -3,7 +3,6 @@
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/RunCli.h"
 #include "tests/fakes/FakePlatform.h"
-#include "tests/fakes/LentAddressBook.h"
 #include "tests/fakes/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -81,7 +80,7 @@ protected:
     std::ostringstream err_;
     CliEnvironment environment_{[this](const std::string& name) {
                                     opened_.push_back(name);
-                                    return std::make_unique<LentAddressBook>(book_);
+                                    return lent(book_);
                                 },
                                 userDefaults_,
                                 bundle_,

@@ -19,14 +19,14 @@ protected:
     }
 };
 
-TEST_F(CommandLineTest, TellsItsVersionOnStandardOutput)
+TEST_F(CommandLineTest, PrintsItsVersionOnStandardOutput)
 {
     EXPECT_EQ(run({"--version"}), 0);
     EXPECT_EQ(out(), "dunmora-cli 0.1\n");
     EXPECT_EQ(err(), "");
 }
 
-TEST_F(CommandLineTest, TellsItsVersionForEveryCommand)
+TEST_F(CommandLineTest, PrintsItsVersionForEveryCommand)
 {
     for (const std::string command : {"list", "delete", "fields"}) {
         EXPECT_EQ(run({command, "--version"}), 0) << command;
@@ -34,7 +34,7 @@ TEST_F(CommandLineTest, TellsItsVersionForEveryCommand)
     }
 }
 
-TEST_F(CommandLineTest, ExplainsItselfOnStandardOutput)
+TEST_F(CommandLineTest, PrintsItsHelpOnStandardOutput)
 {
     EXPECT_EQ(run({"--help"}), 0);
     for (const std::string part : {"list", "delete", "fields", "--version", "Exit status"}) {
@@ -62,7 +62,19 @@ TEST_F(CommandLineTest, ExplainsEveryOptionOfACommand)
     EXPECT_NE(out().find("FIELDS"), std::string::npos);
 }
 
-TEST_F(CommandLineTest, ShowsTheUsageWhenNothingIsGiven)
+TEST_F(CommandLineTest, ExplainsTheNamesOfTheSystemsAddressBooks)
+{
+    environment_.systemBookHelp = "own: for the system's own";
+
+    for (const std::string command : {"list", "delete"}) {
+        EXPECT_EQ(run({command, "--help"}), 0);
+        EXPECT_NE(out().find("hold the cards; own: for the system's own\n"), std::string::npos)
+            << out();
+        EXPECT_EQ(out().find("eds:"), std::string::npos);
+    }
+}
+
+TEST_F(CommandLineTest, ShowsTheUsageWithoutArguments)
 {
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(out(), "");
@@ -70,7 +82,7 @@ TEST_F(CommandLineTest, ShowsTheUsageWhenNothingIsGiven)
     EXPECT_NE(err().find("dunmora-cli fields [FIELDS]"), std::string::npos);
 }
 
-TEST_F(CommandLineTest, RefusesWhatItDoesNotKnow)
+TEST_F(CommandLineTest, RefusesUnknownArguments)
 {
     expectWrongUse({"tidy"}, "A command is needed");
     expectWrongUse({"--yes"}, "A command is needed");
@@ -110,7 +122,7 @@ TEST_F(CommandLineTest, RefusesAnEmptyNameBetweenMatchFields)
     expectWrongUse({"list", "book.vcf", "--match", "firstname,,home"}, "“”");
 }
 
-TEST_F(CommandLineTest, ToleratesBlanksAroundMatchFields)
+TEST_F(CommandLineTest, IgnoresBlanksAroundMatchFields)
 {
     bookHoldsAnnTwice();
 
@@ -133,7 +145,7 @@ TEST_F(CommandLineTest, AsksForAtLeastOneMatchField)
     }
 }
 
-TEST_F(CommandLineTest, OpensTheAddressBookUnderTheNameGiven)
+TEST_F(CommandLineTest, OpensTheAddressBookByTheGivenName)
 {
     run({"list", "book.vcf"});
     run({"list", "list"});

@@ -473,7 +473,7 @@ TEST_F(DeleteTest, AllowsABackupThatTheBookDoesNotTakeForItsOwn)
 TEST_F(DeleteTest, RefusesABackupThatTheBookCannotMakeInADryRunToo)
 {
     bookHoldsAnnTwice();
-    book_.onCheckBackUp = [] { throw PlatformError("The cards do not go together."); };
+    book_.onCards = [] { throw PlatformError("The cards do not go together."); };
     const auto backup = folder_.path() / "backup.vcf";
 
     for (const auto* option : {"--yes", "--dry-run"}) {

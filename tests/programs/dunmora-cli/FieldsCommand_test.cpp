@@ -1,9 +1,11 @@
 #include "tests/programs/dunmora-cli/CliTest.h"
 
+#include <map>
+
 namespace dunmora::test {
 namespace {
 
-/// Preferences on a disk that takes nothing.
+/// Preferences that cannot be written to disk.
 class UnwritableUserDefaults final : public UserDefaults {
 public:
     bool hasValue(std::string_view key) const override { return memory_.hasValue(key); }
@@ -52,7 +54,7 @@ TEST_F(FieldsTest, KeepsTheStoredFieldsWhenAskedForNone)
     EXPECT_TRUE(userDefaults_.onDisk().empty());
 }
 
-TEST_F(FieldsTest, SaysThatNoFieldIsStored)
+TEST_F(FieldsTest, ReportsThatNoFieldIsStored)
 {
     userDefaults_.setBool("filterFirstname", false);
     userDefaults_.setBool("filterLastname", false);
@@ -62,7 +64,7 @@ TEST_F(FieldsTest, SaysThatNoFieldIsStored)
     EXPECT_EQ(err(), "You should choose at least one field as match condition!\n");
 }
 
-TEST_F(FieldsTest, SaysWhenTheFieldsCannotBeStored)
+TEST_F(FieldsTest, ReportsThatTheFieldsCannotBeStored)
 {
     UnwritableUserDefaults unwritable;
     const CliEnvironment environment{

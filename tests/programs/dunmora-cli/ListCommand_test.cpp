@@ -410,7 +410,7 @@ TEST_F(ListTest, ClearsTheProgressBeforeAnError)
 
 TEST_F(ListTest, SaysThatTheBookCannotBeOpened)
 {
-    environment_.openAddressBook = [](const std::string& name) -> std::unique_ptr<AddressBook> {
+    environment_.openAddressBook = [](const std::string& name) -> OpenedBook {
         throw PlatformError("no book “" + name + "”");
     };
 

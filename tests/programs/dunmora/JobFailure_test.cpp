@@ -1,6 +1,8 @@
 #include "base/JobNotifications.h"
 #include "base/NotificationCenter.h"
+#include "engine/ContactsParser.h"
 #include "tests/programs/dunmora/MainWindowTest.h"
+#include "ui/AppData.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -26,7 +28,7 @@ protected:
         };
     }
 
-    /// The state after a failure is one in which the user can go on.
+    /// Expects a state in which the user can continue.
     void expectIdle()
     {
         EXPECT_FALSE(supervised_.isBusy());
@@ -46,16 +48,15 @@ protected:
         EXPECT_TRUE(main_->command("OnDelete").isEnabled);
     }
 
-    /// The interface loaded last; while an alert of a failure is shown, that of the progress
-    /// window.
+    /// The interface loaded last: the progress window while a failure is reported.
     FakeInterface* progress_ = nullptr;
-    // At each alert with one button.
+    // Recorded at each alert with one button.
     std::vector<bool> progressWasVisible_;
     std::vector<bool> wasBusy_;
     std::vector<bool> commandsWereEnabled_;
 };
 
-TEST_F(JobFailureTest, OfALoadIsToldWhileTheProgressWindowIsOpen)
+TEST_F(JobFailureTest, OfALoadIsReportedWhileTheProgressWindowIsOpen)
 {
     start(file_);
     book_.onRead = [] { throw PlatformError("“address-book.vcf” cannot be read."); };
@@ -88,7 +89,7 @@ TEST_F(JobFailureTest, OfALoadLeavesTheProgramUsable)
     expectTheBookCanBeReadAgain();
 }
 
-TEST_F(JobFailureTest, OfTheFirstLoadIsToldLikeAnyOther)
+TEST_F(JobFailureTest, OfTheFirstLoadIsReportedLikeAnyOther)
 {
     book_.onRead = [] { throw PlatformError("“address-book.vcf” cannot be read."); };
 
@@ -100,7 +101,7 @@ TEST_F(JobFailureTest, OfTheFirstLoadIsToldLikeAnyOther)
     expectTheBookCanBeReadAgain();
 }
 
-TEST_F(JobFailureTest, OfASearchIsToldInASentenceOfOurs)
+TEST_F(JobFailureTest, OfASearchIsReportedAsUnexpected)
 {
     auto& center = NotificationCenter::defaultCenter();
     center.addObserver(this, kMsgShowMessage, [](const Notification& notification) {
@@ -112,14 +113,14 @@ TEST_F(JobFailureTest, OfASearchIsToldInASentenceOfOurs)
     start(file_);
     center.removeObserver(this, kMsgShowMessage);
 
-    EXPECT_EQ(alerts(), Lines{"Something went wrong that should not have: index 7"});
+    EXPECT_EQ(alerts(), Lines{"An unexpected error occurred: index 7"});
     EXPECT_EQ(progressWasVisible_, std::vector{true});
     EXPECT_EQ(emptiness(), "The search could not be finished");
     expectIdle();
     expectTheBookCanBeReadAgain();
 }
 
-TEST_F(JobFailureTest, LeavesNoRowsOfASearchThatHadFoundThem)
+TEST_F(JobFailureTest, LeavesNoRowsOfAFinishedSearch)
 {
     makeWindow();
     auto& center = NotificationCenter::defaultCenter();
@@ -133,7 +134,7 @@ TEST_F(JobFailureTest, LeavesNoRowsOfASearchThatHadFoundThem)
     application_.runUntilIdle();
     center.removeObserver(this, kMsgReload);
 
-    EXPECT_EQ(alerts(), Lines{"Something went wrong that should not have: no window"});
+    EXPECT_EQ(alerts(), Lines{"An unexpected error occurred: no window"});
     EXPECT_TRUE(ContactsParser::parser().duplicates().empty());
     EXPECT_EQ(table().rows, 0U);
     EXPECT_EQ(emptiness(), "The search could not be finished");
@@ -154,7 +155,7 @@ TEST_F(JobFailureTest, OfADeletionIsFollowedByAReload)
     EXPECT_EQ(application_.threads,
               (Lines{"LoadContacts", "FindDuplicates", "DeleteCheckedContacts", "LoadContacts",
                      "FindDuplicates"}));
-    // Everyone whom the engine had forgotten is there again.
+    // The reload restores the people that the engine had already forgotten.
     EXPECT_EQ(book_.storedUids(), (Lines{"ann-1", "ben", "ann-2"}));
     EXPECT_EQ(table().rows, 2U);
     EXPECT_EQ(main_->textField("txtTotal").stringValue, "2 duplicates of 3");
@@ -163,7 +164,7 @@ TEST_F(JobFailureTest, OfADeletionIsFollowedByAReload)
     EXPECT_TRUE(main_->command("OnDelete").isEnabled);
 }
 
-TEST_F(JobFailureTest, OfADeletionLeavesNobodyMarkedWhenTheReloadIsCancelled)
+TEST_F(JobFailureTest, OfADeletionUnchecksEverybodyWhenTheReloadIsCancelled)
 {
     start(file_);
     book_.onSave = [] { throw PlatformError("“address-book.vcf” is read-only."); };
@@ -179,7 +180,7 @@ TEST_F(JobFailureTest, OfADeletionLeavesNobodyMarkedWhenTheReloadIsCancelled)
     }
 }
 
-TEST_F(JobFailureTest, OfADeletionAndOfItsReloadAreToldOneAfterTheOther)
+TEST_F(JobFailureTest, OfADeletionAndOfItsReloadAreReportedInOrder)
 {
     start(file_);
     book_.onSave = [this] {

@@ -2,10 +2,9 @@
 
 #include "platform/PlatformError.h"
 #include "programs/dunmora/MainWindow.h"
-#include "programs/dunmora/SelectedAddressBook.h"
 #include "programs/dunmora/SupervisedApplication.h"
 #include "tests/fakes/DesktopTest.h"
-#include "tests/fakes/LentAddressBook.h"
+#include "tests/fakes/People.h"
 #include "tests/fakes/TemporaryFolder.h"
 
 #include <filesystem>
@@ -17,8 +16,8 @@
 
 namespace dunmora::test {
 
-/// The whole program with windows but for its toolkit and its adapters, on real threads. Every path
-/// leads to one address book in memory: Ann twice, and Ben.
+/// The whole program with windows, without its toolkit and adapters, on real threads. By default
+/// every path opens the same address book in memory: Ann twice, and Ben.
 class MainWindowTest : public DesktopTest {
 protected:
     MainWindowTest()
@@ -37,28 +36,20 @@ protected:
         window_.reset();
     }
 
-    static FakePerson person(const std::string& uid, const std::string& firstName)
-    {
-        FakePerson made;
-        made.uid = uid;
-        made.firstName = firstName;
-        return made;
-    }
-
     void makeWindow()
     {
         window_.emplace(
-            supervised_, selected_,
-            [this](const std::filesystem::path& path) -> std::unique_ptr<AddressBook> {
+            supervised_, platformWithChoice_,
+            [this](const std::filesystem::path& path) {
                 opened_.push_back(path);
                 onMakeAddressBook();
-                return std::make_unique<LentAddressBook>(book_);
+                return lent(*bookToOpen_).addressBook;
             },
             "Toolkit 1.0 and Hash 2.0");
         main_ = loader_.last;
     }
 
-    /// What the program does on the machine, up to the end of the first search.
+    /// Launches the program and runs it to the end of the first search.
     void start(const std::optional<std::filesystem::path>& book)
     {
         makeWindow();
@@ -72,13 +63,13 @@ protected:
 
     FakeTableView& table() { return main_->tableView("tableContacts"); }
     std::string title() const { return main_->fakeWindow.title; }
-    /// The title over the empty table, or nothing while there are rows.
+    /// The title of the empty view, or an empty text while the table has rows.
     std::string emptiness()
     {
         return main_->view("vwEmpty").isHidden ? "" : main_->textField("txtEmptyTitle").stringValue;
     }
 
-    /// The first lines of the alerts so far.
+    /// The messages of the alerts so far.
     std::vector<std::string> alerts() const
     {
         std::vector<std::string> texts;
@@ -91,13 +82,13 @@ protected:
     TemporaryFolder folder_;
     std::filesystem::path file_ = folder_.path() / "address-book.vcf";
     FakeAddressBook book_{{person("ann-1", "Ann"), person("ben", "Ben"), person("ann-2", "Ann")}};
+    FakeAddressBook* bookToOpen_ = &book_;
     std::string dialogAnswer_ = "OnOkay";
-    /// The paths of the address books that were made.
+    /// The paths of the address books created so far.
     std::vector<std::filesystem::path> opened_;
     std::function<void()> onMakeAddressBook = [] {};
 
-    SelectedAddressBook selected_;
-    Platform platformWithChoice_{selected_, platform_.userDefaults, platform_.alert,
+    Platform platformWithChoice_{nullptr, platform_.userDefaults, platform_.alert,
                                  platform_.workspace, platform_.bundle};
     SupervisedApplication supervised_{application_};
     Desktop supervisedDesktop_{supervised_, loader_, desktop_.openPanel, desktop_.connections};

@@ -8,7 +8,7 @@ namespace {
 using Lines = std::vector<std::string>;
 using Paths = std::vector<std::filesystem::path>;
 
-TEST_F(MainWindowTest, IsCalledLikeTheProgramWithoutABook)
+TEST_F(MainWindowTest, HasTheNameOfTheProgramWithoutABook)
 {
     makeWindow();
     EXPECT_EQ(title(), "Dunmora");
@@ -37,7 +37,7 @@ TEST_F(MainWindowTest, NamesTheBookInItsTitle)
     EXPECT_EQ(title(), "/ – Dunmora");
 }
 
-TEST_F(MainWindowTest, GivesABookThatIsNoFileTheNameItIsTold)
+TEST_F(MainWindowTest, ShowsTheGivenNameOfABookThatIsNotAFile)
 {
     makeWindow();
     window_->openAs("Address Book", "desktop:");
@@ -52,7 +52,7 @@ TEST_F(MainWindowTest, GivesABookThatIsNoFileTheNameItIsTold)
     EXPECT_TRUE(alerts().empty());
 }
 
-TEST_F(MainWindowTest, SaysThatNobodyIsInTheBookAndOffersAnother)
+TEST_F(MainWindowTest, ReportsAnEmptyBookAndOffersToOpenAnother)
 {
     book_ = FakeAddressBook();
     start("desktop:");
@@ -62,7 +62,7 @@ TEST_F(MainWindowTest, SaysThatNobodyIsInTheBookAndOffersAnother)
     EXPECT_TRUE(main_->command("OnOpen").isEnabled);
 }
 
-TEST_F(MainWindowTest, ReadsTheBookOfTheCommandLineWhenItIsFirstActive)
+TEST_F(MainWindowTest, ReadsTheBookOfTheCommandLineAtTheFirstActivation)
 {
     makeWindow();
     window_->open(file_);
@@ -85,7 +85,7 @@ TEST_F(MainWindowTest, ReadsTheBookOfTheCommandLineWhenItIsFirstActive)
     EXPECT_EQ(application_.threads.size(), 2U);
 }
 
-TEST_F(MainWindowTest, TellsHowToOpenABookWhenThereIsNone)
+TEST_F(MainWindowTest, ExplainsHowToOpenABookWhenThereIsNone)
 {
     start(std::nullopt);
 
@@ -107,7 +107,19 @@ TEST_F(MainWindowTest, ReadsADroppedBookAtOnce)
     EXPECT_EQ(table().rows, 2U);
 }
 
-TEST_F(MainWindowTest, TakesABookDroppedBeforeTheFirstActivationForTheFirstLoad)
+TEST_F(MainWindowTest, ReadsTheBookThatWasOpenedLast)
+{
+    FakeAddressBook other({person("zoe-1", "Zoe"), person("zoe-2", "Zoe"), person("zoe-3", "Zoe")});
+    start(file_);
+
+    bookToOpen_ = &other;
+    window_->open(folder_.path());
+    application_.runUntilIdle();
+
+    EXPECT_EQ(table().rows, 3U);
+}
+
+TEST_F(MainWindowTest, LoadsABookDroppedBeforeTheFirstActivationOnce)
 {
     makeWindow();
     window_->applicationDidFinishLaunching();
@@ -134,7 +146,7 @@ TEST_F(MainWindowTest, RefusesADropWhileAJobRuns)
     EXPECT_TRUE(alerts().empty());
 }
 
-TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherDoesNotExist)
+TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheNewOneDoesNotExist)
 {
     start(file_);
     const auto jobs = application_.threads.size();
@@ -149,7 +161,7 @@ TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherDoesNotExist)
     EXPECT_EQ(table().rows, 2U);
 }
 
-TEST_F(MainWindowTest, LeavesABookOfWhichNobodyKnowsWhetherItExistsToItsReading)
+TEST_F(MainWindowTest, ReadsABookWhoseExistenceCannotBeChecked)
 {
     start(file_);
     const std::filesystem::path tooLong = "/" + std::string(5000, 'x');
@@ -164,7 +176,7 @@ TEST_F(MainWindowTest, LeavesABookOfWhichNobodyKnowsWhetherItExistsToItsReading)
     EXPECT_TRUE(main_->command("OnOpen").isEnabled);
 }
 
-TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherCannotBeMade)
+TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheNewOneCannotBeCreated)
 {
     start(file_);
     onMakeAddressBook = [] { throw PlatformError("There is no such service."); };
@@ -179,7 +191,7 @@ TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheOtherCannotBeMade)
     EXPECT_EQ(table().rows, 2U);
 }
 
-TEST_F(MainWindowTest, LeavesAMissingBookOfTheCommandLineToItsReading)
+TEST_F(MainWindowTest, ReportsAMissingBookOfTheCommandLineWhenItIsRead)
 {
     const auto gone = folder_.path() / "gone.vcf";
     book_.onRead = [] { throw PlatformError("“gone.vcf” does not exist."); };
@@ -190,7 +202,7 @@ TEST_F(MainWindowTest, LeavesAMissingBookOfTheCommandLineToItsReading)
     EXPECT_EQ(alerts(), Lines{"“gone.vcf” does not exist."});
     EXPECT_EQ(emptiness(), "The address book could not be read");
 
-    // It may be there the next time.
+    // It may exist the next time.
     book_.onRead = [] {};
     main_->command("OnReload").use();
     application_.runUntilIdle();
@@ -225,7 +237,7 @@ TEST_F(MainWindowTest, EndsTheProgramWhenItCloses)
     EXPECT_EQ(application_.terminations.size(), 1U);
 }
 
-TEST_F(MainWindowTest, EndsTheProgramInTheMiddleOfAJob)
+TEST_F(MainWindowTest, EndsTheProgramDuringAJob)
 {
     start(file_);
     main_->command("OnReload").use();
@@ -236,7 +248,7 @@ TEST_F(MainWindowTest, EndsTheProgramInTheMiddleOfAJob)
     application_.runUntilIdle();
 }
 
-TEST_F(MainWindowTest, LeadsToTheMaker)
+TEST_F(MainWindowTest, OpensTheWebsiteAndTheSupportAddress)
 {
     makeWindow();
 
@@ -262,7 +274,7 @@ TEST_F(MainWindowTest, ChecksForUpdatesAtLaunchAndFromTheMenu)
     EXPECT_TRUE(update.fakeWindow.isVisible);
 }
 
-TEST_F(MainWindowTest, TellsItsVersionAndWhatItStandsOn)
+TEST_F(MainWindowTest, ShowsTheVersionAndTheLibraries)
 {
     makeWindow();
 
@@ -272,12 +284,12 @@ TEST_F(MainWindowTest, TellsItsVersionAndWhatItStandsOn)
     const auto& about = platform_.alert.shown.front();
     EXPECT_EQ(about.messageText, "Dunmora 0.1");
     EXPECT_EQ(about.informativeText, "Finds and removes duplicated people in an address book.\n\n"
-                                     "It stands on Toolkit 1.0 and Hash 2.0.");
+                                     "Built with Toolkit 1.0 and Hash 2.0.");
     EXPECT_EQ(about.defaultButton, "OK");
     EXPECT_EQ(about.alternateButton, std::nullopt);
 }
 
-TEST_F(MainWindowTest, SaysSoWhenItsInterfaceCannotBeLoaded)
+TEST_F(MainWindowTest, FailsWithAMessageWhenItsInterfaceCannotBeLoaded)
 {
     loader_.missing.insert("MainWindow");
 
@@ -285,8 +297,7 @@ TEST_F(MainWindowTest, SaysSoWhenItsInterfaceCannotBeLoaded)
         makeWindow();
         FAIL() << "a window without an interface";
     } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(),
-                     "The main window cannot be loaded. Dunmora is not installed as it should be.");
+        EXPECT_STREQ(error.what(), "The main window cannot be loaded. Reinstall Dunmora.");
     }
 }
 

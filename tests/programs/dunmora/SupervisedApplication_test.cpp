@@ -17,7 +17,7 @@
 namespace dunmora::test {
 namespace {
 
-/// Writes down what it hears, one line each.
+/// Records each notification as a line.
 class RecordingObserver final : public JobObserver {
 public:
     explicit RecordingObserver(FakeApplication& application) : application_(application) {}
@@ -30,13 +30,13 @@ public:
     }
     void jobsEnded() override { write("ended"); }
 
-    std::vector<std::string> heard;
+    std::vector<std::string> events;
     std::function<void()> onFailure = [] {};
 
 private:
     void write(const std::string& line)
     {
-        heard.push_back(line + (application_.isMainThread() ? "" : " on a worker"));
+        events.push_back(line + (application_.isMainThread() ? "" : " on a worker"));
     }
 
     FakeApplication& application_;
@@ -48,13 +48,13 @@ class SupervisedApplicationTest : public testing::Test {
 protected:
     SupervisedApplicationTest() { application_.setObserver(&observer_); }
 
-    /// What is told of a body's failure.
+    /// The notification of a failure in this body.
     std::string failureOf(const std::function<void()>& body)
     {
-        observer_.heard.clear();
+        observer_.events.clear();
         application_.detachNewThread("Job", body);
         inner_.runUntilIdle();
-        return observer_.heard.at(1);
+        return observer_.events.at(1);
     }
 
     FakePlatform platform_;
@@ -63,37 +63,37 @@ protected:
     SupervisedApplication application_{inner_};
 };
 
-TEST_F(SupervisedApplicationTest, TellsWhenJobsBeginAndEnd)
+TEST_F(SupervisedApplicationTest, ReportsWhenJobsBeginAndEnd)
 {
     EXPECT_FALSE(application_.isBusy());
 
     application_.detachNewThread("Job", [] {});
     EXPECT_TRUE(application_.isBusy());
-    EXPECT_EQ(observer_.heard, Lines{"began Job"});
+    EXPECT_EQ(observer_.events, Lines{"began Job"});
 
     inner_.runUntilIdle();
     EXPECT_FALSE(application_.isBusy());
-    EXPECT_EQ(observer_.heard, (Lines{"began Job", "ended"}));
+    EXPECT_EQ(observer_.events, (Lines{"began Job", "ended"}));
     EXPECT_EQ(inner_.threads, Lines{"Job"});
 }
 
-TEST_F(SupervisedApplicationTest, CountsAJobThatAnotherOneStartsToTheSameWork)
+TEST_F(SupervisedApplicationTest, CountsAJobStartedByAJobAsTheSameWork)
 {
     application_.detachNewThread("First", [this] {
         application_.performOnMainThread([this] { application_.detachNewThread("Second", [] {}); });
     });
     inner_.runUntilIdle();
 
-    EXPECT_EQ(observer_.heard, (Lines{"began First", "ended"}));
+    EXPECT_EQ(observer_.events, (Lines{"began First", "ended"}));
     EXPECT_EQ(inner_.threads, (Lines{"First", "Second"}));
 
     application_.detachNewThread("Third", [] {});
     inner_.runUntilIdle();
 
-    EXPECT_EQ(observer_.heard, (Lines{"began First", "ended", "began Third", "ended"}));
+    EXPECT_EQ(observer_.events, (Lines{"began First", "ended", "began Third", "ended"}));
 }
 
-TEST_F(SupervisedApplicationTest, TellsAFailureWhileTheJobStillCounts)
+TEST_F(SupervisedApplicationTest, ReportsAFailureWhileTheJobStillCounts)
 {
     bool wasBusy = false;
     observer_.onFailure = [&] { wasBusy = application_.isBusy(); };
@@ -101,33 +101,33 @@ TEST_F(SupervisedApplicationTest, TellsAFailureWhileTheJobStillCounts)
     application_.detachNewThread("Job", [] { throw PlatformError("The disk is full."); });
     inner_.runUntilIdle();
 
-    EXPECT_EQ(observer_.heard, (Lines{"began Job", "failed Job: The disk is full.", "ended"}));
+    EXPECT_EQ(observer_.events, (Lines{"began Job", "failed Job: The disk is full.", "ended"}));
     EXPECT_TRUE(wasBusy);
     EXPECT_TRUE(inner_.failures.empty());
 }
 
-TEST_F(SupervisedApplicationTest, GoesOnWithTheJobThatAFailureHasStarted)
+TEST_F(SupervisedApplicationTest, StaysBusyWithAJobStartedByAFailure)
 {
     observer_.onFailure = [this] { application_.detachNewThread("Second", [] {}); };
 
     application_.detachNewThread("First", [] { throw PlatformError("No."); });
     inner_.runUntilIdle();
 
-    EXPECT_EQ(observer_.heard, (Lines{"began First", "failed First: No.", "ended"}));
+    EXPECT_EQ(observer_.events, (Lines{"began First", "failed First: No.", "ended"}));
     EXPECT_EQ(inner_.threads, (Lines{"First", "Second"}));
     EXPECT_FALSE(application_.isBusy());
 }
 
-TEST_F(SupervisedApplicationTest, HasWordsForEveryKindOfFailure)
+TEST_F(SupervisedApplicationTest, DescribesEveryKindOfFailure)
 {
     EXPECT_EQ(failureOf([] { throw std::out_of_range("index 7"); }),
-              "failed Job: Something went wrong that should not have: index 7");
+              "failed Job: An unexpected error occurred: index 7");
     EXPECT_EQ(failureOf([] { throw std::bad_alloc(); }),
-              "failed Job: There is not enough memory to go on.");
-    EXPECT_EQ(failureOf([] { throw 7; }), "failed Job: Something went wrong that should not have.");
+              "failed Job: There is not enough memory. Close other programs and try again.");
+    EXPECT_EQ(failureOf([] { throw 7; }), "failed Job: An unexpected error occurred.");
 }
 
-TEST_F(SupervisedApplicationTest, KeepsCountWhenTheObserverFailsItself)
+TEST_F(SupervisedApplicationTest, KeepsCountingWhenTheObserverThrows)
 {
     observer_.onFailure = [] { throw std::runtime_error("No window."); };
     testing::internal::CaptureStderr();
@@ -137,16 +137,16 @@ TEST_F(SupervisedApplicationTest, KeepsCountWhenTheObserverFailsItself)
 
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "dunmora: The disk is full.\n"
-              "dunmora: Something went wrong that should not have: No window.\n");
-    EXPECT_EQ(observer_.heard.back(), "ended");
+              "dunmora: An unexpected error occurred: No window.\n");
+    EXPECT_EQ(observer_.events.back(), "ended");
     EXPECT_FALSE(application_.isBusy());
 }
 
-TEST_F(SupervisedApplicationTest, LetsALoadSeeThePreferencesThatOthersStored)
+TEST_F(SupervisedApplicationTest, ReadsPreferencesOfOtherProgramsBeforeALoad)
 {
     const auto disk = std::make_shared<FakeDisk>();
     FakeUserDefaults mine(disk);
-    const Platform platform{platform_.addressBook, mine, platform_.alert, platform_.workspace,
+    const Platform platform{&platform_.addressBook, mine, platform_.alert, platform_.workspace,
                             platform_.bundle};
     Platform::install(platform);
     FakeUserDefaults others(disk);
@@ -159,7 +159,7 @@ TEST_F(SupervisedApplicationTest, LetsALoadSeeThePreferencesThatOthersStored)
         return isOn;
     };
 
-    // The search goes by what the user has confirmed, and a deletion leaves the rows' fields alone.
+    // A search uses the fields that the user confirmed, and a deletion keeps those of its rows.
     EXPECT_FALSE(nickname(kThreadFindDuplicates));
     EXPECT_FALSE(nickname(kThreadDeleteCheckedContacts));
     EXPECT_TRUE(nickname(kThreadLoadContacts));
@@ -173,7 +173,7 @@ TEST_F(SupervisedApplicationTest, RunsWithoutAnObserver)
     inner_.runUntilIdle();
 
     EXPECT_FALSE(application_.isBusy());
-    EXPECT_TRUE(observer_.heard.empty());
+    EXPECT_TRUE(observer_.events.empty());
 }
 
 TEST_F(SupervisedApplicationTest, ForwardsEverythingElse)
@@ -195,7 +195,7 @@ TEST_F(SupervisedApplicationTest, ForwardsEverythingElse)
     EXPECT_EQ(inner_.terminations, std::vector<const void*>{&sender});
 }
 
-/// An application on a machine that has no threads left.
+/// An application that cannot start threads.
 class ThreadlessApplication final : public Application {
 public:
     void terminate(const void* /*sender*/) override {}
@@ -209,7 +209,7 @@ public:
     void performOnMainThread(const std::function<void()>& work) override { work(); }
 };
 
-TEST_F(SupervisedApplicationTest, TakesAThreadThatCannotBeStartedForAFailedJob)
+TEST_F(SupervisedApplicationTest, ReportsAThreadThatCannotBeStartedAsAFailedJob)
 {
     ThreadlessApplication threadless;
     SupervisedApplication application(threadless);
@@ -217,11 +217,11 @@ TEST_F(SupervisedApplicationTest, TakesAThreadThatCannotBeStartedForAFailedJob)
 
     application.detachNewThread("Job", [] {});
 
-    ASSERT_EQ(observer_.heard.size(), 3U);
-    EXPECT_EQ(observer_.heard[0], "began Job");
-    EXPECT_TRUE(observer_.heard[1].starts_with(
-        "failed Job: Something went wrong that should not have: no thread"));
-    EXPECT_EQ(observer_.heard[2], "ended");
+    ASSERT_EQ(observer_.events.size(), 3U);
+    EXPECT_EQ(observer_.events[0], "began Job");
+    EXPECT_TRUE(
+        observer_.events[1].starts_with("failed Job: An unexpected error occurred: no thread"));
+    EXPECT_EQ(observer_.events[2], "ended");
     EXPECT_FALSE(application.isBusy());
 }
 
