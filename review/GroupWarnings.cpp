@@ -3,14 +3,14 @@
 #include "engine/ContactsParser.h"
 #include "review/DuplicateGroups.h"
 
-#include <string>
-
 namespace dunmora {
 
 namespace {
 
-bool isChecked(const ContactRecord* contact)
+/// False for a person whom the engine does not know.
+bool isChecked(const ContactsParser& engine, const std::string& uid)
 {
+    const auto* const contact = engine.contacts().find(uid);
     return contact != nullptr && contact->isChecked();
 }
 
@@ -33,21 +33,17 @@ void GroupWarnings::clear()
 void GroupWarnings::update(const ContactsParser& engine)
 {
     clear();
-    const auto records = recordsOfRows(engine);
-    groupOfRow_.reserve(records.size());
-    isChecked_.resize(records.size());
-    const auto keyOfNobody = keyOfEmptyFields();
-    for (const auto& group : duplicateGroups(engine, records)) {
-        // Whoever is left alone by a deletion shares nothing with anybody.
-        const auto sharesOnlyEmptyFields = group.uids.size() > 1 && group.key == keyOfNobody;
-        sharingOnlyEmptyFields_ += sharesOnlyEmptyFields ? group.uids.size() : 0;
+    const auto& uids = engine.duplicates();
+    groupOfRow_.reserve(uids.size());
+    for (const auto& group : duplicateGroups(engine)) {
+        sharingOnlyEmptyFields_ += group.sharesOnlyEmptyFields ? group.uids.size() : 0;
         groupOfRow_.insert(groupOfRow_.end(), group.uids.size(),
                            static_cast<std::uint32_t>(groups_.size()));
-        groups_.push_back(
-            {groupOfRow_.size() - group.uids.size(), group.uids.size(), 0, sharesOnlyEmptyFields});
+        groups_.push_back({group.firstRow, group.uids.size(), 0, group.sharesOnlyEmptyFields});
     }
-    for (std::size_t row = 0; row < records.size(); ++row) {
-        setChecked(row, isChecked(records[row]));
+    isChecked_.resize(groupOfRow_.size());
+    for (std::size_t row = 0; row < isChecked_.size(); ++row) {
+        setChecked(row, isChecked(engine, uids[row]));
     }
 }
 
@@ -56,9 +52,18 @@ void GroupWarnings::rowsEdited(const ContactsParser& engine, std::span<const std
     const auto& uids = engine.duplicates();
     for (const auto row : rows) {
         if (row < isChecked_.size() && row < uids.size()) {
-            setChecked(row, isChecked(engine.contacts().find(uids[row])));
+            setChecked(row, isChecked(engine, uids[row]));
         }
     }
+}
+
+std::size_t GroupWarnings::checkedPeopleWhoShareOnlyEmptyFields() const
+{
+    std::size_t people = 0;
+    for (const auto& group : groups_) {
+        people += group.sharesOnlyEmptyFields ? group.checked : 0;
+    }
+    return people;
 }
 
 std::optional<std::size_t> GroupWarnings::groupOfRow(std::size_t row) const

@@ -3,6 +3,7 @@
 #include "base/ContactFields.h"
 #include "base/Settings.h"
 #include "platform/CheckBox.h"
+#include "review/ReviewTexts.h"
 #include "ui/Check.h"
 
 namespace dunmora {
@@ -34,7 +35,7 @@ void FilterController::OnOkay(View* /*sender*/)
                           settings.filterLastname() || settings.filterWork() ||
                           settings.filterHome() || settings.filterMobile();
     if (!anyField) {
-        Settings::MsgBox("You should choose at least one field as match condition!");
+        Settings::MsgBox(kNoMatchField);
         return;
     }
     result_ = true;

@@ -141,10 +141,4 @@ std::string contactTable(const ContactsParser& engine, const std::vector<UidSpan
     return out;
 }
 
-std::string totalLine(const ContactsParser& engine)
-{
-    return std::to_string(engine.duplicates().size()) + " duplicates of " +
-           std::to_string(engine.contacts().size()) + '\n';
-}
-
 }  // namespace dunmora

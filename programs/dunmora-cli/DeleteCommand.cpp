@@ -17,6 +17,9 @@
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "review/CheckedPeople.h"
+#include "review/GroupWarnings.h"
+#include "review/ReviewTexts.h"
 #include "text/Counted.h"
 #include "text/DisplayText.h"
 
@@ -38,7 +41,17 @@ bool asks(const DeleteRequest& request)
     return !request.yes && !request.dryRun;
 }
 
-/// "Ann Lee, Ben Lee": all of them, because nobody else tells whom the user is about to lose.
+/// Unchecks the first of every group that would lose every copy, and everyone who is checked
+/// without being a duplicate.
+void keepOne(ContactsParser& engine, GroupWarnings& warnings)
+{
+    warnings.rowsEdited(engine, keepOneOfEach(engine, warnings));
+    for (const auto& uid : checkedWithoutDuplicates(engine)) {
+        engine.contacts().find(uid)->setObject(false, kContactCheck);
+    }
+}
+
+/// "Ann Lee, Ben Lee". Never shortened: these names are shown nowhere else.
 std::string enumerated(const std::vector<std::string>& names)
 {
     std::string text;
@@ -48,22 +61,25 @@ std::string enumerated(const std::vector<std::string>& names)
     return text;
 }
 
-/// Tells the user what nobody may have reviewed. Returns whether the deletion may go on.
-bool passesGuards(const ContactsParser& engine, const DeleteRequest& request,
-                  const CliEnvironment& environment)
+/// Reports what the user may have overlooked. Returns whether the deletion may continue.
+bool passesGuards(const ContactsParser& engine, const GroupWarnings& warnings,
+                  const DeleteRequest& request, const CliEnvironment& environment)
 {
-    const auto lost = request.allowLastCopy ? std::vector<std::string>() : lastCopies(engine);
-    const auto blank = request.allowBlankMatch ? 0 : blankMatches(engine);
+    const auto lost =
+        request.allowLastCopy ? std::vector<std::string>() : lastCopies(engine, warnings);
+    const auto blank =
+        request.allowBlankMatch ? 0 : warnings.checkedPeopleWhoShareOnlyEmptyFields();
     if (!lost.empty()) {
-        report(environment,
-               countOfPeople(lost.size()) + " would lose every copy: " + enumerated(lost) +
-                   ". With --keep-one one of each is kept, with --allow-last-copy none.");
+        report(environment, warningText(GroupWarning::LosesEveryCopy, lost.size()) + ": " +
+                                enumerated(lost) +
+                                ". Use --keep-one to keep one copy of each, or --allow-last-copy "
+                                "to delete them all.");
     }
     if (blank > 0) {
         report(environment, countOfPeople(blank) + " to be deleted " +
                                 (blank == 1 ? "shares" : "share") +
-                                " only empty fields with others. With --allow-blank-match the "
-                                "deletion goes on all the same.");
+                                " only empty fields with others. Use --allow-blank-match to "
+                                "delete them anyway.");
     }
     return lost.empty() && blank == 0;
 }
@@ -73,7 +89,7 @@ std::filesystem::path folderOf(const std::filesystem::path& file)
     return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
 }
 
-/// Whether the address book, being a folder, would take the new file for a part of itself.
+/// Whether the address book is a folder that would contain the new file as one of its card files.
 bool wouldJoinBook(const std::filesystem::path& file, const std::filesystem::path& book)
 {
     std::error_code error;
@@ -94,28 +110,38 @@ std::vector<const Person*> peopleWith(AddressBook& book, const std::vector<std::
     return people;
 }
 
-/// Finds out before anything happens, in a dry run, too, that the backup cannot be written.
-void checkBackup(AddressBook& book, const CardSource& cards, const std::vector<std::string>& uids,
+/// The content of a backup of these people. Errors: PlatformError when there can be none.
+std::string backupOf(const ReviewSession& session, const std::vector<std::string>& uids)
+{
+    return session.cardSource().cards(peopleWith(session.addressBook(), uids));
+}
+
+/// Reports a backup that cannot be written before anything else happens, also in a dry run.
+void checkBackup(const ReviewSession& session, const std::vector<std::string>& uids,
                  const DeleteRequest& request)
 {
     const auto& file = *request.backup;
     std::error_code error;
     if (std::filesystem::exists(std::filesystem::symlink_status(file, error))) {
-        throw CommandError(ExitCode::Failed, "“" + file.string() + "” exists already.");
+        throw CommandError(ExitCode::Failed,
+                           "“" + file.string() +
+                               "” already exists. Choose another file for the backup.");
     }
     if (!std::filesystem::is_directory(folderOf(file), error)) {
-        throw CommandError(ExitCode::Failed,
-                           "The folder of “" + file.string() + "” does not exist.");
+        throw CommandError(ExitCode::Failed, "The folder of “" + file.string() +
+                                                 "” does not exist. Create it first.");
     }
     if (wouldJoinBook(file, request.book.addressBook)) {
         throw CommandError(ExitCode::WrongUse,
-                           "“" + file.string() + "” would become a part of the address book.");
+                           "“" + file.string() +
+                               "” would become part of the address book. Choose another folder "
+                               "for the backup.");
     }
-    static_cast<void>(cards.cards(peopleWith(book, uids)));
+    backupOf(session, uids);
 }
 
-/// Shows who is going to be deleted: as a part of the result, and to those who are asked where they
-/// would not see that.
+/// Shows the people to be deleted: in the result, and on the terminal where the user is asked when
+/// the result is not shown there.
 void show(const ContactsParser& engine, const std::vector<std::string>& uids,
           const DeleteRequest& request, const CliEnvironment& environment)
 {
@@ -134,20 +160,16 @@ void show(const ContactsParser& engine, const std::vector<std::string>& uids,
 
 bool userAgrees()
 {
-    return Platform::current().alert.runModal(
-               {"Confirm to delete",
-                "The checked contacts will be deleted from Address Book. \r\nDo you really want to "
-                "continue?",
-                "Okay", "Cancel"}) != Alert::kAlternateButton;
+    return Platform::current().alert.runModal(deletionQuestion()) != Alert::kAlternateButton;
 }
 
-/// Backs the people up where asked, and deletes them. A backup that was written stays, whatever
-/// comes after it.
+/// Writes the backup, if the user wants one, and deletes the people. A backup stays once it is
+/// written.
 void backUpAndDelete(ContactsParser& engine, const ReviewSession& session,
                      const std::vector<std::string>& uids, const DeleteRequest& request)
 {
     if (request.backup && !request.dryRun) {
-        const auto cards = session.cardSource().cards(peopleWith(session.addressBook(), uids));
+        const auto cards = backupOf(session, uids);
         writeNewFile(*request.backup, {cards});
     }
     try {
@@ -170,13 +192,14 @@ std::string resultText(const ContactsParser& engine, std::size_t deleted,
     if (request.backup && !request.dryRun) {
         text += "Backup: " + displayText(request.backup->string()) + '\n';
     }
-    return text + totalLine(engine);
+    return text + totalText(engine) + '\n';
 }
 
 void printResult(const ContactsParser& engine, std::vector<std::string> uids,
                  const DeleteRequest& request, const CliEnvironment& environment)
 {
-    // Someone who was taken out of a live book meanwhile was not deleted by us.
+    // The engine still has people whom another program removed from the book in the meantime: they
+    // were not deleted here.
     std::erase_if(uids,
                   [&](const std::string& uid) { return engine.contacts().find(uid) != nullptr; });
     try {
@@ -189,10 +212,10 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
         if (request.dryRun || uids.empty()) {
             throw;
         }
-        // The failure must not read as if nothing had happened.
+        // The message must not read as if nothing had been deleted.
         throw CommandError(
             ExitCode::Failed,
-            std::string(error.what()) + " All the same, " + countOfPeople(uids.size()) +
+            std::string(error.what()) + " However, " + countOfPeople(uids.size()) +
                 (uids.size() == 1 ? " was deleted." : " were deleted.") +
                 (request.backup ? " The backup is “" + request.backup->string() + "”." : ""));
     }
@@ -203,7 +226,8 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
 ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& environment)
 {
     if (asks(request) && !(environment.inIsTerminal && environment.errIsTerminal)) {
-        throw CommandError(ExitCode::WrongUse, "Without a terminal to ask on, delete needs --yes.");
+        throw CommandError(ExitCode::WrongUse,
+                           "delete needs --yes when it cannot ask on a terminal.");
     }
     ReviewSession session(request.book, environment,
                           request.dryRun ? Changes::NotMade : Changes::Made);
@@ -213,22 +237,24 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
 
     auto& engine = session.review();
     applyMarks(engine, request.check, request.uncheck);
+    GroupWarnings warnings;
+    warnings.update(engine);
     if (request.keepOne) {
-        keepOneCopy(engine);
+        keepOne(engine, warnings);
     }
     const auto uids = checkedUids(engine);
     if (uids.empty()) {
-        Settings::MsgBox("No contact checked to be deleted!");
+        Settings::MsgBox(kNobodyChecked);
         if (request.book.format == OutputFormat::Json) {
             printResult(engine, uids, request, environment);
         }
         return ExitCode::Done;
     }
-    if (!passesGuards(engine, request, environment)) {
+    if (!passesGuards(engine, warnings, request, environment)) {
         return ExitCode::Failed;
     }
     if (request.backup) {
-        checkBackup(session.addressBook(), session.cardSource(), uids, request);
+        checkBackup(session, uids, request);
     }
 
     show(engine, uids, request, environment);

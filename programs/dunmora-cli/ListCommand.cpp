@@ -12,7 +12,8 @@
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ReviewSession.h"
 #include "review/DuplicateGroups.h"
-#include "text/Counted.h"
+#include "review/GroupWarnings.h"
+#include "review/ReviewTexts.h"
 
 #include <cstddef>
 #include <string>
@@ -35,7 +36,7 @@ std::string asTable(const ContactsParser& engine, const std::vector<DuplicateGro
     if (!table.empty()) {
         table += '\n';
     }
-    return table + totalLine(engine);
+    return table + totalText(engine) + '\n';
 }
 
 std::string formatted(const ContactsParser& engine, const std::vector<DuplicateGroup>& groups,
@@ -55,21 +56,17 @@ std::string formatted(const ContactsParser& engine, const std::vector<DuplicateG
     return asTable(engine, groups, environment);
 }
 
-void warn(const ContactsParser& engine, const std::vector<DuplicateGroup>& groups,
-          const CliEnvironment& environment)
+void warn(const ContactsParser& engine, const CliEnvironment& environment)
 {
-    std::size_t lost = 0;
-    std::size_t blank = 0;
-    for (const auto& group : groups) {
-        lost += losesEveryCopy(engine, group) ? 1 : 0;
-        blank += sharesOnlyEmptyFields(group.key) ? group.uids.size() : 0;
-    }
-    if (lost > 0) {
-        report(environment, "warning: " + countOfPeople(lost) + " would lose every copy.");
-    }
-    if (blank > 0) {
-        report(environment, "warning: " + countOfPeople(blank) + " share only empty fields.");
-    }
+    GroupWarnings warnings;
+    warnings.update(engine);
+    const auto warnOf = [&](GroupWarning warning, std::size_t people) {
+        if (people > 0) {
+            report(environment, "warning: " + warningText(warning, people) + '.');
+        }
+    };
+    warnOf(GroupWarning::LosesEveryCopy, warnings.peopleWhoLoseEveryCopy());
+    warnOf(GroupWarning::SharesOnlyEmptyFields, warnings.peopleWhoShareOnlyEmptyFields());
 }
 
 }  // namespace
@@ -77,17 +74,18 @@ void warn(const ContactsParser& engine, const std::vector<DuplicateGroup>& group
 ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& environment)
 {
     ReviewSession session(request.book, environment, Changes::NotMade);
-    if (!insistOnMatchField(chosenMatchFields())) {
+    const auto fields = chosenMatchFields();
+    if (!insistOnMatchField(fields)) {
         return ExitCode::WrongUse;
     }
     const auto& engine = session.review();
     const auto groups = duplicateGroups(engine);
-    const ReviewHead head{request.book.addressBook, namesOf(chosenMatchFields()),
+    const ReviewHead head{request.book.addressBook, namesOf(fields),
                           session.addressBook().notes().cardsSkipped};
 
     print(environment, formatted(engine, groups, head, request.book.format, environment));
     if (!request.book.quiet) {
-        warn(engine, groups, environment);
+        warn(engine, environment);
     }
     return ExitCode::Done;
 }

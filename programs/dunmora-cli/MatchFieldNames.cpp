@@ -2,6 +2,7 @@
 
 #include "base/Settings.h"
 #include "programs/dunmora-cli/CommandError.h"
+#include "review/ReviewTexts.h"
 #include "text/Ascii.h"
 
 #include <algorithm>
@@ -79,7 +80,7 @@ void storeMatchFields(const MatchFieldChoice& choice)
 bool insistOnMatchField(const MatchFieldChoice& choice)
 {
     if (choice.none()) {
-        Settings::MsgBox("You should choose at least one field as match condition!");
+        Settings::MsgBox(kNoMatchField);
     }
     return choice.any();
 }

@@ -6,8 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace dunmora::test {
 namespace {
+
+using Uids = ContactsParser::Uids;
 
 class DuplicateGroupsTest : public testing::Test {
 protected:
@@ -30,6 +34,20 @@ protected:
         engine_.findDupes();
     }
 
+    static Uids uidsOf(const DuplicateGroup& group)
+    {
+        return {group.uids.begin(), group.uids.end()};
+    }
+
+    static FakePerson nobody(const std::string& uid)
+    {
+        FakePerson person;
+        person.uid = uid;
+        person.firstName.reset();
+        person.lastName.reset();
+        return person;
+    }
+
     FakePlatform platform_;
     ContactsParser engine_;
 };
@@ -42,11 +60,9 @@ TEST_F(DuplicateGroupsTest, AreTheRunsOfEqualKeysAmongTheRows)
 
     ASSERT_EQ(groups.size(), 2U);
     EXPECT_EQ(groups[0].key, "Ann-Lee-");
-    EXPECT_EQ(std::vector(groups[0].uids.begin(), groups[0].uids.end()),
-              (std::vector<std::string>{"1", "3", "5"}));
+    EXPECT_EQ(uidsOf(groups[0]), (Uids{"1", "3", "5"}));
     EXPECT_EQ(groups[1].key, "Ben-Lee-");
-    EXPECT_EQ(std::vector(groups[1].uids.begin(), groups[1].uids.end()),
-              (std::vector<std::string>{"2", "4"}));
+    EXPECT_EQ(uidsOf(groups[1]), (Uids{"2", "4"}));
 }
 
 TEST_F(DuplicateGroupsTest, AreOneWhereDifferentTextsMakeTheSameKey)
@@ -70,54 +86,67 @@ TEST_F(DuplicateGroupsTest, AreOneWhereDifferentTextsMakeTheSameKey)
     EXPECT_EQ(groups[0].uids.size(), 3U);
 }
 
-TEST_F(DuplicateGroupsTest, GoByTheFieldsChosenNow)
+TEST_F(DuplicateGroupsTest, AreThoseOfTheSearchWhateverThePreferencesAreNow)
 {
     bookHolds({{"1", "Ann"}, {"2", "Ann"}, {"3", "Ben"}, {"4", "Ben"}});
 
     Settings::settings().setFilterFirstname(false);
 
     const auto groups = duplicateGroups(engine_);
-    ASSERT_EQ(groups.size(), 1U);
-    EXPECT_EQ(groups[0].key, "Lee-");
-    EXPECT_EQ(groups[0].uids.size(), 4U);
+    ASSERT_EQ(groups.size(), 2U);
+    EXPECT_EQ(groups[0].key, "Ann-Lee-");
+    EXPECT_EQ(groups[1].key, "Ben-Lee-");
 }
 
-TEST_F(DuplicateGroupsTest, AreOneWithoutAKeyWhenNoFieldIsChosen)
+TEST_F(DuplicateGroupsTest, AreOneWithoutAKeyWhenNoFieldIsCompared)
 {
-    bookHolds({{"1", "Ann"}, {"2", "Ann"}, {"3", "Ben"}, {"4", "Ben"}});
-
     Settings::settings().setFilterFirstname(false);
     Settings::settings().setFilterLastname(false);
+
+    bookHolds({{"1", "Ann"}, {"2", "Ann"}, {"3", "Ben"}, {"4", "Ben"}});
 
     const auto groups = duplicateGroups(engine_);
     ASSERT_EQ(groups.size(), 1U);
     EXPECT_EQ(groups[0].key, "");
     EXPECT_EQ(groups[0].uids.size(), 4U);
+    EXPECT_TRUE(groups[0].sharesOnlyEmptyFields);
 }
 
-TEST_F(DuplicateGroupsTest, GiveWhomTheEngineDoesNotKnowTheEmptyKey)
+TEST_F(DuplicateGroupsTest, OmitThePeopleWhomADeletionRemoved)
 {
-    bookHolds({{"1", "Ann"}, {"2", "Ann"}, {"3", "Ben"}, {"4", "Ben"}});
+    bookHolds({{"1", "Ann"}, {"2", "Ann"}, {"3", "Ben"}, {"4", "Ben"}, {"5", "Cid"}, {"6", "Cid"}});
 
-    engine_.contacts().erase("2");
-    engine_.contacts().erase("3");
+    engine_.deleteContacts({"1", "3", "4", "6"});
 
     const auto groups = duplicateGroups(engine_);
-    ASSERT_EQ(groups.size(), 3U);
+    ASSERT_EQ(groups.size(), 2U);
     EXPECT_EQ(groups[0].key, "Ann-Lee-");
-    EXPECT_EQ(groups[1].key, "");
-    EXPECT_EQ(groups[1].uids.size(), 2U);
-    EXPECT_EQ(groups[2].key, "Ben-Lee-");
+    EXPECT_EQ(uidsOf(groups[0]), Uids{"2"});
+    EXPECT_EQ(groups[0].firstRow, 0U);
+    EXPECT_EQ(groups[1].key, "Cid-Lee-");
+    EXPECT_EQ(uidsOf(groups[1]), Uids{"5"});
+    EXPECT_EQ(groups[1].firstRow, 1U);
 }
 
-TEST_F(DuplicateGroupsTest, AskThePreferencesOnceForAllRows)
+TEST_F(DuplicateGroupsTest, StayWhenTheEngineNoLongerKnowsAPerson)
+{
+    bookHolds({{"1", "Ann"}, {"2", "Ann"}});
+
+    engine_.contacts().erase("2");
+
+    const auto groups = duplicateGroups(engine_);
+    ASSERT_EQ(groups.size(), 1U);
+    EXPECT_EQ(uidsOf(groups[0]), (Uids{"1", "2"}));
+}
+
+TEST_F(DuplicateGroupsTest, DoNotReadThePreferences)
 {
     bookHolds({{"1", "Ann"}, {"2", "Ann"}, {"3", "Ben"}, {"4", "Ben"}});
     const auto before = platform_.userDefaults.reads();
 
     duplicateGroups(engine_);
 
-    EXPECT_EQ(platform_.userDefaults.reads() - before, 6);
+    EXPECT_EQ(platform_.userDefaults.reads(), before);
 }
 
 TEST_F(DuplicateGroupsTest, AreNoneWithoutRows)
@@ -127,30 +156,39 @@ TEST_F(DuplicateGroupsTest, AreNoneWithoutRows)
     EXPECT_TRUE(duplicateGroups(engine_).empty());
 }
 
-TEST_F(DuplicateGroupsTest, LoseEveryCopyOnlyWhenAllAreChecked)
+TEST_F(DuplicateGroupsTest, ShareOnlyEmptyFieldsWhenEveryFieldComparedIsEmpty)
 {
-    bookHolds({{"1", "Ann"}, {"2", "Ann"}});
-    const auto group = duplicateGroups(engine_).front();
-    EXPECT_FALSE(losesEveryCopy(engine_, group));
+    const auto person = [](const std::string& uid, const std::string& first,
+                           const std::string& last) {
+        FakePerson made;
+        made.uid = uid;
+        made.firstName = first;
+        made.lastName = last;
+        return made;
+    };
+    // A dash is a first name like any other: "---" is not the key of two empty fields.
+    bookHoldsPeople({person("1", "", ""), person("2", "", ""), person("3", "-", ""),
+                     person("4", "-", ""), person("5", "Ann", ""), person("6", "Ann", "")});
 
-    engine_.contacts().find("1")->setObject(true, "check");
+    const auto groups = duplicateGroups(engine_);
 
-    EXPECT_TRUE(losesEveryCopy(engine_, group));
+    ASSERT_EQ(groups.size(), 3U);
+    EXPECT_EQ(groups[0].key, "--");
+    EXPECT_TRUE(groups[0].sharesOnlyEmptyFields);
+    EXPECT_EQ(groups[1].key, "---");
+    EXPECT_FALSE(groups[1].sharesOnlyEmptyFields);
+    EXPECT_EQ(groups[2].key, "Ann--");
+    EXPECT_FALSE(groups[2].sharesOnlyEmptyFields);
 }
 
-TEST_F(DuplicateGroupsTest, ShareOnlyEmptyFieldsWhenTheKeyIsOneSeparatorAField)
+TEST_F(DuplicateGroupsTest, ShareNothingWhenOnePersonIsLeft)
 {
-    EXPECT_TRUE(sharesOnlyEmptyFields("--"));
-    EXPECT_FALSE(sharesOnlyEmptyFields("Ann--"));
-    EXPECT_FALSE(sharesOnlyEmptyFields("-"));
+    bookHoldsPeople({nobody("1"), nobody("2")});
+    ASSERT_TRUE(duplicateGroups(engine_).front().sharesOnlyEmptyFields);
 
-    // Two fields, one of which holds a dash: a text is shared after all.
-    EXPECT_FALSE(sharesOnlyEmptyFields("---"));
+    engine_.deleteContacts({"2"});
 
-    Settings::settings().setFilterNickname(true);
-    EXPECT_TRUE(sharesOnlyEmptyFields("---"));
-    EXPECT_EQ(keyOfEmptyFields(), "---");
-    EXPECT_FALSE(sharesOnlyEmptyFields("--"));
+    EXPECT_FALSE(duplicateGroups(engine_).front().sharesOnlyEmptyFields);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "platform/PlatformError.h"
+#include "tests/fakes/FakeCard.h"
 #include "tests/programs/dunmora-cli/CliTest.h"
 
 #include <nlohmann/json.hpp>
@@ -32,7 +33,7 @@ protected:
         EXPECT_EQ(book_.writes(), 0U);
     }
 
-    /// Whether the program asked before it went on.
+    /// Whether the program asked before it continued.
     bool asked() const { return err().find("Confirm to delete") != std::string::npos; }
 
     TemporaryFolder folder_;
@@ -54,8 +55,8 @@ TEST_F(DeleteTest, DeletesTheCheckedCopiesAndSavesOnce)
 
 TEST_F(DeleteTest, PrintsExactlyThisJson)
 {
-    bookHolds({withMobile(person("a1", "Ann")), person("b1", "Ben"), person("b2", "Ben"),
-               person("a2", "Ann"), person("c", "Cid")});
+    bookHolds({withMobile(named("a1", "Ann")), named("b1", "Ben"), named("b2", "Ben"),
+               named("a2", "Ann"), named("c", "Cid")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json", "--uncheck", "b1"}), 0);
     EXPECT_EQ(out(), R"({"schema":1,"dryRun":false,"deleted":["b2","a2"],)"
@@ -64,9 +65,9 @@ TEST_F(DeleteTest, PrintsExactlyThisJson)
     EXPECT_EQ(err(), "");
 }
 
-TEST_F(DeleteTest, NamesInJsonOnlyThoseWhoAreReallyGone)
+TEST_F(DeleteTest, ListsInJsonOnlyThoseWhoAreReallyGone)
 {
-    bookHolds({withMobile(person("a1", "Ann")), person("a2", "Ann"), person("a3", "Ann")});
+    bookHolds({withMobile(named("a1", "Ann")), named("a2", "Ann"), named("a3", "Ann")});
     int readings = 0;
     book_.onRead = [&] {
         if (++readings == 2) {
@@ -79,9 +80,9 @@ TEST_F(DeleteTest, NamesInJsonOnlyThoseWhoAreReallyGone)
     EXPECT_EQ(Json::parse(out())["contacts"], 2);
 }
 
-// Asking.
+// The question.
 
-TEST_F(DeleteTest, AsksOnATerminalInTheSystemsWords)
+TEST_F(DeleteTest, AsksOnATerminal)
 {
     bookHoldsAnnTwice();
     everythingIsATerminal();
@@ -93,7 +94,7 @@ TEST_F(DeleteTest, AsksOnATerminalInTheSystemsWords)
     EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
 }
 
-TEST_F(DeleteTest, ShowsWhomItIsGoingToDeleteBeforeItAsks)
+TEST_F(DeleteTest, ShowsThePeopleToBeDeletedBeforeItAsks)
 {
     bookHoldsAnnTwice();
     everythingIsATerminal();
@@ -106,7 +107,7 @@ TEST_F(DeleteTest, ShowsWhomItIsGoingToDeleteBeforeItAsks)
     EXPECT_LT(err().find("ann-2\n"), err().find("Confirm to delete")) << err();
 }
 
-TEST_F(DeleteTest, TakesTheseAnswersForYes)
+TEST_F(DeleteTest, AcceptsTheseAnswersAsYes)
 {
     everythingIsATerminal();
     for (const std::string answer : {"y", "Y", "yes", "Yes", "ok", "OK", "okay", "Okay", " yes "}) {
@@ -144,7 +145,7 @@ TEST_F(DeleteTest, NeedsYesWithoutATerminalAndThenReadsNothing)
 
         EXPECT_EQ(run({"delete", "book.vcf"}), 2);
         EXPECT_EQ(out(), "");
-        EXPECT_EQ(err(), "dunmora-cli: Without a terminal to ask on, delete needs --yes.\n");
+        EXPECT_EQ(err(), "dunmora-cli: delete needs --yes when it cannot ask on a terminal.\n");
         EXPECT_TRUE(opened_.empty());
     }
 }
@@ -160,7 +161,7 @@ TEST_F(DeleteTest, AsksOnTheTerminalWhenOnlyTheOutputIsAPipe)
     EXPECT_EQ(Json::parse(out())["deleted"], Json({"ann-2"}));
 }
 
-TEST_F(DeleteTest, ShowsOnTheTerminalWhomItAsksAboutWhenTheOutputGoesElsewhere)
+TEST_F(DeleteTest, ShowsThePeopleOnTheTerminalWhenTheOutputIsRedirected)
 {
     bookHoldsAnnTwice();
     environment_.inIsTerminal = true;
@@ -185,8 +186,8 @@ TEST_F(DeleteTest, DoesNotAskWithYes)
 
 TEST_F(DeleteTest, SetsMarksOnTopOfTheProposedOnes)
 {
-    bookHolds({withMobile(person("a1", "Ann")), person("a2", "Ann"), person("a3", "Ann"),
-               withMobile(person("b1", "Ben")), person("b2", "Ben")});
+    bookHolds({withMobile(named("a1", "Ann")), named("a2", "Ann"), named("a3", "Ann"),
+               withMobile(named("b1", "Ben")), named("b2", "Ben")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--uncheck", "a3", "--check", "a1", "--check", "b1",
                    "--uncheck=b2", "--check", "b1"}),
@@ -196,7 +197,7 @@ TEST_F(DeleteTest, SetsMarksOnTopOfTheProposedOnes)
 
 TEST_F(DeleteTest, TakesAUidThatLooksLikeAnOptionOrAList)
 {
-    bookHolds({withMobile(person("-x", "Ann")), person("[1,2]", "Ann"), person("--yes", "Ann")});
+    bookHolds({withMobile(named("-x", "Ann")), named("[1,2]", "Ann"), named("--yes", "Ann")});
 
     EXPECT_EQ(
         run({"delete", "b", "--yes", "--uncheck", "[1,2]", "--check", "-x", "--uncheck", "--yes"}),
@@ -215,7 +216,7 @@ TEST_F(DeleteTest, RefusesAUidThatNobodyHasBeforeAnythingHappens)
     }
 }
 
-TEST_F(DeleteTest, RefusesAUidThatIsToBeCheckedAndUnchecked)
+TEST_F(DeleteTest, RefusesAUidInBothCheckAndUncheck)
 {
     bookHoldsAnnTwice();
 
@@ -224,7 +225,7 @@ TEST_F(DeleteTest, RefusesAUidThatIsToBeCheckedAndUnchecked)
     expectUnchanged();
 }
 
-TEST_F(DeleteTest, SaysThatNobodyIsChecked)
+TEST_F(DeleteTest, ReportsThatNobodyIsChecked)
 {
     bookHoldsAnnTwice();
 
@@ -245,17 +246,18 @@ TEST_F(DeleteTest, PrintsJsonWithNobodyDeletedWhenNobodyIsChecked)
     expectUnchanged();
 }
 
-// The guard of last copies.
+// The guard against losing every copy.
 
 TEST_F(DeleteTest, RefusesToDeleteEveryCopyAndNamesThePeople)
 {
-    bookHolds({person("a1", "Ann"), person("a2", "Ann"), withMobile(person("b1", "Ben")),
-               person("b2", "Ben"), person("c1", "\033Cid", ""), person("c2", "\033Cid", "")});
+    bookHolds({named("a1", "Ann"), named("a2", "Ann"), withMobile(named("b1", "Ben")),
+               named("b2", "Ben"), named("c1", "\033Cid", ""), named("c2", "\033Cid", "")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--quiet"}), 1);
     EXPECT_EQ(out(), "");
-    EXPECT_EQ(err(), "dunmora-cli: 2 people would lose every copy: Ann Lee, ␛Cid. With "
-                     "--keep-one one of each is kept, with --allow-last-copy none.\n");
+    EXPECT_EQ(err(), "dunmora-cli: 2 people would lose every copy: Ann Lee, ␛Cid. Use "
+                     "--keep-one to keep one copy of each, or --allow-last-copy to delete them "
+                     "all.\n");
     expectUnchanged();
 }
 
@@ -272,8 +274,8 @@ TEST_F(DeleteTest, NamesEveryLastCopy)
 {
     std::vector<FakePerson> people;
     for (int i = 0; i < 12; ++i) {
-        people.push_back(person(std::to_string(2 * i), "P" + std::to_string(i), ""));
-        people.push_back(person(std::to_string(2 * i + 1), "P" + std::to_string(i), ""));
+        people.push_back(named(std::to_string(2 * i), "P" + std::to_string(i), ""));
+        people.push_back(named(std::to_string(2 * i + 1), "P" + std::to_string(i), ""));
     }
     bookHolds(std::move(people));
 
@@ -286,9 +288,9 @@ TEST_F(DeleteTest, NamesEveryLastCopy)
 
 TEST_F(DeleteTest, NamesLastCopiesByNicknameOrUidWhenTheyHaveNoName)
 {
-    auto nick = person("n", "", "");
+    auto nick = named("n", "", "");
     nick.nickname = "Nick";
-    bookHolds({nick, person("u-1", "", "")});
+    bookHolds({nick, named("u-1", "", "")});
 
     EXPECT_EQ(
         run({"delete", "b", "--yes", "--match", "nickname", "--check", "n", "--check", "u-1"}), 1);
@@ -297,7 +299,7 @@ TEST_F(DeleteTest, NamesLastCopiesByNicknameOrUidWhenTheyHaveNoName)
 
 TEST_F(DeleteTest, DeletesEveryCopyWhenAllowed)
 {
-    bookHolds({person("a1", "Ann"), person("a2", "Ann"), person("b", "Ben")});
+    bookHolds({named("a1", "Ann"), named("a2", "Ann"), named("b", "Ben")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--allow-last-copy", "--check", "b"}), 0);
     EXPECT_TRUE(book_.storedUids().empty());
@@ -305,22 +307,22 @@ TEST_F(DeleteTest, DeletesEveryCopyWhenAllowed)
 
 TEST_F(DeleteTest, KeepsTheFirstOfEveryGroupThatWouldLoseAll)
 {
-    bookHolds({person("a1", "Ann"), person("a2", "Ann"), person("a3", "Ann"),
-               withMobile(person("b1", "Ben")), person("b2", "Ben"), person("c", "Cid")});
+    bookHolds({named("a1", "Ann"), named("a2", "Ann"), named("a3", "Ann"),
+               withMobile(named("b1", "Ben")), named("b2", "Ben"), named("c", "Cid")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--keep-one", "--check", "c"}), 0);
     EXPECT_EQ(book_.storedUids(), (Uids{"a1", "b1", "c"}));
 }
 
-TEST_F(DeleteTest, KeepsOneAfterTheMarksOfTheUser)
+TEST_F(DeleteTest, KeepsOneAfterApplyingTheUsersMarks)
 {
-    bookHolds({withMobile(person("a1", "Ann")), person("a2", "Ann")});
+    bookHolds({withMobile(named("a1", "Ann")), named("a2", "Ann")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--keep-one", "--check", "a1"}), 0);
     EXPECT_EQ(book_.storedUids(), (Uids{"a1"}));
 }
 
-TEST_F(DeleteTest, MayKeepSoManyThatNobodyIsLeftToDelete)
+TEST_F(DeleteTest, DeletesNobodyWhenKeepOneUnchecksEveryone)
 {
     bookHoldsAnnTwice();
 
@@ -330,23 +332,22 @@ TEST_F(DeleteTest, MayKeepSoManyThatNobodyIsLeftToDelete)
     expectUnchanged();
 }
 
-// The guard of blank matches.
+// The guard against blank matches.
 
 TEST_F(DeleteTest, RefusesToDeleteThoseWhoShareOnlyEmptyFields)
 {
-    bookHolds({withMobile(person("1", "", "")), person("2", "", ""), person("3", "", "")});
+    bookHolds({withMobile(named("1", "", "")), named("2", "", ""), named("3", "", "")});
 
     EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
     EXPECT_EQ(out(), "");
-    EXPECT_EQ(err(),
-              "dunmora-cli: 2 people to be deleted share only empty fields with others. With "
-              "--allow-blank-match the deletion goes on all the same.\n");
+    EXPECT_EQ(err(), "dunmora-cli: 2 people to be deleted share only empty fields with others. Use "
+                     "--allow-blank-match to delete them anyway.\n");
     expectUnchanged();
 }
 
 TEST_F(DeleteTest, DeletesThoseWhoShareOnlyEmptyFieldsWhenAllowed)
 {
-    bookHolds({withMobile(person("1", "", "")), person("2", "", ""), person("3", "", "")});
+    bookHolds({withMobile(named("1", "", "")), named("2", "", ""), named("3", "", "")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--allow-blank-match"}), 0);
     EXPECT_EQ(book_.storedUids(), (Uids{"1"}));
@@ -354,24 +355,24 @@ TEST_F(DeleteTest, DeletesThoseWhoShareOnlyEmptyFieldsWhenAllowed)
 
 TEST_F(DeleteTest, AllowsAGroupOfEmptyFieldsInWhichNobodyIsChecked)
 {
-    bookHolds({withMobile(person("1", "", "")), person("2", "", ""),
-               withMobile(person("a1", "Ann")), person("a2", "Ann")});
+    bookHolds({withMobile(named("1", "", "")), named("2", "", ""), withMobile(named("a1", "Ann")),
+               named("a2", "Ann")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--uncheck", "2"}), 0);
     EXPECT_EQ(book_.storedUids(), (Uids{"1", "2", "a1"}));
 }
 
-TEST_F(DeleteTest, DoesNotTakeANameOfDashesForAnEmptyOne)
+TEST_F(DeleteTest, DoesNotMistakeANameOfDashesForAnEmptyOne)
 {
-    bookHolds({withMobile(person("1", "-", "")), person("2", "-", "")});
+    bookHolds({withMobile(named("1", "-", "")), named("2", "-", "")});
 
     EXPECT_EQ(run({"delete", "b", "--yes"}), 0);
     EXPECT_EQ(book_.storedUids(), (Uids{"1"}));
 }
 
-TEST_F(DeleteTest, SaysBothWhenBothGuardsApply)
+TEST_F(DeleteTest, ReportsBothWhenBothGuardsApply)
 {
-    bookHolds({person("1", "", ""), person("2", "", "")});
+    bookHolds({named("1", "", ""), named("2", "", "")});
 
     EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
     EXPECT_NE(err().find("1 person would lose every copy: (no name, uid 1)."), std::string::npos);
@@ -390,15 +391,14 @@ TEST_F(DeleteTest, SaysBothWhenBothGuardsApply)
 
 TEST_F(DeleteTest, BacksUpThePeopleInTheBooksOrderBeforeItDeletes)
 {
-    bookHolds({person("a2", "Ann"), person("b2", "Ben"), withMobile(person("b1", "Ben")),
-               withMobile(person("a1", "Ann"))});
+    bookHolds({named("a2", "Ann"), named("b2", "Ben"), withMobile(named("b1", "Ben")),
+               withMobile(named("a1", "Ann"))});
     const auto backup = folder_.path() / "backup.vcf";
     book_.onRemove = [&] { EXPECT_TRUE(std::filesystem::exists(backup)); };
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--backup", backup.string()}), 0);
 
-    EXPECT_EQ(contentOf(backup), "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:a2\r\nEND:VCARD\r\n"
-                                 "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:b2\r\nEND:VCARD\r\n");
+    EXPECT_EQ(contentOf(backup), cardOf(named("a2", "Ann")) + cardOf(named("b2", "Ben")));
     EXPECT_NE(out().find("2 people deleted.\nBackup: " + backup.string() + "\n"), std::string::npos)
         << out();
 }
@@ -416,7 +416,8 @@ TEST_F(DeleteTest, RefusesABackupThatExistsBeforeAnythingHappens)
 
         EXPECT_EQ(run(arguments), 1);
         EXPECT_EQ(out(), "");
-        EXPECT_EQ(err(), "dunmora-cli: “" + backup.string() + "” exists already.\n");
+        EXPECT_EQ(err(), "dunmora-cli: “" + backup.string() +
+                             "” already exists. Choose another file for the backup.\n");
         expectUnchanged();
     }
     EXPECT_EQ(contentOf(backup), "mine");
@@ -438,12 +439,13 @@ TEST_F(DeleteTest, RefusesABackupInAFolderThatDoesNotExist)
     const auto backup = folder_.path() / "no" / "backup.vcf";
     for (const std::string option : {"--yes", "--dry-run"}) {
         EXPECT_EQ(run({"delete", "b", option, "--backup", backup.string()}), 1);
-        EXPECT_EQ(err(), "dunmora-cli: The folder of “" + backup.string() + "” does not exist.\n");
+        EXPECT_EQ(err(), "dunmora-cli: The folder of “" + backup.string() +
+                             "” does not exist. Create it first.\n");
         expectUnchanged();
     }
 }
 
-TEST_F(DeleteTest, RefusesABackupThatWouldBecomeAPartOfTheBook)
+TEST_F(DeleteTest, RefusesABackupThatWouldBecomePartOfTheBook)
 {
     bookHoldsAnnTwice();
     const auto book = folder_.path() / "people";
@@ -453,12 +455,13 @@ TEST_F(DeleteTest, RefusesABackupThatWouldBecomeAPartOfTheBook)
                                folder_.path() / "people" / ".." / "people" / "x.vcf"}) {
         EXPECT_EQ(run({"delete", book.string(), "--yes", "--backup", backup.string()}), 2);
         EXPECT_EQ(err(), "dunmora-cli: “" + backup.string() +
-                             "” would become a part of the address book.\n");
+                             "” would become part of the address book. Choose another folder for "
+                             "the backup.\n");
         expectUnchanged();
     }
 }
 
-TEST_F(DeleteTest, AllowsABackupThatTheBookDoesNotTakeForItsOwn)
+TEST_F(DeleteTest, AllowsABackupThatWouldNotJoinTheBook)
 {
     const auto book = folder_.path() / "people";
     std::filesystem::create_directory(book);
@@ -470,7 +473,7 @@ TEST_F(DeleteTest, AllowsABackupThatTheBookDoesNotTakeForItsOwn)
     }
 }
 
-TEST_F(DeleteTest, RefusesABackupThatTheBookCannotMakeInADryRunToo)
+TEST_F(DeleteTest, RefusesInADryRunABackupThatTheBookCannotProvide)
 {
     bookHoldsAnnTwice();
     book_.onCards = [] { throw PlatformError("The cards do not go together."); };
@@ -484,13 +487,13 @@ TEST_F(DeleteTest, RefusesABackupThatTheBookCannotMakeInADryRunToo)
     EXPECT_FALSE(std::filesystem::exists(backup));
 }
 
-TEST_F(DeleteTest, SaysThatPeopleWereDeletedWhenTheResultCannotBeWritten)
+TEST_F(DeleteTest, ReportsTheDeletionWhenTheResultCannotBePrinted)
 {
     bookHoldsAnnTwice();
     book_.onSave = [&] { out_.setstate(std::ios::badbit); };
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json"}), 1);
-    EXPECT_EQ(err(), "dunmora-cli: The output could not be written. All the same, 1 person was "
+    EXPECT_EQ(err(), "dunmora-cli: The output could not be written. However, 1 person was "
                      "deleted.\n");
     EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
 }
@@ -501,7 +504,7 @@ TEST_F(DeleteTest, DeletesNobodyWhenTheBackupFails)
     const auto backup = folder_.path() / "backup.vcf";
     everythingIsATerminal();
     typed_ = "y\n";
-    // Another program is faster: the file appears after it was checked and before it is written.
+    // Another program creates the file after it was checked and before it is written.
     int readings = 0;
     book_.onRead = [&] {
         if (++readings == 2) {
@@ -510,12 +513,12 @@ TEST_F(DeleteTest, DeletesNobodyWhenTheBackupFails)
     };
 
     EXPECT_EQ(run({"delete", "b", "--backup", backup.string()}), 1);
-    EXPECT_TRUE(err().ends_with("exists already.\n")) << err();
+    EXPECT_TRUE(err().ends_with("cannot be created: File exists.\n")) << err();
     expectUnchanged();
     EXPECT_EQ(contentOf(backup), "theirs");
 }
 
-TEST_F(DeleteTest, KeepsTheBackupWhenTheDeletionFailsAndSaysWhereItIs)
+TEST_F(DeleteTest, KeepsTheBackupAndNamesItWhenTheDeletionFails)
 {
     bookHoldsAnnTwice();
     const auto backup = folder_.path() / "backup.vcf";
@@ -529,7 +532,7 @@ TEST_F(DeleteTest, KeepsTheBackupWhenTheDeletionFailsAndSaysWhereItIs)
     EXPECT_EQ(book_.writes(), 0U);
 }
 
-TEST_F(DeleteTest, SaysWhyTheBookCannotBeSaved)
+TEST_F(DeleteTest, ReportsWhyTheBookCannotBeSaved)
 {
     bookHoldsAnnTwice();
     book_.onSave = [] { throw PlatformError("“b” is read-only"); };
@@ -568,9 +571,9 @@ TEST_F(DeleteTest, NeedsNeitherYesNorATerminalForADryRun)
     expectUnchanged();
 }
 
-TEST_F(DeleteTest, RefusesInADryRunWhatItRefusesOtherwise)
+TEST_F(DeleteTest, AppliesTheGuardsInADryRunToo)
 {
-    bookHolds({person("1", "", ""), person("2", "", "")});
+    bookHolds({named("1", "", ""), named("2", "", "")});
 
     EXPECT_EQ(run({"delete", "b", "--dry-run"}), 1);
     EXPECT_NE(err().find("would lose every copy"), std::string::npos);
@@ -580,7 +583,7 @@ TEST_F(DeleteTest, RefusesInADryRunWhatItRefusesOtherwise)
     expectUnchanged();
 }
 
-TEST_F(DeleteTest, StaysDryWithYes)
+TEST_F(DeleteTest, DeletesNobodyInADryRunWithYes)
 {
     bookHoldsAnnTwice();
 
@@ -606,7 +609,7 @@ TEST_F(DeleteTest, ShowsTheDeletionsProgressOnATerminal)
 
 TEST_F(DeleteTest, NeverShowsAControlCharacter)
 {
-    bookHolds({withMobile(person("1", "A\x1b[2Jn")), person("2\x1b", "A\x1b[2Jn")});
+    bookHolds({withMobile(named("1", "A\x1b[2Jn")), named("2\x1b", "A\x1b[2Jn")});
     everythingIsATerminal();
     typed_ = "y\n";
 
@@ -617,9 +620,9 @@ TEST_F(DeleteTest, NeverShowsAControlCharacter)
     EXPECT_NE(out().find("/x␛y\n"), std::string::npos) << out();
 }
 
-TEST_F(DeleteTest, MatchesByTheFieldsGivenAndStoresNothing)
+TEST_F(DeleteTest, MatchesByTheGivenFieldsAndStoresNothing)
 {
-    bookHolds({withMobile(person("1", "Ann", "Lee")), person("2", "Ann", "Li")});
+    bookHolds({withMobile(named("1", "Ann", "Lee")), named("2", "Ann", "Li")});
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--match", "firstname"}), 0);
     EXPECT_EQ(book_.storedUids(), (Uids{"1"}));

@@ -29,7 +29,7 @@ void expectAsExpected(const std::string& text)
     }
 }
 
-TEST(JsonText, EscapesEveryAsciiCharacterAsItMust)
+TEST(JsonText, EscapesAsciiCharactersAsRequired)
 {
     for (int c = 0; c < 0x80; ++c) {
         expectAsExpected(std::string("a") + static_cast<char>(c) + "b");
@@ -37,7 +37,7 @@ TEST(JsonText, EscapesEveryAsciiCharacterAsItMust)
     EXPECT_EQ(jsonText("\"\\/\b\f\n\r\t\x1f", JsonCharacters::Utf8), R"("\"\\/\b\f\n\r\t\u001f")");
 }
 
-TEST(JsonText, KeepsOrEscapesWhatIsNotAscii)
+TEST(JsonText, KeepsOrEscapesOtherCharacters)
 {
     EXPECT_EQ(jsonText("Zoë 王 😀", JsonCharacters::Utf8), "\"Zoë 王 😀\"");
     EXPECT_EQ(jsonText("Zoë 王 😀", JsonCharacters::Ascii), R"("Zo\u00eb \u738b \ud83d\ude00")");
@@ -47,7 +47,7 @@ TEST(JsonText, KeepsOrEscapesWhatIsNotAscii)
     }
 }
 
-TEST(JsonText, ReplacesWhatIsNotUtf8)
+TEST(JsonText, ReplacesInvalidUtf8)
 {
     EXPECT_EQ(jsonText("a\xFFz", JsonCharacters::Utf8), "\"a\xEF\xBF\xBDz\"");
     EXPECT_EQ(jsonText("a\xC3", JsonCharacters::Ascii), R"("a\ufffd")");
@@ -61,7 +61,7 @@ TEST(JsonText, ReplacesWhatIsNotUtf8)
 TEST(JsonText, EscapesAnyBytesAsTheLibraryDoes)
 {
     std::mt19937 random(20240501);
-    // Mostly pieces of characters, so that whole ones come about, too.
+    // Mostly parts of characters, so that some complete ones occur by chance.
     constexpr std::string_view kBytes = "a\"\\\x01\x7f\xC3\xAB\xE7\x8E\x8B\xF0\x9F\x98\x80\xED\xA0";
     for (int i = 0; i < 20000; ++i) {
         std::string text;

@@ -11,7 +11,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// A stream that takes nothing, as a full disk.
+/// A stream that rejects all output, like a full disk.
 class FullDisk final : public std::streambuf {
 protected:
     int overflow(int /*c*/) override { return traits_type::eof(); }
@@ -34,7 +34,7 @@ TEST_F(ListTest, PrintsTheReviewAsExactlyThisJson)
     auto full = FakePerson();
     full.uid = "uid-2";
     full.modified.reset();
-    bookHolds({withMobile(person("uid-1", "Ann"), "+1 555 0100"), person("uid-3", "Ben"), full});
+    bookHolds({withMobile(named("uid-1", "Ann"), "+1 555 0100"), named("uid-3", "Ben"), full});
     book_.readingNotes.cardsSkipped = 3;
 
     EXPECT_EQ(run({"list", "my book.vcf", "--format", "json", "--quiet"}), 0);
@@ -69,8 +69,8 @@ TEST_F(ListTest, NamesTheMatchFieldsOfTheJsonInTheOrderOfTheKey)
 
 TEST_F(ListTest, KeepsTheEnginesOrderOfGroupsAndRows)
 {
-    bookHolds({person("z", "Zoe"), person("b2", "Ben"), person("a", "Ann"), person("z2", "Zoe"),
-               person("b1", "Ben")});
+    bookHolds({named("z", "Zoe"), named("b2", "Ben"), named("a", "Ann"), named("z2", "Zoe"),
+               named("b1", "Ben")});
 
     EXPECT_EQ(run({"list", "b", "--format", "json", "--quiet"}), 0);
 
@@ -86,7 +86,7 @@ TEST_F(ListTest, KeepsTheEnginesOrderOfGroupsAndRows)
 
 TEST_F(ListTest, EscapesEverythingOutsideAsciiInJsonForATerminal)
 {
-    bookHolds({person("1", "Zoë\x1b"), person("2", "Zoë\x1b")});
+    bookHolds({named("1", "Zoë\x1b"), named("2", "Zoë\x1b")});
     run({"list", "b", "--format", "json", "--quiet"});
     const auto piped = out();
     environment_.outIsTerminal = true;
@@ -98,9 +98,9 @@ TEST_F(ListTest, EscapesEverythingOutsideAsciiInJsonForATerminal)
     EXPECT_EQ(Json::parse(piped), Json::parse(out()));
 }
 
-TEST_F(ListTest, ReplacesBytesThatAreNoUtf8InJson)
+TEST_F(ListTest, ReplacesInvalidUtf8InJson)
 {
-    bookHolds({person("1", "Zo\xEB"), person("2", "Zo\xEB")});
+    bookHolds({named("1", "Zo\xEB"), named("2", "Zo\xEB")});
 
     run({"list", "b\xFF", "--format", "json", "--quiet"});
 
@@ -109,12 +109,12 @@ TEST_F(ListTest, ReplacesBytesThatAreNoUtf8InJson)
     EXPECT_EQ(document["groups"][0]["rows"][0]["fname"], "Zo\xEF\xBF\xBD");
 }
 
-TEST_F(ListTest, PrintsCsvAsTheStandardHasIt)
+TEST_F(ListTest, PrintsCsvAsTheStandardRequires)
 {
-    auto second = withMobile(person("2", "An\"n, Dr."), "line\r\nbreak");
+    auto second = withMobile(named("2", "An\"n, Dr."), "line\r\nbreak");
     second.modified.reset();
-    bookHolds({withMobile(person("1", "An\"n, Dr."), " +1 "), second, person("3", "Ben"),
-               person("4", "Ben")});
+    bookHolds({withMobile(named("1", "An\"n, Dr."), " +1 "), second, named("3", "Ben"),
+               named("4", "Ben")});
 
     EXPECT_EQ(run({"list", "b", "--format", "csv", "--quiet"}), 0);
     EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified\r\n"
@@ -131,18 +131,18 @@ TEST_F(ListTest, PrintsOnlyTheHeaderAsCsvWhenThereIsNoDuplicate)
     EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified\r\n");
 }
 
-TEST_F(ListTest, LeavesCsvValuesAsTheyAreInAPipe)
+TEST_F(ListTest, LeavesCsvValuesUnchangedInAPipe)
 {
-    bookHolds({person("1", "=1+1\x1b\xEB"), person("2", "=1+1\x1b\xEB")});
+    bookHolds({named("1", "=1+1\x1b\xEB"), named("2", "=1+1\x1b\xEB")});
 
     run({"list", "b", "--format", "csv", "--quiet"});
 
     EXPECT_NE(out().find(",=1+1\x1b\xEB,"), std::string::npos);
 }
 
-TEST_F(ListTest, ShowsNoControlCharacterOfACsvOnATerminal)
+TEST_F(ListTest, ShowsNoControlCharacterInCsvOnATerminal)
 {
-    bookHolds({person("1", "A\x1b[2J\nn\xEB"), person("2", "A\x1b[2J\nn\xEB")});
+    bookHolds({named("1", "A\x1b[2J\nn\xEB"), named("2", "A\x1b[2J\nn\xEB")});
     environment_.outIsTerminal = true;
 
     run({"list", "b", "--format", "csv", "--quiet"});
@@ -150,12 +150,12 @@ TEST_F(ListTest, ShowsNoControlCharacterOfACsvOnATerminal)
     EXPECT_NE(out().find(",A␛[2J␊n�,"), std::string::npos) << out();
 }
 
-TEST_F(ListTest, ShowsTheGroupsApartWithCheckMarksAndAllColumns)
+TEST_F(ListTest, SeparatesTheGroupsAndShowsCheckMarksAndAllColumns)
 {
     auto full = FakePerson();
     full.uid = "uid-of-ann";
-    bookHolds({full, person("b1", "Benjamin", "Li"), person("a2", "Ann"),
-               person("b2", "Benjamin", "Li")});
+    bookHolds(
+        {full, named("b1", "Benjamin", "Li"), named("a2", "Ann"), named("b2", "Benjamin", "Li")});
 
     EXPECT_EQ(run({"list", "book.vcf", "--quiet"}), 0);
     EXPECT_EQ(
@@ -172,16 +172,16 @@ TEST_F(ListTest, ShowsTheGroupsApartWithCheckMarksAndAllColumns)
         "4 duplicates of 4\n");
 }
 
-TEST_F(ListTest, ShowsOnlyTheClosingLineWithoutDuplicates)
+TEST_F(ListTest, ShowsOnlyTheTotalWithoutDuplicates)
 {
-    bookHolds({person("1", "Ann"), person("2", "Ben")});
+    bookHolds({named("1", "Ann"), named("2", "Ben")});
 
     EXPECT_EQ(run({"list", "book.vcf", "--format", "table"}), 0);
     EXPECT_EQ(out(), "0 duplicates of 2\n");
     EXPECT_EQ(err(), "");
 }
 
-TEST_F(ListTest, ShowsTimesOfATableInTheUsersTimeZone)
+TEST_F(ListTest, ShowsTimesInATableInTheUsersTimeZone)
 {
     timeZoneIs("XXX-2");
     bookHoldsAnnTwice();
@@ -193,8 +193,8 @@ TEST_F(ListTest, ShowsTimesOfATableInTheUsersTimeZone)
 
 TEST_F(ListTest, AlignsWideAndCombiningCharacters)
 {
-    bookHolds({person("1", "王小明", "Li"), person("2", "王小明", "Li"),
-               person("3", "Zoe\u0308", "Li"), person("4", "Zoe\u0308", "Li")});
+    bookHolds({named("1", "王小明", "Li"), named("2", "王小明", "Li"),
+               named("3", "Zoe\u0308", "Li"), named("4", "Zoe\u0308", "Li")});
 
     run({"list", "book.vcf", "--quiet"});
 
@@ -202,11 +202,11 @@ TEST_F(ListTest, AlignsWideAndCombiningCharacters)
     EXPECT_NE(out().find("\n[x]  Zoe\u0308         Li  "), std::string::npos) << out();
 }
 
-TEST_F(ListTest, LetsAnEndlessNameStickOutOfItsColumn)
+TEST_F(ListTest, LetsAVeryLongNameOverflowItsColumn)
 {
     const std::string endless(5000, 'a');
-    bookHolds({person("1", endless, "Li"), person("2", endless, "Li"), person("3", "Ann"),
-               person("4", "Ann")});
+    bookHolds({named("1", endless, "Li"), named("2", endless, "Li"), named("3", "Ann"),
+               named("4", "Ann")});
 
     run({"list", "book.vcf", "--quiet"});
 
@@ -216,11 +216,11 @@ TEST_F(ListTest, LetsAnEndlessNameStickOutOfItsColumn)
 
 TEST_F(ListTest, NeverShowsAControlCharacterInATable)
 {
-    // Escape, line feed, delete, a C1 control, a turn of the writing direction, a line separator
+    // Escape, line feed, delete, a C1 control, a change of the writing direction, a line separator
     // and a stray byte.
     // NOLINTNEXTLINE(misc-misleading-bidirectional): misleading on purpose.
     const std::string name = "A\x1b[2J\n\x7f\xC2\x9B\xE2\x80\xAE\xE2\x80\xA8\xFFn";
-    bookHolds({person("1\r", name), person("2", name)});
+    bookHolds({named("1\r", name), named("2", name)});
     book_.readingNotes.remarks = {"odd \x1b[31m file"};
 
     run({"list", "book.vcf"});
@@ -291,7 +291,7 @@ TEST_F(ListTest, ShowsNoProgressWhenQuietOrInAPipe)
     EXPECT_EQ(err(), "");
 }
 
-TEST_F(ListTest, TellsTheBooksNotes)
+TEST_F(ListTest, ReportsTheBooksNotes)
 {
     book_.readingNotes = {2, {"2 cards without END were skipped.", "“a.vcf” was left out."}};
 
@@ -302,9 +302,9 @@ TEST_F(ListTest, TellsTheBooksNotes)
 
 TEST_F(ListTest, ShowsDatesOfAnyYear)
 {
-    auto early = person("1", "Ann");
+    auto early = named("1", "Ann");
     early.modified = std::chrono::sys_days(std::chrono::year(1) / 1 / 2);
-    auto late = person("2", "Ann");
+    auto late = named("2", "Ann");
     late.modified = std::chrono::sys_days(std::chrono::year(9999) / 12 / 30);
     bookHolds({early, late});
 
@@ -317,9 +317,9 @@ TEST_F(ListTest, ShowsDatesOfAnyYear)
     EXPECT_NE(out().find("9999-12-"), std::string::npos) << out();
 }
 
-TEST_F(ListTest, TakesOverWhatAnotherProgramHasStored)
+TEST_F(ListTest, UsesWhatAnotherProgramHasStored)
 {
-    bookHolds({person("1", "Ann"), person("2", "Ann", "Moe")});
+    bookHolds({named("1", "Ann"), named("2", "Ann", "Moe")});
     FakeUserDefaults theirs(disk_);
     theirs.setBool("filterLastname", false);
     theirs.synchronize();
@@ -331,8 +331,8 @@ TEST_F(ListTest, TakesOverWhatAnotherProgramHasStored)
 
 TEST_F(ListTest, WarnsOfPeopleWhoWouldLoseEveryCopy)
 {
-    bookHolds({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben"),
-               withMobile(person("5", "Cid")), person("6", "Cid")});
+    bookHolds({named("1", "Ann"), named("2", "Ann"), named("3", "Ben"), named("4", "Ben"),
+               withMobile(named("5", "Cid")), named("6", "Cid")});
 
     run({"list", "book.vcf"});
 
@@ -341,7 +341,7 @@ TEST_F(ListTest, WarnsOfPeopleWhoWouldLoseEveryCopy)
 
 TEST_F(ListTest, WarnsOfPeopleWhoShareOnlyEmptyFields)
 {
-    bookHolds({withMobile(person("1", "", "")), person("2", "", ""), person("3", "", "")});
+    bookHolds({withMobile(named("1", "", "")), named("2", "", ""), named("3", "", "")});
 
     run({"list", "book.vcf", "--format", "csv"});
 
@@ -351,7 +351,7 @@ TEST_F(ListTest, WarnsOfPeopleWhoShareOnlyEmptyFields)
 TEST_F(ListTest, MatchesByTheStoredFieldsWithoutOptions)
 {
     userDefaults_.setBool("filterLastname", false);
-    bookHolds({person("1", "Ann", "Lee"), person("2", "Ann", "Li")});
+    bookHolds({named("1", "Ann", "Lee"), named("2", "Ann", "Li")});
 
     run({"list", "b", "--format", "json", "--quiet"});
 
@@ -359,12 +359,12 @@ TEST_F(ListTest, MatchesByTheStoredFieldsWithoutOptions)
     EXPECT_EQ(Json::parse(out())["groups"][0]["key"], "Ann-");
 }
 
-TEST_F(ListTest, StoresNothingOfTheMatchGiven)
+TEST_F(ListTest, DoesNotStoreTheGivenMatchFields)
 {
     userDefaults_.setBool("filterNickname", true);
     userDefaults_.synchronize();
     const auto before = userDefaults_.onDisk();
-    bookHolds({person("1", "Ann", "Lee"), person("2", "Ann", "Li")});
+    bookHolds({named("1", "Ann", "Lee"), named("2", "Ann", "Li")});
 
     EXPECT_EQ(run({"list", "b", "--match", "firstname", "--format", "json", "--quiet"}), 0);
 
@@ -387,7 +387,7 @@ TEST_F(ListTest, AsksForAFieldWhenThePreferencesChooseNone)
     EXPECT_EQ(err(), "You should choose at least one field as match condition!\n");
 }
 
-TEST_F(ListTest, SaysWhyTheBookCannotBeRead)
+TEST_F(ListTest, ReportsWhyTheBookCannotBeRead)
 {
     environment_.errIsTerminal = true;
     book_.onRead = [] { throw PlatformError("“book.vcf” cannot be read: no such file"); };
@@ -408,7 +408,7 @@ TEST_F(ListTest, ClearsTheProgressBeforeAnError)
     EXPECT_EQ(err(), "\rLoading Contacts...\r                   \rdunmora-cli: gone\n");
 }
 
-TEST_F(ListTest, SaysThatTheBookCannotBeOpened)
+TEST_F(ListTest, ReportsThatTheBookCannotBeOpened)
 {
     environment_.openAddressBook = [](const std::string& name) -> OpenedBook {
         throw PlatformError("no book “" + name + "”");
@@ -418,7 +418,7 @@ TEST_F(ListTest, SaysThatTheBookCannotBeOpened)
     EXPECT_EQ(err(), "dunmora-cli: no book “x␊”\n");
 }
 
-TEST_F(ListTest, SaysWhenTheOutputCannotBeWritten)
+TEST_F(ListTest, ReportsThatTheOutputCannotBeWritten)
 {
     bookHoldsAnnTwice();
     FullDisk disk;
@@ -431,7 +431,7 @@ TEST_F(ListTest, SaysWhenTheOutputCannotBeWritten)
     EXPECT_EQ(err(), "dunmora-cli: The output could not be written.\n");
 }
 
-TEST_F(ListTest, TurnsAnyFailureIntoALine)
+TEST_F(ListTest, ReportsAnyFailureInOneLine)
 {
     book_.onRead = [] { throw std::bad_alloc(); };
 

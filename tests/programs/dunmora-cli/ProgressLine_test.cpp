@@ -47,7 +47,7 @@ TEST_F(ProgressLineTest, ShowsTheMessageThenTheBar)
     EXPECT_EQ(drawn(), "\rSorting... [" + std::string(10, '#') + std::string(30, '.') + "]  25%");
 }
 
-TEST_F(ProgressLineTest, DrawsAboutAHundredTimesAPass)
+TEST_F(ProgressLineTest, DrawsAboutAHundredTimesPerPass)
 {
     const ProgressLine line(err_, 80);
     say(kMsgShowMessage, "Loading...");
@@ -73,7 +73,7 @@ TEST_F(ProgressLineTest, StaysFullWhenADeletionCountsBeyondItsTotal)
     EXPECT_TRUE(drawn().ends_with("[" + std::string(40, '#') + "] 100%"));
 }
 
-TEST_F(ProgressLineTest, HasNoTroubleWithTheLargestNumbers)
+TEST_F(ProgressLineTest, HandlesTheLargestNumbers)
 {
     const ProgressLine line(err_, 80);
     say(kMsgShowMessage, "x");
@@ -96,7 +96,7 @@ TEST_F(ProgressLineTest, ClearsTheLineWhenTheJobEnds)
     EXPECT_EQ(drawn(), "\r" + std::string(width, ' ') + "\r");
 }
 
-TEST_F(ProgressLineTest, ClearsTheLineAndStopsListeningAtItsEnd)
+TEST_F(ProgressLineTest, ClearsTheLineAndStopsListeningWhenDestroyed)
 {
     std::optional<ProgressLine> line(std::in_place, err_, 80);
     say(kMsgShowMessage, "Sorting...");

@@ -10,7 +10,7 @@
 namespace dunmora::test {
 namespace {
 
-TEST(TerminalAlert, PrintsANoticeAndWaitsForNothing)
+TEST(TerminalAlert, PrintsANoticeWithoutWaiting)
 {
     std::istringstream in("y\n");
     std::ostringstream err;
@@ -43,7 +43,7 @@ TEST(TerminalAlert, EndsItsLineWhenTheInputEnds)
     EXPECT_TRUE(err.str().ends_with("[y/N] \n"));
 }
 
-TEST(OverlayUserDefaults, ReadsWhatIsBelowUntilItIsCovered)
+TEST(OverlayUserDefaults, ReadsTheStoredValueUntilItIsOverridden)
 {
     FakeUserDefaults below;
     below.setBool("filterHome", true);
@@ -61,7 +61,7 @@ TEST(OverlayUserDefaults, ReadsWhatIsBelowUntilItIsCovered)
     EXPECT_TRUE(overlay.boolForKey("filterWork"));
 }
 
-TEST(OverlayUserDefaults, StoresNothingBelow)
+TEST(OverlayUserDefaults, StoresNothing)
 {
     FakeUserDefaults below;
     OverlayUserDefaults overlay(below);

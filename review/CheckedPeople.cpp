@@ -1,0 +1,67 @@
+#include "review/CheckedPeople.h"
+
+#include "engine/ContactsParser.h"
+#include "review/GroupWarnings.h"
+
+#include <string_view>
+#include <unordered_set>
+
+namespace dunmora {
+
+std::vector<std::string> checkedUids(const ContactsParser& engine)
+{
+    std::vector<std::string> uids;
+    for (const auto& contact : engine.contacts()) {
+        if (contact.value.isChecked()) {
+            uids.push_back(contact.key);
+        }
+    }
+    return uids;
+}
+
+std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine)
+{
+    const std::unordered_set<std::string_view> duplicates(engine.duplicates().begin(),
+                                                          engine.duplicates().end());
+    auto uids = checkedUids(engine);
+    std::erase_if(uids, [&](const std::string& uid) { return duplicates.contains(uid); });
+    return uids;
+}
+
+std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnings& warnings)
+{
+    auto rows = warnings.firstRowsThatLoseEveryCopy();
+    for (const auto row : rows) {
+        engine.contacts().find(engine.duplicates()[row])->setObject(false, kContactCheck);
+    }
+    return rows;
+}
+
+std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings)
+{
+    std::vector<std::string> names;
+    const auto add = [&](const std::string& uid) {
+        names.push_back(displayName(*engine.contacts().find(uid)));
+    };
+    for (const auto row : warnings.firstRowsThatLoseEveryCopy()) {
+        add(engine.duplicates()[row]);
+    }
+    for (const auto& uid : checkedWithoutDuplicates(engine)) {
+        add(uid);
+    }
+    return names;
+}
+
+std::string displayName(const ContactRecord& contact)
+{
+    const std::string first(contact.text(kContactFirstName));
+    const std::string last(contact.text(kContactLastName));
+    if (!first.empty() || !last.empty()) {
+        return first + (first.empty() || last.empty() ? "" : " ") + last;
+    }
+    const std::string nickname(contact.text(kContactNickname));
+    return nickname.empty() ? "(no name, uid " + std::string(contact.text(kContactUid)) + ")"
+                            : nickname;
+}
+
+}  // namespace dunmora

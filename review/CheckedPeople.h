@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace dunmora {
+
+class ContactRecord;
+class ContactsParser;
+class GroupWarnings;
+
+// The people checked for deletion, and those who would be left without a copy.
+// Thread: as reading or marking the engine's collections.
+
+/// The uids of everyone who is checked, duplicate or not, in the address book's order.
+std::vector<std::string> checkedUids(const ContactsParser& engine);
+
+/// The uids of everyone who is checked without being a duplicate. Nobody shares their match key, so
+/// they are last copies, too.
+std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine);
+
+/// Unchecks the first person of every group that would lose every copy. Returns their rows;
+/// `warnings` is out of date until its `rowsEdited` is called with them.
+std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnings& warnings);
+
+/// The names of the people who would be left without a copy: one for each group that would lose
+/// every copy, then those checked without being a duplicate.
+std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings);
+
+/// "Ann Lee", else the nickname, else "(no name, uid 7)".
+std::string displayName(const ContactRecord& contact);
+
+}  // namespace dunmora

@@ -1,0 +1,38 @@
+#include "review/ReviewTexts.h"
+
+#include "engine/ContactsParser.h"
+#include "review/GroupWarnings.h"
+#include "text/Counted.h"
+
+namespace dunmora {
+
+AlertContent deletionQuestion()
+{
+    return {"Confirm to delete",
+            "The checked contacts will be deleted from Address Book. \r\n"
+            "Do you really want to continue?",
+            "Okay", "Cancel"};
+}
+
+std::string totalText(const ContactsParser& engine)
+{
+    return std::to_string(engine.duplicates().size()) + " duplicates of " +
+           std::to_string(engine.contacts().size());
+}
+
+std::string warningText(GroupWarning warning, std::size_t people)
+{
+    return warning == GroupWarning::LosesEveryCopy
+               ? countOfPeople(people) + " would lose every copy"
+               : counted(people, "person shares only empty fields",
+                         "people share only empty fields");
+}
+
+std::string_view rowText(GroupWarning warning)
+{
+    return warning == GroupWarning::LosesEveryCopy
+               ? "Every copy of this person is checked: none would be left."
+               : "The fields compared are empty in these cards: they may be different people.";
+}
+
+}  // namespace dunmora

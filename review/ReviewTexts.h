@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Alert.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace dunmora {
+
+class ContactsParser;
+enum class GroupWarning;
+
+// The sentences of a review, in the same words in every program.
+
+/// Shown instead of a search when no match field is chosen.
+inline constexpr auto kNoMatchField = "You should choose at least one field as match condition!";
+
+/// Shown instead of a deletion when nobody is checked.
+inline constexpr auto kNobodyChecked = "No contact checked to be deleted!";
+
+/// The question before a deletion; its alternate button cancels.
+AlertContent deletionQuestion();
+
+/// How many rows there are, of how many people: "7 duplicates of 120".
+std::string totalText(const ContactsParser& engine);
+
+/// A warning about this many people, such as "1 person would lose every copy"; no full stop.
+std::string warningText(GroupWarning warning, std::size_t people);
+
+/// A warning about one row of a group, as a full sentence.
+std::string_view rowText(GroupWarning warning);
+
+}  // namespace dunmora

@@ -1,0 +1,93 @@
+#include "review/CheckedPeople.h"
+
+#include "engine/ContactsParser.h"
+#include "review/GroupWarnings.h"
+#include "tests/fakes/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+namespace dunmora::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class CheckedPeopleTest : public testing::Test {
+protected:
+    /// Each person has the first name of its uid without the last character. Nobody has a phone
+    /// number, so that a search checks everyone in a group.
+    void reviewShows(const std::vector<std::string>& uids)
+    {
+        std::vector<FakePerson> people;
+        for (const auto& uid : uids) {
+            FakePerson person;
+            person.uid = uid;
+            person.firstName = uid.substr(0, uid.size() - 1);
+            person.phones.reset();
+            people.push_back(person);
+        }
+        platform_.addressBook = FakeAddressBook(std::move(people));
+        engine_.load();
+        engine_.findDupes();
+        warnings_.update(engine_);
+    }
+
+    void check(const std::string& uid, bool on)
+    {
+        engine_.contacts().find(uid)->setObject(on, kContactCheck);
+        warnings_.update(engine_);
+    }
+
+    FakePlatform platform_;
+    ContactsParser engine_;
+    GroupWarnings warnings_;
+};
+
+TEST_F(CheckedPeopleTest, AreListedInTheOrderOfTheBookWhetherDuplicatesOrNot)
+{
+    reviewShows({"Cid1", "Ann1", "Ben1", "Ann2"});
+    check("Cid1", true);
+
+    EXPECT_EQ(checkedUids(engine_), (Names{"Cid1", "Ann1", "Ann2"}));
+    EXPECT_EQ(checkedWithoutDuplicates(engine_), Names{"Cid1"});
+}
+
+TEST_F(CheckedPeopleTest, KeepTheFirstOfEveryGroupThatWouldLoseEveryCopy)
+{
+    reviewShows({"Ann1", "Ann2", "Ben1", "Ben2", "Cid1", "Cid2"});
+    check("Ben2", false);
+
+    EXPECT_EQ(keepOneOfEach(engine_, warnings_), (std::vector<std::size_t>{0, 4}));
+
+    EXPECT_EQ(checkedUids(engine_), (Names{"Ann2", "Ben1", "Cid2"}));
+}
+
+TEST_F(CheckedPeopleTest, AreLastCopiesWhereAllOfAGroupOrOneWithoutAGroupIsChecked)
+{
+    reviewShows({"Ann1", "Ann2", "Ben1", "Ben2", "Cid1", "Dan1"});
+    check("Ben1", false);
+    check("Dan1", true);
+
+    EXPECT_EQ(lastCopies(engine_, warnings_), (Names{"Ann Lee", "Dan Lee"}));
+}
+
+TEST(DisplayName, IsTheFirstThatAPersonHasOfNamesNicknameAndUid)
+{
+    ContactRecord contact;
+    contact.setObject("7", kContactUid);
+    EXPECT_EQ(displayName(contact), "(no name, uid 7)");
+
+    contact.setObject("Annie", kContactNickname);
+    EXPECT_EQ(displayName(contact), "Annie");
+
+    contact.setObject("Lee", kContactLastName);
+    EXPECT_EQ(displayName(contact), "Lee");
+
+    contact.setObject("Ann", kContactFirstName);
+    EXPECT_EQ(displayName(contact), "Ann Lee");
+
+    contact.setObject("", kContactLastName);
+    EXPECT_EQ(displayName(contact), "Ann");
+}
+
+}  // namespace
+}  // namespace dunmora::test
