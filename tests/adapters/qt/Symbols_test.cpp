@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QPainter>
 #include <QPalette>
 #include <gtest/gtest.h>
 
@@ -39,7 +40,7 @@ bool hasColor(const QImage& image, const QColor& color)
 
 }  // namespace
 
-TEST(Symbols, EachIsDrawnInTheSizeWanted)
+TEST(Symbols, AreDrawnAtTheRequestedSize)
 {
     for (const auto* const name : {"about", "close", "delete", "doubt", "find", "information",
                                    "loss", "open", "quit", "reload"}) {
@@ -49,7 +50,36 @@ TEST(Symbols, EachIsDrawnInTheSizeWanted)
     }
 }
 
-TEST(Symbols, HaveTheColorOfTheTexts)
+TEST(Symbols, AreDrawnInTheDevicePixelsOfTheScreen)
+{
+    constexpr qreal kRatio = 2;
+    const auto icon = symbolIcon(QStringLiteral("delete"));
+
+    const auto image = icon.pixmap(kSize, kRatio).toImage();
+
+    EXPECT_EQ(image.size(), kSize * kRatio);
+    EXPECT_NE(image.convertToFormat(QImage::Format_ARGB32),
+              drawn("delete").scaled(image.size()).convertToFormat(QImage::Format_ARGB32));
+}
+
+TEST(Symbols, AreSharpWhenPaintedOnAScreenWithSmallPixels)
+{
+    constexpr qreal kRatio = 2;
+    QImage screen(kSize * kRatio, QImage::Format_ARGB32_Premultiplied);
+    screen.fill(Qt::transparent);
+    screen.setDevicePixelRatio(kRatio);
+
+    QPainter painter(&screen);
+    symbolIcon(QStringLiteral("delete")).paint(&painter, QRect(QPoint(), kSize));
+    painter.end();
+
+    screen.setDevicePixelRatio(1);
+    const auto sharp = symbolIcon(QStringLiteral("delete")).pixmap(kSize * kRatio).toImage();
+    EXPECT_EQ(screen.convertToFormat(QImage::Format_ARGB32),
+              sharp.convertToFormat(QImage::Format_ARGB32));
+}
+
+TEST(Symbols, FollowThePalette)
 {
     const auto before = QApplication::palette();
     auto palette = before;
@@ -63,13 +93,15 @@ TEST(Symbols, HaveTheColorOfTheTexts)
     QApplication::setPalette(before);
 }
 
-TEST(Symbols, OfWarningsAreOfTheirOwnKindAndColor)
+TEST(Symbols, UseFixedColorsForWarnings)
 {
     EXPECT_NE(drawn("loss"), drawn("doubt"));
+    EXPECT_TRUE(hasColor(drawn("loss"), QColor(0xd1, 0x34, 0x38)));
+    EXPECT_TRUE(hasColor(drawn("doubt"), QColor(0xf2, 0xb0, 0x1e)));
     EXPECT_EQ(drawn("loss"), drawn("loss", QIcon::Selected));
 }
 
-TEST(Symbols, ThatThereAreNotAreAFault)
+TEST(Symbols, RejectUnknownNames)
 {
     EXPECT_THROW(symbolIcon(QStringLiteral("nothing")), std::logic_error);
 }
