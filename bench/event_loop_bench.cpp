@@ -6,6 +6,7 @@
 
 #include "adapters/bundle/BuildBundle.h"
 #include "adapters/defaults/IniUserDefaults.h"
+#include "adapters/qt/AlertDialog.h"
 #include "adapters/qt/QtAlert.h"
 #include "adapters/qt/QtWorkspace.h"
 #include "adapters/vcard/VCardAddressBook.h"
@@ -23,7 +24,6 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 
@@ -90,9 +90,9 @@ private:
             return;
         }
         for (auto* const window : QApplication::topLevelWidgets()) {
-            auto* const alert = qobject_cast<QMessageBox*>(window);
+            auto* const alert = qobject_cast<AlertDialog*>(window);
             if (alert != nullptr && alert->isVisible()) {
-                alert->defaultButton()->click();
+                alert->accept();
                 return;
             }
         }

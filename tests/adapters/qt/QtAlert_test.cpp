@@ -1,17 +1,23 @@
 #include "adapters/qt/QtAlert.h"
+
+#include "adapters/qt/AlertDialog.h"
 #include "tests/adapters/qt/QtTest.h"
 
+#include <QAccessible>
+#include <QDialogButtonBox>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace dunmora::test {
 
@@ -19,30 +25,51 @@ namespace {
 
 class QtAlertTest : public QtTest {
 protected:
-    static QMessageBox* findBox()
+    static AlertDialog* findDialog()
     {
         for (auto* const window : QApplication::topLevelWidgets()) {
-            if (auto* const box = qobject_cast<QMessageBox*>(window);
-                box != nullptr && box->isVisible()) {
-                return box;
+            if (auto* const dialog = qobject_cast<AlertDialog*>(window);
+                dialog != nullptr && dialog->isVisible()) {
+                return dialog;
             }
         }
         return nullptr;
     }
 
-    static QMessageBox& shownBox()
+    static AlertDialog& shownDialog()
     {
-        auto* const box = findBox();
-        if (box == nullptr) {
+        auto* const dialog = findDialog();
+        if (dialog == nullptr) {
             throw std::runtime_error("no alert is shown");
         }
-        return *box;
+        return *dialog;
     }
 
-    /// Shows the alert, does what the user does, and returns the answer.
-    int answer(const AlertContent& content, const std::function<void(QMessageBox& box)>& user)
+    /// The buttons in the order in which they were added.
+    static QList<QAbstractButton*> buttonsOf(const AlertDialog& dialog)
     {
-        soon([&] { user(shownBox()); });
+        return dialog.findChild<QDialogButtonBox*>()->buttons();
+    }
+
+    static QPushButton& defaultButton(const AlertDialog& dialog)
+    {
+        for (auto* const button : dialog.findChildren<QPushButton*>()) {
+            if (button->isDefault()) {
+                return *button;
+            }
+        }
+        throw std::runtime_error("no button is the default one");
+    }
+
+    static QString textOf(AlertDialog& dialog, const char* name)
+    {
+        return widgetIn<QLabel>(dialog, name).text();
+    }
+
+    /// Shows the alert, acts as the user, and returns the response.
+    int answer(const AlertContent& content, const std::function<void(AlertDialog& dialog)>& user)
+    {
+        soon([&] { user(shownDialog()); });
         return alert.runModal(content);
     }
 
@@ -55,13 +82,13 @@ protected:
         "Okay", "Cancel"};
 };
 
-TEST_F(QtAlertTest, AnswersWithTheButtonPressed)
+TEST_F(QtAlertTest, ReturnsTheButtonPressed)
 {
     for (const auto& [text, expected] :
          {std::pair("Okay", Alert::kDefaultButton), std::pair("Cancel", Alert::kAlternateButton)}) {
         EXPECT_EQ(answer(question,
-                         [text = text](QMessageBox& box) {
-                             for (auto* const button : box.buttons()) {
+                         [text = text](AlertDialog& dialog) {
+                             for (auto* const button : buttonsOf(dialog)) {
                                  if (button->text() == QLatin1String(text)) {
                                      click(*button);
                                  }
@@ -71,18 +98,18 @@ TEST_F(QtAlertTest, AnswersWithTheButtonPressed)
     }
 }
 
-TEST_F(QtAlertTest, AnswersEnterWithTheDefaultButton)
+TEST_F(QtAlertTest, TreatsEnterAsTheDefaultButton)
 {
-    const auto enter = [](QMessageBox& box) { press(box, Qt::Key_Return); };
+    const auto enter = [](AlertDialog& dialog) { press(dialog, Qt::Key_Return); };
 
     EXPECT_EQ(answer(question, enter), Alert::kDefaultButton);
     EXPECT_EQ(answer(notice, enter), Alert::kDefaultButton);
 }
 
-TEST_F(QtAlertTest, AnswersEscapeAndTheCloseControlWithTheAlternateButtonElseWithTheOnlyOne)
+TEST_F(QtAlertTest, TreatsEscapeAndTheCloseControlAsTheAlternateButtonOrTheOnlyOne)
 {
-    const auto escape = [](QMessageBox& box) { press(box, Qt::Key_Escape); };
-    const auto close = [](QMessageBox& box) { pressCloseControl(box); };
+    const auto escape = [](AlertDialog& dialog) { press(dialog, Qt::Key_Escape); };
+    const auto close = [](AlertDialog& dialog) { pressCloseControl(dialog); };
 
     EXPECT_EQ(answer(question, escape), Alert::kAlternateButton);
     EXPECT_EQ(answer(question, close), Alert::kAlternateButton);
@@ -90,12 +117,12 @@ TEST_F(QtAlertTest, AnswersEscapeAndTheCloseControlWithTheAlternateButtonElseWit
     EXPECT_EQ(answer(notice, close), Alert::kDefaultButton);
 }
 
-TEST_F(QtAlertTest, GivesTheDefaultButtonTheKeyboard)
+TEST_F(QtAlertTest, FocusesTheDefaultButton)
 {
-    answer(question, [](QMessageBox& box) {
-        EXPECT_EQ(box.focusWidget(), box.defaultButton());
-        EXPECT_EQ(box.defaultButton()->text(), QStringLiteral("Okay"));
-        press(box, Qt::Key_Escape);
+    answer(question, [](AlertDialog& dialog) {
+        EXPECT_EQ(dialog.focusWidget(), &defaultButton(dialog));
+        EXPECT_EQ(defaultButton(dialog).text(), QStringLiteral("Okay"));
+        press(dialog, Qt::Key_Escape);
     });
 }
 
@@ -104,51 +131,51 @@ TEST_F(QtAlertTest, ShowsPlainTextsWithTheirLines)
     const AlertContent content{"<b>a & b</b>", question.informativeText + " <i>1</i>", "A & B",
                                std::nullopt};
 
-    answer(content, [](QMessageBox& box) {
-        EXPECT_EQ(box.text(), QStringLiteral("<b>a & b</b>"));
-        EXPECT_EQ(box.informativeText(),
+    answer(content, [](AlertDialog& dialog) {
+        EXPECT_EQ(textOf(dialog, "message"), QStringLiteral("<b>a & b</b>"));
+        EXPECT_EQ(textOf(dialog, "details"),
                   QStringLiteral("The checked contacts will be deleted from Address Book. \n"
                                  "Do you really want to continue? <i>1</i>"));
-        EXPECT_EQ(box.buttons().front()->text(), QStringLiteral("A && B"));
-        for (const auto* const label : box.findChildren<QLabel*>()) {
-            EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        EXPECT_EQ(buttonsOf(dialog).front()->text(), QStringLiteral("A && B"));
+        for (const auto* const name : {"message", "details"}) {
+            EXPECT_EQ(widgetIn<QLabel>(dialog, name).textFormat(), Qt::PlainText);
         }
-        press(box, Qt::Key_Escape);
+        press(dialog, Qt::Key_Escape);
     });
 }
 
-TEST_F(QtAlertTest, LetsNoTextTurnRoundOrHideWhatFollows)
+TEST_F(QtAlertTest, LetsNoTextReverseOrHideWhatFollows)
 {
     const std::string name = "a\u202Efcv.\tb\x01\xFF";
     const AlertContent content{name, name + "\r\n\n" + name + "\n", "OK", std::nullopt};
 
-    answer(content, [](QMessageBox& box) {
+    answer(content, [](AlertDialog& dialog) {
         const auto shown = QStringLiteral("afcv. b\uFFFD\uFFFD");
-        EXPECT_EQ(box.text(), shown);
-        EXPECT_EQ(box.informativeText(), shown + QStringLiteral("\n\n") + shown + u'\n');
-        press(box, Qt::Key_Escape);
+        EXPECT_EQ(textOf(dialog, "message"), shown);
+        EXPECT_EQ(textOf(dialog, "details"), shown + QStringLiteral("\n\n") + shown + u'\n');
+        press(dialog, Qt::Key_Escape);
     });
 }
 
-TEST_F(QtAlertTest, BreaksATextOnlyWhereItsLineIsLong)
+TEST_F(QtAlertTest, WrapsATextOnlyWhereItsLineIsLong)
 {
-    AlertContent content{"Notes", "No more than a line of the text that stands here.", "OK",
+    AlertContent content{"Notes", "This text is no longer than a single line of it.", "OK",
                          std::nullopt};
-    const auto lines = [](const QMessageBox& box) {
-        const auto& label = *box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+    const auto lines = [](AlertDialog& dialog) {
+        const auto& label = widgetIn<QLabel>(dialog, "details");
         return label.contentsRect().height() / label.fontMetrics().lineSpacing();
     };
 
-    answer(content, [&](QMessageBox& box) {
+    answer(content, [&](AlertDialog& dialog) {
         handleEvents();
-        EXPECT_EQ(lines(box), 1);
-        press(box, Qt::Key_Return);
+        EXPECT_EQ(lines(dialog), 1);
+        press(dialog, Qt::Key_Return);
     });
-    content.informativeText += " And here as much again, which is too much for a line.";
-    answer(content, [&](QMessageBox& box) {
+    content.informativeText += " Here is as much again, which is too much for a line.";
+    answer(content, [&](AlertDialog& dialog) {
         handleEvents();
-        EXPECT_EQ(lines(box), 2);
-        press(box, Qt::Key_Return);
+        EXPECT_EQ(lines(dialog), 2);
+        press(dialog, Qt::Key_Return);
     });
 }
 
@@ -159,29 +186,90 @@ TEST_F(QtAlertTest, LetsALongTextBeScrolled)
         content.informativeText += "A card was skipped.\r\n";
     }
 
-    answer(content, [](QMessageBox& box) {
+    answer(content, [](AlertDialog& dialog) {
         handleEvents();
-        const auto& area = *box.findChild<QPlainTextEdit*>();
+        const auto& area = *dialog.findChild<QPlainTextEdit*>();
         EXPECT_TRUE(area.isReadOnly());
         EXPECT_EQ(area.blockCount(), 1001);
         EXPECT_GT(area.verticalScrollBar()->maximum(), 0);
-        EXPECT_LE(box.height(), box.screen()->availableGeometry().height());
-        EXPECT_TRUE(box.rect().contains(area.geometry()));
+        EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
+        EXPECT_TRUE(dialog.rect().contains(area.geometry()));
         EXPECT_FALSE(area.geometry().intersects(
-            QRect(box.defaultButton()->mapTo(&box, QPoint()), box.defaultButton()->size())));
-        press(box, Qt::Key_Return);
+            QRect(defaultButton(dialog).mapTo(&dialog, QPoint()), defaultButton(dialog).size())));
+        press(dialog, Qt::Key_Return);
     });
 }
 
-TEST_F(QtAlertTest, CanBeAskedFromAnyThread)
+TEST_F(QtAlertTest, LetsALongMessageBeScrolledToo)
+{
+    const AlertContent content{std::string(5000, 'x'), "", "OK", std::nullopt};
+
+    answer(content, [](AlertDialog& dialog) {
+        handleEvents();
+        const auto& area = widgetIn<QPlainTextEdit>(dialog, "message");
+        EXPECT_EQ(area.toPlainText().size(), 5000);
+        EXPECT_TRUE(dialog.screen()->availableGeometry().contains(dialog.geometry()));
+        press(dialog, Qt::Key_Return);
+    });
+}
+
+TEST_F(QtAlertTest, IsWideEnoughForALongWord)
+{
+    const AlertContent content{"Notes", std::string(30, 'W'), "OK", std::nullopt};
+
+    answer(content, [](AlertDialog& dialog) {
+        handleEvents();
+        const auto& label = widgetIn<QLabel>(dialog, "details");
+        EXPECT_GE(label.contentsRect().width(),
+                  label.fontMetrics().horizontalAdvance(label.text()));
+        press(dialog, Qt::Key_Return);
+    });
+}
+
+TEST_F(QtAlertTest, BreaksAWordThatIsTooWideForTheScreen)
+{
+    const AlertContent content{"Notes", std::string(200, 'W'), "OK", std::nullopt};
+
+    answer(content, [](AlertDialog& dialog) {
+        handleEvents();
+        auto& area = widgetIn<QPlainTextEdit>(dialog, "details");
+        EXPECT_LE(area.width(), dialog.screen()->size().width() / 2);
+        EXPECT_FALSE(area.horizontalScrollBar()->isVisible());
+        EXPECT_GT(area.document()->size().height(), 1) << "lines";
+        press(dialog, Qt::Key_Return);
+    });
+}
+
+TEST_F(QtAlertTest, LetsTheUserSelectItsTexts)
+{
+    answer(question, [](AlertDialog& dialog) {
+        for (const auto* const name : {"message", "details"}) {
+            EXPECT_TRUE(widgetIn<QLabel>(dialog, name)
+                            .textInteractionFlags()
+                            .testFlag(Qt::TextSelectableByMouse));
+        }
+        press(dialog, Qt::Key_Escape);
+    });
+}
+
+TEST_F(QtAlertTest, IsAnAlertToScreenReaders)
+{
+    answer(question, [](AlertDialog& dialog) {
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(&dialog)->role(),
+                  QAccessible::AlertMessage);
+        press(dialog, Qt::Key_Escape);
+    });
+}
+
+TEST_F(QtAlertTest, CanRunFromAnyThread)
 {
     std::atomic<int> code = -1;
-    // The alert's own event loop runs inside the test's.
+    // A timer, because the alert runs a nested event loop.
     QTimer user;
     QObject::connect(&user, &QTimer::timeout, [&] {
-        if (auto* const box = findBox()) {
+        if (auto* const dialog = findDialog()) {
             user.stop();
-            press(*box, Qt::Key_Return);
+            press(*dialog, Qt::Key_Return);
         }
     });
     user.start(1);
@@ -192,7 +280,7 @@ TEST_F(QtAlertTest, CanBeAskedFromAnyThread)
     EXPECT_EQ(code, Alert::kDefaultButton);
 }
 
-TEST_F(QtAlertTest, CanStandAboveADialogAndLeavesItRunning)
+TEST_F(QtAlertTest, CanOpenAboveADialogAndLeavesItRunning)
 {
     const auto filter = load("FilterWindow");
     bool wasRunning = false;
@@ -202,11 +290,11 @@ TEST_F(QtAlertTest, CanStandAboveADialogAndLeavesItRunning)
     });
 
     soon([&] {
-        answer(notice, [&](QMessageBox& box) {
-            // The dialog waits, and so does its close control.
+        answer(notice, [&](AlertDialog& dialog) {
+            // The dialog is blocked, including its close control.
             pressCloseControl(shownWindow(QStringLiteral("FilterWindow")));
             EXPECT_FALSE(wasRunning);
-            press(box, Qt::Key_Return);
+            press(dialog, Qt::Key_Return);
         });
         press(shownWindow(QStringLiteral("FilterWindow")), Qt::Key_Escape);
     });
@@ -215,9 +303,9 @@ TEST_F(QtAlertTest, CanStandAboveADialogAndLeavesItRunning)
     EXPECT_TRUE(wasRunning);
 }
 
-TEST_F(QtAlertTest, IsAnsweredAsByEscapeWhenItsSessionIsAborted)
+TEST_F(QtAlertTest, ReturnsTheAlternateButtonWhenItsSessionIsAborted)
 {
-    EXPECT_EQ(answer(question, [&](QMessageBox& /*box*/) { application.abortModal(); }),
+    EXPECT_EQ(answer(question, [&](AlertDialog& /*dialog*/) { application.abortModal(); }),
               Alert::kAlternateButton);
 }
 

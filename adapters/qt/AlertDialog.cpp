@@ -1,0 +1,198 @@
+#include "adapters/qt/AlertDialog.h"
+
+#include "adapters/qt/OneLineText.h"
+#include "adapters/qt/QtText.h"
+#include "adapters/qt/Symbols.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QShowEvent>
+#include <QStringList>
+#include <QStyle>
+#include <QTextOption>
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+
+namespace dunmora {
+
+namespace {
+
+/// A text with more lines or characters than these scrolls.
+constexpr int kMaximumLines = 10;
+constexpr int kColumns = 72;
+constexpr qsizetype kMaximumCharacters = qsizetype{kMaximumLines} * kColumns;
+/// Lines of a shorter text wrap at this many average characters.
+constexpr int kWrapColumns = 60;
+
+/// Makes every line safe to show, because each may contain the name of a file or a person.
+QString safeText(std::string_view text)
+{
+    QStringList lines;
+    while (true) {
+        const auto end = text.find('\n');
+        auto line = text.substr(0, end);
+        if (end != std::string_view::npos && line.ends_with('\r')) {
+            line.remove_suffix(1);
+        }
+        lines << oneLineText(line, std::numeric_limits<std::size_t>::max());
+        if (end == std::string_view::npos) {
+            return lines.join(QLatin1Char('\n'));
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+bool isLong(const QString& text)
+{
+    return text.count(QLatin1Char('\n')) >= kMaximumLines || text.size() > kMaximumCharacters;
+}
+
+/// What an alert may take of the screen's width for its text.
+int maximumTextWidth(const QWidget& widget)
+{
+    return widget.screen()->availableSize().width() / 2;
+}
+
+/// Wide enough for the longest line, up to the width at which lines wrap, and for the longest word,
+/// such as a path.
+int textWidth(const QLabel& label)
+{
+    const auto metrics = label.fontMetrics();
+    const int wrapped =
+        std::min({metrics.size(0, label.text()).width(), metrics.averageCharWidth() * kWrapColumns,
+                  maximumTextWidth(label)});
+    return std::max(wrapped, label.minimumSizeHint().width());
+}
+
+QLabel* makeLabel(const QString& text, const QFont& font, QWidget& parent)
+{
+    auto* const label = new QLabel(&parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(font);
+    label->setText(text);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setFixedWidth(textWidth(*label));
+    return label;
+}
+
+QPlainTextEdit* makeScrollArea(const QString& text, const QFont& font,
+                               const QString& accessibleName, QWidget& parent)
+{
+    auto* const area = new QPlainTextEdit(text, &parent);
+    area->setFont(font);
+    area->setAccessibleName(accessibleName);
+    area->setReadOnly(true);
+    area->setTabChangesFocus(true);
+    // Breaks a word that is wider than the area.
+    area->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    const auto metrics = area->fontMetrics();
+    area->setMinimumSize(std::min(metrics.averageCharWidth() * kColumns, maximumTextWidth(parent)),
+                         metrics.lineSpacing() * kMaximumLines);
+    return area;
+}
+
+/// Screen readers read a label's own text; a scroll area needs a name.
+QWidget* makeText(const QString& text, const QFont& font, const QString& accessibleName,
+                  QWidget& parent)
+{
+    if (!isLong(text)) {
+        auto* const label = makeLabel(text, font, parent);
+        if (label->width() <= maximumTextWidth(parent)) {
+            return label;
+        }
+        // Wider than fits beside the screen's other windows: only the scroll area can break a word.
+        delete label;
+    }
+    return makeScrollArea(text, font, accessibleName, parent);
+}
+
+/// Gives the dialog the role of an alert, which screen readers announce without being asked.
+QAccessibleInterface* accessibleAlert(const QString& /*className*/, QObject* object)
+{
+    auto* const dialog = qobject_cast<AlertDialog*>(object);
+    return dialog == nullptr ? nullptr : new QAccessibleWidget(dialog, QAccessible::AlertMessage);
+}
+
+}  // namespace
+
+AlertDialog::AlertDialog(const AlertContent& content, QWidget* parent) : QDialog(parent)
+{
+    // Qt ignores a factory that is already installed.
+    QAccessible::installFactory(accessibleAlert);
+    setWindowTitle(QGuiApplication::applicationDisplayName());
+    auto* const grid = new QGridLayout(this);
+    grid->setSizeConstraint(QLayout::SetFixedSize);
+    const int margin = style()->pixelMetric(QStyle::PM_LayoutLeftMargin, nullptr, this);
+    grid->setHorizontalSpacing(2 * margin);
+    grid->setVerticalSpacing(margin);
+    addIcon(*grid, content.alternateButton.has_value());
+    addTexts(*grid, content);
+    addButtons(*grid, content);
+}
+
+/// Shows the desktop's own icon, or ours if its theme has none.
+void AlertDialog::addIcon(QGridLayout& grid, bool isQuestion)
+{
+    const auto icon = isQuestion ? QIcon::fromTheme(QStringLiteral("dialog-warning"),
+                                                    symbolIcon(QStringLiteral("doubt")))
+                                 : QIcon::fromTheme(QStringLiteral("dialog-information"),
+                                                    symbolIcon(QStringLiteral("information")));
+    const int size = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
+    auto* const label = new QLabel(this);
+    label->setPixmap(icon.pixmap(QSize(size, size), devicePixelRatioF()));
+    grid.addWidget(label, 0, 0, 2, 1, Qt::AlignTop);
+}
+
+void AlertDialog::addTexts(QGridLayout& grid, const AlertContent& content)
+{
+    const auto message = safeText(content.messageText);
+    auto messageFont = font();
+    messageFont.setBold(!content.informativeText.empty());
+    auto* const title = makeText(message, messageFont, windowTitle(), *this);
+    title->setObjectName(QStringLiteral("message"));
+    grid.addWidget(title, 0, 1);
+    if (content.informativeText.empty()) {
+        return;
+    }
+    auto* const details = makeText(safeText(content.informativeText), font(), message, *this);
+    details->setObjectName(QStringLiteral("details"));
+    grid.addWidget(details, 1, 1);
+}
+
+void AlertDialog::addButtons(QGridLayout& grid, const AlertContent& content)
+{
+    auto* const buttons = new QDialogButtonBox(this);
+    buttons->setCenterButtons(
+        style()->styleHint(QStyle::SH_MessageBox_CenterButtons, nullptr, this) != 0);
+    auto* const accept = buttons->addButton(withoutMnemonic(toQString(content.defaultButton)),
+                                            QDialogButtonBox::AcceptRole);
+    if (content.alternateButton) {
+        buttons->addButton(withoutMnemonic(toQString(*content.alternateButton)),
+                           QDialogButtonBox::RejectRole);
+    }
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    accept->setDefault(true);
+    accept->setFocus();
+    grid.addWidget(buttons, 2, 0, 1, 2);
+}
+
+void AlertDialog::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+}  // namespace dunmora

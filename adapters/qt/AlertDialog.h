@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Alert.h"
+
+#include <QDialog>
+
+class QGridLayout;
+
+namespace dunmora {
+
+/// The window of an alert: an icon, a message with an explanation below it, and one or two buttons.
+/// It is sized to fit its texts; a long text scrolls. The default button accepts the dialog; Escape
+/// and the close control reject it.
+///
+/// Thread: the main thread. Errors: none.
+class AlertDialog final : public QDialog {
+    Q_OBJECT
+
+public:
+    /// `parent` may be null.
+    AlertDialog(const AlertContent& content, QWidget* parent);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void addIcon(QGridLayout& grid, bool isQuestion);
+    void addTexts(QGridLayout& grid, const AlertContent& content);
+    void addButtons(QGridLayout& grid, const AlertContent& content);
+};
+
+}  // namespace dunmora
