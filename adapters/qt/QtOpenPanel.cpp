@@ -18,16 +18,19 @@ namespace dunmora {
 
 namespace {
 
-/// The folder that is selected in the dialog, else the one whose files it shows.
-QString shownFolder(const QFileDialog& dialog)
+/// The folder selected in one of the dialog's file lists, or else the folder that it shows.
+QString chosenFolder(const QFileDialog& dialog)
 {
-    // Both of the dialog's views share one selection.
-    const auto* const view = dialog.findChild<QAbstractItemView*>(QStringLiteral("listView"));
-    const auto selected = view->selectionModel()->selectedIndexes();
-    if (!selected.isEmpty()) {
-        auto path = selected.front().data(QFileSystemModel::FilePathRole).toString();
-        if (QFileInfo(path).isDir()) {
-            return path;
+    for (const auto* const view : dialog.findChildren<QAbstractItemView*>()) {
+        if (qobject_cast<QFileSystemModel*>(view->model()) == nullptr) {
+            continue;
+        }
+        const auto selected = view->selectionModel()->selectedIndexes();
+        if (!selected.isEmpty()) {
+            auto path = selected.front().data(QFileSystemModel::FilePathRole).toString();
+            if (QFileInfo(path).isDir()) {
+                return path;
+            }
         }
     }
     return dialog.directory().absolutePath();
@@ -43,8 +46,8 @@ QString textOf(const std::filesystem::path& path)
     return QFile::decodeName(QByteArray::fromStdString(path.string()));
 }
 
-/// Qt's file dialog, which would tell of a file that is not there in a box that keeps the main
-/// window from closing.
+/// Reports a missing file in an alert of ours: Qt's own message box would keep the main window from
+/// closing.
 class FileDialog final : public QFileDialog {
 public:
     FileDialog(ModalSessions& sessions, const QString& title, const QString& folder)
@@ -76,9 +79,9 @@ std::optional<std::filesystem::path> QtOpenPanel::runModal()
                            ? QStandardPaths::writableLocation(QStandardPaths::HomeLocation)
                            : textOf(folder_);
     FileDialog dialog(sessions_, QStringLiteral("Open Address Book"), start);
-    // The desktop's own dialogs know no button of ours and are modal in their own way.
+    // A native dialog would have no button for folders and its own idea of modality.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
-    // It would delete files and whole folders, and rename them: the user is here to open one.
+    // Otherwise the dialog lets the user rename and delete files and whole folders.
     dialog.setOption(QFileDialog::ReadOnly);
     dialog.setWindowModality(Qt::NonModal);
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -86,11 +89,13 @@ std::optional<std::filesystem::path> QtOpenPanel::runModal()
         {QStringLiteral("vCard files (*.vcf *.vcard)"), QStringLiteral("All files (*)")});
 
     std::optional<std::filesystem::path> choice;
-    auto* const openFolder =
-        dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))
-            ->addButton(QStringLiteral("Open This &Folder"), QDialogButtonBox::ActionRole);
-    QObject::connect(openFolder, &QPushButton::clicked, &dialog, [&] {
-        choice = pathOf(shownFolder(dialog));
+    QPushButton openFolder(QStringLiteral("Open This &Folder"));
+    // Without a button box the panel still opens files.
+    if (auto* const buttons = dialog.findChild<QDialogButtonBox*>()) {
+        buttons->addButton(&openFolder, QDialogButtonBox::ActionRole);
+    }
+    QObject::connect(&openFolder, &QPushButton::clicked, &dialog, [&] {
+        choice = pathOf(chosenFolder(dialog));
         dialog.reject();
     });
     QObject::connect(&dialog, &QFileDialog::fileSelected, &dialog,

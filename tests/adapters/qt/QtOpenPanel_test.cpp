@@ -1,4 +1,6 @@
 #include "adapters/qt/QtOpenPanel.h"
+
+#include "adapters/qt/AlertDialog.h"
 #include "tests/adapters/qt/QtTest.h"
 #include "tests/fakes/TemporaryFolder.h"
 
@@ -39,7 +41,7 @@ protected:
         throw std::runtime_error("no panel is shown");
     }
 
-    /// Shows the panel in the folder, does what the user does, and returns the choice.
+    /// Shows the panel in the folder, acts as the user, and returns the choice.
     std::optional<std::filesystem::path>
     choose(const std::function<void(QFileDialog& dialog)>& user)
     {
@@ -81,14 +83,14 @@ TEST_F(QtOpenPanelTest, ChoosesAFile)
     EXPECT_EQ(choice, folder.path() / "book.vcf");
 }
 
-TEST_F(QtOpenPanelTest, ChoosesTheFolderThatItShows)
+TEST_F(QtOpenPanelTest, ChoosesTheFolderShown)
 {
     const auto choice = choose([](QFileDialog& dialog) { click(folderButton(dialog)); });
 
     EXPECT_EQ(choice, folder.path());
 }
 
-TEST_F(QtOpenPanelTest, ChoosesTheFolderThatIsSelected)
+TEST_F(QtOpenPanelTest, ChoosesTheSelectedFolder)
 {
     const auto choice = choose([](QFileDialog& dialog) {
         auto& view = *dialog.findChild<QAbstractItemView*>(QStringLiteral("listView"));
@@ -102,7 +104,7 @@ TEST_F(QtOpenPanelTest, ChoosesTheFolderThatIsSelected)
             }
             return QModelIndex();
         };
-        // The dialog reads the folder on a thread of its own.
+        // The dialog reads the folder on another thread.
         handleEventsUntil([&] { return cards().isValid(); });
         view.setCurrentIndex(cards());
         click(folderButton(dialog));
@@ -111,17 +113,17 @@ TEST_F(QtOpenPanelTest, ChoosesTheFolderThatIsSelected)
     EXPECT_EQ(choice, folder.path() / "cards");
 }
 
-TEST_F(QtOpenPanelTest, TellsOfAFileThatIsNotThereAndLetsOtherWindowsClose)
+TEST_F(QtOpenPanelTest, ReportsAMissingFileAndLetsOtherWindowsClose)
 {
     for (const auto* const name : {"gone.vcf", "/gone/gone.vcf", "gone"}) {
-        QString told;
+        QString reported;
         const QWidget* qtModal = nullptr;
         const auto choice = choose([&](QFileDialog& dialog) {
             soon([&] {
                 qtModal = QApplication::activeModalWidget();
-                auto* const box = dialog.findChild<QMessageBox*>();
-                told = box->text();
-                press(*box, Qt::Key_Return);
+                auto* const alert = dialog.findChild<AlertDialog*>();
+                reported = alert->findChild<QLabel*>(QStringLiteral("message"))->text();
+                press(*alert, Qt::Key_Return);
             });
             dialog.findChild<QLineEdit*>()->setText(QString::fromLatin1(name));
             press(dialog, Qt::Key_Return);
@@ -129,7 +131,8 @@ TEST_F(QtOpenPanelTest, TellsOfAFileThatIsNotThereAndLetsOtherWindowsClose)
             EXPECT_TRUE(dialog.isVisible());
             press(dialog, Qt::Key_Escape);
         });
-        EXPECT_EQ(told.toStdString(), "“" + (folder.path() / name).string() + "” does not exist.");
+        EXPECT_EQ(reported.toStdString(),
+                  "“" + (folder.path() / name).string() + "” does not exist.");
         EXPECT_EQ(qtModal, nullptr);
         EXPECT_EQ(choice, std::nullopt);
     }
@@ -147,13 +150,13 @@ TEST_F(QtOpenPanelTest, DeletesAndRenamesNothing)
             const auto index = model->index(row, 0, view.rootIndex());
             EXPECT_FALSE(index.flags().testFlag(Qt::ItemIsEditable));
             view.setCurrentIndex(index);
-            // Whoever asks before it deletes is told to go on.
+            // Confirms any question that the deletion asks.
             soon([] {
                 if (auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
                     box->done(QMessageBox::Yes);
                 }
             });
-            // As in the menu that a right click opens.
+            // The entry of the context menu.
             auto* const deletion = dialog.findChild<QAction*>(QStringLiteral("qt_delete_action"));
             deletion->setEnabled(true);
             deletion->trigger();
@@ -192,7 +195,7 @@ TEST_F(QtOpenPanelTest, CanBeUsedWithoutAMouse)
     });
 }
 
-TEST_F(QtOpenPanelTest, BeginsWhereTheLastChoiceWas)
+TEST_F(QtOpenPanelTest, StartsInTheFolderOfTheLastChoice)
 {
     choose([](QFileDialog& dialog) { click(folderButton(dialog)); });
     QString start;
