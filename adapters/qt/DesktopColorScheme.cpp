@@ -21,13 +21,13 @@ constexpr QLatin1String kService("org.freedesktop.portal.Desktop");
 constexpr QLatin1String kPath("/org/freedesktop/portal/desktop");
 constexpr QLatin1String kInterface("org.freedesktop.portal.Settings");
 constexpr QLatin1String kGroup("org.freedesktop.appearance");
-constexpr const char* kCheckBox = "QCheckBox";
 constexpr QLatin1String kKey("color-scheme");
-// The portal's numbers: 0 is no preference, 2 is light.
+// The portal's values: 0 is no preference, 1 is dark, 2 is light.
 constexpr uint kPrefersDark = 1;
-// A portal that has to be started first must not keep the window from the user: its answer is
-// followed when it comes.
-constexpr auto kPatience = std::chrono::milliseconds(250);
+// A portal that is still starting must not delay the window; a later reply is applied as well.
+constexpr auto kReplyTimeout = std::chrono::milliseconds(250);
+
+constexpr const char* kCheckBox = "QCheckBox";
 
 bool isDark(const QPalette& palette)
 {
@@ -35,8 +35,8 @@ bool isDark(const QPalette& palette)
            palette.color(QPalette::WindowText).lightness();
 }
 
-/// Greys of the Fusion style turned over; the contrast of text to ground is at least 7 to 1, and
-/// 3 to 1 for what is disabled.
+/// The greys of the Fusion style inverted. The contrast of text to background is at least 7:1, and
+/// 3:1 for disabled text.
 QPalette darkPalette()
 {
     const QColor window(0x2b, 0x2b, 0x2e);
@@ -63,9 +63,9 @@ QPalette darkPalette()
     return palette;
 }
 
-/// What the style makes the outline of an empty box of, by darkening it, has to be seen on the dark
-/// window.
-QPalette outlined(QPalette palette)
+/// Lightens the colour from which Fusion derives the outline of an unchecked box, which would
+/// otherwise be invisible on a dark window.
+QPalette withVisibleOutline(QPalette palette)
 {
     palette.setColor(QPalette::Window, QColor(0xa8, 0xa8, 0xae));
     return palette;
@@ -73,24 +73,24 @@ QPalette outlined(QPalette palette)
 
 void apply(const QDBusVariant& value)
 {
-    // Styles of a desktop bring its colours along; Fusion is what stands where there is none.
+    // The styles of desktops have their own colours; Fusion is the fallback without a desktop.
     if (QApplication::style()->name() != QLatin1String("fusion")) {
         return;
     }
-    // No palette of ours: what the platform would show.
+    // Back to the platform's own palette.
     QApplication::setPalette(QPalette());
     QApplication::setPalette(QPalette(), kCheckBox);
     if (value.variant().toUInt() == kPrefersDark && !isDark(QApplication::palette())) {
         QApplication::setPalette(darkPalette());
-        QApplication::setPalette(outlined(darkPalette()), kCheckBox);
+        QApplication::setPalette(withVisibleOutline(darkPalette()), kCheckBox);
     }
 }
 
-void applyAnswer(const QDBusPendingCall& answer)
+void applyReply(const QDBusPendingCall& call)
 {
-    const auto reply = answer.reply();
+    const auto reply = call.reply();
     if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
-        // Read wraps the value in one more variant than the signal does.
+        // Unlike the signal, Read wraps the value in a second variant.
         const auto outer = reply.arguments().constFirst().value<QDBusVariant>();
         apply(outer.variant().value<QDBusVariant>());
     }
@@ -104,23 +104,23 @@ DesktopColorScheme::DesktopColorScheme()
     if (!bus.isConnected()) {
         return;
     }
-    // Qt looks for the types of a slot by name, and of this one it knows the name only when
-    // somebody has used it: without, it refuses the connection.
+    // Qt looks up a slot's parameter types by name and rejects the connection if one is not
+    // registered yet.
     qRegisterMetaType<QDBusVariant>();
     bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
 
     auto read = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
     read << QString(kGroup) << QString(kKey);
-    auto* const question = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
-    connect(question, &QDBusPendingCallWatcher::finished, this, [question] {
-        applyAnswer(*question);
-        question->deleteLater();
+    auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [call] {
+        applyReply(*call);
+        call->deleteLater();
     });
-    // A window that is first shown in one and then in the other would blink.
+    // Otherwise the window would appear in one scheme and flash into the other.
     QEventLoop loop;
-    connect(question, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(kPatience, &loop, &QEventLoop::quit);
+    connect(call, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(kReplyTimeout, &loop, &QEventLoop::quit);
     loop.exec();
 }
 

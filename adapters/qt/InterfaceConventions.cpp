@@ -19,7 +19,7 @@ namespace dunmora {
 
 namespace {
 
-/// The value of a name that an interface file gives in a property; the property must be there.
+/// Returns the enumerator that a property of an interface file names; the property must exist.
 template <typename Enum>
 Enum namedValue(const QObject& object, const char* property)
 {
@@ -81,9 +81,9 @@ void applyMinimumSize(QWidget& widget)
     }
 }
 
-/// What a window may have on the screen beside its frame, as far as that can be known before the
-/// window manager has made one.
-QSize roomWithinFrame(const QWidget& window)
+/// The screen size left for a window inside its frame, estimated because the window manager has not
+/// created the frame yet.
+QSize availableSizeWithinFrame(const QWidget& window)
 {
     const auto& style = *window.style();
     const int edge = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &window);
@@ -97,7 +97,7 @@ void applyInitialSize(QWidget& window)
         const auto metrics = window.fontMetrics();
         const QSize wanted(metrics.averageCharWidth() * window.property("initialColumns").toInt(),
                            metrics.lineSpacing() * window.property("initialLines").toInt());
-        window.resize(wanted.boundedTo(roomWithinFrame(window)));
+        window.resize(wanted.boundedTo(availableSizeWithinFrame(window)));
     }
 }
 
@@ -105,7 +105,7 @@ void applyCommands(const QDialogButtonBox& box)
 {
     for (auto* const button : box.buttons()) {
         const bool accepts = box.buttonRole(button) == QDialogButtonBox::AcceptRole;
-        // The icons that some styles add tell less than the words beside them.
+        // Some styles add icons that say less than the text.
         button->setIcon({});
         button->setProperty("command", box.property(accepts ? "acceptCommand" : "rejectCommand"));
         if (auto* const pushButton = qobject_cast<QPushButton*>(button)) {

@@ -10,17 +10,12 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <iterator>
 
 namespace dunmora {
 
 namespace {
-
-/// How long it may take until the keyboard is where it belongs after the end of a window; longer
-/// than Qt waits for the next window before it takes the keyboard for lost, a tenth of a second.
-constexpr std::chrono::milliseconds kTimeForTheKeyboard(250);
 
 bool isInput(QEvent::Type type)
 {
@@ -65,8 +60,7 @@ bool isDrag(QEvent::Type type)
     return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
 }
 
-/// The widget that input to an object is meant for: a shortcut goes to an action, which belongs to
-/// one.
+/// The widget that receives an object's input: for a shortcut's action, the widget that owns it.
 const QWidget* widgetOf(const QObject* object)
 {
     while (object != nullptr && !object->isWidgetType()) {
@@ -102,26 +96,25 @@ ModalSessions::~ModalSessions() = default;
 void ModalSessions::run(QWidget& window)
 {
     closePopups();
-    letGo(window);
+    releaseMouse(window);
     Session session(window);
     running_.push_back(&session);
     showAboveMainWindow(window);
     session.loop.exec();
     if (session.isRunning) {
-        // Somebody told every event loop to return: the process is to end, and nobody's question is
-        // answered any more.
+        // All event loops are quitting: the process is about to end, and the user will never
+        // respond to the session.
         exitProcess(EXIT_SUCCESS);
     }
-    QTimer::singleShot(kTimeForTheKeyboard, this, &ModalSessions::regainKeyboard);
+    QTimer::singleShot(kFocusDelay, this, &ModalSessions::regainFocus);
 }
 
-/// When the user clicks a blocked window and ends the session in the same moment, the window
-/// manager may have announced to the session's window the keyboard that the clicked one has. Qt
-/// believes that, and with the one window gone it takes the keyboard for lost, until it is told of
-/// the other one again.
-void ModalSessions::regainKeyboard() const
+/// If the user clicks a blocked window just as the session ends, the window manager may report the
+/// focus of the clicked window to the session's window. When that closes, Qt considers the focus
+/// lost until another window is activated.
+void ModalSessions::regainFocus() const
 {
-    // A program that another one has taken the keyboard from is not active.
+    // If the focus had moved to another program, this one would not be active.
     const bool isLost = QGuiApplication::focusWindow() == nullptr &&
                         QGuiApplication::applicationState() == Qt::ApplicationActive;
     if (auto* const window = front(); isLost && window != nullptr) {
@@ -160,7 +153,7 @@ bool ModalSessions::blocks(const QWidget& widget) const
         return false;
     }
     for (const auto* at = &widget; at != nullptr; at = at->parentWidget()) {
-        // A popup without a parent was opened from the session's window: the others were closed.
+        // A popup without a parent belongs to the session's window: run() closed all others.
         const bool isFreePopup = at->windowType() == Qt::Popup && at->parentWidget() == nullptr;
         const bool isAlwaysUsable = at->isWindow() && at->property("alwaysUsable").toBool();
         if (at == &running_.back()->window || isFreePopup || isAlwaysUsable) {
@@ -204,14 +197,14 @@ bool ModalSessions::eventFilter(QObject* watched, QEvent* event)
     return true;
 }
 
-/// Ends what the user has begun in a window that is about to be blocked: a scroll bar that never
-/// sees the button come up would scroll on for ever.
-void ModalSessions::letGo(const QWidget& window)
+/// Releases the mouse button in a window that is about to be blocked: a scroll bar that never sees
+/// the release would scroll forever.
+void ModalSessions::releaseMouse(const QWidget& window)
 {
     if (pressed_.isNull() || pressed_->window() == &window) {
         return;
     }
-    // Beside every widget, so that nothing counts as clicked.
+    // Outside every widget, so that nothing counts as clicked.
     const QPointF nowhere(-100000, -100000);
     QMouseEvent release(QEvent::MouseButtonRelease, nowhere, nowhere, Qt::LeftButton, Qt::NoButton,
                         Qt::NoModifier);

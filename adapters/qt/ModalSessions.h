@@ -4,43 +4,48 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <chrono>
 #include <vector>
 
 class QEvent;
 
 namespace dunmora {
 
-/// Runs windows that the user has to deal with before anything else. Qt's own modality is of no use
-/// here: it throws away the close requests of the windows that it blocks, and the main window can
-/// always be closed. So a session's window is an ordinary one, and what is kept from the others is
-/// the user's input.
+/// Runs windows that the user has to deal with before anything else. Qt's own modality does not
+/// fit: it discards close requests for the windows that it blocks, while the main window can always
+/// be closed. A session's window is therefore an ordinary one, and an event filter keeps the user's
+/// input from the others.
 ///
 /// Thread: the main thread. Errors: none.
 class ModalSessions final : public QObject {
 public:
-    /// The application must exist. It sees every event before its receiver.
+    /// How long the keyboard focus may take to settle after a session ends; longer than the tenth
+    /// of a second after which Qt considers the focus lost.
+    static constexpr std::chrono::milliseconds kFocusDelay{250};
+
+    /// A QApplication must exist: its events pass through this filter first.
     ModalSessions();
     ~ModalSessions() override;
     ModalSessions(const ModalSessions&) = delete;
     ModalSessions& operator=(const ModalSessions&) = delete;
 
-    /// Shows the window above the main one and handles events until `end`, with the user's input
-    /// kept from every other window. Sessions nest. The window stays on the screen afterwards.
+    /// Shows the window above the main window and handles events until `end`, blocking the user's
+    /// input to every other window. Sessions nest. The window stays open afterwards.
     void run(QWidget& window);
 
-    /// Ends the innermost session; without one it does nothing.
+    /// Ends the innermost session, if any.
     void end();
 
-    /// Ends the session of this window, which goes on waiting while one runs inside it; without one
-    /// it does nothing.
+    /// Ends the session of this window, if any. Its `run` returns once the sessions nested in it
+    /// have ended, too.
     void end(const QWidget& window);
 
-    /// Whether the user's input is kept from a widget. It never is from a window with the dynamic
-    /// property `alwaysUsable`, which has nothing to do with the work in hand.
+    /// Whether the user's input to the widget is blocked. A window with the dynamic property
+    /// `alwaysUsable` never is: it is independent of the current job.
     bool blocks(const QWidget& widget) const;
 
-    /// The window that a new one belongs to: that of the innermost session, else the main one;
-    /// none before there is one.
+    /// The parent for a new window: that of the innermost session, otherwise the main window; null
+    /// before there is one.
     QWidget* front() const;
 
 protected:
@@ -50,11 +55,11 @@ private:
     struct Session;
 
     void endAt(std::vector<Session*>::iterator position);
-    void letGo(const QWidget& window);
-    void regainKeyboard() const;
+    void releaseMouse(const QWidget& window);
+    void regainFocus() const;
 
     std::vector<Session*> running_;
-    // Where a button of the mouse went down and has not come up yet.
+    // The widget under the mouse button that is currently pressed.
     QPointer<QWidget> pressed_;
 };
 

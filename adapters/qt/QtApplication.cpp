@@ -16,7 +16,7 @@ namespace dunmora {
 
 namespace {
 
-/// Ends the process when its thread leaves by exit, before anything else is taken apart.
+/// Ends the process when its thread calls exit, before any other object is destroyed.
 class EndBeforeExit final {
 public:
     EndBeforeExit() = default;
@@ -29,26 +29,26 @@ public:
 
 QtApplication::QtApplication(QApplication& application) : application_(application)
 {
-    // The main window's delegate decides what its end means.
+    // The main window's delegate decides what closing it means.
     QApplication::setQuitOnLastWindowClosed(false);
     application_.installEventFilter(this);
 }
 
 void QtApplication::run(ApplicationDelegate& delegate)
 {
-    // A display that breaks away makes Qt leave by exit, which would take apart what the other
-    // threads use, and wait for some of them. What belongs to the thread goes first; a function for
-    // atexit would come after what is made from now on.
+    // When the display connection breaks, Qt calls exit, which would destroy objects that other
+    // threads still use, and wait for some of those threads. Thread-local objects are destroyed
+    // first; an atexit function would run after those registered later.
     static thread_local const EndBeforeExit endBeforeExit;
-    const auto tellActive = [&delegate](Qt::ApplicationState state) {
+    const auto reportState = [&delegate](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) {
             delegate.applicationDidBecomeActive();
         }
     };
-    connect(&application_, &QGuiApplication::applicationStateChanged, this, tellActive);
+    connect(&application_, &QGuiApplication::applicationStateChanged, this, reportState);
     delegate.applicationDidFinishLaunching();
-    // An alert before the launch may have made it active, and active is what it stays.
-    tellActive(QGuiApplication::applicationState());
+    // An alert before the launch may have activated the application already.
+    reportState(QGuiApplication::applicationState());
     QApplication::exec();
     exitProcess(EXIT_SUCCESS);
 }
@@ -60,7 +60,7 @@ void QtApplication::terminate(const void* /*sender*/)
 
 int QtApplication::runModalForWindow(Window& window)
 {
-    // There are no other windows: all come from this adapter's interfaces.
+    // Every Window comes from this adapter's interfaces.
     sessions_.run(static_cast<QtWindow&>(window).widget());
     return kRunAborted;
 }
@@ -82,7 +82,7 @@ void QtApplication::performOnMainThread(const std::function<void()>& work)
         return;
     }
     std::exception_ptr failure;
-    // Nothing may be thrown through Qt's event loop.
+    // No exception may cross Qt's event loop.
     const auto guarded = [&] {
         try {
             work();

@@ -10,13 +10,13 @@ namespace dunmora {
 void QtCommand::setHandler(Handler handler)
 {
     handler_ = std::move(handler);
-    showUsable();
+    updateControls();
 }
 
 void QtCommand::setEnabled(bool enabled)
 {
     isEnabled_ = enabled;
-    showUsable();
+    updateControls();
 }
 
 void QtCommand::addAction(QAction& action)
@@ -40,7 +40,7 @@ void QtCommand::use(View* sender) const
     }
 }
 
-void QtCommand::showUsable() const
+void QtCommand::updateControls() const
 {
     for (auto* const action : actions_) {
         action->setEnabled(isUsable());

@@ -9,23 +9,24 @@ class QAction;
 
 namespace dunmora {
 
-/// A command of an interface with all that gives it: actions, buttons and check boxes.
+/// A command of an interface with the actions, buttons and check boxes that trigger it.
 class QtCommand final : public Command {
 public:
     void setHandler(Handler handler) override;
     void setEnabled(bool enabled) override;
 
-    /// Enables and disables these with the command; they must outlive it or its last call.
+    /// Enables and disables a control together with the command; the control must stay alive until
+    /// the last call to the command.
     void addAction(QAction& action);
     void addButton(QAbstractButton& button);
 
     bool isUsable() const { return isEnabled_ && handler_ != nullptr; }
 
-    /// Does what the user asks for; nothing while it is not usable.
+    /// Calls the handler, if the command is usable. `sender` may be null.
     void use(View* sender) const;
 
 private:
-    void showUsable() const;
+    void updateControls() const;
 
     Handler handler_;
     bool isEnabled_ = true;

@@ -34,7 +34,7 @@ namespace dunmora {
 
 namespace {
 
-/// The outlets of one kind that were asked for, each made on first use.
+/// The outlets of one kind, each created on first use.
 template <typename Outlet, typename Widget>
 class Outlets final {
 public:
@@ -51,7 +51,7 @@ private:
     std::map<const Widget*, std::unique_ptr<Outlet>> outlets_;
 };
 
-/// The one file or folder of this machine that is dropped; none for anything else.
+/// The single local file or folder that is dropped; none for anything else.
 std::optional<std::filesystem::path> droppedPath(const QDropEvent& event)
 {
     const auto urls = event.mimeData()->urls();
@@ -63,7 +63,7 @@ std::optional<std::filesystem::path> droppedPath(const QDropEvent& event)
 
 }  // namespace
 
-/// All that an interface is made of. It lives and ends on the main thread.
+/// The parts of an interface. Created, used and deleted on the main thread.
 class QtInterface::Content final : public QObject {
 public:
     Content(std::unique_ptr<QWidget> widget, ModalSessions& sessions)
@@ -79,13 +79,13 @@ public:
         auto* const widget = widget_->findChild<Widget*>(toQString(outlet));
         if (widget == nullptr) {
             throw std::logic_error("the interface " + widget_->objectName().toStdString() +
-                                   " holds no " + Widget::staticMetaObject.className() + " named " +
+                                   " has no " + Widget::staticMetaObject.className() + " named " +
                                    std::string(outlet));
         }
         return *widget;
     }
 
-    /// The table with the filter that stands beside it under its name.
+    /// The table, with the filter bar and the filter named after it.
     QtTableView& tableNamed(std::string_view outlet)
     {
         auto& widget = widgetNamed<QTableView>(outlet);
@@ -106,7 +106,7 @@ public:
         const auto found = commands_.find(name);
         if (found == commands_.end()) {
             throw std::logic_error("the interface " + widget_->objectName().toStdString() +
-                                   " holds no command named " + std::string(name));
+                                   " has no command named " + std::string(name));
         }
         return found->second;
     }
@@ -118,8 +118,8 @@ public:
         widget_->setAcceptDrops(true);
     }
 
-    /// Takes the window off the screen and lets nobody hear of it any more.
-    void fallSilent()
+    /// Closes the window without calling any handler or delegate.
+    void detach()
     {
         for (auto& [name, command] : commands_) {
             command.setHandler({});
@@ -136,7 +136,7 @@ protected:
         case QEvent::DragEnter:
         case QEvent::DragMove:
         case QEvent::Drop:
-            return watched == widget_.get() && takeDrag(static_cast<QDropEvent&>(*event));
+            return watched == widget_.get() && handleDrag(static_cast<QDropEvent&>(*event));
         default:
             return false;
         }
@@ -158,7 +158,7 @@ private:
 
     void findCommands()
     {
-        // The window's own actions only: widgets have some of theirs.
+        // Direct children only: some widgets have their own actions.
         for (auto* const action :
              widget_->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly)) {
             if (!action->objectName().isEmpty()) {
@@ -187,7 +187,7 @@ private:
     void addButton(QAbstractButton& button, QtCommand& command)
     {
         command.addButton(button);
-        // Only the user's doing counts, not a state that the program sets.
+        // `clicked` is emitted for the user's clicks, not for a state that the program sets.
         connect(&button, &QAbstractButton::clicked, this, [this, &button, &command] {
             if (!sessions_.blocks(*widget_)) {
                 command.use(&outletOf(button));
@@ -195,7 +195,7 @@ private:
         });
     }
 
-    /// The very object that a controller gets when it asks for the outlet.
+    /// The same object that a controller gets for the outlet.
     View& outletOf(QAbstractButton& button)
     {
         if (auto* const box = qobject_cast<QCheckBox*>(&button)) {
@@ -204,7 +204,7 @@ private:
         return buttons.of(button);
     }
 
-    bool takeDrag(QDropEvent& event)
+    bool handleDrag(QDropEvent& event)
     {
         const auto path = droppedPath(event);
         if (!dropHandler_ || !path || !dropCommand_->isUsable()) {
@@ -214,7 +214,7 @@ private:
         event.setDropAction(Qt::CopyAction);
         event.accept();
         if (event.type() == QEvent::Drop) {
-            // The program that the file comes from waits for the end of this event.
+            // The program that the file comes from waits until this event is handled.
             QMetaObject::invokeMethod(
                 this, [this, dropped = *path] { drop(dropped); }, Qt::QueuedConnection);
         }
@@ -233,7 +233,7 @@ private:
     std::map<std::string, QtCommand, std::less<>> commands_;
     QtCommand* dropCommand_ = nullptr;
     DropHandler dropHandler_;
-    // The outlets below refer to its parts.
+    // Outlives the outlets below, which refer to its widgets.
     std::unique_ptr<QWidget> widget_;
     std::map<const QTableView*, std::unique_ptr<QtTableView>> tables_;
 
@@ -253,16 +253,16 @@ QtInterface::QtInterface(std::unique_ptr<QWidget> window, ModalSessions& session
 
 QtInterface::~QtInterface()
 {
-    // Not at once, even on the main thread: what is going on may have begun in one of its buttons.
+    // Deferred even on the main thread: the caller may be a handler of one of its buttons.
     if (QThread::currentThread() == content_->thread()) {
-        content_->fallSilent();
+        content_->detach();
         content_->deleteLater();
         return;
     }
     QMetaObject::invokeMethod(
         content_,
         [content = content_] {
-            content->fallSilent();
+            content->detach();
             content->deleteLater();
         },
         Qt::QueuedConnection);

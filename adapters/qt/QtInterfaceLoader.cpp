@@ -10,9 +10,9 @@
 
 #include <utility>
 
-/// A linker takes from a library only what something names. Stands outside every namespace because
-/// the macro declares a function.
-static void keepInterfaceFiles()
+/// Links the interface files, which nothing else refers to. The macro must be used outside every
+/// namespace.
+static void linkInterfaceFiles()
 {
     Q_INIT_RESOURCE(interfaces);
 }
@@ -22,7 +22,7 @@ namespace dunmora {
 QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions)
     : QtInterfaceLoader(sessions, ":/interfaces")
 {
-    keepInterfaceFiles();
+    linkInterfaceFiles();
 }
 
 QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions, std::string folder)
@@ -48,7 +48,7 @@ std::unique_ptr<QtInterface> QtInterfaceLoader::loadInterface(std::string_view n
         return nullptr;
     }
     QUiLoader loader;
-    // Our files hold Qt's own widgets only.
+    // Our files contain only Qt's own widgets.
     loader.clearPluginPaths();
     std::unique_ptr<QWidget> window(loader.load(&file));
     if (!window) {

@@ -13,9 +13,9 @@ namespace dunmora::test {
 void handleEventsUntil(const std::function<bool()>& condition)
 {
     const QDeadlineTimer deadline(std::chrono::seconds(20));
-    // What another thread changes brings no event with it.
-    QTimer look;
-    look.start(std::chrono::milliseconds(1));
+    // A change by another thread posts no event, so check regularly.
+    QTimer wakeUp;
+    wakeUp.start(std::chrono::milliseconds(1));
     while (!condition()) {
         if (deadline.hasExpired()) {
             throw std::runtime_error("what the test waits for does not happen");

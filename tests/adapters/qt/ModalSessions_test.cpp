@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <functional>
@@ -25,7 +26,7 @@ public:
     using QScrollBar::repeatAction;
 };
 
-/// A window of Qt's with something to press, to type in and to scroll, that counts the presses.
+/// A window with a button, a line edit and a scroll bar, which counts the clicks on the button.
 class Pane final {
 public:
     explicit Pane(const QString& name)
@@ -49,7 +50,7 @@ class ModalSessionsTest : public QtTest {
 protected:
     ModalSessionsTest() { main.window.show(); }
 
-    /// Runs a session in which `inside` is done, which ends it.
+    /// Runs a session that calls `inside` and then ends.
     void during(QWidget& window, const std::function<void()>& inside)
     {
         soon([&] {
@@ -65,7 +66,7 @@ protected:
     Pane inner{QStringLiteral("inner")};
 };
 
-TEST_F(ModalSessionsTest, ShowsTheWindowAndLeavesItOnTheScreen)
+TEST_F(ModalSessionsTest, ShowsTheWindowAndLeavesItOpen)
 {
     bool wasVisible = false;
 
@@ -75,7 +76,7 @@ TEST_F(ModalSessionsTest, ShowsTheWindowAndLeavesItOnTheScreen)
     EXPECT_TRUE(dialog.window.isVisible());
 }
 
-TEST_F(ModalSessionsTest, KeepsClicksFromOtherWindows)
+TEST_F(ModalSessionsTest, BlocksClicksOnOtherWindows)
 {
     during(dialog.window, [&] {
         click(main.button);
@@ -88,7 +89,7 @@ TEST_F(ModalSessionsTest, KeepsClicksFromOtherWindows)
     EXPECT_EQ(main.clicks, 1);
 }
 
-TEST_F(ModalSessionsTest, KeepsKeysFromOtherWindows)
+TEST_F(ModalSessionsTest, BlocksKeysInOtherWindows)
 {
     during(dialog.window, [&] {
         main.window.activateWindow();
@@ -103,7 +104,7 @@ TEST_F(ModalSessionsTest, KeepsKeysFromOtherWindows)
     EXPECT_EQ(dialog.line.text(), QStringLiteral("a"));
 }
 
-TEST_F(ModalSessionsTest, GivesTheKeyboardBackWhenItGoesWithTheWindow)
+TEST_F(ModalSessionsTest, RestoresTheFocusWhenItIsLostWithTheWindow)
 {
     QMainWindow front;
     front.show();
@@ -121,7 +122,7 @@ TEST_F(ModalSessionsTest, GivesTheKeyboardBackWhenItGoesWithTheWindow)
     EXPECT_TRUE(front.isActiveWindow());
 }
 
-TEST_F(ModalSessionsTest, LeavesTheKeyboardWithTheWindowThatHasGotIt)
+TEST_F(ModalSessionsTest, LeavesTheFocusWithTheWindowThatHasIt)
 {
     QMainWindow front;
     front.show();
@@ -129,12 +130,16 @@ TEST_F(ModalSessionsTest, LeavesTheKeyboardWithTheWindowThatHasGotIt)
 
     inner.window.show();
     inner.window.activateWindow();
-    QTest::qWait(500);  // longer than it takes to find that nobody has the keyboard
+    // The session's own timer was started first, so it fires first.
+    bool hasFocusSettled = false;
+    QTimer::singleShot(ModalSessions::kFocusDelay, [&] { hasFocusSettled = true; });
+    handleEventsUntil([&] { return hasFocusSettled; });
+    handleEvents();
 
     EXPECT_TRUE(inner.window.isActiveWindow());
 }
 
-TEST_F(ModalSessionsTest, KeepsMnemonicsFromOtherWindows)
+TEST_F(ModalSessionsTest, BlocksMnemonicsOfOtherWindows)
 {
     during(dialog.window, [&] {
         main.window.activateWindow();
@@ -149,7 +154,7 @@ TEST_F(ModalSessionsTest, KeepsMnemonicsFromOtherWindows)
     handleEventsUntil([&] { return main.clicks == 1; });
 }
 
-TEST_F(ModalSessionsTest, KeepsTheWheelFromOtherWindows)
+TEST_F(ModalSessionsTest, BlocksTheWheelInOtherWindows)
 {
     const auto turn = [](QWidget& widget) {
         QWheelEvent event(QPointF(2, 2), widget.mapToGlobal(QPointF(2, 2)), {}, {0, -120}, {}, {},
@@ -166,7 +171,7 @@ TEST_F(ModalSessionsTest, KeepsTheWheelFromOtherWindows)
     EXPECT_GT(dialog.scrollBar.value(), 0);
 }
 
-TEST_F(ModalSessionsTest, BringsItsWindowToTheFrontWhenAnotherIsClicked)
+TEST_F(ModalSessionsTest, RaisesItsWindowWhenAnotherIsClicked)
 {
     during(dialog.window, [&] {
         main.window.activateWindow();
@@ -175,7 +180,9 @@ TEST_F(ModalSessionsTest, BringsItsWindowToTheFrontWhenAnotherIsClicked)
         click(main.button);
 
         handleEventsUntil([&] { return dialog.window.isActiveWindow(); });
+        EXPECT_TRUE(dialog.window.isActiveWindow());
     });
+    EXPECT_EQ(main.clicks, 0);
 }
 
 TEST_F(ModalSessionsTest, Nests)
@@ -214,7 +221,7 @@ TEST_F(ModalSessionsTest, EndsTheInnermostFirst)
     EXPECT_EQ(order, (std::vector<std::string>{"inner", "dialog"}));
 }
 
-TEST_F(ModalSessionsTest, LetsAnOuterOneWaitThatEndsBeforeTheInner)
+TEST_F(ModalSessionsTest, ReturnsFromAnOuterSessionOnlyAfterTheInnerOne)
 {
     std::vector<std::string> order;
     soon([&] {
@@ -239,10 +246,16 @@ TEST_F(ModalSessionsTest, EndsNothingWhenNoneRuns)
     sessions.end();
     sessions.end(dialog.window);
 
-    during(dialog.window, [] {});
+    bool hasRun = false;
+    during(dialog.window, [&] {
+        click(main.button);
+        hasRun = true;
+    });
+    EXPECT_TRUE(hasRun);
+    EXPECT_EQ(main.clicks, 0);
 }
 
-TEST_F(ModalSessionsTest, LetsThroughWhatIsMeantForAWindowThatIsAlwaysUsable)
+TEST_F(ModalSessionsTest, AllowsInputToAWindowThatIsAlwaysUsable)
 {
     main.window.setProperty("alwaysUsable", true);
 
@@ -255,7 +268,7 @@ TEST_F(ModalSessionsTest, LetsThroughWhatIsMeantForAWindowThatIsAlwaysUsable)
     EXPECT_EQ(dialog.clicks, 1);
 }
 
-TEST_F(ModalSessionsTest, LetsThroughPopupsOfItsWindow)
+TEST_F(ModalSessionsTest, AllowsPopupsOfItsWindow)
 {
     int triggers = 0;
     QMenu menu(&dialog.window);
@@ -271,7 +284,7 @@ TEST_F(ModalSessionsTest, LetsThroughPopupsOfItsWindow)
     EXPECT_EQ(triggers, 1);
 }
 
-TEST_F(ModalSessionsTest, ClosesTheMenusThatAreOpen)
+TEST_F(ModalSessionsTest, ClosesOpenMenus)
 {
     QMenu menu(&main.window);
     menu.addAction(QStringLiteral("Copy"));
@@ -280,7 +293,7 @@ TEST_F(ModalSessionsTest, ClosesTheMenusThatAreOpen)
     during(dialog.window, [&] { EXPECT_FALSE(menu.isVisible()); });
 }
 
-TEST_F(ModalSessionsTest, LetsCloseRequestsThrough)
+TEST_F(ModalSessionsTest, AllowsCloseRequests)
 {
     during(dialog.window, [&] {
         pressCloseControl(main.window);
@@ -289,7 +302,7 @@ TEST_F(ModalSessionsTest, LetsCloseRequestsThrough)
     });
 }
 
-TEST_F(ModalSessionsTest, LetsGoOfWhatThePressedMouseHolds)
+TEST_F(ModalSessionsTest, ReleasesTheMouseInAnotherWindow)
 {
     QTest::mousePress(
         main.window.windowHandle(), Qt::LeftButton, {},
@@ -297,13 +310,13 @@ TEST_F(ModalSessionsTest, LetsGoOfWhatThePressedMouseHolds)
     ASSERT_NE(main.scrollBar.repeatAction(), QAbstractSlider::SliderNoAction);
 
     during(dialog.window, [&] {
-        // A scroll bar that is held scrolls on by a timer of its own.
+        // A pressed scroll bar keeps scrolling by a timer.
         EXPECT_EQ(main.scrollBar.repeatAction(), QAbstractSlider::SliderNoAction);
         QTest::mouseRelease(main.window.windowHandle(), Qt::LeftButton);
     });
 }
 
-TEST_F(ModalSessionsTest, ClicksNothingThatThePressedMouseHolds)
+TEST_F(ModalSessionsTest, ClicksNothingWhenItReleasesTheMouse)
 {
     QTest::mousePress(main.window.windowHandle(), Qt::LeftButton, {},
                       main.button.mapTo(&main.window, main.button.rect().center()));
@@ -318,7 +331,7 @@ TEST_F(ModalSessionsTest, ClicksNothingThatThePressedMouseHolds)
     EXPECT_EQ(main.clicks, 0);
 }
 
-TEST_F(ModalSessionsTest, PutsItsWindowAboveTheMainOne)
+TEST_F(ModalSessionsTest, PlacesItsWindowAboveTheMainWindow)
 {
     const auto mainInterface = load("MainWindow");
     mainInterface->window().show();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <functional>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -17,8 +18,8 @@ using testing::ExitedWithCode;
 class QtApplicationTest : public QtTest {};
 using QtApplicationDeathTest = QtApplicationTest;
 
-/// Tells on standard error what it hears, and does then what a test wants.
-class TellingDelegate final : public ApplicationDelegate {
+/// Writes each notification to standard error, then runs what the test wants.
+class PrintingDelegate final : public ApplicationDelegate {
 public:
     void applicationDidFinishLaunching() override
     {
@@ -35,10 +36,10 @@ public:
     std::function<void()> onActive = [] {};
 };
 
-/// The main window's: its end is the program's.
-class EndingDelegate final : public WindowDelegate {
+/// Terminates the application when the main window closes.
+class TerminatingDelegate final : public WindowDelegate {
 public:
-    explicit EndingDelegate(Application& application) : application_(application) {}
+    explicit TerminatingDelegate(Application& application) : application_(application) {}
 
     void windowWillClose() override { application_.terminate(this); }
 
@@ -46,7 +47,7 @@ private:
     Application& application_;
 };
 
-TEST_F(QtApplicationTest, PerformsAtOnceOnTheMainThread)
+TEST_F(QtApplicationTest, RunsWorkDirectlyOnTheMainThread)
 {
     bool isDone = false;
 
@@ -55,7 +56,7 @@ TEST_F(QtApplicationTest, PerformsAtOnceOnTheMainThread)
     EXPECT_TRUE(isDone);
 }
 
-TEST_F(QtApplicationTest, CarriesWorkOverToTheMainThreadFromSeveralThreads)
+TEST_F(QtApplicationTest, RunsWorkFromSeveralThreadsOnTheMainThread)
 {
     constexpr int kThreads = 4;
     constexpr int kCalls = 500;
@@ -79,7 +80,7 @@ TEST_F(QtApplicationTest, CarriesWorkOverToTheMainThreadFromSeveralThreads)
     EXPECT_EQ(calls, kThreads * kCalls);
 }
 
-TEST_F(QtApplicationTest, WaitsForWhatItHasCarriedOver)
+TEST_F(QtApplicationTest, WaitsForTheWorkToFinish)
 {
     std::atomic<bool> isDone = false;
     std::atomic<bool> wasDone = false;
@@ -95,7 +96,7 @@ TEST_F(QtApplicationTest, WaitsForWhatItHasCarriedOver)
     EXPECT_TRUE(wasDone);
 }
 
-TEST_F(QtApplicationTest, ThrowsInTheCallerWhatTheWorkThrows)
+TEST_F(QtApplicationTest, RethrowsWhatTheWorkThrows)
 {
     std::string caught;
     std::atomic<bool> hasEnded = false;
@@ -115,7 +116,7 @@ TEST_F(QtApplicationTest, ThrowsInTheCallerWhatTheWorkThrows)
                  std::runtime_error);
 }
 
-TEST_F(QtApplicationTest, PerformsWhileASessionRuns)
+TEST_F(QtApplicationTest, RunsWorkDuringASession)
 {
     const auto interface = load("FilterWindow");
 
@@ -126,7 +127,7 @@ TEST_F(QtApplicationTest, PerformsWhileASessionRuns)
     EXPECT_EQ(application.runModalForWindow(interface->window()), Application::kRunAborted);
 }
 
-TEST_F(QtApplicationTest, CarriesWorkOverWhileOtherCarriedWorkRunsASession)
+TEST_F(QtApplicationTest, RunsWorkDuringASessionThatOtherWorkRuns)
 {
     const auto interface = load("FilterWindow");
     std::atomic<int> ended = 0;
@@ -151,9 +152,9 @@ TEST_F(QtApplicationTest, CarriesWorkOverWhileOtherCarriedWorkRunsASession)
     EXPECT_EQ(order, (std::vector{1, 2}));
 }
 
-TEST_F(QtApplicationDeathTest, TellsOfTheLaunchAndOfEveryActivation)
+TEST_F(QtApplicationDeathTest, NotifiesOfTheLaunchAndOfEachActivation)
 {
-    TellingDelegate delegate;
+    PrintingDelegate delegate;
     const auto main = load("MainWindow");
     delegate.onLaunch = [&] { main->window().show(); };
     delegate.onActive = [&, activations = 0]() mutable {
@@ -171,13 +172,13 @@ TEST_F(QtApplicationDeathTest, TellsOfTheLaunchAndOfEveryActivation)
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "launched .*active active ");
 }
 
-TEST_F(QtApplicationDeathTest, TellsAfterTheLaunchOfAnActivationThatCameBefore)
+TEST_F(QtApplicationDeathTest, NotifiesAfterTheLaunchOfAnEarlierActivation)
 {
-    TellingDelegate delegate;
+    PrintingDelegate delegate;
     delegate.onActive = [&] { application.terminate(nullptr); };
     const auto main = load("MainWindow");
     main->window().show();
-    // As an alert does that is shown before the launch.
+    // An alert before the launch activates the application, too.
     handleEventsUntil([] { return QGuiApplication::applicationState() == Qt::ApplicationActive; });
     delegate.onLaunch = [&] {
         soon([&] {
@@ -196,15 +197,15 @@ TEST_F(QtApplicationDeathTest, EndsWithStatus0AtOnce)
 
 TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenTheDesktopAsksItToQuit)
 {
-    TellingDelegate delegate;
+    PrintingDelegate delegate;
     delegate.onLaunch = [&] { soon([] { QCoreApplication::quit(); }); };
 
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");
 }
 
-TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenEveryEventLoopIsToldToReturn)
+TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenAllEventLoopsQuit)
 {
-    TellingDelegate delegate;
+    PrintingDelegate delegate;
     const auto filter = load("FilterWindow");
     delegate.onLaunch = [&] {
         soon([&] {
@@ -216,22 +217,22 @@ TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenEveryEventLoopIsToldToReturn)
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");
 }
 
-TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenTheDisplayBreaksAway)
+TEST_F(QtApplicationDeathTest, EndsWithStatus0WhenTheDisplayConnectionBreaks)
 {
-    TellingDelegate delegate;
-    // As Qt does then.
+    PrintingDelegate delegate;
+    // Qt calls exit in this case.
     // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs
     delegate.onLaunch = [&] { soon([] { std::exit(1); }); };
 
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");
 }
 
-TEST_F(QtApplicationDeathTest, LeavesAllAsItIsWhenTheDisplayBreaksAway)
+TEST_F(QtApplicationDeathTest, DestroysNothingWhenTheDisplayConnectionBreaks)
 {
-    TellingDelegate delegate;
+    PrintingDelegate delegate;
     delegate.onLaunch = [&] {
         soon([] {
-            // As what is made while the program runs and would wait for its threads at the end.
+            // Simulates an object that waits for its threads when it is destroyed at exit.
             std::atexit([] { std::_Exit(3); });
             // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs
             std::exit(1);
@@ -241,10 +242,10 @@ TEST_F(QtApplicationDeathTest, LeavesAllAsItIsWhenTheDisplayBreaksAway)
     EXPECT_EXIT(application.run(delegate), ExitedWithCode(0), "");
 }
 
-TEST_F(QtApplicationDeathTest, EndsWithTheMainWindowInTheMiddleOfEverything)
+TEST_F(QtApplicationDeathTest, EndsWhenTheMainWindowClosesWhateverIsRunning)
 {
-    TellingDelegate delegate;
-    EndingDelegate windowDelegate(application);
+    PrintingDelegate delegate;
+    TerminatingDelegate windowDelegate(application);
     const auto main = load("MainWindow");
     const auto filter = load("FilterWindow");
     QtAlert alert(application);

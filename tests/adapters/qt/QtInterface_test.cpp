@@ -14,6 +14,7 @@
 #include <atomic>
 #include <filesystem>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace dunmora::test {
@@ -22,7 +23,7 @@ namespace {
 
 class QtInterfaceTest : public QtTest {
 protected:
-    /// Does what the program does with a command: gives it a handler, which counts.
+    /// Sets a handler that counts its calls.
     static void count(QtInterface& interface, std::string_view command, int& uses)
     {
         interface.command(command).setHandler([&uses](View* /*sender*/) { ++uses; });
@@ -36,12 +37,12 @@ public:
     int closes = 0;
 };
 
-TEST_F(QtInterfaceTest, IsNoneWhereThereIsNoFile)
+TEST_F(QtInterfaceTest, IsNullWithoutAFile)
 {
     EXPECT_EQ(loader.load("NoWindow"), nullptr);
 }
 
-TEST_F(QtInterfaceTest, IsNoneWhereTheFileCannotBeRead)
+TEST_F(QtInterfaceTest, IsNullForAnInvalidFile)
 {
     const TemporaryFolder folder;
     write(folder.path() / "Broken.ui", R"(<ui version="4.0"><widget class="QDialog")");
@@ -50,7 +51,7 @@ TEST_F(QtInterfaceTest, IsNoneWhereTheFileCannotBeRead)
     EXPECT_EQ(other.load("Broken"), nullptr);
 }
 
-TEST_F(QtInterfaceTest, RefusesNamesThatItDoesNotHold)
+TEST_F(QtInterfaceTest, RejectsUnknownNames)
 {
     const auto interface = load("FilterWindow");
 
@@ -63,7 +64,7 @@ TEST_F(QtInterfaceTest, RefusesNamesThatItDoesNotHold)
     EXPECT_THROW(interface->command("OnNothing"), std::logic_error);
 }
 
-TEST_F(QtInterfaceTest, GivesTheSameOutletEachTime)
+TEST_F(QtInterfaceTest, ReturnsTheSameOutletEachTime)
 {
     const auto interface = load("FilterWindow");
 
@@ -71,7 +72,7 @@ TEST_F(QtInterfaceTest, GivesTheSameOutletEachTime)
     EXPECT_NE(&interface->checkBox("btnFilterHome"), &interface->checkBox("btnFilterWork"));
 }
 
-TEST_F(QtInterfaceTest, HandsTheHandlerTheBoxThatWasClicked)
+TEST_F(QtInterfaceTest, PassesTheClickedBoxToTheHandler)
 {
     const auto interface = load("FilterWindow");
     auto& home = interface->checkBox("btnFilterHome");
@@ -85,7 +86,7 @@ TEST_F(QtInterfaceTest, HandsTheHandlerTheBoxThatWasClicked)
     EXPECT_EQ(home.state(), CheckState::On);
 }
 
-TEST_F(QtInterfaceTest, RunsNoCommandForAStateThatTheProgramSets)
+TEST_F(QtInterfaceTest, RunsNoCommandWhenTheProgramSetsAState)
 {
     const auto interface = load("FilterWindow");
     int uses = 0;
@@ -99,7 +100,7 @@ TEST_F(QtInterfaceTest, RunsNoCommandForAStateThatTheProgramSets)
     EXPECT_EQ(uses, 0);
 }
 
-TEST_F(QtInterfaceTest, CanUseACommandOnlyWithAHandlerAndEnabled)
+TEST_F(QtInterfaceTest, AllowsACommandOnlyWhileItHasAHandlerAndIsEnabled)
 {
     const auto interface = load("MainWindow");
     interface->window().show();
@@ -130,7 +131,7 @@ TEST_F(QtInterfaceTest, CanUseACommandOnlyWithAHandlerAndEnabled)
     EXPECT_EQ(enabled(), neither);
 }
 
-TEST_F(QtInterfaceTest, GivesNoSenderForAnAction)
+TEST_F(QtInterfaceTest, PassesNoSenderForAnAction)
 {
     const auto interface = load("MainWindow");
     interface->window().show();
@@ -142,7 +143,7 @@ TEST_F(QtInterfaceTest, GivesNoSenderForAnAction)
     EXPECT_EQ(sender, nullptr);
 }
 
-TEST_F(QtInterfaceTest, DoesNothingForCommandsOutsideTheSessionButWhatIsAlwaysUsable)
+TEST_F(QtInterfaceTest, BlocksCommandsOutsideTheSessionUnlessAlwaysUsable)
 {
     const auto main = load("MainWindow");
     const auto filter = load("FilterWindow");
@@ -158,7 +159,7 @@ TEST_F(QtInterfaceTest, DoesNothingForCommandsOutsideTheSessionButWhatIsAlwaysUs
     count(*filter, "OnOkay", okays);
 
     soon([&] {
-        // As an assistive technology does, which sends no event that could be kept away.
+        // Assistive technologies press without an input event that could be blocked.
         widgetIn<QAction>(window, "OnReload").trigger();
         widgetIn<QPushButton>(window, "btnEmptyOpen").click();
         widgetIn<QAction>(window, "OnQuit").trigger();
@@ -173,13 +174,13 @@ TEST_F(QtInterfaceTest, DoesNothingForCommandsOutsideTheSessionButWhatIsAlwaysUs
     EXPECT_EQ(okays, 1);
 }
 
-TEST_F(QtInterfaceTest, QuitsByItsShortcutFromADialogAndReloadsByNone)
+TEST_F(QtInterfaceTest, AllowsTheQuitShortcutInADialogButNotReload)
 {
     const auto main = load("MainWindow");
     const auto filter = load("FilterWindow");
     main->window().show();
     auto& window = shownWindow(QStringLiteral("MainWindow"));
-    // Not every platform has a shortcut for it.
+    // Some platforms have no shortcut for quitting.
     widgetIn<QAction>(window, "OnQuit").setShortcut(Qt::CTRL | Qt::Key_Q);
     int reloads = 0;
     int quits = 0;
@@ -195,7 +196,7 @@ TEST_F(QtInterfaceTest, QuitsByItsShortcutFromADialogAndReloadsByNone)
     soon([&] {
         pressBothIn(shownWindow(QStringLiteral("FilterWindow")));
         EXPECT_EQ(quits, 1);
-        // A window manager may give the keyboard to the window that waits.
+        // A window manager may focus a blocked window.
         pressBothIn(window);
         EXPECT_EQ(quits, 2);
         application.abortModal();
@@ -229,7 +230,7 @@ TEST_F(QtInterfaceTest, RunsTheCloseCommandInsteadOfClosing)
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(QtInterfaceTest, RunsNoCloseCommandOfAWindowThatWaits)
+TEST_F(QtInterfaceTest, RunsNoCloseCommandOfABlockedWindow)
 {
     const auto outer = load("FilterWindow");
     const auto inner = load("FilterWindow");
@@ -248,7 +249,7 @@ TEST_F(QtInterfaceTest, RunsNoCloseCommandOfAWindowThatWaits)
     EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(QtInterfaceTest, TellsTheDelegateOfTheWindowsEndOnce)
+TEST_F(QtInterfaceTest, NotifiesTheDelegateOnceWhenTheWindowCloses)
 {
     const auto interface = load("MainWindow");
     CountingDelegate delegate;
@@ -265,7 +266,7 @@ TEST_F(QtInterfaceTest, TellsTheDelegateOfTheWindowsEndOnce)
     EXPECT_EQ(delegate.closes, 2);
 }
 
-TEST_F(QtInterfaceTest, TellsTheDelegateNothingOfItsOwnEnd)
+TEST_F(QtInterfaceTest, DoesNotNotifyTheDelegateWhenItIsDestroyed)
 {
     CountingDelegate delegate;
     auto interface = load("MainWindow");
@@ -278,9 +279,9 @@ TEST_F(QtInterfaceTest, TellsTheDelegateNothingOfItsOwnEnd)
     EXPECT_EQ(delegate.closes, 0);
 }
 
-TEST_F(QtInterfaceTest, EndsOnAnyThread)
+TEST_F(QtInterfaceTest, CanBeDestroyedOnAnyThread)
 {
-    // As a controller is held by several; the last one to let go is a job.
+    // A controller has several owners; the last one may be a job.
     std::shared_ptr<QtInterface> interface = load("ProgressWindow");
     interface->window().show();
     const QPointer<QWidget> window(&shownWindow(QStringLiteral("ProgressWindow")));
@@ -292,9 +293,11 @@ TEST_F(QtInterfaceTest, EndsOnAnyThread)
     });
     interface.reset();
     handleEventsUntil([&] { return window.isNull(); });
+
+    EXPECT_TRUE(window.isNull());
 }
 
-TEST_F(QtInterfaceTest, EndsInTheMiddleOfItsOwnCommand)
+TEST_F(QtInterfaceTest, CanBeDestroyedByItsOwnCommand)
 {
     auto interface = load("FilterWindow");
     interface->command("OnOkay").setHandler([&](View* /*sender*/) { interface.reset(); });
@@ -303,9 +306,12 @@ TEST_F(QtInterfaceTest, EndsInTheMiddleOfItsOwnCommand)
 
     press(*window, Qt::Key_Return);
     handleEventsUntil([&] { return window.isNull(); });
+
+    EXPECT_EQ(interface, nullptr);
+    EXPECT_TRUE(window.isNull());
 }
 
-TEST_F(QtInterfaceTest, FloatsAboveTheMainWindowWithoutTheKeyboardOrACloseControl)
+TEST_F(QtInterfaceTest, FloatsAboveTheMainWindowWithoutFocusOrACloseControl)
 {
     const auto main = load("MainWindow");
     const auto progress = load("ProgressWindow");
@@ -327,7 +333,7 @@ TEST_F(QtInterfaceTest, FloatsAboveTheMainWindowWithoutTheKeyboardOrACloseContro
     EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(QtInterfaceTest, KeepsAStatusWindowAboveAllOthersAndBesideTheMiddle)
+TEST_F(QtInterfaceTest, KeepsAStatusWindowOnTopAndOutOfTheCentre)
 {
     const auto main = load("MainWindow");
     const auto status = load("FilterWindow");
@@ -345,7 +351,7 @@ TEST_F(QtInterfaceTest, KeepsAStatusWindowAboveAllOthersAndBesideTheMiddle)
     EXPECT_FALSE(window.isModal());
 }
 
-TEST_F(QtInterfaceTest, LetsAStatusWindowTakeTheKeyboardFromTheMainWindowOnly)
+TEST_F(QtInterfaceTest, LetsAStatusWindowTakeTheFocusFromTheMainWindowOnly)
 {
     const auto main = load("MainWindow");
     const auto dialog = load("FilterWindow");
@@ -354,7 +360,7 @@ TEST_F(QtInterfaceTest, LetsAStatusWindowTakeTheKeyboardFromTheMainWindowOnly)
     main->window().show();
     handleEvents();
 
-    // Without a screen every window that is shown gets the keyboard; on one, those that want it.
+    // The offscreen platform activates every window that is shown, so check the request instead.
     status->window().show();
     auto& window = shownWindow(QStringLiteral("FilterWindow"));
     EXPECT_FALSE(window.testAttribute(Qt::WA_ShowWithoutActivating));
@@ -366,7 +372,7 @@ TEST_F(QtInterfaceTest, LetsAStatusWindowTakeTheKeyboardFromTheMainWindowOnly)
     EXPECT_TRUE(window.testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
-TEST_F(QtInterfaceTest, ShowsTitlesAndTextsAsTheyAre)
+TEST_F(QtInterfaceTest, ShowsTitlesAndTextsVerbatim)
 {
     const auto interface = load("MainWindow");
     interface->window().show();
@@ -379,7 +385,7 @@ TEST_F(QtInterfaceTest, ShowsTitlesAndTextsAsTheyAre)
 
     EXPECT_EQ(window.windowTitle(), QStringLiteral("a[*][*]b"));
 
-    // The name of a file may hold anything.
+    // A file name may contain any character.
     interface->window().setTitle("a\u202Efcv.\nb – Dunmora");
     EXPECT_EQ(window.windowTitle(), QStringLiteral("afcv. b – Dunmora"));
     EXPECT_EQ(widgetIn<QToolButton>(window, "btnNotes").text(), QStringLiteral("Smith && Sons"));
@@ -402,7 +408,7 @@ TEST_F(QtInterfaceTest, HidesAndShowsViews)
     EXPECT_FALSE(button.isVisible());
 }
 
-/// Drags something over a window and drops it; returns whether it was accepted both times.
+/// Drags URLs over a window and drops them; returns whether both were accepted.
 bool drop(QWidget& window, const QList<QUrl>& urls)
 {
     QMimeData data;
@@ -416,7 +422,7 @@ bool drop(QWidget& window, const QList<QUrl>& urls)
     return enter.isAccepted() && event.isAccepted();
 }
 
-TEST_F(QtInterfaceTest, TakesOneDroppedFileWhileTheCommandIsUsable)
+TEST_F(QtInterfaceTest, AcceptsOneDroppedFileWhileTheCommandIsUsable)
 {
     const auto interface = load("MainWindow");
     interface->window().show();
@@ -439,7 +445,7 @@ TEST_F(QtInterfaceTest, TakesOneDroppedFileWhileTheCommandIsUsable)
     EXPECT_EQ(dropped, std::vector<std::filesystem::path>{"/books/M\xc3\xbcller & Co.vcf"});
 }
 
-TEST_F(QtInterfaceTest, LeavesAFileThatWasDroppedJustBeforeAJobOrASession)
+TEST_F(QtInterfaceTest, IgnoresAFileDroppedJustBeforeAJobOrASession)
 {
     const auto main = load("MainWindow");
     const auto filter = load("FilterWindow");
@@ -473,7 +479,7 @@ TEST_F(QtInterfaceTest, LeavesAFileThatWasDroppedJustBeforeAJobOrASession)
     EXPECT_EQ(drops, 1);
 }
 
-TEST_F(QtInterfaceTest, TakesNothingDroppedDuringASession)
+TEST_F(QtInterfaceTest, AcceptsNothingDroppedDuringASession)
 {
     const auto main = load("MainWindow");
     const auto filter = load("FilterWindow");

@@ -39,7 +39,7 @@ TEST_F(QtWorkspaceTest, OpensNothingElse)
          {"", "dunmora.example.com", "file:///etc/passwd", "/etc/passwd", "ftp://example.com/",
           "javascript:alert(1)", "tel:123", "http://", "http:///path", "https://a b/",
           "http://example.com/%zz", "mailto:", "http://[::1", "smb://example.com/",
-          // So ends the address in a reply whose lines end as those of HTTP do.
+          // The URL from a reply whose lines end with CR LF.
           "http://example.com/get\r"}) {
         EXPECT_FALSE(workspace.openURL(url)) << url;
     }
@@ -47,7 +47,7 @@ TEST_F(QtWorkspaceTest, OpensNothingElse)
     EXPECT_EQ(programs.opened, std::vector<std::string>());
 }
 
-TEST_F(QtWorkspaceTest, OpensNoMessageThatTakesFilesAlong)
+TEST_F(QtWorkspaceTest, OpensNoMessageWithAttachments)
 {
     for (const std::string url :
          {"mailto:a@b?attach=/etc/passwd", "mailto:a@b?subject=x&attachment=/etc/passwd",
@@ -60,7 +60,7 @@ TEST_F(QtWorkspaceTest, OpensNoMessageThatTakesFilesAlong)
     EXPECT_EQ(programs.opened, std::vector<std::string>());
 }
 
-TEST_F(QtWorkspaceTest, CanBeAskedFromAnyThread)
+TEST_F(QtWorkspaceTest, OpensUrlsFromAnyThread)
 {
     std::atomic<bool> hasEnded = false;
 
