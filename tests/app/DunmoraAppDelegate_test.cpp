@@ -2,13 +2,17 @@
 
 #include "base/NotificationCenter.h"
 #include "base/Settings.h"
+#include "engine/ContactsParser.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/NotificationRecorder.h"
+#include "ui/AppData.h"
 #include "ui/ProgressWindowController.h"
 
 #include <algorithm>
 #include <latch>
+#include <memory>
+#include <utility>
 
 namespace dunmora::test {
 namespace {
@@ -23,20 +27,20 @@ protected:
     void SetUp() override
     {
         platform_.addressBook = FakeAddressBook({FakePerson()});
-        // What the user does in the dialog unless a test says otherwise.
+        // The default; a test may confirm the dialog instead.
         application_.onRunModal = [this](Window& /*window*/) { cancelDialog(); };
     }
 
     void confirmDialog() { loader_.last->command("OnOkay").use(); }
     void cancelDialog() { loader_.last->command("OnCancel").use(); }
 
-    /// Ends a job, as the engine does.
+    /// Posts the end of a job, like the engine.
     void finish(std::string_view job)
     {
         NotificationCenter::defaultCenter().postText(kMsgFinished, this, job);
     }
 
-    /// Opens a progress window whose opening is not in the log.
+    /// Opens a progress window and clears the log.
     void openProgress()
     {
         delegate_.showProgress();
@@ -51,9 +55,9 @@ protected:
     DunmoraAppDelegate delegate_;
 };
 
-// Start and end.
+// Launch and termination.
 
-TEST_F(DelegateTest, HoldsTheMainWindow)
+TEST_F(DelegateTest, KeepsTheMainWindow)
 {
     FakeWindow mainWindow("MainWindow", log_);
     EXPECT_EQ(delegate_.window(), nullptr);
@@ -90,7 +94,7 @@ TEST_F(DelegateTest, ChecksForAnUpdateAtLaunchBeforeItSubscribes)
     EXPECT_EQ(progress(), nullptr);
 }
 
-TEST_F(DelegateTest, ChecksForNoUpdateAtLaunchWhenTheUserHasTurnedThatOff)
+TEST_F(DelegateTest, ChecksForNoUpdateAtLaunchWhenTheUserHasDisabledIt)
 {
     platform_.userDefaults.setBool("AutoCheckForUpdates", false);
 
@@ -99,7 +103,7 @@ TEST_F(DelegateTest, ChecksForNoUpdateAtLaunchWhenTheUserHasTurnedThatOff)
     EXPECT_TRUE(desktop_.connections.opened.empty());
 }
 
-TEST_F(DelegateTest, ChecksForAnUpdateFromTheMenuWithTheWindowOfTheSameChecker)
+TEST_F(DelegateTest, ChecksForAnUpdateFromTheMenuWithTheSharedUpdater)
 {
     delegate_.applicationDidFinishLaunching();
     auto& window = loader_.last->fakeWindow;
@@ -142,7 +146,7 @@ TEST_F(DelegateTest, StartsNoSecondLoadAndOpensNoSecondProgressWindowOnALaterAct
     EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(DelegateTest, TakesAnActivationDuringTheFirstOneForALaterOne)
+TEST_F(DelegateTest, IgnoresAnActivationDuringTheFirstOne)
 {
     loader_.onLoad = [this](FakeInterface& /*interface*/) {
         delegate_.applicationDidBecomeActive();
@@ -165,7 +169,7 @@ TEST_F(DelegateTest, TerminatesTheApplicationWhenTheMainWindowCloses)
     EXPECT_EQ(application_.terminations, std::vector<const void*>{&delegate_});
 }
 
-TEST_F(DelegateTest, TerminatesTheApplicationAlsoWhileAJobRuns)
+TEST_F(DelegateTest, TerminatesTheApplicationEvenWhileAJobRuns)
 {
     std::latch reading(1);
     std::latch goOn(1);
@@ -184,7 +188,7 @@ TEST_F(DelegateTest, TerminatesTheApplicationAlsoWhileAJobRuns)
     application_.runUntilIdle();
 }
 
-TEST_F(DelegateTest, HearsOfNoJobAnyMoreWhenItIsGone)
+TEST_F(DelegateTest, IsNotCalledOnceDestroyed)
 {
     {
         DunmoraAppDelegate shortLived;
@@ -200,7 +204,7 @@ TEST_F(DelegateTest, HearsOfNoJobAnyMoreWhenItIsGone)
 
 // The progress window.
 
-TEST_F(DelegateTest, ShowsAFreshProgressWindowAndHandsItToTheSharedState)
+TEST_F(DelegateTest, ShowsANewProgressWindowAndStoresIt)
 {
     delegate_.showProgress();
 
@@ -210,7 +214,7 @@ TEST_F(DelegateTest, ShowsAFreshProgressWindowAndHandsItToTheSharedState)
     EXPECT_EQ(progress().use_count(), 1);
 }
 
-TEST_F(DelegateTest, ReleasesTheProgressWindowBeforeWithoutClosingIt)
+TEST_F(DelegateTest, ReleasesThePreviousProgressWindowWithoutClosingIt)
 {
     openProgress();
     const std::weak_ptr<ProgressWindowController> before = progress();
@@ -258,7 +262,7 @@ TEST_F(JobEndTest, ClosesAndReleasesTheProgressWindowBeforeTheDialogOpens)
     EXPECT_FALSE(progressIsStored);
 }
 
-TEST_F(JobEndTest, StartsTheSearchWithAFreshProgressWindowWhenTheDialogIsConfirmed)
+TEST_F(JobEndTest, StartsTheSearchWithANewProgressWindowWhenTheDialogIsConfirmed)
 {
     application_.onRunModal = [this](Window& /*window*/) {
         log_.clear();
@@ -298,7 +302,7 @@ TEST_F(JobEndTest, StartsNoSearchWhenTheDialogsInterfaceIsMissing)
     EXPECT_EQ(progress(), nullptr);
 }
 
-TEST_F(JobEndTest, PostsNoReloadAfterLoadingAlsoWhenTheDialogIsConfirmed)
+TEST_F(JobEndTest, PostsNoReloadAfterLoadingEvenWhenTheDialogIsConfirmed)
 {
     application_.onRunModal = [this](Window& /*window*/) { confirmDialog(); };
     std::size_t reloads = 0;
@@ -307,7 +311,7 @@ TEST_F(JobEndTest, PostsNoReloadAfterLoadingAlsoWhenTheDialogIsConfirmed)
 
     finish("loading");
 
-    // The search's own reload waits for the main thread.
+    // The reload of the search waits for the main thread.
     EXPECT_EQ(reloads, 0U);
     application_.runUntilIdle();
     EXPECT_EQ(reloads, 1U);
@@ -363,7 +367,7 @@ TEST_P(AnyJobTest, LeavesNoProgressWindow)
     EXPECT_EQ(progress(), nullptr);
 }
 
-TEST_P(AnyJobTest, ReachesNoWindowWithProgressUntilTheNextOneIsOpened)
+TEST_P(AnyJobTest, ReportsProgressToNoWindowUntilTheNextOneOpens)
 {
     finish(GetParam());
     log_.clear();
@@ -378,7 +382,7 @@ TEST_P(AnyJobTest, ReachesNoWindowWithProgressUntilTheNextOneIsOpened)
     EXPECT_EQ(calls().at(0), "ProgressWindow.txtInfo setStringValue Loading Contacts...");
 }
 
-TEST_P(AnyJobTest, IsHandledAsUsualWithoutAProgressWindow)
+TEST_P(AnyJobTest, EndsNormallyWithoutAProgressWindow)
 {
     AppData::app().setProgress(nullptr);
     const NotificationRecorder recorder;
@@ -413,7 +417,7 @@ INSTANTIATE_TEST_SUITE_P(NamesThatAreNearlyKnown, UnknownJobTest,
                          testing::Values("", "mending", "Loading", "loading ", "findin",
                                          "deletings"));
 
-TEST_F(JobEndTest, WithoutAPayloadIsThatOfAnUnknownJob)
+TEST_F(JobEndTest, WithoutAPayloadIsHandledAsAnUnknownJob)
 {
     NotificationCenter::defaultCenter().postNotification(kMsgFinished, this);
 
@@ -421,7 +425,7 @@ TEST_F(JobEndTest, WithoutAPayloadIsThatOfAnUnknownJob)
     EXPECT_EQ(progress(), nullptr);
 }
 
-TEST_F(JobEndTest, IsHandledAtOnceOnTheMainThread)
+TEST_F(JobEndTest, IsHandledDirectlyOnTheMainThread)
 {
     finish("mending");
 
@@ -443,7 +447,7 @@ TEST_F(JobEndTest, IsHandledOnTheMainThreadWhileThePostingThreadWaits)
     EXPECT_TRUE(wasHandledWhenThePostReturned);
 }
 
-TEST_F(JobEndTest, KeepsTheLoadThreadWaitingUntilTheDialogIsAnswered)
+TEST_F(JobEndTest, BlocksTheLoadThreadUntilTheDialogCloses)
 {
     bool hasReturned = false;
     bool hadReturnedInTheDialog = true;
@@ -462,7 +466,7 @@ TEST_F(JobEndTest, KeepsTheLoadThreadWaitingUntilTheDialogIsAnswered)
     EXPECT_TRUE(hasReturned);
 }
 
-TEST_F(JobEndTest, FreesTheNameOfTheJob)
+TEST_F(JobEndTest, ReleasesTheNameOfTheJob)
 {
     auto name = std::make_shared<const std::string>("finding");
     const std::weak_ptr<const std::string> watched = name;
@@ -472,7 +476,7 @@ TEST_F(JobEndTest, FreesTheNameOfTheJob)
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(JobEndTest, DoesNotComeWhenTheBookCannotBeReadAndTheProgressWindowStaysOpen)
+TEST_F(JobEndTest, IsNotPostedWhenTheBookCannotBeReadSoTheProgressWindowStaysOpen)
 {
     platform_.addressBook.onRead = [] { throw PlatformError("The book is torn."); };
     const NotificationRecorder recorder;

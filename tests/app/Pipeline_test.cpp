@@ -2,6 +2,8 @@
 #include "base/NotificationCenter.h"
 #include "base/Settings.h"
 #include "tests/fakes/DesktopTest.h"
+#include "tests/fakes/People.h"
+#include "ui/AppData.h"
 #include "ui/ContactsController.h"
 
 #include <algorithm>
@@ -12,15 +14,7 @@ namespace {
 
 using Uids = std::vector<std::string>;
 
-FakePerson person(const std::string& uid, const std::string& firstName)
-{
-    FakePerson made;
-    made.uid = uid;
-    made.firstName = firstName;
-    return made;
-}
-
-/// The whole program but for its adapters: every step is in one log, after the thread that took it.
+/// The whole program without its adapters. One log records every step with its thread.
 class PipelineTest : public DesktopTest {
 protected:
     void SetUp() override
@@ -52,7 +46,7 @@ protected:
         }
         delegate_.applicationDidFinishLaunching();
         controller_.awakeFromNib();
-        // The update check that begins with it is no part of the pipeline.
+        // The update check at launch is not part of the pipeline.
         log_.clear();
     }
 
@@ -64,13 +58,13 @@ protected:
         }
     }
 
-    /// What happened since the last call of this, up to the end of every thread.
+    /// Runs until every thread has ended; returns the steps since the last call.
     Calls story()
     {
         application_.runUntilIdle();
-        auto told = calls();
+        auto steps = calls();
         log_.clear();
-        return told;
+        return steps;
     }
 
     void activate()
@@ -95,7 +89,7 @@ protected:
 
 using Story = std::vector<std::string>;
 
-Story told(std::initializer_list<Story> parts)
+Story join(std::initializer_list<Story> parts)
 {
     Story story;
     for (const auto& part : parts) {
@@ -128,14 +122,14 @@ Story pass(int total)
 {
     Story story;
     for (int i = 0; i < total; ++i) {
-        story = told({story, step(i, total)});
+        story = join({story, step(i, total)});
     }
     return story;
 }
 
 Story loading(int people)
 {
-    return told({message("Loading Contacts..."),
+    return join({message("Loading Contacts..."),
                  {"worker: book is read"},
                  pass(people),
                  {"worker: msgFinished loading", "main: ProgressWindow close"}});
@@ -161,12 +155,12 @@ Story tableReloads(const std::string& total)
             "main: MainWindow.txtTotal setStringValue " + total};
 }
 
-TEST_F(PipelineTest, TakesEveryStepInItsOrderOnItsThread)
+TEST_F(PipelineTest, RunsEveryStepInOrderOnItsThread)
 {
-    // The first activation loads, asks and searches.
+    // The first activation loads, shows the dialog and searches.
     delegate_.applicationDidBecomeActive();
 
-    EXPECT_EQ(story(), told({progressOpens(),
+    EXPECT_EQ(story(), join({progressOpens(),
                              {"main: detach LoadContacts"},
                              loading(3),
                              dialogRuns(),
@@ -181,7 +175,7 @@ TEST_F(PipelineTest, TakesEveryStepInItsOrderOnItsThread)
     EXPECT_EQ(table_.rows, 2U);
     EXPECT_EQ(AppData::app().progress(), nullptr);
 
-    // A click is between the table and the record.
+    // A click changes the record through the table.
     controller_.setObjectValue(true, "check", 0);
 
     EXPECT_EQ(story(), Story());
@@ -191,7 +185,7 @@ TEST_F(PipelineTest, TakesEveryStepInItsOrderOnItsThread)
     // Both copies are deleted.
     controller_.OnDelete(nullptr);
 
-    EXPECT_EQ(story(), told({{"main: alert Confirm to delete"},
+    EXPECT_EQ(story(), join({{"main: alert Confirm to delete"},
                              {"main: MainWindow.tableContacts setEnabled false"},
                              progressOpens(),
                              {"main: detach DeleteCheckedContacts"},
@@ -206,11 +200,11 @@ TEST_F(PipelineTest, TakesEveryStepInItsOrderOnItsThread)
     EXPECT_EQ(platform_.addressBook.storedUids(), Uids{"ben"});
     EXPECT_EQ(AppData::app().progress(), nullptr);
 
-    // A reload whose dialog is cancelled ends there.
+    // A reload stops when its dialog is cancelled.
     dialogAnswer_ = "OnCancel";
     controller_.OnReload(nullptr);
 
-    EXPECT_EQ(story(), told({{"main: MainWindow.tableContacts reloadData"},
+    EXPECT_EQ(story(), join({{"main: MainWindow.tableContacts reloadData"},
                              progressOpens(),
                              {"main: detach LoadContacts"},
                              loading(1),
@@ -221,7 +215,7 @@ TEST_F(PipelineTest, TakesEveryStepInItsOrderOnItsThread)
     EXPECT_TRUE(application_.failures.empty());
 }
 
-TEST_F(PipelineTest, RunsEachJobOnAThreadOfItsOwn)
+TEST_F(PipelineTest, RunsEachJobOnItsOwnThread)
 {
     activate();
     controller_.OnDelete(nullptr);
@@ -242,7 +236,7 @@ TEST_F(PipelineTest, LeavesAnEmptyTableNoProgressWindowAndNoThreadAfterACancelle
     EXPECT_EQ(application_.threads, Story{"LoadContacts"});
     EXPECT_EQ(count("main: msgReload "), 0U);
 
-    // A later reload asks again, and goes on when it is confirmed.
+    // A later reload shows the dialog again, and searches once it is confirmed.
     dialogAnswer_ = "OnOkay";
     controller_.OnReload(nullptr);
     application_.runUntilIdle();
@@ -271,7 +265,7 @@ TEST_F(PipelineTest, KeepsTheTableEmptyAfterAReloadWhoseDialogIsCancelledUntilTh
     EXPECT_EQ(table_.rows, 2U);
 }
 
-TEST_F(PipelineTest, SearchesByTheFieldsThatTheUserHasJustChosen)
+TEST_F(PipelineTest, SearchesByTheFieldsJustChosen)
 {
     application_.onRunModal = [this](Window& /*window*/) {
         auto& dialog = *loader_.last;
@@ -283,7 +277,7 @@ TEST_F(PipelineTest, SearchesByTheFieldsThatTheUserHasJustChosen)
 
     activate();
 
-    // All three are called Lee.
+    // All three have the last name Lee.
     EXPECT_EQ(total_.stringValue, "3 duplicates of 3");
 }
 
@@ -298,7 +292,7 @@ TEST_F(PipelineTest, EndsEveryJobOfAnEmptyBook)
     EXPECT_EQ(count("worker: ProgressWindow.progress setNeedsDisplay"), 0U);
 }
 
-TEST_F(PipelineTest, GoesThroughWithoutAProgressWindow)
+TEST_F(PipelineTest, RunsWithoutAProgressWindow)
 {
     loader_.missing.insert("ProgressWindow");
 
@@ -311,7 +305,7 @@ TEST_F(PipelineTest, GoesThroughWithoutAProgressWindow)
     EXPECT_TRUE(table_.isEnabled);
 }
 
-TEST_F(PipelineTest, StopsAfterTheLoadWithoutADialog)
+TEST_F(PipelineTest, StopsAfterTheLoadIfTheDialogIsMissing)
 {
     loader_.missing.insert("FilterWindow");
 

@@ -46,16 +46,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string body = end == std::string::npos ? "" : input.substr(end + 1);
 
     const double current = versionNumber(running);
-    require(std::isfinite(current), "a version is no number");
-    require(versionNumber(" \t" + running) == current, "blanks before a version count");
-    require(versionNumber(running + "/") == current, "what follows a version counts");
+    require(std::isfinite(current), "a version is not a finite number");
+    require(versionNumber(" \t" + running) == current, "blanks before a version change it");
+    require(versionNumber(running + "/") == current, "text after a version changes it");
 
     const auto reply = judgeUpdateReply(body, running);
     const auto lines = pieces(body);
     if (std::holds_alternative<UnreadableReply>(reply)) {
         return 0;
     }
-    require(lines.size() == 3, "a reply of other than three lines was read");
+    require(lines.size() == 3, "a reply without exactly three lines was accepted");
     const bool isNewer = versionNumber(lines[0]) > current;
     if (const auto* const newer = std::get_if<NewerVersion>(&reply)) {
         require(isNewer, "an older version was offered");

@@ -3,6 +3,8 @@
 #include "tests/fakes/DesktopTest.h"
 #include "ui/ProgressWindowController.h"
 
+#include <utility>
+
 namespace dunmora::test {
 namespace {
 
@@ -17,7 +19,7 @@ TEST_F(AppDataTest, IsOneInstanceWithoutAProgressWindowBetweenJobs)
     EXPECT_EQ(appData_.progress(), nullptr);
 }
 
-TEST_F(AppDataTest, KeepsTheProgressWindowAliveAlone)
+TEST_F(AppDataTest, IsTheOnlyOwnerOfTheProgressWindow)
 {
     auto progress = ProgressWindowController::init();
     const std::weak_ptr<ProgressWindowController> watched = progress;
@@ -42,7 +44,7 @@ TEST_F(AppDataTest, ReleasesTheOldProgressWindowForANewOneWithoutClosingIt)
     EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(AppDataTest, ReleasesTheProgressWindowForNoneWithoutClosingIt)
+TEST_F(AppDataTest, ReleasesTheProgressWindowForNullWithoutClosingIt)
 {
     appData_.setProgress(ProgressWindowController::init());
     const std::weak_ptr<ProgressWindowController> old = appData_.progress();

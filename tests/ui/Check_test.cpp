@@ -7,7 +7,7 @@
 namespace dunmora::test {
 namespace {
 
-TEST(Check, SetsTheBoxOnWhenTheFlagIsTrue)
+TEST(Check, ChecksTheBox)
 {
     CallLog log;
     FakeCheckBox box("box", log);
@@ -17,7 +17,7 @@ TEST(Check, SetsTheBoxOnWhenTheFlagIsTrue)
     EXPECT_EQ(box.state(), CheckState::On);
 }
 
-TEST(Check, SetsTheBoxOffWhenTheFlagIsFalse)
+TEST(Check, UnchecksTheBox)
 {
     CallLog log;
     FakeCheckBox box("box", log);

@@ -4,12 +4,13 @@
 #include "tests/fakes/DesktopTest.h"
 
 #include <array>
+#include <functional>
 #include <utility>
 
 namespace dunmora::test {
 namespace {
 
-/// A box of the dialog and the flag that it shows.
+/// A check box of the dialog and the preference that it shows.
 struct Box {
     const char* outlet;
     bool (Settings::*get)() const;
@@ -31,7 +32,7 @@ class FilterControllerTest : public DesktopTest {
 protected:
     using Outlets = std::vector<std::string>;
 
-    /// Shows a dialog of its own, in which the user does `steps`, and returns what it returns.
+    /// Shows a new dialog, runs `steps` in it, and returns its result.
     bool show(const std::function<void()>& steps)
     {
         application_.onRunModal = [&](Window& /*window*/) { steps(); };
@@ -41,7 +42,7 @@ protected:
 
     FakeCheckBox& box(std::string_view outlet) { return loader_.last->checkBox(outlet); }
 
-    /// A click brings the box to the state and is then told.
+    /// Clicks the box, which changes its state before the command runs.
     void click(std::string_view outlet, CheckState state)
     {
         box(outlet).shown = state;
@@ -170,7 +171,7 @@ TEST_F(FilterControllerTest, ReturnsFalseWhenItIsCancelledAfterARefusedConfirmat
     }));
 }
 
-TEST_F(FilterControllerTest, ReturnsFalseWhenItIsCancelledAlsoAfterItWasOnceConfirmed)
+TEST_F(FilterControllerTest, ReturnsFalseWhenItIsCancelledAfterAnEarlierConfirmation)
 {
     FilterController dialog;
     application_.onRunModal = [&](Window& /*window*/) { okay(); };
@@ -183,7 +184,7 @@ TEST_F(FilterControllerTest, ReturnsFalseWhenItIsCancelledAlsoAfterItWasOnceConf
 
 TEST_F(FilterControllerTest, EndsItsSessionBeforeItClosesItsWindow)
 {
-    /// Notes how many sessions had been ended when the window closed.
+    /// Records how many sessions had ended when the window closed.
     class ClosingWitness final : public WindowDelegate {
     public:
         explicit ClosingWitness(FakeApplication& application) : application_(application) {}
@@ -266,7 +267,7 @@ TEST_F(FilterControllerTest, CountsAMixedStateAsOff)
     EXPECT_TRUE(platform_.userDefaults.hasValue("filterFirstname"));
 }
 
-TEST_F(FilterControllerTest, IgnoresASenderThatIsNoneOfItsBoxes)
+TEST_F(FilterControllerTest, IgnoresASenderThatIsNotOneOfItsBoxes)
 {
     show([&] {
         auto& stranger = loader_.last->checkBox("btnOther");
@@ -334,7 +335,7 @@ TEST_P(FilterBoxTest, IsEnoughToConfirm)
 INSTANTIATE_TEST_SUITE_P(All, FilterBoxTest, testing::ValuesIn(kBoxes),
                          [](const auto& box) { return std::string(box.param.outlet); });
 
-/// How many flags are asked until this one, alone on, has been found.
+/// How many preferences are read until this one, the only one that is on, is found.
 class FilterOrderTest : public FilterControllerTest,
                         public testing::WithParamInterface<std::pair<const char*, int>> {};
 

@@ -18,7 +18,7 @@ protected:
     Dialog dialog_;
 };
 
-TEST_F(ModalControllerTest, IsNotModalWhenItIsMade)
+TEST_F(ModalControllerTest, IsNotModalAtFirst)
 {
     EXPECT_FALSE(dialog_.isModal());
     EXPECT_EQ(calls(), Calls());
@@ -43,7 +43,7 @@ TEST_F(ModalControllerTest, RunsItsWindowUntilTheSessionIsCancelled)
     EXPECT_EQ(application_.abortedSessions, 1U);
 }
 
-TEST_F(ModalControllerTest, LeavesTheClosingOfItsWindowToTheDialog)
+TEST_F(ModalControllerTest, LeavesItToTheDialogToCloseTheWindow)
 {
     application_.onRunModal = [&](Window& /*window*/) { dialog_.CancelModal(); };
 
@@ -52,7 +52,7 @@ TEST_F(ModalControllerTest, LeavesTheClosingOfItsWindowToTheDialog)
     EXPECT_EQ(calls(), Calls{"load Dialog"});
 }
 
-TEST_F(ModalControllerTest, IsModalUntilItCancelsEvenWhenTheSessionWasEndedByOthers)
+TEST_F(ModalControllerTest, IsModalUntilItCancelsEvenWhenTheSessionEndedEarlier)
 {
     application_.onRunModal = [&](Window& /*window*/) { application_.abortModal(); };
 
@@ -75,7 +75,7 @@ TEST_F(ModalControllerTest, EndsTheSessionOnceWhenItIsCancelledTwice)
     EXPECT_FALSE(dialog_.isModal());
 }
 
-TEST_F(ModalControllerTest, EndsNoSessionThatIsNotItsOwn)
+TEST_F(ModalControllerTest, EndsOnlyItsOwnSession)
 {
     Dialog other;
     application_.onRunModal = [&](Window& /*window*/) {

@@ -2,16 +2,19 @@
 
 #include "base/NotificationCenter.h"
 #include "tests/fakes/DesktopTest.h"
+#include "ui/AppData.h"
 
 #include <atomic>
+#include <memory>
 #include <thread>
+#include <utility>
 
 namespace dunmora::test {
 namespace {
 
 class ProgressWindowTest : public DesktopTest {
 protected:
-    /// A progress window whose loading is not in the log.
+    /// A progress window; the log does not contain its loading.
     std::shared_ptr<ProgressWindowController> opened()
     {
         auto controller = ProgressWindowController::init();
@@ -46,7 +49,7 @@ TEST_F(ProgressWindowTest, FloatsAboveTheOrdinaryWindowsOnceItIsLoaded)
     EXPECT_EQ(calls(), (Calls{"load ProgressWindow", "ProgressWindow setLevel floating"}));
 }
 
-TEST_F(ProgressWindowTest, SetsLeastGreatestAndValueAndThenAsksForARedraw)
+TEST_F(ProgressWindowTest, SetsMinimumMaximumAndValueBeforeItRequestsARedraw)
 {
     const auto controller = opened();
 
@@ -55,7 +58,7 @@ TEST_F(ProgressWindowTest, SetsLeastGreatestAndValueAndThenAsksForARedraw)
     EXPECT_EQ(calls(), kThirdOfFive);
 }
 
-TEST_F(ProgressWindowTest, MakesEverySetterCallOfEveryPost)
+TEST_F(ProgressWindowTest, CallsEverySetterForEveryPost)
 {
     const auto controller = opened();
 
@@ -66,7 +69,7 @@ TEST_F(ProgressWindowTest, MakesEverySetterCallOfEveryPost)
     EXPECT_EQ(calls().size(), 100 * kThirdOfFive.size());
 }
 
-TEST_F(ProgressWindowTest, TakesTheGreatestValueAnewWithEveryPost)
+TEST_F(ProgressWindowTest, SetsTheMaximumWithEveryPost)
 {
     const auto controller = opened();
     postProgress(4, 5);
@@ -78,7 +81,7 @@ TEST_F(ProgressWindowTest, TakesTheGreatestValueAnewWithEveryPost)
     EXPECT_EQ(calls()[2], "ProgressWindow.progress setDoubleValue 0.000000");
 }
 
-TEST_F(ProgressWindowTest, SetsLeastAndGreatestToZeroForATotalOfZero)
+TEST_F(ProgressWindowTest, SetsMinimumAndMaximumToZeroForATotalOfZero)
 {
     const auto controller = opened();
 
@@ -88,7 +91,7 @@ TEST_F(ProgressWindowTest, SetsLeastAndGreatestToZeroForATotalOfZero)
     EXPECT_EQ(calls()[1], "ProgressWindow.progress setMaxValue 0.000000");
 }
 
-TEST_F(ProgressWindowTest, PassesAValueBeyondTheGreatestOnAsItIs)
+TEST_F(ProgressWindowTest, PassesOnAValueAboveTheMaximum)
 {
     const auto controller = opened();
 
@@ -108,7 +111,7 @@ TEST_F(ProgressWindowTest, ShowsZeroForNumbersThatAreMissing)
     EXPECT_EQ(calls()[2], "ProgressWindow.progress setDoubleValue 0.000000");
 }
 
-TEST_F(ProgressWindowTest, ShowsTheMessageAndThenAsksForARedraw)
+TEST_F(ProgressWindowTest, ShowsTheMessageAndRequestsARedraw)
 {
     const auto controller = opened();
 
@@ -132,7 +135,7 @@ TEST_F(ProgressWindowTest, IsSetOnThePostingThreadWithoutWaitingForTheMainThread
     EXPECT_EQ(calls().size(), kThirdOfFive.size());
 }
 
-TEST_F(ProgressWindowTest, IsNotMadeAndHearsNothingWhenItsInterfaceIsMissing)
+TEST_F(ProgressWindowTest, DoesNotExistWhenItsInterfaceIsMissing)
 {
     loader_.missing.insert("ProgressWindow");
 
@@ -143,7 +146,7 @@ TEST_F(ProgressWindowTest, IsNotMadeAndHearsNothingWhenItsInterfaceIsMissing)
     EXPECT_EQ(calls(), Calls{"load ProgressWindow"});
 }
 
-TEST_F(ProgressWindowTest, HearsNothingAnyMoreWhenNobodyHoldsIt)
+TEST_F(ProgressWindowTest, UnsubscribesWhenItsLastOwnerReleasesIt)
 {
     auto controller = opened();
 
@@ -154,7 +157,7 @@ TEST_F(ProgressWindowTest, HearsNothingAnyMoreWhenNobodyHoldsIt)
     EXPECT_EQ(calls(), Calls());
 }
 
-TEST_F(ProgressWindowTest, HearsNothingAnyMoreWhenASecondOneTakesItsPlace)
+TEST_F(ProgressWindowTest, UnsubscribesWhenAnotherOneReplacesIt)
 {
     AppData::app().setProgress(ProgressWindowController::init());
     AppData::app().setProgress(ProgressWindowController::init());
@@ -165,7 +168,7 @@ TEST_F(ProgressWindowTest, HearsNothingAnyMoreWhenASecondOneTakesItsPlace)
     EXPECT_EQ(calls(), kThirdOfFive);
 }
 
-TEST_F(ProgressWindowTest, IsFoundGoneByAPostThatHadAlreadyBegun)
+TEST_F(ProgressWindowTest, IsNotUsedByAPostThatOutlivesIt)
 {
     std::shared_ptr<ProgressWindowController> controller;
     center_.addObserver(&controller, kMsgProgress,

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// How often this thread has asked for memory, and how often it has given some back.
+/// How often this thread has allocated and freed memory.
 thread_local std::size_t allocations = 0;
 thread_local std::size_t releases = 0;
 
@@ -32,7 +32,7 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
-// The sanitizers' own one would want its memory back through their own delete.
+// Memory from the sanitizers' version could be freed only by their own delete.
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
 {
     ++allocations;
@@ -57,7 +57,7 @@ protected:
     QuietDesktop desktop_;
 };
 
-TEST_F(ProgressWindowCost, IsNoMemoryForAPostWithAWindowOpen)
+TEST_F(ProgressWindowCost, AllocatesNothingForAPostWhileAWindowIsOpen)
 {
     const auto window = ProgressWindowController::init();
     const Payload payload = std::make_shared<Progress>(Progress{.total = 5, .current = 2});
@@ -74,9 +74,9 @@ TEST_F(ProgressWindowCost, IsNoMemoryForAPostWithAWindowOpen)
     EXPECT_EQ(desktop_.interfaceLoader.bar.doubleValue, 2.0);
 }
 
-TEST_F(ProgressWindowCost, IsNoMemoryLeftBehindByAWindowThatIsGone)
+TEST_F(ProgressWindowCost, KeepsNoMemoryOfADestroyedWindow)
 {
-    // The first one makes what stays for the life of the process.
+    // The first one creates objects that live as long as the process.
     ProgressWindowController::init();
 
     const auto before = allocations - releases;

@@ -30,7 +30,7 @@ TEST_F(WindowControllerTest, LoadsNothingBeforeItsWindowIsNeeded)
     EXPECT_EQ(controller_.windowsLoaded, 0);
 }
 
-TEST_F(WindowControllerTest, LoadsItsWindowOnceAndTellsOnce)
+TEST_F(WindowControllerTest, LoadsItsWindowOnce)
 {
     auto* const window = controller_.window();
 
@@ -48,7 +48,7 @@ TEST_F(WindowControllerTest, ShowsAndClosesItsWindow)
     EXPECT_EQ(calls(), (Calls{"load Panel", "Panel show", "Panel close"}));
 }
 
-TEST_F(WindowControllerTest, LoadsNoWindowToCloseIt)
+TEST_F(WindowControllerTest, DoesNotLoadItsWindowToCloseIt)
 {
     controller_.close();
 

@@ -25,20 +25,20 @@ constexpr auto kUnreadable = "<html>Not found</html>";
 
 using Calls = std::vector<std::string>;
 
-/// Writes down in one log what the order of which matters.
-struct WatchedDesktop : FakeDesktop {
-    explicit WatchedDesktop(FakePlatform& platform)
+/// Records in one log the calls whose order matters.
+struct RecordingDesktop : FakeDesktop {
+    explicit RecordingDesktop(FakePlatform& platform)
     {
         auto& log = interfaceLoader.log;
         interfaceLoader.onLoad = [&log](FakeInterface& interface) {
-            const auto writeDown = [&log](const std::string& name, auto& control) {
+            const auto record = [&log](const std::string& name, auto& control) {
                 control.onSetHidden = [&log, name](bool hidden) {
                     log.add((hidden ? "hide " : "show ") + name);
                 };
             };
-            writeDown("vwControls", interface.view("vwControls"));
-            writeDown("vwActivity", interface.view("vwActivity"));
-            writeDown("btnDownload", interface.button("btnDownload"));
+            record("vwControls", interface.view("vwControls"));
+            record("vwActivity", interface.view("vwActivity"));
+            record("btnDownload", interface.button("btnDownload"));
         };
         connections.onOpen = [&log] { log.add("open a connection"); };
         platform.workspace.onOpenURL = [&log](const std::string& url) { log.add("open " + url); };
@@ -69,13 +69,13 @@ protected:
     FakeConnection& transfer() { return desktop.connections.last(); }
 
     FakePlatform platform;
-    WatchedDesktop desktop{platform};
+    RecordingDesktop desktop{platform};
     UpdateController controller;
 };
 
 }  // namespace
 
-TEST_F(UpdateControllerTest, LoadsItsWindowAtOnceInItsBusyLayoutWithoutShowingIt)
+TEST_F(UpdateControllerTest, LoadsItsWindowInTheBusyLayoutWithoutShowingIt)
 {
     EXPECT_FALSE(isShown());
     EXPECT_TRUE(isInBusyLayout());
@@ -89,7 +89,7 @@ TEST_F(UpdateControllerTest, LoadsItsWindowAtOnceInItsBusyLayoutWithoutShowingIt
                               "show vwActivity", "hide btnDownload"}));
 }
 
-TEST_F(UpdateControllerTest, IsOneForTheProcessMadeOnFirstUse)
+TEST_F(UpdateControllerTest, HasOneSharedInstanceCreatedOnFirstUse)
 {
     UpdateController::endUpdater();
     auto& shared = UpdateController::updater();
@@ -100,7 +100,7 @@ TEST_F(UpdateControllerTest, IsOneForTheProcessMadeOnFirstUse)
     UpdateController::endUpdater();
 }
 
-TEST_F(UpdateControllerTest, AsksTheServiceForTheLatestVersionAndSaysNothingOfTheUser)
+TEST_F(UpdateControllerTest, RequestsTheLatestVersionWithoutAnyUserData)
 {
     controller.CheckForUpdate(false);
 
@@ -108,7 +108,7 @@ TEST_F(UpdateControllerTest, AsksTheServiceForTheLatestVersionAndSaysNothingOfTh
     EXPECT_EQ(transfer().url, "http://update.dunmora.invalid/update/?app=dunmoraapp");
 }
 
-TEST_F(UpdateControllerTest, AsksTheServiceThatThePackageNames)
+TEST_F(UpdateControllerTest, RequestsItFromTheHostInTheBundle)
 {
     platform.bundle.updateHost = "127.0.0.1:8080";
 
@@ -127,7 +127,7 @@ TEST_F(UpdateControllerTest, SendsNothingAtStartUpWhenTheAutomaticCheckIsOff)
     EXPECT_EQ(automatic(), CheckState::Mixed) << "the check box is left untouched";
 }
 
-TEST_F(UpdateControllerTest, ChangesNothingElseAtStartUpEitherWhenTheAutomaticCheckIsOff)
+TEST_F(UpdateControllerTest, ChangesNothingAtStartUpWhenTheAutomaticCheckIsOff)
 {
     controller.CheckForUpdate(true);
     transfer().reply(kNewer);
@@ -142,7 +142,7 @@ TEST_F(UpdateControllerTest, ChangesNothingElseAtStartUpEitherWhenTheAutomaticCh
     EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
 }
 
-TEST_F(UpdateControllerTest, ChecksFromTheMenuWithTheAutomaticCheckOffAndSaysSo)
+TEST_F(UpdateControllerTest, ChecksFromTheMenuWhenTheAutomaticCheckIsOffAndShowsThatItIs)
 {
     platform.userDefaults.setBool(kAutomatic, false);
 
@@ -160,7 +160,7 @@ TEST_F(UpdateControllerTest, ChecksAutomaticallyWhenNothingIsStored)
     EXPECT_EQ(automatic(), CheckState::On);
 }
 
-TEST_F(UpdateControllerTest, ShowsThatTheAutomaticCheckIsOnWhenStoredSo)
+TEST_F(UpdateControllerTest, ShowsThatTheAutomaticCheckIsOn)
 {
     platform.userDefaults.setBool(kAutomatic, true);
 
@@ -170,7 +170,7 @@ TEST_F(UpdateControllerTest, ShowsThatTheAutomaticCheckIsOnWhenStoredSo)
     EXPECT_EQ(automatic(), CheckState::On);
 }
 
-TEST_F(UpdateControllerTest, ShowsItsWindowAfterASilentCheckOnlyWhenANewerVersionHasArrived)
+TEST_F(UpdateControllerTest, ShowsItsWindowAfterASilentCheckThatFoundANewerVersion)
 {
     controller.CheckForUpdate(false);
     EXPECT_FALSE(isShown());
@@ -186,7 +186,7 @@ TEST_F(UpdateControllerTest, ShowsItsWindowAfterASilentCheckOnlyWhenANewerVersio
     EXPECT_TRUE(offersDownload());
 }
 
-TEST_F(UpdateControllerTest, ShowsTheBusyWindowFirstAndThenThatTheVersionIsTheLatest)
+TEST_F(UpdateControllerTest, ShowsTheBusyLayoutAndThenThatTheVersionIsTheLatest)
 {
     clearCalls();
     controller.CheckForUpdate(true);
@@ -207,7 +207,7 @@ TEST_F(UpdateControllerTest, ShowsTheBusyWindowFirstAndThenThatTheVersionIsTheLa
     EXPECT_FALSE(offersDownload());
 }
 
-TEST_F(UpdateControllerTest, OffersTheDownloadOfANewerVersionThatTheUserAskedFor)
+TEST_F(UpdateControllerTest, OffersTheDownloadAfterACheckThatTheUserRequested)
 {
     controller.CheckForUpdate(true);
     clearCalls();
@@ -219,10 +219,10 @@ TEST_F(UpdateControllerTest, OffersTheDownloadOfANewerVersionThatTheUserAskedFor
     EXPECT_EQ(message(), "Better in every way.");
     EXPECT_EQ(calls(), (Calls{"UpdateWindow.labelMessage setStringValue Better in every way.",
                               "show btnDownload", "hide vwActivity", "show vwControls"}))
-        << "the window, which the user may have put behind another, is not shown again";
+        << "the window is not raised again; the user may have put it behind another";
 }
 
-TEST_F(UpdateControllerTest, TakesAnUnreadableReplyForTheLatestVersion)
+TEST_F(UpdateControllerTest, TreatsAnUnreadableReplyAsTheLatestVersion)
 {
     controller.CheckForUpdate(true);
 
@@ -233,7 +233,7 @@ TEST_F(UpdateControllerTest, TakesAnUnreadableReplyForTheLatestVersion)
     EXPECT_FALSE(offersDownload());
 }
 
-TEST_F(UpdateControllerTest, NeverShowsItsWindowForAnUnreadableReplyToASilentCheck)
+TEST_F(UpdateControllerTest, DoesNotShowItsWindowForAnUnreadableReplyToASilentCheck)
 {
     controller.CheckForUpdate(false);
 
@@ -244,7 +244,7 @@ TEST_F(UpdateControllerTest, NeverShowsItsWindowForAnUnreadableReplyToASilentChe
     EXPECT_TRUE(isInResultLayout());
 }
 
-TEST_F(UpdateControllerTest, KeepsTheFinishedTransferOfASilentCheckThatFoundNothing)
+TEST_F(UpdateControllerTest, HoldsTheFinishedTransferOfASilentCheckThatFoundNothing)
 {
     controller.CheckForUpdate(false);
 
@@ -253,10 +253,10 @@ TEST_F(UpdateControllerTest, KeepsTheFinishedTransferOfASilentCheckThatFoundNoth
     EXPECT_FALSE(isShown());
     EXPECT_EQ(message(), kLatest);
     EXPECT_TRUE(isInBusyLayout());
-    EXPECT_EQ(desktop.connections.opened.back().use_count(), 2) << "the controller holds it, too";
+    EXPECT_EQ(desktop.connections.opened.back().use_count(), 2) << "the controller also holds it";
 }
 
-TEST_F(UpdateControllerTest, ReplacesThatTransferWithTheNextCheck)
+TEST_F(UpdateControllerTest, ReplacesAHeldTransferWithTheNextCheck)
 {
     controller.CheckForUpdate(false);
     transfer().reply(kSame);
@@ -269,7 +269,7 @@ TEST_F(UpdateControllerTest, ReplacesThatTransferWithTheNextCheck)
     EXPECT_EQ(message(), "Better in every way.") << "the bodies are not joined";
 }
 
-TEST_F(UpdateControllerTest, LetsGoOfThatTransferWhenTheWindowCloses)
+TEST_F(UpdateControllerTest, ReleasesAHeldTransferWhenTheWindowCloses)
 {
     controller.CheckForUpdate(false);
     transfer().reply(kSame);
@@ -279,7 +279,7 @@ TEST_F(UpdateControllerTest, LetsGoOfThatTransferWhenTheWindowCloses)
     EXPECT_EQ(desktop.connections.opened.back().use_count(), 1);
 }
 
-TEST_F(UpdateControllerTest, KeepsTheDownloadAddressAlsoWhenUpToDate)
+TEST_F(UpdateControllerTest, KeepsTheDownloadAddressWhenUpToDate)
 {
     controller.CheckForUpdate(true);
     transfer().reply(kSame);
@@ -299,7 +299,7 @@ TEST_F(UpdateControllerTest, TakesNoDownloadAddressFromAnUnreadableReply)
     EXPECT_EQ(platform.workspace.opened, Calls{""});
 }
 
-TEST_F(UpdateControllerTest, ComparesWithTheVersionAtTheMomentOfJudging)
+TEST_F(UpdateControllerTest, ComparesWithTheVersionAtTheTimeOfTheReply)
 {
     controller.CheckForUpdate(true);
     platform.bundle.version = "0.2";
@@ -312,7 +312,7 @@ TEST_F(UpdateControllerTest, ComparesWithTheVersionAtTheMomentOfJudging)
     EXPECT_EQ(message(), "Nothing new.") << "an absent version counts as 0";
 }
 
-TEST_F(UpdateControllerTest, LetsGoOfEveryOtherFinishedTransfer)
+TEST_F(UpdateControllerTest, ReleasesEveryOtherFinishedTransfer)
 {
     controller.CheckForUpdate(true);
     transfer().reply(kSame);
@@ -328,7 +328,7 @@ TEST_F(UpdateControllerTest, LetsGoOfEveryOtherFinishedTransfer)
     }
 }
 
-TEST_F(UpdateControllerTest, SaysWhyACheckFailedAndKeepsTheBusyLayout)
+TEST_F(UpdateControllerTest, ShowsWhyACheckFailedAndKeepsTheBusyLayout)
 {
     controller.CheckForUpdate(true);
 
@@ -344,7 +344,7 @@ TEST_F(UpdateControllerTest, SaysWhyACheckFailedAndKeepsTheBusyLayout)
     EXPECT_FALSE(offersDownload());
 }
 
-TEST_F(UpdateControllerTest, NeverShowsItsWindowForASilentCheckThatFailed)
+TEST_F(UpdateControllerTest, DoesNotShowItsWindowForASilentCheckThatFailed)
 {
     controller.CheckForUpdate(false);
 
@@ -353,7 +353,7 @@ TEST_F(UpdateControllerTest, NeverShowsItsWindowForASilentCheckThatFailed)
     EXPECT_FALSE(isShown());
 }
 
-/// How a transfer ends, and what that does to a window in which an update is on offer.
+/// The end of a transfer, and what it does to a window that offers an update.
 struct Ending {
     std::string name;
     std::function<void(FakeConnection& connection)> end;
@@ -365,7 +365,7 @@ struct Ending {
 class UpdateControllerEndingTest : public UpdateControllerTest,
                                    public testing::WithParamInterface<Ending> {};
 
-TEST_P(UpdateControllerEndingTest, DecidesWhatASilentCheckLeavesOfAnEarlierOffer)
+TEST_P(UpdateControllerEndingTest, DecidesWhatRemainsOfAnEarlierOfferAfterASilentCheck)
 {
     controller.CheckForUpdate(true);
     transfer().reply(kNewer);
@@ -408,14 +408,14 @@ TEST_F(UpdateControllerTest, JoinsTheBodiesOfAllResponsesOfOneTransfer)
     EXPECT_EQ(message(), "Text");
 }
 
-TEST_F(UpdateControllerTest, FollowsRedirectsAsTheServiceGivesThem)
+TEST_F(UpdateControllerTest, FollowsRedirectsUnchanged)
 {
     controller.CheckForUpdate(false);
 
     EXPECT_EQ(transfer().redirect("https://elsewhere.example/x"), "https://elsewhere.example/x");
 }
 
-TEST_F(UpdateControllerTest, LeavesTheEarlierTransferAloneWhenTheMenuIsUsedMeanwhile)
+TEST_F(UpdateControllerTest, DoesNotCancelAnEarlierTransferButIgnoresIt)
 {
     controller.CheckForUpdate(false);
     controller.CheckForUpdate(true);
@@ -432,7 +432,7 @@ TEST_F(UpdateControllerTest, LeavesTheEarlierTransferAloneWhenTheMenuIsUsedMeanw
     EXPECT_TRUE(offersDownload());
 }
 
-TEST_F(UpdateControllerTest, IgnoresThatAnEarlierTransferFailed)
+TEST_F(UpdateControllerTest, IgnoresTheFailureOfAnEarlierTransfer)
 {
     controller.CheckForUpdate(false);
     controller.CheckForUpdate(true);
@@ -455,7 +455,7 @@ TEST_F(UpdateControllerTest, StaysBusyWhenNoConnectionCanBeOpened)
     EXPECT_EQ(message(), "");
 }
 
-TEST_F(UpdateControllerTest, StaysBusyWhateverAnEarlierTransferSaysWhenNoConnectionCanBeOpened)
+TEST_F(UpdateControllerTest, IgnoresAnEarlierTransferWhenNoConnectionCanBeOpened)
 {
     for (const bool isAsked : {false, true}) {
         desktop.connections.opensNone = false;
@@ -474,7 +474,7 @@ TEST_F(UpdateControllerTest, StaysBusyWhateverAnEarlierTransferSaysWhenNoConnect
     }
 }
 
-TEST_F(UpdateControllerTest, GoesBackToTheBusyLayoutForTheNextCheck)
+TEST_F(UpdateControllerTest, ReturnsToTheBusyLayoutForTheNextCheck)
 {
     controller.CheckForUpdate(true);
     transfer().reply(kNewer);
@@ -485,7 +485,7 @@ TEST_F(UpdateControllerTest, GoesBackToTheBusyLayoutForTheNextCheck)
     EXPECT_FALSE(offersDownload());
 }
 
-TEST_F(UpdateControllerTest, CancelsTheTransferWhenTheWindowOfAUsersCheckCloses)
+TEST_F(UpdateControllerTest, CancelsARequestedCheckWhenTheWindowCloses)
 {
     controller.CheckForUpdate(true);
 
@@ -496,7 +496,7 @@ TEST_F(UpdateControllerTest, CancelsTheTransferWhenTheWindowOfAUsersCheckCloses)
     EXPECT_EQ(desktop.connections.opened.back().use_count(), 1);
 }
 
-TEST_F(UpdateControllerTest, IgnoresWhatACancelledTransferStillDelivers)
+TEST_F(UpdateControllerTest, IgnoresACancelledTransfer)
 {
     controller.CheckForUpdate(true);
     interface().fakeWindow.close();
@@ -508,7 +508,7 @@ TEST_F(UpdateControllerTest, IgnoresWhatACancelledTransferStillDelivers)
     EXPECT_EQ(message(), "");
 }
 
-TEST_F(UpdateControllerTest, CancelsNothingWhenTheWindowThatOfferedAnUpdateSilentlyCloses)
+TEST_F(UpdateControllerTest, CancelsNothingWhenTheWindowClosesAfterASilentOffer)
 {
     controller.CheckForUpdate(false);
     transfer().reply(kNewer);
@@ -518,7 +518,7 @@ TEST_F(UpdateControllerTest, CancelsNothingWhenTheWindowThatOfferedAnUpdateSilen
     EXPECT_FALSE(transfer().isCancelled);
 }
 
-TEST_F(UpdateControllerTest, CancelsNoSilentCheckThatHasOfferedNothing)
+TEST_F(UpdateControllerTest, DoesNotCancelASilentCheckThatHasOfferedNothing)
 {
     controller.CheckForUpdate(false);
 
@@ -541,7 +541,7 @@ TEST_F(UpdateControllerTest, OpensTheDownloadAddressAndClosesTheWindow)
     EXPECT_FALSE(isShown());
 }
 
-TEST_F(UpdateControllerTest, ForgetsAnEarlierDownloadAddressWhenACheckBegins)
+TEST_F(UpdateControllerTest, ForgetsTheDownloadAddressWhenACheckBegins)
 {
     controller.CheckForUpdate(true);
     transfer().reply(kNewer);
@@ -560,7 +560,7 @@ TEST_F(UpdateControllerTest, StoresWhetherTheAutomaticCheckIsOn)
     interface().command("OnUpdate").use(&box);
     EXPECT_TRUE(platform.userDefaults.hasValue(kAutomatic));
     EXPECT_FALSE(platform.userDefaults.boolForKey(kAutomatic));
-    EXPECT_FALSE(platform.userDefaults.onDisk().at(kAutomatic)) << "it is flushed at once";
+    EXPECT_FALSE(platform.userDefaults.onDisk().at(kAutomatic)) << "the value is flushed at once";
 
     box.shown = CheckState::On;
     interface().command("OnUpdate").use(&box);
@@ -571,7 +571,7 @@ TEST_F(UpdateControllerTest, StoresWhetherTheAutomaticCheckIsOn)
     EXPECT_FALSE(platform.userDefaults.boolForKey(kAutomatic));
 }
 
-TEST_F(UpdateControllerTest, ChecksWithoutItsInterfaceFile)
+TEST_F(UpdateControllerTest, ChecksWhenItsInterfaceFileIsMissing)
 {
     desktop.interfaceLoader.missing.insert("UpdateWindow");
     UpdateController withoutWindow;
@@ -583,7 +583,7 @@ TEST_F(UpdateControllerTest, ChecksWithoutItsInterfaceFile)
     EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
 }
 
-TEST_F(UpdateControllerTest, LeavesNoTransferBehindThatWouldReportToNobody)
+TEST_F(UpdateControllerTest, CancelsItsTransfersWhenDestroyed)
 {
     {
         UpdateController shortLived;
@@ -598,7 +598,7 @@ TEST_F(UpdateControllerTest, LeavesNoTransferBehindThatWouldReportToNobody)
     }
 }
 
-TEST_F(UpdateControllerTest, HoldsOnToNoTransferThatANewerCheckHasReplaced)
+TEST_F(UpdateControllerTest, DoesNotOwnAReplacedTransfer)
 {
     {
         UpdateController shortLived;

@@ -38,11 +38,11 @@ bool isUpToDate(std::string_view body, const std::optional<std::string>& running
 
 struct NumberLocale {
     std::string name;
-    /// How one and a half is written there.
+    /// 1.5 as this locale writes it.
     std::string oneAndAHalf;
 };
 
-/// Makes the locale from its source, which Debian has for each; returns what went wrong.
+/// Compiles the locale from its source. Returns what went wrong; empty when it worked.
 std::string compileLocale(const std::string& name, const std::filesystem::path& folder)
 {
     return inChild([&] {
@@ -53,13 +53,13 @@ std::string compileLocale(const std::string& name, const std::filesystem::path& 
     });
 }
 
-/// What differs in a process with this locale from how every version is read.
+/// Reads versions in a process with this locale. Returns those that are read differently there.
 std::string differencesIn(const NumberLocale& locale, const std::filesystem::path& folder)
 {
     return inChild([&] {
         // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread
         ::setenv("LOCPATH", folder.c_str(), 1);
-        // A locale with a name is the C library's, too.
+        // A named locale also becomes the C library's.
         std::locale::global(std::locale(locale.name));
         std::string found;
         // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread
@@ -132,7 +132,7 @@ TEST(UpdateReply, KeepsACarriageReturnInTheAddress)
     EXPECT_EQ(newer.message, "Text");
 }
 
-TEST(UpdateReply, TakesLinesThatAreEmpty)
+TEST(UpdateReply, AcceptsEmptyLines)
 {
     const auto reply = judgeUpdateReply("1.6\n\n", kRunning);
 
@@ -155,28 +155,28 @@ TEST(UpdateReply, IsUnreadableWhenItIsNotUtf8)
 {
     EXPECT_TRUE(isUnreadable("1.6\nURL\nGr\xFC\xDF"
                              "e"));
-    // Longer than needed, a surrogate, beyond U+10FFFF, cut off.
+    // An overlong form, a surrogate, above U+10FFFF, truncated.
     EXPECT_TRUE(isUnreadable("1.6\nURL\n\xC0\xAF"));
     EXPECT_TRUE(isUnreadable("1.6\nURL\n\xED\xA0\x80"));
     EXPECT_TRUE(isUnreadable("1.6\nURL\n\xF4\x90\x80\x80"));
     EXPECT_TRUE(isUnreadable("1.6\nURL\n\xF0\x9F\x98"));
 }
 
-TEST(UpdateReply, TakesAReplacementCharacterThatTheServiceSent)
+TEST(UpdateReply, AcceptsAReplacementCharacterThatTheServiceSent)
 {
     const auto reply = judgeUpdateReply("1.6\nURL\n\xEF\xBF\xBD", kRunning);
 
     EXPECT_EQ(std::get<NewerVersion>(reply).message, "\xEF\xBF\xBD");
 }
 
-TEST(UpdateReply, TakesANullCharacterForText)
+TEST(UpdateReply, TreatsANullCharacterAsText)
 {
     const auto reply = judgeUpdateReply("1.6\nU\0RL\nText"s, kRunning);
 
     EXPECT_EQ(std::get<NewerVersion>(reply).downloadUrl, "U\0RL"s);
 }
 
-TEST(UpdateReply, TakesOnePointTenForOlderThanOnePointNine)
+TEST(UpdateReply, TreatsOnePointTenAsOlderThanOnePointNine)
 {
     EXPECT_TRUE(isUpToDate("1.10\nURL\nText", "1.9"));
 }
@@ -235,7 +235,7 @@ TEST(VersionNumber, ReadsAnExponentWhenItHasDigits)
     EXPECT_EQ(versionNumber(".e5"), 0);
 }
 
-TEST(VersionNumber, IsZeroWhereThereIsNoNumber)
+TEST(VersionNumber, IsZeroWithoutANumber)
 {
     for (const auto* const text :
          {"", " ", "abc", ".", "-", "+.", "v1.5", "inf", "-inf", "infinity", "nan", "NAN(1)"}) {
@@ -243,13 +243,13 @@ TEST(VersionNumber, IsZeroWhereThereIsNoNumber)
     }
 }
 
-TEST(VersionNumber, KnowsNoHexadecimalNumber)
+TEST(VersionNumber, IsNeverHexadecimal)
 {
     EXPECT_EQ(versionNumber("0x1F"), 0);
     EXPECT_EQ(versionNumber("0x1p4"), 0);
 }
 
-TEST(VersionNumber, TakesAnOverflowForALargeNumber)
+TEST(VersionNumber, IsTheLargestDoubleOnOverflow)
 {
     constexpr auto kLargest = std::numeric_limits<double>::max();
 
@@ -263,7 +263,7 @@ TEST(VersionNumber, TakesAnOverflowForALargeNumber)
     EXPECT_EQ(versionNumber("1.7976931348623159e308"), kLargest);
 }
 
-TEST(VersionNumber, TakesAnUnderflowForNothing)
+TEST(VersionNumber, IsZeroOnUnderflow)
 {
     EXPECT_EQ(versionNumber("1e-999"), 0);
     EXPECT_EQ(versionNumber("1e-9223372036854775807"), 0);
@@ -281,7 +281,7 @@ TEST(VersionNumber, IsTheDoubleNearestToTheText)
     EXPECT_EQ(versionNumber("4.9e-324"), std::numeric_limits<double>::denorm_min());
 }
 
-TEST_P(VersionNumberInLocale, IsReadAsEverywhere)
+TEST_P(VersionNumberInLocale, DoesNotChangeTheNumber)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(compileLocale(GetParam().name, folder.path()), "");
@@ -289,7 +289,8 @@ TEST_P(VersionNumberInLocale, IsReadAsEverywhere)
     EXPECT_EQ(differencesIn(GetParam(), folder.path()), "");
 }
 
-// A decimal comma, Arabic with a point, and the one locale with Arabic's own decimal separator.
+// A decimal comma, Arabic with a decimal point, and the one locale with the Arabic decimal
+// separator.
 INSTANTIATE_TEST_SUITE_P(Languages, VersionNumberInLocale,
                          testing::Values(NumberLocale{"de_DE", "1,5"}, NumberLocale{"ar_EG", "1.5"},
                                          NumberLocale{"ps_AF", "1٫5"}),
