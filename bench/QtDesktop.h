@@ -3,6 +3,7 @@
 #include "adapters/qt/QtApplication.h"
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtOpenPanel.h"
+#include "adapters/qt/QtTextFolding.h"
 #include "platform/Desktop.h"
 #include "tests/fakes/QuietDesktop.h"
 
@@ -11,8 +12,8 @@
 
 namespace dunmora::bench {
 
-/// The ports of a measurement with real windows and no network, installed as the desktop as long as
-/// it lives.
+/// The ports of a benchmark with real windows and no network; installs itself as the desktop for
+/// its lifetime.
 ///
 /// Thread: the main thread, under a QApplication.
 struct QtDesktop {
@@ -21,7 +22,7 @@ struct QtDesktop {
     QtDesktop(const QtDesktop&) = delete;
     QtDesktop& operator=(const QtDesktop&) = delete;
 
-    /// Handles what waits, drawing and the end of closed windows included.
+    /// Handles all pending events, including drawing and deleting closed windows.
     static void handleEvents()
     {
         QCoreApplication::processEvents();
@@ -33,7 +34,8 @@ struct QtDesktop {
     QtInterfaceLoader interfaceLoader{application.sessions()};
     QtOpenPanel openPanel{application.sessions()};
     test::QuietConnectionOpener connectionOpener;
-    Desktop desktop{application, interfaceLoader, openPanel, connectionOpener};
+    QtTextFolding textFolding;
+    Desktop desktop{application, interfaceLoader, openPanel, connectionOpener, textFolding};
 };
 
 }  // namespace dunmora::bench

@@ -1,6 +1,5 @@
-// Runs every job of the real program with windows over a big book and measures how long the main
-// thread leaves the user's events waiting meanwhile. Nothing fails on a time: machines differ and
-// are noisy.
+// Runs every job of the real program with windows on a big book and measures how long user events
+// wait for the main thread. No time is a failure, because computers differ and have other work.
 //
 //     event_loop_bench [CARDS]
 
@@ -45,7 +44,7 @@ namespace dunmora::bench {
 
 namespace {
 
-/// The stages of a run from the reading to the table.
+/// The stages of a run, from reading the book to showing the table.
 struct Search {
     std::string load;
     std::string find;
@@ -102,7 +101,7 @@ private:
     QTimer look_;
 };
 
-/// The program, put together as `dunmora` does it.
+/// The program, assembled as in `dunmora`.
 class Program final {
 public:
     explicit Program(const std::filesystem::path& folder) : userDefaults_(folder / "dunmora.conf")
@@ -117,7 +116,7 @@ public:
             "");
     }
 
-    /// Puts the window on the screen; nothing is read yet.
+    /// Shows the window; reads nothing yet.
     void launch(const std::filesystem::path& book)
     {
         window_->open(book);
@@ -126,21 +125,21 @@ public:
         settle();
     }
 
-    /// Does what the first activation does; returns when all that it has begun has ended.
+    /// Does what the first activation does. Returns when the jobs that it starts have ended.
     void activate()
     {
         window_->applicationDidBecomeActive();
         settle();
     }
 
-    /// Opens a book in place of the one that is open; returns when all that it has begun has ended.
+    /// Opens a book in place of the open one. Returns when the jobs that it starts have ended.
     void open(const std::filesystem::path& book)
     {
         window_->open(book);
         settle();
     }
 
-    /// Uses a command of the main window; returns when all that it has begun has ended.
+    /// Runs a command of the main window. Returns when the jobs that it starts have ended.
     void use(const char* command)
     {
         auto* const window = shownWindow(QStringLiteral("MainWindow"));
@@ -153,7 +152,7 @@ public:
     }
 
 private:
-    /// Handles events until no job runs and the windows have been drawn.
+    /// Handles events until no job is running and the windows are drawn.
     void settle()
     {
         constexpr int kTurnsToDraw = 50;
@@ -166,13 +165,14 @@ private:
 
     QtDesktop qt_;
     SupervisedApplication supervised_{qt_.application};
-    Desktop desktop_{supervised_, qt_.interfaceLoader, qt_.openPanel, qt_.connectionOpener};
+    Desktop desktop_{supervised_, qt_.interfaceLoader, qt_.openPanel, qt_.connectionOpener,
+                     qt_.textFolding};
     IniUserDefaults userDefaults_;
     QtAlert alert_{qt_.application};
     QtWorkspace workspace_{qt_.application};
     BuildBundle bundle_;
     Platform platform_{nullptr, userDefaults_, alert_, workspace_, bundle_};
-    // The ports are in place before it is made.
+    // Created after the ports are installed.
     std::optional<MainWindow> window_;
 };
 
@@ -200,7 +200,7 @@ void measure(std::size_t cards)
 
     EventLoopWatch watch;
     const Search* search = &kFirst;
-    // Heard before anybody else hears of it: what follows on the main thread is the table's.
+    // The first observer, because the others' work on the main thread is the table's stage.
     NotificationCenter::defaultCenter().addObserver(
         &watch, kMsgFinished, [&](const Notification& notification) {
             if (notification.text() == kJobFinding) {

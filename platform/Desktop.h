@@ -6,20 +6,22 @@ class Application;
 class ConnectionOpener;
 class InterfaceLoader;
 class OpenPanel;
+class TextFolding;
 
-/// The ports that only a program with windows has, installed beside its `Platform`. The program
-/// owns them and keeps them until it ends.
+/// The ports that only a program with windows has, in addition to its `Platform`. The program owns
+/// them and keeps them alive until it ends.
 struct Desktop {
     Application& application;
     InterfaceLoader& interfaceLoader;
     OpenPanel& openPanel;
     ConnectionOpener& connectionOpener;
+    const TextFolding& textFolding;
 
-    /// Makes these the ports that the core asks.
-    /// Thread: the main thread, before any job runs; `desktop` must outlive its use.
+    /// Makes these the ports that the core uses; `desktop` must stay alive as long.
+    /// Thread: the main thread, before any job runs.
     static void install(const Desktop& desktop) { installed() = &desktop; }
 
-    /// The ports installed last. Thread: any, after `install`.
+    /// The most recently installed ports. Thread: any, after `install`.
     static const Desktop& current() { return *installed(); }
 
 private:

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -14,11 +16,26 @@
 
 namespace dunmora {
 
-/// What a cell shows: a text, a point in time, or a check mark. A text is a view that ends with the
-/// next change of the data.
+/// What a cell shows: a text, a point in time, or a check mark. A text is a view that is valid
+/// until the data changes.
 using CellValue = std::variant<std::string_view, std::chrono::sys_seconds, bool>;
 
-/// Who fills a table and takes its edits. A row is counted from 0; a column is named by its
+/// A column of a table. The texts live as long as the program.
+struct TableColumn {
+    std::string_view identifier;
+    std::string_view title;
+    enum class Kind {
+        Text,
+        /// Shares the width that the other columns leave free.
+        WideText,
+        CheckBox
+    };
+    Kind kind = Kind::Text;
+
+    bool operator==(const TableColumn&) const = default;
+};
+
+/// Supplies a table's cells and takes its edits. Rows are counted from 0; a column is named by its
 /// identifier.
 ///
 /// Thread: the main thread. Errors: none.
@@ -26,9 +43,13 @@ class TableViewDataSource {
 public:
     virtual ~TableViewDataSource() = default;
 
+    /// The columns from left to right, the same at every call.
+    virtual std::span<const TableColumn> columns() = 0;
+
     virtual std::size_t numberOfRows() = 0;
 
-    /// What stands in a cell; none for an empty one, also for a row or a column that there is not.
+    /// Returns the value of a cell; nothing for an empty one and for a row or column that does not
+    /// exist.
     virtual std::optional<CellValue> objectValue(std::string_view column, std::ptrdiff_t row) = 0;
 
     /// The user has edited a cell; the value is what the cell would show now.
@@ -39,23 +60,40 @@ public:
     virtual void tableViewSelectionDidChange() = 0;
 };
 
-/// How a row differs from its neighbours.
+/// What a table shows of a row besides its cells.
 struct RowStyle {
-    /// Rows with the same number that stand next to each other belong together; they share a band,
-    /// and a line parts them from the next ones.
+    /// Adjacent rows with the same number belong together: they share a background, and a line
+    /// separates them from the next group.
     std::size_t group = 0;
-    /// Something is wrong with the row; no text means that nothing is.
+    /// Something is wrong with the row; an empty text means that nothing is.
     struct Warning {
-        /// The sign to show: a person about to be lost is graver than a doubtful match.
+        /// The icon to show: losing a person is worse than a doubtful match.
         enum class Sign { None, Doubt, Loss };
         Sign sign = Sign::None;
-        /// A sentence that says what, for a tool tip and for those who do not see the sign.
+        /// A sentence for the tool tip and for assistive technology.
         std::string text;
     };
     Warning warning;
+    /// What assistive technology reads of the row's check box: who it is about, its state, and the
+    /// warning.
+    std::string accessibleText;
 };
 
-/// Who tells a table how its rows look, and hears of the user's edits.
+/// Selects the rows that contain what the user typed. It is valid until the rows or their data
+/// change, or the delegate that created it is destroyed.
+///
+/// Thread: the main thread. Errors: none.
+class RowFilter {
+public:
+    virtual ~RowFilter() = default;
+
+    virtual bool matches(std::size_t row) = 0;
+
+    /// Whether every row that matches this filter matches the filter of `earlier`, too.
+    virtual bool narrows(std::string_view earlier) const = 0;
+};
+
+/// Decides how a table's rows look and what the user's typing finds, and is notified of edits.
 ///
 /// Thread: the main thread. Errors: none.
 class TableViewDelegate {
@@ -64,19 +102,28 @@ public:
 
     virtual RowStyle styleOfRow(std::size_t row) = 0;
 
-    /// The user has edited these rows in one go; the data source has taken all of it.
+    /// The user has edited these rows in one step; the data source has been given every edit.
     virtual void rowsEdited(std::span<const std::size_t> rows) = 0;
+
+    /// Returns the filter for a text in UTF-8, or null when every row matches.
+    virtual std::unique_ptr<RowFilter> rowFilter(std::string_view typed) = 0;
+
+    /// Returns the row to select when the user types these letters on the table: the first that
+    /// fits, from row `first` on and round to the start, of the rows that are shown.
+    virtual std::optional<std::size_t>
+    rowForTyping(std::string_view typed, std::size_t first,
+                 const std::function<bool(std::size_t row)>& isShown) = 0;
 };
 
-/// A table of rows that it asks its data source for when it draws them. Those rows are asked for
-/// only while the table is enabled: a disabled one goes on showing the cells that it has drawn
-/// before, leaves others blank, and asks its data source and its delegate nothing until it is
-/// enabled and reloaded. It offers no sorting.
+/// A table that asks its data source for rows when it draws them. It asks only while it is enabled:
+/// a disabled table keeps the cells that it has drawn, leaves the others blank, and asks neither
+/// its data source nor its delegate until it is enabled and reloaded. It offers no sorting.
 ///
-/// Thread: the main thread, but for `setNeedsDisplay`. Errors: none.
+/// Thread: the main thread, except `setNeedsDisplay`. Errors: none.
 class TableView : public View {
 public:
-    /// Both must outlive the table, or the last call of this; either may be none.
+    /// Either may be null; both must stay alive until they are replaced or the table is destroyed.
+    /// Without a delegate there is no filter and nothing to type ahead to.
     virtual void setDataSource(TableViewDataSource* dataSource, TableViewDelegate* delegate) = 0;
 
     virtual void setEnabled(bool enabled) = 0;
@@ -88,20 +135,21 @@ public:
     /// Asks for the number of rows now and for the cells when they are drawn.
     virtual void reloadData() = 0;
 
-    /// The row that has the keyboard focus among the selected ones, if any.
+    /// The selected row that has the keyboard focus, if any.
     virtual std::optional<std::size_t> selectedRow() const = 0;
 
-    /// Selects this row alone and scrolls to it; a filter that hides it goes away.
+    /// Selects this row alone and scrolls to it; closes a filter that hides it.
     virtual void selectRow(std::size_t row) = 0;
 
-    /// Hands the data source an edit of this column for every selected row that does not show the
-    /// state yet, then tells the delegate. Rows that a filter hides are not selected.
+    /// Passes the data source an edit of this column for every selected row that is not in that
+    /// state yet, then notifies the delegate. Rows that a filter hides are not selected.
     virtual void editSelectedRows(std::string_view column, CheckState state) = 0;
 
-    /// Lets the user type a text that the rows to show have to contain; marks do not change.
+    /// Opens the filter: the table shows only rows that contain what the user types. Check marks do
+    /// not change.
     virtual void beginFiltering() = 0;
 
-    /// Takes the filter away, so that every row is shown.
+    /// Closes the filter, so that every row is shown.
     virtual void endFiltering() = 0;
 };
 

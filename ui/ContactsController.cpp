@@ -10,25 +10,14 @@
 #include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
 #include "platform/TextField.h"
+#include "review/CheckedPeople.h"
+#include "review/ReviewTexts.h"
 #include "ui/ProgressWindowController.h"
+#include "ui/ReviewRows.h"
 
 #include <utility>
 
 namespace dunmora {
-
-namespace {
-
-/// The record in a row of the review, if any.
-ContactRecord* recordInRow(std::ptrdiff_t row)
-{
-    auto& engine = ContactsParser::parser();
-    const auto& uids = engine.duplicates();
-    // As an unsigned number a row before the first is one far behind the last.
-    const auto index = static_cast<std::size_t>(row);
-    return index < uids.size() ? engine.contacts().find(uids[index]) : nullptr;
-}
-
-}  // namespace
 
 ContactsController::ContactsController(Interface& mainInterface, std::function<void()> loadContacts)
     : tableContacts_(&mainInterface.tableView("tableContacts")),
@@ -51,6 +40,11 @@ void ContactsController::awakeFromNib()
             Desktop::current().application.performOnMainThread(
                 [&] { OnReloadContacts(notification); });
         });
+}
+
+std::span<const TableColumn> ContactsController::columns()
+{
+    return reviewColumns();
 }
 
 std::size_t ContactsController::numberOfRows()
@@ -78,7 +72,7 @@ void ContactsController::setObjectValue(const CellValue& /*value*/, std::string_
 
 void ContactsController::tableViewSelectionDidChange()
 {
-    // Nothing hangs on the selection; whoever wants to follow it begins here.
+    // The selection has no effect.
     [[maybe_unused]] const auto row = tableContacts_->selectedRow();
 }
 
@@ -86,9 +80,7 @@ void ContactsController::OnReloadContacts(const Notification& /*notification*/)
 {
     tableContacts_->setEnabled(true);
     tableContacts_->reloadData();
-    const auto& engine = ContactsParser::parser();
-    txtTotal_->setStringValue(std::to_string(engine.duplicates().size()) + " duplicates of " +
-                              std::to_string(engine.contacts().size()));
+    txtTotal_->setStringValue(totalText(ContactsParser::parser()));
 }
 
 void ContactsController::OnReload(View* /*sender*/)
@@ -101,22 +93,13 @@ void ContactsController::OnReload(View* /*sender*/)
 
 void ContactsController::OnDelete(View* /*sender*/)
 {
-    std::vector<std::string> uids;
-    for (const auto& contact : ContactsParser::parser().contacts()) {
-        if (contact.value.isChecked()) {
-            uids.emplace_back(contact.value.text(kContactUid));
-        }
-    }
+    auto uids = checkedUids(ContactsParser::parser());
     if (uids.empty()) {
-        Settings::MsgBox("No contact checked to be deleted!");
+        Settings::MsgBox(kNobodyChecked);
         return;
     }
 
-    const auto answer = Platform::current().alert.runModal(
-        {"Confirm to delete",
-         "The checked contacts will be deleted from Address Book. \r\n"
-         "Do you really want to continue?",
-         "Okay", "Cancel"});
+    const auto answer = Platform::current().alert.runModal(deletionQuestion());
     if (answer == Alert::kAlternateButton) {
         return;
     }
@@ -133,8 +116,7 @@ void ContactsController::showProgress()
     openProgressWindow(this);
 }
 
-// The body of a thread that the delete command starts with this controller as its target; that the
-// engine alone does the work is its own affair.
+// The thread that runs this has the controller as its target, although only the engine is used.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void ContactsController::DeleteCheckedContacts(const std::vector<std::string>& uids)
 {

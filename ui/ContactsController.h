@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,11 +17,11 @@ class TextField;
 class View;
 struct Notification;
 
-/// The review table's controller: fills the table from the engine, toggles check marks, and carries
-/// the commands that reload everything and that delete the checked people. It keeps no data of its
-/// own; the check mark lives in the contact record alone.
+/// Fills the review table from the engine, toggles check marks, and implements the commands that
+/// reload the address book and delete the checked people. It stores no data: a check mark is part
+/// of the contact record.
 ///
-/// Thread: the main thread, but for `DeleteCheckedContacts`. Errors: none.
+/// Thread: the main thread, except `DeleteCheckedContacts`. Errors: none.
 class ContactsController final : public TableViewDataSource {
 public:
     /// Finds its outlets in the main interface, which must outlive the controller, and becomes the
@@ -29,35 +30,35 @@ public:
     ContactsController(const ContactsController&) = delete;
     ContactsController& operator=(const ContactsController&) = delete;
 
-    /// Unsubscribes and leaves the table: the program keeps its controller until it ends, but where
-    /// one ends before, neither may reach it any more.
+    /// Unsubscribes, and removes itself from the table.
     ~ContactsController() override;
 
-    /// Subscribes to "msgReload" for the life of the process.
+    /// Subscribes to "msgReload" until the controller is destroyed.
     void awakeFromNib();
 
+    std::span<const TableColumn> columns() override;
     std::size_t numberOfRows() override;
     std::optional<CellValue> objectValue(std::string_view column, std::ptrdiff_t row) override;
 
-    /// Toggles the row's check mark, whatever the value says: the record is the truth, not the
-    /// cell. Other columns ignore the edit.
+    /// Toggles the row's check mark and ignores the value: what counts is the record, not the cell.
+    /// Ignores edits of other columns.
     void setObjectValue(const CellValue& value, std::string_view column,
                         std::ptrdiff_t row) override;
 
     /// Selection has no effect.
     void tableViewSelectionDidChange() override;
 
-    /// Enables and reloads the table and writes the total line anew. The posting thread waits until
-    /// it has run on the main thread.
+    /// Enables and reloads the table and updates the total. The posting thread waits until this has
+    /// run on the main thread.
     void OnReloadContacts(const Notification& notification);
 
-    /// Empties the table and starts loading, whether or not a job runs.
+    /// Empties the table and starts a load, even while a job runs.
     void OnReload(View* sender);
 
     /// Asks for a confirmation and starts the deletion of everyone checked.
     void OnDelete(View* sender);
 
-    /// Opens a fresh progress window and hands it to `AppData`.
+    /// Opens a new progress window (`openProgressWindow`).
     void showProgress();
 
     /// Thread body of the deletion. Thread: a worker. Errors: what the engine throws.

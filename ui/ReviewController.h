@@ -1,11 +1,14 @@
 #pragma once
 
-#include "platform/AddressBook.h"
 #include "platform/TableView.h"
 #include "review/GroupWarnings.h"
+#include "ui/EmptyPage.h"
+#include "ui/ReadingNotesButton.h"
 
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -16,16 +19,16 @@ class Button;
 class Command;
 class ContactsController;
 class Interface;
-class TextField;
 class View;
 struct Notification;
 
-/// What the main window says around the table: which groups to look at again, why the table is
-/// empty, what the address book noted; and the commands that the user may use now.
+/// The main window around the review table: warns about groups, explains why the table is empty,
+/// shows what the address book noted, and enables the commands that make sense now. It also decides
+/// how the table's rows look and what the user's typing finds.
 ///
-/// It asks the engine and the address book nothing while a job runs.
+/// It does not use the engine or the address book while a job runs.
 ///
-/// Thread: the main thread, but for `OnFinished`. Errors: none.
+/// Thread: the main thread, except `OnFinished`. Errors: none.
 class ReviewController final : public TableViewDelegate {
 public:
     /// Finds its outlets and connects its commands in the main interface. `openBook` lets the user
@@ -37,33 +40,38 @@ public:
     ReviewController(const ReviewController&) = delete;
     ReviewController& operator=(const ReviewController&) = delete;
 
-    /// Subscribes to "msgFinished" for as long as it lives. To be called before anyone subscribes
-    /// who starts the next job from there, so that the ends of jobs are heard in their order.
+    /// Subscribes to "msgFinished" until it is destroyed. Call it before the observers that start
+    /// the next job from that notification subscribe, so that this one sees the jobs end in order.
     void awakeFromNib();
 
-    /// Tells whether there is an address book to read at all.
+    /// Sets whether there is an address book to read. Call it while no job runs.
     void setBookIsOpen(bool isOpen);
 
-    /// A job was started while none was running: commands that would start another are disabled,
-    /// the warnings go. The name is that of the job's thread.
+    /// A job was started while none was running: disables the commands that would start another and
+    /// hides the warnings. `name` is the job's thread.
     void jobsBegan(std::string_view name);
 
-    /// A job's thread ended with an error, which the user has acknowledged; the engine has no rows
-    /// any more.
+    /// A job's thread ended with an error, which the user has acknowledged; the engine no longer
+    /// has any rows.
     void jobFailed(std::string_view name);
 
-    /// No job runs any more: says what the table holds, counts the warnings, enables the commands.
+    /// The last job has ended: shows the rows or why there are none, counts the warnings, and
+    /// enables the commands.
     void jobsEnded();
 
     RowStyle styleOfRow(std::size_t row) override;
     void rowsEdited(std::span<const std::size_t> rows) override;
+    std::unique_ptr<RowFilter> rowFilter(std::string_view typed) override;
+    std::optional<std::size_t>
+    rowForTyping(std::string_view typed, std::size_t first,
+                 const std::function<bool(std::size_t row)>& isShown) override;
 
-    /// Remembers what the last job was. The posting thread waits until it has run on the main
+    /// Remembers the job that has finished. The posting thread waits until this has run on the main
     /// thread.
     void OnFinished(const Notification& notification);
 
     void OnReload(View* sender);
-    /// Takes the filter away first: every row that is about to be deleted can be seen.
+    /// Closes the filter first, so that no row about to be deleted is hidden.
     void OnDelete(View* sender);
     void OnOpen(View* sender);
     void OnCheckSelected(View* sender);
@@ -77,48 +85,30 @@ public:
     void OnNotes(View* sender);
 
 private:
-    /// Why the table has no rows.
-    enum class Emptiness {
-        NotSearched,
-        Working,
-        NoBook,
-        NoPeople,
-        NoDuplicates,
-        NoneLeft,
-        Cancelled,
-        Unreadable,
-        Unfinished
-    };
     /// How far the last job got.
     enum class LastJob { None, Loaded, Found, Deleted, LoadFailed, SearchFailed };
 
     Emptiness emptiness() const;
-    void showEmptiness(Emptiness emptiness);
     void showRows();
     void showWarnings();
-    void showNotes();
     void enableCommands();
     void jumpToNext(GroupWarning warning);
 
     ContactsController& contacts_;
     std::function<bool()> openBook_;
     GroupWarnings warnings_;
-    ReadingNotes notes_;
     LastJob lastJob_ = LastJob::None;
-    bool jobsRun_ = false;
-    bool bookIsOpen_ = true;
+    bool areJobsRunning_ = false;
+    bool isBookOpen_ = true;
 
     TableView* tableContacts_;
     Button* btnLastCopies_;
     Button* btnEmptyFields_;
-    Button* btnNotes_;
-    TextField* txtTotal_;
-    View* vwEmpty_;
-    TextField* txtEmptyTitle_;
-    TextField* txtEmptyHint_;
-    Button* btnEmptyOpen_;
-    // Those that begin a job from anything, and those that need rows.
-    std::vector<Command*> beginnings_;
+    EmptyPage emptyPage_;
+    ReadingNotesButton notes_;
+    /// The commands that start a job.
+    std::vector<Command*> startCommands_;
+    /// The commands that need rows.
     std::vector<Command*> rowCommands_;
 };
 

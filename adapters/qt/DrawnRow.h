@@ -9,16 +9,16 @@
 
 namespace dunmora {
 
-/// All that a table shows of a row.
+/// Everything that a table shows of a row.
 struct DrawnRow {
-    /// One line a column; a check mark has none.
+    /// One text for each column; empty for a check box.
     std::vector<QString> texts;
     bool isChecked = false;
     RowStyle style;
-    /// The row above is of another group.
+    /// Whether the row above belongs to another group.
     bool beginsGroup = false;
-    /// The drawing of the table for which it was asked; they are counted from 1.
-    std::uint64_t drawing = 0;
+    /// The frame for which the row was read, counted from 1.
+    std::uint64_t frame = 0;
 };
 
 }  // namespace dunmora

@@ -1,12 +1,11 @@
 #include "adapters/qt/QtTableView.h"
 
-#include <QAccessible>
-#include <QGuiApplication>
+#include "adapters/qt/TableAnnouncement.h"
+#include "adapters/qt/TableSetup.h"
+
 #include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <array>
@@ -14,27 +13,27 @@
 
 namespace dunmora {
 
-namespace {
-
-/// Qt keeps the selection as ranges and looks through all of them for each cell that it draws; with
-/// more than these, scrolling would stutter.
-constexpr qsizetype kMaxSelectedRanges = 4'000;
-
-constexpr auto kSelectRows = QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
-
-}  // namespace
-
 QtTableView::QtTableView(QTableView& widget, QWidget* filterBar, QLineEdit* filterLine)
     : widget_(&widget),
       isEnabled_(widget.isEnabled()),
-      model_(columnsOf(widget)),
       delegate_(widget, model_),
       widths_(widget, model_, delegate_),
+      selection_(widget, model_, [this] { selectionChanged(); }),
+      clicks_(widget, delegate_, [this](const QModelIndex& index) { toggleCheckBox(index); }),
       filterBar_(filterBar, filterLine,
                  {[this] { filterTyped(); }, [this] { filterLeft(); }, [this] { endFiltering(); }}),
-      search_(model_, [this](TableModel::SourceRows rows) { showFound(std::move(rows)); })
+      focus_(widget, filterBar_),
+      search_(model_.rows(), [this](ShownRows::SourceRows rows) { showFound(std::move(rows)); })
 {
-    configure();
+    setUpTable(widget);
+    widget.setItemDelegate(&delegate_);
+    connect(
+        widget.horizontalHeader(), &QHeaderView::sectionResized, this,
+        [this](int section, int /*before*/, int width) { widths_.sectionResized(section, width); });
+    connect(&model_, &QAbstractItemModel::dataChanged, this, [this] { redraw(); });
+    widget.installEventFilter(this);
+    widget.viewport()->installEventFilter(this);
+    metricsChanged();
 }
 
 QtTableView::~QtTableView()
@@ -52,7 +51,7 @@ void QtTableView::setHidden(bool hidden)
         widget_->setHidden(hidden);
     }
     filterBar_.setTableHidden(hidden);
-    takeFreeFocus();
+    focus_.takeIfFree();
 }
 
 void QtTableView::setNeedsDisplay()
@@ -72,7 +71,9 @@ void QtTableView::setDataSource(TableViewDataSource* dataSource, TableViewDelega
 {
     dataSource_ = dataSource;
     search_.reset();
-    model_.setDataSource(dataSource, delegate);
+    if (model_.setDataSource(dataSource, delegate) && widget_ != nullptr) {
+        widths_.columnsChanged();
+    }
 }
 
 void QtTableView::setEnabled(bool enabled)
@@ -81,24 +82,19 @@ void QtTableView::setEnabled(bool enabled)
         return;
     }
     isEnabled_ = enabled;
-    auto& window = *widget_->window();
-    if (!enabled) {
+    const auto enable = [this, enabled] {
+        widget_->setEnabled(enabled);
+        filterBar_.setEnabled(enabled);
+    };
+    if (enabled) {
+        enable();
+        focus_.restore();
+    } else {
         model_.freeze();
         search_.reset();
-        const bool hadFocus =
-            widget_->hasFocus() || window.focusWidget() == widget_ || filterBar_.hasFocus();
-        focusBefore_ = hadFocus ? window.focusWidget() : nullptr;
+        focus_.rememberDuring(enable);
     }
-    widget_->setEnabled(enabled);
-    filterBar_.setEnabled(enabled);
-    if (!enabled) {
-        focusMeanwhile_ = window.focusWidget();
-    } else if (focusBefore_ != nullptr && window.focusWidget() == focusMeanwhile_) {
-        // Nobody has led the keyboard elsewhere since it was taken away.
-        focusBefore_->setFocus(Qt::OtherFocusReason);
-        focusBefore_.clear();
-    }
-    takeFreeFocus();
+    focus_.takeIfFree();
 }
 
 void QtTableView::reloadData()
@@ -107,8 +103,8 @@ void QtTableView::reloadData()
         return;
     }
     search_.reset();
-    pressed_ = QModelIndex();
-    const bool hadSelection = widget_->selectionModel()->hasSelection();
+    clicks_.cancel();
+    const bool hadSelection = !selection_.isEmpty();
     model_.reload(isEnabled_);
     widths_.rowsChanged();
     if (hadSelection) {
@@ -119,36 +115,26 @@ void QtTableView::reloadData()
 
 std::optional<std::size_t> QtTableView::selectedRow() const
 {
-    if (widget_ == nullptr) {
-        return std::nullopt;
-    }
-    const auto current = widget_->currentIndex();
-    const bool isSelected = current.isValid() && widget_->selectionModel()->isSelected(current);
-    return isSelected ? std::optional(model_.sourceRow(current.row())) : std::nullopt;
+    return selection_.currentSourceRow();
 }
 
 void QtTableView::selectRow(std::size_t row)
 {
-    if (widget_ == nullptr || row >= model_.sourceRowCount()) {
+    if (widget_ == nullptr || row >= model_.rows().sourceRowCount()) {
         return;
     }
     search_.finish();
-    if (!model_.rowOf(row)) {
+    if (!model_.rows().rowOf(row)) {
         endFiltering();
     }
-    const auto index =
-        model_.index(*model_.rowOf(row), std::max(widget_->currentIndex().column(), 0));
-    widget_->setCurrentIndex(index);
-    // What the keyboard's modifiers would make of it is not meant.
-    widget_->selectionModel()->select(index, kSelectRows);
-    widget_->scrollTo(index);
-    takeFocus();
+    selection_.select(*model_.rows().rowOf(row));
+    focus_.take();
 }
 
 void QtTableView::editSelectedRows(std::string_view column, CheckState state)
 {
     if (state != CheckState::Mixed) {
-        edit(selectedSourceRows(), column, state == CheckState::On);
+        edit(selection_.sourceRows(), column, state == CheckState::On);
     }
 }
 
@@ -166,42 +152,41 @@ void QtTableView::endFiltering()
     const bool hadFocus = filterBar_.hasFocus();
     filterBar_.close();
     search_.reset();
-    if (model_.shownRows()) {
-        keepingSelection([this] { model_.showAll(); });
-    }
+    showAll();
     if (hadFocus) {
-        takeFocus();
+        focus_.take();
     }
 }
 
 bool QtTableView::eventFilter(QObject* watched, QEvent* event)
 {
+    // Not compared with `widget_`: the viewport sends events while the table is being destroyed.
+    const bool isForViewport = qobject_cast<QTableView*>(watched) == nullptr;
     switch (event->type()) {
     case QEvent::FontChange:
     case QEvent::StyleChange:
     case QEvent::PaletteChange:
-        if (watched == widget_) {
+        if (!isForViewport) {
             metricsChanged();
         }
         break;
     case QEvent::KeyPress:
-        return watched == widget_ && keyPressed(static_cast<const QKeyEvent&>(*event));
+        return !isForViewport && keyPressed(static_cast<const QKeyEvent&>(*event));
     case QEvent::Paint:
-        model_.beginDrawing();
+        model_.beginFrame();
         break;
     case QEvent::Resize:
-        if (watched != widget_) {
+        if (isForViewport) {
             widths_.fit();
         }
         break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        return watched != widget_ && mousePressed(static_cast<const QMouseEvent&>(*event));
+        return isForViewport && clicks_.pressed(static_cast<const QMouseEvent&>(*event));
     case QEvent::MouseButtonRelease:
-        return watched != widget_ && mouseReleased(static_cast<const QMouseEvent&>(*event));
+        return isForViewport && clicks_.released(static_cast<const QMouseEvent&>(*event));
     case QEvent::MouseMove:
-        // A check box that is held down is not the beginning of a selection.
-        return pressed_.isValid();
+        return clicks_.isHeld();
     default:
         break;
     }
@@ -212,144 +197,43 @@ bool QtTableView::keyPressed(const QKeyEvent& key)
 {
     const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
     if (key.key() == Qt::Key_Home || key.key() == Qt::Key_End) {
-        moveToEnd(key.key() == Qt::Key_Home ? End::First : End::Last,
-                  modifiers.testFlag(Qt::ShiftModifier) ? Move::Extends : Move::Selects);
+        using End = TableSelection::End;
+        using Move = TableSelection::Move;
+        selection_.moveToEnd(key.key() == Qt::Key_Home ? End::First : End::Last,
+                             modifiers.testFlag(Qt::ShiftModifier) ? Move::Extends : Move::Selects);
         return true;
     }
-    if (key.key() == Qt::Key_Space && modifiers == Qt::NoModifier &&
-        widget_->selectionModel()->hasSelection()) {
+    if (key.key() == Qt::Key_Space && modifiers == Qt::NoModifier && !selection_.isEmpty()) {
         toggleSelectedRows();
         return true;
     }
     return false;
 }
 
-bool QtTableView::mousePressed(const QMouseEvent& mouse)
-{
-    pressed_ = QModelIndex();
-    if (mouse.button() != Qt::LeftButton || mouse.modifiers() != Qt::NoModifier) {
-        return false;
-    }
-    const auto index = widget_->indexAt(mouse.position().toPoint());
-    if (!index.isValid() || !delegate_.checkBoxArea(index).contains(mouse.position().toPoint())) {
-        return false;
-    }
-    pressed_ = index;
-    widget_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
-    return true;
-}
-
-bool QtTableView::mouseReleased(const QMouseEvent& mouse)
-{
-    if (mouse.button() != Qt::LeftButton || !pressed_.isValid()) {
-        return false;
-    }
-    const QModelIndex index = std::exchange(pressed_, QPersistentModelIndex());
-    if (delegate_.checkBoxArea(index).contains(mouse.position().toPoint())) {
-        const std::array sourceRows{model_.sourceRow(index.row())};
-        const auto& column = model_.columns()[static_cast<std::size_t>(index.column())].identifier;
-        edit(sourceRows, column, !model_.isChecked(sourceRows.front(), column));
-    }
-    return true;
-}
-
-void QtTableView::configure()
-{
-    auto& view = *widget_;
-    view.setSelectionBehavior(QAbstractItemView::SelectRows);
-    view.setSelectionMode(QAbstractItemView::ExtendedSelection);
-    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view.setTabKeyNavigation(false);
-    view.setDragDropMode(QAbstractItemView::NoDragDrop);
-    view.setSortingEnabled(false);
-    view.setShowGrid(false);
-    view.setWordWrap(false);
-    view.setTextElideMode(Qt::ElideRight);
-    view.setCornerButtonEnabled(false);
-    view.setAlternatingRowColors(false);
-    view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    view.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-
-    auto& header = *view.horizontalHeader();
-    header.setSectionsClickable(false);
-    header.setSectionsMovable(false);
-    header.setHighlightSections(false);
-    header.setStretchLastSection(false);
-    header.setCascadingSectionResizes(false);
-    header.setSectionResizeMode(QHeaderView::Interactive);
-    // A double click on a header's edge measures what is in view, not a thousand rows.
-    header.setResizeContentsPrecision(0);
-
-    auto& rows = *view.verticalHeader();
-    rows.hide();
-    rows.setSectionResizeMode(QHeaderView::Fixed);
-
-    view.setItemDelegate(&delegate_);
-    view.setModel(&model_);
-    connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this] { selectionChanged(); });
-    connect(view.selectionModel(), &QItemSelectionModel::currentChanged, this,
-            [this](const QModelIndex& current) {
-                if (!QGuiApplication::keyboardModifiers().testFlag(Qt::ShiftModifier)) {
-                    anchor_ = current;
-                }
-            });
-    connect(
-        &header, &QHeaderView::sectionResized, this,
-        [this](int section, int /*before*/, int width) { widths_.sectionResized(section, width); });
-    connect(&model_, &QAbstractItemModel::dataChanged, this, [this] { redraw(); });
-    view.installEventFilter(this);
-    view.viewport()->installEventFilter(this);
-    metricsChanged();
-}
-
 void QtTableView::metricsChanged()
 {
-    auto& rows = *widget_->verticalHeader();
-    const int height = delegate_.rowHeight();
-    rows.setMinimumSectionSize(height);
-    rows.setMaximumSectionSize(height);
-    rows.setDefaultSectionSize(height);
-    widget_->horizontalHeader()->setMinimumSectionSize(
-        2 * (widget_->fontMetrics().averageCharWidth() + delegate_.textMargins()));
+    setTableMetrics(*widget_, delegate_.rowHeight(), delegate_.textMargins());
     widths_.metricsChanged();
 }
 
-void QtTableView::moveToEnd(End end, Move move)
+void QtTableView::toggleCheckBox(const QModelIndex& index)
 {
-    const int rows = model_.rowCount();
-    if (rows == 0) {
-        return;
-    }
-    const auto current = widget_->currentIndex();
-    const auto target =
-        model_.index(end == End::First ? 0 : rows - 1, std::max(current.column(), 0));
-    auto& selection = *widget_->selectionModel();
-    if (move == Move::Extends && anchor_.isValid()) {
-        const QPersistentModelIndex anchor = anchor_;
-        selection.setCurrentIndex(target, QItemSelectionModel::NoUpdate);
-        selection.select(QItemSelection(std::min<QModelIndex>(anchor, target),
-                                        std::max<QModelIndex>(anchor, target)),
-                         kSelectRows);
-        anchor_ = anchor;
-    } else {
-        widget_->setCurrentIndex(target);
-        selection.select(target, kSelectRows);
-    }
-    widget_->scrollTo(target);
+    const std::array sourceRows{model_.rows().sourceRow(index.row())};
+    const auto column = model_.columns()[static_cast<std::size_t>(index.column())].identifier;
+    edit(sourceRows, column, !model_.isChecked(sourceRows.front(), column));
 }
 
 void QtTableView::toggleSelectedRows()
 {
-    if (!model_.checkColumn()) {
+    const auto check = model_.checkColumn();
+    if (!check) {
         return;
     }
-    const auto& column =
-        model_.columns()[static_cast<std::size_t>(*model_.checkColumn())].identifier;
-    const auto rows = selectedSourceRows();
+    const auto column = model_.columns()[static_cast<std::size_t>(*check)].identifier;
+    const auto rows = selection_.sourceRows();
     const bool areAllChecked =
         std::all_of(rows.begin(), rows.end(),
-                    [this, &column](std::size_t row) { return model_.isChecked(row, column); });
+                    [this, column](std::size_t row) { return model_.isChecked(row, column); });
     edit(rows, column, !areAllChecked);
 }
 
@@ -361,40 +245,14 @@ void QtTableView::edit(std::span<const std::size_t> sourceRows, std::string_view
     }
     model_.edit(sourceRows, column, isChecked);
     redraw();
-    announceMarks(sourceRows, column);
-}
-
-void QtTableView::announceMarks(std::span<const std::size_t> sourceRows, std::string_view column)
-{
-    const auto check = model_.checkColumn();
-    if (!QAccessible::isActive() || widget_ == nullptr || !check ||
-        model_.columns()[static_cast<std::size_t>(*check)].identifier != column) {
-        return;
-    }
-    // Nobody reads what is out of view, and all of a big table would take its time.
-    const int first = std::max(widget_->rowAt(0), 0);
-    const int afterLast = widget_->rowAt(widget_->viewport()->height() - 1);
-    const int last = afterLast < 0 ? model_.rowCount() - 1 : afterLast;
-    for (int row = first; row <= last; ++row) {
-        if (!std::binary_search(sourceRows.begin(), sourceRows.end(), model_.sourceRow(row))) {
-            continue;
-        }
-        // Qt counts the headers, shown or not, as the first row and the first column.
-        const int child = (row + 1) * (model_.columnCount() + 1) + *check + 1;
-        QAccessible::State changed;
-        changed.checked = true;
-        QAccessibleStateChangeEvent state(widget_, changed);
-        state.setChild(child);
-        QAccessible::updateAccessibility(&state);
-        QAccessibleEvent name(widget_, QAccessible::NameChanged);
-        name.setChild(child);
-        QAccessible::updateAccessibility(&name);
+    if (widget_ != nullptr) {
+        announceCheckMarks(*widget_, model_, sourceRows);
     }
 }
 
 void QtTableView::redraw()
 {
-    model_.refresh();
+    model_.refreshMarks();
     if (widget_ != nullptr) {
         widget_->viewport()->update();
     }
@@ -402,143 +260,54 @@ void QtTableView::redraw()
 
 void QtTableView::filterTyped()
 {
-    RowFilter filter(filterBar_.text());
+    const auto typed = filterBar_.text();
     if (!model_.isAsking()) {
         showCount();
         return;
     }
-    if (filter.isEmpty()) {
-        search_.reset();
-        if (model_.shownRows()) {
-            keepingSelection([this] { model_.showAll(); });
-        }
-        showCount();
+    if (auto filter = model_.filter(typed)) {
+        search_.start(typed, std::move(filter));
         return;
     }
-    search_.start(std::move(filter));
+    search_.reset();
+    showAll();
+    showCount();
 }
 
 void QtTableView::filterLeft()
 {
     search_.finish();
-    if (!widget_->selectionModel()->hasSelection() && model_.rowCount() > 0) {
-        const auto first = model_.index(0, 0);
-        widget_->setCurrentIndex(first);
-        widget_->selectionModel()->select(first, kSelectRows);
+    if (selection_.isEmpty() && model_.rowCount() > 0) {
+        selection_.select(0);
     }
-    takeFocus();
+    focus_.take();
 }
 
-void QtTableView::showFound(TableModel::SourceRows rows)
+void QtTableView::showFound(ShownRows::SourceRows rows)
 {
-    keepingSelection([this, &rows] { model_.showOnly(std::move(rows)); });
+    clicks_.cancel();
+    selection_.keepDuring([this, &rows] { model_.showOnly(std::move(rows)); });
     showCount();
+}
+
+void QtTableView::showAll()
+{
+    if (model_.rows().areFiltered()) {
+        clicks_.cancel();
+        selection_.keepDuring([this] { model_.showAll(); });
+    }
 }
 
 void QtTableView::showCount()
 {
-    filterBar_.showCount(static_cast<std::size_t>(model_.rowCount()), model_.sourceRowCount());
-}
-
-template <typename Change>
-void QtTableView::keepingSelection(Change change)
-{
-    const auto before = selectedSourceRows();
-    const auto currentIndex = widget_->currentIndex();
-    const auto current =
-        currentIndex.isValid() ? std::optional(model_.sourceRow(currentIndex.row())) : std::nullopt;
-    {
-        const QScopedValueRollback guard(isKeepingSelection_, true);
-        pressed_ = QModelIndex();
-        change();
-        select(before, current, currentIndex.column());
-    }
-    if (selectedSourceRows() != before) {
-        selectionChanged();
-    }
-}
-
-std::vector<std::size_t> QtTableView::selectedSourceRows() const
-{
-    std::vector<std::size_t> rows;
-    if (widget_ == nullptr) {
-        return rows;
-    }
-    for (const auto& range : widget_->selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            rows.push_back(model_.sourceRow(row));
-        }
-    }
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    return rows;
-}
-
-void QtTableView::select(const std::vector<std::size_t>& sourceRows,
-                         std::optional<std::size_t> current, int column)
-{
-    QItemSelection selection;
-    const int lastColumn = model_.columnCount() - 1;
-    int first = 0;
-    int next = 0;  // The run of shown rows goes from the first to the one before this.
-    const auto endRun = [&] {
-        if (first < next) {
-            selection.append(
-                QItemSelectionRange(model_.index(first, 0), model_.index(next - 1, lastColumn)));
-        }
-    };
-    for (const auto sourceRow : sourceRows) {
-        if (const auto row = model_.rowOf(sourceRow)) {
-            if (*row != next) {
-                endRun();
-                first = *row;
-            }
-            next = *row + 1;
-        }
-    }
-    endRun();
-    auto& model = *widget_->selectionModel();
-    if (selection.size() <= kMaxSelectedRanges) {
-        model.select(selection, QItemSelectionModel::ClearAndSelect);
-    }
-    if (!current || model_.rowCount() == 0) {
-        return;
-    }
-    // A hidden row leaves the keyboard with the one that stands in its place.
-    const int row = std::min(model_.firstRowFrom(*current), model_.rowCount() - 1);
-    const auto index = model_.index(row, column);
-    model.setCurrentIndex(index, QItemSelectionModel::NoUpdate);
-    anchor_ = index;
-    widget_->scrollTo(index);
+    filterBar_.showCount(static_cast<std::size_t>(model_.rowCount()),
+                         model_.rows().sourceRowCount());
 }
 
 void QtTableView::selectionChanged()
 {
-    if (!isKeepingSelection_ && dataSource_ != nullptr && isEnabled_) {
+    if (dataSource_ != nullptr && isEnabled_) {
         dataSource_->tableViewSelectionDidChange();
-    }
-}
-
-void QtTableView::takeFocus()
-{
-    if (widget_ != nullptr) {
-        widget_->setFocus(Qt::OtherFocusReason);
-    }
-}
-
-void QtTableView::takeFreeFocus()
-{
-    if (widget_ == nullptr || widget_->isHidden() || !isEnabled_) {
-        return;
-    }
-    const auto& window = *widget_->window();
-    const auto* const focused = window.focusWidget();
-    // A window that was left and came back while its table was hidden names the table, and has
-    // none.
-    const bool isFree = focused == nullptr || focused == &window || focused == widget_ ||
-                        !focused->isVisibleTo(&window) || !focused->isEnabled();
-    if (isFree) {
-        takeFocus();
     }
 }
 

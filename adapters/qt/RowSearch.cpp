@@ -7,24 +7,25 @@ namespace dunmora {
 
 namespace {
 
-/// Half of what a screen takes to show a picture.
+/// Half the time between two frames of a screen.
 constexpr std::chrono::milliseconds kTurn{8};
-/// So many rows take far less than a turn.
-constexpr std::size_t kRowsBetweenLooksAtTheClock = 64;
+/// Takes far less than a turn.
+constexpr std::size_t kRowsPerTimeCheck = 64;
 
 }  // namespace
 
-RowSearch::RowSearch(const TableModel& model, Found found) : model_(model), found_(std::move(found))
+RowSearch::RowSearch(const ShownRows& rows, Found found) : rows_(rows), found_(std::move(found))
 {
     turn_.setInterval(0);
     QObject::connect(&turn_, &QTimer::timeout, &turn_, [this] { proceed(Until::NextTurn); });
 }
 
-void RowSearch::start(RowFilter filter)
+void RowSearch::start(const QString& typed, std::unique_ptr<RowFilter> filter)
 {
-    searchesLastRows_ = lastFilter_ && filter.narrows(*lastFilter_);
+    searchesLastMatches_ = !lastTyped_.empty() && filter->narrows(lastTyped_);
+    typed_ = typed.toStdString();
     filter_ = std::move(filter);
-    rows_.clear();
+    matches_.clear();
     position_ = 0;
     proceed(Until::NextTurn);
 }
@@ -32,7 +33,7 @@ void RowSearch::start(RowFilter filter)
 void RowSearch::finish()
 {
     if (isRunning()) {
-        proceed(Until::TheEnd);
+        proceed(Until::End);
     }
 }
 
@@ -40,31 +41,32 @@ void RowSearch::reset()
 {
     turn_.stop();
     filter_.reset();
-    lastFilter_.reset();
-    lastRows_.clear();
+    lastTyped_.clear();
+    lastMatches_.clear();
 }
 
 void RowSearch::proceed(Until until)
 {
-    const auto count = searchesLastRows_ ? lastRows_.size() : model_.sourceRowCount();
+    const auto count = searchesLastMatches_ ? lastMatches_.size() : rows_.sourceRowCount();
     const auto end = std::chrono::steady_clock::now() + kTurn;
     while (position_ < count) {
         const auto row =
-            searchesLastRows_ ? lastRows_[position_] : static_cast<std::uint32_t>(position_);
-        if (model_.matches(row, *filter_)) {
-            rows_.push_back(row);
+            searchesLastMatches_ ? lastMatches_[position_] : static_cast<std::uint32_t>(position_);
+        if (filter_->matches(row)) {
+            matches_.push_back(row);
         }
         ++position_;
-        if (until == Until::NextTurn && position_ % kRowsBetweenLooksAtTheClock == 0 &&
+        if (until == Until::NextTurn && position_ % kRowsPerTimeCheck == 0 &&
             std::chrono::steady_clock::now() >= end) {
             turn_.start();
             return;
         }
     }
     turn_.stop();
-    lastFilter_ = std::exchange(filter_, std::nullopt);
-    lastRows_ = rows_;
-    found_(std::exchange(rows_, {}));
+    filter_.reset();
+    lastTyped_ = std::move(typed_);
+    lastMatches_ = matches_;
+    found_(std::exchange(matches_, {}));
 }
 
 }  // namespace dunmora

@@ -1,51 +1,57 @@
 #pragma once
 
-#include "adapters/qt/RowFilter.h"
-#include "adapters/qt/TableModel.h"
+#include "adapters/qt/ShownRows.h"
+#include "platform/TableView.h"
 
+#include <QString>
 #include <QTimer>
 
+#include <cstddef>
 #include <functional>
-#include <optional>
+#include <memory>
+#include <string>
 
 namespace dunmora {
 
-/// Looks for the rows that match a filter, a few milliseconds at a time, so that the user types on
-/// while it searches a big table. A search that a new one overtakes is never reported.
+/// Finds the rows that match a filter, a few milliseconds at a time, so that the user can keep
+/// typing while a big table is searched. A search that is replaced by a new one reports nothing.
 ///
 /// Thread: the main thread. Errors: none.
 class RowSearch final {
 public:
-    using Found = std::function<void(TableModel::SourceRows rows)>;
+    using Found = std::function<void(ShownRows::SourceRows rows)>;
 
-    /// `found` is called once for each search that comes to its end, from within any call below or
-    /// from the event loop. The model must outlive this.
-    RowSearch(const TableModel& model, Found found);
+    /// `found` is called once for each search that finishes, from within a call below or from the
+    /// event loop. The table's rows must outlive this.
+    RowSearch(const ShownRows& rows, Found found);
 
     /// Searches all rows, or only those that the last finished search found if no other can match.
-    void start(RowFilter filter);
-    /// Goes on until the end of the search, if one runs.
+    /// `filter` is the one for `typed`.
+    void start(const QString& typed, std::unique_ptr<RowFilter> filter);
+    /// Finishes the running search now, if there is one.
     void finish();
-    bool isRunning() const { return filter_.has_value(); }
-    /// Forgets the search that runs and what was found before: the rows are others now, or may not
-    /// be asked for.
+    bool isRunning() const { return filter_ != nullptr; }
+    /// Cancels the running search and forgets the last one: the rows have changed, or must not be
+    /// asked about.
     void reset();
 
 private:
-    enum class Until { NextTurn, TheEnd };
+    enum class Until { NextTurn, End };
 
     void proceed(Until until);
 
-    const TableModel& model_;
+    const ShownRows& rows_;
     Found found_;
-    /// The search that runs.
-    std::optional<RowFilter> filter_;
-    TableModel::SourceRows rows_;
+    /// The running search.
+    std::string typed_;
+    std::unique_ptr<RowFilter> filter_;
+    ShownRows::SourceRows matches_;
     std::size_t position_ = 0;
-    /// The last finished search, and what it found.
-    std::optional<RowFilter> lastFilter_;
-    TableModel::SourceRows lastRows_;
-    bool searchesLastRows_ = false;
+    bool searchesLastMatches_ = false;
+    /// The last finished search. Empty texts have no filter, so an empty one means that there is
+    /// none.
+    std::string lastTyped_;
+    ShownRows::SourceRows lastMatches_;
     QTimer turn_;
 };
 

@@ -12,9 +12,9 @@ namespace dunmora {
 class TableModel;
 struct DrawnRow;
 
-/// Draws the cells of a table: one line of text each, the bands and lines of the groups, check
-/// boxes with the sign of a warning beside them. The user edits nothing through it; clicks on check
-/// boxes are the table's.
+/// Draws the cells of a table: one line of text each, the backgrounds and lines of the groups, and
+/// check boxes with the icon of a warning beside them. It edits nothing; `CheckBoxClicks` handles
+/// clicks on check boxes.
 ///
 /// Thread: the main thread. Errors: none.
 class TableCellDelegate final : public QStyledItemDelegate {
@@ -22,14 +22,14 @@ public:
     /// Both must outlive the delegate.
     TableCellDelegate(const QTableView& table, const TableModel& model);
 
-    /// The height that every row has with the table's font and style.
+    /// The height of every row in the table's font and style.
     int rowHeight() const;
-    /// What a check box with a warning's sign beside it takes.
+    /// The width of a check box with a warning's icon beside it.
     int checkColumnWidth() const;
-    /// What stands to the left and to the right of a text in its cell.
+    /// The space to the left and to the right of a cell's text, together.
     int textMargins() const;
 
-    /// Where a click marks the row: the check box and what is close to it, in the viewport.
+    /// Where a click toggles the row's check mark, in the viewport: the check box and a margin.
     QRect checkBoxArea(const QModelIndex& index) const;
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,

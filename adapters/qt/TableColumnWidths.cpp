@@ -14,7 +14,7 @@ namespace dunmora {
 
 namespace {
 
-/// Enough rows to know what the others are like.
+/// Enough to estimate the others.
 constexpr std::size_t kSampledRows = 200;
 /// In letters of average width.
 constexpr int kLeastLetters = 8;
@@ -27,14 +27,20 @@ TableColumnWidths::TableColumnWidths(QTableView& table, const TableModel& model,
     : table_(table),
       model_(model),
       delegate_(delegate),
-      wanted_(natural()),
       letter_(table.fontMetrics().averageCharWidth())
 {
 }
 
+void TableColumnWidths::columnsChanged()
+{
+    wereResizedByUser_ = false;
+    wanted_ = natural();
+    fit();
+}
+
 void TableColumnWidths::rowsChanged()
 {
-    if (areTheUsers_ || !model_.isAsking() || model_.sourceRowCount() == 0) {
+    if (wereResizedByUser_ || !model_.isAsking() || model_.rows().sourceRowCount() == 0) {
         return;
     }
     wanted_ = natural();
@@ -44,7 +50,7 @@ void TableColumnWidths::rowsChanged()
 void TableColumnWidths::metricsChanged()
 {
     const int letter = std::max(table_.fontMetrics().averageCharWidth(), 1);
-    if (areTheUsers_ || !model_.isAsking()) {
+    if (wereResizedByUser_ || !model_.isAsking()) {
         for (int& width : wanted_) {
             width = width * letter / std::max(letter_, 1);
         }
@@ -62,8 +68,8 @@ void TableColumnWidths::fit()
     }
     const QScopedValueRollback guard(isFitting_, true);
     auto widths = wanted_;
-    const int room = table_.viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0);
-    if (room > 0) {
+    const int spare = table_.viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0);
+    if (spare > 0) {
         std::vector<std::size_t> stretched;
         for (std::size_t i = 0; i < widths.size(); ++i) {
             if (stretches(i)) {
@@ -73,11 +79,11 @@ void TableColumnWidths::fit()
         if (stretched.empty()) {
             stretched.push_back(widths.size() - 1);
         }
-        const int share = room / static_cast<int>(stretched.size());
+        const int share = spare / static_cast<int>(stretched.size());
         for (const auto column : stretched) {
             widths[column] += share;
         }
-        widths[stretched.back()] += room % static_cast<int>(stretched.size());
+        widths[stretched.back()] += spare % static_cast<int>(stretched.size());
     }
     auto& header = *table_.horizontalHeader();
     for (std::size_t i = 0; i < widths.size(); ++i) {
@@ -90,9 +96,9 @@ void TableColumnWidths::sectionResized(int section, int width)
     if (isFitting_ || section < 0 || static_cast<std::size_t>(section) >= wanted_.size()) {
         return;
     }
-    if (!areTheUsers_) {
-        // What the columns have now is what the user sees and goes on from.
-        areTheUsers_ = true;
+    if (!wereResizedByUser_) {
+        // From now on the widths on the screen are the wanted ones.
+        wereResizedByUser_ = true;
         for (std::size_t i = 0; i + 1 < wanted_.size(); ++i) {
             wanted_[i] = table_.horizontalHeader()->sectionSize(static_cast<int>(i));
         }
@@ -106,8 +112,9 @@ std::vector<int> TableColumnWidths::natural() const
     std::vector<int> widths;
     for (std::size_t i = 0; i < model_.columns().size(); ++i) {
         const int title = table_.horizontalHeader()->sectionSizeHint(static_cast<int>(i));
-        const int content =
-            model_.columns()[i].isCheckMark ? delegate_.checkColumnWidth() : naturalTextWidth(i);
+        const int content = model_.columns()[i].kind == TableColumn::Kind::CheckBox
+                                ? delegate_.checkColumnWidth()
+                                : naturalTextWidth(i);
         widths.push_back(std::max(title, content));
     }
     return widths;
@@ -118,7 +125,8 @@ int TableColumnWidths::naturalTextWidth(std::size_t column) const
     const auto metrics = table_.fontMetrics();
     const int letter = metrics.averageCharWidth();
     std::vector<int> widths;
-    const auto rows = model_.isAsking() ? std::min(model_.sourceRowCount(), kSampledRows) : 0;
+    const auto rows =
+        model_.isAsking() ? std::min(model_.rows().sourceRowCount(), kSampledRows) : 0;
     for (std::size_t row = 0; row < rows; ++row) {
         const auto text = model_.sourceText(row, column);
         if (!text.isEmpty()) {
@@ -127,7 +135,7 @@ int TableColumnWidths::naturalTextWidth(std::size_t column) const
     }
     int width = 0;
     if (!widths.empty()) {
-        // One long text among many short ones is cut; its tip shows it.
+        // Ignore the longest twentieth; a tool tip shows texts that are cut.
         const auto most =
             widths.begin() + static_cast<std::ptrdiff_t>((widths.size() - 1) * 19 / 20);
         std::nth_element(widths.begin(), most, widths.end());
@@ -139,8 +147,8 @@ int TableColumnWidths::naturalTextWidth(std::size_t column) const
 
 bool TableColumnWidths::stretches(std::size_t column) const
 {
-    return areTheUsers_ ? column + 1 == wanted_.size()
-                        : model_.columns()[column].kind == RowFilter::Cell::Kind::Name;
+    return wereResizedByUser_ ? column + 1 == wanted_.size()
+                              : model_.columns()[column].kind == TableColumn::Kind::WideText;
 }
 
 }  // namespace dunmora

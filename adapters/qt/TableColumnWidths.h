@@ -11,9 +11,9 @@ namespace dunmora {
 class TableCellDelegate;
 class TableModel;
 
-/// How wide the columns of a table are. They have room for what stands in the first rows;
-/// what the window has more goes to the columns of names. When the user has changed a width, all
-/// keep theirs but the last one, which takes the room that is left.
+/// Sizes the columns of a table. They fit the contents of the first rows; spare width goes to the
+/// columns that are wide text. After the user has resized a column, each keeps its width and the
+/// last one takes the rest.
 ///
 /// Thread: the main thread. Errors: none.
 class TableColumnWidths final {
@@ -22,13 +22,15 @@ public:
     TableColumnWidths(QTableView& table, const TableModel& model,
                       const TableCellDelegate& delegate);
 
-    /// There are other rows: if there are any, the columns take the widths that these need.
+    /// Call this after the model's columns have changed.
+    void columnsChanged();
+    /// Fits the columns to the model's new rows, unless there are none.
     void rowsChanged();
-    /// Takes the widths over to the table's new font or style.
+    /// Scales the widths to the table's new font or style.
     void metricsChanged();
-    /// Gives what room there is to the columns.
+    /// Distributes the width of the table among the columns.
     void fit();
-    /// A section of the header has another width.
+    /// Call this after a section of the header has been resized, by the user or by `fit`.
     void sectionResized(int section, int width);
 
 private:
@@ -39,11 +41,11 @@ private:
     QTableView& table_;
     const TableModel& model_;
     const TableCellDelegate& delegate_;
-    /// What each column should have before there is more room than that.
+    /// The width of each column before spare width is distributed.
     std::vector<int> wanted_;
-    /// The average width of a letter for which `wanted_` is right.
+    /// The average width of a letter when `wanted_` was computed.
     int letter_;
-    bool areTheUsers_ = false;
+    bool wereResizedByUser_ = false;
     bool isFitting_ = false;
 };
 

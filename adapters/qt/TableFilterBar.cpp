@@ -99,7 +99,7 @@ void TableFilterBar::showCount(std::size_t shown, std::size_t all)
         return;
     }
     const auto count = QStringLiteral("%1 of %2 shown").arg(shown).arg(all);
-    const auto text = shown == 0 && all > 0 ? QLatin1String("Nothing found: ") + count : count;
+    const auto text = shown == 0 && all > 0 ? QLatin1String("No matches: ") + count : count;
     if (count_->text() != text) {
         count_->setText(text);
         QAccessibleEvent event(count_, QAccessible::NameChanged);

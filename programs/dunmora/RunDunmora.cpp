@@ -8,6 +8,7 @@
 #include "adapters/qt/QtConnectionOpener.h"
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtOpenPanel.h"
+#include "adapters/qt/QtTextFolding.h"
 #include "adapters/qt/QtWorkspace.h"
 #include "platform/AddressBook.h"
 #include "platform/Bundle.h"
@@ -104,7 +105,8 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     QtInterfaceLoader interfaceLoader(application.sessions());
     QtOpenPanel openPanel(application.sessions());
     QtConnectionOpener connectionOpener;
-    const Desktop desktop{supervised, interfaceLoader, openPanel, connectionOpener};
+    const QtTextFolding textFolding;
+    const Desktop desktop{supervised, interfaceLoader, openPanel, connectionOpener, textFolding};
     Desktop::install(desktop);
 
     const auto preferences = userDefaults();

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "engine/ContactsParser.h"
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakePlatform.h"
-#include "ui/AppData.h"
-#include "update/UpdateController.h"
 
 #include <gtest/gtest.h>
 

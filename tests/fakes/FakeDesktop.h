@@ -5,6 +5,7 @@
 #include "tests/fakes/FakeApplication.h"
 #include "tests/fakes/FakeConnections.h"
 #include "tests/fakes/FakeInterface.h"
+#include "tests/fakes/FakeTextFolding.h"
 
 #include <filesystem>
 #include <optional>
@@ -29,9 +30,10 @@ struct FakeDesktop {
     FakeInterfaceLoader interfaceLoader;
     FakeOpenPanel openPanel;
     FakeConnections connections;
+    FakeTextFolding textFolding;
     // Destroyed first: it waits for the threads, which use the others.
     FakeApplication application;
-    Desktop desktop{application, interfaceLoader, openPanel, connections};
+    Desktop desktop{application, interfaceLoader, openPanel, connections, textFolding};
 };
 
 }  // namespace dunmora::test

@@ -2,26 +2,22 @@
 
 #include "app/DunmoraAppDelegate.h"
 #include "base/NotificationCenter.h"
+#include "engine/ContactsParser.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/NotificationRecorder.h"
+#include "tests/fakes/People.h"
+#include "ui/AppData.h"
 #include "ui/ProgressWindowController.h"
 
 #include <latch>
 #include <limits>
+#include <utility>
 
 namespace dunmora::test {
 namespace {
 
 using Names = std::vector<std::string>;
-
-FakePerson person(const std::string& uid, const std::string& firstName)
-{
-    FakePerson made;
-    made.uid = uid;
-    made.firstName = firstName;
-    return made;
-}
 
 class ContactsControllerTest : public DesktopTest {
 protected:
@@ -32,7 +28,7 @@ protected:
         controller_.awakeFromNib();
     }
 
-    /// The engine has found the duplicates of these people; the window has not heard of it.
+    /// The engine has found the duplicates of these people; the window does not know it yet.
     void found(std::vector<FakePerson> people)
     {
         platform_.addressBook = FakeAddressBook(std::move(people));
@@ -76,19 +72,19 @@ protected:
 
 // Rows and cells.
 
-TEST_F(ContactsControllerTest, FillsTheTableItself)
+TEST_F(ContactsControllerTest, IsTheTablesDataSource)
 {
     EXPECT_EQ(table_.dataSource, &controller_);
 }
 
-TEST_F(ContactsControllerTest, HasARowForEveryDuplicateInTheirOrder)
+TEST_F(ContactsControllerTest, HasARowForEveryDuplicateInOrder)
 {
     EXPECT_EQ(controller_.numberOfRows(), 2U);
     EXPECT_EQ(controller_.objectValue("uid", 0), CellValue("ann-1"));
     EXPECT_EQ(controller_.objectValue("uid", 1), CellValue("ann-2"));
 }
 
-TEST_F(ContactsControllerTest, ShowsEveryValueOfTheRecordAsItStands)
+TEST_F(ContactsControllerTest, ShowsEveryValueOfTheRecordUnchanged)
 {
     EXPECT_EQ(controller_.objectValue("fname", 0), CellValue("Ann"));
     EXPECT_EQ(controller_.objectValue("lname", 0), CellValue("Lee"));
@@ -100,14 +96,14 @@ TEST_F(ContactsControllerTest, ShowsEveryValueOfTheRecordAsItStands)
     EXPECT_EQ(controller_.objectValue("check", 1), CellValue(true));
 }
 
-TEST_F(ContactsControllerTest, AsksTheEngineAnewForEveryCell)
+TEST_F(ContactsControllerTest, AsksTheEngineForEveryCell)
 {
     check("ann-2", false);
 
     EXPECT_EQ(controller_.objectValue("check", 1), CellValue(false));
 }
 
-TEST_F(ContactsControllerTest, LeavesACellEmptyForARowBehindTheLastOrBeforeTheFirst)
+TEST_F(ContactsControllerTest, LeavesACellEmptyOutsideTheRows)
 {
     EXPECT_EQ(controller_.objectValue("fname", 2), std::nullopt);
     EXPECT_EQ(controller_.objectValue("fname", std::numeric_limits<std::ptrdiff_t>::max()),
@@ -117,7 +113,7 @@ TEST_F(ContactsControllerTest, LeavesACellEmptyForARowBehindTheLastOrBeforeTheFi
               std::nullopt);
 }
 
-TEST_F(ContactsControllerTest, LeavesACellEmptyForAnUnknownColumnOrAValueThatTheRecordLacks)
+TEST_F(ContactsControllerTest, LeavesACellEmptyForAnUnknownColumnOrAMissingValue)
 {
     EXPECT_EQ(controller_.objectValue("email", 0), std::nullopt);
     EXPECT_EQ(controller_.objectValue("", 0), std::nullopt);
@@ -151,7 +147,7 @@ TEST_F(ContactsControllerTest, ChecksARowThatHasNoMarkYetOnTheFirstClick)
     EXPECT_EQ(controller_.objectValue("check", 0), CellValue(true));
 }
 
-TEST_F(ContactsControllerTest, InvertsTheRecordWhateverValueTheTableHandsIn)
+TEST_F(ContactsControllerTest, TogglesTheRecordWhateverTheTablePasses)
 {
     controller_.setObjectValue(true, "check", 1);
     EXPECT_FALSE(isChecked("ann-2"));
@@ -200,9 +196,9 @@ TEST_F(ContactsControllerTest, DoesNothingWithTheSelection)
     EXPECT_FALSE(isChecked("ann-1"));
 }
 
-// The engine's data have changed.
+// Reloading the table.
 
-TEST_F(ContactsControllerTest, EnablesTheTableReloadsItAndWritesTheTotalInThisOrder)
+TEST_F(ContactsControllerTest, EnablesAndReloadsTheTableBeforeItShowsTheTotal)
 {
     postReload();
 
@@ -248,7 +244,7 @@ TEST_F(ContactsControllerTest, ReloadsOnTheMainThreadWhileThePostingThreadWaits)
     }
 }
 
-TEST_F(ContactsControllerTest, HearsNothingBeforeItAwakes)
+TEST_F(ContactsControllerTest, IgnoresNotificationsBeforeItAwakes)
 {
     FakeInterface otherInterface("OtherWindow", log_);
     const ContactsController asleep(otherInterface, [this] { delegate_.LoadContacts(); });
@@ -260,7 +256,7 @@ TEST_F(ContactsControllerTest, HearsNothingBeforeItAwakes)
     }
 }
 
-TEST_F(ContactsControllerTest, HearsNothingAndFillsNoTableAnyMoreWhenItIsGone)
+TEST_F(ContactsControllerTest, LeavesNotificationsAndTheTableWhenItIsDestroyed)
 {
     FakeInterface otherInterface("OtherWindow", log_);
     {
@@ -276,7 +272,7 @@ TEST_F(ContactsControllerTest, HearsNothingAndFillsNoTableAnyMoreWhenItIsGone)
 
 // Reload.
 
-TEST_F(ContactsControllerTest, EmptiesTheTableShowsProgressAndThenLoadsForTheReloadCommand)
+TEST_F(ContactsControllerTest, ReloadEmptiesTheTableShowsProgressAndThenLoads)
 {
     postReload();
     log_.clear();
@@ -293,7 +289,7 @@ TEST_F(ContactsControllerTest, EmptiesTheTableShowsProgressAndThenLoadsForTheRel
     EXPECT_EQ(application_.threads, Names{"LoadContacts"});
 }
 
-TEST_F(ContactsControllerTest, KeepsTheTotalAndTheEnablingOfTheTableAtTheReloadCommand)
+TEST_F(ContactsControllerTest, ReloadLeavesTheTotalAndTheTableEnabled)
 {
     postReload();
 
@@ -320,7 +316,7 @@ TEST_F(ContactsControllerTest, KeepsThePeopleUntilTheNewOnesAreRead)
     application_.runUntilIdle();
 }
 
-TEST_F(ContactsControllerTest, LoadsWithoutLookingWhetherAJobRuns)
+TEST_F(ContactsControllerTest, LoadsEvenWhileAJobRuns)
 {
     std::latch goOn(1);
     application_.detachNewThread("Job", [&] { goOn.wait(); });
@@ -332,7 +328,7 @@ TEST_F(ContactsControllerTest, LoadsWithoutLookingWhetherAJobRuns)
     application_.runUntilIdle();
 }
 
-TEST_F(ContactsControllerTest, ReloadsAlsoWithoutAProgressWindow)
+TEST_F(ContactsControllerTest, ReloadsWithoutAProgressWindow)
 {
     loader_.missing.insert("ProgressWindow");
 
@@ -345,7 +341,7 @@ TEST_F(ContactsControllerTest, ReloadsAlsoWithoutAProgressWindow)
 
 // Delete.
 
-TEST_F(ContactsControllerTest, SaysSoAndStartsNothingWhenNobodyIsChecked)
+TEST_F(ContactsControllerTest, ShowsAMessageAndStartsNothingWhenNobodyIsChecked)
 {
     uncheckEveryone();
 
@@ -361,7 +357,7 @@ TEST_F(ContactsControllerTest, SaysSoAndStartsNothingWhenNobodyIsChecked)
     EXPECT_TRUE(table_.isEnabled);
 }
 
-TEST_F(ContactsControllerTest, AsksForConfirmationInItsOwnWordsBeforeAnythingChanges)
+TEST_F(ContactsControllerTest, AsksForConfirmationBeforeAnythingChanges)
 {
     Calls whenAsked{"not asked"};
     platform_.alert.onRunModal = [&](const AlertContent& /*content*/) {
@@ -444,7 +440,7 @@ TEST_F(ContactsControllerTest, KeepsTheTableDisabledFromTheConfirmationUntilTheN
     EXPECT_EQ(total_.stringValue, "1 duplicates of 2");
 }
 
-TEST_F(ContactsControllerTest, DeletesAlsoSomeoneCheckedWhoHasNoRow)
+TEST_F(ContactsControllerTest, DeletesACheckedPersonWithoutARow)
 {
     check("ben");
 
@@ -465,7 +461,7 @@ TEST_F(ContactsControllerTest, DeletesNobodyWhoIsNotChecked)
     EXPECT_EQ(platform_.addressBook.storedUids(), (Names{"ben", "ann-2"}));
 }
 
-TEST_F(ContactsControllerTest, DeletesThoseCheckedWhenTheCommandWasGiven)
+TEST_F(ContactsControllerTest, DeletesThoseWhoWereCheckedWhenTheCommandWasGiven)
 {
     platform_.addressBook.onRead = [this] { check("ben"); };
 
@@ -475,7 +471,7 @@ TEST_F(ContactsControllerTest, DeletesThoseCheckedWhenTheCommandWasGiven)
     EXPECT_EQ(platform_.addressBook.storedUids(), (Names{"ann-1", "ben"}));
 }
 
-TEST_F(ContactsControllerTest, DeletesAlsoWithoutAProgressWindow)
+TEST_F(ContactsControllerTest, DeletesWithoutAProgressWindow)
 {
     loader_.missing.insert("ProgressWindow");
 
@@ -486,7 +482,7 @@ TEST_F(ContactsControllerTest, DeletesAlsoWithoutAProgressWindow)
     EXPECT_EQ(platform_.addressBook.storedUids(), (Names{"ann-1", "ben"}));
 }
 
-TEST_F(ContactsControllerTest, ShowsNothingOfItsOwnWhenTheBookCannotBeSaved)
+TEST_F(ContactsControllerTest, ShowsNoAlertWhenTheBookCannotBeSaved)
 {
     delegate_.applicationDidFinishLaunching();
     platform_.addressBook.onSave = [] { throw PlatformError("The disk is full."); };
@@ -504,7 +500,7 @@ TEST_F(ContactsControllerTest, ShowsNothingOfItsOwnWhenTheBookCannotBeSaved)
     EXPECT_NE(AppData::app().progress(), nullptr);
 }
 
-TEST_F(ContactsControllerTest, ShowsAFreshProgressWindowAndReleasesTheOneBeforeWithoutClosingIt)
+TEST_F(ContactsControllerTest, ShowsANewProgressWindowAndReleasesTheOldOneWithoutClosingIt)
 {
     controller_.showProgress();
     const std::weak_ptr<ProgressWindowController> before = AppData::app().progress();

@@ -2,11 +2,15 @@
 
 #include "app/DunmoraAppDelegate.h"
 #include "base/JobThreads.h"
+#include "base/Settings.h"
+#include "engine/ContactsParser.h"
 #include "tests/fakes/DesktopTest.h"
+#include "tests/fakes/People.h"
 #include "ui/ContactsController.h"
 
 #include <algorithm>
 #include <initializer_list>
+#include <utility>
 
 namespace dunmora::test {
 namespace {
@@ -17,29 +21,10 @@ constexpr auto kLossText = "Every copy of this person is checked: none would be 
 constexpr auto kDoubtText =
     "The fields compared are empty in these cards: they may be different people.";
 
-/// Someone with a telephone, whom a search does not check when it is the first of a group.
-FakePerson person(const std::string& uid, const std::string& firstName)
-{
-    FakePerson made;
-    made.uid = uid;
-    made.firstName = firstName;
-    return made;
-}
-
-/// Someone whom every search checks.
-FakePerson withoutPhone(const std::string& uid, const std::string& firstName)
-{
-    auto made = person(uid, firstName);
-    made.phones.reset();
-    return made;
-}
-
-/// Someone of whom the fields compared are empty.
+/// A person whose compared fields are all empty.
 FakePerson nobody(const std::string& uid)
 {
-    auto made = withoutPhone(uid, "");
-    made.lastName = "";
-    return made;
+    return named(uid, "", "");
 }
 
 class ReviewControllerTest : public DesktopTest {
@@ -73,7 +58,7 @@ protected:
         platform_.addressBook.readingNotes = notes;
     }
 
-    /// Waits for the jobs that run, if any, and for what follows them.
+    /// Waits for the running jobs and those that follow them.
     void finishJobs()
     {
         application_.runUntilIdle();
@@ -95,7 +80,7 @@ protected:
         search();
     }
 
-    /// What the user's click on a check box does.
+    /// Does what a click on each row's check box does.
     void toggle(const std::vector<std::size_t>& rows)
     {
         for (const auto row : rows) {
@@ -104,8 +89,7 @@ protected:
         review_.rowsEdited(rows);
     }
 
-    /// What stands where the table would be, and what can be done there; nothing while the table
-    /// stands there.
+    /// The texts of the page in place of the table, and its button; empty while the table is shown.
     std::string emptiness()
     {
         EXPECT_NE(main_.view("vwEmpty").isHidden, table().isHidden);
@@ -119,7 +103,7 @@ protected:
 
     bool showsTotal() { return !main_.textField("txtTotal").isHidden; }
 
-    /// The button's title while it is on the screen.
+    /// The button's title; empty while it is hidden.
     std::string titleOf(const std::string& button)
     {
         return main_.button(button).isHidden ? "" : main_.button(button).title;
@@ -145,7 +129,7 @@ protected:
 TEST_F(ReviewControllerTest, SaysWhatToDoBeforeTheFirstSearch)
 {
     EXPECT_EQ(emptiness(),
-              "Nothing searched yet | "
+              "Not searched yet | "
               "Choose Reload to read the address book and look for duplicates. | Open");
     EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
     EXPECT_TRUE(areEnabled(
@@ -155,15 +139,15 @@ TEST_F(ReviewControllerTest, SaysWhatToDoBeforeTheFirstSearch)
     EXPECT_FALSE(showsTotal());
 }
 
-TEST_F(ReviewControllerTest, SaysThatItWorksAndLetsNothingBegin)
+TEST_F(ReviewControllerTest, SaysThatItWorksAndDisablesTheCommands)
 {
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    searchIn({named("1", "Ann"), named("2", "Ann")});
     ASSERT_EQ(emptiness(), "");
 
     main_.command("OnReload").use();
 
     EXPECT_EQ(emptiness(), "Looking for duplicates… | "
-                           "This takes a moment.");
+                           "This may take a moment.");
     EXPECT_FALSE(showsTotal());
     EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnCheckSelected",
                             "OnUncheckSelected", "OnKeepOneOfEach", "OnFilter"},
@@ -192,11 +176,11 @@ TEST_F(ReviewControllerTest, SaysThatNoDuplicatesWereFound)
     EXPECT_TRUE(showsTotal());
 }
 
-TEST_F(ReviewControllerTest, SaysThatThereIsNobody)
+TEST_F(ReviewControllerTest, SaysThatTheBookIsEmpty)
 {
     searchIn({});
 
-    EXPECT_EQ(emptiness(), "Nobody is in this address book | "
+    EXPECT_EQ(emptiness(), "This address book is empty | "
                            "Open another one to look for duplicates. | Open");
     EXPECT_TRUE(showsTotal());
 }
@@ -207,8 +191,7 @@ TEST_F(ReviewControllerTest, SaysThatTheSearchWasCancelled)
 
     searchIn({person("1", "Ann"), person("2", "Ann")});
 
-    EXPECT_EQ(emptiness(),
-              "The search was cancelled | Choose Reload when you want to look for duplicates.");
+    EXPECT_EQ(emptiness(), "The search was cancelled | Choose Reload to look for duplicates.");
     EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
     EXPECT_FALSE(showsTotal());
 }
@@ -236,7 +219,7 @@ TEST_F(ReviewControllerTest, SaysThatTheSearchFailed)
     review_.jobFailed(kThreadFindDuplicates);
     finishJobs();
 
-    EXPECT_EQ(emptiness(), "The search could not be finished | Choose Reload to try again.");
+    EXPECT_EQ(emptiness(), "The search failed | Choose Reload to try again.");
     EXPECT_FALSE(showsTotal());
 }
 
@@ -244,7 +227,7 @@ TEST_F(ReviewControllerTest, SaysThatNoBookIsOpen)
 {
     const std::string advice =
         "No address book is open | "
-        "Open a vCard file or a folder of them, or drop one on this window. | Open";
+        "Open a vCard file or a folder of vCard files, or drop one on this window. | Open";
     review_.setBookIsOpen(false);
     EXPECT_EQ(emptiness(), advice);
 
@@ -258,13 +241,13 @@ TEST_F(ReviewControllerTest, SaysThatNoBookIsOpen)
 
 TEST_F(ReviewControllerTest, SaysThatNoDuplicatesAreLeft)
 {
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    searchIn({named("1", "Ann"), named("2", "Ann")});
 
     main_.command("OnDelete").use();
     finishJobs();
 
     EXPECT_EQ(emptiness(), "No duplicates left | "
-                           "Choose Reload to search again, by the same fields or others. | Open");
+                           "Choose Reload to search again, with the same fields or others. | Open");
     EXPECT_TRUE(areEnabled({"OnDelete", "OnKeepOneOfEach"}, false));
     EXPECT_TRUE(showsTotal());
 }
@@ -272,8 +255,7 @@ TEST_F(ReviewControllerTest, SaysThatNoDuplicatesAreLeft)
 TEST_F(ReviewControllerTest, LeavesTheTableOnTheScreenDuringADeletion)
 {
     platform_.addressBook.readingNotes.cardsSkipped = 1;
-    searchIn({person("1", "Ann"), person("2", "Ann"), withoutPhone("3", "Ben"),
-              withoutPhone("4", "Ben")});
+    searchIn({person("1", "Ann"), person("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
     ASSERT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
 
     main_.command("OnDelete").use();
@@ -309,6 +291,52 @@ TEST_F(ReviewControllerTest, GoesFromAFailedDeletionToTheLoadThatFollows)
     EXPECT_TRUE(emptiness().starts_with("The search was cancelled"));
 }
 
+TEST_F(ReviewControllerTest, SaysNotSearchedAfterAFailedDeletionWithoutALoad)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    main_.command("OnDelete").use();
+    application_.runUntilIdle();
+
+    ContactsParser::parser().reset();
+    review_.jobFailed(kThreadDeleteCheckedContacts);
+    finishJobs();
+
+    EXPECT_TRUE(emptiness().starts_with("Not searched yet"));
+}
+
+TEST_F(ReviewControllerTest, SaysNotSearchedWhenTheJobsEndWithoutAResult)
+{
+    searchIn({person("1", "Ann"), person("2", "Ben")});
+    ASSERT_TRUE(emptiness().starts_with("No duplicates found"));
+
+    review_.jobsBegan(kThreadLoadContacts);
+    review_.jobsEnded();
+
+    EXPECT_TRUE(emptiness().starts_with("Not searched yet"));
+}
+
+TEST_F(ReviewControllerTest, DecidesWhatTheUsersTypingFinds)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
+
+    const auto filter = review_.rowFilter("BEN");
+    ASSERT_NE(filter, nullptr);
+    EXPECT_FALSE(filter->matches(1));
+    EXPECT_TRUE(filter->matches(2));
+    EXPECT_EQ(review_.rowForTyping("b", 0, [](std::size_t /*row*/) { return true; }), 2U);
+}
+
+TEST_F(ReviewControllerTest, ReadsOutWhomARowIsAboutAndItsWarning)
+{
+    searchIn({person("1", "Ann"), named("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
+
+    EXPECT_EQ(review_.styleOfRow(0).accessibleText, "Ann Lee, kept");
+    EXPECT_EQ(review_.styleOfRow(1).accessibleText, "Ann Lee, marked for deletion");
+    EXPECT_EQ(review_.styleOfRow(2).accessibleText,
+              "Ben Lee, marked for deletion. " + std::string(kLossText));
+    EXPECT_EQ(review_.styleOfRow(99).accessibleText, "");
+}
+
 TEST_F(ReviewControllerTest, GivesTheRowsOfAGroupOneNumber)
 {
     searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
@@ -320,11 +348,11 @@ TEST_F(ReviewControllerTest, GivesTheRowsOfAGroupOneNumber)
     EXPECT_EQ(review_.styleOfRow(0).warning.text, "");
 }
 
-TEST_F(ReviewControllerTest, WarnsOfEachKindInItsOwnWords)
+TEST_F(ReviewControllerTest, HasASentenceForEachWarning)
 {
     auto withPhone = nobody("3");
     withPhone.phones = person("3", "").phones;
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), withPhone, nobody("4")});
+    searchIn({named("1", "Ann"), named("2", "Ann"), withPhone, nobody("4")});
 
     const auto loss = review_.styleOfRow(1).warning;
     EXPECT_EQ(loss.sign, Sign::Loss);
@@ -336,7 +364,7 @@ TEST_F(ReviewControllerTest, WarnsOfEachKindInItsOwnWords)
     EXPECT_EQ(titleOf("btnEmptyFields"), "2 people share only empty fields");
 }
 
-TEST_F(ReviewControllerTest, GivesTheGraverSignAndBothSentencesWhenBothApply)
+TEST_F(ReviewControllerTest, ShowsTheWorseSignAndBothSentencesWhenBothApply)
 {
     searchIn({nobody("1"), nobody("2")});
 
@@ -345,17 +373,16 @@ TEST_F(ReviewControllerTest, GivesTheGraverSignAndBothSentencesWhenBothApply)
     EXPECT_EQ(both.text, std::string(kLossText) + " " + kDoubtText);
 }
 
-TEST_F(ReviewControllerTest, HasAStyleForARowThatThereIsNot)
+TEST_F(ReviewControllerTest, HasAStyleForARowThatDoesNotExist)
 {
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    searchIn({named("1", "Ann"), named("2", "Ann")});
 
     EXPECT_EQ(review_.styleOfRow(99).warning.sign, Sign::None);
 }
 
 TEST_F(ReviewControllerTest, CountsAfterEveryEdit)
 {
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), withoutPhone("3", "Ben"),
-              withoutPhone("4", "Ben")});
+    searchIn({named("1", "Ann"), named("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
     EXPECT_EQ(titleOf("btnLastCopies"), "2 people would lose every copy");
     log_.clear();
 
@@ -371,12 +398,24 @@ TEST_F(ReviewControllerTest, CountsAfterEveryEdit)
     EXPECT_EQ(titleOf("btnLastCopies"), "2 people would lose every copy");
 }
 
-TEST_F(ReviewControllerTest, HasTheSignsDrawnOnceAllJobsHaveEnded)
+TEST_F(ReviewControllerTest, CountsByTheFieldsOfTheSearchAfterADeletion)
 {
-    bookHolds({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
+    Settings::settings().setFilterFirstname(false);
+
+    main_.command("OnDelete").use();
+    finishJobs();
+    toggle({0, 1});
+
+    EXPECT_EQ(titleOf("btnLastCopies"), "2 people would lose every copy");
+}
+
+TEST_F(ReviewControllerTest, RedrawsWithWarningsOnceAllJobsHaveEnded)
+{
+    bookHolds({named("1", "Ann"), named("2", "Ann")});
     main_.command("OnReload").use();
     application_.runUntilIdle();
-    // The table has been filled, and maybe drawn, before anybody counted.
+    // The table may be drawn before the groups have been counted.
     EXPECT_EQ(review_.styleOfRow(0).warning.sign, Sign::None);
     log_.clear();
 
@@ -386,9 +425,9 @@ TEST_F(ReviewControllerTest, HasTheSignsDrawnOnceAllJobsHaveEnded)
     EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts setNeedsDisplay"});
 }
 
-TEST_F(ReviewControllerTest, LooksAtNoMarkWhileAJobRuns)
+TEST_F(ReviewControllerTest, ReadsNoCheckMarkWhileAJobRuns)
 {
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann")});
+    searchIn({named("1", "Ann"), named("2", "Ann")});
     main_.command("OnDelete").use();
 
     review_.rowsEdited(std::vector<std::size_t>{0, 1});
@@ -397,10 +436,10 @@ TEST_F(ReviewControllerTest, LooksAtNoMarkWhileAJobRuns)
     finishJobs();
 }
 
-TEST_F(ReviewControllerTest, KeepsOneOfEachThatWouldLoseAll)
+TEST_F(ReviewControllerTest, KeepsOneOfEachGroupThatWouldLoseAll)
 {
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), person("3", "Ben"),
-              person("4", "Ben"), withoutPhone("5", "Cid"), withoutPhone("6", "Cid")});
+    searchIn({named("1", "Ann"), named("2", "Ann"), person("3", "Ben"), person("4", "Ben"),
+              named("5", "Cid"), named("6", "Cid")});
     log_.clear();
 
     main_.command("OnKeepOneOfEach").use();
@@ -413,13 +452,13 @@ TEST_F(ReviewControllerTest, KeepsOneOfEachThatWouldLoseAll)
     EXPECT_EQ(titleOf("btnLastCopies"), "");
     EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts setNeedsDisplay"});
 
-    // With nobody to keep it changes nothing.
+    // A second time it finds no such group and changes nothing.
     main_.command("OnKeepOneOfEach").use();
     EXPECT_EQ(contacts_.objectValue("check", 1), CellValue(true));
     EXPECT_EQ(contacts_.objectValue("check", 0), CellValue(false));
 }
 
-TEST_F(ReviewControllerTest, HandsTheSelectionAndTheFilterToTheTable)
+TEST_F(ReviewControllerTest, ForwardsTheSelectionAndTheFilterToTheTable)
 {
     searchIn({person("1", "Ann"), person("2", "Ann")});
     log_.clear();
@@ -433,7 +472,7 @@ TEST_F(ReviewControllerTest, HandsTheSelectionAndTheFilterToTheTable)
                               "MainWindow.tableContacts beginFiltering"}));
 }
 
-TEST_F(ReviewControllerTest, TakesTheFilterAwayBeforeItAsksWhetherToDelete)
+TEST_F(ReviewControllerTest, ClosesTheFilterBeforeItAsksWhetherToDelete)
 {
     searchIn({person("1", "Ann"), person("2", "Ann")});
     platform_.alert.onRunModal = [this](const AlertContent& content) {
@@ -447,22 +486,22 @@ TEST_F(ReviewControllerTest, TakesTheFilterAwayBeforeItAsksWhetherToDelete)
     EXPECT_EQ(calls(), (Calls{"MainWindow.tableContacts endFiltering", "Confirm to delete"}));
 }
 
-TEST_F(ReviewControllerTest, ShowsAllOfANewSearch)
+TEST_F(ReviewControllerTest, ClosesTheFilterForANewSearch)
 {
     searchIn({person("1", "Ann"), person("2", "Ann")});
     log_.clear();
 
     search();
 
-    const auto told = calls();
-    EXPECT_NE(std::find(told.begin(), told.end(), "MainWindow.tableContacts endFiltering"),
-              told.end());
+    const auto made = calls();
+    EXPECT_NE(std::find(made.begin(), made.end(), "MainWindow.tableContacts endFiltering"),
+              made.end());
 }
 
 TEST_F(ReviewControllerTest, JumpsFromWarningToWarning)
 {
-    searchIn({withoutPhone("1", "Ann"), withoutPhone("2", "Ann"), nobody("3"), nobody("4"),
-              withoutPhone("5", "Cid"), withoutPhone("6", "Cid")});
+    searchIn({named("1", "Ann"), named("2", "Ann"), nobody("3"), nobody("4"), named("5", "Cid"),
+              named("6", "Cid")});
     toggle({2});
 
     main_.command("OnNextLastCopy").use();
@@ -500,7 +539,7 @@ TEST_F(ReviewControllerTest, ReadsTheBookThatTheUserOpens)
     EXPECT_EQ(application_.threads.size(), jobs);
 }
 
-TEST_F(ReviewControllerTest, TellsTheNotesOfTheLastReading)
+TEST_F(ReviewControllerTest, ShowsTheNotesOfTheLastReading)
 {
     platform_.addressBook.readingNotes = {3, {"Two of “a.vcf”.", "One of “b.vcf”."}};
     searchIn({person("1", "Ann")});
@@ -520,11 +559,11 @@ TEST_F(ReviewControllerTest, CountsRemarksWhereNoCardWasSkipped)
 {
     platform_.addressBook.readingNotes = {0, {"“a.vcf” holds no vCard."}};
     searchIn({person("1", "Ann")});
-    EXPECT_EQ(titleOf("btnNotes"), "1 remark on the last reading");
+    EXPECT_EQ(titleOf("btnNotes"), "1 remark about the address book");
 
     platform_.addressBook.readingNotes.remarks.emplace_back("“b.vcf” was left out.");
     search();
-    EXPECT_EQ(titleOf("btnNotes"), "2 remarks on the last reading");
+    EXPECT_EQ(titleOf("btnNotes"), "2 remarks about the address book");
 
     platform_.addressBook.readingNotes = {};
     search();
@@ -546,7 +585,7 @@ TEST_F(ReviewControllerTest, ShowsTheNotesUntilTheNextLoad)
     EXPECT_EQ(titleOf("btnNotes"), "1 card was skipped");
 }
 
-TEST_F(ReviewControllerTest, HearsOfNoJobAfterItsEnd)
+TEST_F(ReviewControllerTest, IgnoresJobsAfterItIsDestroyed)
 {
     {
         FakeInterface other("Other", log_);

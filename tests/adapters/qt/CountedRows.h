@@ -2,10 +2,13 @@
 
 #include "platform/TableView.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -14,7 +17,8 @@
 
 namespace dunmora::test {
 
-/// Rows in memory that count the questions and keep the edits of a table.
+/// Rows in memory that count a table's questions and record its edits. A filter finds the typed
+/// text verbatim anywhere in a row; typing ahead finds it at the start of a first name.
 class CountedRows final : public TableViewDataSource, public TableViewDelegate {
 public:
     struct Row {
@@ -31,6 +35,22 @@ public:
 
         bool operator==(const Edit&) const = default;
     };
+
+    std::span<const TableColumn> columns() override
+    {
+        using Kind = TableColumn::Kind;
+        static constexpr std::array<TableColumn, 8> kColumns{{
+            {"check", "Delete", Kind::CheckBox},
+            {"fname", "First Name", Kind::WideText},
+            {"lname", "Last Name", Kind::WideText},
+            {"nickname", "Nickname"},
+            {"home", "Home"},
+            {"work", "Work"},
+            {"mobile", "Mobile"},
+            {"modified", "Modified"},
+        }};
+        return kColumns;
+    }
 
     std::size_t numberOfRows() override
     {
@@ -81,18 +101,72 @@ public:
         onRowsEdited();
     }
 
-    /// All questions about rows.
-    std::size_t questions() const { return cellQuestions + styleQuestions; }
+    std::unique_ptr<RowFilter> rowFilter(std::string_view typed) override
+    {
+        return typed.empty() ? nullptr : std::make_unique<TextFilter>(*this, typed);
+    }
+
+    std::optional<std::size_t>
+    rowForTyping(std::string_view typed, std::size_t first,
+                 const std::function<bool(std::size_t row)>& isShown) override
+    {
+        typings.push_back({std::string(typed), first});
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const auto row = (first + i) % rows.size();
+            const auto& texts = rows[row].texts;
+            const bool begins = texts.at("fname").starts_with(typed);
+            if (begins && isShown(row)) {
+                return row;
+            }
+        }
+        return std::nullopt;
+    }
+
+    /// All questions about rows, except those of typing ahead (see `typings`).
+    std::size_t questions() const { return cellQuestions + styleQuestions + filterQuestions; }
+
+    /// What the user typed on the table, and the row at which the search for it began.
+    struct Typing {
+        std::string text;
+        std::size_t first = 0;
+
+        bool operator==(const Typing&) const = default;
+    };
 
     std::vector<Row> rows;
     std::size_t countQuestions = 0;
     std::size_t cellQuestions = 0;
     std::size_t styleQuestions = 0;
+    std::size_t filterQuestions = 0;
     std::size_t selectionChanges = 0;
     std::vector<Edit> edits;
     std::vector<std::vector<std::size_t>> editedRows;
     std::vector<std::string> calls;
+    std::vector<Typing> typings;
     std::function<void()> onRowsEdited = [] {};
+
+private:
+    class TextFilter final : public RowFilter {
+    public:
+        TextFilter(CountedRows& rows, std::string_view typed) : rows_(rows), typed_(typed) {}
+
+        bool matches(std::size_t row) override
+        {
+            ++rows_.filterQuestions;
+            const auto& texts = rows_.rows[row].texts;
+            return std::any_of(texts.begin(), texts.end(), [this](const auto& text) {
+                return text.second.find(typed_) != std::string::npos;
+            });
+        }
+        bool narrows(std::string_view earlier) const override
+        {
+            return typed_.find(earlier) != std::string::npos;
+        }
+
+    private:
+        CountedRows& rows_;
+        std::string typed_;
+    };
 };
 
 }  // namespace dunmora::test

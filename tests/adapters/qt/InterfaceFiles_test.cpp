@@ -14,6 +14,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <regex>
@@ -33,8 +34,8 @@ bool is(const QWidget& widget)
     return qobject_cast<const Kind*>(&widget) != nullptr;
 }
 
-/// An outlet or a command that a source file asks an interface for.
-struct Wish {
+/// A source file's request for an outlet or a command of an interface.
+struct Request {
     std::string file;
     std::string interface;
     std::string kind;
@@ -47,7 +48,7 @@ std::string textOf(const path& file)
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-/// The interface of a controller's source: the one that it loads, else the main one.
+/// The interface that a controller's source loads, otherwise the main window's.
 std::string interfaceOf(const std::string& source)
 {
     static const std::regex kName("\"([A-Z][A-Za-z]*Window)\"");
@@ -55,14 +56,14 @@ std::string interfaceOf(const std::string& source)
     return std::regex_search(source, found, kName) ? found[1].str() : "MainWindow";
 }
 
-/// All that the sources of the controllers ask for.
-std::vector<Wish> wishes()
+/// Every request in the sources of the controllers.
+std::vector<Request> requests()
 {
-    static const std::regex kWish(
+    static const std::regex kRequest(
         R"re(\b(view|button|checkBox|textField|progressIndicator|tableView|command)\(\s*"(\w+)")re");
-    std::vector<Wish> found;
-    for (const char* const room : {"app", "ui", "update", "programs/dunmora"}) {
-        const auto folder = path(DUNMORA_SOURCES) / room;
+    std::vector<Request> found;
+    for (const char* const module : {"app", "ui", "update", "programs/dunmora"}) {
+        const auto folder = path(DUNMORA_SOURCES) / module;
         if (!exists(folder)) {
             continue;
         }
@@ -71,7 +72,7 @@ std::vector<Wish> wishes()
                 continue;
             }
             const auto source = textOf(entry.path());
-            for (std::sregex_iterator at(source.begin(), source.end(), kWish), end; at != end;
+            for (std::sregex_iterator at(source.begin(), source.end(), kRequest), end; at != end;
                  ++at) {
                 found.push_back({entry.path().filename().string(), interfaceOf(source),
                                  (*at)[1].str(), (*at)[2].str()});
@@ -83,7 +84,7 @@ std::vector<Wish> wishes()
 
 class InterfaceFilesTest : public QtTest, public testing::WithParamInterface<const char*> {
 protected:
-    /// The interface of the parameter, on the screen.
+    /// Shows the interface named by the parameter.
     QWidget& show()
     {
         interface_ = load(GetParam());
@@ -98,43 +99,43 @@ private:
 using ControllersTest = QtTest;
 using MainWindowTest = QtTest;
 
-void ask(Interface& interface, const Wish& wish)
+void fulfil(Interface& interface, const Request& request)
 {
-    const std::map<std::string, std::function<void()>> questions{
-        {"view", [&] { interface.view(wish.name); }},
-        {"button", [&] { interface.button(wish.name); }},
-        {"checkBox", [&] { interface.checkBox(wish.name); }},
-        {"textField", [&] { interface.textField(wish.name); }},
-        {"progressIndicator", [&] { interface.progressIndicator(wish.name); }},
-        {"tableView", [&] { interface.tableView(wish.name); }},
-        {"command", [&] { interface.command(wish.name); }},
+    const std::map<std::string, std::function<void()>> outlets{
+        {"view", [&] { interface.view(request.name); }},
+        {"button", [&] { interface.button(request.name); }},
+        {"checkBox", [&] { interface.checkBox(request.name); }},
+        {"textField", [&] { interface.textField(request.name); }},
+        {"progressIndicator", [&] { interface.progressIndicator(request.name); }},
+        {"tableView", [&] { interface.tableView(request.name); }},
+        {"command", [&] { interface.command(request.name); }},
     };
-    questions.at(wish.kind)();
+    outlets.at(request.kind)();
 }
 
 TEST_F(ControllersTest, FindEveryOutletAndCommandInTheirInterface)
 {
     std::map<std::string, std::unique_ptr<QtInterface>> interfaces;
-    std::set<std::string> asked;
-    for (const auto& wish : wishes()) {
-        auto& interface = interfaces[wish.interface];
+    std::set<std::string> requested;
+    for (const auto& request : requests()) {
+        auto& interface = interfaces[request.interface];
         if (!interface) {
-            interface = load(wish.interface);
+            interface = load(request.interface);
         }
-        SCOPED_TRACE(wish.file + " asks " + wish.interface + " for the " + wish.kind + " " +
-                     wish.name);
+        SCOPED_TRACE(request.file + " requests from " + request.interface + " the " + request.kind +
+                     " " + request.name);
 
-        EXPECT_NO_THROW(ask(*interface, wish));
+        EXPECT_NO_THROW(fulfil(*interface, request));
 
-        asked.insert(wish.name);
+        requested.insert(request.name);
     }
-    // What no controller could do without: the sources were read.
+    // Outlets that must occur, which shows that the sources were read.
     for (const char* const name : {"tableContacts", "txtTotal", "progress", "txtInfo", "OnOkay"}) {
-        EXPECT_TRUE(asked.contains(name)) << name;
+        EXPECT_TRUE(requested.contains(name)) << name;
     }
 }
 
-/// The letter that a text marks, in lower case; none where it marks none.
+/// The mnemonic of a text in lower case, or an empty text.
 QString mnemonicOf(const QString& text)
 {
     const auto sequence = QKeySequence::mnemonic(text);
@@ -153,7 +154,7 @@ void expectUnique(const QStringList& texts)
     }
 }
 
-TEST_P(InterfaceFilesTest, MarksEachLetterOnceInAWindowAndInAMenu)
+TEST_P(InterfaceFilesTest, UsesEachMnemonicOnceInAWindowAndInAMenu)
 {
     auto& window = show();
 
@@ -189,9 +190,9 @@ TEST_P(InterfaceFilesTest, GivesEveryControlAnAccessibleName)
     auto& window = show();
 
     for (auto* const widget : window.findChildren<QWidget*>()) {
-        // A widget that gets its text from the program is named by it.
+        // Hidden buttons get their text, and thus their name, from the program.
         const bool isNamedLater = !widget->isVisible() && is<QToolButton>(*widget);
-        // A table speaks for its headers.
+        // The headers belong to the table.
         const bool isPart = qobject_cast<QAbstractItemView*>(widget->parentWidget()) != nullptr;
         const bool isControl = (is<QAbstractButton>(*widget) || is<QLineEdit>(*widget) ||
                                 is<QProgressBar>(*widget) || is<QAbstractItemView>(*widget)) &&
@@ -206,7 +207,7 @@ TEST_P(InterfaceFilesTest, GivesEveryControlAnAccessibleName)
     }
 }
 
-TEST_P(InterfaceFilesTest, GivesEveryCommandAWayToReachItWithoutAMouse)
+TEST_P(InterfaceFilesTest, LetsEveryCommandBeReachedByKeyboard)
 {
     auto& window = show();
 
@@ -236,7 +237,7 @@ INSTANTIATE_TEST_SUITE_P(All, InterfaceFilesTest,
 
 using MainWindowTest = QtTest;
 
-TEST_F(MainWindowTest, GivesTheTableOrWhatStandsForItTheWholeRoom)
+TEST_F(MainWindowTest, GivesTheTableThePlaceOfTheEmptyView)
 {
     const auto interface = load("MainWindow");
     interface->window().show();
@@ -244,13 +245,13 @@ TEST_F(MainWindowTest, GivesTheTableOrWhatStandsForItTheWholeRoom)
     auto& table = widgetIn<QAbstractItemView>(window, "tableContacts");
     auto& empty = widgetIn<QWidget>(window, "vwEmpty");
     handleEvents();
-    const auto room = empty.geometry();
+    const auto place = empty.geometry();
 
     interface->view("vwEmpty").setHidden(true);
     interface->view("tableContacts").setHidden(false);
     handleEvents();
 
-    EXPECT_EQ(table.geometry(), room);
+    EXPECT_EQ(table.geometry(), place);
 }
 
 class UpdateWindowTest : public QtTest {
@@ -268,7 +269,7 @@ protected:
         handleEventsUntil([&] { return label.text().toStdString() == text; });
     }
 
-    /// Whether the user sees the whole widget.
+    /// Whether the whole widget is visible.
     static bool isSeen(const QWidget& widget)
     {
         return widget.isVisible() && widget.visibleRegion().boundingRect() == widget.rect();
@@ -279,7 +280,7 @@ protected:
     QLabel& label = widgetIn<QLabel>(window, "labelMessage");
 };
 
-TEST_F(UpdateWindowTest, ShowsTheMessageAndTheWayOutInEveryLayout)
+TEST_F(UpdateWindowTest, ShowsTheMessageAndTheCloseButtonInEveryLayout)
 {
     for (const bool isBusy : {true, false}) {
         interface->view("vwControls").setHidden(isBusy);
@@ -294,7 +295,7 @@ TEST_F(UpdateWindowTest, ShowsTheMessageAndTheWayOutInEveryLayout)
     }
 }
 
-TEST_F(MainWindowTest, LeavesRoomForItsFrameOnAScreenThatItFills)
+TEST_F(MainWindowTest, LeavesSpaceForItsFrameOnASmallScreen)
 {
     const auto font = QApplication::font();
     auto large = font;
@@ -311,7 +312,7 @@ TEST_F(MainWindowTest, LeavesRoomForItsFrameOnAScreenThatItFills)
     QApplication::setFont(font);
 }
 
-TEST_F(UpdateWindowTest, ShowsWhatTheServiceSendsAsPlainText)
+TEST_F(UpdateWindowTest, ShowsTheMessageOfTheServiceAsPlainText)
 {
     showMessage("<h1>Better</h1> &amp; <img src=\"file:///etc/passwd\"> &Download");
 
@@ -338,7 +339,7 @@ TEST_F(UpdateWindowTest, KeepsItsSizeWhateverTheMessage)
     }
 }
 
-TEST_F(UpdateWindowTest, ShowsTheBeginningOfAMessageThatNobodyReads)
+TEST_F(UpdateWindowTest, CutsOffAVeryLongMessage)
 {
     interface->textField("labelMessage").setStringValue("Better. " + std::string(1 << 20, 'x'));
     handleEventsUntil([&] { return !label.text().isEmpty(); });
@@ -347,7 +348,7 @@ TEST_F(UpdateWindowTest, ShowsTheBeginningOfAMessageThatNobodyReads)
     EXPECT_TRUE(label.text().endsWith(QStringLiteral("…")));
     EXPECT_LE(label.text().size(), 10001);
 
-    // A character that lies across the end of what is shown.
+    // A surrogate pair at the cut is not split.
     std::string message = "x";
     for (int i = 0; i < 5001; ++i) {
         message += "😀";
@@ -359,7 +360,7 @@ TEST_F(UpdateWindowTest, ShowsTheBeginningOfAMessageThatNobodyReads)
     EXPECT_TRUE(label.text().isValidUtf16());
 }
 
-TEST_F(UpdateWindowTest, ForgetsTheLastMessageWhenItIsBusyAgain)
+TEST_F(UpdateWindowTest, ClearsTheMessageWhenItIsBusyAgain)
 {
     showMessage("You are running the latest version.");
 
@@ -369,7 +370,7 @@ TEST_F(UpdateWindowTest, ForgetsTheLastMessageWhenItIsBusyAgain)
     showMessage("You are running the latest version.");
 }
 
-TEST_F(UpdateWindowTest, ClosesByEnterAndByEscapeAndDownloadsByItsLetter)
+TEST_F(UpdateWindowTest, ClosesByEnterAndEscapeAndDownloadsByItsMnemonic)
 {
     std::vector<std::string> uses;
     for (const char* const name : {"OnClose", "OnDownload"}) {
@@ -381,12 +382,12 @@ TEST_F(UpdateWindowTest, ClosesByEnterAndByEscapeAndDownloadsByItsLetter)
     pressCloseControl(window);
     press(window, Qt::Key_D, Qt::AltModifier);
 
-    // A letter presses its button for a moment.
+    // A mnemonic animates the click of its button.
     handleEventsUntil([&] { return uses.size() == 4; });
     EXPECT_EQ(uses, (std::vector<std::string>{"OnClose", "OnClose", "OnClose", "OnDownload"}));
 }
 
-TEST_F(UpdateWindowTest, IsReachedByTabFromTheMessageToTheWayOut)
+TEST_F(UpdateWindowTest, TabsFromTheMessageToTheCloseButton)
 {
     interface->command("OnDownload").setHandler([](View*) {});
     interface->command("OnUpdate").setHandler([](View*) {});
@@ -405,7 +406,7 @@ TEST_F(UpdateWindowTest, IsReachedByTabFromTheMessageToTheWayOut)
 
 using FilterWindowTest = QtTest;
 
-TEST_F(FilterWindowTest, AnswersEnterWithOkAndEscapeWithCancel)
+TEST_F(FilterWindowTest, TreatsEnterAsOkAndEscapeAsCancel)
 {
     const auto interface = load("FilterWindow");
     std::vector<std::string> uses;

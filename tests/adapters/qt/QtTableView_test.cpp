@@ -27,7 +27,7 @@ constexpr int kModified = 7;
 
 using Rows = std::vector<std::size_t>;
 
-TEST(QtTableView, ShowsWhatItsDataSourceSays)
+TEST(QtTableView, ShowsTheDataSourcesValues)
 {
     TableWindow shown(3);
 
@@ -54,7 +54,7 @@ TEST(QtTableView, ShowsATimeInTheUsersLocaleAndZone)
     EXPECT_NE(shown.text(0, kModified), QString());
 }
 
-TEST(QtTableView, ShowsATextOfAnybodysMakingAsOneLine)
+TEST(QtTableView, ShowsAnyTextAsOneLine)
 {
     TableWindow shown(1);
     shown.rows.rows[0].texts["fname"] = "A\nB\xFF<b>";
@@ -194,7 +194,7 @@ TEST(QtTableView, EditsOnlySelectedRowsThatDoNotShowTheState)
     EXPECT_EQ(shown.rows.editedRows.back(), (Rows{0, 1, 2}));
 }
 
-TEST(QtTableView, DrawsAnewAfterAnEdit)
+TEST(QtTableView, RedrawsAfterAnEdit)
 {
     TableWindow shown(3);
     shown.draw();
@@ -302,7 +302,7 @@ TEST(QtTableView, KeepsTheMarksOfRowsThatWereEditedOutOfView)
               QStringLiteral("Lost"));
 }
 
-TEST(QtTableView, StaysAsItWasUntilItIsEnabledAndReloaded)
+TEST(QtTableView, StaysTheSameUntilItIsEnabledAndReloaded)
 {
     TableWindow shown(3);
     shown.draw();
@@ -389,7 +389,7 @@ TEST(QtTableView, ShowsRowsWithoutADelegate)
     EXPECT_TRUE(shown.rows.editedRows.empty());
 }
 
-TEST(QtTableView, GivesTheKeyboardBackWhenItIsEnabled)
+TEST(QtTableView, RestoresTheFocusWhenItIsEnabled)
 {
     TableWindow shown(3);
     shown.widget.setFocus();
@@ -401,7 +401,7 @@ TEST(QtTableView, GivesTheKeyboardBackWhenItIsEnabled)
     EXPECT_EQ(shown.focus(), &shown.widget);
 }
 
-TEST(QtTableView, LeavesTheKeyboardWhereTheUserHasLedItMeanwhile)
+TEST(QtTableView, LeavesTheFocusWhereTheUserHasMovedIt)
 {
     TableWindow shown(3);
     QPushButton other(&shown.window);
@@ -416,7 +416,7 @@ TEST(QtTableView, LeavesTheKeyboardWhereTheUserHasLedItMeanwhile)
     EXPECT_EQ(shown.focus(), elsewhere);
 }
 
-TEST(QtTableView, TakesTheKeyboardThatNobodyHas)
+TEST(QtTableView, TakesTheFocusWhenNothingHasIt)
 {
     TableWindow shown(4);
     shown.table.setHidden(true);
@@ -431,7 +431,7 @@ TEST(QtTableView, TakesTheKeyboardThatNobodyHas)
     EXPECT_EQ(shown.focus(), &shown.widget);
 }
 
-TEST(QtTableView, TakesTheKeyboardThatADialogLeavesWhileItIsHidden)
+TEST(QtTableView, TakesTheFocusThatADialogLeftWhileItWasHidden)
 {
     TableWindow shown(3);
     QWidget dialog;
@@ -452,7 +452,7 @@ TEST(QtTableView, TakesTheKeyboardThatADialogLeavesWhileItIsHidden)
     EXPECT_EQ(QApplication::focusWidget(), &shown.widget);
 }
 
-TEST(QtTableView, LeavesTheKeyboardToWhoHasItWhenItIsShown)
+TEST(QtTableView, LeavesTheFocusOfAnotherWidgetWhenItIsShown)
 {
     TableWindow shown(4);
     shown.table.setHidden(true);
@@ -463,7 +463,7 @@ TEST(QtTableView, LeavesTheKeyboardToWhoHasItWhenItIsShown)
     EXPECT_EQ(shown.focus(), &shown.button);
 }
 
-TEST(QtTableView, DrawsOnceForManyWishesFromAnyThread)
+TEST(QtTableView, DrawsOnceForManyRequestsFromAnyThread)
 {
     TableWindow shown(3);
     shown.draw();
@@ -523,7 +523,7 @@ TEST(QtTableView, OutlivesItsWidgets)
     EXPECT_EQ(table.selectedRow(), std::nullopt);
 }
 
-TEST(QtTableView, LeavesItsWidgetWithoutRowsWhenItGoesFirst)
+TEST(QtTableView, LeavesItsWidgetWithoutRowsWhenItIsDestroyedFirst)
 {
     TableWindow shown(3);
     QTableView widget;

@@ -24,7 +24,7 @@ std::vector<std::string> firstNames(const TableWindow& shown)
 
 using Names = std::vector<std::string>;
 
-TEST(TableFilter, IsClosedUntilItIsAskedFor)
+TEST(TableFilter, IsClosedUntilItIsOpened)
 {
     TableWindow shown(3);
     EXPECT_TRUE(shown.bar.isHidden());
@@ -36,16 +36,16 @@ TEST(TableFilter, IsClosedUntilItIsAskedFor)
     EXPECT_EQ(shown.countText(), QStringLiteral("3 of 3 shown"));
 }
 
-TEST(TableFilter, SelectsItsTextWhenItIsAskedForAgain)
+TEST(TableFilter, SelectsItsTextWhenItIsOpenedAgain)
 {
     TableWindow shown(3);
     shown.table.beginFiltering();
-    shown.type(QStringLiteral("first"));
+    shown.type(QStringLiteral("First"));
     shown.widget.setFocus();
 
     shown.table.beginFiltering();
 
-    EXPECT_EQ(shown.line.selectedText(), QStringLiteral("first"));
+    EXPECT_EQ(shown.line.selectedText(), QStringLiteral("First"));
     EXPECT_EQ(shown.focus(), &shown.line);
 }
 
@@ -54,15 +54,15 @@ TEST(TableFilter, HidesRowsThatDoNotContainTheText)
     TableWindow shown(120);
     shown.table.beginFiltering();
 
-    shown.type(QStringLiteral("FIRST11"));
+    shown.type(QStringLiteral("First11"));
     EXPECT_EQ(shown.rowCount(), 11);
     EXPECT_EQ(shown.countText(), QStringLiteral("11 of 120 shown"));
 
-    shown.type(QStringLiteral("first11 last11"));
-    EXPECT_EQ(firstNames(shown), Names{"First11"});
+    shown.type(QStringLiteral("First119"));
+    EXPECT_EQ(firstNames(shown), Names{"First119"});
     EXPECT_EQ(shown.countText(), QStringLiteral("1 of 120 shown"));
 
-    shown.type(QStringLiteral("5550042"));
+    shown.type(QStringLiteral("555-0042"));
     EXPECT_EQ(firstNames(shown), Names{"First42"});
 
     shown.type(QString());
@@ -70,7 +70,33 @@ TEST(TableFilter, HidesRowsThatDoNotContainTheText)
     EXPECT_EQ(shown.countText(), QStringLiteral("120 of 120 shown"));
 }
 
-TEST(TableFilter, SaysThatItFindsNothing)
+TEST(TableFilter, SearchesOnlyTheLastMatchesWhenMoreIsTyped)
+{
+    TableWindow shown(120);
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First11"));
+    shown.rows.filterQuestions = 0;
+
+    shown.type(QStringLiteral("First119"));
+    EXPECT_EQ(shown.rows.filterQuestions, 11U);
+
+    shown.type(QStringLiteral("First1"));
+    EXPECT_EQ(shown.rows.filterQuestions, 131U);
+}
+
+TEST(TableFilter, ShowsEveryRowWithoutADelegate)
+{
+    TableWindow shown(3);
+    shown.table.setDataSource(&shown.rows, nullptr);
+    shown.table.reloadData();
+    shown.table.beginFiltering();
+
+    shown.type(QStringLiteral("nobody"));
+
+    EXPECT_EQ(shown.rowCount(), 3);
+}
+
+TEST(TableFilter, ReportsThatNothingMatches)
 {
     TableWindow shown(3);
     shown.table.beginFiltering();
@@ -78,10 +104,10 @@ TEST(TableFilter, SaysThatItFindsNothing)
     shown.type(QStringLiteral("nobody"));
 
     EXPECT_EQ(shown.rowCount(), 0);
-    EXPECT_EQ(shown.countText(), QStringLiteral("Nothing found: 0 of 3 shown"));
+    EXPECT_EQ(shown.countText(), QStringLiteral("No matches: 0 of 3 shown"));
 }
 
-TEST(TableFilter, ChangesNoMark)
+TEST(TableFilter, ChangesNoCheckMark)
 {
     TableWindow shown(10);
     shown.table.beginFiltering();
@@ -126,7 +152,7 @@ TEST(TableFilter, DeselectsTheRowsThatItHides)
     EXPECT_EQ(shown.rows.selectionChanges, changes + 1) << "the same rows";
 }
 
-TEST(TableFilter, GoesAwayWithEscape)
+TEST(TableFilter, ClosesWithEscape)
 {
     TableWindow shown(30);
     shown.table.beginFiltering();
@@ -140,7 +166,7 @@ TEST(TableFilter, GoesAwayWithEscape)
     EXPECT_EQ(shown.focus(), &shown.widget);
 }
 
-TEST(TableFilter, GoesAwayWithItsButton)
+TEST(TableFilter, ClosesWithItsButton)
 {
     TableWindow shown(30);
     shown.table.beginFiltering();
@@ -152,7 +178,7 @@ TEST(TableFilter, GoesAwayWithItsButton)
     EXPECT_EQ(shown.rowCount(), 30);
 }
 
-TEST(TableFilter, LeavesTheKeyboardAloneWhereItHasItNot)
+TEST(TableFilter, LeavesTheFocusOfAnotherWidget)
 {
     TableWindow shown(30);
     shown.table.beginFiltering();
@@ -165,7 +191,7 @@ TEST(TableFilter, LeavesTheKeyboardAloneWhereItHasItNot)
     EXPECT_EQ(shown.focus(), &shown.button);
 }
 
-TEST(TableFilter, LeadsToTheRowsWithDownAndEnter)
+TEST(TableFilter, MovesToTheRowsWithDownAndEnter)
 {
     for (const auto key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Enter}) {
         TableWindow shown(30);
@@ -209,7 +235,7 @@ TEST(TableFilter, CountsNoRowsWhileThereAreNone)
     EXPECT_EQ(shown.countText(), QStringLiteral("0 of 0 shown"));
 }
 
-TEST(TableFilter, GoesAwayForARowThatItHides)
+TEST(TableFilter, ClosesForARowThatItHides)
 {
     TableWindow shown(30);
     shown.table.beginFiltering();
@@ -225,7 +251,7 @@ TEST(TableFilter, GoesAwayForARowThatItHides)
     EXPECT_EQ(shown.selected(), std::vector<int>{5});
 }
 
-TEST(TableFilter, IsDisabledWithTheTableAndComesBackWithItsText)
+TEST(TableFilter, IsDisabledAndEnabledWithTheTableAndKeepsItsText)
 {
     TableWindow shown(30);
     shown.table.beginFiltering();
@@ -243,7 +269,7 @@ TEST(TableFilter, IsDisabledWithTheTableAndComesBackWithItsText)
     EXPECT_EQ(shown.rowCount(), 11);
 }
 
-TEST(TableFilter, GoesAwayFromADisabledTableWithoutAQuestion)
+TEST(TableFilter, ClosesOnADisabledTableWithoutAskingIt)
 {
     TableWindow shown(30);
     shown.draw();
@@ -265,8 +291,8 @@ TEST(TableFilter, LosesNoKeyInABigTable)
     TableWindow shown(60'000);
     shown.table.beginFiltering();
 
-    // No turn of the event loop between the keys.
-    for (const char key : std::string_view("first59999")) {
+    // The event loop does not run between the keys.
+    for (const char key : std::string_view("First59999")) {
         QTest::keyClick(&shown.line, key);
     }
     QTest::keyClick(&shown.line, Qt::Key_Return);
@@ -288,7 +314,7 @@ TEST(TableFilter, FindsTheSameInManyTurnsOfTheEventLoop)
     for (std::size_t person = 0; person < 60'000; ++person) {
         expected += std::to_string(person).find("77") != std::string::npos ? 1 : 0;
     }
-    // Numbers of five digits stand in the telephone number too, as do all others.
+    // The telephone number contains the same digits as the name.
     EXPECT_EQ(shown.rowCount(), expected);
 }
 
@@ -328,7 +354,7 @@ void selectEveryFound(TableWindow& shown)
     shown.table.endFiltering();
 }
 
-TEST(TableFilter, KeepsASelectionOfRowsThatStandApart)
+TEST(TableFilter, KeepsASelectionOfSeparateRows)
 {
     TableWindow shown(6'000);
     fillEverySecondRow(shown);
@@ -340,7 +366,7 @@ TEST(TableFilter, KeepsASelectionOfRowsThatStandApart)
     EXPECT_EQ(shown.rows.editedRows[0].size(), 3'000U);
 }
 
-TEST(TableFilter, LetsGoOfASelectionInWhichEachDrawingWouldStutter)
+TEST(TableFilter, DropsASelectionTooScatteredToDraw)
 {
     TableWindow shown(20'000);
     fillEverySecondRow(shown);
@@ -348,7 +374,7 @@ TEST(TableFilter, LetsGoOfASelectionInWhichEachDrawingWouldStutter)
     selectEveryFound(shown);
     shown.table.editSelectedRows("check", CheckState::On);
 
-    // What is not seen as selected is not changed either.
+    // Rows that are not shown as selected must not be edited.
     EXPECT_FALSE(shown.widget.selectionModel()->hasSelection());
     EXPECT_TRUE(shown.rows.editedRows.empty() || shown.rows.editedRows[0].empty());
 }

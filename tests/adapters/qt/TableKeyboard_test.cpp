@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kLastName = 2;
 
-/// The row that the keyboard is on.
+/// The row that has the keyboard focus.
 int current(const TableWindow& shown)
 {
     return shown.widget.currentIndex().row();
@@ -49,7 +49,7 @@ TEST(TableKeyboard, ArrowsSelectTheNextRow)
     EXPECT_EQ(shown.table.selectedRow(), 0U);
 }
 
-TEST(TableKeyboard, PageKeysGoByWhatIsInView)
+TEST(TableKeyboard, PageKeysMoveByWhatIsInView)
 {
     TableWindow shown(200);
     stand(shown, 0);
@@ -63,7 +63,7 @@ TEST(TableKeyboard, PageKeysGoByWhatIsInView)
     EXPECT_EQ(current(shown), 0);
 }
 
-TEST(TableKeyboard, HomeAndEndGoToTheFirstAndTheLastRow)
+TEST(TableKeyboard, HomeAndEndMoveToTheFirstAndTheLastRow)
 {
     for (const auto modifiers : {Qt::NoModifier, Qt::ControlModifier, Qt::KeypadModifier}) {
         TableWindow shown(500);
@@ -93,7 +93,7 @@ TEST(TableKeyboard, ShiftExtendsTheSelectionToTheEnds)
     EXPECT_EQ(shown.selected(), range(1, 10));
 }
 
-TEST(TableKeyboard, ShiftExtendsTheSelectionFromWhereHomeHasLed)
+TEST(TableKeyboard, ShiftExtendsTheSelectionFromTheRowThatHomeSelected)
 {
     TableWindow shown(50);
     stand(shown, 30);
@@ -127,7 +127,7 @@ TEST(TableKeyboard, ControlAndASelectAllRows)
     EXPECT_EQ(shown.selected(), range(0, 99));
 }
 
-TEST(TableKeyboard, SpaceSelectsTheRowItIsOnWhereNoneIsSelected)
+TEST(TableKeyboard, SpaceSelectsTheCurrentRowWhenNoneIsSelected)
 {
     TableWindow shown(5);
     stand(shown, 3);
@@ -141,39 +141,49 @@ TEST(TableKeyboard, SpaceSelectsTheRowItIsOnWhereNoneIsSelected)
     EXPECT_TRUE(shown.rows.rows[3].isChecked);
 }
 
-TEST(TableKeyboard, TypingGoesToTheFirstLettersOfAFirstOrALastName)
+TEST(TableKeyboard, TypingSelectsTheRowThatTheDelegateReturns)
 {
     TableWindow shown(6);
-    shown.rows.rows[2].texts["fname"] = "Zo\xC3\xAB";
-    shown.rows.rows[4].texts["lname"] = "zoe";
-    shown.rows.rows[5].texts["nickname"] = "Zz";
+    shown.rows.rows[2].texts["fname"] = "zoe";
+    shown.rows.rows[4].texts["fname"] = "zora";
     stand(shown, 0);
 
     shown.press(Qt::Key_Z);
     EXPECT_EQ(shown.selected(), range(2, 2));
 
     shown.press(Qt::Key_O);
-    shown.press(Qt::Key_E);
+    shown.press(Qt::Key_R);
     EXPECT_EQ(shown.selected(), range(4, 4));
     EXPECT_EQ(shown.widget.currentIndex().column(), kLastName);
 }
 
-TEST(TableKeyboard, TypingTheSameLetterGoesRound)
+TEST(TableKeyboard, TypingStartsAfterTheCurrentRow)
 {
     TableWindow shown(5);
-    shown.rows.rows[1].texts["fname"] = "Ann";
-    shown.rows.rows[3].texts["lname"] = "Abel";
-    stand(shown, 0);
+    stand(shown, 2);
 
-    shown.press(Qt::Key_A);
-    EXPECT_EQ(current(shown), 1);
-    shown.press(Qt::Key_A);
-    EXPECT_EQ(current(shown), 3);
-    shown.press(Qt::Key_A);
-    EXPECT_EQ(current(shown), 1);
+    shown.press(Qt::Key_X);
+
+    EXPECT_EQ(shown.rows.typings, (std::vector<CountedRows::Typing>{{"x", 3}}));
 }
 
-TEST(TableKeyboard, TypingWhatNobodyIsCalledStaysWhereItIs)
+TEST(TableKeyboard, TypingFindsOnlyRowsThatTheFilterShows)
+{
+    TableWindow shown(12);
+    shown.rows.rows[3].texts["fname"] = "xaver";
+    shown.rows.rows[10].texts["fname"] = "xenia";
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("Last1"));
+    ASSERT_EQ(shown.rowCount(), 3) << "1, 10 and 11";
+    stand(shown, 0);
+
+    shown.press(Qt::Key_X);
+
+    EXPECT_EQ(shown.selected(), range(1, 1));
+    EXPECT_EQ(shown.table.selectedRow(), 10U);
+}
+
+TEST(TableKeyboard, TypingKeepsTheRowWhenTheDelegateReturnsNone)
 {
     TableWindow shown(5);
     stand(shown, 2);
@@ -181,6 +191,17 @@ TEST(TableKeyboard, TypingWhatNobodyIsCalledStaysWhereItIs)
     shown.press(Qt::Key_X);
 
     EXPECT_EQ(shown.selected(), range(2, 2));
+}
+
+TEST(TableKeyboard, TypingAsksNothingWhileTheTableIsDisabled)
+{
+    TableWindow shown(5);
+    stand(shown, 2);
+    shown.table.setEnabled(false);
+
+    shown.widget.keyboardSearch(QStringLiteral("F"));
+
+    EXPECT_TRUE(shown.rows.typings.empty());
 }
 
 TEST(TableKeyboard, TabLeavesTheTable)
@@ -194,7 +215,7 @@ TEST(TableKeyboard, TabLeavesTheTable)
     EXPECT_EQ(current(shown), 2);
 }
 
-TEST(TableKeyboard, TellsOfEachOtherSelection)
+TEST(TableKeyboard, ReportsEveryNewSelection)
 {
     TableWindow shown(5);
     stand(shown, 0);
@@ -207,7 +228,7 @@ TEST(TableKeyboard, TellsOfEachOtherSelection)
     EXPECT_EQ(shown.rows.selectionChanges, before + 1) << "the same row";
 }
 
-TEST(TableKeyboard, HasNoSelectedRowWhereTheKeyboardIsOnNone)
+TEST(TableKeyboard, HasNoSelectedRowWhenTheFocusedRowIsNotSelected)
 {
     TableWindow shown(5);
     EXPECT_EQ(shown.table.selectedRow(), std::nullopt);
@@ -219,7 +240,7 @@ TEST(TableKeyboard, HasNoSelectedRowWhereTheKeyboardIsOnNone)
     EXPECT_EQ(shown.table.selectedRow(), std::nullopt);
 }
 
-TEST(TableKeyboard, SelectRowSelectsItAloneInViewAndTakesTheKeyboard)
+TEST(TableKeyboard, SelectRowSelectsItAloneScrollsToItAndTakesTheFocus)
 {
     TableWindow shown(1'000);
     shown.select(1, 5);
@@ -234,7 +255,7 @@ TEST(TableKeyboard, SelectRowSelectsItAloneInViewAndTakesTheKeyboard)
     EXPECT_EQ(shown.focus(), &shown.widget);
 }
 
-TEST(TableKeyboard, SelectRowLeavesARowThatThereIsNotAlone)
+TEST(TableKeyboard, SelectRowIgnoresARowThatDoesNotExist)
 {
     TableWindow shown(3);
     shown.select(1, 1);
@@ -256,7 +277,7 @@ TEST(TableKeyboard, ReloadingSelectsNothing)
     EXPECT_EQ(shown.rows.selectionChanges, before + 1);
 }
 
-TEST(TableKeyboard, TheCellThatHasTheKeyboardIsSeen)
+TEST(TableKeyboard, TheFocusedCellIsVisible)
 {
     TableWindow shown(3);
     QApplication::setActiveWindow(&shown.window);

@@ -22,10 +22,10 @@
 
 namespace dunmora::test {
 
-/// A window with a table, its filter bar and a button, as an interface file lays it out, and rows.
+/// Rows in a window with a table, its filter bar and a button, as an interface file lays them out.
 class TableWindow {
 public:
-    /// So many people of whom each second one is a copy of the one before.
+    /// Shows this many people, in groups of two.
     explicit TableWindow(std::size_t people = 0)
     {
         for (std::size_t i = 0; i < people; ++i) {
@@ -53,7 +53,7 @@ public:
         rows.rows.push_back(row);
     }
 
-    /// Runs what waits for the event loop, drawing included.
+    /// Processes all pending events, including drawing.
     static void settle()
     {
         for (int i = 0; i < 4; ++i) {
@@ -93,7 +93,7 @@ public:
         return found;
     }
 
-    /// The middle of the row's check box, which is drawn at the cell's left edge.
+    /// The centre of the row's check box, which is at the left edge of its cell.
     QPoint checkBox(int row) const
     {
         const auto cell = widget.visualRect(index(row, 0));
@@ -145,16 +145,6 @@ private:
     {
         auto* layout = new QVBoxLayout(&window);
         auto* table = new QTableView(&window);
-        table->setProperty("columnIdentifiers",
-                           QStringList{QStringLiteral("check"), QStringLiteral("fname"),
-                                       QStringLiteral("lname"), QStringLiteral("nickname"),
-                                       QStringLiteral("home"), QStringLiteral("work"),
-                                       QStringLiteral("mobile"), QStringLiteral("modified")});
-        table->setProperty("columnTitles",
-                           QStringList{QStringLiteral("Delete"), QStringLiteral("First Name"),
-                                       QStringLiteral("Last Name"), QStringLiteral("Nickname"),
-                                       QStringLiteral("Home"), QStringLiteral("Work"),
-                                       QStringLiteral("Mobile"), QStringLiteral("Modified")});
         layout->addWidget(table);
         return *table;
     }

@@ -115,7 +115,7 @@ TEST_F(JobFailureTest, OfASearchIsReportedAsUnexpected)
 
     EXPECT_EQ(alerts(), Lines{"An unexpected error occurred: index 7"});
     EXPECT_EQ(progressWasVisible_, std::vector{true});
-    EXPECT_EQ(emptiness(), "The search could not be finished");
+    EXPECT_EQ(emptiness(), "The search failed");
     expectIdle();
     expectTheBookCanBeReadAgain();
 }
@@ -137,7 +137,7 @@ TEST_F(JobFailureTest, LeavesNoRowsOfAFinishedSearch)
     EXPECT_EQ(alerts(), Lines{"An unexpected error occurred: no window"});
     EXPECT_TRUE(ContactsParser::parser().duplicates().empty());
     EXPECT_EQ(table().rows, 0U);
-    EXPECT_EQ(emptiness(), "The search could not be finished");
+    EXPECT_EQ(emptiness(), "The search failed");
     expectIdle();
     expectTheBookCanBeReadAgain();
 }

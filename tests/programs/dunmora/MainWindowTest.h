@@ -91,7 +91,8 @@ protected:
     Platform platformWithChoice_{nullptr, platform_.userDefaults, platform_.alert,
                                  platform_.workspace, platform_.bundle};
     SupervisedApplication supervised_{application_};
-    Desktop supervisedDesktop_{supervised_, loader_, desktop_.openPanel, desktop_.connections};
+    Desktop supervisedDesktop_{supervised_, loader_, desktop_.openPanel, desktop_.connections,
+                               desktop_.textFolding};
     std::optional<MainWindow> window_;
     FakeInterface* main_ = nullptr;
 };

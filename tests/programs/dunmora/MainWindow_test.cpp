@@ -25,7 +25,7 @@ TEST_F(MainWindowTest, NamesTheBookInItsTitle)
 
     window_->open(file_);
     EXPECT_EQ(title(), "address-book.vcf – Dunmora");
-    EXPECT_EQ(emptiness(), "Nothing searched yet");
+    EXPECT_EQ(emptiness(), "Not searched yet");
 
     window_->open(folder_.path() / "");
     EXPECT_EQ(title(), folder_.path().filename().string() + " – Dunmora");
@@ -57,7 +57,7 @@ TEST_F(MainWindowTest, ReportsAnEmptyBookAndOffersToOpenAnother)
     book_ = FakeAddressBook();
     start("desktop:");
 
-    EXPECT_EQ(emptiness(), "Nobody is in this address book");
+    EXPECT_EQ(emptiness(), "This address book is empty");
     EXPECT_FALSE(main_->button("btnEmptyOpen").isHidden);
     EXPECT_TRUE(main_->command("OnOpen").isEnabled);
 }

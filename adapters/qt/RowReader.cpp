@@ -1,0 +1,102 @@
+#include "adapters/qt/RowReader.h"
+
+#include "adapters/qt/OneLineText.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+#include <chrono>
+#include <variant>
+
+namespace dunmora {
+
+namespace {
+
+QString shownText(const CellValue& value)
+{
+    if (const auto* text = std::get_if<std::string_view>(&value)) {
+        return oneLineText(*text);
+    }
+    if (const auto* time = std::get_if<std::chrono::sys_seconds>(&value)) {
+        const auto local = QDateTime::fromSecsSinceEpoch(time->time_since_epoch().count());
+        return QLocale().toString(local, QLocale::ShortFormat);
+    }
+    return {};
+}
+
+}  // namespace
+
+bool RowReader::setDataSource(TableViewDataSource* dataSource, TableViewDelegate* delegate)
+{
+    dataSource_ = dataSource;
+    delegate_ = delegate;
+    isAsking_ = isAsking_ && dataSource != nullptr;
+    if (dataSource == nullptr) {
+        return false;
+    }
+    const auto columns = dataSource->columns();
+    const bool haveChanged =
+        !std::equal(columns.begin(), columns.end(), columns_.begin(), columns_.end());
+    columns_.assign(columns.begin(), columns.end());
+    return haveChanged;
+}
+
+std::optional<int> RowReader::checkColumn() const
+{
+    const auto check =
+        std::find_if(columns_.begin(), columns_.end(), [](const TableColumn& column) {
+            return column.kind == TableColumn::Kind::CheckBox;
+        });
+    return check == columns_.end() ? std::nullopt
+                                   : std::optional(static_cast<int>(check - columns_.begin()));
+}
+
+std::size_t RowReader::numberOfRows() const
+{
+    return dataSource_ == nullptr ? 0 : dataSource_->numberOfRows();
+}
+
+QString RowReader::text(std::size_t row, std::size_t column) const
+{
+    const auto shown = value(row, columns_[column].identifier);
+    return shown ? shownText(*shown) : QString();
+}
+
+bool RowReader::isChecked(std::size_t row, std::string_view column) const
+{
+    const auto shown = value(row, column);
+    const auto* flag = shown ? std::get_if<bool>(&*shown) : nullptr;
+    return flag != nullptr && *flag;
+}
+
+RowStyle RowReader::style(std::size_t row) const
+{
+    auto* const asked = delegate();
+    return asked == nullptr ? RowStyle() : asked->styleOfRow(row);
+}
+
+void RowReader::edit(std::span<const std::size_t> rows, std::string_view column, bool isChecked)
+{
+    if (!isAsking_) {
+        return;
+    }
+    std::vector<std::size_t> edited;
+    for (const auto row : rows) {
+        if (this->isChecked(row, column) != isChecked) {
+            dataSource_->setObjectValue(isChecked, column, static_cast<std::ptrdiff_t>(row));
+            edited.push_back(row);
+        }
+    }
+    if (!edited.empty() && delegate_ != nullptr) {
+        delegate_->rowsEdited(edited);
+    }
+}
+
+std::optional<CellValue> RowReader::value(std::size_t row, std::string_view column) const
+{
+    return isAsking_ ? dataSource_->objectValue(column, static_cast<std::ptrdiff_t>(row))
+                     : std::nullopt;
+}
+
+}  // namespace dunmora

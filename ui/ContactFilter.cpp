@@ -1,0 +1,100 @@
+#include "ui/ContactFilter.h"
+
+#include "base/ContactFields.h"
+#include "engine/ContactRecord.h"
+#include "platform/TextFolding.h"
+#include "text/Ascii.h"
+#include "text/DisplayText.h"
+#include "text/Utf8.h"
+#include "ui/FoldedText.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+namespace dunmora {
+
+namespace {
+
+/// Separates texts that are not read as one. Nobody can type it into a line.
+constexpr char kSeparator = '\n';
+
+void appendDigits(std::string& digits, std::string_view phone, const TextFolding& folding)
+{
+    if (isPlainAscii(phone)) {
+        std::copy_if(phone.begin(), phone.end(), std::back_inserter(digits),
+                     [](char c) { return c >= '0' && c <= '9'; });
+    } else {
+        digits += folding.digits(phone);
+    }
+}
+
+/// The digits of a text that consists only of digits and the punctuation of telephone numbers;
+/// empty for any other text.
+std::string digitsOfNumber(std::string_view folded, const TextFolding& folding)
+{
+    constexpr std::string_view kPunctuation = "+-()./ ";
+    std::size_t others = 0;
+    for (std::size_t position = 0; position < folded.size();) {
+        others += kPunctuation.find(folded[position]) == std::string_view::npos ? 1 : 0;
+        position += utf8CharacterAt(folded, position).size;
+    }
+    std::string digits;
+    appendDigits(digits, folded, folding);
+    return digits.size() == others ? digits : std::string();
+}
+
+}  // namespace
+
+ContactFilter::ContactFilter(std::string_view typed, const TextFolding& folding) : folding_(folding)
+{
+    appendFolded(buffer_, typed, folding);
+    folded_ = trimmed(buffer_);
+    digits_ = digitsOfNumber(folded_, folding);
+}
+
+bool ContactFilter::matches(const ContactRecord& contact)
+{
+    return isEmpty() || matchesText(contact) || (!digits_.empty() && matchesDigits(contact));
+}
+
+bool ContactFilter::narrows(const ContactFilter& earlier) const
+{
+    const bool containsDigits =
+        digits_.empty() ||
+        (!earlier.digits_.empty() && digits_.find(earlier.digits_) != std::string::npos);
+    return earlier.isEmpty() ||
+           (folded_.find(earlier.folded_) != std::string::npos && containsDigits);
+}
+
+bool ContactFilter::matchesText(const ContactRecord& contact)
+{
+    const auto first = contact.text(kContactFirstName);
+    const auto last = contact.text(kContactLastName);
+    buffer_.clear();
+    appendFolded(buffer_, first, folding_);
+    buffer_ += !first.empty() && !last.empty() ? ' ' : kSeparator;
+    appendFolded(buffer_, last, folding_);
+    for (const auto* const field : kTextFields) {
+        if (field->kind != FieldKind::Uid && field->key != kContactFirstName &&
+            field->key != kContactLastName) {
+            buffer_ += kSeparator;
+            appendFolded(buffer_, contact.text(field->key), folding_);
+        }
+    }
+    return buffer_.find(folded_) != std::string::npos;
+}
+
+bool ContactFilter::matchesDigits(const ContactRecord& contact)
+{
+    buffer_.clear();
+    for (const auto* const field : kTextFields) {
+        if (field->kind == FieldKind::Phone) {
+            appendDigits(buffer_, contact.text(field->key), folding_);
+            buffer_ += kSeparator;
+        }
+    }
+    return buffer_.find(digits_) != std::string::npos;
+}
+
+}  // namespace dunmora

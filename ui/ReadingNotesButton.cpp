@@ -1,0 +1,65 @@
+#include "ui/ReadingNotesButton.h"
+
+#include "platform/Alert.h"
+#include "platform/Button.h"
+#include "platform/InterfaceLoader.h"
+#include "platform/Platform.h"
+#include "text/Counted.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace dunmora {
+
+namespace {
+
+/// Without a full stop; empty when there are no notes.
+std::string summaryOf(const ReadingNotes& notes)
+{
+    if (notes.cardsSkipped > 0) {
+        return counted(notes.cardsSkipped, "card was skipped", "cards were skipped");
+    }
+    if (!notes.remarks.empty()) {
+        return counted(notes.remarks.size(), "remark about the address book",
+                       "remarks about the address book");
+    }
+    return {};
+}
+
+std::string linesOf(const std::vector<std::string>& texts)
+{
+    std::string lines;
+    for (const auto& text : texts) {
+        lines += (lines.empty() ? "" : "\n") + text;
+    }
+    return lines;
+}
+
+}  // namespace
+
+ReadingNotesButton::ReadingNotesButton(Interface& mainInterface)
+    : btnNotes_(&mainInterface.button("btnNotes"))
+{
+    setNotes({});
+}
+
+void ReadingNotesButton::setNotes(ReadingNotes notes)
+{
+    notes_ = std::move(notes);
+    const auto summary = summaryOf(notes_);
+    if (!summary.empty()) {
+        btnNotes_->setTitle(summary);
+    }
+    btnNotes_->setHidden(summary.empty());
+}
+
+void ReadingNotesButton::showAlert() const
+{
+    const auto summary = summaryOf(notes_);
+    if (!summary.empty()) {
+        Platform::current().alert.runModal({summary, linesOf(notes_.remarks), "OK", std::nullopt});
+    }
+}
+
+}  // namespace dunmora

@@ -1,0 +1,161 @@
+#include "ui/ReviewRows.h"
+
+#include "base/ContactFields.h"
+#include "engine/ContactRecord.h"
+#include "engine/ContactsParser.h"
+#include "platform/Desktop.h"
+#include "platform/TextFolding.h"
+#include "text/Ascii.h"
+#include "text/DisplayText.h"
+#include "text/Utf8.h"
+#include "ui/ContactFilter.h"
+#include "ui/NamePrefix.h"
+
+#include <array>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+using Kind = TableColumn::Kind;
+
+constexpr Kind kindOf(const ContactField& field)
+{
+    if (field.kind == FieldKind::Check) {
+        return Kind::CheckBox;
+    }
+    return field.key == kContactFirstName || field.key == kContactLastName ? Kind::WideText
+                                                                           : Kind::Text;
+}
+
+/// Every contact field but the uid, the check box first.
+constexpr auto kColumns = [] {
+    std::array<TableColumn, kContactFields.size() - 1> columns{};
+    std::size_t count = 0;
+    for (const bool wantsCheck : {true, false}) {
+        for (const auto& field : kContactFields) {
+            if (field.kind != FieldKind::Uid && (field.kind == FieldKind::Check) == wantsCheck) {
+                columns[count++] = {field.key, field.title, kindOf(field)};
+            }
+        }
+    }
+    return columns;
+}();
+
+class ReviewFilter final : public RowFilter {
+public:
+    explicit ReviewFilter(ContactFilter filter) : filter_(std::move(filter)) {}
+
+    bool matches(std::size_t row) override
+    {
+        const auto* const record = recordInRow(static_cast<std::ptrdiff_t>(row));
+        return record != nullptr && filter_.matches(*record);
+    }
+
+    bool narrows(std::string_view earlier) const override
+    {
+        return filter_.narrows(ContactFilter(earlier, Desktop::current().textFolding));
+    }
+
+private:
+    ContactFilter filter_;
+};
+
+std::optional<std::size_t> rowNamed(const NamePrefix& prefix, std::size_t first,
+                                    const std::function<bool(std::size_t row)>& isShown)
+{
+    const auto rows = ContactsParser::parser().duplicates().size();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const auto row = (first + i) % rows;
+        const auto* const record = recordInRow(static_cast<std::ptrdiff_t>(row));
+        if (record != nullptr &&
+            (prefix.begins(record->text(kContactFirstName)) ||
+             prefix.begins(record->text(kContactLastName))) &&
+            isShown(row)) {
+            return row;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The first letter when the text repeats nothing but that; empty otherwise.
+std::string_view repeatedLetter(std::string_view typed)
+{
+    if (typed.empty()) {
+        return {};
+    }
+    const auto letter = typed.substr(0, utf8CharacterAt(typed, 0).size);
+    for (std::size_t position = 0; position < typed.size(); position += letter.size()) {
+        if (typed.substr(position, letter.size()) != letter) {
+            return {};
+        }
+    }
+    return letter;
+}
+
+std::string shownName(const ContactRecord& contact)
+{
+    const auto shown = [&](std::string_view key) {
+        return std::string(trimmed(windowText(contact.text(key))));
+    };
+    const auto first = shown(kContactFirstName);
+    const auto last = shown(kContactLastName);
+    if (!first.empty() || !last.empty()) {
+        return first + (first.empty() || last.empty() ? "" : " ") + last;
+    }
+    // The names are known to be blank.
+    for (const auto* const field : kTextFields) {
+        auto text = field->kind == FieldKind::Uid ? std::string() : shown(field->key);
+        if (!text.empty()) {
+            return text;
+        }
+    }
+    return "no name";
+}
+
+}  // namespace
+
+ContactRecord* recordInRow(std::ptrdiff_t row)
+{
+    auto& engine = ContactsParser::parser();
+    const auto& uids = engine.duplicates();
+    // A negative row becomes a huge unsigned index.
+    const auto index = static_cast<std::size_t>(row);
+    return index < uids.size() ? engine.contacts().find(uids[index]) : nullptr;
+}
+
+std::span<const TableColumn> reviewColumns()
+{
+    return kColumns;
+}
+
+std::string accessibleText(const ContactRecord& contact, std::string_view warning)
+{
+    auto text = shownName(contact);
+    text += contact.isChecked() ? ", marked for deletion" : ", kept";
+    if (!warning.empty()) {
+        text += ". ";
+        text += warning;
+    }
+    return text;
+}
+
+std::unique_ptr<RowFilter> reviewFilter(std::string_view typed)
+{
+    ContactFilter filter(typed, Desktop::current().textFolding);
+    return filter.isEmpty() ? nullptr : std::make_unique<ReviewFilter>(std::move(filter));
+}
+
+std::optional<std::size_t> rowForTyping(std::string_view typed, std::size_t first,
+                                        const std::function<bool(std::size_t row)>& isShown)
+{
+    const auto& folding = Desktop::current().textFolding;
+    const auto row = rowNamed(NamePrefix(typed, folding), first, isShown);
+    const auto letter = repeatedLetter(typed);
+    return row || letter.empty() || letter.size() == typed.size()
+               ? row
+               : rowNamed(NamePrefix(letter, folding), first, isShown);
+}
+
+}  // namespace dunmora

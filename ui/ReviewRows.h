@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/TableView.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace dunmora {
+
+class ContactRecord;
+
+/// The rows of the review table, which are the engine's duplicates.
+///
+/// Thread: the main thread, while the engine changes nothing. Errors: none.
+
+/// The record in a row, or null for a row that does not exist or whose person is unknown.
+ContactRecord* recordInRow(std::ptrdiff_t row);
+
+/// The columns of the table; a column's identifier is a key of the contact record.
+std::span<const TableColumn> reviewColumns();
+
+/// What assistive technology reads of a row's check box; the warning may be empty.
+std::string accessibleText(const ContactRecord& contact, std::string_view warning);
+
+/// As `TableViewDelegate::rowFilter`, with a `ContactFilter`.
+std::unique_ptr<RowFilter> reviewFilter(std::string_view typed);
+
+/// As `TableViewDelegate::rowForTyping`: the next row in which a first or a last name begins with
+/// the letters. The same letter typed again and again steps through the names that begin with it.
+std::optional<std::size_t> rowForTyping(std::string_view typed, std::size_t first,
+                                        const std::function<bool(std::size_t row)>& isShown);
+
+}  // namespace dunmora
