@@ -1,7 +1,7 @@
-"""A desktop of its own for tests: a display in memory, a window manager, a message bus, assistive technology.
+"""A private desktop for tests: a display in memory, a window manager, a message bus, assistive technology.
 
-Nothing of the user's is touched: home, preferences and buses are new ones in a folder that goes away with the desktop,
-and every process of it ends with the process that made it, however that one ends.
+It does not touch the user's desktop: home, preferences and buses are new, in a folder that is removed with the desktop,
+and the desktop's processes end when the process that started them ends, for whatever reason.
 """
 
 import ctypes
@@ -31,7 +31,7 @@ BUS = """<busconfig>
 </busconfig>
 """
 
-# No key and no click belongs to the window manager, but a click brings a window to the front.
+# The window manager handles no keys, and of the clicks only those that raise or close a window.
 MANAGER = """<openbox_config xmlns="http://openbox.org/3.4/rc">
   <focus><focusNew>yes</focusNew><focusLast>yes</focusLast></focus>
   <placement><policy>Smart</policy><center>yes</center></placement>
@@ -54,7 +54,7 @@ MANAGER = """<openbox_config xmlns="http://openbox.org/3.4/rc">
 
 
 def missing_tool():
-    """The first of the programs that a desktop is made of which this machine does not have."""
+    """Returns the first of the needed programs that is not installed, or None."""
     return next((tool for tool in NEEDED if not shutil.which(tool)), None)
 
 
@@ -62,7 +62,7 @@ PR_SET_CHILD_SUBREAPER = 36
 
 
 def adopt_orphans():
-    """Makes this process the parent of what its children leave behind, so that it can wait for those too."""
+    """Makes this process the parent of its children's orphans, so that it can wait for those too."""
     ctypes.CDLL(None, use_errno=True).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
 
 
@@ -72,18 +72,18 @@ def children_of_this_process():
 
 
 def tied(command, ending="KILL"):
-    """The command, ended by the kernel with this signal when the one who starts it ends."""
+    """Returns the command wrapped so that the kernel sends it this signal when the process that started it ends."""
     return ["setpriv", "--pdeathsig", ending, "--", *map(str, command)]
 
 
 class Desktop:
-    """Starts the processes of a desktop; to be used in a `with`."""
+    """A context manager that starts the processes of a desktop and stops them."""
 
-    # What the frames of the windows look like: title, and the controls to iconify, maximise and close.
+    # The look of the window frames, and their layout: title, iconify, maximise, close.
     theme = "Clearlooks"
     title_layout = "LIMC"
 
-    # Files that tell the session bus how to start services: only these can be started.
+    # The service files of the session bus: only these services can be started.
     services = ()
 
     def __init__(self, width=1280, height=960):
@@ -106,7 +106,7 @@ class Desktop:
         self.stop()
 
     def start(self):
-        # Sockets of other programs are named after the folder, and their names are short.
+        # Other programs create sockets in this folder, and a socket's path must be short.
         (self.folder / "run").mkdir(mode=0o700)
         (self.folder / "tmp").mkdir()
         self.environment = self.environment_at(self.folder)
@@ -131,7 +131,7 @@ class Desktop:
         self.folder_owner.cleanup()
 
     def wait_for_orphans(self):
-        """Waits for the services that the buses have started: without their bus they end."""
+        """Waits for the services that the buses started; they end when their bus is gone."""
         def all_ended():
             for child in children_of_this_process() - self.others:
                 os.waitpid(child, os.WNOHANG)
@@ -140,7 +140,7 @@ class Desktop:
         wait_for(all_ended, "end of the desktop's services")
 
     def environment_at(self, home):
-        """What a program is told that has its home in this folder."""
+        """Returns the environment for a program whose home is this folder."""
         environment = {
             "PATH": os.environ["PATH"],
             "HOME": str(home),
@@ -155,7 +155,7 @@ class Desktop:
             "LANG": "C.UTF-8",
             "TZ": "UTC0",
         }
-        # A program built with sanitizers is told what to do by these.
+        # The options of a program built with sanitizers.
         environment.update({name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")})
         return environment
 
@@ -168,7 +168,7 @@ class Desktop:
         return process
 
     def read_line(self, stream, what):
-        """What a process says once it is ready."""
+        """Returns the line that a process prints once it is ready."""
         with stream:
             line = stream.readline()
         if not line:
@@ -201,7 +201,7 @@ class Desktop:
         return self.read_line(process.stdout, "dbus-daemon")
 
     def start_accessibility(self):
-        # It ends the bus that it has started only when it is asked to end.
+        # It stops its own bus only on SIGTERM.
         self.spawn([LAUNCHER, "--launch-immediately"], ending="TERM")
 
         def address():

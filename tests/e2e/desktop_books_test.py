@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Uses the real programs on the real service that keeps a desktop's address books.
+"""Runs the real programs against the real service for a desktop's address books.
 
 desktop_books_test.py PATH-OF-DUNMORA PATH-OF-DUNMORA-CLI PATH-OF-OTHER-CLIENT [UNITTEST-OPTION]...
 """
@@ -13,24 +13,25 @@ import sys
 import time
 
 import windowcase
+from cards import card
 from desktop import Desktop
 from dunmora import Dunmora
-from dunmoracase import ANN_1, ANN_2, ANNS, BEN, BOOK, CARL_1, CARL_2, CARLS, DunmoraCase, card
+from dunmoracase import ANN_1, ANN_2, ANNS, BEN, BOOK, CARL_1, CARL_2, CARLS, DunmoraCase
 
 SERVICES = sorted(pathlib.Path("/usr/share/dbus-1/services").glob("org.gnome.evolution.dataserver.[AS]*.service"))
 MODULE = "dunmora-eds.so"
-# How long a user waits for a message at most, whatever is broken.
+# The longest time until a user sees a message, whatever is broken.
 SECONDS = 15
 
 
 class GnomeDesktop(Desktop):
-    """A desktop whose address books are kept by the service."""
+    """A desktop on which the service can be started."""
 
     services = SERVICES
 
 
 class BooksCase(DunmoraCase):
-    """The programs on such a desktop; each class has one of its own, with only the books that the tests make."""
+    """The programs on such a desktop; each class has its own one, with only the books that its tests create."""
 
     kind_of_desktop = GnomeDesktop
     terminal_program = ""
@@ -47,11 +48,11 @@ class BooksCase(DunmoraCase):
         self.assertEqual(run.returncode, 0, run.stderr)
         return run.stdout
 
-    def make_book(self, uid, name, *cards):
+    def create_book(self, uid, name, *cards):
         self.ask_other("make", uid, name, *(card.decode() for card in cards))
 
     def cards(self, uid):
-        """The cards of a book as another program sees them, by their uids."""
+        """Returns a book's cards by uid, as another program sees them."""
         parts = self.ask_other("cards", uid).split(b"\0")[:-1]
         return dict(zip(parts[::2], parts[1::2]))
 
@@ -63,7 +64,7 @@ class BooksCase(DunmoraCase):
 
 class WindowTest(BooksCase):
     def test_deletes_the_checked_people_and_leaves_all_others_as_they_were(self):
-        self.make_book("friends", "Friends", ANN_1, BEN, ANN_2, CARL_1, CARL_2)
+        self.create_book("friends", "Friends", ANN_1, BEN, ANN_2, CARL_1, CARL_2)
         before = self.cards("friends")
         self.assertEqual(len(before), 5)
 
@@ -79,7 +80,7 @@ class WindowTest(BooksCase):
 
         after = {uid: card for uid, card in before.items() if uid not in (b"ann-2", b"carl-2")}
         self.assertEqual(self.cards("friends"), after)
-        # Read anew, it says the same.
+        # Reading the book again gives the same result.
         dunmora.click(dunmora.button("Reload"))
         dunmora.search()
         dunmora.total("0 duplicates of 3")
@@ -87,11 +88,11 @@ class WindowTest(BooksCase):
 
 
 class EmptyDesktopTest(BooksCase):
-    def test_says_that_nobody_is_there_and_offers_another_book(self):
+    def test_reports_an_empty_book_and_offers_another(self):
         dunmora = self.start()
         dunmora.search()
 
-        dunmora.label("Nobody is in this address book")
+        dunmora.label("This address book is empty")
         dunmora.click(dunmora.button("Open Address Book…"))
         panel = dunmora.open_panel
         dunmora.type(panel, str(self.book))
@@ -102,7 +103,7 @@ class EmptyDesktopTest(BooksCase):
 
 class TerminalTest(BooksCase):
     def test_lists_the_books_and_deletes_from_them_with_a_backup(self):
-        self.make_book("colleagues", "Colleagues", ANN_1, BEN, ANN_2, card("odd", "Odd", "Ek", "NOTE:an odd \\x escape"))
+        self.create_book("colleagues", "Colleagues", ANN_1, BEN, ANN_2, card("odd", "Odd", "Ek", "NOTE:an odd \\x escape"))
         before = self.cards("colleagues")
 
         books = self.run_cli("books", "--format", "json")
@@ -124,7 +125,7 @@ class TerminalTest(BooksCase):
         self.assertEqual(backup.read_bytes(), before.pop(b"ann-2") + b"\r\n")
         self.assertEqual(self.cards("colleagues"), before)
 
-    def test_loads_the_module_for_no_other_book(self):
+    def test_loads_the_module_only_for_these_books(self):
         def loaded(*arguments):
             run = self.run_cli(*arguments, LD_DEBUG="files")
             self.assertEqual(run.returncode, 0, run.stderr[-2000:])
@@ -148,29 +149,29 @@ class TerminalTest(BooksCase):
 
 
 class WithoutServiceTest(BooksCase):
-    """On a desktop that does not know the service."""
+    """On a desktop without the service."""
 
     kind_of_desktop = Desktop
 
-    def assert_told(self, reason, **settings):
+    def assert_reports(self, reason, **settings):
         started = time.monotonic()
         run = self.run_cli("list", "eds:", **settings)
         self.assertLess(time.monotonic() - started, SECONDS)
         self.assertEqual(run.returncode, 1)
         self.assertEqual(run.stderr, f"dunmora-cli: The desktop's address books cannot be reached: {reason}\n")
 
-    def test_tells_that_the_service_is_not_installed(self):
-        self.assert_told("Evolution Data Server is not installed.")
+    def test_reports_that_the_service_is_not_installed(self):
+        self.assert_reports("Evolution Data Server is not installed.")
 
-    def test_tells_that_there_is_no_bus(self):
+    def test_reports_that_there_is_no_bus(self):
         nowhere = str(self.home / "nowhere")
-        self.assert_told("There is no session bus (D-Bus).", DBUS_SESSION_BUS_ADDRESS="", XDG_RUNTIME_DIR=nowhere)
+        self.assert_reports("There is no session bus (D-Bus).", DBUS_SESSION_BUS_ADDRESS="", XDG_RUNTIME_DIR=nowhere)
 
-    def test_tells_that_nobody_is_at_the_end_of_the_bus(self):
-        self.assert_told("There is no session bus (D-Bus). Could not connect: No such file or directory.",
+    def test_reports_that_nothing_listens_at_the_address_of_the_bus(self):
+        self.assert_reports("There is no session bus (D-Bus). Could not connect: No such file or directory.",
                          DBUS_SESSION_BUS_ADDRESS=f"unix:path={self.home / 'nowhere'}")
 
-    def test_tells_so_in_the_window_when_it_was_asked_for(self):
+    def test_reports_it_in_the_window_if_the_book_was_named(self):
         dunmora = self.start("eds:")
         dunmora.press(dunmora.alert("The desktop's address books cannot be reached: Evolution Data Server is not "
                                     "installed."), "enter")
@@ -181,6 +182,6 @@ if __name__ == "__main__":
     BooksCase.terminal_program, BooksCase.other_client = (os.path.abspath(sys.argv.pop(2)) for _ in range(2))
     windowcase.prepare()
     if not SERVICES:
-        print("SKIPPED: Evolution Data Server is not installed on this machine", file=sys.stderr)
+        print("SKIPPED: Evolution Data Server is not installed", file=sys.stderr)
         sys.exit(windowcase.EXIT_SKIPPED)
     windowcase.main()

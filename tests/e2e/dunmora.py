@@ -1,4 +1,4 @@
-"""The program `dunmora` as its user knows it: the main window, the dialogs, the table."""
+"""The program `dunmora` as its user sees it: the main window, the dialogs, the table."""
 
 import re
 
@@ -8,7 +8,7 @@ FIELDS = ("First name", "Last name", "Nickname", "Home phone number", "Work phon
 COLUMNS = ("Delete", "First Name", "Last Name", "Nickname", "Home", "Work", "Mobile", "Modified")
 MARK = 0
 
-# The line end in it is shown as one.
+# The line end in the message is shown as a line end.
 CONFIRMATION = (
     "Confirm to delete",
     "The checked contacts will be deleted from Address Book. \nDo you really want to continue?",
@@ -43,13 +43,13 @@ def is_open_panel(window):
 
 
 def texts_of(window):
-    """What the labels of a window say, from top to bottom."""
+    """Returns the texts of a window's labels, from top to bottom."""
     labels = [label for label in window.find_all("label") if label.name]
     return [label.name for label in sorted(labels, key=lambda label: label.extents[1])]
 
 
 class Dunmora(Program):
-    """One run of it."""
+    """One run of the program."""
 
     @property
     def main(self):
@@ -68,7 +68,7 @@ class Dunmora(Program):
         return self.wait_for_window(is_open_panel, "open panel")
 
     def alert(self, *texts):
-        """The alert that says this; others are a failure."""
+        """Waits for an alert and returns it; fails if its texts are not these."""
         alert = self.wait_for_window(is_alert, "alert")
         found = texts_of(alert)
         if found != list(texts):
@@ -76,31 +76,31 @@ class Dunmora(Program):
         return alert
 
     def wait_for_main_alone(self):
-        """Until nothing but the main window is shown; returns that."""
+        """Waits until only the main window is shown and returns it."""
         main = self.main
         self.wait_for(lambda: self.windows == [main], "end of the other windows")
         self.wait_until_active(main)
         return main
 
-    # Its main window
+    # The main window
 
     @property
     def table(self):
         return self.wait_for(lambda: self.main.find("table"), "table")
 
     def total(self, text):
-        """Waits until the total line says this."""
+        """Waits until the total line has this text."""
         self.wait_for(lambda: self.main.find_all("label", text), f"total line that says {text!r}")
 
     def label(self, pattern):
-        """Waits for the label of the main window whose whole text fits."""
+        """Waits for a label in the main window whose whole text matches."""
         def found():
             return next((label for label in self.main.find_all("label") if re.fullmatch(pattern, label.name)), None)
 
         return self.wait_for(found, f"label {pattern!r}")
 
     def button(self, pattern, window=None):
-        """Waits for the button whose whole text fits and which can be pressed."""
+        """Waits for an enabled button whose whole text matches."""
         def found():
             buttons = (window or self.main).find_all("push button", states=["enabled"])
             return next((button for button in buttons if re.fullmatch(pattern, button.name)), None)
@@ -111,14 +111,14 @@ class Dunmora(Program):
         return any(re.fullmatch(pattern, button.name) for button in self.main.find_all("push button"))
 
     def rows(self):
-        """The texts of the table's rows, mark left out."""
+        """Returns the texts of the table's rows, without the mark."""
         table = self.table
         return [tuple(self.text_of(table.cell(row, column), COLUMNS[column]) for column in range(1, len(COLUMNS)))
                 for row in range(table.row_count)]
 
     @staticmethod
     def text_of(cell, title):
-        """What the cell shows; its name tells of which column that is, and says so when that is nothing."""
+        """Returns the cell's text. Its accessible name is the column's title and that text, or "empty"."""
         name = cell.name
         if not name.startswith(f"{title}: "):
             raise AssertionError(f"a cell of the column {title!r} has the name {name!r}")
@@ -126,26 +126,31 @@ class Dunmora(Program):
         return "" if text == "empty" else text
 
     def names(self):
-        """First name and last name of the rows."""
+        """Returns the first and last name of each row."""
         return [row[:2] for row in self.rows()]
 
     def marks(self):
-        """Whether each row is checked."""
+        """Returns for each row whether it is checked."""
         table = self.table
         return [table.cell(row, MARK).has("checked") for row in range(table.row_count)]
 
     def click_mark(self, row):
-        """Clicks the check box of a row, which stands at the left in its cell."""
+        """Clicks the check box of a row, which is at the left of its cell."""
         cell = self.table.cell(row, MARK)
         self.wait_for(lambda: cell.has("showing"), f"row {row} on the screen")
         x, y, _, height = self.extents(cell)
         self.screen.click((x, y, height, height))
 
     def select(self, row, column=1):
-        """Clicks a cell and waits until its row is selected: a key pressed at once may overtake the click, which the
-        window manager holds back until it has raised the window."""
+        """Clicks a cell and waits until its row is selected: a key pressed right away could overtake the click, which
+        the window manager delays until it has raised the window."""
         self.click(self.table.cell(row, column))
         self.wait_for(lambda: self.table.cell(row, column).has("selected"), f"selection of row {row}")
+
+    def select_all(self):
+        """Selects every row of the table."""
+        self.select(0)
+        self.press(self.main, "ctrl+a")
 
     def wait_for_marks(self, *marks):
         self.wait_for(lambda: self.marks() == list(marks), f"marks {marks}")
@@ -153,17 +158,17 @@ class Dunmora(Program):
     # Whole steps of a review
 
     def search(self):
-        """Confirms the dialog as it is and waits until the search is over."""
+        """Confirms the match fields unchanged and waits until the search is over."""
         self.press(self.dialog, "enter")
         return self.wait_until_idle()
 
     def wait_until_idle(self):
-        """Until no job runs: only then can another one be started."""
+        """Waits until no job is running, when another one can be started."""
         self.button("Reload")
         return self.wait_for_main_alone()
 
     def choose(self, menu, item):
-        """Clicks an entry of a menu: "Edit", "Keep One of Each"."""
+        """Clicks an item of a menu: choose("Edit", "Keep One of Each")."""
         main = self.main
         self.wait_until_active(main)
         self.click(self.wait_for(lambda: main.find("menu bar").find("menu item", menu), f"menu {menu!r}"))

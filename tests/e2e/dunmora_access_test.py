@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Uses the real program as those do who see otherwise: dunmora_access_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
+"""Checks accessibility and light or dark windows: dunmora_access_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
 import windowcase
 from bigbook import big_book
@@ -8,7 +8,7 @@ from portal import DARK, LIGHT, SettingsPortal
 
 
 class AccessTest(DunmoraCase):
-    """Whoever does not see the windows is told all that they show."""
+    """A screen reader gets everything that the windows show."""
 
     NAMED = {"push button", "check box", "radio button", "text", "table", "table column header", "menu", "menu item",
              "progress bar", "frame", "dialog", "alert message", "combo box", "list"}
@@ -41,7 +41,7 @@ class AccessTest(DunmoraCase):
         self.assert_all_named(alert)
         self.assert_unique_mnemonics(alert)
 
-    def test_names_every_cell_and_says_whose_mark_it_is(self):
+    def test_names_every_cell_and_the_person_of_each_mark(self):
         dunmora = self.start_searched()
         table = dunmora.table
 
@@ -70,7 +70,7 @@ class AccessTest(DunmoraCase):
 
 class AppearanceTest(DunmoraCase):
     def brightness(self, dunmora):
-        """The mean brightness of what the main window shows, from 0 to 255."""
+        """Returns the main window's mean brightness, from 0 to 255."""
         _, _, pixels = dunmora.screen.image(dunmora.main.extents)
         return sum(pixels) / len(pixels)
 
@@ -84,12 +84,12 @@ class AppearanceTest(DunmoraCase):
             portal.set_colour_scheme(DARK)
             dunmora.wait_for(lambda: self.brightness(dunmora) < 80, "dark window")
 
-    def test_does_not_wait_for_a_desktop_that_answers_late(self):
-        with SettingsPortal(self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"], DARK, answers=False) as portal:
+    def test_does_not_wait_for_a_desktop_that_replies_late(self):
+        with SettingsPortal(self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"], DARK, replies=False) as portal:
             dunmora = self.start_searched()
 
             dunmora.wait_for(lambda: self.brightness(dunmora) > 180, "light window")
-            portal.answer()
+            portal.start_replying()
             dunmora.wait_for(lambda: self.brightness(dunmora) < 80, "dark window")
 
 

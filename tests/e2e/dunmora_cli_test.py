@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the real terminal program on real files: dunmora_cli_test.py PATH-OF-DUNMORA-CLI
 
-Every test has a folder of its own, which is also the program's home, so that nothing of the user's is touched.
+Every test has its own folder, which is also the program's home, so that the user's files are never touched.
 """
 
 import csv
@@ -22,6 +22,8 @@ import termios
 import time
 import unittest
 
+from cards import card
+
 PROGRAM = ""
 SAMPLE = pathlib.Path(__file__).parents[2] / "samples" / "address-book.vcf"
 SECONDS = 20
@@ -32,14 +34,6 @@ QUESTION = (
 )
 NO_OUTPUT = "dunmora-cli: The output could not be written.\n"
 
-
-def card(uid, first, last="Lee", *lines):
-    """A card, to the byte."""
-    text = ["BEGIN:VCARD", "VERSION:3.0", f"UID:{uid}", f"N:{last};{first};;;", "REV:2024-05-01T10:00:00Z", *lines,
-            "END:VCARD", ""]
-    return "\r\n".join(text).encode()
-
-
 ANN_1 = card("ann-1", "Ann", "Lee", "TEL;TYPE=CELL:+1 555 0100")
 BEN = card("ben", "Ben", "Li", "NOTE:kept\\, with a fold", " ed line")
 ANN_2 = card("ann-2", "Ann", "Lee", "X-ODD:whatever")
@@ -48,7 +42,7 @@ BOOK_WITHOUT_ANN_2 = BOOK[: -len(ANN_2)]
 
 
 def own_terminal():
-    """Makes the standard input the terminal whose keys are signals."""
+    """Makes standard input the controlling terminal, so that Ctrl+C sends a signal."""
     fcntl.ioctl(0, termios.TIOCSCTTY, 0)
 
 
@@ -67,11 +61,11 @@ class EndToEnd(unittest.TestCase):
             "TERM": "xterm",
             "TZ": "UTC0",
         }
-        # A program built with sanitizers is told what to do by these.
+        # The options of a program built with sanitizers.
         self.environment.update({name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")})
 
     def run_program(self, *arguments, command=None, stdout=subprocess.PIPE):
-        """Runs the program in pipes; returns its exit code and what it said, as text with its line ends kept."""
+        """Runs the program in pipes; returns its exit code, output and errors, with their line ends unchanged."""
         result = subprocess.run([*(command or []), PROGRAM, *map(str, arguments)], stdin=subprocess.DEVNULL,
                                 stdout=stdout, stderr=subprocess.PIPE, env=self.environment, timeout=SECONDS,
                                 check=False)
@@ -83,8 +77,8 @@ class EndToEnd(unittest.TestCase):
         return json.loads(out)
 
     def run_on_terminal(self, *arguments, answer=None, stdout=None):
-        """Runs the program on a terminal of its own, types the answer once it is asked for, and returns the exit
-        code and all that the terminal showed."""
+        """Runs the program on a new terminal and types the answer to its question. Returns the exit code and
+        everything that the terminal showed."""
         master, slave = pty.openpty()
         with subprocess.Popen([PROGRAM, *map(str, arguments)], stdin=slave, stdout=stdout or slave, stderr=slave,
                               env=self.environment, start_new_session=True, preexec_fn=own_terminal) as process:
@@ -101,11 +95,11 @@ class EndToEnd(unittest.TestCase):
         deadline = time.monotonic() + SECONDS
         while True:
             ready, _, _ = select.select([master], [], [], max(0, deadline - time.monotonic()))
-            self.assertTrue(ready, f"the program neither goes on nor ends: {shown!r}")
+            self.assertTrue(ready, f"the program hangs: {shown!r}")
             try:
                 piece = os.read(master, 65536)
             except OSError as error:
-                # This is how Linux tells that the last one on the terminal has left it.
+                # Linux reports EIO once no process has the terminal open.
                 if error.errno != errno.EIO:
                     raise
                 piece = b""
@@ -132,7 +126,7 @@ class ListTest(EndToEnd):
             "groups": [{"key": "Ann-Lee-", "rows": [row, {**row, "uid": "ann-2", "mobile": "", "check": True}]}]})
         self.assert_untouched()
 
-    def test_prints_csv_that_others_can_read(self):
+    def test_prints_csv_that_other_programs_can_read(self):
         code, out, err = self.run_program("list", self.book, "--format", "csv")
 
         rows = list(csv.DictReader(io.StringIO(out, newline="")))
@@ -175,18 +169,18 @@ class ListTest(EndToEnd):
             for character in "\x1b\x07\u202e":
                 self.assertNotIn(character, shown, form)
 
-    def test_tells_that_it_cannot_read_the_book(self):
+    def test_reports_that_it_cannot_read_the_book(self):
         for book in (self.folder / "none.vcf", "/dev/null", self.folder / "bro\x1bken"):
             code, out, err = self.run_program("list", book, "--format", "json")
 
             self.assertEqual((code, out), (1, ""))
             self.assertRegex(err, r"\Adunmora-cli: [^\n\x1b]+\n\Z")
 
-    def test_tells_that_the_output_is_full(self):
+    def test_reports_that_the_disk_of_the_output_is_full(self):
         with open("/dev/full", "wb") as full:
             self.assertEqual(self.run_program("list", self.book, stdout=full), (1, "", NO_OUTPUT))
 
-    def test_tells_that_nobody_reads_the_output(self):
+    def test_reports_that_the_reader_of_the_output_is_gone(self):
         reader, writer = os.pipe()
         os.close(reader)
         self.addCleanup(os.close, writer)
@@ -230,7 +224,7 @@ class DeleteTest(EndToEnd):
         self.assertEqual((backup["contacts"], backup["skipped"]), (len(checked), 0))
         self.assertEqual(len(SAMPLE.read_bytes()), self.book.stat().st_size + self.backup.stat().st_size)
 
-    def test_asks_on_a_terminal_in_the_systems_words(self):
+    def test_asks_for_confirmation_on_a_terminal(self):
         for answer in (b"y\n", b"Yes\n", b"OKAY\n"):
             self.book.write_bytes(BOOK)
             code, shown = self.run_on_terminal("delete", self.book, answer=answer)
@@ -241,7 +235,7 @@ class DeleteTest(EndToEnd):
             self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
 
     def test_changes_nothing_unless_the_answer_is_yes(self):
-        # The last one ends the input.
+        # The last one, Ctrl+D, ends the input.
         for answer in (b"\n", b"n\n", b"cancel\n", b"\x04"):
             code, shown = self.run_on_terminal("delete", self.book, "--backup", self.backup, answer=answer)
 
@@ -266,7 +260,7 @@ class DeleteTest(EndToEnd):
 
     def test_needs_yes_without_a_terminal(self):
         self.assertEqual(self.run_program("delete", self.book),
-                         (2, "", "dunmora-cli: Without a terminal to ask on, delete needs --yes.\n"))
+                         (2, "", "dunmora-cli: delete needs --yes when it cannot ask on a terminal.\n"))
         self.assert_untouched()
 
     def test_writes_nothing_in_a_dry_run(self):
@@ -277,7 +271,7 @@ class DeleteTest(EndToEnd):
                                            "duplicates": 1})
         self.assert_untouched()
 
-    def test_refuses_what_nobody_may_have_reviewed(self):
+    def test_refuses_to_delete_what_may_not_have_been_reviewed(self):
         blank = card("1", "", "") + card("2", "", "")
         self.book.write_bytes(blank)
 
@@ -309,7 +303,7 @@ class DeleteTest(EndToEnd):
         self.assertIn(str(self.backup), err)
         self.assertEqual((self.book.read_bytes(), self.backup.read_bytes()), (BOOK, ANN_2))
 
-    def test_changes_nothing_when_it_cannot_show_whom_it_deletes(self):
+    def test_changes_nothing_when_it_cannot_print_who_is_deleted(self):
         closed = ["sh", "-c", 'exec "$@" >&-', "sh"]
         self.assertEqual(self.run_program("delete", self.book, "--yes", command=closed), (1, "", NO_OUTPUT))
         self.assert_untouched()
@@ -318,8 +312,8 @@ class DeleteTest(EndToEnd):
             self.assertEqual(self.run_program("delete", self.book, "--yes", stdout=full), (1, "", NO_OUTPUT))
         self.assert_untouched()
 
-    def test_tells_that_no_file_may_grow_any_larger(self):
-        # One block, not none: a sanitizer's runtime writes a file of its own before the program begins.
+    def test_reports_that_the_limit_for_file_sizes_is_reached(self):
+        # One block rather than zero, because a sanitizer's runtime writes a file before the program starts.
         limited = ["sh", "-c", 'ulimit -f 1; exec "$@"', "sh"]
         book = BOOK + card("cleo", "Cleo", "Lu", f"NOTE:{'long ' * 1000}")
         self.book.write_bytes(book)
@@ -330,12 +324,12 @@ class DeleteTest(EndToEnd):
         self.assertRegex(err, r"cannot be changed: File too large\.\n\Z")
         self.assertEqual(self.book.read_bytes(), book)
 
-    def test_writes_nothing_astray_without_any_standard_stream(self):
+    def test_writes_no_output_into_the_book_when_all_standard_streams_are_closed(self):
         closed = ["sh", "-c", 'exec "$@" <&- >&- 2>&-', "sh"]
 
         code, _, _ = self.run_program("delete", self.book, "--yes", "--format", "json", command=closed)
 
-        # People were deleted, but nobody could be told.
+        # It deleted the person but could not report that.
         self.assertEqual(code, 1)
         self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
 
@@ -362,7 +356,7 @@ class FieldsTest(EndToEnd):
         self.assertEqual(self.run_program("fields"), (0, "firstname,mobile\n", ""))
         self.assertEqual(self.listed(self.book)["match"], ["firstname", "mobile"])
 
-    def test_stores_nothing_of_a_runs_own_fields(self):
+    def test_does_not_store_the_fields_of_a_single_run(self):
         self.run_program("fields", "lastname")
         stored = {path: path.read_bytes() for path in (self.folder / "config").rglob("*") if path.is_file()}
         self.assertTrue(stored)
@@ -372,8 +366,8 @@ class FieldsTest(EndToEnd):
         self.assertEqual({path: path.read_bytes() for path in stored}, stored)
         self.assertEqual(self.run_program("fields")[1], "lastname\n")
 
-    def test_tells_that_the_fields_could_not_be_stored(self):
-        # A file where the folder should be: nobody can write there, root included.
+    def test_reports_that_the_fields_could_not_be_stored(self):
+        # A file in place of the folder makes writing fail, even for root.
         (self.folder / "config").write_bytes(b"")
 
         code, out, err = self.run_program("fields", "home")
@@ -382,8 +376,8 @@ class FieldsTest(EndToEnd):
         self.assertTrue(err.endswith("dunmora-cli: The match fields could not be stored.\n"), err)
 
 
-class WrongUseTest(EndToEnd):
-    def test_is_told_in_one_line(self):
+class UsageErrorTest(EndToEnd):
+    def test_is_reported_in_one_line(self):
         for arguments in (["tidy"], ["list"], ["list", self.book, "--format", "xml"], ["list", self.book, "more"],
                           ["list", self.book, "--match", "email"], ["delete", self.book, "--yes", "--check", "nobody"],
                           ["delete", self.book, "--yes", "--check", "ben", "--uncheck", "ben"],
@@ -400,13 +394,13 @@ class WrongUseTest(EndToEnd):
                           ["fields", ""]):
             self.assertEqual(self.run_program(*arguments), expected)
 
-    def test_shows_the_usage_when_nothing_is_given(self):
+    def test_prints_the_usage_without_arguments(self):
         code, out, err = self.run_program()
 
         self.assertEqual((code, out), (2, ""))
         self.assertTrue(err.startswith("Usage:\n"))
 
-    def test_is_not_to_ask_for_help_or_the_version(self):
+    def test_does_not_count_help_or_version_as_an_error(self):
         for command in ([], ["list"], ["delete"], ["fields"]):
             code, out, err = self.run_program(*command, "--help")
             self.assertEqual((code, err), (0, ""))

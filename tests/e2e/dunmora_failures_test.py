@@ -1,24 +1,24 @@
 #!/usr/bin/python3
-"""Fails and ends the real program in whatever it does: dunmora_failures_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
+"""Makes the real program fail, and ends it in every state: dunmora_failures_test.py PATH-OF-DUNMORA [OPTION]..."""
 
 import pathlib
 import signal
 
 import windowcase
 from bigbook import big_book
-from dunmora import FIELDS, NO_FIELD, NOTHING_CHECKED, is_alert, is_progress
+from dunmora import FIELDS, NO_FIELD, is_alert, is_progress
 from dunmoracase import ANN_1, ANNS, BEN, BOOK, CARL_1, CARLS, DORA_1, DORA_2, JUNK, DunmoraCase
 from waiting import wait_for
 
 
 class FailureTest(DunmoraCase):
     def fail_with(self, dunmora, text):
-        """The alert with these words over the progress window, acknowledged; the program is then usable."""
+        """Waits for an alert with this text over the progress window and confirms it."""
         alert = dunmora.alert(text)
         self.assertTrue([window for window in dunmora.windows if is_progress(window)])
         dunmora.press(alert, "enter")
 
-    def test_tells_that_a_book_cannot_be_read(self):
+    def test_reports_that_a_book_cannot_be_read(self):
         self.book.unlink()
         dunmora = self.start(self.book)
 
@@ -31,25 +31,25 @@ class FailureTest(DunmoraCase):
         dunmora.search()
         dunmora.total("4 duplicates of 5")
 
-    def test_tells_that_a_read_only_book_cannot_be_changed(self):
+    def test_reports_that_a_read_only_book_cannot_be_changed(self):
         dunmora = self.start_searched()
         self.book.chmod(0o444)
 
         dunmora.press(self.delete_checked(dunmora), "enter")
         self.fail_with(dunmora, f"“{self.book}” cannot be changed: it is read-only.")
 
-        # The book is read again, because the engine has already forgotten people who are still there.
+        # The book is read again, because the engine has already dropped people who are still in it.
         dunmora.search()
         dunmora.total("4 duplicates of 5")
         self.assertEqual(dunmora.names(), ANNS + CARLS)
         self.assert_book(BOOK)
 
-    def test_tells_that_another_program_has_changed_the_book(self):
+    def test_reports_that_another_program_has_changed_the_book(self):
         dunmora = self.start_searched()
         self.book.write_bytes(BOOK + DORA_1 + DORA_2)
 
         dunmora.press(self.delete_checked(dunmora), "enter")
-        self.fail_with(dunmora, f"“{self.book}” has changed since it was read. Read it again first.")
+        self.fail_with(dunmora, f"“{self.book}” has changed since it was read. Reload it and try again.")
 
         dunmora.search()
         dunmora.total("6 duplicates of 7")
@@ -61,13 +61,13 @@ class FailureTest(DunmoraCase):
 
 
 class EndTest(DunmoraCase):
-    """Whatever it shows, it ends at once when it is told to."""
+    """In every state the program ends as soon as it is asked to."""
 
     BIG, BIG_WITHOUT_COPIES = big_book(30_000, 2_000)
 
     @staticmethod
     def wait_until_signals_are_handled(process_id):
-        """Until the first moments of a process are over, in which the system ends it."""
+        """Waits until the process handles SIGTERM; before that the system would kill it."""
         def is_handled():
             status = pathlib.Path(f"/proc/{process_id}/status").read_text()
             handled = next(int(line.split()[1], 16) for line in status.splitlines() if line.startswith("SigCgt:"))
@@ -76,7 +76,7 @@ class EndTest(DunmoraCase):
         wait_for(is_handled, "handler of SIGTERM")
 
     def assert_ends(self, reach):
-        """Ends a run that has been brought to a state, once by each of the ways there are."""
+        """Brings the program to a state with `reach` and ends it, once for each way to end it."""
         for name, end in (("close", lambda dunmora, main: main.close()),
                           ("quit", lambda dunmora, main: dunmora.screen.press("ctrl+q"))):
             with self.subTest(name):
@@ -125,12 +125,7 @@ class EndTest(DunmoraCase):
     def test_over_a_message(self):
         def reach():
             dunmora = self.start_searched()
-            dunmora.select(0)
-            dunmora.press(dunmora.main, "ctrl+a")
-            dunmora.choose("Edit", "Uncheck Selected")
-            dunmora.wait_for_marks(False, False, False, False)
-            dunmora.click(dunmora.button("Delete Checked"))
-            dunmora.wait_until_active(dunmora.alert(NOTHING_CHECKED))
+            dunmora.wait_until_active(self.delete_nobody(dunmora))
             return dunmora
 
         self.assert_ends(reach)
@@ -186,7 +181,7 @@ class EndTest(DunmoraCase):
         self.assert_ends(reach)
         self.assertIn(self.book.read_bytes(), (self.BIG, self.BIG_WITHOUT_COPIES))
 
-    def test_by_a_click_on_its_close_control(self):
+    def test_by_a_click_on_its_close_button(self):
         dunmora = self.start(self.book)
         dunmora.wait_until_active(dunmora.dialog)
         window = dunmora.x_window(dunmora.main)
@@ -208,7 +203,7 @@ class EndTest(DunmoraCase):
                 dunmora.seconds_until_end()
                 self.assertEqual(dunmora.process.returncode, 0)
 
-    def test_before_its_window_is_there(self):
+    def test_before_its_window_is_shown(self):
         dunmora = self.start(self.book)
         self.wait_until_signals_are_handled(dunmora.process.pid)
 

@@ -1,4 +1,4 @@
-"""The update check of the real program, against a service on this machine.
+"""Tests the real program's update check against a local service.
 
     dunmora_update_test.py PATH-OF-DUNMORA-FOR-UPDATE-TESTS [UNITTEST-OPTION]...
 """
@@ -33,7 +33,7 @@ class UpdateCase(DunmoraCase):
         return super().start(self.service.host, *arguments)
 
     def start_with(self, *replies):
-        """Starts the program with the dialog confirmed; the first reply is for the launch check."""
+        """Starts the program and confirms the match fields; the first reply is for the check at launch."""
         self.service.replies = list(replies)
         return self.start_searched()
 
@@ -85,7 +85,7 @@ class SilentCheckTest(UpdateCase):
                 dunmora = self.start_with(reply)
                 reply.wait_until_over()
 
-                # More of the user's work, in which a window would come.
+                # The user continues to work, during which a window would appear.
                 dunmora.press(dunmora.main, "F5")
                 dunmora.search()
 
@@ -94,7 +94,7 @@ class SilentCheckTest(UpdateCase):
                 self.service.requests.clear()
                 dunmora.kill()
 
-    def test_the_status_of_the_answer_does_not_matter(self):
+    def test_the_status_of_the_response_does_not_matter(self):
         self.service.replies = [Reply(NEWER, status=404)]
 
         dunmora = self.start(self.book)
@@ -118,15 +118,14 @@ class SilentCheckTest(UpdateCase):
         dunmora.press(dunmora.main, "ctrl+q")
         dunmora.seconds_until_end()
 
-
-    def test_the_program_starts_and_works_while_nobody_says_which_proxy_to_take(self):
+    def test_the_program_starts_and_works_during_a_proxy_lookup_that_hangs(self):
         silent = self.enterContext(socket.create_server(("127.0.0.1", 0)))
         silent.settimeout(DEADLINE_SECONDS)
         script = f"http://127.0.0.1:{silent.getsockname()[1]}/proxy.pac"
         kind = functools.partial(Dunmora, settings={"http_proxy": f"pac+{script}"})
         dunmora = WindowCase.start(self, "dunmora.invalid", self.book, kind=kind)
-        asking = self.enterContext(silent.accept()[0])
-        self.assertIn(b"GET /proxy.pac", asking.recv(4096))
+        lookup = self.enterContext(silent.accept()[0])
+        self.assertIn(b"GET /proxy.pac", lookup.recv(4096))
 
         dunmora.search()
 
@@ -137,13 +136,13 @@ class SilentCheckTest(UpdateCase):
 
 class MenuCheckTest(UpdateCase):
     def check(self, reply):
-        """From the busy window on; returns the program and the window."""
+        """Checks from the menu and lets the service reply once the window is busy; returns the program and window."""
         dunmora = self.start_with(Reply(SAME), reply)
         window = self.check_from_menu(dunmora)
         self.assertTrue(self.is_busy(window))
         self.assertFalse(self.offers_download(window))
         self.assertEqual(texts_of(window), [])
-        reply.go_on()
+        reply.resume()
         return dunmora, window
 
     def test_a_newer_version_is_offered(self):
@@ -153,19 +152,19 @@ class MenuCheckTest(UpdateCase):
         self.assertTrue(self.offers_download(window))
         self.assertEqual(self.service.requests, [REQUEST] * 2)
 
-    def test_the_latest_version_is_told(self):
+    def test_the_latest_version_is_reported(self):
         dunmora, window = self.check(Reply(SAME, held=True))
 
         self.wait_for_outcome(dunmora, window, LATEST)
         self.assertFalse(self.offers_download(window))
 
-    def test_an_unreadable_reply_passes_for_the_latest_version(self):
+    def test_an_unreadable_reply_counts_as_the_latest_version(self):
         dunmora, window = self.check(Reply(UNREADABLE, held=True))
 
         self.wait_for_outcome(dunmora, window, LATEST)
         self.assertFalse(self.offers_download(window))
 
-    def test_a_failure_is_told_in_the_busy_window(self):
+    def test_a_failure_is_reported_in_the_busy_window(self):
         dunmora = self.start_with(Reply(SAME), Hangup())
 
         window = self.check_from_menu(dunmora)
@@ -174,7 +173,7 @@ class MenuCheckTest(UpdateCase):
         self.assertTrue(self.is_busy(window))
         self.assertFalse(self.offers_download(window))
 
-    def test_a_failure_is_told_when_nobody_listens(self):
+    def test_a_refused_connection_is_reported(self):
         dunmora = self.start_with(Reply(SAME))
         self.service.server.socket.close()
 
@@ -221,7 +220,7 @@ class DownloadTest(UpdateCase):
         wait_for(lambda: self.browser.opened == [DOWNLOAD], "address in the browser")
         dunmora.wait_for_main_alone()
 
-    def test_what_is_no_address_of_the_web_is_not_opened(self):
+    def test_only_web_addresses_are_opened(self):
         for address in ("file:///etc/passwd", "/bin/true", "not an address", "javascript:alert(1)", ""):
             with self.subTest(address):
                 dunmora = self.start_with(Reply(SAME), Reply(f"99.5\n{address}\n{NEWS}".encode()))
@@ -231,7 +230,7 @@ class DownloadTest(UpdateCase):
                 dunmora.click(window.find("push button", "Download"))
 
                 dunmora.wait_for_main_alone()
-                # What is opened comes in order: the maker's page comes alone.
+                # Addresses are opened in order, so this must be the first.
                 dunmora.choose("Help", "Website")
                 wait_for(lambda: self.browser.opened, "the maker's page in the browser")
                 self.assertEqual(len(self.browser.opened), 1)
@@ -278,35 +277,35 @@ class TransferTest(UpdateCase):
         dunmora.press(window, "escape")
         dunmora.wait_for_main_alone()
         reply.wait_until_closed()
-        reply.go_on()
+        reply.resume()
         reply.wait_until_over()
 
         window = self.check_from_menu(dunmora)
         self.wait_for_outcome(dunmora, window, LATEST)
         self.assertFalse(self.offers_download(window))
 
-    def test_a_menu_check_during_the_launch_check_is_the_one_that_counts(self):
+    def test_a_menu_check_replaces_a_running_launch_check(self):
         launch = Reply(NEWER[20:], first=NEWER[:20], held=True)
         menu = Reply(SAME, held=True)
         dunmora = self.start_with(launch, menu)
         window = self.check_from_menu(dunmora)
         self.service.wait_for_requests(2)
 
-        launch.go_on()
+        launch.resume()
         launch.wait_until_over()
         self.assertTrue(self.is_busy(window))
-        menu.go_on()
+        menu.resume()
 
         self.wait_for_outcome(dunmora, window, LATEST)
         self.assertFalse(self.offers_download(window))
 
-    def test_a_reply_that_comes_after_the_menu_checks_does_not_count_either(self):
+    def test_a_launch_checks_reply_is_ignored_after_the_menu_checks(self):
         launch = Reply(NEWER, held=True)
         dunmora = self.start_with(launch, Reply(SAME))
         window = self.check_from_menu(dunmora)
         self.wait_for_outcome(dunmora, window, LATEST)
 
-        launch.go_on()
+        launch.resume()
         launch.wait_until_over()
         dunmora.press(window, "alt+s")
         dunmora.wait_for(lambda: not self.box(window).has("checked"), "automatic check turned off")

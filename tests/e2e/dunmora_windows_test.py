@@ -1,12 +1,12 @@
 #!/usr/bin/python3
-"""Uses the real program as a person does: dunmora_windows_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
+"""Uses the real program's windows: dunmora_windows_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
 import pathlib
 
 import windowcase
 from bigbook import big_book
 from drop import FileDrag
-from dunmora import FIELDS, NO_BOOK, NO_FIELD, NOTHING_CHECKED, is_alert, texts_of
+from dunmora import FIELDS, NO_BOOK, NO_FIELD, is_alert, texts_of
 from dunmoracase import (ANN_1, ANN_2, ANNS, BEN, BOOK, BROKEN, CARL_1, CARL_2, CARLS, DORA_1, DORA_2, JUNK, NOBODY_1,
                          NOBODY_2, DunmoraCase)
 
@@ -23,7 +23,7 @@ class StartTest(DunmoraCase):
         stack = [window for window in dunmora.screen.windows if window.process_id == dunmora.process.pid]
         self.assertEqual(text, ["Loading Contacts..."])
         self.assertEqual(stack, [dunmora.x_window(main), dunmora.x_window(progress)])
-        # It never takes the keyboard away.
+        # It never takes the keyboard from the main window.
         dunmora.wait_until_active(main)
 
         dialog = dunmora.dialog
@@ -47,7 +47,7 @@ class StartTest(DunmoraCase):
         dunmora.wait_for(lambda: dunmora.screen.active_window == other, "keyboard of the other program")
         dunmora.x_window(main).activate()
         dunmora.wait_until_active(main)
-        # Its marks can still be changed, so no job has begun.
+        # Its marks can still be changed, so no job was started.
         dunmora.select(0)
         dunmora.press(main, "space")
         dunmora.wait_for_marks(True, True, False, True)
@@ -94,7 +94,7 @@ class StartTest(DunmoraCase):
 
         dunmora.total("4 duplicates of 6")
 
-    def test_goes_on_with_its_book_when_the_open_panel_is_cancelled(self):
+    def test_keeps_its_book_when_the_open_panel_is_cancelled(self):
         dunmora = self.start_searched()
 
         dunmora.press(dunmora.main, "ctrl+o")
@@ -109,17 +109,17 @@ class MatchFieldsTest(DunmoraCase):
     def states(self, dialog):
         return {name: dialog.find("check box", name).has("checked") for name in FIELDS}
 
-    def test_begins_with_first_and_last_name(self):
+    def test_has_first_and_last_name_checked_at_first(self):
         dunmora = self.start(self.book)
 
         self.assertEqual(self.states(dunmora.dialog), {name: name in FIELDS[:2] for name in FIELDS})
 
-    def test_is_used_by_keyboard_alone(self):
+    def test_works_by_keyboard_alone(self):
         dunmora = self.start(self.book)
         dialog = dunmora.dialog
         dunmora.wait_until_active(dialog)
 
-        # Every box is reached by the Tab key and turned by the space bar.
+        # The Tab key reaches every box and the space bar toggles it.
         turned = set()
         for _ in range(3 * len(FIELDS)):
             box = next(iter(dialog.find_all("check box", states=["focused"])), None)
@@ -138,7 +138,7 @@ class MatchFieldsTest(DunmoraCase):
         dunmora.wait_for_main_alone()
         dunmora.total("0 duplicates of 5")
 
-    def test_keeps_a_choice_even_when_it_is_cancelled(self):
+    def test_stores_a_choice_even_when_it_is_cancelled(self):
         dunmora = self.start(self.book)
         dialog = dunmora.dialog
         dunmora.click(dialog.find("check box", FIELDS[5]))
@@ -169,11 +169,11 @@ class MatchFieldsTest(DunmoraCase):
 
         dunmora.wait_for_main_alone()
         dunmora.total("5 duplicates of 5")
-        # Two people have one number, three have none.
+        # Two people share one number, three have no number.
         self.assertEqual(dunmora.names(),
                          [("Ann", "Lee"), ("Carl", "Ek"), ("Ben", "Li"), ("Ann", "Lee"), ("Carl", "Ek")])
 
-    def test_says_that_the_search_was_cancelled(self):
+    def test_reports_that_the_search_was_cancelled(self):
         for cancel in (lambda dunmora, dialog: dunmora.press(dialog, "escape"),
                        lambda dunmora, dialog: dunmora.click(dunmora.button("Cancel", dialog)),
                        lambda dunmora, dialog: dunmora.x_window(dialog).close()):
@@ -187,7 +187,7 @@ class MatchFieldsTest(DunmoraCase):
                 dunmora.kill()
         self.assert_book(BOOK)
 
-    def test_keeps_the_main_window_from_the_user_while_it_asks(self):
+    def test_blocks_the_main_window_while_it_asks(self):
         dunmora = self.start(self.book)
         main, dialog = dunmora.main, dunmora.dialog
         dunmora.wait_until_active(dialog)
@@ -203,7 +203,7 @@ class MatchFieldsTest(DunmoraCase):
 
         dunmora.wait_for_main_alone()
         dunmora.total("4 duplicates of 5")
-        # All that has been shown since is the progress of the search.
+        # Only the search's progress window was shown since.
         self.assertLessEqual(dunmora.screen.count_new_windows(), 1)
 
 
@@ -221,7 +221,7 @@ class ReviewTest(DunmoraCase):
         self.assertTrue(all("24" in row[6] for row in dunmora.rows()), dunmora.rows())
 
     def test_has_the_keyboard_in_the_table_after_a_search(self):
-        # One that takes its time: the main window has the keyboard before the table has rows.
+        # In a long search the main window has the keyboard before the table has rows.
         dunmora = self.start_searched(big_book(10_000, 10)[0])
 
         dunmora.wait_for(lambda: dunmora.table.has("focused"), "keyboard in the table")
@@ -243,8 +243,7 @@ class ReviewTest(DunmoraCase):
     def test_marks_all_selected_rows_by_menu(self):
         dunmora = self.start_searched()
 
-        dunmora.select(0)
-        dunmora.press(dunmora.main, "ctrl+a")
+        dunmora.select_all()
         dunmora.choose("Edit", "Check Selected")
         dunmora.wait_for_marks(True, True, True, True)
         dunmora.choose("Edit", "Uncheck Selected")
@@ -252,13 +251,8 @@ class ReviewTest(DunmoraCase):
 
     def test_does_not_delete_when_nothing_is_checked(self):
         dunmora = self.start_searched()
-        dunmora.select(0)
-        dunmora.press(dunmora.main, "ctrl+a")
-        dunmora.choose("Edit", "Uncheck Selected")
-        dunmora.wait_for_marks(False, False, False, False)
 
-        dunmora.click(dunmora.button("Delete Checked"))
-        dunmora.press(dunmora.alert(NOTHING_CHECKED), "escape")
+        dunmora.press(self.delete_nobody(dunmora), "escape")
 
         dunmora.wait_for_main_alone()
         self.assertEqual(dunmora.names(), ANNS + CARLS)
@@ -311,7 +305,7 @@ class ReviewTest(DunmoraCase):
         dunmora.total("6 duplicates of 7")
         self.assertEqual(dunmora.marks(), [False, True, False, True, True, True])
 
-    def test_says_that_nobody_is_there_twice(self):
+    def test_reports_that_there_are_no_duplicates(self):
         dunmora = self.start_searched(ANN_1 + BEN)
 
         dunmora.total("0 duplicates of 2")
@@ -323,7 +317,7 @@ class WarningsTest(DunmoraCase):
         super().setUp()
         self.dunmora = self.start_searched(ANN_1 + DORA_1 + DORA_2 + ANN_2 + NOBODY_1 + NOBODY_2 + CARL_1 + CARL_2)
 
-    def test_tells_who_would_be_lost(self):
+    def test_shows_who_would_be_lost(self):
         dunmora = self.dunmora
         dunmora.button("1 person would lose every copy")
         self.assertIn("Every copy of this person is checked", dunmora.table.cell(2, 0).name)
@@ -332,10 +326,10 @@ class WarningsTest(DunmoraCase):
 
         dunmora.button("2 people would lose every copy")
 
-    def test_tells_who_shares_only_empty_fields(self):
+    def test_shows_who_shares_only_empty_fields(self):
         self.dunmora.button("2 people share only empty fields")
 
-    def test_jumps_from_one_to_the_next(self):
+    def test_jumps_from_one_warning_to_the_next(self):
         dunmora = self.dunmora
         dunmora.click_mark(0)
 
@@ -368,7 +362,7 @@ class FilterTest(DunmoraCase):
         dunmora.wait_for_marks(False, True, False, True)
         self.assertIsNone(dunmora.main.find("text"))
 
-    def test_is_taken_away_before_a_deletion(self):
+    def test_is_cleared_before_a_deletion(self):
         dunmora = self.start_searched()
         dunmora.press(dunmora.main, "ctrl+f")
         dunmora.type(dunmora.main, "carl")
@@ -398,12 +392,15 @@ class FilterTest(DunmoraCase):
 
 
 class NotesTest(DunmoraCase):
-    def test_tells_what_the_book_could_not_read(self):
+    def test_lists_the_cards_that_were_skipped(self):
         dunmora = self.start_searched(BOOK + BROKEN)
 
         dunmora.click(dunmora.button("1 card was skipped"))
         alert = dunmora.wait_for_window(is_alert, "alert")
-        remark = f"1 card of “{self.book}” was skipped and stays as it is (line 40): it has no END or no property."
+        remark = (
+            f"1 card in “{self.book}” (line 40) was skipped because it has no END line or no properties. "
+            "It stays in the file unchanged."
+        )
         self.assertEqual(texts_of(alert), ["1 card was skipped", remark])
         dunmora.press(alert, "escape")
         dunmora.wait_for_main_alone()
@@ -449,7 +446,7 @@ class DropTest(DunmoraCase):
         dunmora.total("2 duplicates of 2")
         self.assertIn("other.vcf", main.name)
 
-    def test_takes_no_book_while_it_asks(self):
+    def test_accepts_no_book_while_it_asks(self):
         dunmora = self.start(self.book)
         main, dialog = dunmora.main, dunmora.dialog
 

@@ -1,15 +1,8 @@
-"""What the tests of `dunmora` have in common: a book of a few people, and the program started on it."""
+"""Shared by the tests of `dunmora`: a book of a few people, and the program started on it."""
 
-from dunmora import CONFIRMATION, Dunmora
+from cards import card
+from dunmora import CONFIRMATION, NOTHING_CHECKED, Dunmora
 from windowcase import WindowCase
-
-
-def card(uid, first, last, *lines):
-    """A card, to the byte."""
-    text = ["BEGIN:VCARD", "VERSION:3.0", f"UID:{uid}", f"N:{last};{first};;;", "REV:2024-05-01T10:00:00Z", *lines,
-            "END:VCARD", ""]
-    return "\r\n".join(text).encode()
-
 
 ANN_1 = card("ann-1", "Ann", "Lee", "TEL;TYPE=CELL:+1 555 0100", "NICKNAME:Annie")
 BEN = card("ben", "Ben", "Li", "NOTE:kept\\, with a fold", " ed line")
@@ -26,7 +19,7 @@ BROKEN = b"BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Cut off\r\n"
 
 
 class DunmoraCase(WindowCase):
-    """A home with a book in it."""
+    """A test with a home folder that contains a book."""
 
     def start(self, *arguments):
         return super().start(*arguments, kind=Dunmora)
@@ -39,19 +32,28 @@ class DunmoraCase(WindowCase):
         self.book.write_bytes(BOOK)
 
     def start_searched(self, content=BOOK):
-        """Starts the program and confirms the dialog as it is."""
+        """Starts the program on a book with this content and confirms the match fields unchanged."""
         self.book.write_bytes(content)
         dunmora = self.start(self.book)
         dunmora.search()
         return dunmora
 
     def delete_checked(self, dunmora):
-        """Up to the confirmation; returns that."""
+        """Clicks Delete Checked and returns the confirmation."""
         dunmora.wait_for_main_alone()
         dunmora.click(dunmora.button("Delete Checked"))
         return dunmora.alert(*CONFIRMATION)
 
+    @staticmethod
+    def delete_nobody(dunmora):
+        """Clicks Delete Checked with every row unchecked and returns the alert."""
+        dunmora.select_all()
+        dunmora.choose("Edit", "Uncheck Selected")
+        dunmora.wait_for(lambda: not any(dunmora.marks()), "table without check marks")
+        dunmora.click(dunmora.button("Delete Checked"))
+        return dunmora.alert(NOTHING_CHECKED)
+
     def assert_book(self, content):
-        """On the disk lies this, and nothing else beside it."""
+        """The book has this content, and there is no other file in its folder."""
         self.assertEqual(self.book.read_bytes(), content)
         self.assertEqual([path.name for path in self.books.iterdir()], [self.book.name])

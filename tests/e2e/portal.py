@@ -1,4 +1,4 @@
-"""The part of the desktop's settings portal that tells whether the user likes it dark."""
+"""The part of the desktop's settings portal that reports whether the user prefers dark windows."""
 
 import threading
 
@@ -41,12 +41,12 @@ INTERFACE = """<node>
 
 
 class SettingsPortal:
-    """Answers on a session bus as long as the `with` lasts."""
+    """A context manager that serves the portal on a session bus."""
 
-    def __init__(self, address, colour_scheme=NO_PREFERENCE, answers=True):
+    def __init__(self, address, colour_scheme=NO_PREFERENCE, replies=True):
         self.colour_scheme = colour_scheme
-        self.answers = answers
-        self.questions = []
+        self.replies = replies
+        self.pending = []
         self.context = GLib.MainContext.new()
         self.loop = GLib.MainLoop.new(self.context, False)
         self.ready = threading.Event()
@@ -63,21 +63,21 @@ class SettingsPortal:
         self.bus.close_sync(None)
 
     def set_colour_scheme(self, colour_scheme):
-        """Changes it and tells everyone who listens."""
+        """Changes the setting and emits the signal for it."""
         self.colour_scheme = colour_scheme
         value = GLib.Variant("(ssv)", (APPEARANCE, COLOUR_SCHEME, GLib.Variant("u", colour_scheme)))
         self.bus.emit_signal(None, PATH, SETTINGS, "SettingChanged", value)
         self.bus.flush_sync(None)
 
-    def answer(self):
-        """Answers all questions from now on, and those asked before."""
-        self.context.invoke_full(GLib.PRIORITY_DEFAULT, lambda _: self.answer_all(), None)
+    def start_replying(self):
+        """Replies to the pending calls and to all later ones."""
+        self.context.invoke_full(GLib.PRIORITY_DEFAULT, lambda _: self.reply_to_pending(), None)
 
-    def answer_all(self):
-        self.answers = True
-        for question in self.questions:
-            self.reply(*question)
-        self.questions = []
+    def reply_to_pending(self):
+        self.replies = True
+        for call in self.pending:
+            self.reply(*call)
+        self.pending = []
 
     def serve(self, address):
         self.context.push_thread_default()
@@ -90,10 +90,10 @@ class SettingsPortal:
         self.loop.run()
 
     def called(self, _bus, _sender, _path, _interface, method, arguments, invocation):
-        if self.answers:
+        if self.replies:
             self.reply(method, arguments, invocation)
         else:
-            self.questions.append((method, arguments, invocation))
+            self.pending.append((method, arguments, invocation))
 
     def reply(self, method, arguments, invocation):
         value = GLib.Variant("u", self.colour_scheme)
@@ -102,6 +102,6 @@ class SettingsPortal:
         elif arguments.unpack() != (APPEARANCE, COLOUR_SCHEME):
             invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "Requested setting not found")
         else:
-            # The older of the two wraps its answer once more.
+            # Read, the older method, wraps its value in another variant.
             inner = value if method == "ReadOne" else GLib.Variant("v", value)
             invocation.return_value(GLib.Variant("(v)", (inner,)))

@@ -1,4 +1,4 @@
-"""A program with windows, started on a desktop and driven as its user would."""
+"""A program with windows, started on a desktop and driven as a user would."""
 
 import pathlib
 import signal
@@ -10,12 +10,12 @@ from desktop import tied
 from png import png
 from waiting import wait_for
 
-# How long the program may take to end when it is told to.
+# How long the program may take to end when it is asked to.
 SECONDS_TO_END = 2
 
 
 class Ended(AssertionError):
-    """The program has ended although nobody told it to."""
+    """The program ended unexpectedly."""
 
 
 class Program:
@@ -25,11 +25,11 @@ class Program:
         self.desktop = desktop
         self.screen = desktop.screen
         self.output_file = home / "output.log"
-        # Where the run before has left the mouse is no matter of this one.
+        # The previous run may have left the mouse anywhere.
         self.screen.move(0, 0)
         environment = desktop.environment_at(home)
         environment.update({name: desktop.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
-        # Qt tells assistive technology nothing unless somebody listens, which it asks the session's settings.
+        # Otherwise Qt looks in the session's settings for a screen reader and reports nothing without one.
         environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         environment.update(settings or {})
         self.scale = float(environment.get("QT_SCALE_FACTOR", 1))
@@ -40,17 +40,17 @@ class Program:
 
     @property
     def output(self):
-        """What it has said on its standard output and error."""
+        """The program's standard output and error so far."""
         return self.output_file.read_text(errors="replace")
 
     def wait_for(self, condition, what):
-        """Waits while the program runs."""
+        """Waits for a condition; fails as soon as the program has ended without it."""
         def condition_while_running():
             try:
                 result = condition()
             except Gone:
                 result = None
-            # What it did before it ended counts.
+            # The condition may have become true right before the program ended.
             if not result and self.process.poll() is not None:
                 raise Ended(f"no {what}: it has ended with {self.process.returncode}: {self.output}")
             return result
@@ -67,11 +67,11 @@ class Program:
 
     @property
     def windows(self):
-        """The windows that it shows."""
+        """The windows on the screen."""
         return [window for window in self.application.children if window.has("showing")]
 
     def x_window(self, window):
-        """The same window for the X server; none while the two disagree about where it is."""
+        """Returns the X server's window for this one, or None while the two disagree about its position."""
         extents = self.extents(window)
         tolerance = self.scale - 1
 
@@ -82,11 +82,11 @@ class Program:
                      if found.process_id == self.process.pid and is_there(found)), None)
 
     def extents(self, node):
-        """The rectangle on the screen, in its pixels: the program reckons in larger ones where it is scaled."""
+        """Returns the node's rectangle in the screen's pixels, which are smaller than those of a scaled program."""
         return tuple(round(measure * self.scale) for measure in node.extents)
 
     def wait_for_window(self, fits, what):
-        """The window that fits, once it stands where it will stay."""
+        """Waits for a window that fits and has reached its final position."""
         def found():
             for window in self.windows:
                 if fits(window) and self.x_window(window):
@@ -96,17 +96,17 @@ class Program:
         return self.wait_for(found, what)
 
     def wait_until_active(self, window):
-        """Until the window has the keyboard."""
+        """Waits until the window has the keyboard."""
         def is_active():
             active = self.screen.active_window
             return active is not None and window.has("active") and active == self.x_window(window)
 
         self.wait_for(is_active, f"keyboard for {window}")
 
-    # The user's hands
+    # Keyboard and mouse
 
     def press(self, window, *keys):
-        """Presses keys, one after another, in a window once that has the keyboard."""
+        """Waits until the window has the keyboard, then presses these keys, one after another."""
         self.wait_until_active(window)
         for key in keys:
             self.screen.press(key)
@@ -116,22 +116,22 @@ class Program:
         self.screen.type(text)
 
     def click(self, node, times=1):
-        """Clicks a control or a cell where it is on the screen."""
+        """Waits until a control or cell is on the screen, then clicks it."""
         self.wait_for(lambda: node.has("showing"), f"place on the screen of {node}")
         self.screen.click(self.extents(node), times)
 
-    # Its end
+    # Ending
 
     def terminate(self):
         self.process.send_signal(signal.SIGTERM)
 
     def seconds_until_end(self):
-        """Waits for the end and returns how long it took; the test fails when it takes too long."""
+        """Waits for the program to end and returns how long that took; fails when it takes too long."""
         started = time.monotonic()
         try:
             self.process.wait(SECONDS_TO_END)
         except subprocess.TimeoutExpired:
-            raise AssertionError(f"the program goes on after {SECONDS_TO_END} seconds") from None
+            raise AssertionError(f"the program is still running after {SECONDS_TO_END} seconds") from None
         return time.monotonic() - started
 
     def kill(self):
@@ -139,7 +139,7 @@ class Program:
         self.process.wait()
 
     def save_evidence(self, folder):
-        """Writes down what it shows at this moment."""
+        """Saves the screen, the output and the accessible tree as they are now."""
         pathlib.Path(folder, "screen.png").write_bytes(png(self.screen.image()))
         pathlib.Path(folder, "output.log").write_text(self.output)
         try:

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Deletes from copies of other programs' cards: real_cards_test.py PATH-OF-DUNMORA-CLI FOLDER-OF-CARDS
 
-The environment's DUNMORA_VCARDS goes before the folder. Where there is no such folder, nothing is tested.
+The environment variable DUNMORA_VCARDS overrides the folder. If the folder does not exist, nothing is tested.
 """
 
 import codecs
@@ -25,8 +25,8 @@ def holds_cards(file):
 
 
 def is_made_of(original, remaining, cards):
-    """Whether the original is what remains with these cards put back into it, each in one piece and in this order."""
-    # A card may stand there twice, so that there are several places where the cards so far can have ended.
+    """Whether inserting these cards, each in one piece and in this order, into what remains gives the original."""
+    # A card may occur twice, so the cards so far may end at several places.
     ends, taken = {0}, 0
     for card in cards:
         begins = [match.start() for match in re.finditer(b"(?=%b)" % re.escape(card), original)]
@@ -37,7 +37,7 @@ def is_made_of(original, remaining, cards):
 
 
 def cards_in(backup):
-    """The cards of a backup, to the byte, and the line end that a last one without any was given."""
+    """Returns the cards of a backup, byte for byte, and the line end that was added if the last card had none."""
     encoding = UTF_16.get(backup[:2], "latin-1")
     text = backup[2 if backup[:2] in UTF_16 else 0:].decode(encoding, "surrogatepass")
     cards = re.split(r"(?<=[\r\n])(?=[ \t]*BEGIN:VCARD)", text, flags=re.IGNORECASE)
@@ -58,14 +58,15 @@ class RealCards(unittest.TestCase):
         return json.loads(result.stdout)
 
     def delete_and_find_everyone(self, original):
-        """Deletes from a book with these bytes, looks for all of them afterwards, and returns how many people went."""
+        """Deletes from a book with these bytes and checks that the book and its backup together still contain them.
+        Returns how many people were deleted."""
         self.book.write_bytes(original)
         self.backup.unlink(missing_ok=True)
         before = self.result_of("list", self.book)
         deleted = len(self.result_of("delete", self.book, "--yes", "--allow-last-copy", "--allow-blank-match",
                                      "--match", "firstname", "--backup", self.backup)["deleted"])
         after = self.result_of("list", self.book)
-        # A card that is skipped for its END stands behind others is whole once they are gone.
+        # A card that was skipped because its END comes after other cards is complete once those are gone.
         self.assertLessEqual(after["skipped"], before["skipped"])
         self.assertEqual(after["contacts"] + after["skipped"], before["contacts"] + before["skipped"] - deleted)
         self.assertEqual(self.backup.exists(), deleted > 0)
@@ -73,18 +74,18 @@ class RealCards(unittest.TestCase):
         remaining = self.book.read_bytes()
         if len(remaining) + sum(map(len, cards)) > len(original):
             cards[-1] = cards[-1].removesuffix(line_end)
-        self.assertTrue(is_made_of(original, remaining, cards), "the book and its backup are not what the book was")
+        self.assertTrue(is_made_of(original, remaining, cards), "the book and its backup together are not the original")
         if deleted:
             self.assertEqual(self.result_of("list", self.backup, *EVERY_FIELD)["contacts"], deleted)
         return deleted
 
-    def test_are_all_there_after_a_deletion_from_any_file(self):
+    def test_lose_no_byte_in_a_deletion_from_each_file(self):
         for file in FILES:
             with self.subTest(file):
                 self.delete_and_find_everyone(file.read_bytes())
 
-    def test_are_all_there_after_a_deletion_from_all_files_in_one(self):
-        # Each twice, so that there is much to delete; UTF-16 could not be a part of such a file.
+    def test_lose_no_byte_in_a_deletion_from_all_files_in_one(self):
+        # Twice each, so that there is much to delete; UTF-16 cannot be part of such a file.
         texts = [text for text in (file.read_bytes() for file in FILES) if b"\0" not in text]
         self.assertGreater(self.delete_and_find_everyone(b"\n".join(texts * 2)), 0)
 
@@ -96,4 +97,4 @@ if __name__ == "__main__":
     FILES = sorted(filter(holds_cards, folder.rglob("*")))
     if folder.is_dir():
         unittest.main(argv=sys.argv[:1])
-    print(f"Skipped: there are no real cards in “{folder}”; name another folder in DUNMORA_VCARDS.")
+    print(f"Skipped: “{folder}” does not exist. Set DUNMORA_VCARDS to a folder of vCards.")

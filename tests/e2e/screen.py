@@ -1,4 +1,4 @@
-"""The X server seen as a person sees it: windows, a keyboard, a mouse, and what is on the screen."""
+"""The X server as a user sees it: windows, a keyboard, a mouse, and the pixels on the screen."""
 
 import Xlib.display
 import Xlib.error
@@ -15,7 +15,7 @@ KEYS = {
 
 
 class XWindow:
-    """A window that the window manager looks after."""
+    """A window managed by the window manager."""
 
     def __init__(self, screen, window):
         self.screen = screen
@@ -44,27 +44,27 @@ class XWindow:
 
     @property
     def extents(self):
-        """The rectangle of its content on the screen: x, y, width and height."""
+        """The rectangle of the window's content on the screen: x, y, width and height."""
         geometry = self.window.get_geometry()
         origin = self.window.translate_coords(self.screen.root, 0, 0)
         return -origin.x, -origin.y, geometry.width, geometry.height
 
     @property
     def frame(self):
-        """How far the window manager's frame reaches beyond it: left, right, top and bottom."""
+        """The width of the window manager's frame: left, right, top and bottom."""
         return tuple(self.screen.property_of(self.window, "_NET_FRAME_EXTENTS") or (0, 0, 0, 0))
 
     def close(self):
-        """Asks the window manager to close it, as its close control would."""
-        self.screen.tell_manager(self.window, "_NET_CLOSE_WINDOW", [Xlib.X.CurrentTime, 2])
+        """Asks the window manager to close the window, as its close button would."""
+        self.screen.send_to_manager(self.window, "_NET_CLOSE_WINDOW", [Xlib.X.CurrentTime, 2])
 
     def activate(self):
-        """Asks the window manager to bring it to the front."""
-        self.screen.tell_manager(self.window, "_NET_ACTIVE_WINDOW", [2, Xlib.X.CurrentTime, 0])
+        """Asks the window manager to activate the window."""
+        self.screen.send_to_manager(self.window, "_NET_ACTIVE_WINDOW", [2, Xlib.X.CurrentTime, 0])
 
 
 class Screen:
-    """The one screen of a display, its keyboard and its mouse."""
+    """The only screen of a display, with its keyboard and mouse."""
 
     def __init__(self, name):
         self.display = Xlib.display.Display(name)
@@ -92,7 +92,7 @@ class Screen:
 
     @property
     def windows(self):
-        """All windows that the window manager looks after, the lowest first."""
+        """All managed windows, the lowest first."""
         ids = self.property_of(self.root, "_NET_CLIENT_LIST_STACKING")
         return [XWindow(self, self.display.create_resource_object("window", window)) for window in ids or []]
 
@@ -104,7 +104,7 @@ class Screen:
 
     @property
     def focused_window(self):
-        """The window that keys go to at this moment; none while they are lost."""
+        """The window that receives keys at this moment, or None while no window does."""
         focus = self.display.get_input_focus().focus
         known = {window.window.id for window in self.windows}
         while not isinstance(focus, int) and focus.id != self.root.id:
@@ -117,13 +117,13 @@ class Screen:
         return None
 
     def count_new_windows(self):
-        """How many windows have got a frame since the last call, however short their life was."""
+        """Returns how many windows got a frame since the last call, including any closed since."""
         self.take_events()
         count, self.new_windows = self.new_windows, 0
         return count
 
     def count_activations(self):
-        """How often another window has got the keyboard since the last call, however soon it lost it again."""
+        """Returns how often the active window changed since the last call."""
         self.take_events()
         count, self.activations = self.activations, 0
         return count
@@ -136,14 +136,14 @@ class Screen:
             self.activations += event.type == Xlib.X.PropertyNotify and event.atom == self.atom("_NET_ACTIVE_WINDOW")
 
     def open_window(self, title):
-        """A window that belongs to none of the programs."""
+        """Opens a window that belongs to none of the programs."""
         window = self.root.create_window(0, 0, 80, 60, 0, Xlib.X.CopyFromParent)
         window.set_wm_name(title)
         window.map()
         self.display.sync()
         return XWindow(self, window)
 
-    def tell_manager(self, window, message, data):
+    def send_to_manager(self, window, message, data):
         event = Xlib.protocol.event.ClientMessage(window=window, client_type=self.atom(message),
                                                   data=(32, (data + [0] * 5)[:5]))
         mask = Xlib.X.SubstructureRedirectMask | Xlib.X.SubstructureNotifyMask
@@ -162,7 +162,7 @@ class Screen:
         Xlib.ext.xtest.fake_input(self.display, kind, detail)
 
     def press(self, keys):
-        """Presses a key, or several together: "enter", "ctrl+f", "alt+shift+o"."""
+        """Presses a key or a combination: "enter", "ctrl+f", "alt+shift+o"."""
         codes = []
         for key in keys.split("+"):
             keysym = Xlib.XK.string_to_keysym(KEYS.get(key, key))
@@ -176,7 +176,7 @@ class Screen:
         self.display.sync()
 
     def type(self, text):
-        """Types a text of the characters that the keyboard has."""
+        """Types a text; every character must be on the keyboard."""
         for character in text:
             code, shift = self.key_and_shift(ord(character))
             shift_code = self.key_and_shift(Xlib.XK.XK_Shift_L)[0]
@@ -201,10 +201,10 @@ class Screen:
             self.fake(Xlib.X.ButtonRelease, 1)
         self.display.sync()
 
-    # What is on the screen
+    # Pixels
 
     def image(self, extents=None):
-        """What the rectangle shows: width, height, and the rows' bytes, three a pixel."""
+        """Returns the pixels of a rectangle: width, height, and the rows' bytes, three per pixel."""
         geometry = self.root.get_geometry()
         x, y, width, height = extents or (0, 0, geometry.width, geometry.height)
         reply = self.root.get_image(x, y, width, height, Xlib.X.ZPixmap, 0xFFFFFFFF)

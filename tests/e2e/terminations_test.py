@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Ends the program at random moments: terminations_test.py PATH-OF-DUNMORA [COUNT [SEED]]
 
-Whatever it does at that moment and however it is told to end, it ends at once and well, and the address book is the
-old one or the new one to the byte.
+At every moment and however it is asked to, it ends at once with status 0, and the address book is byte for byte the old
+one or the new one.
 """
 
 import itertools
@@ -22,34 +22,34 @@ from dunmora import CONFIRMATION, Dunmora
 PEOPLE, COPIES = 30_000, 2_500
 OLD, NEW = big_book(PEOPLE, COPIES)
 
-# What it is doing when it is told to end, in turn. Ten stages and three ways have no common divisor, so that each meets
-# each.
+# The stages in which the runs are ended, in turn. Ten stages and three ways have no common divisor, so that every
+# combination occurs.
 STAGES = ("deleting", "loading", "finding", "choosing", "deleting", "loading", "finding", "confirming", "deleting",
           "loading")
-# Dialogs stay as long as the user likes.
+# A dialog stays open, so its stage has no length; delay the end by up to this many seconds.
 SHORTEST = 0.1
 
-PRESSES, SECONDS_A_PRESS = 3, 0.5
+PRESSES, SECONDS_PER_PRESS = 3, 0.5
 
 WAYS = ("close", "Ctrl+Q", "SIGTERM")
 
 
 class Run:
-    """One run of the program, on a book of its own."""
+    """One run of the program, on its own book."""
 
     def __init__(self, desktop, executable, home):
         self.book = home / "books" / "book.vcf"
         self.book.parent.mkdir()
-        # How long it has already taken to end.
+        # The part of the time to end that press_quit has already waited.
         self.seconds = 0.0
         self.book.write_bytes(OLD)
         self.program = Dunmora(desktop, [executable, self.book], home)
 
     def stages(self):
-        """Goes on as the user does, and stops at the beginning of each stage."""
+        """Acts as the user; yields at the beginning of each stage."""
         program = self.program
         main = program.main
-        # Not until it has the keyboard: on a busy machine everyone is read by then and the dialog has it.
+        # Does not wait for the keyboard: on a busy machine the book is read by then and the dialog has it.
         self.x_main = program.wait_for(lambda: program.x_window(main), "main window on the screen")
         yield "loading"
         dialog = program.dialog
@@ -67,14 +67,14 @@ class Run:
         yield "idle"
 
     def durations(self):
-        """How long each stage lasts."""
+        """Returns how long each stage lasts."""
         begins = [(stage, time.monotonic()) for stage in self.stages()]
         return {stage: end - begin for (stage, begin), (_, end) in itertools.pairwise(begins)}
 
     def reach(self, wanted):
         next(stage for stage in self.stages() if stage == wanted)
 
-    def tell_to_end(self, way):
+    def ask_to_end(self, way):
         if way == "close":
             self.x_main.close()
         elif way == "Ctrl+Q":
@@ -83,21 +83,21 @@ class Run:
             self.program.terminate()
 
     def press_quit(self):
-        """Presses it again where it has reached nobody: between the end of a dialog and the moment in which the window
-        manager gives the keyboard to another window, keys are lost. A window that had the keyboard all the time has got
-        the key, and has to obey."""
+        """Presses Ctrl+Q, again if no window received it: after a dialog closes, keys are lost until the window manager
+        gives the keyboard to another window. A window that had the keyboard all the time received the key and must
+        obey it."""
         screen = self.program.screen
         for _ in range(PRESSES):
             window = screen.focused_window
             pressed = time.monotonic()
             screen.press("ctrl+q")
             try:
-                self.program.process.wait(SECONDS_A_PRESS)
+                self.program.process.wait(SECONDS_PER_PRESS)
                 self.seconds = time.monotonic() - pressed
                 return
             except subprocess.TimeoutExpired:
                 if window is not None and screen.focused_window == window:
-                    raise AssertionError("it has got the key to quit and goes on") from None
+                    raise AssertionError("it received Ctrl+Q and is still running") from None
 
     def check_end(self):
         """Returns how long it took and whether the book is the new one."""
@@ -106,11 +106,11 @@ class Run:
         content = self.book.read_bytes()
         others = {path.name for path in self.book.parent.iterdir()} - {self.book.name}
         if status != 0:
-            raise AssertionError(f"it ended with {status} and said {self.program.output!r}")
+            raise AssertionError(f"it ended with {status} and printed {self.program.output!r}")
         if content not in (OLD, NEW):
             raise AssertionError(f"the address book is neither the old nor the new one, but {len(content)} bytes")
         if others:
-            raise AssertionError(f"it left beside the address book: {others}")
+            raise AssertionError(f"it left files next to the address book: {others}")
         return seconds, content == NEW
 
 
@@ -122,13 +122,13 @@ class Terminations:
         self.executable = executable
 
     def run(self, number, use):
-        """Gives a new run to `use`; returns what that returns."""
+        """Calls `use` with a new run and returns its result."""
         with tempfile.TemporaryDirectory(prefix="dunmora-home-") as home:
             run = Run(self.desktop, self.executable, pathlib.Path(home))
             try:
                 return use(run)
             except BaseException as error:
-                error.add_note(f"What it showed then: {windowcase.save_evidence(run.program, f'termination-{number}')}")
+                error.add_note(f"Screen and output: {windowcase.save_evidence(run.program, f'termination-{number}')}")
                 raise
             finally:
                 run.program.kill()
@@ -136,7 +136,7 @@ class Terminations:
     def measure(self):
         def measured(run):
             durations = run.durations()
-            run.tell_to_end("close")
+            run.ask_to_end("close")
             if run.check_end()[1] is not True:
                 raise AssertionError("undisturbed, it did not delete the copies")
             return durations
@@ -146,12 +146,12 @@ class Terminations:
     def end(self, number, stage, way, delay):
         def ended(run):
             run.reach(stage)
-            # The moment is the test's very subject; nothing is waited for.
+            # This does not wait for a condition: the moment itself is what is tested.
             time.sleep(delay)
-            run.tell_to_end(way)
+            run.ask_to_end(way)
             seconds, is_new = run.check_end()
             if is_new and stage != "deleting":
-                raise AssertionError("it deleted what it was not told to delete")
+                raise AssertionError("it deleted people before the deletion was confirmed")
             return seconds, is_new
 
         return self.run(number, ended)
@@ -175,7 +175,7 @@ def main():
             seconds, is_new = terminations.end(number, stage, way, delay)
             print(f": {'new' if is_new else 'old'} book, {seconds:.3f} s", flush=True)
             slowest, new_books = max(slowest, seconds), new_books + is_new
-    print(f"All ended well, the slowest in {slowest:.3f} s; {new_books} times the book was the new one")
+    print(f"All ended with status 0, the slowest in {slowest:.3f} s; {new_books} left the new book")
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""The update service, on this machine, and a stand-in for the user's browser."""
+"""A local update service, and a replacement for the user's browser."""
 
 import http.server
 import os
@@ -10,17 +10,20 @@ from waiting import wait_for
 
 
 class Reply:
-    """What the service answers to one request; it may wait for the test, before all or in the middle of the body."""
+    """The service's reply to one request.
+
+    With `held` it waits until the test calls `resume`: at the beginning, or after the part `first` of the body.
+    """
 
     def __init__(self, body=b"", status=200, headers=(), held=False, first=b""):
         self.body, self.status, self.headers, self.first = body, status, headers, first
-        self.may_go_on = threading.Event()
+        self.may_resume = threading.Event()
         if not held:
-            self.may_go_on.set()
+            self.may_resume.set()
         self.is_over = threading.Event()
 
-    def go_on(self):
-        self.may_go_on.set()
+    def resume(self):
+        self.may_resume.set()
 
     def wait_until_over(self):
         wait_for(self.is_over.is_set, "end of a reply")
@@ -29,7 +32,7 @@ class Reply:
         if self.first:
             self.send_head(handler)
             handler.wfile.write(self.first)
-        self.may_go_on.wait()
+        self.may_resume.wait()
         if not self.first:
             self.send_head(handler)
         handler.wfile.write(self.body)
@@ -43,14 +46,14 @@ class Reply:
 
 
 class UnwantedReply(Reply):
-    """Goes on when the test lets it, but not before the other side has closed in the middle of the body."""
+    """Sends the rest of its body only after the client has closed the connection in the middle of it."""
 
     def __init__(self, body, first):
         super().__init__(body, held=True, first=first)
         self.is_closed = threading.Event()
 
     def wait_until_closed(self):
-        wait_for(self.is_closed.is_set, "close of the other side in the middle of a reply")
+        wait_for(self.is_closed.is_set, "closing of the connection in the middle of a reply")
 
     def send(self, handler):
         try:
@@ -59,22 +62,22 @@ class UnwantedReply(Reply):
             while handler.connection.recv(4096):
                 pass
         except ConnectionError:
-            # What was not read any more makes the close a reset.
+            # Closing with unread data resets the connection.
             pass
         self.is_closed.set()
-        self.may_go_on.wait()
+        self.may_resume.wait()
         handler.wfile.write(self.body)
 
 
 class Hangup(Reply):
-    """Takes the request and hangs up."""
+    """Reads the request and closes the connection."""
 
     def send(self, handler):
         handler.connection.shutdown(socket.SHUT_RDWR)
 
 
 class UpdateService:
-    """Answers each request with the next of its replies, and the last one again and again; to be used in a `with`."""
+    """A context manager that serves one reply per request and repeats the last one."""
 
     def __init__(self):
         self.replies = [Reply()]
@@ -90,7 +93,7 @@ class UpdateService:
                     self.wfile.flush()
                 except OSError:
                     pass
-                # The other side closes once it has all it wants.
+                # The client closes the connection when it is done.
                 self.connection.settimeout(20)
                 try:
                     while self.connection.recv(4096):
@@ -112,7 +115,7 @@ class UpdateService:
 
     def __exit__(self, *_):
         for reply in self.replies:
-            reply.go_on()
+            reply.resume()
         self.server.shutdown()
         self.thread.join()
         self.server.server_close()
@@ -131,7 +134,7 @@ class UpdateService:
 
 
 class Browser:
-    """Stands where the desktop keeps what opens an address, and writes the addresses down; to be used in a `with`."""
+    """A context manager that replaces the programs that open an address and records the addresses."""
 
     def __init__(self, folder):
         self.folder = folder / "browser"

@@ -1,4 +1,4 @@
-"""What the tests of programs with windows have in common."""
+"""Shared by the tests of programs with windows."""
 
 import os
 import pathlib
@@ -11,12 +11,12 @@ import unittest
 from desktop import Desktop, missing_tool
 from program import Program
 
-# What CTest takes for a test that could not be run.
+# The status that CTest counts as skipped.
 EXIT_SKIPPED = 77
 
 
 def save_evidence(program, name):
-    """Keeps what a program shows at this moment; returns the folder."""
+    """Saves the program's screen and output and returns the folder."""
     top = pathlib.Path(os.environ.get("DUNMORA_EVIDENCE") or tempfile.gettempdir())
     folder = top / f"{name}-{os.getpid()}"
     shutil.rmtree(folder, ignore_errors=True)
@@ -26,7 +26,7 @@ def save_evidence(program, name):
 
 
 class WindowCase(unittest.TestCase):
-    """A desktop a class; a home of its own and a fresh program a test."""
+    """A test with a desktop shared by its class, and with its own home and program."""
 
     executable = ""
     kind_of_desktop = Desktop
@@ -42,15 +42,14 @@ class WindowCase(unittest.TestCase):
         self.program = None
 
     def start(self, *arguments, kind=Program):
-        """Starts the program; the run before, if any, has to have ended."""
+        """Starts the program; a previous run must have ended."""
         self.program = kind(self.desktop, [self.executable, *arguments], self.home)
         self.addCleanup(self.program.kill)
         return self.program
 
 
-
 class EvidenceResult(unittest.TextTestResult):
-    """Asks a test for evidence as soon as it has failed, while its program still runs."""
+    """Saves evidence as soon as a test has failed, while its program is still running."""
 
     def addFailure(self, test, err):
         self.keep_evidence(test, err)
@@ -63,20 +62,20 @@ class EvidenceResult(unittest.TextTestResult):
     def keep_evidence(self, test, err):
         if getattr(test, "program", None) is not None:
             try:
-                err[1].add_note(f"What it showed then: {save_evidence(test.program, test.id())}")
-            except Exception as error:  # The test's own failure must be told whatever happens.
-                err[1].add_note(f"Nothing could be kept of what it showed: {error!r}")
+                err[1].add_note(f"Screen and output: {save_evidence(test.program, test.id())}")
+            except Exception as error:  # This must not hide the test's own failure.
+                err[1].add_note(f"The screen could not be saved: {error!r}")
 
 
 def prepare():
-    """To be called first by every script that starts a desktop."""
+    """Checks that a desktop can be started. Every script that starts one calls this first."""
     if not shutil.which("Xvfb"):
-        print("SKIPPED: there is no Xvfb on this machine, so no window was tested", file=sys.stderr)
+        print("SKIPPED: Xvfb is not installed, so no window was tested", file=sys.stderr)
         sys.exit(EXIT_SKIPPED)
     missing = missing_tool()
     if missing:
-        sys.exit(f"{missing} is missing: scripts/install_packages.sh test")
-    # Told to end, it takes its desktop with it.
+        sys.exit(f"{missing} is not installed. Run scripts/install_packages.sh test.")
+    # Exit normally on SIGTERM, so that the desktop is stopped too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(128 + signal.SIGTERM))
 
 
