@@ -1,17 +1,16 @@
 #!/usr/bin/env python3
-"""Write address-book.vcf, an address book of invented people.
+"""Writes address-book.vcf, an address book of invented people.
 
-The file looks as if somebody had exported the contacts of every telephone and
-mail program of the last ten years and put the exports behind one another:
-each program has its own dialect, many people occur in more than one of them,
-and some cards are odd in the ways cards out in the world are.
+The file looks like the exports of every phone and mail program of the last ten
+years, one after another: each program has its own dialect, many people occur in
+more than one export, and some cards are odd in the ways that real cards are.
 
-    python3 samples/make_address_book.py            writes the file beside this script
+    python3 samples/make_address_book.py            writes the file next to this script
     python3 samples/make_address_book.py --check    fails if that file is out of date
 
-Every person is invented. The telephone numbers come from the ranges the
-numbering authorities keep free for fiction, the mail addresses from the
-domains kept free for examples.
+Every person is invented. The phone numbers come from the ranges reserved for
+fiction by the numbering authorities, the e-mail addresses from the domains
+reserved for examples.
 """
 
 import argparse
@@ -32,12 +31,12 @@ CRLF = b"\r\n"
 LF = b"\n"
 
 
-# --- What is known about a person -------------------------------------------
+# --- People -------------------------------------------------------------------
 
 
 @dataclass(frozen=True)
 class Phone:
-    """A number in the form "+44 20 7946 0123", the country code in front."""
+    """A number in the form "+44 20 7946 0123", with its country code."""
 
     kind: str
     number: str
@@ -58,9 +57,9 @@ class Address:
 
 @dataclass(frozen=True)
 class Person:
-    """One entry of an address book, whichever program it was kept in.
+    """One entry of an address book, in any program.
 
-    Entries with the same serial get the same identifier.
+    Entries with the same serial have the same identifier.
     """
 
     serial: int
@@ -86,7 +85,7 @@ class Person:
 
     @property
     def formatted(self) -> str:
-        """The name as one would write it on an envelope."""
+        """The name as it would be written on an envelope."""
         parts = (self.prefix, self.given, self.middle, self.family)
         name = " ".join(part for part in parts if part)
         if self.suffix:
@@ -95,11 +94,11 @@ class Person:
 
     @property
     def identifier(self) -> str:
-        """An identifier that stays the same however often the file is written."""
+        """An identifier that is the same every time the file is written."""
         return str(uuid.uuid5(uuid.NAMESPACE_DNS, f"card-{self.serial}.example.org"))
 
 
-# --- The stuff people are made of ---------------------------------------------
+# --- Places and names ---------------------------------------------------------
 
 
 @dataclass(frozen=True)
@@ -115,7 +114,7 @@ class Place:
 
 @dataclass(frozen=True)
 class Country:
-    """A country; in streets, {} stands for the number of the house."""
+    """A country; {} in a street is the house number."""
 
     name: str
     language: str
@@ -128,7 +127,7 @@ GERMAN_MOBILE = "+49 176 040690 ##"
 FRENCH_MOBILE = "+33 6 39 98 ## ##"
 AUSTRALIAN_MOBILE = "+61 491 570 ###"
 SWEDISH_MOBILE = "+46 70 174 06 ##"
-# The range kept free in Sweden begins only at the sixth number of the pattern.
+# The range reserved in Sweden begins at the sixth number of the pattern.
 REAL_NUMBERS = frozenset(f"+46 70 174 06 0{digit}" for digit in range(5))
 
 COUNTRIES = {
@@ -209,7 +208,7 @@ COUNTRIES = {
 
 @dataclass(frozen=True)
 class Origin:
-    """Names that go together, and the countries in which their bearers live."""
+    """Names that go together, and the countries where people have them."""
 
     countries: tuple[str, ...]
     given: list[str]
@@ -217,7 +216,7 @@ class Origin:
 
 
 def names(text: str) -> list[str]:
-    """The names of a list written with commas, over as many lines as it takes."""
+    """Splits a list with commas, over any number of lines, into names."""
     return [name.strip() for name in text.split(",")]
 
 
@@ -321,7 +320,7 @@ ORIGINS = (
     ),
 )
 
-# Given name, family name, country, and the name in the letters of a mail address.
+# Given name, family name, country, and the local part of the e-mail address.
 OTHER_SCRIPTS = (
     ("Ольга", "Мельникова", "DE", "olga.melnikova"),
     ("Сергей", "Воронцов", "DE", "s.vorontsov"),
@@ -392,10 +391,10 @@ HOME_LABELS = ("Holiday cottage", "_$!<Other>!$_", "Parents")
 
 @dataclass
 class Inventor:
-    """Makes up people, each with telephone numbers nobody else has.
+    """Invents people, each with phone numbers that nobody else has.
 
-    Only random() is drawn upon: it alone is promised to give the same numbers
-    in every version of Python.
+    Uses only random(), the only method that is guaranteed to return the same
+    numbers in every version of Python.
     """
 
     dice: random.Random
@@ -403,28 +402,28 @@ class Inventor:
     taken: set[str] = field(default_factory=lambda: set(REAL_NUMBERS))
 
     def chance(self, probability: float) -> bool:
-        """True as often as told."""
+        """Returns True with this probability."""
         return self.dice.random() < probability
 
     def below(self, limit: int) -> int:
-        """A whole number from zero up to, not including, the limit."""
+        """Returns an integer from zero up to, but not including, the limit."""
         return int(self.dice.random() * limit)
 
     def pick(self, choices):
-        """One of the choices."""
+        """Returns one of the choices."""
         return choices[self.below(len(choices))]
 
     def shuffled(self, items) -> list:
-        """The items in another order."""
+        """Returns the items in random order."""
         return sorted(items, key=lambda _: self.dice.random())
 
     def next_serial(self) -> int:
-        """A serial number not used before."""
+        """Returns a serial number that was not used before."""
         self.serial += 1
         return self.serial
 
     def number(self, pattern: str) -> str:
-        """A telephone number after the pattern that nobody has yet."""
+        """Returns an unused phone number that matches the pattern."""
         while True:
             number = "".join(str(self.below(10)) if c == "#" else c for c in pattern)
             if number not in self.taken:
@@ -432,11 +431,11 @@ class Inventor:
                 return number
 
     def moment(self) -> datetime:
-        """A moment in the years 2016 to 2024."""
+        """Returns a time in the years 2016 to 2024."""
         return datetime(2016, 1, 4, 6) + timedelta(seconds=self.below(3270 * 86400))
 
     def phones(self, place: Place) -> tuple[Phone, ...]:
-        """The numbers of somebody who lives there; at least one."""
+        """Returns at least one number for somebody who lives there."""
         phones = []
         if self.chance(0.76):
             label = self.pick(MOBILE_LABELS) if self.chance(0.15) else ""
@@ -455,13 +454,13 @@ class Inventor:
         return tuple(phones)
 
     def address(self, country: str, place: Place) -> Address:
-        """An address in the place."""
+        """Returns an address in this place."""
         street = self.pick(COUNTRIES[country].streets).format(1 + self.below(140))
         kind = "home" if self.chance(0.7) else "work"
         return Address(kind, street, place.city, place.region, place.postcode, country)
 
     def emails(self, mailbox: str, employed: bool) -> tuple[tuple[str, str], ...]:
-        """The private and, for the employed, the business mail address."""
+        """Returns the private and, for the employed, the business e-mail address."""
         emails = []
         if self.chance(0.65):
             domain = self.pick(("example.org", "example.net"))
@@ -471,13 +470,13 @@ class Inventor:
         return tuple(emails)
 
     def photo(self) -> bytes:
-        """A picture small enough to stand in an address book by the dozen."""
+        """Returns a picture small enough to occur by the dozen in an address book."""
         if self.chance(0.6):
             return tiny_jpeg()
         return tiny_png(bytes(40 * (1 + self.below(6)) for _ in range(3)))
 
     def person(self, given: str, family: str, country: str, mailbox: str = "") -> Person:
-        """Somebody of that name with the rest made up."""
+        """Returns a person of that name and invents the rest."""
         place = self.pick(COUNTRIES[country].places)
         employed = self.chance(0.4)
         nickname = NICKNAMES.get(given, "")
@@ -503,7 +502,7 @@ class Inventor:
         )
 
     def copy_of(self, person: Person) -> Person:
-        """The same person as another program came to know them, with other gaps."""
+        """Returns the same person as another program has them, with other gaps."""
         kept = tuple(phone for phone in person.phones if self.chance(0.8))
         return replace(
             person,
@@ -521,7 +520,7 @@ class Inventor:
         )
 
     def everybody(self) -> list[Person]:
-        """All ordinary people, in no order."""
+        """Returns all ordinary people in random order."""
         people = [
             self.person(given, family, country, mailbox)
             for given, family, country, mailbox in OTHER_SCRIPTS
@@ -534,7 +533,7 @@ class Inventor:
 
 
 def mailbox_name(given: str, family: str) -> str:
-    """The name in the letters a mail address allows, such as "jose.ibanez"."""
+    """Returns the local part of an e-mail address, such as "jose.ibanez"."""
 
     def letters(name: str) -> str:
         name = name.lower()
@@ -547,9 +546,10 @@ def mailbox_name(given: str, family: str) -> str:
 
 
 def tiny_png(colour: bytes) -> bytes:
-    """A picture of four by four points, all of one colour.
+    """Returns a picture of four by four pixels of one colour.
 
-    The points are stored, not compressed, as compressors differ in their output.
+    The pixels are stored without compression, because compressors differ in
+    their output.
     """
 
     def chunk(kind: bytes, data: bytes) -> bytes:
@@ -567,7 +567,7 @@ def tiny_png(colour: bytes) -> bytes:
 
 
 def tiny_jpeg() -> bytes:
-    """A picture of eight by eight grey points."""
+    """Returns a picture of eight by eight grey pixels."""
 
     def segment(marker: int, data: bytes) -> bytes:
         return struct.pack(">BBH", 0xFF, marker, len(data) + 2) + data
@@ -584,7 +584,7 @@ def tiny_jpeg() -> bytes:
     )
 
 
-# --- Writing numbers as the programs do ----------------------------------------
+# --- The programs' number formats ---------------------------------------------
 
 
 def compact(number: str) -> str:
@@ -593,7 +593,7 @@ def compact(number: str) -> str:
 
 
 def bracketed(number: str) -> str:
-    """+1 (415) 555-0123 in North America, elsewhere groups with blanks."""
+    """+1 (415) 555-0123 in North America, elsewhere groups with spaces."""
     if not number.startswith("+1 "):
         return number
     _, area, exchange, line = number.split(" ")
@@ -601,51 +601,51 @@ def bracketed(number: str) -> str:
 
 
 def national(number: str) -> str:
-    """(415) 555-0123 or 020 7946 0123, as one dials within the country."""
+    """(415) 555-0123 or 020 7946 0123, as dialled within the country."""
     if number.startswith("+1 "):
         return bracketed(number).removeprefix("+1 ")
     return "0" + number.split(" ", 1)[1]
 
 
 def dashed(number: str) -> str:
-    """415-555-0123 or 02079460123, as telephones show it."""
+    """415-555-0123 or 02079460123, as phones display it."""
     if number.startswith("+1 "):
         return number.removeprefix("+1 ").replace(" ", "-")
     return compact(national(number))
 
 
-# --- Writing lines ---------------------------------------------------------------
+# --- Lines --------------------------------------------------------------------
 
 
 def escape(value: str) -> str:
-    """The value with what separates values made harmless."""
+    """Escapes the characters that separate values."""
     for plain, escaped in (("\\", "\\\\"), (",", "\\,"), (";", "\\;"), ("\n", "\\n")):
         value = value.replace(plain, escaped)
     return value
 
 
 def compound(name: str, *parts: str) -> str:
-    """A line whose value has several parts."""
+    """Returns a line whose value has several parts."""
     return name + ":" + ";".join(escape(part) for part in parts)
 
 
 def optional(name: str, value: str) -> list[str]:
-    """A line if there is a value, else none."""
+    """Returns a line if there is a value."""
     return [compound(name, value)] if value else []
 
 
 def n_parts(person: Person) -> tuple[str, ...]:
-    """The five parts of a name, in the order of the N line."""
+    """Returns the five parts of a name in the order of the N line."""
     return (person.family, person.given, person.middle, person.prefix, person.suffix)
 
 
 def n_line(person: Person) -> list[str]:
-    """The N line, for all but those who have none."""
+    """Returns the N line, unless the person has none."""
     return [] if person.without_n else [compound("N", *n_parts(person))]
 
 
 def adr_parts(address: Address) -> tuple[str, ...]:
-    """The seven parts of an address, in the order of the ADR line."""
+    """Returns the seven parts of an address in the order of the ADR line."""
     country = COUNTRIES[address.country].name
     return ("", "", address.street, address.city, address.region, address.postcode, country)
 
@@ -666,12 +666,12 @@ def picture_kind(photo: bytes) -> str:
 
 
 def base64_text(data: bytes) -> str:
-    """The data as letters and digits."""
+    """Returns the data in Base64."""
     return base64.b64encode(data).decode("ascii")
 
 
 def fold(line: bytes) -> list[bytes]:
-    """The line in pieces of at most 75 bytes, none ending within a letter."""
+    """Splits a line into pieces of at most 75 bytes, never within a character."""
     pieces = []
     room = 75
     while len(line) > room:
@@ -686,17 +686,17 @@ def fold(line: bytes) -> list[bytes]:
 
 
 def finished(lines: list[bytes], line_end: bytes) -> bytes:
-    """The card made of the lines."""
+    """Joins the lines to a card."""
     return b"".join(line + line_end for line in [b"BEGIN:VCARD", *lines, b"END:VCARD"])
 
 
 def folded_card(lines: list[str], line_end: bytes) -> bytes:
-    """The card made of the lines, in UTF-8 and with long ones folded."""
+    """Folds the lines and joins them to a card in UTF-8."""
     return finished([piece for line in lines for piece in fold(line.encode())], line_end)
 
 
 def quoted_lines(head: str, tokens: list[str]) -> list[bytes]:
-    """The head and the tokens of a quoted-printable value, with soft breaks."""
+    """Joins the tokens of a quoted-printable value to the head, with soft breaks."""
     lines = [head]
     for token in tokens:
         if len(lines[-1]) + len(token) > 75:
@@ -721,12 +721,12 @@ APPLE_PRODID = "PRODID:-//Apple Inc.//macOS 14.5//EN"
 
 
 def labelled(lines: list[str], item: int, line: str, label: str) -> None:
-    """Add a line with a label of its own, the two held together by an item number."""
+    """Adds a line and its label, which share an item number."""
     lines += [f"item{item}.{line}", f"item{item}.X-ABLabel:{escape(label)}"]
 
 
 def apple_card(person: Person) -> bytes:
-    """A card as the contacts program of the Mac exports it."""
+    """Returns a card as Contacts on a Mac exports it."""
     lines = ["VERSION:3.0", APPLE_PRODID, *n_line(person), *optional("FN", person.formatted)]
     lines += optional("NICKNAME", person.nickname)
     if person.organisation:
@@ -776,7 +776,7 @@ GOOGLE_PHONES = {
 
 
 def google_card(person: Person) -> bytes:
-    """A card as downloaded from Google's address book: no identifier, no date."""
+    """Returns a card as downloaded from Google Contacts: no identifier, no date."""
     lines = ["VERSION:3.0", *optional("FN", person.formatted), *n_line(person)]
     lines += optional("NICKNAME", person.nickname)
     lines += [f"EMAIL;TYPE=INTERNET;TYPE={kind.upper()}:{mail}" for kind, mail in person.emails]
@@ -809,7 +809,7 @@ ANDROID_PHONES = {
 
 
 def android_line(name: str, *parts: str) -> list[bytes]:
-    """A line that quotes each and every byte once a single one needs it."""
+    """Returns a line that quotes every byte as soon as one byte needs it."""
     escaped = [part.replace(";", "\\;").replace("\n", "\r\n") for part in parts]
     value = ";".join(escaped)
     if value.isascii() and "\n" not in value:
@@ -821,7 +821,7 @@ def android_line(name: str, *parts: str) -> list[bytes]:
 
 
 def android_card(person: Person) -> bytes:
-    """A card as Android telephones write it on a memory card."""
+    """Returns a card as Android phones write it on a memory card."""
     lines = [b"VERSION:2.1"]
     if not person.without_n:
         lines += android_line("N", *n_parts(person))
@@ -861,7 +861,7 @@ OUTLOOK_PHONES = {
 
 
 def outlook_line(name: str, *parts: str) -> list[bytes]:
-    """A line in the code page of Windows if that will do, and named if it matters."""
+    """Returns a line in Windows' code page if possible, named if it matters."""
     value = ";".join(part.replace(";", "\\;").replace("\n", "\r\n") for part in parts)
     try:
         data, charset = value.encode("cp1252"), "windows-1252"
@@ -875,7 +875,7 @@ def outlook_line(name: str, *parts: str) -> list[bytes]:
 
 
 def outlook_card(person: Person) -> bytes:
-    """A card as Outlook saves it."""
+    """Returns a card as Outlook saves it."""
     language = COUNTRIES[person.country].language
     lines = [b"VERSION:2.1", b"X-MS-SIGNATURE:YES"]
     if not person.without_n:
@@ -919,7 +919,7 @@ KDE_PHONES = {
 
 
 def kde_card(person: Person) -> bytes:
-    """A card as KDE's address book keeps it: the lines in alphabetical order."""
+    """Returns a card as KDE's address book stores it: lines in alphabetical order."""
     lines = optional("FN", person.formatted) + n_line(person)
     lines += optional("NICKNAME", person.nickname) + optional("NOTE", person.note)
     lines += optional("ORG", person.organisation) + optional("TITLE", person.title)
@@ -940,7 +940,7 @@ def kde_card(person: Person) -> bytes:
 
 
 def evolution_card(person: Person) -> bytes:
-    """A card as GNOME's mail program Evolution saves it."""
+    """Returns a card as Evolution, GNOME's mail program, saves it."""
     file_as = ", ".join(part for part in (person.family, person.given) if part)
     lines = ["VERSION:3.0", *optional("TITLE", person.title)]
     lines += optional("NICKNAME", person.nickname)
@@ -976,7 +976,7 @@ VCARD4_PHONES = {
 
 
 def vcard4_card(person: Person) -> bytes:
-    """A card of the newest kind, as a Nextcloud server hands it out."""
+    """Returns a card of version 4.0, as a Nextcloud server sends it."""
     lines = ["VERSION:4.0", "PRODID:-//Sabre//Sabre VObject 4.5.4//EN"]
     lines.append("UID:urn:uuid:" + person.identifier)
     lines.append("KIND:org" if person.is_firm else "KIND:individual")
@@ -1001,8 +1001,8 @@ def vcard4_card(person: Person) -> bytes:
     return folded_card(lines, CRLF)
 
 
-# How many cards of ordinary people each program shares out, in the order in
-# which the exports stand in the file.
+# How many cards of ordinary people each program exports, in the order of the
+# exports in the file.
 PROGRAMS = {
     apple_card: 0.28,
     google_card: 0.20,
@@ -1018,12 +1018,12 @@ PROGRAMS = {
 
 
 def without_end(card: bytes) -> bytes:
-    """The card as it is when its last line got lost."""
+    """Returns the card without its last line."""
     return card[: card.rindex(b"END:VCARD")]
 
 
 def with_late_label(card: bytes) -> bytes:
-    """The card with the label of its first item far away from what it labels."""
+    """Returns the card with the label of its first item far from the item."""
     lines = card.split(CRLF)
     label = next(line for line in lines if line.startswith(b"item1.X-ABLabel:"))
     lines.remove(label)
@@ -1032,12 +1032,12 @@ def with_late_label(card: bytes) -> bytes:
 
 
 def with_agent(card: bytes, agent: bytes) -> bytes:
-    """The card with that of an assistant inside."""
+    """Returns the card with an assistant's card inside."""
     return without_end(card) + b"AGENT:" + CRLF + agent + b"END:VCARD" + CRLF
 
 
 def group_card(name: str, serial: int, members: list[Person], revised: datetime) -> bytes:
-    """A list of people, which Apple's program writes as if it were one more person."""
+    """Returns a list of people, which Apple's program writes like another person."""
     group = Person(serial)
     lines = ["VERSION:3.0", APPLE_PRODID, compound("N", name), compound("FN", name)]
     lines.append("X-ADDRESSBOOKSERVER-KIND:group")
@@ -1048,7 +1048,7 @@ def group_card(name: str, serial: int, members: list[Person], revised: datetime)
 
 
 def firms(inventor: Inventor) -> list[tuple]:
-    """Firms and services: some with an empty N, some without any."""
+    """Returns firms and services: some with an empty N, some without N."""
 
     def firm(name: str, country: str, kind: str, without_n: bool) -> Person:
         place = COUNTRIES[country].places[0]
@@ -1074,7 +1074,7 @@ def firms(inventor: Inventor) -> list[tuple]:
 
 
 def scanty_people(inventor: Inventor) -> list[tuple]:
-    """Entries of which hardly more is known than what they are called."""
+    """Returns entries with little more than a name."""
     mobile = (Phone("mobile", inventor.number(UK_MOBILE)),)
     home = (Phone("home", inventor.number("+1 415 555 01##")),)
     return [
@@ -1087,7 +1087,7 @@ def scanty_people(inventor: Inventor) -> list[tuple]:
 
 
 def peculiar_names(inventor: Inventor) -> list[tuple]:
-    """Names which are long, padded, decorated, or in need of escaping."""
+    """Returns names that are long, padded, decorated, or need escaping."""
     padded = inventor.person("  Petra ", " Sommerfeld  ", "DE")
     tidy = replace(inventor.copy_of(padded), given="Petra", family="Sommerfeld")
     accented = inventor.person("Zoë", "Hallström", "SE")
@@ -1115,14 +1115,14 @@ def peculiar_names(inventor: Inventor) -> list[tuple]:
 
 
 def exact_copies(inventor: Inventor) -> list[tuple]:
-    """People whose very same card occurs two or three times, without identifier."""
+    """Returns people whose identical card occurs two or three times, without identifier."""
     twice = inventor.person("Lorna", "Tidewell", "GB")
     thrice = inventor.person("Käthe", "Brömmel", "DE")
     return [(google_card, twice)] * 2 + [(android_card, thrice)] * 3
 
 
 def namesakes(inventor: Inventor) -> list[tuple]:
-    """Different people who happen to have the same name."""
+    """Returns different people with the same name."""
 
     def two(given: str, family: str, *countries: str) -> list[Person]:
         return [
@@ -1146,7 +1146,7 @@ def namesakes(inventor: Inventor) -> list[tuple]:
 
 
 def shared_identifiers(inventor: Inventor) -> list[tuple]:
-    """An identifier given to two people, and one to two editions of one person."""
+    """Returns two people with one identifier, and two revisions of one person with one."""
     one = inventor.person("Bernhard", "Kloster", "DE")
     other = replace(inventor.person("Yvonne", "Aldercott", "GB"), serial=one.serial)
     older = replace(inventor.person("Simone", "Wexford", "US"), revised=datetime(2017, 8, 2, 9, 5))
@@ -1170,7 +1170,7 @@ ODD_PEOPLE = (
 
 
 def broken_cards(inventor: Inventor, members: list[Person]) -> list[tuple]:
-    """Cards, ready written, whose lines are not where a reader expects them."""
+    """Returns finished cards whose lines are not where a parser expects them."""
     lost = inventor.person("Dorothea", "Ullsmere", "GB")
     labelled_late = replace(
         inventor.person("Gregor", "Anstruth", "US"),
@@ -1195,7 +1195,7 @@ def broken_cards(inventor: Inventor, members: list[Person]) -> list[tuple]:
 
 
 def copies_across_programs(inventor: Inventor, people: list[Person]) -> list[tuple]:
-    """The people two, three or four times, each time in another program."""
+    """Returns the people two, three or four times, each time in another program."""
     programs = list(PROGRAMS)
     dealt = []
     for index, person in enumerate(people):
@@ -1207,7 +1207,7 @@ def copies_across_programs(inventor: Inventor, people: list[Person]) -> list[tup
 
 
 def shared_out(inventor: Inventor, people: list[Person]) -> list[tuple]:
-    """The people once each, so that every program gets its share."""
+    """Distributes the people over the programs, each once."""
     dealt = []
     start = 0.0
     for program, share in PROGRAMS.items():
@@ -1218,7 +1218,7 @@ def shared_out(inventor: Inventor, people: list[Person]) -> list[tuple]:
 
 
 def address_book() -> bytes:
-    """The whole file: the exports one after another, some cards with a blank line between."""
+    """Returns the whole file: all exports, some cards separated by a blank line."""
     inventor = Inventor(random.Random(SEED))
     people = inventor.everybody()
     dealt = copies_across_programs(inventor, people[:28]) + shared_out(inventor, people[28:])
@@ -1238,14 +1238,14 @@ def address_book() -> bytes:
 
 
 def main() -> int:
-    """Write the file, or compare it with what would be written."""
+    """Writes the file, or compares it with what would be written."""
     parser = argparse.ArgumentParser(description="Write an address book of invented people.")
-    parser.add_argument("--check", action="store_true", help="only compare; fail if they differ")
+    parser.add_argument("--check", action="store_true", help="only compare; fail if the file differs")
     if not parser.parse_args().check:
         TARGET.write_bytes(address_book())
         return 0
     if not TARGET.is_file() or TARGET.read_bytes() != address_book():
-        print(f"{TARGET.name} is not what {Path(__file__).name} writes", file=sys.stderr)
+        print(f"{TARGET.name} is out of date. Run {Path(__file__).name}.", file=sys.stderr)
         return 1
     return 0
 
