@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Runs commands in a clone of HEAD on a Debian 12 with nothing installed, to see that the lists in
-# scripts/packages are enough. Wants root, git and debootstrap.
+# Runs commands in a clone of HEAD on a minimal Debian 12, to check that the lists in scripts/packages
+# are complete. Requires root, git and debootstrap.
 #
 #     scripts/check_on_fresh_debian.sh [--mirror URL] [COMMAND...]
 #
-# Each COMMAND is a line for the shell; ./run and ./test when none is given. The mirror is this
-# machine's own unless told.
+# Each COMMAND is a shell command line; the default is ./run and ./test. The default mirror is the one
+# that this system uses.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -22,36 +22,36 @@ own_mirror() {
 
 mirror=
 if [[ "${1-}" == --mirror ]]; then
-    [[ $# -gt 1 ]] || fail "--mirror wants a URL"
+    [[ $# -gt 1 ]] || fail "--mirror requires a URL"
     mirror=$2
     shift 2
 fi
 commands=("$@")
 [[ $# -gt 0 ]] || commands=(./run ./test)
 
-[[ $EUID -eq 0 ]] || fail "only root can do this"
-command -v debootstrap >/dev/null || fail "debootstrap is missing: apt-get install debootstrap"
+[[ $EUID -eq 0 ]] || fail "must be run as root"
+command -v debootstrap >/dev/null || fail "debootstrap is not installed. Run apt-get install debootstrap."
 [[ -n "$mirror" ]] || mirror=$(own_mirror)
-[[ -n "$mirror" ]] || fail "apt knows no mirror of Debian 12; give one with --mirror"
+[[ -n "$mirror" ]] || fail "apt has no mirror for Debian 12. Specify one with --mirror."
 
 debian=$(mktemp -d "${TMPDIR:-/tmp}/fresh-debian.XXXXXX")
 chmod 755 "$debian"
-# What is mounted below lives in a mount namespace of its own and is gone by then; should anything
-# still be mounted, --one-file-system keeps the machine's own files.
+# The mounts below are in a private namespace and gone by then. Should one remain, --one-file-system
+# protects the files of this system.
 trap 'rm -rf --one-file-system "$debian"' EXIT
 
 echo "Installing a fresh Debian 12 in $debian"
 debootstrap --variant=minbase bookworm "$debian" "$mirror" >"$debian.log" ||
-    fail "debootstrap failed, see $debian.log"
+    fail "debootstrap failed. See $debian.log."
 rm "$debian.log"
 cp /etc/resolv.conf /etc/hosts "$debian/etc/"
 
-# A path with a blank, for every script to stand.
+# Every script must work in a path with a space.
 folder="fresh clone"
 clone=/opt/$folder
 git clone --quiet --no-hardlinks . "$debian$clone"
 
-# Nothing of this machine's environment but the way to the network.
+# Of the environment only the proxy settings are kept.
 environment=(PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C.UTF-8)
 for name in http_proxy https_proxy no_proxy; do
     [[ -z "${!name-}" ]] || environment+=("$name=${!name}")
@@ -64,4 +64,4 @@ for command in "${commands[@]}"; do
             exec chroot "$1" "${@:2}"' _ "$debian" \
         env -i "${environment[@]}" bash -c 'cd "$1" && eval "$2"' _ "$clone" "$command" </dev/null
 done
-echo "A fresh Debian 12 runs: ${commands[*]}"
+echo "These commands succeed on a fresh Debian 12: ${commands[*]}"

@@ -4,4 +4,4 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 git grep -lz -E '^#!.*[/ ](ba)?sh$' -- run test .ci scripts tests samples | xargs -0 shellcheck
-echo "shell: shellcheck has nothing to say"
+echo "shell: no warnings from shellcheck"
