@@ -1,8 +1,8 @@
-# dunmora_address_book_framework is what adapters/macos is compiled with and linked to: Apple's
-# frameworks on a Mac, GNUstep's Addresses elsewhere. It is not there where neither is found or
-# wanted. Elsewhere it is for tests alone.
+# Defines dunmora_address_book_framework, the flags and libraries of adapters/macos: Apple's frameworks
+# on a Mac; on other systems GNUstep's Addresses, for tests only. Where neither is found or wanted, the
+# target does not exist.
 set(DUNMORA_GNUSTEP AUTO CACHE STRING
-    "Try the Mac's address book with GNUstep, for tests: ON, OFF, or AUTO for where it is found")
+    "Test the Mac's address book with GNUstep: ON, OFF, or AUTO if it is found")
 set_property(CACHE DUNMORA_GNUSTEP PROPERTY STRINGS AUTO ON OFF)
 
 if(APPLE)
@@ -11,18 +11,18 @@ if(APPLE)
     enable_language(OBJC)
     enable_language(OBJCXX)
     add_library(dunmora_address_book_framework INTERFACE)
-    # Apple calls the framework deprecated; what should replace it has no modification date and
-    # shows linked people as one.
+    # Apple has deprecated the framework, but its successor has no modification date and merges linked
+    # people.
     target_compile_options(dunmora_address_book_framework INTERFACE
         $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fno-objc-arc;-Wno-deprecated-declarations>)
     target_link_libraries(dunmora_address_book_framework INTERFACE
         "-framework AddressBook" "-framework Foundation")
 elseif(DUNMORA_TESTS AND DUNMORA_GNUSTEP AND NOT (DUNMORA_GNUSTEP STREQUAL "AUTO" AND DUNMORA_SANITIZE MATCHES "thread"))
-    # The thread sanitizer would have to see into GNUstep, whose locks keep our threads apart.
+    # Not with the thread sanitizer: it cannot see the locks inside GNUstep that synchronise our threads.
     find_program(DUNMORA_GNUSTEP_CONFIG gnustep-config)
     find_library(DUNMORA_ADDRESSES_LIBRARY Addresses)
-    # Both languages from one family of compilers, and that of GNUstep's own libraries: CMake would
-    # take clang, whose exceptions of Objective-C are not those of the GNU runtime.
+    # Both languages need GCC, which compiled GNUstep's libraries. CMake would pick clang, whose
+    # Objective-C exceptions are incompatible with the GNU runtime.
     find_program(DUNMORA_GOBJC NAMES gcc)
     find_program(DUNMORA_GOBJCXX NAMES g++)
     foreach(path IN ITEMS DUNMORA_GNUSTEP_CONFIG DUNMORA_ADDRESSES_LIBRARY DUNMORA_GOBJC DUNMORA_GOBJCXX)
@@ -30,7 +30,7 @@ elseif(DUNMORA_TESTS AND DUNMORA_GNUSTEP AND NOT (DUNMORA_GNUSTEP STREQUAL "AUTO
     endforeach()
     set(found OFF)
     if(DUNMORA_GNUSTEP_CONFIG AND DUNMORA_ADDRESSES_LIBRARY AND DUNMORA_GOBJC AND DUNMORA_GOBJCXX)
-        # GCC names the part of itself that compiles a language; a bare name is one that is missing.
+        # GCC prints the path of the language's compiler proper, or its bare name if it is not installed.
         execute_process(COMMAND ${DUNMORA_GOBJCXX} -print-prog-name=cc1objplus
             OUTPUT_VARIABLE compiler OUTPUT_STRIP_TRAILING_WHITESPACE)
         if(IS_ABSOLUTE "${compiler}")
@@ -48,8 +48,8 @@ elseif(DUNMORA_TESTS AND DUNMORA_GNUSTEP AND NOT (DUNMORA_GNUSTEP STREQUAL "AUTO
             OUTPUT_VARIABLE libraries OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
         separate_arguments(flags UNIX_COMMAND "${flags}")
         separate_arguments(libraries UNIX_COMMAND "${libraries}")
-        # Of its flags those that make a translation unit GNUstep's; how to warn and to optimise is
-        # ours to say, and what a user has put into a folder of their own stays out.
+        # Keep only the flags that GNUstep's ABI and headers need: warnings and optimisation are our
+        # choice, and the user's own GNUstep folder must not affect the build.
         set(includes "${flags}")
         list(FILTER includes INCLUDE REGEX "^-I/")
         list(FILTER includes EXCLUDE REGEX "/GNUstep/Library/Headers$")
@@ -59,12 +59,12 @@ elseif(DUNMORA_TESTS AND DUNMORA_GNUSTEP AND NOT (DUNMORA_GNUSTEP STREQUAL "AUTO
         add_library(dunmora_address_book_framework INTERFACE)
         target_compile_options(dunmora_address_book_framework INTERFACE
             "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${flags}>"
-            # CMake knows no standards of GCC's Objective-C.
+            # CMake does not set the standard for GCC's Objective-C.
             $<$<COMPILE_LANGUAGE:OBJC>:-std=gnu11> $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++20>)
         target_include_directories(dunmora_address_book_framework SYSTEM INTERFACE ${includes})
         target_link_libraries(dunmora_address_book_framework INTERFACE
             ${DUNMORA_ADDRESSES_LIBRARY} ${libraries})
     elseif(NOT DUNMORA_GNUSTEP STREQUAL "AUTO")
-        message(FATAL_ERROR "DUNMORA_GNUSTEP is ON, but gobjc++, GNUstep or its Addresses is missing.")
+        message(FATAL_ERROR "DUNMORA_GNUSTEP is ON, but gobjc++, GNUstep or Addresses was not found. Install them or set it to OFF.")
     endif()
 endif()

@@ -1,12 +1,12 @@
-# How a Mac shows and trusts the program. Its information is written everywhere, so that it can be
-# checked where there is no Mac.
+# The Mac bundle and its signature. Info.plist is written on every system, so that tests can check it
+# without a Mac.
 set(DUNMORA_BUNDLE_NAME Dunmora)
 set(DUNMORA_BUNDLE_IDENTIFIER "com.example.dunmora" CACHE STRING
-    "On a Mac: the bundle's identifier, which is also the name of its user defaults")
+    "On a Mac: the bundle's identifier, also the domain of its user defaults")
 set(DUNMORA_CODESIGN_IDENTITY "-" CACHE STRING
-    "On a Mac: who signs the bundle; - is nobody, good enough for the Mac that it was built on")
+    "On a Mac: the identity that signs the bundle; - signs ad hoc, enough for the Mac that built it")
 
-# The service is asked over plain HTTP, which a Mac allows only to hosts that are named for it.
+# macOS allows plain HTTP, which the update service uses, only to hosts listed in Info.plist.
 set(DUNMORA_TRANSPORT_SECURITY "")
 if(DUNMORA_UPDATE_HOST)
     string(REGEX REPLACE ":[0-9]+$" "" host "${DUNMORA_UPDATE_HOST}")
@@ -21,8 +21,8 @@ set(DUNMORA_INFO_PLIST ${PROJECT_BINARY_DIR}/Info.plist)
 configure_file(${PROJECT_SOURCE_DIR}/packaging/Info.plist.in ${DUNMORA_INFO_PLIST} @ONLY)
 
 # dunmora_mac_bundle(WINDOWED TERMINAL)
-# Makes the program with windows a bundle, puts the one for terminals beside it, where it has the
-# same identity and so the same preferences and permissions, and signs both.
+# Turns the program with windows into a bundle, copies the terminal program into it, where it shares
+# the bundle's identifier and so its preferences and permissions, and signs both.
 function(dunmora_mac_bundle windowed terminal)
     set_target_properties(${windowed} PROPERTIES
         MACOSX_BUNDLE ON
@@ -31,7 +31,8 @@ function(dunmora_mac_bundle windowed terminal)
     set(entitlements ${PROJECT_SOURCE_DIR}/packaging/dunmora.entitlements)
     set(sign codesign --force --sign "${DUNMORA_CODESIGN_IDENTITY}" --entitlements ${entitlements})
     if(NOT DUNMORA_CODESIGN_IDENTITY STREQUAL "-")
-        # Others' Macs want it. Without an identity it would keep Qt out, which is signed by others.
+        # The hardened runtime, which notarisation requires. With an ad hoc signature it would refuse to
+        # load Qt, which is signed by somebody else.
         list(APPEND sign --options runtime)
     endif()
     set(programs $<TARGET_BUNDLE_CONTENT_DIR:${windowed}>/MacOS)

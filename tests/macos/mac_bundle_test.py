@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks what a Mac is told about the program.
+"""Checks the Mac bundle's Info.plist and entitlements.
 
     python3 tests/macos/mac_bundle_test.py INFO-PLIST ENTITLEMENTS VERSION [UPDATE-HOST]
 """
@@ -20,20 +20,20 @@ class MacBundle(unittest.TestCase):
     version: str
     host: str
 
-    def test_has_the_one_version_of_the_project(self):
+    def test_has_the_version_of_the_project(self):
         self.assertEqual(self.info["CFBundleVersion"], self.version)
         self.assertEqual(self.info["CFBundleShortVersionString"], self.version)
 
-    def test_says_what_it_wants_the_contacts_for(self):
+    def test_explains_why_it_needs_the_contacts(self):
         self.assertIn("contacts", self.info["NSContactsUsageDescription"])
 
-    def test_is_an_application_with_an_identity_of_its_own(self):
+    def test_is_an_application_with_its_own_identifier(self):
         self.assertEqual(self.info["CFBundlePackageType"], "APPL")
         self.assertEqual(self.info["CFBundleExecutable"], "Dunmora")
         self.assertRegex(self.info["CFBundleIdentifier"], r"^[A-Za-z0-9-]+(\.[A-Za-z0-9-]+)+$")
         self.assertRegex(self.info["LSMinimumSystemVersion"], r"^\d+\.\d+$")
 
-    def test_may_ask_its_update_service_over_plain_http_and_nobody_else(self):
+    def test_allows_plain_http_only_to_its_update_service(self):
         security = self.info.get("NSAppTransportSecurity")
         if not self.host:
             self.assertIsNone(security)
@@ -41,7 +41,7 @@ class MacBundle(unittest.TestCase):
         name = self.host.rsplit(":", 1)[0]
         self.assertEqual(security, {"NSExceptionDomains": {name: {"NSExceptionAllowsInsecureHTTPLoads": True}}})
 
-    def test_is_entitled_to_the_contacts_and_to_nothing_else(self):
+    def test_is_entitled_only_to_the_contacts(self):
         self.assertEqual(self.entitlements, {"com.apple.security.personal-information.addressbook": True})
 
 

@@ -5,7 +5,7 @@
 namespace dunmora::test {
 namespace {
 
-TEST(BuildBundle, KnowsTheVersionTheUpdateServiceAndNothingElse)
+TEST(BuildBundle, HasOnlyTheVersionAndTheUpdateHost)
 {
     const BuildBundle bundle;
 
