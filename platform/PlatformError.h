@@ -1,8 +1,13 @@
 #pragma once
 
 #include <stdexcept>
+#include <string_view>
 
 namespace dunmora {
+
+/// Ends the message about a file or an address book that has changed since it was read. The message
+/// names it last.
+inline constexpr std::string_view kReloadAndTryAgain = "Reload it and try again.";
 
 /// A failure of the platform (a file, a bus, a framework), described for the user in one line of
 /// UTF-8. Adapters throw it in place of the foreign error; the core throws it only when no address

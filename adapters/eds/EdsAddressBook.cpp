@@ -31,7 +31,7 @@ std::vector<ServiceBook> EdsAddressBook::chosenBooks() const
     std::erase_if(books, [&](const ServiceBook& book) { return book.uid != *bookUid_; });
     if (books.empty()) {
         throw PlatformError("The desktop has no enabled address book with the id “" + *bookUid_ +
-                            "”. The command “dunmora-cli books” lists those that there are.");
+                            "”. Run “dunmora-cli books” to list the address books.");
     }
     return books;
 }
@@ -70,11 +70,11 @@ EdsAddressBook::Reading EdsAddressBook::read() const
         if (skipped > 0) {
             reading.notes.cardsSkipped += skipped;
             reading.notes.remarks.push_back(
-                std::to_string(skipped) + (skipped == 1 ? " card of " : " cards of ") + name +
-                (skipped == 1 ? " was skipped and stays as it is: it has no id of its own or no "
-                                "property."
-                              : " were skipped and stay as they are: they have no id of their own "
-                                "or no property."));
+                std::to_string(skipped) + (skipped == 1 ? " card in " : " cards in ") + name +
+                (skipped == 1 ? " was skipped because it has no unique id or no properties. It "
+                                "stays in the address book unchanged."
+                              : " were skipped because they have no unique id or no properties. "
+                                "They stay in the address book unchanged."));
         }
     }
     return reading;
@@ -105,7 +105,7 @@ std::span<const Person> EdsAddressBook::people()
     }
     std::fill(isPending_.begin(), isPending_.end(), false);
     auto reading = read();
-    // People whom the user checked in such a book must not count as gone.
+    // Otherwise the people checked in a book that cannot be read would count as gone.
     for (const auto& book : reviewed_->books()) {
         const auto failure = std::find_if(reading.failures.begin(), reading.failures.end(),
                                           [&](const auto& each) { return each.first == book.uid; });
@@ -116,8 +116,9 @@ std::span<const Person> EdsAddressBook::people()
         if (std::none_of(books.begin(), books.end(),
                          [&](const ServiceBook& each) { return each.uid == book.uid; })) {
             throw PlatformError(quotedName(book) +
-                                " was removed, disabled or made read-only meanwhile. "
-                                "Read the address book again first.");
+                                " was removed, disabled or made read-only after the address book "
+                                "was read. " +
+                                std::string(kReloadAndTryAgain));
         }
     }
     current_ = std::move(reading.listing);

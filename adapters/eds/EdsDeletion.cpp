@@ -101,8 +101,8 @@ void EdsDeletion::handleFailure(const ServiceBook& book, const Batch& batch,
         addReason(book, result.reason);
         return;
     }
-    // A removal that fails because somebody is missing or has changed removes nobody: others
-    // removed those who are gone. After any other failure our removal did, and only the reply was
+    // A removal that fails because somebody is missing or has changed removes nobody, so others
+    // removed those who are gone. After any other failure this removal did, and only the reply was
     // lost.
     const bool removedNobody =
         result.outcome == Outcome::NoSuchPerson || result.outcome == Outcome::Changed;
@@ -168,9 +168,8 @@ std::string EdsDeletion::failure() const
         }
     };
     add(removed_, "was deleted", "were deleted");
-    add(gone_, "was gone already", "were gone already");
-    add(changed_, "has changed meanwhile and was left alone",
-        "have changed meanwhile and were left alone");
+    add(gone_, "was already gone", "were already gone");
+    add(changed_, "has changed and was not deleted", "have changed and were not deleted");
     add(left_, "is still there", "are still there");
     add(untried_, "was not tried", "were not tried");
     add(unknown_, "may or may not have been deleted", "may or may not have been deleted");
@@ -178,7 +177,7 @@ std::string EdsDeletion::failure() const
     for (const auto& reason : reasons_) {
         text += reason;
     }
-    text += " Read the address book again before you delete more.";
+    text += " Reload the address book before you delete more.";
     return text;
 }
 

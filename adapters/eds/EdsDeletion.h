@@ -22,9 +22,9 @@ struct EdsRemoval {
 /// Removes people from the service's books as far as possible, and counts the outcomes.
 ///
 /// Compares each card with the reviewed one right before the removal, and removes nobody whose card
-/// differs. After a failed removal, asks the book who is still there and tries those one by one.
-/// Gives up a book that cannot be read or keeps refusing, and continues with the next one. After a
-/// timeout it tries nothing more.
+/// differs. After a failed removal, finds out who is still in the book and tries those one by one.
+/// Gives up on a book that cannot be read or keeps refusing, and continues with the next one. Tries
+/// nothing more after a timeout.
 ///
 /// Thread: one at a time. Errors: none; see `failure`.
 class EdsDeletion final {

@@ -47,7 +47,7 @@ std::unique_ptr<ContactService> loadContactService()
     void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     void* const entry = module != nullptr ? dlsym(module, kEdsModuleEntry) : nullptr;
     if (entry == nullptr) {
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): it answers for the calling thread
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): it returns the calling thread's error
         const char* const reason = dlerror();
         fail(std::string(reason != nullptr ? reason : "the module is empty") + ".");
     }

@@ -24,8 +24,8 @@ namespace {
 
 [[noreturn]] void throwChanged(const std::filesystem::path& path)
 {
-    throw PlatformError(quotedPath(path) +
-                        " has changed since it was read. Reload it and try again.");
+    throw PlatformError(quotedPath(path) + " has changed since it was read. " +
+                        std::string(kReloadAndTryAgain));
 }
 
 /// Root can write a file without write permission; a user who removed the permission still meant

@@ -60,7 +60,7 @@ std::string GlibError::sentence() const
     if (isClosed()) {
         return "The connection to the session bus (D-Bus) is closed.";
     }
-    std::string text = "The service gives no reason";
+    std::string text = "The service gave no reason";
     if (error_ != nullptr && error_->message != nullptr) {
         g_dbus_error_strip_remote_error(error_);
         const std::unique_ptr<char, decltype(&g_free)> valid(g_utf8_make_valid(error_->message, -1),

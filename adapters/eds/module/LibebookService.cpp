@@ -19,18 +19,19 @@ namespace {
 using std::chrono::seconds;
 using Clock = std::chrono::steady_clock;
 
-// In sum less than a user has to wait for a message: the books are listed and then read; a batch is
-// found, removed and found again.
+// `ContactService` limits the sums: listing and reading the books; finding a batch, removing it and
+// finding it again.
 constexpr seconds kListingLimit(5);
 constexpr seconds kReadingLimit(9);
 constexpr seconds kFindingLimit(4);
 constexpr seconds kRemovalLimit(6);
 constexpr seconds kPresenceLimit(2);
 
-constexpr auto kNoBook = "The service does not list the book any more.";
+constexpr auto kNoBook = "The service no longer lists the book.";
 constexpr auto kServerLost =
-    "Its server cannot be reached any more, so that the service may remove them there later.";
-constexpr auto kUncertain = "What its server has done shows only when the book is read again.";
+    "Its server can no longer be reached. The people may still be deleted there later.";
+constexpr auto kUncertain =
+    "What its server has done is unknown until the address book is reloaded.";
 
 BookContent timedOut()
 {

@@ -71,8 +71,8 @@ TEST_F(EdsAddressBookTest, ReportsAnUnknownBook)
     desktop_.add("home", {"ann"});
 
     EXPECT_EQ(failureOf([&] { one("work").readPeople(); }),
-              "The desktop has no enabled address book with the id “work”. The command "
-              "“dunmora-cli books” lists those that there are.");
+              "The desktop has no enabled address book with the id “work”. Run “dunmora-cli books” "
+              "to list the address books.");
 }
 
 TEST_F(EdsAddressBookTest, ReadsPeopleLikeAVCardFile)
@@ -123,8 +123,8 @@ TEST_F(EdsAddressBookTest, SkipsPeopleWithoutAUniqueId)
     EXPECT_EQ(uidsOf(book.readPeople()), (Lines{"home/ann", "home/ben"}));
     EXPECT_EQ(book.notes().cardsSkipped, 3U);
     EXPECT_EQ(book.notes().remarks,
-              Lines{"3 cards of “Book home” were skipped and stay as they are: they have no id of "
-                    "their own or no property."});
+              Lines{"3 cards in “Book home” were skipped because they have no unique id or no "
+                    "properties. They stay in the address book unchanged."});
 }
 
 TEST_F(EdsAddressBookTest, OmitsReadOnlyBooksAndNamesThem)
@@ -190,8 +190,8 @@ TEST_F(EdsAddressBookTest, DeletesNobodyWhenAReviewedBookCannotBeReadAnyMore)
     desktop_.book("server").content.failure = "";
     desktop_.book("server").content.isWritable = false;
     EXPECT_EQ(failureOf([&] { book.people(); }),
-              "“Book server” was removed, disabled or made read-only meanwhile. Read the address "
-              "book again first.");
+              "“Book server” was removed, disabled or made read-only after the address book was "
+              "read. Reload it and try again.");
     book.save();
     EXPECT_TRUE(desktop_.removals.empty());
 }
@@ -223,8 +223,8 @@ TEST_F(EdsAddressBookTest, LeavesPeopleAloneWhoChangedSinceTheyWereReviewed)
     desktop_.edit("home", "c");
 
     EXPECT_EQ(failureOf([&] { book.save(); }),
-              "Not everybody was deleted. Of 3 people, 1 was deleted, 2 have changed meanwhile "
-              "and were left alone. Read the address book again before you delete more.");
+              "Not everybody was deleted. Of 3 people, 1 was deleted, 2 have changed and were not "
+              "deleted. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.uidsIn("home"), (Lines{"a", "c", "d"}));
 }
 
@@ -256,9 +256,8 @@ TEST_F(EdsAddressBookTest, ContinuesWithTheOthersWhenABatchFails)
     };
 
     EXPECT_EQ(failureOf([&] { book.save(); }),
-              "Not everybody was deleted. Of 3 people, 1 was deleted, 1 was gone already, 1 has"
-              " changed meanwhile and was left alone. Read the address book again before you "
-              "delete more.");
+              "Not everybody was deleted. Of 3 people, 1 was deleted, 1 was already gone, 1 has "
+              "changed and was not deleted. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.removals, (std::vector<Lines>{{"a", "b", "c"}, {"a"}}));
     EXPECT_EQ(desktop_.uidsIn("home"), (Lines{"c", "d"}));
 }
@@ -277,7 +276,7 @@ TEST_F(EdsAddressBookTest, ReportsWhyAServerRefusesSomePeople)
 
     EXPECT_EQ(deletionOf(book, {"a", "b", "c"}),
               "Not everybody was deleted. Of 3 people, 2 were deleted, 1 is still there. “Book "
-              "server”: That one is locked. Read the address book again before you delete more.");
+              "server”: That one is locked. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.uidsIn("server"), (Lines{"b", "d"}));
 }
 
@@ -307,8 +306,8 @@ TEST_F(EdsAddressBookTest, TriesNothingMoreAfterATimeout)
 
     EXPECT_EQ(deletionOf(book, {"home/a", "home/b", "home/c", "work/a"}),
               "Not everybody was deleted. Of 4 people, 2 were not tried, 2 may or may not have "
-              "been deleted. “Book home”: Nobody answers. “Book work”: The deletion stopped "
-              "before this book. Read the address book again before you delete more.");
+              "been deleted. “Book home”: Nobody answers. “Book work”: The deletion stopped before "
+              "this book. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.removals.size(), 1U);
 }
 
@@ -325,8 +324,8 @@ TEST_F(EdsAddressBookTest, TriesNothingMoreAfterASearchTimedOut)
 
     EXPECT_EQ(deletionOf(book, {"home/a", "home/b", "home/c", "work/a"}),
               "Not everybody was deleted. Of 4 people, 4 were not tried. “Book home”: Nobody "
-              "answers. “Book work”: The deletion stopped before this book. Read the address "
-              "book again before you delete more.");
+              "answers. “Book work”: The deletion stopped before this book. Reload the address "
+              "book before you delete more.");
     EXPECT_TRUE(desktop_.removals.empty());
 }
 
@@ -342,7 +341,7 @@ TEST_F(EdsAddressBookTest, ContinuesWithTheOtherBooksWhenOneCannotBeRead)
 
     EXPECT_EQ(deletionOf(book, {"home/a", "home/b", "home/c", "work/a"}),
               "Not everybody was deleted. Of 4 people, 1 was deleted, 3 were not tried. “Book "
-              "home”: No such file. Read the address book again before you delete more.");
+              "home”: No such file. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.uidsIn("work"), Lines{"b"});
 }
 
@@ -359,8 +358,8 @@ TEST_F(EdsAddressBookTest, LeavesPeopleAloneWhoChangedOnTheServer)
     };
 
     EXPECT_EQ(deletionOf(book, {"a", "b"}),
-              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed meanwhile "
-              "and was left alone. Read the address book again before you delete more.");
+              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed and was not "
+              "deleted. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.uidsIn("server"), (Lines{"a", "c"}));
 }
 
@@ -377,8 +376,8 @@ TEST_F(EdsAddressBookTest, FindsOutWhichPeopleOfABatchChangedOnTheServer)
     };
 
     EXPECT_EQ(deletionOf(book, {"a", "b"}),
-              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed meanwhile "
-              "and was left alone. Read the address book again before you delete more.");
+              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed and was not "
+              "deleted. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.uidsIn("server"), Lines{"a"});
 }
 
@@ -395,10 +394,10 @@ TEST_F(EdsAddressBookTest, ReportsUnknownOutcomes)
         return RemovalResult{Outcome::NoReply, "Nobody answers."};
     };
 
-    EXPECT_EQ(deletionOf(book, {"a", "b", "c"}),
-              "Not everybody was deleted. Of 3 people, 1 was not tried, 2 may or may not have "
-              "been deleted. “Book home”: Nobody answers. Read the address book again before "
-              "you delete more.");
+    EXPECT_EQ(
+        deletionOf(book, {"a", "b", "c"}),
+        "Not everybody was deleted. Of 3 people, 1 was not tried, 2 may or may not have been "
+        "deleted. “Book home”: Nobody answers. Reload the address book before you delete more.");
 }
 
 TEST_F(EdsAddressBookTest, GivesUpOnAServerThatRefusesEverything)
@@ -416,7 +415,7 @@ TEST_F(EdsAddressBookTest, GivesUpOnAServerThatRefusesEverything)
 
     EXPECT_EQ(deletionOf(book, many),
               "Not everybody was deleted. Of 50 people, 10 are still there, 40 were not tried. "
-              "“Book server”: No. Read the address book again before you delete more.");
+              "“Book server”: No. Reload the address book before you delete more.");
     EXPECT_EQ(desktop_.removals.size(), 10U);
 }
 
@@ -438,9 +437,8 @@ TEST_F(EdsAddressBookTest, GivesUpOnAServerThatRefusesSlowly)
     deletion.remove({"server", "Book server", "carddav"}, 1, removalsOf(reviewed));
 
     EXPECT_EQ(deletion.failure(),
-              "Not everybody was deleted. Of 5 people, 1 was deleted, 2 are still there, 2 were"
-              " not tried. “Book server”: No. Read the address book again before you delete "
-              "more.");
+              "Not everybody was deleted. Of 5 people, 1 was deleted, 2 are still there, 2 were "
+              "not tried. “Book server”: No. Reload the address book before you delete more.");
 }
 
 TEST_F(EdsAddressBookTest, ReturnsTheCardsAsTheServiceGivesThem)

@@ -33,10 +33,10 @@ TEST(EdsLostBus, IsReportedAndNeitherHangsNorEndsTheProgram)
     const auto saving = failureOf([&] { book->save(); });
     const auto reading = failureOf([&] { book->readPeople(); });
 
-    EXPECT_EQ(saving,
-              "Not everybody was deleted. Of 1 person, 1 was not tried. “Friends”: The "
-              "connection to the session bus (D-Bus) is closed. Read the address book again "
-              "before you delete more.");
+    EXPECT_EQ(
+        saving,
+        "Not everybody was deleted. Of 1 person, 1 was not tried. “Friends”: The connection to the "
+        "session bus (D-Bus) is closed. Reload the address book before you delete more.");
     EXPECT_EQ(reading,
               "The desktop's address books cannot be reached: The connection to the session bus "
               "(D-Bus) is closed.");

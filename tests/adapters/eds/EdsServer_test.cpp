@@ -131,8 +131,8 @@ TEST_F(EdsServerTest, LeavesPeopleAloneWhoChangedOnTheServer)
     server_.put("ann", edited);
 
     EXPECT_EQ(failureOf([&] { book().save(); }),
-              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed meanwhile "
-              "and was left alone. Read the address book again before you delete more.");
+              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed and was not "
+              "deleted. Reload the address book before you delete more.");
     auto expected = server_.cards();
     EXPECT_EQ(expected.size(), 2U);
     EXPECT_EQ(expected["ann"], edited);
@@ -249,8 +249,7 @@ TEST_F(EdsServerTest, DoesNotCountQueuedRemovalsAsDone)
 
     EXPECT_EQ(answer.outcome, Outcome::NoReply);
     EXPECT_EQ(answer.reason,
-              "Its server cannot be reached any more, so that the service may remove "
-              "them there later.");
+              "Its server can no longer be reached. The people may still be deleted there later.");
 }
 
 TEST_F(EdsServerTest, ReportsARemovalAsUnknownWhenTheServerDisconnects)
@@ -278,7 +277,7 @@ TEST_F(EdsServerTest, ReportsARemovalAsUnknownWhenTheReplyIsLost)
 
     EXPECT_EQ(answer.outcome, Outcome::NoReply) << answer.reason;
     EXPECT_EQ(service->find(uid_, {"ann"}).failure,
-              "What its server has done shows only when the book is read again.");
+              "What its server has done is unknown until the address book is reloaded.");
     service->books();
     EXPECT_EQ(service->read({uid_}).at(0).failure, "");
 }

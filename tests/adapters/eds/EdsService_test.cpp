@@ -53,7 +53,7 @@ Counts countsIn(const std::string& failure)
         std::smatch match;
         return std::regex_search(failure, match, std::regex(what)) ? std::stoul(match[1]) : 0;
     };
-    return {count("([0-9]+) (was|were) deleted[,.]"), count("([0-9]+) (was|were) gone already"),
+    return {count("([0-9]+) (was|were) deleted[,.]"), count("([0-9]+) (was|were) already gone"),
             count("([0-9]+) (has|have) changed"),     count("([0-9]+) (is|are) still there"),
             count("([0-9]+) may or may not"),         count("([0-9]+) (was|were) not tried")};
 }
@@ -266,9 +266,8 @@ TEST_F(EdsServiceTest, LeavesPeopleAloneWhomAnotherProgramChangedAndIgnoresThose
     const auto failure = failureOf([&] { book().save(); });
 
     // “a” was gone when the deletion began and was not requested.
-    EXPECT_EQ(failure,
-              "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed meanwhile "
-              "and was left alone. Read the address book again before you delete more.");
+    EXPECT_EQ(failure, "Not everybody was deleted. Of 2 people, 1 was deleted, 1 has changed and "
+                       "was not deleted. Reload the address book before you delete more.");
     EXPECT_EQ(others_.uids(uid_).size(), 2U);
     EXPECT_EQ(others_.cards(uid_).at("b"), edited);
 }
@@ -282,9 +281,8 @@ TEST_F(EdsServiceTest, SeesChangesMadeRightBeforeTheSave)
     others_.edit(uid_, cardOf("b", "NICKNAME:Bee\r\n"));
 
     EXPECT_EQ(failureOf([&] { book().save(); }),
-              "Not everybody was deleted. Of 3 people, 1 was deleted, 1 was gone already, 1 has"
-              " changed meanwhile and was left alone. Read the address book again before you "
-              "delete more.");
+              "Not everybody was deleted. Of 3 people, 1 was deleted, 1 was already gone, 1 has "
+              "changed and was not deleted. Reload the address book before you delete more.");
     auto left = others_.uids(uid_);
     std::sort(left.begin(), left.end());
     EXPECT_EQ(left, (Lines{"b", "d"}));
@@ -451,8 +449,8 @@ TEST_F(EdsServiceTest, ReportsThatTheServiceDoesNotReplyToADeletion)
 
     EXPECT_LT(seconds, 15);
     EXPECT_EQ(failure,
-              "Not everybody was deleted. Of 2 people, 2 were not tried. “Friends”: The service"
-              " did not reply in time. Read the address book again before you delete more.");
+              "Not everybody was deleted. Of 2 people, 2 were not tried. “Friends”: The service "
+              "did not reply in time. Reload the address book before you delete more.");
     EXPECT_EQ(uidsOf(book().readPeople()), (Lines{"a", "b", "c"}));
 }
 
