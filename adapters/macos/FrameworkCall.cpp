@@ -64,7 +64,7 @@ void callObjectiveC(std::string_view what, const std::function<void()>& work)
         std::rethrow_exception(call.failure);
     }
     if (raised) {
-        throw PlatformError(std::string(what) + " has failed: " + sentence(*raised));
+        throw PlatformError(std::string(what) + " reported an error: " + sentence(*raised));
     }
 }
 

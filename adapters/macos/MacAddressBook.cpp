@@ -15,15 +15,15 @@ namespace {
 
 constexpr std::string_view kBook = "The address book of this Mac";
 constexpr std::string_view kNothingMore =
-    " The removals cannot be undone, so Dunmora deletes nothing more. Start it again.";
+    " The removals cannot be undone, so Dunmora deletes nothing more. Restart Dunmora.";
 
 void requireBook(const FrameworkBook& book)
 {
     if (!book.isThere()) {
         throw PlatformError(
-            "macOS does not give Dunmora access to the address book. Allow it for Dunmora, or for "
-            "its terminal, in System Settings > Privacy & Security > Contacts, and start Dunmora "
-            "again.");
+            "macOS does not allow Dunmora to use the address book. Allow access for Dunmora, or "
+            "for its terminal, in System Settings > Privacy & Security > Contacts, and restart "
+            "Dunmora.");
     }
 }
 
@@ -86,9 +86,9 @@ void requireUnchanged(const FrameworkBook& book,
 {
     for (const auto& [index, person] : found) {
         if (book.person(index) != *person) {
-            throw PlatformError(nameOf(*person) +
-                                " has changed since the address book was read. Nobody was "
-                                "deleted. Reload it and try again.");
+            throw PlatformError("Nobody was deleted: " + nameOf(*person) +
+                                " has changed since the address book was read. " +
+                                std::string(kReloadAndTryAgain));
         }
     }
 }
@@ -155,7 +155,7 @@ void MacAddressBook::save()
             stranded_ = true;
             for (const auto& [index, person] : found) {
                 if (!book.removeRecord(index)) {
-                    throw PlatformError("macOS does not remove " + nameOf(*person) +
+                    throw PlatformError("macOS did not remove " + nameOf(*person) +
                                         " from the address book. Nobody was deleted.");
                 }
             }
@@ -179,12 +179,12 @@ ReadingNotes MacAddressBook::notes() const
     for (const auto& person : reading_.skipped()) {
         notes.remarks.push_back(
             nameOf(person) +
-            " was left out: the address book gives this person no unique identifier.");
+            " was skipped: this person has no unique identifier in the address book.");
     }
     if (stranded_) {
         notes.remarks.emplace_back(
-            "A deletion could not be saved. The people in it are not shown, although the address "
-            "book may still have them. Start Dunmora again to see them.");
+            "A deletion could not be saved. Its people are not shown, although they may still be "
+            "in the address book. Restart Dunmora to see them.");
     }
     return notes;
 }
@@ -208,8 +208,7 @@ const FrameworkPerson& MacAddressBook::listed(const Person& view) const
 void MacAddressBook::refuseWhereRemovalsAreStranded() const
 {
     if (stranded_) {
-        throw PlatformError(std::string(kBook) + " could not be saved before." +
-                            std::string(kNothingMore));
+        throw PlatformError("An earlier deletion could not be saved." + std::string(kNothingMore));
     }
 }
 
@@ -243,7 +242,7 @@ std::string MacAddressBook::cards(std::span<const Person* const> people) const
     for (const auto* person : wanted) {
         const auto card = cards.find(person->uid);
         if (card == cards.end()) {
-            throw PlatformError(nameOf(*person) + " is not in the address book any more.");
+            throw PlatformError(nameOf(*person) + " is no longer in the address book.");
         }
         content += card->second;
     }

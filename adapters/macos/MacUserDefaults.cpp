@@ -11,17 +11,17 @@ namespace dunmora {
 
 bool MacUserDefaults::hasValue(std::string_view key) const
 {
-    return ask([&] { return hasStandardDefault(key); });
+    return call([&] { return hasStandardDefault(key); });
 }
 
 bool MacUserDefaults::boolForKey(std::string_view key) const
 {
-    return ask([&] { return boolOfStandardDefault(key); });
+    return call([&] { return boolOfStandardDefault(key); });
 }
 
 void MacUserDefaults::setBool(std::string_view key, bool value)
 {
-    ask([&] {
+    call([&] {
         setStandardDefault(key, value);
         return true;
     });
@@ -29,22 +29,22 @@ void MacUserDefaults::setBool(std::string_view key, bool value)
 
 bool MacUserDefaults::synchronize()
 {
-    return ask([] { return synchronizeStandardDefaults(); });
+    return call([] { return synchronizeStandardDefaults(); });
 }
 
-/// Returns what the work returns, or false when Objective-C throws. Prints the first such error to
+/// Returns the result of `work`, or false when Objective-C throws. Prints the first such error to
 /// standard error.
-bool MacUserDefaults::ask(const std::function<bool()>& work) const
+bool MacUserDefaults::call(const std::function<bool()>& work) const
 {
-    bool answer = false;
+    bool result = false;
     try {
-        callObjectiveC("The store of the preferences", [&] { answer = work(); });
+        callObjectiveC("The preferences store of macOS", [&] { result = work(); });
     } catch (const PlatformError& error) {
         std::call_once(errorReported_, [&] {
             std::fputs(("dunmora: " + std::string(error.what()) + "\n").c_str(), stderr);
         });
     }
-    return answer;
+    return result;
 }
 
 }  // namespace dunmora

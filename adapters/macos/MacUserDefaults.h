@@ -8,8 +8,8 @@
 
 namespace dunmora {
 
-/// The preferences in the user defaults of the program's bundle, where `defaults read` finds them.
-/// The other program in the bundle shares them.
+/// The preferences in the user defaults of the program's bundle, which both programs share and
+/// `defaults read` shows.
 class MacUserDefaults final : public UserDefaults {
 public:
     bool hasValue(std::string_view key) const override;
@@ -18,7 +18,7 @@ public:
     bool synchronize() override;
 
 private:
-    bool ask(const std::function<bool()>& work) const;
+    bool call(const std::function<bool()>& work) const;
 
     mutable std::once_flag errorReported_;
 };

@@ -54,17 +54,19 @@ TEST(FrameworkCall, UsesOneThreadForAllCalls)
 TEST(FrameworkCall, TurnsObjectiveCExceptionsIntoPlatformErrors)
 {
     EXPECT_EQ(endOf([] { raiseInObjectiveC("No such record."); }),
-              "The book has failed: No such record.");
+              "The book reported an error: No such record.");
 }
 
 TEST(FrameworkCall, PutsTheReasonOnOneLine)
 {
-    EXPECT_EQ(endOf([] { raiseInObjectiveC("Two\nlines.\n"); }), "The book has failed: Two lines.");
+    EXPECT_EQ(endOf([] { raiseInObjectiveC("Two\nlines.\n"); }),
+              "The book reported an error: Two lines.");
 }
 
 TEST(FrameworkCall, UsesTheNameOfAnExceptionWithoutAReason)
 {
-    EXPECT_EQ(endOf([] { raiseInObjectiveC(""); }), "The book has failed: NSGenericException.");
+    EXPECT_EQ(endOf([] { raiseInObjectiveC(""); }),
+              "The book reported an error: NSGenericException.");
 }
 
 TEST(FrameworkCall, PassesCppExceptionsThroughUnchanged)
@@ -97,8 +99,8 @@ TEST(FrameworkCall, KeepsNestedCallsApart)
         raiseInObjectiveC("No such book.");
     });
 
-    EXPECT_EQ(inner, "The person has failed: No such record.");
-    EXPECT_EQ(outer, "The book has failed: No such book.");
+    EXPECT_EQ(inner, "The person reported an error: No such record.");
+    EXPECT_EQ(outer, "The book reported an error: No such book.");
 }
 
 TEST(FrameworkCall, RunsDestructors)

@@ -71,8 +71,8 @@ protected:
         addresses_.mendSaving();
         const auto before = addresses_.uidsSeenByOthers();
         EXPECT_EQ(failureOfDeleting({before.back()}),
-                  "The address book of this Mac could not be saved before. The removals cannot be "
-                  "undone, so Dunmora deletes nothing more. Start it again.");
+                  "An earlier deletion could not be saved. The removals cannot be undone, so "
+                  "Dunmora deletes nothing more. Restart Dunmora.");
         MacAddressBook another(stranded_);
         EXPECT_THROW(another.removeRecord(another.readPeople().back()), PlatformError);
         book_.save();
@@ -168,10 +168,10 @@ TEST_F(MacAddressBookTest, ExplainsHowToAllowAccessWhenThereIsNoAddressBook)
 {
     addresses_.state().isMissing = true;
 
-    EXPECT_EQ(failureOfReading(),
-              "macOS does not give Dunmora access to the address book. Allow it for Dunmora, or"
-              " for its terminal, in System Settings > Privacy & Security > Contacts, and start"
-              " Dunmora again.");
+    EXPECT_EQ(
+        failureOfReading(),
+        "macOS does not allow Dunmora to use the address book. Allow access for Dunmora, or for "
+        "its terminal, in System Settings > Privacy & Security > Contacts, and restart Dunmora.");
     EXPECT_THROW(book_.people(), PlatformError);
 }
 
@@ -202,7 +202,7 @@ TEST_F(MacAddressBookTest, TurnsFrameworkExceptionsIntoPlatformErrors)
     addresses_.state().people = Fault::Raise;
 
     EXPECT_EQ(failureOfReading(),
-              "The address book of this Mac has failed: The database is damaged.");
+              "The address book of this Mac reported an error: The database is damaged.");
 
     addresses_.state().people = Fault::None;
     EXPECT_EQ(book_.readPeople().size(), 1U);
@@ -227,7 +227,7 @@ TEST_F(MacAddressBookTest, ReportsAPersonWhoCannotBeRead)
     hold({"a", "b"});
     addresses_.damage("b");
 
-    EXPECT_NE(failureOfReading().find("The address book of this Mac has failed: "),
+    EXPECT_NE(failureOfReading().find("The address book of this Mac reported an error: "),
               std::string::npos);
 }
 
@@ -248,8 +248,8 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsAfterASaveThatFailed)
     addresses_.breakSaving();
 
     EXPECT_EQ(failureOfDeleting({"a"}),
-              "The address book of this Mac could not be saved. The removals cannot be undone, "
-              "so Dunmora deletes nothing more. Start it again.");
+              "The address book of this Mac could not be saved. The removals cannot be undone, so "
+              "Dunmora deletes nothing more. Restart Dunmora.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();
@@ -261,8 +261,8 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsAfterASaveThatThrew)
     addresses_.state().save = Fault::Raise;
 
     EXPECT_EQ(failureOfDeleting({"a"}),
-              "The address book of this Mac has failed: The database is damaged. The removals "
-              "cannot be undone, so Dunmora deletes nothing more. Start it again.");
+              "The address book of this Mac reported an error: The database is damaged. The "
+              "removals cannot be undone, so Dunmora deletes nothing more. Restart Dunmora.");
 
     expectRefusalForGood();
 }
@@ -274,8 +274,8 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsWhenARemovalInTheMiddleIsRefused)
     addresses_.state().removalsBefore = 1;
 
     EXPECT_EQ(failureOfDeleting({"a", "b"}),
-              "macOS does not remove “Ann Lee” from the address book. Nobody was deleted. The "
-              "removals cannot be undone, so Dunmora deletes nothing more. Start it again.");
+              "macOS did not remove “Ann Lee” from the address book. Nobody was deleted. The "
+              "removals cannot be undone, so Dunmora deletes nothing more. Restart Dunmora.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();
@@ -287,7 +287,7 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsWhenARemovalInTheMiddleThrows)
     addresses_.state().remove = Fault::Raise;
     addresses_.state().removalsBefore = 1;
 
-    EXPECT_NE(failureOfDeleting({"a", "b"}).find("Start it again"), std::string::npos);
+    EXPECT_NE(failureOfDeleting({"a", "b"}).find("Restart Dunmora"), std::string::npos);
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();
@@ -314,9 +314,8 @@ TEST_F(MacAddressBookTest, DeletesNobodyWhenOneOfThemHasChangedSinceTheyWereRead
     book_.readPeople();
     addresses_.rename("b", "Bob");
 
-    EXPECT_EQ(failureOfDeleting({"a", "b"}),
-              "“Ann Lee” has changed since the address book was read. Nobody was deleted. "
-              "Reload it and try again.");
+    EXPECT_EQ(failureOfDeleting({"a", "b"}), "Nobody was deleted: “Ann Lee” has changed since the "
+                                             "address book was read. Reload it and try again.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     book_.readPeople();
