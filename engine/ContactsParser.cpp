@@ -142,6 +142,7 @@ void ContactsParser::findDupes()
     for (const auto& contact : contacts_) {
         progress->current = index++;
         postProgress(progress);
+        // Read for each key: another choice of fields takes effect at once, even during a search.
         searchedFields_ = chosenMatchFields();
         groups[matchKey(contact.value, searchedFields_)].push_back(contact.key);
     }
