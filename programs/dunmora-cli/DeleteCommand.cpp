@@ -110,7 +110,8 @@ std::vector<const Person*> peopleWith(AddressBook& book, const std::vector<std::
     return people;
 }
 
-/// The content of a backup of these people. Errors: PlatformError when there can be none.
+/// The content of a backup of these people. Errors: CommandError or PlatformError when there can be
+/// none.
 std::string backupOf(const ReviewSession& session, const std::vector<std::string>& uids)
 {
     return session.cardSource().cards(peopleWith(session.addressBook(), uids));

@@ -4,6 +4,7 @@
 #include "platform/AddressBook.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
+#include "programs/dunmora-cli/CommandError.h"
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/DryRunAddressBook.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
@@ -52,6 +53,17 @@ ContactsParser& ReviewSession::review()
     engine.findDupes();
     reportNotes();
     return engine;
+}
+
+const CardSource& ReviewSession::cardSource() const
+{
+    const auto* const source = platform_.book().cardSource.get();
+    if (source == nullptr) {
+        throw CommandError(ExitCode::Failed,
+                           "This address book cannot be backed up. Back it up with another "
+                           "program, then delete without --backup.");
+    }
+    return *source;
 }
 
 void ReviewSession::reportNotes() const

@@ -33,8 +33,10 @@ public:
     /// Errors: PlatformError when the book cannot be read.
     ContactsParser& review();
 
+    /// Only after `review`, which throws when there is no book.
     AddressBook& addressBook() const { return *platform_.book().addressBook; }
-    const CardSource& cardSource() const { return *platform_.book().cardSource; }
+    /// Errors: CommandError when the book has no cards to back up.
+    const CardSource& cardSource() const;
 
 private:
     void reportNotes() const;

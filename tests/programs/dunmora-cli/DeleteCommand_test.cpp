@@ -487,6 +487,25 @@ TEST_F(DeleteTest, RefusesInADryRunABackupThatTheBookCannotProvide)
     EXPECT_FALSE(std::filesystem::exists(backup));
 }
 
+TEST_F(DeleteTest, RefusesABackupOfABookWithoutCards)
+{
+    bookHoldsAnnTwice();
+    environment_.openAddressBook = [this](const std::string& /*name*/) {
+        return OpenedBook{lent(book_).addressBook, nullptr};
+    };
+    const auto backup = folder_.path() / "backup.vcf";
+
+    for (const auto* option : {"--yes", "--dry-run"}) {
+        EXPECT_EQ(run({"delete", "b", option, "--backup", backup.string()}), 1) << option;
+        EXPECT_EQ(err(),
+                  "dunmora-cli: This address book cannot be backed up. Back it up with another "
+                  "program, then delete without --backup.\n")
+            << option;
+    }
+    expectUnchanged();
+    EXPECT_FALSE(std::filesystem::exists(backup));
+}
+
 TEST_F(DeleteTest, ReportsTheDeletionWhenTheResultCannotBePrinted)
 {
     bookHoldsAnnTwice();
