@@ -22,19 +22,33 @@ void BookChanges::commit(const std::function<void(std::size_t)>& onCommitted)
     for (const auto& entry : entries_) {
         entry.change->checkUnchanged();
     }
-    {
-        // The files of a folder are one address book: an exit must not leave it half changed.
-        const ShutdownInhibitor inhibitor;
-        for (std::size_t i = 0; i < entries_.size(); ++i) {
-            try {
-                entries_[i].change->commit();
-            } catch (const PlatformError& error) {
-                throw PlatformError(describe(error.what(), i));
-            }
-            onCommitted(i);
-        }
+    auto failure = commitUntilFailure(onCommitted);
+    if (const auto unflushed = flushFolders(); !unflushed.empty()) {
+        failure = failure ? *failure + " " + unflushed +
+                                " A power failure now could bring deleted people back."
+                          : unflushed + " The people were deleted, but a power failure now could "
+                                        "bring them back.";
     }
-    flushFolders();
+    if (failure) {
+        throw PlatformError(*failure);
+    }
+}
+
+/// Returns the message about the first change that fails, if one does.
+std::optional<std::string>
+BookChanges::commitUntilFailure(const std::function<void(std::size_t)>& onCommitted)
+{
+    // The files of a folder are one address book: an exit must not leave it half changed.
+    const ShutdownInhibitor inhibitor;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        try {
+            entries_[i].change->commit();
+        } catch (const PlatformError& error) {
+            return describe(error.what(), i);
+        }
+        onCommitted(i);
+    }
+    return std::nullopt;
 }
 
 /// The reason and, in a book of several files, which of them have changed.
@@ -60,7 +74,8 @@ std::string BookChanges::namesOf(std::size_t first, std::size_t last) const
     return names;
 }
 
-void BookChanges::flushFolders() const
+/// Flushes the folders of all changed files. Returns which of them failed, and why.
+std::string BookChanges::flushFolders() const
 {
     std::set<std::filesystem::path> folders;
     for (const auto& entry : entries_) {
@@ -68,14 +83,16 @@ void BookChanges::flushFolders() const
             folders.insert(path.parent_path());
         }
     }
+    std::string failures;
     for (const auto& folder : folders) {
         if (!syncFolder(folder)) {
-            throw PlatformError(quotedPath(folder) + " could not be flushed to disk: " +
-                                std::generic_category().message(errno) +
-                                ". The people were deleted, but a power failure now could bring "
-                                "them back.");
+            const int error = errno;
+            failures += (failures.empty() ? "" : " ") + quotedPath(folder) +
+                        " could not be flushed to disk: " + std::generic_category().message(error) +
+                        ".";
         }
     }
+    return failures;
 }
 
 }  // namespace dunmora

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,8 @@ public:
     /// Commits the changes in order, calls `onCommitted` with the index of each, and flushes their
     /// folders. Nothing is changed when one of the files has changed since it was locked. An
     /// orderly exit of the process waits for all changes.
-    /// Errors: stops at the first change that fails; the message lists the files that have
-    /// changed and those that have not.
+    /// Errors: stops at the first change that fails and flushes what has changed; the message lists
+    /// the files that have changed and those that have not.
     void commit(const std::function<void(std::size_t)>& onCommitted);
 
 private:
@@ -31,9 +32,11 @@ private:
         std::filesystem::path name;
     };
 
+    std::optional<std::string>
+    commitUntilFailure(const std::function<void(std::size_t)>& onCommitted);
     std::string describe(const std::string& reason, std::size_t failed) const;
     std::string namesOf(std::size_t first, std::size_t last) const;
-    void flushFolders() const;
+    std::string flushFolders() const;
 
     std::vector<Entry> entries_;
 };

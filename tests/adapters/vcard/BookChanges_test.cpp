@@ -101,6 +101,24 @@ TEST_F(BookChangesTest, OfOneFileReportTheReasonAlone)
     EXPECT_EQ(commit({Outcome::Fails}), "failed.");
 }
 
+TEST_F(BookChangesTest, FlushEveryFolderThatHasChangedBeforeAFailure)
+{
+    BookChanges changes;
+    const auto add = [&](Outcome outcome, const std::string& folder) {
+        changes.add(std::make_unique<FakeFileChange>(outcome, path(folder) / "a.vcf"), folder);
+    };
+    add(Outcome::Succeeds, "gone-1");
+    add(Outcome::FailsHalfway, "gone-2");
+    add(Outcome::Succeeds, "gone-3");
+
+    EXPECT_EQ(
+        failureOf([&] { changes.commit([](std::size_t) {}); }),
+        "failed. Files changed before the error: gone-1. Files not changed: gone-3. " +
+            about(path("gone-1"), "could not be flushed to disk: No such file or directory. ") +
+            about(path("gone-2"), "could not be flushed to disk: No such file or directory. ") +
+            "A power failure now could bring deleted people back.");
+}
+
 TEST_F(BookChangesTest, ReportAFolderThatCannotBeFlushed)
 {
     const auto gone = path("gone");
