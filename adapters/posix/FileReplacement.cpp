@@ -114,6 +114,8 @@ void FileReplacement::replace(const std::filesystem::path& target)
     if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, link.c_str(), AT_SYMLINK_FOLLOW) != 0) {
         fail(target, errno);
     }
+    // No check here that `link` is still the new file: it would be as far from the rename as the
+    // linkat is, and no system call renames only a certain file.
     if (rename(link.c_str(), target.c_str()) != 0) {
         const int error = errno;
         unlink(link.c_str());
