@@ -49,12 +49,28 @@ def folders_named_in(text):
     return re.findall("(?m)^[|] `([a-z/-]+)/` [|]", text)
 
 
+def files_with_every_header(text, folders):
+    """One file per module, which includes every header that the text allows it."""
+    try:
+        architecture = check_layers.Architecture(text)
+    except check_layers.TableError:
+        return {}
+    return {f"{module}/EveryHeader.cpp": ["#include <" + pattern.replace("[A-Z]", "X").replace("*", "x") + ">"
+                                          for library in libraries for pattern in architecture.headers[library]]
+            for module, libraries in architecture.libraries.items() if module in folders}
+
+
 def check(files, text=document(MODULES), folders=None):
-    """Returns the checker's exit status and lines for a tree of these files, each given as its lines."""
+    """Returns the checker's exit status and lines for a tree of these files, each given as its lines.
+
+    The tree has the folders, by default those of the text, and in each a file with every header that it may include.
+    """
+    folders = folders_named_in(text) if folders is None else folders
     with tempfile.TemporaryDirectory() as root:
-        for folder in folders_named_in(text) if folders is None else folders:
+        for folder in folders:
             pathlib.Path(root, folder).mkdir(parents=True, exist_ok=True)
-        for name, lines in {"docs/architecture.md": text.splitlines(), **files}.items():
+        tree = {"docs/architecture.md": text.splitlines(), **files_with_every_header(text, folders), **files}
+        for name, lines in tree.items():
             file = pathlib.Path(root, name)
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_text("\n".join(lines) + "\n", encoding="utf-8")
@@ -161,6 +177,24 @@ class Includes(CheckerCase):
                 self.assert_fault(f"engine/Finder.{suffix}", "#include <QString>", "engine may not include <QString>")
 
 
+class UnusedHeaders(CheckerCase):
+    FILES = {
+        "adapters/posix/EveryHeader.cpp": [],
+        "adapters/vcard/EveryHeader.cpp": ["#include <unistd.h>", "#include <xxhash.h>"],
+    }
+    FAULT = "docs/architecture.md: no module includes sys/stat.h of POSIX"
+
+    def test_rejects_a_header_that_no_module_includes(self):
+        self.assertEqual(check(self.FILES), (1, [self.FAULT]))
+
+    def test_does_not_count_includes_that_are_not_allowed_or_not_checked(self):
+        self.assertEqual(check({
+            **self.FILES,
+            "engine/Finder.cpp": ["#include <sys/stat.h>"],
+            "tests/Finder_test.cpp": ["#include <sys/stat.h>"],
+        }), (1, ["engine/Finder.cpp:1: engine may not include <sys/stat.h>", self.FAULT]))
+
+
 class Cycles(CheckerCase):
     def test_rejects_a_cycle_between_headers(self):
         self.assertEqual(check({
@@ -261,7 +295,7 @@ class Diagrams(CheckerCase):
     ]
 
     def with_diagram(self, *lines):
-        return "\n".join([document(self.MODULES), "```mermaid", "flowchart TD", *lines, "```", ""])
+        return "\n".join([document(self.MODULES, ["| none | | |"]), "```mermaid", "flowchart TD", *lines, "```", ""])
 
     def test_allows_arrows_that_the_table_allows(self):
         self.assert_allowed({}, self.with_diagram('    subgraph core ["the core: decides"]', "    ui --> engine --> base",
