@@ -2,15 +2,15 @@
 
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandLine.h"
-#include "programs/dunmora-cli/JsonText.h"
 #include "programs/dunmora-cli/Report.h"
-#include "programs/dunmora-cli/TerminalText.h"
+#include "programs/dunmora-cli/ResultTexts.h"
+#include "programs/dunmora-cli/TableLayout.h"
 #include "text/DisplayText.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace dunmora {
@@ -28,19 +28,18 @@ std::string asTable(const std::vector<DesktopBook>& books)
         lines.push_back({displayText(book.uid), displayText(book.name), displayText(book.kind),
                          writable, book.people ? std::to_string(*book.people) : kUnknown});
     }
-    std::array<std::size_t, std::tuple_size_v<Line>> widths{};
+    TableLayout layout(std::tuple_size_v<Line>);
     for (const auto& line : lines) {
         for (std::size_t i = 0; i < line.size(); ++i) {
-            widths[i] = std::max(widths[i], displayWidth(line[i]));
+            layout.measure(i, line[i]);
         }
     }
     std::string out;
     for (const auto& line : lines) {
-        for (std::size_t i = 0; i + 1 < line.size(); ++i) {
-            out += line[i];
-            out.append(widths[i] - displayWidth(line[i]) + 2, ' ');
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            layout.appendCell(out, i, line[i]);
         }
-        out += line.back() + '\n';
+        TableLayout::endLine(out);
     }
     return out;
 }
@@ -77,10 +76,9 @@ std::string asJson(const std::vector<DesktopBook>& books, JsonCharacters charact
 ExitCode listBooks(const BooksRequest& request, const CliEnvironment& environment)
 {
     const auto books = environment.listDesktopBooks();
-    print(environment, request.format == OutputFormat::Json
-                           ? asJson(books, environment.outIsTerminal ? JsonCharacters::Ascii
-                                                                     : JsonCharacters::Utf8)
-                           : asTable(books));
+    printAs(environment, request.format,
+            {.table = [&] { return asTable(books); },
+             .json = [&](JsonCharacters characters) { return asJson(books, characters); }});
     for (const auto& book : books) {
         if (!request.quiet && !book.failure.empty()) {
             report(environment, "note: “" + book.name + "” could not be read: " + book.failure);

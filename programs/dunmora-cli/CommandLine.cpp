@@ -5,7 +5,8 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <map>
+#include <array>
+#include <iterator>
 
 namespace dunmora {
 
@@ -25,6 +26,10 @@ constexpr auto kExitCodes =
     "Exit status: 0 success; 1 the address book could not be read or saved, or the deletion was "
     "refused or declined; 2 usage error.";
 
+/// What `--format` accepts; only a review can be CSV.
+constexpr std::array kFormats{OutputFormat::Table, OutputFormat::Json};
+constexpr std::array kReviewFormats{OutputFormat::Table, OutputFormat::Json, OutputFormat::Csv};
+
 /// The parsed values. A value is used only when its option was given.
 struct Values {
     BookRequest book;
@@ -32,7 +37,6 @@ struct Values {
     std::string match;
     std::string backup;
     std::string fields;
-    std::string format = "table";
 };
 
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& description,
@@ -44,14 +48,20 @@ CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& 
     return command;
 }
 
-void addFormatOption(CLI::App& command, Values& values, const std::vector<std::string>& formats)
+void addFormatOption(CLI::App& command, Values& values, std::span<const OutputFormat> formats)
 {
+    std::vector<std::string> names;
+    std::transform(formats.begin(), formats.end(), std::back_inserter(names), formatName);
+    const auto store = [&values](const std::string& name) {
+        values.book.format = formatNamed(name);
+    };
     command
-        .add_option("--format", values.format,
-                    "How to print the result (default: table); a table shows times in local time, "
-                    "the others in UTC")
+        .add_option_function<std::string>(
+            "--format", store,
+            "How to print the result (default: table); a table shows times in local time, "
+            "the others in UTC")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember(formats));
+        ->check(CLI::IsMember(names));
 }
 
 void addQuietOption(CLI::App& command, Values& values)
@@ -60,7 +70,7 @@ void addQuietOption(CLI::App& command, Values& values)
                      "Show errors only: no progress, notes or warnings");
 }
 
-void addBookOptions(CLI::App& command, Values& values, const std::vector<std::string>& formats,
+void addBookOptions(CLI::App& command, Values& values, std::span<const OutputFormat> formats,
                     const std::string& systemBookHelp)
 {
     command
@@ -129,13 +139,6 @@ bool wasGiven(const CLI::App& command, const std::string& option)
     return command.count(option) > 0;
 }
 
-OutputFormat formatNamed(const std::string& name)
-{
-    static const std::map<std::string, OutputFormat> kFormats{
-        {"table", OutputFormat::Table}, {"json", OutputFormat::Json}, {"csv", OutputFormat::Csv}};
-    return kFormats.at(name);
-}
-
 BookRequest bookRequest(const CLI::App& command, const Values& values)
 {
     auto book = values.book;
@@ -145,7 +148,6 @@ BookRequest bookRequest(const CLI::App& command, const Values& values)
     if (wasGiven(command, "--match")) {
         book.match = parseMatchFields(values.match);
     }
-    book.format = formatNamed(values.format);
     return book;
 }
 
@@ -186,9 +188,9 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
 
     auto& list =
         addCommand(app, "list", "Shows the duplicates and what would be deleted", versionLine);
-    addBookOptions(list, values, {"table", "json", "csv"}, systemBookHelp);
+    addBookOptions(list, values, kReviewFormats, systemBookHelp);
     auto& deletion = addCommand(app, "delete", "Deletes the checked duplicates", versionLine);
-    addBookOptions(deletion, values, {"table", "json"}, systemBookHelp);
+    addBookOptions(deletion, values, kFormats, systemBookHelp);
     addDeleteOptions(deletion, values);
     auto& fields = addCommand(app, "fields", "Shows or stores the match fields of the preferences",
                               versionLine);
@@ -197,7 +199,7 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
                     "The fields to store, separated by commas: " + matchFieldList())
         ->type_name("");
     auto& books = addCommand(app, "books", "Lists the address books of the desktop", versionLine);
-    addFormatOption(books, values, {"table", "json"});
+    addFormatOption(books, values, kFormats);
     addQuietOption(books, values);
 
     try {
@@ -221,7 +223,7 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
         return deleteRequest(deletion, values);
     }
     if (books.parsed()) {
-        return BooksRequest{formatNamed(values.format), values.book.quiet};
+        return BooksRequest{values.book.format, values.book.quiet};
     }
     return fieldsRequest(fields, values);
 }

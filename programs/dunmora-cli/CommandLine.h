@@ -1,6 +1,7 @@
 #pragma once
 
 #include "programs/dunmora-cli/MatchFieldNames.h"
+#include "programs/dunmora-cli/OutputFormat.h"
 
 #include <filesystem>
 #include <optional>
@@ -11,8 +12,6 @@
 #include <vector>
 
 namespace dunmora {
-
-enum class OutputFormat { Table, Json, Csv };
 
 /// Which address book to search, and how.
 struct BookRequest {

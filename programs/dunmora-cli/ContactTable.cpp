@@ -1,11 +1,10 @@
 #include "programs/dunmora-cli/ContactTable.h"
 
 #include "engine/ContactsParser.h"
-#include "programs/dunmora-cli/TerminalText.h"
+#include "programs/dunmora-cli/TableLayout.h"
 #include "programs/dunmora-cli/TimeText.h"
 #include "text/DisplayText.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -31,12 +30,9 @@ constexpr auto kColumns = [] {
 /// Wider cells overflow their column: one very long name must not widen every line.
 constexpr std::size_t kWidestColumn = 40;
 
-constexpr std::string_view kGap = "  ";
 constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kRed = "\x1b[31m";
 constexpr std::string_view kNormal = "\x1b[0m";
-
-using Widths = std::array<std::size_t, kColumns.size()>;
 
 /// The cell's text, safe to display: a view of the record or of `buffer`, which is overwritten.
 std::string_view cellText(const ContactRecord& record, const ContactField& field,
@@ -57,65 +53,48 @@ std::string_view cellText(const ContactRecord& record, const ContactField& field
     return buffer;
 }
 
-Widths measure(const ContactsParser& engine, const std::vector<UidSpan>& blocks)
+TableLayout layoutOf(const ContactsParser& engine, const std::vector<UidSpan>& blocks)
 {
-    Widths widths{};
+    TableLayout layout(kColumns.size(), kWidestColumn);
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        widths[i] = kColumns[i]->title.size();
+        layout.measure(i, kColumns[i]->title);
     }
     std::string buffer;
     for (const auto& block : blocks) {
         for (const auto& uid : block) {
             const auto* const record = engine.contacts().find(uid);
             for (std::size_t i = 0; record != nullptr && i < kColumns.size(); ++i) {
-                const auto width = displayWidth(cellText(*record, *kColumns[i], buffer));
-                widths[i] = std::max(widths[i], std::min(width, kWidestColumn));
+                layout.measure(i, cellText(*record, *kColumns[i], buffer));
             }
         }
     }
-    return widths;
+    return layout;
 }
 
-void appendCell(std::string& out, std::string_view cell, std::size_t width)
-{
-    const auto taken = displayWidth(cell);
-    out += kGap;
-    out += cell;
-    out.append(taken < width ? width - taken : 0, ' ');
-}
-
-/// Removes trailing padding and ends the line.
-void endLine(std::string& out)
-{
-    while (out.ends_with(' ')) {
-        out.pop_back();
-    }
-    out += '\n';
-}
-
-void appendTitles(std::string& out, const Widths& widths, Colour colour)
+void appendTitles(std::string& out, const TableLayout& layout, Colour colour)
 {
     out += colour == Colour::On ? kBold : "";
     out += "   ";
+    out += TableLayout::kGap;
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        appendCell(out, kColumns[i]->title, i + 1 < kColumns.size() ? widths[i] : 0);
+        layout.appendCell(out, i, kColumns[i]->title);
     }
     out += colour == Colour::On ? kNormal : "";
-    endLine(out);
+    TableLayout::endLine(out);
 }
 
 void appendPerson(std::string& out, std::string& buffer, const ContactRecord& record,
-                  const Widths& widths, Colour colour)
+                  const TableLayout& layout, Colour colour)
 {
     const bool isRed = record.isChecked() && colour == Colour::On;
     out += isRed ? kRed : "";
     out += record.isChecked() ? "[x]" : "[ ]";
     out += isRed ? kNormal : "";
+    out += TableLayout::kGap;
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        appendCell(out, cellText(record, *kColumns[i], buffer),
-                   i + 1 < kColumns.size() ? widths[i] : 0);
+        layout.appendCell(out, i, cellText(record, *kColumns[i], buffer));
     }
-    endLine(out);
+    TableLayout::endLine(out);
 }
 
 }  // namespace
@@ -127,14 +106,14 @@ std::string contactTable(const ContactsParser& engine, const std::vector<UidSpan
     if (blocks.empty()) {
         return out;
     }
-    const auto widths = measure(engine, blocks);
-    appendTitles(out, widths, colour);
+    const auto layout = layoutOf(engine, blocks);
+    appendTitles(out, layout, colour);
     std::string buffer;
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         out += i > 0 ? "\n" : "";
         for (const auto& uid : blocks[i]) {
             if (const auto* const record = engine.contacts().find(uid)) {
-                appendPerson(out, buffer, *record, widths, colour);
+                appendPerson(out, buffer, *record, layout, colour);
             }
         }
     }

@@ -16,6 +16,7 @@
 #include "programs/dunmora-cli/DeletionMarks.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
+#include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
 #include "review/CheckedPeople.h"
 #include "review/GroupWarnings.h"
@@ -204,11 +205,12 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
     std::erase_if(uids,
                   [&](const std::string& uid) { return engine.contacts().find(uid) != nullptr; });
     try {
-        print(environment, request.book.format == OutputFormat::Table
-                               ? resultText(engine, uids.size(), request)
-                               : deletionJson(engine, uids, request.dryRun,
-                                              environment.outIsTerminal ? JsonCharacters::Ascii
-                                                                        : JsonCharacters::Utf8));
+        printAs(environment, request.book.format,
+                {.table = [&] { return resultText(engine, uids.size(), request); },
+                 .json =
+                     [&](JsonCharacters characters) {
+                         return deletionJson(engine, uids, request.dryRun, characters);
+                     }});
     } catch (const CommandError& error) {
         if (request.dryRun || uids.empty()) {
             throw;

@@ -10,6 +10,7 @@
 #include "programs/dunmora-cli/ContactTable.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
+#include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
 #include "review/DuplicateGroups.h"
 #include "review/GroupWarnings.h"
@@ -39,23 +40,6 @@ std::string asTable(const ContactsParser& engine, const std::vector<DuplicateGro
     return table + totalText(engine) + '\n';
 }
 
-std::string formatted(const ContactsParser& engine, const std::vector<DuplicateGroup>& groups,
-                      const ReviewHead& head, OutputFormat format,
-                      const CliEnvironment& environment)
-{
-    switch (format) {
-    case OutputFormat::Json:
-        return reviewJson(engine, groups, head,
-                          environment.outIsTerminal ? JsonCharacters::Ascii : JsonCharacters::Utf8);
-    case OutputFormat::Csv:
-        return contactCsv(engine, groups,
-                          environment.outIsTerminal ? CsvTexts::Printable : CsvTexts::AsTheyAre);
-    case OutputFormat::Table:
-        break;
-    }
-    return asTable(engine, groups, environment);
-}
-
 void warn(const ContactsParser& engine, const CliEnvironment& environment)
 {
     GroupWarnings warnings;
@@ -83,7 +67,13 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     const ReviewHead head{request.book.addressBook, namesOf(fields),
                           session.addressBook().notes().cardsSkipped};
 
-    print(environment, formatted(engine, groups, head, request.book.format, environment));
+    printAs(environment, request.book.format,
+            {.table = [&] { return asTable(engine, groups, environment); },
+             .json =
+                 [&](JsonCharacters characters) {
+                     return reviewJson(engine, groups, head, characters);
+                 },
+             .csv = [&](CsvTexts texts) { return contactCsv(engine, groups, texts); }});
     if (!request.book.quiet) {
         warn(engine, environment);
     }

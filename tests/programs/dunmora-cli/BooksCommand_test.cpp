@@ -35,6 +35,18 @@ TEST_F(BooksCommandTest, PrintsATable)
     EXPECT_EQ(err(), "dunmora-cli: note: “Server” could not be read: It is away.\n");
 }
 
+TEST_F(BooksCommandTest, AlignsEvenTheLongestName)
+{
+    const std::string endless(60, 'n');
+    books_ = {{"a", endless, "local", true, 1, ""}, {"b", "Personal", "local", true, 2, ""}};
+
+    EXPECT_EQ(run({"books"}), 0);
+
+    EXPECT_NE(out().find("\na    " + endless + "  local"), std::string::npos) << out();
+    EXPECT_NE(out().find("\nb    Personal" + std::string(52, ' ') + "  local"), std::string::npos)
+        << out();
+}
+
 TEST_F(BooksCommandTest, PrintsJson)
 {
     EXPECT_EQ(run({"books", "--format", "json"}), 0);
@@ -46,6 +58,15 @@ TEST_F(BooksCommandTest, PrintsJson)
          "people":7,"failure":null},
         {"uid":"beef","name":"Server","kind":"ldap","writable":null,
          "people":null,"failure":"It is away."}]})"));
+}
+
+TEST_F(BooksCommandTest, EscapesEverythingOutsideAsciiInJsonForATerminal)
+{
+    environment_.outIsTerminal = true;
+
+    EXPECT_EQ(run({"books", "--format", "json"}), 0);
+
+    EXPECT_NE(out().find(R"("name":"Firma Gr\u00fcn")"), std::string::npos) << out();
 }
 
 TEST_F(BooksCommandTest, IsQuietWhenAsked)

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "programs/dunmora-cli/ContactCsv.h"
+#include "programs/dunmora-cli/JsonText.h"
+#include "programs/dunmora-cli/OutputFormat.h"
+
+#include <functional>
+#include <string>
+
+namespace dunmora {
+
+struct CliEnvironment;
+
+/// Creates the text of a command's result in each format that the command offers.
+struct ResultTexts {
+    std::function<std::string()> table;
+    std::function<std::string(JsonCharacters)> json;
+    /// Null for a command without this format.
+    std::function<std::string(CsvTexts)> csv = nullptr;
+};
+
+/// Creates the text in this format and prints it; on a terminal JSON and CSV are printable, too.
+/// Errors: CommandError when it cannot be written.
+void printAs(const CliEnvironment& environment, OutputFormat format, const ResultTexts& texts);
+
+}  // namespace dunmora
