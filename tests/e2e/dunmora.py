@@ -1,12 +1,19 @@
 """The program `dunmora` as its user sees it: the main window, the dialogs, the table."""
 
+import collections
 import re
 
 from program import Program
 
-FIELDS = ("First name", "Last name", "Nickname", "Home phone number", "Work phone number", "Mobile phone number")
+# The match fields that are on until the user chooses others.
+DEFAULT_FIELDS = ("First name", "Last name")
+MOBILE_FIELD = "Mobile phone number"
+FIELDS = (*DEFAULT_FIELDS, "Nickname", "Home phone number", "Work phone number", MOBILE_FIELD)
+
 COLUMNS = ("Delete", "First Name", "Last Name", "Nickname", "Home", "Work", "Mobile", "Modified")
 MARK = 0
+# The texts of a row: row.first_name and so on.
+Row = collections.namedtuple("Row", [title.lower().replace(" ", "_") for title in COLUMNS[MARK + 1:]])
 
 # The line end in the message is shown as a line end.
 CONFIRMATION = (
@@ -113,7 +120,8 @@ class Dunmora(Program):
     def rows(self):
         """Returns the texts of the table's rows, without the mark."""
         table = self.table
-        return [tuple(self.text_of(table.cell(row, column), COLUMNS[column]) for column in range(1, len(COLUMNS)))
+        return [Row(*(self.text_of(table.cell(row, column), COLUMNS[column])
+                      for column in range(MARK + 1, len(COLUMNS))))
                 for row in range(table.row_count)]
 
     @staticmethod
@@ -127,7 +135,7 @@ class Dunmora(Program):
 
     def names(self):
         """Returns the first and last name of each row."""
-        return [row[:2] for row in self.rows()]
+        return [(row.first_name, row.last_name) for row in self.rows()]
 
     def marks(self):
         """Returns for each row whether it is checked."""

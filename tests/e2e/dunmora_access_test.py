@@ -3,6 +3,7 @@
 
 import windowcase
 from bigbook import big_book
+from dunmora import MARK
 from dunmoracase import BOOK, BROKEN, DORA_1, DORA_2, NOBODY_1, NOBODY_2, DunmoraCase
 from portal import DARK, LIGHT, SettingsPortal
 
@@ -47,7 +48,7 @@ class AccessTest(DunmoraCase):
 
         names = [[table.cell(row, column).name for column in range(table.column_count)]
                  for row in range(table.row_count)]
-        self.assertEqual([row[0] for row in names],
+        self.assertEqual([row[MARK] for row in names],
                          ["Ann Lee, kept", "Ann Lee, marked for deletion",
                           "Carl Ek, kept", "Carl Ek, marked for deletion"])
         self.assertTrue(all(name for row in names for name in row), names)
