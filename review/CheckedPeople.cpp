@@ -2,11 +2,22 @@
 
 #include "engine/ContactsParser.h"
 #include "review/GroupWarnings.h"
+#include "review/PersonName.h"
 
 #include <string_view>
 #include <unordered_set>
 
 namespace dunmora {
+
+namespace {
+
+std::string nameOrUid(const ContactRecord& contact)
+{
+    auto name = personName(contact);
+    return name.empty() ? "(no name, uid " + std::string(contact.text(kContactUid)) + ")" : name;
+}
+
+}  // namespace
 
 std::vector<std::string> checkedUids(const ContactsParser& engine)
 {
@@ -41,7 +52,7 @@ std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWar
 {
     std::vector<std::string> names;
     const auto add = [&](const std::string& uid) {
-        names.push_back(displayName(*engine.contacts().find(uid)));
+        names.push_back(nameOrUid(*engine.contacts().find(uid)));
     };
     for (const auto row : warnings.firstRowsThatLoseEveryCopy()) {
         add(engine.duplicates()[row]);
@@ -50,18 +61,6 @@ std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWar
         add(uid);
     }
     return names;
-}
-
-std::string displayName(const ContactRecord& contact)
-{
-    const std::string first(contact.text(kContactFirstName));
-    const std::string last(contact.text(kContactLastName));
-    if (!first.empty() || !last.empty()) {
-        return first + (first.empty() || last.empty() ? "" : " ") + last;
-    }
-    const std::string nickname(contact.text(kContactNickname));
-    return nickname.empty() ? "(no name, uid " + std::string(contact.text(kContactUid)) + ")"
-                            : nickname;
 }
 
 }  // namespace dunmora

@@ -6,7 +6,6 @@
 
 namespace dunmora {
 
-class ContactRecord;
 class ContactsParser;
 class GroupWarnings;
 
@@ -25,10 +24,8 @@ std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine);
 std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnings& warnings);
 
 /// The names of the people who would be left without a copy: one for each group that would lose
-/// every copy, then those checked without being a duplicate.
+/// every copy, then those checked without being a duplicate. A person without a name is
+/// "(no name, uid 7)", because the uid can be given to a command.
 std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings);
-
-/// "Ann Lee", else the nickname, else "(no name, uid 7)".
-std::string displayName(const ContactRecord& contact);
 
 }  // namespace dunmora

@@ -5,7 +5,7 @@
 #include "engine/ContactsParser.h"
 #include "platform/Desktop.h"
 #include "platform/TextFolding.h"
-#include "text/Ascii.h"
+#include "review/PersonName.h"
 #include "text/DisplayText.h"
 #include "text/Utf8.h"
 #include "ui/ContactFilter.h"
@@ -94,26 +94,6 @@ std::string_view repeatedLetter(std::string_view typed)
     return letter;
 }
 
-std::string shownName(const ContactRecord& contact)
-{
-    const auto shown = [&](std::string_view key) {
-        return std::string(trimmed(windowText(contact.text(key))));
-    };
-    const auto first = shown(kContactFirstName);
-    const auto last = shown(kContactLastName);
-    if (!first.empty() || !last.empty()) {
-        return first + (first.empty() || last.empty() ? "" : " ") + last;
-    }
-    // The names are known to be blank.
-    for (const auto* const field : kTextFields) {
-        auto text = field->kind == FieldKind::Uid ? std::string() : shown(field->key);
-        if (!text.empty()) {
-            return text;
-        }
-    }
-    return "no name";
-}
-
 }  // namespace
 
 ContactRecord* recordInRow(std::ptrdiff_t row)
@@ -132,7 +112,11 @@ std::span<const TableColumn> reviewColumns()
 
 std::string accessibleText(const ContactRecord& contact, std::string_view warning)
 {
-    auto text = shownName(contact);
+    auto text = windowText(personName(contact));
+    if (text.empty()) {
+        // The windows show no uid anywhere.
+        text = "no name";
+    }
     text += contact.isChecked() ? ", marked for deletion" : ", kept";
     if (!warning.empty()) {
         text += ". ";

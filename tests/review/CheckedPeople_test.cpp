@@ -70,23 +70,15 @@ TEST_F(CheckedPeopleTest, AreLastCopiesWhereAllOfAGroupOrOneWithoutAGroupIsCheck
     EXPECT_EQ(lastCopies(engine_, warnings_), (Names{"Ann Lee", "Dan Lee"}));
 }
 
-TEST(DisplayName, IsTheFirstThatAPersonHasOfNamesNicknameAndUid)
+TEST_F(CheckedPeopleTest, AreNamedByTheUidWhenNothingElseIsKnown)
 {
-    ContactRecord contact;
-    contact.setObject("7", kContactUid);
-    EXPECT_EQ(displayName(contact), "(no name, uid 7)");
+    FakePerson nobody{"7", "", "", "", {}, std::nullopt};
+    platform_.addressBook = FakeAddressBook({nobody});
+    engine_.load();
+    engine_.findDupes();
+    check("7", true);
 
-    contact.setObject("Annie", kContactNickname);
-    EXPECT_EQ(displayName(contact), "Annie");
-
-    contact.setObject("Lee", kContactLastName);
-    EXPECT_EQ(displayName(contact), "Lee");
-
-    contact.setObject("Ann", kContactFirstName);
-    EXPECT_EQ(displayName(contact), "Ann Lee");
-
-    contact.setObject("", kContactLastName);
-    EXPECT_EQ(displayName(contact), "Ann");
+    EXPECT_EQ(lastCopies(engine_, warnings_), Names{"(no name, uid 7)"});
 }
 
 }  // namespace

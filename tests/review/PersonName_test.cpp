@@ -1,0 +1,48 @@
+#include "review/PersonName.h"
+
+#include "engine/ContactRecord.h"
+
+#include <gtest/gtest.h>
+
+namespace dunmora::test {
+namespace {
+
+/// The name of a person with these texts and no others.
+std::string nameOf(std::initializer_list<std::pair<std::string_view, std::string_view>> texts)
+{
+    ContactRecord contact;
+    for (const auto& [key, text] : texts) {
+        contact.setObject(text, key);
+    }
+    return personName(contact);
+}
+
+TEST(PersonName, IsTheFirstAndTheLastName)
+{
+    EXPECT_EQ(nameOf({{kContactFirstName, "Ann"}, {kContactLastName, "Lee"}}), "Ann Lee");
+    EXPECT_EQ(nameOf({{kContactFirstName, "Ann"}, {kContactNickname, "Annie"}}), "Ann");
+    EXPECT_EQ(nameOf({{kContactLastName, "Lee"}, {kContactNickname, "Annie"}}), "Lee");
+}
+
+TEST(PersonName, IsTheNicknameOrANumberOfAPersonWithoutOne)
+{
+    EXPECT_EQ(nameOf({{kContactNickname, "Annie"}, {kContactHome, "1"}}), "Annie");
+    EXPECT_EQ(nameOf({{kContactHome, "1"}, {kContactWork, "2"}}), "1");
+    EXPECT_EQ(nameOf({{kContactWork, "2"}, {kContactMobile, "3"}}), "2");
+}
+
+TEST(PersonName, IgnoresTextsThatShowNothing)
+{
+    EXPECT_EQ(nameOf({{kContactFirstName, " "}, {kContactLastName, "Lee"}}), "Lee");
+    EXPECT_EQ(nameOf({{kContactFirstName, " \n"}, {kContactMobile, "3"}}), "3");
+    EXPECT_EQ(nameOf({{kContactFirstName, "\u202E\u202C"}, {kContactNickname, "Annie"}}), "Annie");
+    EXPECT_EQ(nameOf({{kContactFirstName, " Ann "}, {kContactLastName, "\tLee"}}), "Ann Lee");
+}
+
+TEST(PersonName, IsNeverTheUid)
+{
+    EXPECT_EQ(nameOf({{kContactUid, "7"}}), "");
+}
+
+}  // namespace
+}  // namespace dunmora::test
