@@ -113,17 +113,28 @@ public:
     virtual std::optional<std::size_t>
     rowForTyping(std::string_view typed, std::size_t first,
                  const std::function<bool(std::size_t row)>& isShown) = 0;
+
+    /// Returns what the open filter says about the number of rows. As it is about no row, a
+    /// disabled table asks for it, too.
+    virtual std::string countText(std::size_t shown, std::size_t all) = 0;
+
+    /// Returns what assistive technology reads of a cell under this title. `shown` is the cell's
+    /// text; nullopt for a cell that a disabled table leaves blank, so it asks for this, too.
+    virtual std::string accessibleCellText(std::string_view title,
+                                           std::optional<std::string_view> shown) = 0;
 };
 
 /// A table that asks its data source for rows when it draws them. It asks only while it is enabled:
 /// a disabled table keeps the cells that it has drawn, leaves the others blank, and asks neither
-/// its data source nor its delegate until it is enabled and reloaded. It offers no sorting.
+/// its data source nor its delegate about rows until it is enabled and reloaded. It offers no
+/// sorting.
 ///
 /// Thread: the main thread, except `setNeedsDisplay`. Errors: none.
 class TableView : public View {
 public:
     /// Either may be null; both must stay alive until they are replaced or the table is destroyed.
-    /// Without a delegate there is no filter and nothing to type ahead to.
+    /// Without a delegate there is no filter, nothing to type ahead to, and no text for assistive
+    /// technology.
     virtual void setDataSource(TableViewDataSource* dataSource, TableViewDelegate* delegate) = 0;
 
     virtual void setEnabled(bool enabled) = 0;

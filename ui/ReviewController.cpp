@@ -152,6 +152,17 @@ ReviewController::rowForTyping(std::string_view typed, std::size_t first,
     return dunmora::rowForTyping(typed, first, isShown);
 }
 
+std::string ReviewController::countText(std::size_t shown, std::size_t all)
+{
+    return dunmora::countText(shown, all);
+}
+
+std::string ReviewController::accessibleCellText(std::string_view title,
+                                                 std::optional<std::string_view> shown)
+{
+    return dunmora::accessibleCellText(title, shown);
+}
+
 void ReviewController::OnFinished(const Notification& notification)
 {
     const auto job = notification.text();

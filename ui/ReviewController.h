@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -65,6 +66,9 @@ public:
     std::optional<std::size_t>
     rowForTyping(std::string_view typed, std::size_t first,
                  const std::function<bool(std::size_t row)>& isShown) override;
+    std::string countText(std::size_t shown, std::size_t all) override;
+    std::string accessibleCellText(std::string_view title,
+                                   std::optional<std::string_view> shown) override;
 
     /// Remembers the job that has finished. The posting thread waits until this has run on the main
     /// thread.

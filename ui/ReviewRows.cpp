@@ -125,6 +125,20 @@ std::string accessibleText(const ContactRecord& contact, std::string_view warnin
     return text;
 }
 
+std::string accessibleCellText(std::string_view title, std::optional<std::string_view> shown)
+{
+    std::string text(title);
+    text += ": ";
+    text += !shown ? "not shown yet" : shown->empty() ? "empty" : *shown;
+    return text;
+}
+
+std::string countText(std::size_t shown, std::size_t all)
+{
+    const auto count = std::to_string(shown) + " of " + std::to_string(all) + " shown";
+    return shown == 0 && all > 0 ? "No matches: " + count : count;
+}
+
 std::unique_ptr<RowFilter> reviewFilter(std::string_view typed)
 {
     ContactFilter filter(typed, Desktop::current().textFolding);

@@ -300,8 +300,7 @@ void QtTableView::showAll()
 
 void QtTableView::showCount()
 {
-    filterBar_.showCount(static_cast<std::size_t>(model_.rowCount()),
-                         model_.rows().sourceRowCount());
+    filterBar_.showCount(model_.countText());
 }
 
 void QtTableView::selectionChanged()

@@ -76,6 +76,23 @@ RowStyle RowReader::style(std::size_t row) const
     return asked == nullptr ? RowStyle() : asked->styleOfRow(row);
 }
 
+QString RowReader::countText(std::size_t shown, std::size_t all) const
+{
+    return delegate_ == nullptr ? QString()
+                                : QString::fromStdString(delegate_->countText(shown, all));
+}
+
+QString RowReader::accessibleCellText(std::string_view title,
+                                      const std::optional<QString>& shown) const
+{
+    if (delegate_ == nullptr) {
+        return {};
+    }
+    const auto text = shown.value_or(QString()).toStdString();
+    return QString::fromStdString(delegate_->accessibleCellText(
+        title, shown ? std::optional<std::string_view>(text) : std::nullopt));
+}
+
 void RowReader::edit(std::span<const std::size_t> rows, std::string_view column, bool isChecked)
 {
     if (!isAsking_) {

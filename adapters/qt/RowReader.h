@@ -41,6 +41,10 @@ public:
     bool isChecked(std::size_t row, std::string_view column) const;
     RowStyle style(std::size_t row) const;
 
+    // These are about no row and can always be asked. They are empty without a delegate.
+    QString countText(std::size_t shown, std::size_t all) const;
+    QString accessibleCellText(std::string_view title, const std::optional<QString>& shown) const;
+
     /// Passes the data source an edit for each row that is not in this state yet, then notifies the
     /// delegate.
     void edit(std::span<const std::size_t> rows, std::string_view column, bool isChecked);

@@ -93,14 +93,9 @@ void TableFilterBar::takeFocus()
     }
 }
 
-void TableFilterBar::showCount(std::size_t shown, std::size_t all)
+void TableFilterBar::showCount(const QString& text)
 {
-    if (count_ == nullptr) {
-        return;
-    }
-    const auto count = QStringLiteral("%1 of %2 shown").arg(shown).arg(all);
-    const auto text = shown == 0 && all > 0 ? QLatin1String("No matches: ") + count : count;
-    if (count_->text() != text) {
+    if (count_ != nullptr && count_->text() != text) {
         count_->setText(text);
         QAccessibleEvent event(count_, QAccessible::NameChanged);
         QAccessible::updateAccessibility(&event);

@@ -7,7 +7,6 @@
 #include <QString>
 #include <QWidget>
 
-#include <cstddef>
 #include <functional>
 
 namespace dunmora {
@@ -44,7 +43,7 @@ public:
     bool hasFocus() const;
     void takeFocus();
 
-    void showCount(std::size_t shown, std::size_t all);
+    void showCount(const QString& text);
 
 private:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -54,6 +54,11 @@ void TableModel::showAll()
     }
 }
 
+QString TableModel::countText() const
+{
+    return reader_.countText(static_cast<std::size_t>(rows_.count()), rows_.sourceRowCount());
+}
+
 std::unique_ptr<RowFilter> TableModel::filter(const QString& typed) const
 {
     auto* const delegate = reader_.delegate();
@@ -192,15 +197,12 @@ std::optional<std::size_t> TableModel::sourceRowAbove(int row) const
 
 QString TableModel::accessibleText(const DrawnRow* drawn, std::size_t column) const
 {
-    const auto title = text(columns()[column].title);
-    if (drawn == nullptr) {
-        return QStringLiteral("%1: not shown yet").arg(title);
-    }
-    if (columns()[column].kind == TableColumn::Kind::CheckBox) {
+    if (drawn != nullptr && columns()[column].kind == TableColumn::Kind::CheckBox) {
         return oneLineText(drawn->style.accessibleText);
     }
-    const auto& shown = drawn->texts[column];
-    return title + QLatin1String(": ") + (shown.isEmpty() ? QStringLiteral("empty") : shown);
+    return reader_.accessibleCellText(columns()[column].title,
+                                      drawn == nullptr ? std::nullopt
+                                                       : std::optional(drawn->texts[column]));
 }
 
 }  // namespace dunmora

@@ -34,6 +34,8 @@ public:
     const ShownRows& rows() const { return rows_; }
     void showOnly(ShownRows::SourceRows sourceRows);
     void showAll();
+    /// What the open filter says about the number of rows.
+    QString countText() const;
     /// The filter for what the user typed; null when every row matches, and while the delegate may
     /// not be asked.
     std::unique_ptr<RowFilter> filter(const QString& typed) const;

@@ -337,6 +337,12 @@ TEST_F(ReviewControllerTest, ReadsOutWhomARowIsAboutAndItsWarning)
     EXPECT_EQ(review_.styleOfRow(99).accessibleText, "");
 }
 
+TEST_F(ReviewControllerTest, SuppliesTheTextsOfTheTable)
+{
+    EXPECT_EQ(review_.countText(0, 3), "No matches: 0 of 3 shown");
+    EXPECT_EQ(review_.accessibleCellText("Home", std::nullopt), "Home: not shown yet");
+}
+
 TEST_F(ReviewControllerTest, GivesTheRowsOfAGroupOneNumber)
 {
     searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});

@@ -172,6 +172,25 @@ TEST(AccessibleText, NamesThePersonByAnotherTextInOneLine)
     EXPECT_EQ(accessibleText(contact({{kContactNickname, "An\nnie"}}), ""), "An nie, kept");
 }
 
+TEST(AccessibleCellText, NamesTheColumnAndWhatTheCellShows)
+{
+    EXPECT_EQ(accessibleCellText("Home", "555-0100"), "Home: 555-0100");
+    EXPECT_EQ(accessibleCellText("Nickname", ""), "Nickname: empty");
+    EXPECT_EQ(accessibleCellText("Home", std::nullopt), "Home: not shown yet");
+}
+
+TEST(CountText, CountsTheRowsThatAreShown)
+{
+    EXPECT_EQ(countText(31, 120), "31 of 120 shown");
+    EXPECT_EQ(countText(120, 120), "120 of 120 shown");
+    EXPECT_EQ(countText(0, 0), "0 of 0 shown");
+}
+
+TEST(CountText, ReportsThatNothingMatches)
+{
+    EXPECT_EQ(countText(0, 3), "No matches: 0 of 3 shown");
+}
+
 TEST(AccessibleText, ShowsNoUid)
 {
     EXPECT_EQ(accessibleText(contact({{kContactUid, "u"}}), ""), "no name, kept");

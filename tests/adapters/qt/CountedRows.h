@@ -122,6 +122,18 @@ public:
         return std::nullopt;
     }
 
+    std::string countText(std::size_t shown, std::size_t all) override
+    {
+        return std::to_string(shown) + '/' + std::to_string(all);
+    }
+
+    std::string accessibleCellText(std::string_view title,
+                                   std::optional<std::string_view> shown) override
+    {
+        const std::string text(shown.value_or("blank"));
+        return std::string(title) + '=' + (shown ? '"' + text + '"' : text);
+    }
+
     /// All questions about rows, except those of typing ahead (see `typings`).
     std::size_t questions() const { return cellQuestions + styleQuestions + filterQuestions; }
 

@@ -317,9 +317,9 @@ TEST(TableLooks, EveryCellHasAnAccessibleName)
     shown.rows.rows[1].texts = {{"fname", "Ann"}, {"lname", "Lee"}, {"home", "555-0100"}};
     shown.rows.rows[1].style.accessibleText = "Ann\nLee, kept";
 
-    EXPECT_EQ(shown.accessibleName(1, kHome), QStringLiteral("Home: 555-0100"));
-    EXPECT_EQ(shown.accessibleName(1, kNickname), QStringLiteral("Nickname: empty"));
-    EXPECT_EQ(shown.accessibleName(1, kModified), QStringLiteral("Modified: empty"));
+    EXPECT_EQ(shown.accessibleName(1, kHome), QStringLiteral("Home=\"555-0100\""));
+    EXPECT_EQ(shown.accessibleName(1, kNickname), QStringLiteral("Nickname=\"\""));
+    EXPECT_EQ(shown.accessibleName(1, kModified), QStringLiteral("Modified=\"\""));
     EXPECT_EQ(shown.accessibleName(1, kCheck), QStringLiteral("Ann Lee, kept"));
 }
 
