@@ -1,14 +1,11 @@
 #include "platform/PlatformError.h"
 #include "tests/programs/dunmora-cli/CliTest.h"
-
-#include <nlohmann/json.hpp>
+#include "tests/programs/dunmora-cli/ReferenceJson.h"
 
 #include <algorithm>
 
 namespace dunmora::test {
 namespace {
-
-using nlohmann::json;
 
 class BooksCommandTest : public CliTest {
 protected:
@@ -51,7 +48,7 @@ TEST_F(BooksCommandTest, PrintsJson)
 {
     EXPECT_EQ(run({"books", "--format", "json"}), 0);
 
-    EXPECT_EQ(json::parse(out()), json::parse(R"({"schema":1,"books":[
+    EXPECT_EQ(jsonAt(out()), jsonAt(R"({"schema":1,"books":[
         {"uid":"system-address-book","name":"Personal","kind":"local","writable":true,
          "people":120,"failure":null},
         {"uid":"c0ffee","name":"Firma Grün","kind":"carddav","writable":false,

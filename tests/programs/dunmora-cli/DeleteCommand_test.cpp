@@ -1,8 +1,7 @@
 #include "platform/PlatformError.h"
 #include "tests/fakes/FakeCard.h"
 #include "tests/programs/dunmora-cli/CliTest.h"
-
-#include <nlohmann/json.hpp>
+#include "tests/programs/dunmora-cli/ReferenceJson.h"
 
 #include <algorithm>
 #include <fstream>
@@ -11,7 +10,6 @@
 namespace dunmora::test {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Uids = std::vector<std::string>;
 
 constexpr auto kQuestion = "Confirm to delete\n"
@@ -76,8 +74,8 @@ TEST_F(DeleteTest, ListsInJsonOnlyThoseWhoAreReallyGone)
     };
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json"}), 0);
-    EXPECT_EQ(Json::parse(out())["deleted"], Json({"a3"}));
-    EXPECT_EQ(Json::parse(out())["contacts"], 2);
+    EXPECT_EQ(jsonAt(out(), "/deleted"), R"(["a3"])");
+    EXPECT_EQ(jsonAt(out(), "/contacts"), "2");
 }
 
 // The question.
@@ -158,7 +156,7 @@ TEST_F(DeleteTest, AsksOnTheTerminalWhenOnlyTheOutputIsAPipe)
     typed_ = "okay\n";
 
     EXPECT_EQ(run({"delete", "book.vcf", "--format", "json"}), 0);
-    EXPECT_EQ(Json::parse(out())["deleted"], Json({"ann-2"}));
+    EXPECT_EQ(jsonAt(out(), "/deleted"), R"(["ann-2"])");
 }
 
 TEST_F(DeleteTest, ShowsThePeopleOnTheTerminalWhenTheOutputIsRedirected)

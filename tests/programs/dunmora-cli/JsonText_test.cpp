@@ -1,7 +1,8 @@
 #include "programs/dunmora-cli/JsonText.h"
 
+#include "tests/programs/dunmora-cli/ReferenceJson.h"
+
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <random>
 
@@ -15,17 +16,10 @@ std::string jsonText(std::string_view text, JsonCharacters characters)
     return out;
 }
 
-/// The text as a well-known library writes it.
-std::string expected(const std::string& text, JsonCharacters characters)
-{
-    return nlohmann::json(text).dump(-1, ' ', characters == JsonCharacters::Ascii,
-                                     nlohmann::json::error_handler_t::replace);
-}
-
 void expectAsExpected(const std::string& text)
 {
     for (const auto characters : {JsonCharacters::Utf8, JsonCharacters::Ascii}) {
-        EXPECT_EQ(jsonText(text, characters), expected(text, characters));
+        EXPECT_EQ(jsonText(text, characters), referenceJsonText(text, characters));
     }
 }
 
