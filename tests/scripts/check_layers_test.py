@@ -343,6 +343,12 @@ class Links(CheckerCase):
         self.assert_link_fault("programs/terminal/CMakeLists.txt", ["set(windows Dunmora::qt)"],
                                "programs/terminal/CMakeLists.txt:1: programs/terminal may not link Dunmora::qt")
 
+    def test_reports_the_line_of_a_link_below_a_condition(self):
+        self.assert_link_fault("engine/CMakeLists.txt",
+                               ["dunmora_library(engine)", "", "if(TARGET Dunmora::qt)",
+                                "    target_link_libraries(dunmora_engine PRIVATE Dunmora::qt)", "endif()"],
+                               "engine/CMakeLists.txt:4: engine may not link Dunmora::qt")
+
     def test_rejects_a_link_to_a_library_that_may_not_be_included(self):
         self.assert_link_fault("engine/CMakeLists.txt", ["dunmora_library(engine LINKS Qt6::Core)"],
                                "engine/CMakeLists.txt:1: engine may not link Qt6::Core")
