@@ -7,12 +7,11 @@ namespace dunmora::bench {
 
 namespace {
 
-/// Reads a preference, as the engine does six times for every person.
+/// Reads a preference, as the engine does for every match field of every person.
 void readPreference(benchmark::State& state)
 {
-    const auto folder =
-        std::filesystem::temp_directory_path() / ("dunmora-bench-" + std::to_string(::getpid()));
-    IniUserDefaults defaults(folder / "preferences.conf");
+    const test::TemporaryFolder folder;
+    IniUserDefaults defaults(folder.path() / "preferences.conf");
     defaults.setBool("filterFirstname", true);
 
     while (state.KeepRunning()) {
