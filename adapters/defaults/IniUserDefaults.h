@@ -22,8 +22,7 @@ public:
     /// Reads the file. The first set creates it, with its folders, when it is missing.
     explicit IniUserDefaults(std::filesystem::path file);
 
-    /// `dunmora/dunmora.conf` in the user's configuration folder (XDG Base Directory
-    /// Specification).
+    /// `dunmora/dunmora.conf` in the user's configuration folder (XDG base directory standard).
     static std::filesystem::path perUserFile();
 
     bool hasValue(std::string_view key) const override;

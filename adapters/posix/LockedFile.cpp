@@ -68,7 +68,7 @@ std::filesystem::path followed(const std::filesystem::path& name)
     return file;
 }
 
-/// Creates missing folders for the user alone, as the XDG Base Directory Specification requires.
+/// Creates missing folders for the user alone, as the XDG base directory standard requires.
 void createFolder(const std::filesystem::path& folder, const std::filesystem::path& name)
 {
     std::error_code error;

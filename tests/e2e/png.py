@@ -1,4 +1,4 @@
-"""Writes images as small PNG files (PNG specification, second edition)."""
+"""Writes images as small PNG files (PNG standard, second edition)."""
 
 import collections
 import struct
