@@ -1,12 +1,15 @@
 #include "adapters/posix/FileReplacement.h"
 
 #include "adapters/posix/FileRemoval.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "tests/adapters/posix/FileTest.h"
 #include "tests/fakes/ChildProcess.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <string>
 #include <type_traits>
@@ -14,6 +17,8 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace dunmora::test {
 namespace {
@@ -39,6 +44,28 @@ protected:
     }
 
     LockedFile locked() const { return LockedFile::open({path("book")}); }
+
+    /// Runs the action in a child process that gets SIGTERM after the first such system call.
+    /// Returns false where processes cannot be traced.
+    static bool runAndTerminateAfter(long systemCall, const std::function<void()>& action)
+    {
+        bool isTerminated = false;
+        const auto end = traceChild(
+            [&] {
+                exitOnSignals(EXIT_SUCCESS);
+                action();
+            },
+            [&](SystemCall call) {
+                if (isTerminated || call.number != systemCall ||
+                    call.moment != SystemCall::Moment::After) {
+                    return Fate::GoOn;
+                }
+                isTerminated = true;
+                return Fate::Terminate;
+            });
+        EXPECT_EQ(isTerminated, end != End::CannotBeTraced);
+        return isTerminated;
+    }
 };
 
 TEST_F(FileReplacementTest, ReplacesTheFileAtTheCommit)
@@ -92,6 +119,21 @@ TEST_F(FileReplacementTest, ReplacesNothingThatHasChangedMeanwhile)
 
     EXPECT_EQ(contentOf(path("book")), "edited");
     EXPECT_TRUE(replacement.done().empty());
+}
+
+TEST_F(FileReplacementTest, IsCompletedBeforeTheProcessExits)
+{
+    fs::create_hard_link(path("book"), path("same"));
+
+    if (!runAndTerminateAfter(SYS_rename, [&] {
+            FileReplacement(LockedFile::open({path("book"), path("same")}), {"new"}).commit();
+        })) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_EQ(contentOf(path("book")), "new");
+    EXPECT_EQ(contentOf(path("same")), "new");
+    EXPECT_EQ(namesIn(folder()), (Names{"book", "same"}));
 }
 
 TEST_F(FileReplacementTest, RemovesWhatAKilledProcessLeftBehind)
@@ -173,6 +215,40 @@ TEST_F(FileRemovalTest, RemovesNothingThatHasChangedMeanwhile)
     EXPECT_EQ(failureOf([&] { removal.commit(); }), changed(path("book")));
 
     EXPECT_EQ(contentOf(path("book")), "edited");
+}
+
+TEST_F(FileRemovalTest, IsRefusedWhenTheFolderOfALinkIsNotWritable)
+{
+    constexpr uid_t kNobody = 65534;
+    const auto link = path("links") / "link";
+    fs::create_directory(path("links"));
+    fs::create_symlink(path("book"), link);
+    chmod(folder().c_str(), 0777);
+    chmod(path("book").c_str(), 0666);
+    chmod(path("links").c_str(), 0555);
+
+    const auto failure = inChild([&]() -> std::string {
+        return geteuid() != 0 || setuid(kNobody) == 0
+                   ? failureOf([&] { FileRemoval(LockedFile::open({link})); })
+                   : "no setuid";
+    });
+    chmod(path("links").c_str(), 0755);
+
+    EXPECT_EQ(failure, about(link, "cannot be removed because its folder is not writable: "
+                                   "Permission denied."));
+}
+
+TEST_F(FileRemovalTest, IsCompletedBeforeTheProcessExits)
+{
+    fs::create_hard_link(path("book"), path("same"));
+
+    if (!runAndTerminateAfter(SYS_unlink, [&] {
+            FileRemoval(LockedFile::open({path("book"), path("same")})).commit();
+        })) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_EQ(namesIn(folder()), Names());
 }
 
 }  // namespace
