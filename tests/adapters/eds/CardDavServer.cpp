@@ -52,7 +52,7 @@ std::string escaped(std::string_view text)
     return xml;
 }
 
-std::string response(const std::string& path, const std::string& properties)
+std::string responseElement(const std::string& path, const std::string& properties)
 {
     return "<D:response><D:href>" + path + "</D:href><D:propstat><D:prop>" + properties +
            "</D:prop><D:status>HTTP/1.1 200 OK</D:status></D:propstat></D:response>";
@@ -200,22 +200,22 @@ void CardDavServer::talk(int socket)
     if (!receive(socket, request.body, [&](const auto& all) { return all.size() >= size; })) {
         return;
     }
-    const auto answered = answer(request);
-    if (answered.status == 0) {
+    const auto response = respond(request);
+    if (response.status == 0) {
         shutdown(socket, SHUT_RDWR);
         return;
     }
-    send(socket, "HTTP/1.1 " + std::to_string(answered.status) +
+    send(socket, "HTTP/1.1 " + std::to_string(response.status) +
                      " As said\r\nDAV: 1, 2, 3, addressbook\r\n"
                      "Allow: OPTIONS, GET, PUT, DELETE, PROPFIND, REPORT\r\n"
                      "WWW-Authenticate: Basic realm=\"book\"\r\n"
                      "Content-Type: application/xml; charset=utf-8\r\nConnection: close\r\n"
                      "Content-Length: " +
-                     std::to_string(answered.body.size()) + "\r\n\r\n" + answered.body);
+                     std::to_string(response.body.size()) + "\r\n\r\n" + response.body);
     shutdown(socket, SHUT_WR);
 }
 
-CardDavServer::Answer CardDavServer::answer(const Request& request)
+CardDavServer::Response CardDavServer::respond(const Request& request)
 {
     std::unique_lock lock(mutex_);
     if (isLocked_) {
@@ -238,22 +238,22 @@ CardDavServer::Answer CardDavServer::answer(const Request& request)
     return {kNotFound, ""};
 }
 
-CardDavServer::Answer CardDavServer::list(const Request& request)
+CardDavServer::Response CardDavServer::list(const Request& request)
 {
     const std::string right = isReadOnly_ ? "<D:read/>" : "<D:all/>";
-    auto responses =
-        response(std::string(kFolder),
-                 "<S:getctag>t" + std::to_string(version_) +
-                     "</S:getctag><D:current-user-privilege-set><D:privilege>" + right +
-                     "</D:privilege></D:current-user-privilege-set><D:resourcetype><D:collection/>"
-                     "<C:addressbook/></D:resourcetype>");
+    auto responses = responseElement(
+        std::string(kFolder),
+        "<S:getctag>t" + std::to_string(version_) +
+            "</S:getctag><D:current-user-privilege-set><D:privilege>" + right +
+            "</D:privilege></D:current-user-privilege-set><D:resourcetype><D:collection/>"
+            "<C:addressbook/></D:resourcetype>");
     if (const auto depth = request.headers.find("depth");
         depth != request.headers.end() && depth->second == "1") {
         for (const auto& [uid, card] : cards_) {
             responses +=
-                response(pathOf(uid), "<D:getetag>" + quoted(card.version) +
-                                          "</D:getetag><D:resourcetype/>"
-                                          "<D:getcontenttype>text/vcard</D:getcontenttype>");
+                responseElement(pathOf(uid), "<D:getetag>" + quoted(card.version) +
+                                                 "</D:getetag><D:resourcetype/>"
+                                                 "<D:getcontenttype>text/vcard</D:getcontenttype>");
         }
         wasListed_ = true;
         changed_.notify_all();
@@ -262,22 +262,22 @@ CardDavServer::Answer CardDavServer::list(const Request& request)
     return {kMultistatus, multistatus(responses)};
 }
 
-CardDavServer::Answer CardDavServer::report(const Request& request) const
+CardDavServer::Response CardDavServer::report(const Request& request) const
 {
     std::string responses;
     for (const auto& [uid, card] : cards_) {
         if (request.body.find(pathOf(uid) + "<") != std::string::npos) {
-            responses += response(pathOf(uid), "<D:getetag>" + quoted(card.version) +
-                                                   "</D:getetag><C:address-data>" +
-                                                   escaped(card.text) + "</C:address-data>");
+            responses += responseElement(pathOf(uid), "<D:getetag>" + quoted(card.version) +
+                                                          "</D:getetag><C:address-data>" +
+                                                          escaped(card.text) + "</C:address-data>");
         }
     }
     constexpr int kMultistatus = 207;
     return {kMultistatus, multistatus(responses)};
 }
 
-CardDavServer::Answer CardDavServer::remove(const Request& request,
-                                            std::unique_lock<std::mutex>& lock)
+CardDavServer::Response CardDavServer::remove(const Request& request,
+                                              std::unique_lock<std::mutex>& lock)
 {
     constexpr int kDone = 204;
     constexpr int kForbidden = 403;

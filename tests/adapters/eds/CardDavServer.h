@@ -40,9 +40,9 @@ public:
     /// Listens again, on the same port.
     void comeBack();
 
-    /// After this many more removals, answers each with this status and removes nobody.
+    /// After this many more removals, responds to each with this status and removes nobody.
     void refuseRemovals(int status, std::size_t after = 0);
-    /// Carries out removals, but drops the connection instead of answering.
+    /// Carries out removals, but drops the connection instead of responding.
     void loseRepliesToRemovals();
     /// Holds back the responses to removals until `letGo`.
     void holdRemovals();
@@ -69,7 +69,7 @@ private:
         std::map<std::string, std::string> headers;
         std::string body;
     };
-    struct Answer {
+    struct Response {
         /// 0 sends no response.
         int status = 200;
         std::string body;
@@ -82,10 +82,10 @@ private:
     void listen();
     void serve(int listener);
     void talk(int socket);
-    Answer answer(const Request& request);
-    Answer list(const Request& request);
-    Answer report(const Request& request) const;
-    Answer remove(const Request& request, std::unique_lock<std::mutex>& lock);
+    Response respond(const Request& request);
+    Response list(const Request& request);
+    Response report(const Request& request) const;
+    Response remove(const Request& request, std::unique_lock<std::mutex>& lock);
 
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;

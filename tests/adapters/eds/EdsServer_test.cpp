@@ -185,12 +185,12 @@ TEST_F(EdsServerTest, RefusesToRemoveFromTheDesktopsCopyAlone)
     server_.goAway();
 
     const auto found = service->find(uid_, {"ann"});
-    const auto answer = service->remove(uid_, {"ann"});
+    const auto result = service->remove(uid_, {"ann"});
 
     EXPECT_EQ(found.failure, "Its server cannot be reached.");
     EXPECT_FALSE(found.hasTimedOut);
-    EXPECT_EQ(answer.outcome, Outcome::Refused);
-    EXPECT_EQ(answer.reason, "Its server cannot be reached.");
+    EXPECT_EQ(result.outcome, Outcome::Refused);
+    EXPECT_EQ(result.reason, "Its server cannot be reached.");
     server_.comeBack();
     settle();
     EXPECT_EQ(server_.removals(), Lines{});
@@ -223,11 +223,11 @@ TEST_F(EdsServerTest, AsksForNoRemovalWhileTheServiceHasLostTheServer)
     others_.refresh(uid_);
     OtherClient::awaitLoss(uid_);
 
-    const auto answer = service->remove(uid_, {"ann"});
+    const auto result = service->remove(uid_, {"ann"});
     const auto found = service->find(uid_, {"ann"});
 
-    EXPECT_EQ(answer.outcome, Outcome::Refused);
-    EXPECT_EQ(answer.reason, "Its server cannot be reached.");
+    EXPECT_EQ(result.outcome, Outcome::Refused);
+    EXPECT_EQ(result.reason, "Its server cannot be reached.");
     // The text varies, because the service itself may wait for a password.
     EXPECT_NE(found.failure, "");
     EXPECT_EQ(server_.removals(), Lines{});
@@ -239,16 +239,16 @@ TEST_F(EdsServerTest, DoesNotCountQueuedRemovalsAsDone)
     isKnownToTheDesktop();
     const auto service = openService();
     server_.holdRemovals();
-    RemovalResult answer;
-    std::thread removal([&] { answer = service->remove(uid_, {"ann"}); });
+    RemovalResult result;
+    std::thread removal([&] { result = service->remove(uid_, {"ann"}); });
 
     server_.awaitHeldRemoval();
     OtherClient::loseServer(uid_);
     server_.letGo();
     removal.join();
 
-    EXPECT_EQ(answer.outcome, Outcome::NoReply);
-    EXPECT_EQ(answer.reason,
+    EXPECT_EQ(result.outcome, Outcome::NoReply);
+    EXPECT_EQ(result.reason,
               "Its server can no longer be reached. The people may still be deleted there later.");
 }
 
@@ -257,14 +257,14 @@ TEST_F(EdsServerTest, ReportsARemovalAsUnknownWhenTheServerDisconnects)
     isKnownToTheDesktop();
     const auto service = openService();
     server_.holdRemovals();
-    RemovalResult answer;
-    std::thread removal([&] { answer = service->remove(uid_, {"ann"}); });
+    RemovalResult result;
+    std::thread removal([&] { result = service->remove(uid_, {"ann"}); });
 
     server_.awaitHeldRemoval();
     server_.goAway();
     removal.join();
 
-    EXPECT_EQ(answer.outcome, Outcome::NoReply) << answer.reason;
+    EXPECT_EQ(result.outcome, Outcome::NoReply) << result.reason;
 }
 
 TEST_F(EdsServerTest, ReportsARemovalAsUnknownWhenTheReplyIsLost)
@@ -273,9 +273,9 @@ TEST_F(EdsServerTest, ReportsARemovalAsUnknownWhenTheReplyIsLost)
     const auto service = openService();
     server_.loseRepliesToRemovals();
 
-    const auto answer = service->remove(uid_, {"ann"});
+    const auto result = service->remove(uid_, {"ann"});
 
-    EXPECT_EQ(answer.outcome, Outcome::NoReply) << answer.reason;
+    EXPECT_EQ(result.outcome, Outcome::NoReply) << result.reason;
     EXPECT_EQ(service->find(uid_, {"ann"}).failure,
               "What its server has done is unknown until the address book is reloaded.");
     service->books();
@@ -334,11 +334,11 @@ TEST_F(EdsServerTest, ReportsAServerThatDoesNotReplyInTime)
     server_.holdRemovals();
 
     const auto begin = std::chrono::steady_clock::now();
-    const auto answer = service->remove(uid_, {"ann"});
+    const auto result = service->remove(uid_, {"ann"});
 
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
-    EXPECT_EQ(answer.outcome, Outcome::NoReply);
-    EXPECT_EQ(answer.reason, "The service did not reply in time.");
+    EXPECT_EQ(result.outcome, Outcome::NoReply);
+    EXPECT_EQ(result.reason, "The service did not reply in time.");
     server_.letGo();
 }
 
