@@ -103,7 +103,8 @@ void addDeleteOptions(CLI::App& command, Values& values)
     addUidOption(command, "--check", deletion.check, "Check this person for deletion");
     addUidOption(command, "--uncheck", deletion.uncheck, "Uncheck this person");
     command.add_flag("--keep-one", deletion.keepOne,
-                     "Keep the first person of every group that would lose every copy");
+                     "Keep the first person of every group that would lose every copy, and people "
+                     "in no group");
     command.add_flag("--dry-run", deletion.dryRun, "Show what would be deleted and write nothing");
     command.add_flag("--yes", deletion.yes, "Delete without asking");
     command
