@@ -9,7 +9,7 @@ namespace dunmora {
 inline constexpr std::string_view kMsgShowMessage = "msgShowMessage";
 /// An item of the pass is about to be handled; the payload is the job's `Progress`.
 inline constexpr std::string_view kMsgProgress = "msgProgress";
-/// A job has ended; the payload is the job's name.
+/// A job has ended without an error; the payload is the job's name.
 inline constexpr std::string_view kMsgFinished = "msgFinished";
 /// The engine's data have changed; there is no payload.
 inline constexpr std::string_view kMsgReload = "msgReload";

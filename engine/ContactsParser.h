@@ -14,7 +14,7 @@ namespace dunmora {
 
 struct Progress;
 
-/// The contact engine: everyone of the address book, the groups of people whose match keys are
+/// The contact engine: everyone in the address book, the groups of people whose match keys are
 /// equal, and the rows of the review.
 ///
 /// Thread: one job (`load`, `findDupes`, `deleteContacts`) at a time, on any thread; the
@@ -59,7 +59,7 @@ public:
     /// Empties the rows and the groups; the people stay.
     void reset();
 
-    /// Reads everyone of the address book into fresh records. Always true.
+    /// Reads everyone in the address book into new records. Always true.
     /// Errors: PlatformError when the book cannot be read; there are then no people, no rows and no
     /// groups, and "msgFinished" is not posted.
     bool load();
@@ -74,8 +74,8 @@ public:
     void markDeletedContacts();
 
     /// Removes the people with these uids from the address book, saves it once, and forgets them.
-    /// Errors: PlatformError when the book could not be changed; the engine has forgotten the
-    /// people all the same, and "msgFinished" is not posted.
+    /// Errors: PlatformError when the book could not be listed or changed; "msgFinished" is not
+    /// posted. The engine may already have forgotten people who are still in the book.
     void deleteContacts(const Uids& uids);
 
     /// The text whose equality makes two people the same: the value of every field that the

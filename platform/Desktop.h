@@ -17,11 +17,11 @@ struct Desktop {
     ConnectionOpener& connectionOpener;
     const TextFolding& textFolding;
 
-    /// Makes these the ports that the core uses; `desktop` must stay alive as long.
-    /// Thread: the main thread, before any job runs.
+    /// Sets the ports that the core uses.
+    /// Thread: the main thread, before any job runs. `desktop` must outlive its use.
     static void install(const Desktop& desktop) { installed() = &desktop; }
 
-    /// The most recently installed ports. Thread: any, after `install`.
+    /// The ports installed last. Thread: any, after `install`.
     static const Desktop& current() { return *installed(); }
 
 private:

@@ -5,8 +5,8 @@
 
 namespace dunmora {
 
-/// Ends the message about a file or an address book that has changed since it was read. The message
-/// names it last.
+/// Ends the message about a file or an address book that has changed since it was read. "It" is
+/// what the message names last.
 inline constexpr std::string_view kReloadAndTryAgain = "Reload it and try again.";
 
 /// A failure of the platform (a file, a bus, a framework), described for the user in one line of

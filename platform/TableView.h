@@ -108,18 +108,19 @@ public:
     /// Returns the filter for a text in UTF-8, or null when every row matches.
     virtual std::unique_ptr<RowFilter> rowFilter(std::string_view typed) = 0;
 
-    /// Returns the row to select when the user types these letters on the table: the first that
-    /// fits, from row `first` on and round to the start, of the rows that are shown.
+    /// Returns the row to select when the user types these letters on the table: the first match
+    /// among the rows that are shown, from row `first` on, wrapping from the last to the first.
     virtual std::optional<std::size_t>
     rowForTyping(std::string_view typed, std::size_t first,
                  const std::function<bool(std::size_t row)>& isShown) = 0;
 
-    /// Returns what the open filter says about the number of rows. As it is about no row, a
-    /// disabled table asks for it, too.
+    /// Returns the text of the open filter about the number of rows. A disabled table asks for it,
+    /// too, because it is about no row in particular.
     virtual std::string countText(std::size_t shown, std::size_t all) = 0;
 
     /// Returns what assistive technology reads of a cell under this title. `shown` is the cell's
-    /// text; nullopt for a cell that a disabled table leaves blank, so it asks for this, too.
+    /// text. A disabled table asks for this, too: `shown` is nullopt for a cell that it leaves
+    /// blank.
     virtual std::string accessibleCellText(std::string_view title,
                                            std::optional<std::string_view> shown) = 0;
 };
