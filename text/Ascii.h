@@ -5,9 +5,8 @@
 
 namespace dunmora {
 
-/// Case and white space of ASCII text, whatever the locale. Bytes beyond ASCII are left alone.
-///
-/// Thread: any. Errors: none.
+// Case and white space of ASCII text, whatever the locale. Bytes beyond ASCII are left alone.
+// Thread: any. Errors: none.
 
 constexpr char toUpperAscii(char c)
 {

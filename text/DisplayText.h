@@ -6,11 +6,10 @@
 
 namespace dunmora {
 
-/// Text from an address book or a path may contain anything. These functions make it safe to show
-/// in one line: nothing in the result moves a cursor, breaks the line or changes the writing
-/// direction of what follows.
-///
-/// Thread: any. Errors: none.
+// Text from an address book or a path may contain anything. These functions make it safe to show
+// in one line: nothing in the result moves a cursor, breaks the line or changes the writing
+// direction of what follows.
+// Thread: any. Errors: none.
 
 /// What a character does to the line it is shown in.
 enum class DisplayEffect {

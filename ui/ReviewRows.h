@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -13,9 +14,8 @@ namespace dunmora {
 
 class ContactRecord;
 
-/// The rows of the review table, which are the engine's duplicates.
-///
-/// Thread: the main thread, while the engine changes nothing. Errors: none.
+// The rows of the review table, which are the engine's duplicates.
+// Thread: the main thread, while the engine changes nothing. Errors: none.
 
 /// The record in a row, or null for a row that does not exist or whose person is unknown.
 ContactRecord* recordInRow(std::ptrdiff_t row);
