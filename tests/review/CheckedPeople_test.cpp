@@ -3,6 +3,7 @@
 #include "engine/ContactsParser.h"
 #include "review/GroupWarnings.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/fakes/People.h"
 
 #include <gtest/gtest.h>
 
@@ -18,12 +19,9 @@ protected:
     void reviewShows(const std::vector<std::string>& uids)
     {
         std::vector<FakePerson> people;
+        people.reserve(uids.size());
         for (const auto& uid : uids) {
-            FakePerson person;
-            person.uid = uid;
-            person.firstName = uid.substr(0, uid.size() - 1);
-            person.phones.reset();
-            people.push_back(person);
+            people.push_back(named(uid, uid.substr(0, uid.size() - 1)));
         }
         platform_.addressBook = FakeAddressBook(std::move(people));
         engine_.load();
@@ -72,8 +70,7 @@ TEST_F(CheckedPeopleTest, AreLastCopiesWhereAllOfAGroupOrOneWithoutAGroupIsCheck
 
 TEST_F(CheckedPeopleTest, AreNamedByTheUidWhenNothingElseIsKnown)
 {
-    FakePerson nobody{"7", "", "", "", {}, std::nullopt};
-    platform_.addressBook = FakeAddressBook({nobody});
+    platform_.addressBook = FakeAddressBook({named("7", "", "")});
     engine_.load();
     engine_.findDupes();
     check("7", true);

@@ -3,6 +3,7 @@
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/fakes/People.h"
 
 #include <gtest/gtest.h>
 
@@ -18,11 +19,9 @@ protected:
     void bookHolds(const std::vector<std::pair<std::string, std::string>>& uidsAndFirstNames)
     {
         std::vector<FakePerson> people;
+        people.reserve(uidsAndFirstNames.size());
         for (const auto& [uid, firstName] : uidsAndFirstNames) {
-            FakePerson person;
-            person.uid = uid;
-            person.firstName = firstName;
-            people.push_back(person);
+            people.push_back(person(uid, firstName));
         }
         bookHoldsPeople(std::move(people));
     }
@@ -41,11 +40,10 @@ protected:
 
     static FakePerson nobody(const std::string& uid)
     {
-        FakePerson person;
-        person.uid = uid;
-        person.firstName.reset();
-        person.lastName.reset();
-        return person;
+        auto result = person(uid);
+        result.firstName.reset();
+        result.lastName.reset();
+        return result;
     }
 
     FakePlatform platform_;
@@ -67,17 +65,8 @@ TEST_F(DuplicateGroupsTest, AreTheRunsOfEqualKeysAmongTheRows)
 
 TEST_F(DuplicateGroupsTest, AreOneWhereDifferentTextsMakeTheSameKey)
 {
-    FakePerson first;
-    first.uid = "1";
-    first.firstName = "Ann-";
-    first.lastName = "Lee";
-    FakePerson second = first;
-    second.uid = "2";
-    second.firstName = "Ann";
-    second.lastName = "-Lee";
-    FakePerson third = first;
-    third.uid = "3";
-    bookHoldsPeople({first, second, third});
+    bookHoldsPeople(
+        {named("1", "Ann-", "Lee"), named("2", "Ann", "-Lee"), named("3", "Ann-", "Lee")});
 
     const auto groups = duplicateGroups(engine_);
 
@@ -158,17 +147,9 @@ TEST_F(DuplicateGroupsTest, AreNoneWithoutRows)
 
 TEST_F(DuplicateGroupsTest, ShareOnlyEmptyFieldsWhenEveryFieldComparedIsEmpty)
 {
-    const auto person = [](const std::string& uid, const std::string& first,
-                           const std::string& last) {
-        FakePerson made;
-        made.uid = uid;
-        made.firstName = first;
-        made.lastName = last;
-        return made;
-    };
     // A dash is a first name like any other: "---" is not the key of two empty fields.
-    bookHoldsPeople({person("1", "", ""), person("2", "", ""), person("3", "-", ""),
-                     person("4", "-", ""), person("5", "Ann", ""), person("6", "Ann", "")});
+    bookHoldsPeople({named("1", "", ""), named("2", "", ""), named("3", "-", ""),
+                     named("4", "-", ""), named("5", "Ann", ""), named("6", "Ann", "")});
 
     const auto groups = duplicateGroups(engine_);
 

@@ -3,6 +3,7 @@
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/fakes/People.h"
 
 #include <gtest/gtest.h>
 
@@ -23,12 +24,9 @@ protected:
     {
         std::vector<FakePerson> people;
         for (const auto& firstName : firstNames) {
-            FakePerson person;
-            person.uid = std::to_string(people.size());
-            person.firstName = firstName;
-            person.lastName = firstName.empty() ? "" : "Lee";
-            person.phones.reset();
-            people.push_back(person);
+            auto& added = people.emplace_back(person(std::to_string(people.size()), firstName));
+            added.lastName = firstName.empty() ? "" : "Lee";
+            added.phones.reset();
         }
         platform_.addressBook = FakeAddressBook(std::move(people));
         engine_.load();

@@ -3,6 +3,7 @@
 #include "engine/ContactRecord.h"
 #include "engine/ContactsParser.h"
 #include "tests/fakes/DesktopTest.h"
+#include "tests/fakes/People.h"
 
 #include <limits>
 
@@ -17,11 +18,8 @@ protected:
         std::vector<FakePerson> people;
         for (const auto* name : {"Abel", "Ann", "Zo\u00EB"}) {
             for (const auto* copy : {"1", "2"}) {
-                FakePerson person;
-                person.uid = std::string(name) + copy;
-                person.firstName = name;
-                person.lastName = "";
-                people.push_back(person);
+                auto& added = people.emplace_back(person(std::string(name) + copy, name));
+                added.lastName = "";
             }
         }
         platform_.addressBook = FakeAddressBook(std::move(people));
