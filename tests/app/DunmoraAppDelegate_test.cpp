@@ -172,10 +172,10 @@ TEST_F(DelegateTest, TerminatesTheApplicationWhenTheMainWindowCloses)
 TEST_F(DelegateTest, TerminatesTheApplicationEvenWhileAJobRuns)
 {
     std::latch reading(1);
-    std::latch goOn(1);
+    std::latch mayContinue(1);
     platform_.addressBook.onRead = [&] {
         reading.count_down();
-        goOn.wait();
+        mayContinue.wait();
     };
     delegate_.applicationDidFinishLaunching();
     delegate_.applicationDidBecomeActive();
@@ -184,7 +184,7 @@ TEST_F(DelegateTest, TerminatesTheApplicationEvenWhileAJobRuns)
     delegate_.windowWillClose();
 
     EXPECT_EQ(application_.terminations, std::vector<const void*>{&delegate_});
-    goOn.count_down();
+    mayContinue.count_down();
     application_.runUntilIdle();
 }
 

@@ -18,7 +18,7 @@ struct SystemCall {
     Moment moment;
 };
 
-enum class Fate { GoOn, Kill, Terminate };
+enum class Fate { Continue, Kill, Terminate };
 
 /// How a traced child ended.
 enum class End { Ended, Killed, CannotBeTraced };

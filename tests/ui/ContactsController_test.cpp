@@ -318,13 +318,13 @@ TEST_F(ContactsControllerTest, KeepsThePeopleUntilTheNewOnesAreRead)
 
 TEST_F(ContactsControllerTest, LoadsEvenWhileAJobRuns)
 {
-    std::latch goOn(1);
-    application_.detachNewThread("Job", [&] { goOn.wait(); });
+    std::latch mayContinue(1);
+    application_.detachNewThread("Job", [&] { mayContinue.wait(); });
 
     controller_.OnReload(nullptr);
 
     EXPECT_EQ(application_.threads, (Names{"Job", "LoadContacts"}));
-    goOn.count_down();
+    mayContinue.count_down();
     application_.runUntilIdle();
 }
 

@@ -58,7 +58,7 @@ protected:
             [&](SystemCall call) {
                 if (isTerminated || call.number != systemCall ||
                     call.moment != SystemCall::Moment::After) {
-                    return Fate::GoOn;
+                    return Fate::Continue;
                 }
                 isTerminated = true;
                 return Fate::Terminate;

@@ -300,7 +300,7 @@ TEST_F(BookFailureTest, RefusesAFileThatChangesWhileTheNewOneIsWritten)
                        if (call.number == SYS_fsync && call.moment == SystemCall::Moment::Before) {
                            writeLater(file(), other);
                        }
-                       return Fate::GoOn;
+                       return Fate::Continue;
                    });
     if (end == End::CannotBeTraced) {
         GTEST_SKIP() << "Processes cannot be traced here.";
@@ -325,7 +325,7 @@ TEST_F(BookFailureTest, DetectsAChangeWhoseTimeWasSetBack)
                            writeLater(file(), other);
                            fs::last_write_time(file(), time);
                        }
-                       return Fate::GoOn;
+                       return Fate::Continue;
                    });
     if (end == End::CannotBeTraced) {
         GTEST_SKIP() << "Processes cannot be traced here.";

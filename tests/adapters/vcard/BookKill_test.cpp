@@ -62,11 +62,11 @@ protected:
             Stage stage;
             const auto end = traceChild(remove, [&](SystemCall call) {
                 if (calls > counts.ends) {
-                    return Fate::GoOn;
+                    return Fate::Continue;
                 }
                 const bool isName = call.number == SYS_linkat && call.moment == Moment::Before;
                 stage = {stage.namesGiven + (isName ? 1 : 0), call.number, call.moment};
-                return calls++ == counts.ends ? fate : Fate::GoOn;
+                return calls++ == counts.ends ? fate : Fate::Continue;
             });
             counts.canTrace = end != End::CannotBeTraced;
             if (calls <= counts.ends) {

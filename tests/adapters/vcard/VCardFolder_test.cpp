@@ -269,7 +269,7 @@ protected:
                     isDisturbed = true;
                     disturb();
                 }
-                return Fate::GoOn;
+                return Fate::Continue;
             });
         return isDisturbed ? contentOf(message) : "";
     }
@@ -343,7 +343,7 @@ TEST_F(VCardFolderTest, WritesNothingWhenAFileChangesWhileTheNewOnesAreWritten)
                        if (call.number == SYS_fsync && call.moment == SystemCall::Moment::After) {
                            writeLater(in("b.vcf"), card("b1") + card("B2"));
                        }
-                       return Fate::GoOn;
+                       return Fate::Continue;
                    });
     if (end == End::CannotBeTraced) {
         GTEST_SKIP() << "Processes cannot be traced here.";
