@@ -8,14 +8,14 @@ namespace dunmora {
 
 /// One of the user's address books, as the desktop's service describes it.
 struct ServiceBook {
-    /// Which book it is; no two books share it, and it holds no "/".
+    /// Unique among the books; contains no "/".
     std::string uid;
     std::string name;
     /// Where its people are kept: "local", "carddav", "google", ...
     std::string kind;
 };
 
-/// A person's entry, as the service gives it.
+/// A person's entry, as the service returns it.
 struct ContactText {
     std::string uid;
     /// A vCard in UTF-8.

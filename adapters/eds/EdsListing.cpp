@@ -25,7 +25,7 @@ std::size_t EdsListing::add(const ServiceBook& book, std::vector<ContactText> co
         reader_.read(contact.card, CardReader::Text::Utf8, cards_);
         const bool isPerson = cards_.people.size() == count + 1;
         const auto id = isPerson ? idOf(book, contact.uid) : std::string_view();
-        // A removal is asked for by the id, so it has to be this person's and nobody else's.
+        // A removal names the person by this id, so nobody else may have it.
         if (!isPerson || contact.uid.empty() || !positions_.try_emplace(id, count).second) {
             cards_.people.resize(count);
             skipped += cards_.groups == groups ? 1 : 0;
@@ -58,7 +58,7 @@ std::string_view EdsListing::idOf(const ServiceBook& book, std::string_view cont
     if (ids_ == PersonIds::OfOneBook) {
         return contact;
     }
-    // No book's id holds the separator, so no two people's ids are alike.
+    // No book's id contains the separator, so different people get different ids.
     const auto id = book.uid + "/" + std::string(contact);
     auto* const place = static_cast<char*>(memory_.allocate(id.size(), 1));
     std::copy(id.begin(), id.end(), place);

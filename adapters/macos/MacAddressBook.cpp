@@ -43,7 +43,7 @@ PeopleListing listPeople()
 {
     // The framework autoreleases objects for everything it returns; a pool per batch keeps few
     // alive.
-    constexpr std::size_t kPeopleAPool = 256;
+    constexpr std::size_t kPeoplePerPool = 256;
     std::vector<FrameworkPerson> people;
     callFramework(kBook, [&] {
         const FrameworkBook book;
@@ -51,7 +51,7 @@ PeopleListing listPeople()
         people.reserve(book.size());
         while (people.size() < book.size()) {
             callObjectiveC(kBook, [&] {
-                const auto end = std::min(people.size() + kPeopleAPool, book.size());
+                const auto end = std::min(people.size() + kPeoplePerPool, book.size());
                 while (people.size() < end) {
                     people.push_back(book.person(people.size()));
                 }

@@ -24,10 +24,10 @@ public:
     bool isNoReply() const;
     bool isNoSuchPerson() const;
 
-    /// Whether the server refused because its version is another one.
+    /// Whether the server refused because it has another version of the card.
     bool isChangedOnServer() const;
 
-    /// Whether the server may have done what was asked, although no reply says so.
+    /// Whether the server may have carried out the request although its reply was lost.
     bool isReplyLost() const;
 
     /// Whether the connection to the session bus is closed.

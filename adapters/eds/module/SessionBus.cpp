@@ -37,7 +37,7 @@ bool isListedBy(GDBusConnection& bus, const char* method, GCancellable* cancella
 
 bool hasSessionBus()
 {
-    // NOLINTBEGIN(concurrency-mt-unsafe): nothing of ours changes the environment
+    // NOLINTBEGIN(concurrency-mt-unsafe): the programs never change the environment
     const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
     const char* const folder = std::getenv("XDG_RUNTIME_DIR");
     // NOLINTEND(concurrency-mt-unsafe)
