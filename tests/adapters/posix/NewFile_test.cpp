@@ -1,12 +1,15 @@
 #include "adapters/posix/NewFile.h"
 
 #include "tests/adapters/posix/FileTest.h"
+#include "tests/fakes/ChildProcess.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <set>
 #include <string>
+
+#include <sys/syscall.h>
 
 namespace dunmora::test {
 namespace {
@@ -22,6 +25,22 @@ TEST_F(NewFileTest, HasTheContent)
 
     EXPECT_EQ(contentOf(file()), "one\r\ntwo");
     EXPECT_EQ(namesIn(folder()), (std::set<std::string>{"backup.vcf"}));
+}
+
+TEST_F(NewFileTest, IsFlushedToDiskWithItsFolder)
+{
+    int flushes = 0;
+    const auto end = traceChild(
+        [&] { writeNewFile(file(), {"one"}); },
+        [&](SystemCall call) {
+            flushes += call.number == SYS_fsync && call.moment == SystemCall::Moment::After ? 1 : 0;
+            return Fate::Continue;
+        });
+    if (end == End::CannotBeTraced) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_EQ(flushes, 2);
 }
 
 TEST_F(NewFileTest, IsForItsOwnerOnly)
