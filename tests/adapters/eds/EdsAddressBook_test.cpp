@@ -196,6 +196,25 @@ TEST_F(EdsAddressBookTest, DeletesNobodyWhenAReviewedBookCannotBeReadAnyMore)
     EXPECT_TRUE(desktop_.removals.empty());
 }
 
+TEST_F(EdsAddressBookTest, DiscardsRemovalsWhenItCannotBeListedAgain)
+{
+    desktop_.add("home", {"ann"});
+    auto& book = one("home");
+
+    book.removeRecord(book.readPeople()[0]);
+    desktop_.book("home").content.failure = "No such file.";
+    EXPECT_THROW(book.people(), PlatformError);
+    EXPECT_NO_THROW(book.save());
+
+    desktop_.book("home").content.failure = "";
+    book.removeRecord(book.people()[0]);
+    desktop_.book("home").content.failure = "No such file.";
+    EXPECT_THROW(book.readPeople(), PlatformError);
+    EXPECT_NO_THROW(book.save());
+
+    EXPECT_TRUE(desktop_.removals.empty());
+}
+
 TEST_F(EdsAddressBookTest, DeletesBookByBookInBatches)
 {
     desktop_.add("home", {"a", "b", "c", "d", "e"}, 2);
