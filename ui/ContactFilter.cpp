@@ -69,12 +69,11 @@ bool ContactFilter::narrows(const ContactFilter& earlier) const
 
 bool ContactFilter::matchesText(const ContactRecord& contact)
 {
-    const auto first = contact.text(kContactFirstName);
-    const auto last = contact.text(kContactLastName);
     buffer_.clear();
-    appendFolded(buffer_, first, folding_);
-    buffer_ += !first.empty() && !last.empty() ? ' ' : kSeparator;
-    appendFolded(buffer_, last, folding_);
+    appendFolded(buffer_, contact.text(kContactFirstName), folding_);
+    // Harmless beside a missing name: the typed text neither begins nor ends with a blank.
+    buffer_ += ' ';
+    appendFolded(buffer_, contact.text(kContactLastName), folding_);
     for (const auto* const field : kTextFields) {
         if (field->kind != FieldKind::Uid && field->key != kContactFirstName &&
             field->key != kContactLastName) {
