@@ -591,6 +591,18 @@ TEST_F(ReviewControllerTest, ShowsTheNotesUntilTheNextLoad)
     EXPECT_EQ(titleOf("btnNotes"), "1 card was skipped");
 }
 
+TEST_F(ReviewControllerTest, ShowsNoNotesWithoutABook)
+{
+    platform_.addressBook.readingNotes.cardsSkipped = 1;
+    searchIn({person("1", "Ann")});
+    platform_.platform.addressBook = nullptr;
+
+    review_.jobsBegan(kThreadFindDuplicates);
+    review_.jobsEnded();
+
+    EXPECT_EQ(titleOf("btnNotes"), "");
+}
+
 TEST_F(ReviewControllerTest, IgnoresJobsAfterItIsDestroyed)
 {
     {
