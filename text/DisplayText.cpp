@@ -111,7 +111,7 @@ std::string windowText(std::string_view text)
     return out;
 }
 
-std::string quoted(std::string_view text)
+std::string quotedText(std::string_view text)
 {
     std::string out = "“";
     appendDisplayText(out, text);
@@ -120,7 +120,7 @@ std::string quoted(std::string_view text)
 
 std::string quotedPath(const std::filesystem::path& path)
 {
-    return quoted(std::string_view(path.native()));
+    return quotedText(std::string_view(path.native()));
 }
 
 }  // namespace dunmora

@@ -49,7 +49,7 @@ void appendWindowText(std::string& out, std::string_view text);
 std::string windowText(std::string_view text);
 
 /// The text as `displayText` returns it, in quotation marks: “text”.
-std::string quoted(std::string_view text);
+std::string quotedText(std::string_view text);
 
 /// The path in quotation marks.
 std::string quotedPath(const std::filesystem::path& path);

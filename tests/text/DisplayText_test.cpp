@@ -107,9 +107,9 @@ TEST(WindowText, DropsDirectionalFormatting)
 
 TEST(Quoted, PutsTheSafeTextInQuotationMarks)
 {
-    EXPECT_EQ(quoted("Ann\n"), "“Ann␊”");
+    EXPECT_EQ(quotedText("Ann\n"), "“Ann␊”");
     EXPECT_EQ(quotedPath("a/b\x1b.vcf"), "“a/b␛.vcf”");
-    EXPECT_EQ(quoted(""), "“”");
+    EXPECT_EQ(quotedText(""), "“”");
 }
 
 }  // namespace
