@@ -81,7 +81,8 @@ ExitCode listBooks(const BooksRequest& request, const CliEnvironment& environmen
              .json = [&](JsonCharacters characters) { return asJson(books, characters); }});
     for (const auto& book : books) {
         if (!request.quiet && !book.failure.empty()) {
-            report(environment, "note: “" + book.name + "” could not be read: " + book.failure);
+            report(environment,
+                   "note: " + quotedText(book.name) + " could not be read: " + book.failure);
         }
     }
     return ExitCode::Done;

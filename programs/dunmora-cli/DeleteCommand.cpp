@@ -126,17 +126,17 @@ void checkBackup(const ReviewSession& session, const std::vector<std::string>& u
     std::error_code error;
     if (std::filesystem::exists(std::filesystem::symlink_status(file, error))) {
         throw CommandError(ExitCode::Failed,
-                           "“" + file.string() +
-                               "” already exists. Choose another file for the backup.");
+                           quotedPath(file) +
+                               " already exists. Choose another file for the backup.");
     }
     if (!std::filesystem::is_directory(folderOf(file), error)) {
-        throw CommandError(ExitCode::Failed, "The folder of “" + file.string() +
-                                                 "” does not exist. Create it first.");
+        throw CommandError(ExitCode::Failed, "The folder of " + quotedPath(file) +
+                                                 " does not exist. Create it first.");
     }
     if (wouldJoinBook(file, request.book.addressBook)) {
         throw CommandError(ExitCode::WrongUse,
-                           "“" + file.string() +
-                               "” would become part of the address book. Choose another folder "
+                           quotedPath(file) +
+                               " would become part of the address book. Choose another folder "
                                "for the backup.");
     }
     backupOf(session, uids);
@@ -180,9 +180,8 @@ void backUpAndDelete(ContactsParser& engine, const ReviewSession& session,
         if (!request.backup || request.dryRun) {
             throw;
         }
-        throw CommandError(ExitCode::Failed, std::string(error.what()) +
-                                                 " The backup is kept in “" +
-                                                 request.backup->string() + "”.");
+        throw CommandError(ExitCode::Failed, std::string(error.what()) + " The backup is kept in " +
+                                                 quotedPath(*request.backup) + ".");
     }
 }
 
@@ -220,7 +219,7 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
             ExitCode::Failed,
             std::string(error.what()) + " However, " + countOfPeople(uids.size()) +
                 (uids.size() == 1 ? " was deleted." : " were deleted.") +
-                (request.backup ? " The backup is “" + request.backup->string() + "”." : ""));
+                (request.backup ? " The backup is " + quotedPath(*request.backup) + "." : ""));
     }
 }
 

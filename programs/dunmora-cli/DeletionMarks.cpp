@@ -2,6 +2,7 @@
 
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/CommandError.h"
+#include "text/DisplayText.h"
 
 #include <string_view>
 #include <unordered_set>
@@ -21,7 +22,7 @@ void insistOnKnown(const ContactsParser& engine, std::span<const std::string> ui
 {
     for (const auto& uid : uids) {
         if (engine.contacts().find(uid) == nullptr) {
-            throw CommandError(ExitCode::WrongUse, "Nobody has the uid “" + uid + "”.");
+            throw CommandError(ExitCode::WrongUse, "Nobody has the uid " + quotedText(uid) + ".");
         }
     }
 }
@@ -37,7 +38,7 @@ void applyMarks(ContactsParser& engine, std::span<const std::string> check,
     for (const auto& uid : uncheck) {
         if (checked.contains(uid)) {
             throw CommandError(ExitCode::WrongUse,
-                               "“" + uid + "” is given to both --check and --uncheck.");
+                               quotedText(uid) + " is given to both --check and --uncheck.");
         }
     }
     for (const auto& uid : check) {

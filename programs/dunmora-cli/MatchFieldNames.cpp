@@ -4,6 +4,7 @@
 #include "programs/dunmora-cli/CommandError.h"
 #include "review/ReviewTexts.h"
 #include "text/Ascii.h"
+#include "text/DisplayText.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -18,8 +19,8 @@ std::size_t placeOf(std::string_view name)
         std::find_if(kMatchFields.begin(), kMatchFields.end(),
                      [&](const ContactField* field) { return field->match->option == name; });
     if (found == kMatchFields.end()) {
-        throw CommandError(ExitCode::WrongUse, "“" + std::string(name) +
-                                                   "” is not a match field. The match fields are " +
+        throw CommandError(ExitCode::WrongUse, quotedText(name) +
+                                                   " is not a match field. The match fields are " +
                                                    matchFieldList() + '.');
     }
     return (*found)->match->place;
