@@ -2,6 +2,7 @@
 
 #include "adapters/qt/ModalSessions.h"
 #include "adapters/qt/QtAlert.h"
+#include "text/DisplayText.h"
 
 #include <QAbstractItemView>
 #include <QDialogButtonBox>
@@ -59,7 +60,7 @@ public:
     {
         for (const auto& file : selectedFiles()) {
             if (!QFileInfo::exists(file)) {
-                QtAlert::runModal(sessions_, {"“" + file.toStdString() + "” does not exist.", "",
+                QtAlert::runModal(sessions_, {quotedPath(pathOf(file)) + " does not exist.", "",
                                               "OK", std::nullopt});
                 return;
             }
