@@ -1,22 +1,13 @@
 #include "adapters/qt/QtTextFolding.h"
 
-#include <QString>
+#include "adapters/qt/QtText.h"
 
 namespace dunmora {
-
-namespace {
-
-QString fromUtf8(std::string_view utf8)
-{
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
-}  // namespace
 
 std::string QtTextFolding::folded(std::string_view utf8) const
 {
     // Case folding can decompose a character, and composing can produce an upper-case one.
-    return fromUtf8(utf8)
+    return toQString(utf8)
         .normalized(QString::NormalizationForm_KC)
         .toCaseFolded()
         .normalized(QString::NormalizationForm_KC)
@@ -26,7 +17,7 @@ std::string QtTextFolding::folded(std::string_view utf8) const
 std::string QtTextFolding::digits(std::string_view utf8) const
 {
     std::string digits;
-    for (const QChar character : fromUtf8(utf8)) {
+    for (const QChar character : toQString(utf8)) {
         if (const int digit = character.digitValue(); digit >= 0) {
             digits += static_cast<char>('0' + digit);
         }

@@ -1,21 +1,13 @@
 #include "adapters/qt/TableModel.h"
 
 #include "adapters/qt/OneLineText.h"
+#include "adapters/qt/QtText.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
 namespace dunmora {
-
-namespace {
-
-QString text(std::string_view utf8)
-{
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
-}  // namespace
 
 bool TableModel::setDataSource(TableViewDataSource* dataSource, TableViewDelegate* delegate)
 {
@@ -160,7 +152,7 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
                    ? QVariant(QStringLiteral("Row %1").arg(section + 1))
                    : QVariant();
     }
-    const auto title = text(columns()[static_cast<std::size_t>(section)].title);
+    const auto title = toQString(columns()[static_cast<std::size_t>(section)].title);
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
