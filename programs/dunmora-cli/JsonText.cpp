@@ -1,8 +1,8 @@
 #include "programs/dunmora-cli/JsonText.h"
 
-#include <cstddef>
-
 #include "text/Utf8.h"
+
+#include <cstddef>
 
 namespace dunmora {
 

@@ -1,4 +1,5 @@
 #include "programs/dunmora-cli/TerminalAlert.h"
+
 #include "text/Ascii.h"
 #include "text/DisplayText.h"
 
