@@ -12,9 +12,9 @@ namespace dunmora {
 
 class UserDefaults;
 
-/// What depends on the platform: one source file per platform implements these functions, and the
-/// build picks one.
-/// Thread: the main thread.
+// What depends on the platform: one source file per platform implements these functions, and the
+// build picks one.
+// Thread: the main thread.
 
 /// The name that opens the system's own address book, where other books have a path: "eds:".
 std::string_view systemAddressBookName();
