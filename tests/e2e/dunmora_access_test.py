@@ -60,7 +60,7 @@ class AccessTest(DunmoraCase):
 
         reached = []
         for _ in range(4):
-            focused = dunmora.wait_for(lambda: main.find(states=["focused"]), "control with the keyboard")
+            focused = dunmora.wait_for(lambda: main.find(states=["focused"]), "focused control")
             reached.append(focused.name)
             dunmora.press(main, "tab")
             dunmora.wait_for(lambda: main.find(states=["focused"]) not in (None, focused), "next control")

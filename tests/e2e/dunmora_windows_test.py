@@ -23,7 +23,7 @@ class StartTest(DunmoraCase):
         stack = [window for window in dunmora.screen.windows if window.process_id == dunmora.process.pid]
         self.assertEqual(text, ["Loading Contacts..."])
         self.assertEqual(stack, [dunmora.x_window(main), dunmora.x_window(progress)])
-        # It never takes the keyboard from the main window.
+        # It never takes the focus from the main window.
         dunmora.wait_until_active(main)
 
         dialog = dunmora.dialog
@@ -42,9 +42,9 @@ class StartTest(DunmoraCase):
 
         other = dunmora.screen.open_window("Another program")
         self.addCleanup(other.window.destroy)
-        dunmora.wait_for(lambda: dunmora.screen.active_window in (other, None), "keyboard of the other program")
+        dunmora.wait_for(lambda: dunmora.screen.active_window in (other, None), "activation of the other program")
         other.activate()
-        dunmora.wait_for(lambda: dunmora.screen.active_window == other, "keyboard of the other program")
+        dunmora.wait_for(lambda: dunmora.screen.active_window == other, "activation of the other program")
         dunmora.x_window(main).activate()
         dunmora.wait_until_active(main)
         # Its marks can still be changed, so no job was started.
@@ -196,8 +196,8 @@ class MatchFieldsTest(DunmoraCase):
         reload = main.find_all("push button", "Reload")[0]
         dunmora.screen.count_activations()
         dunmora.click(reload)
-        # The window manager gives the keyboard to the main window, and the program gives it back.
-        dunmora.wait_for(dunmora.screen.count_activations, "keyboard for the main window")
+        # The window manager activates the main window, then the program activates the dialog again.
+        dunmora.wait_for(dunmora.screen.count_activations, "activation of the main window")
         dunmora.wait_until_active(dialog)
         dunmora.press(dialog, "ctrl+r", "f5", "enter")
 
@@ -222,11 +222,11 @@ class ReviewTest(DunmoraCase):
             ("Carl", "Ek", "", "", "", "+1 555 0100", "")])
         self.assertTrue(all("24" in row.modified for row in rows), rows)
 
-    def test_has_the_keyboard_in_the_table_after_a_search(self):
-        # In a long search the main window has the keyboard before the table has rows.
+    def test_focuses_the_table_after_a_search(self):
+        # In a long search the main window has the focus before the table has rows.
         dunmora = self.start_searched(big_book(10_000, 10)[0])
 
-        dunmora.wait_for(lambda: dunmora.table.has("focused"), "keyboard in the table")
+        dunmora.wait_for(lambda: dunmora.table.has("focused"), "focus in the table")
 
     def test_toggles_a_mark_by_click_and_by_space(self):
         dunmora = self.start_searched()
@@ -353,7 +353,7 @@ class FilterTest(DunmoraCase):
         dunmora = self.start_searched()
 
         dunmora.press(dunmora.main, "ctrl+f")
-        dunmora.wait_for(lambda: dunmora.main.find("text", states=["focused"]), "filter line with the keyboard")
+        dunmora.wait_for(lambda: dunmora.main.find("text", states=["focused"]), "focused filter line")
         dunmora.type(dunmora.main, "carl")
         dunmora.wait_for(lambda: dunmora.names() == CARLS, "filtered rows")
         dunmora.wait_for_marks(False, True)

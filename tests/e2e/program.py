@@ -96,17 +96,17 @@ class Program:
         return self.wait_for(found, what)
 
     def wait_until_active(self, window):
-        """Waits until the window has the keyboard."""
+        """Waits until the window is the active one."""
         def is_active():
             active = self.screen.active_window
             return active is not None and window.has("active") and active == self.x_window(window)
 
-        self.wait_for(is_active, f"keyboard for {window}")
+        self.wait_for(is_active, f"activation of {window}")
 
     # Keyboard and mouse
 
     def press(self, window, *keys):
-        """Waits until the window has the keyboard, then presses these keys, one after another."""
+        """Waits until the window is the active one, then presses these keys, one after another."""
         self.wait_until_active(window)
         for key in keys:
             self.screen.press(key)

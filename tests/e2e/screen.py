@@ -98,7 +98,7 @@ class Screen:
 
     @property
     def active_window(self):
-        """The window that has the keyboard."""
+        """The window that is active according to the window manager, or None."""
         value = self.property_of(self.root, "_NET_ACTIVE_WINDOW")
         return XWindow(self, self.display.create_resource_object("window", value[0])) if value and value[0] else None
 

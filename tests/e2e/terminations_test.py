@@ -49,7 +49,7 @@ class Run:
         """Acts as the user; yields at the beginning of each stage."""
         program = self.program
         main = program.main
-        # Does not wait for the keyboard: on a busy machine the book is read by then and the dialog has it.
+        # Does not wait for its activation: on a busy machine the book is read by then and the dialog is active.
         self.x_main = program.wait_for(lambda: program.x_window(main), "main window on the screen")
         yield "loading"
         dialog = program.dialog
@@ -84,8 +84,7 @@ class Run:
 
     def press_quit(self):
         """Presses Ctrl+Q, again if no window received it: after a dialog closes, keys are lost until the window manager
-        gives the keyboard to another window. A window that had the keyboard all the time received the key and must
-        obey it."""
+        focuses another window. A window that had the focus all the time received the key and must obey it."""
         screen = self.program.screen
         for _ in range(PRESSES):
             window = screen.focused_window
