@@ -214,7 +214,7 @@ class ReviewTest(DunmoraCase):
         dunmora.total("4 duplicates of 5")
         self.assertEqual(dunmora.marks(), [False, True, False, True])
         rows = dunmora.rows()
-        # The date is in the format of the user's language.
+        # The user's locale decides the format of the date.
         self.assertEqual([row._replace(modified="") for row in rows], [
             ("Ann", "Lee", "Annie", "", "", "+1 555 0100", ""),
             ("Ann", "Lee", "", "+1 555 0101", "", "", ""),
