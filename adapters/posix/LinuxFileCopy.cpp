@@ -14,41 +14,54 @@ namespace dunmora {
 
 namespace {
 
-/// The names of a file's extended attributes.
-std::vector<std::string> attributeNames(const Descriptor& file)
+/// Calls a function that writes a text of unknown length into a buffer and returns its length, as
+/// flistxattr(2) does, and returns the text. Errors: nullopt, and errno.
+template <typename Call>
+std::optional<std::string> textOf(const Call& call)
 {
-    std::string list;
-    ssize_t size = flistxattr(file.number(), nullptr, 0);
-    while (size > 0) {
-        list.resize(static_cast<std::size_t>(size));
-        const auto got = flistxattr(file.number(), list.data(), list.size());
-        if (got >= 0) {
-            list.resize(static_cast<std::size_t>(got));
+    constexpr int kMaximalTries = 10;
+    for (int tries = 0; tries < kMaximalTries; ++tries) {
+        const ssize_t size = call(nullptr, 0);
+        if (size <= 0) {
+            return size < 0 ? std::nullopt : std::optional(std::string());
+        }
+        std::string text(static_cast<std::size_t>(size), '\0');
+        const ssize_t length = call(text.data(), text.size());
+        if (length >= 0) {
+            text.resize(static_cast<std::size_t>(length));
+            return text;
+        }
+        // ERANGE: the text has grown between the two calls.
+        if (errno != ERANGE) {
             break;
         }
-        size = errno == ERANGE ? flistxattr(file.number(), nullptr, 0) : -1;
     }
+    return std::nullopt;
+}
+
+/// The names of a file's extended attributes. Errors: nullopt, and errno.
+std::optional<std::vector<std::string>> attributeNames(const Descriptor& file)
+{
+    const auto list = textOf(
+        [&](char* buffer, std::size_t size) { return flistxattr(file.number(), buffer, size); });
     std::vector<std::string> names;
-    for (std::size_t begin = 0; begin < list.size();) {
-        names.emplace_back(list.c_str() + begin);
+    if (!list) {
+        // ENOTSUP: the file system has no attributes. After any other error there may be some.
+        return errno == ENOTSUP ? std::optional(names) : std::nullopt;
+    }
+    for (std::size_t begin = 0; begin < list->size();) {
+        names.emplace_back(list->c_str() + begin);
         begin += names.back().size() + 1;
     }
     return names;
 }
 
-/// The attribute's value; nullopt when it cannot be read.
+/// The attribute's value. Errors: nullopt, and errno.
 std::optional<std::string> attribute(const Descriptor& file, const std::string& name)
 {
-    std::string value;
-    const auto size = fgetxattr(file.number(), name.c_str(), nullptr, 0);
-    if (size < 0) {
-        return std::nullopt;
-    }
-    value.resize(static_cast<std::size_t>(size));
-    if (fgetxattr(file.number(), name.c_str(), value.data(), value.size()) != size) {
-        return std::nullopt;
-    }
-    return value;
+    return textOf([&](char* buffer, std::size_t size) {
+        return fgetxattr(file.number(), name.c_str(), buffer, size);
+    });
 }
 
 }  // namespace
@@ -56,13 +69,17 @@ std::optional<std::string> attribute(const Descriptor& file, const std::string& 
 bool copyAttributes(const Descriptor& from, const Descriptor& to)
 {
     const auto names = attributeNames(from);
-    for (const auto& name : attributeNames(to)) {
-        if (std::find(names.begin(), names.end(), name) == names.end() &&
+    const auto created = names ? attributeNames(to) : std::nullopt;
+    if (!created) {
+        return false;
+    }
+    for (const auto& name : *created) {
+        if (std::find(names->begin(), names->end(), name) == names->end() &&
             fremovexattr(to.number(), name.c_str()) != 0) {
             return false;
         }
     }
-    return std::all_of(names.begin(), names.end(), [&](const std::string& name) {
+    return std::all_of(names->begin(), names->end(), [&](const std::string& name) {
         const auto value = attribute(from, name);
         return value &&
                (value == attribute(to, name) ||

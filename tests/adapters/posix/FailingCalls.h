@@ -1,0 +1,41 @@
+#pragma once
+
+namespace dunmora::test {
+
+/// The system calls that a `FailingCalls` can make fail. `ListAttributes` asks for the names of a
+/// file's extended attributes, `CountAttributes` for their length (flistxattr without a buffer).
+enum class Call {
+    CountAttributes,
+    ListAttributes,
+    Lock,
+    Open,
+    RemoveAttribute,
+    Sync,
+};
+
+/// While it lives, some calls of one kind fail with an error, as the system would report it. Only
+/// calls from the project's own code are counted: the linker redirects them (--wrap).
+/// Thread: one; one object at a time.
+class FailingCalls final {
+public:
+    /// This many calls fail, after this many that do not.
+    FailingCalls(Call call, int error, int failures = 1, int successes = 0);
+    ~FailingCalls();
+    FailingCalls(const FailingCalls&) = delete;
+    FailingCalls& operator=(const FailingCalls&) = delete;
+
+    /// How many calls have failed.
+    int failed() const { return failed_; }
+
+    /// Whether this call fails; then sets errno.
+    bool fails(Call call);
+
+private:
+    const Call call_;
+    const int error_;
+    const int failures_;
+    int successes_;
+    int failed_ = 0;
+};
+
+}  // namespace dunmora::test
