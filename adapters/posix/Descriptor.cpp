@@ -4,7 +4,6 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <utility>
@@ -43,7 +42,10 @@ Descriptor& Descriptor::operator=(Descriptor&& other) noexcept
 
 Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode)
 {
-    const auto number = [&] { return open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, mode); };
+    const auto number = [&] {
+        return uninterrupted(
+            [&] { return open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, mode); });
+    };
     Descriptor file(number());
     if (!file.isOpen() && errno == EMFILE && raiseDescriptorLimit()) {
         file = Descriptor(number());
@@ -64,21 +66,18 @@ Pipe openPipe()
 
 ssize_t readSome(const Descriptor& file, char* place, std::size_t size)
 {
-    ssize_t count = -1;
-    do {
-        count = read(file.number(), place, size);
-    } while (count < 0 && errno == EINTR);
-    return count;
+    return uninterrupted([&] { return read(file.number(), place, size); });
 }
 
 bool writeAll(const Descriptor& file, std::string_view bytes)
 {
     while (!bytes.empty()) {
-        const auto count = write(file.number(), bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR) {
+        const auto count =
+            uninterrupted([&] { return write(file.number(), bytes.data(), bytes.size()); });
+        if (count < 0) {
             return false;
         }
-        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return true;
 }
@@ -87,7 +86,8 @@ bool syncFolder(const std::filesystem::path& folder)
 {
     const auto descriptor = openFile(folder, O_RDONLY | O_DIRECTORY);
     // EINVAL: the file system does not support fsync on folders.
-    return descriptor.isOpen() && (fsync(descriptor.number()) == 0 || errno == EINVAL);
+    return descriptor.isOpen() &&
+           (uninterrupted([&] { return fsync(descriptor.number()); }) == 0 || errno == EINVAL);
 }
 
 }  // namespace dunmora

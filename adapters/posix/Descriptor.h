@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <filesystem>
 #include <string_view>
@@ -25,9 +26,21 @@ private:
     int number_;
 };
 
+/// Repeats a system call that returns -1 while signals interrupt it (EINTR), and returns its
+/// result.
+template <typename Call>
+auto uninterrupted(const Call& call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
+
 /// Calls open(2) with O_CLOEXEC, and with O_NONBLOCK so that it never waits for a pipe. When the
 /// process has reached its limit of open files, raises the limit to the system's maximum and tries
-/// again. Errors: a descriptor that is not open, and errno.
+/// again. Repeats it after EINTR. Errors: a descriptor that is not open, and errno.
 Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode = 0);
 
 /// A pipe: bytes written to `in` are read from `out`.

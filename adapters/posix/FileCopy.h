@@ -15,7 +15,8 @@ namespace dunmora {
 /// has where the system allows it.
 bool copyAttributes(const Descriptor& from, const Descriptor& to);
 
-/// fsync; also flushes the drive's cache where the system supports it (F_FULLFSYNC).
+/// fsync; also flushes the drive's cache where the system supports it (F_FULLFSYNC). Repeated after
+/// EINTR.
 bool syncFile(const Descriptor& file);
 
 /// The last change of the content (st_mtime).

@@ -89,7 +89,7 @@ bool copyAttributes(const Descriptor& from, const Descriptor& to)
 
 bool syncFile(const Descriptor& file)
 {
-    return fsync(file.number()) == 0;
+    return uninterrupted([&] { return fsync(file.number()); }) == 0;
 }
 
 timespec contentTime(const struct stat& status)

@@ -91,16 +91,14 @@ bool isStillAt(const std::filesystem::path& target, const struct stat& status)
 
 void waitForLock(const Descriptor& file, const std::filesystem::path& name)
 {
-    while (flock(file.number(), LOCK_EX) != 0) {
-        if (errno != EINTR) {
-            throwFileError(name, "cannot be locked", errno);
-        }
+    if (uninterrupted([&] { return flock(file.number(), LOCK_EX); }) != 0) {
+        throwFileError(name, "cannot be locked", errno);
     }
 }
 
 void lockAtOnce(const Descriptor& file, const std::filesystem::path& name)
 {
-    if (flock(file.number(), LOCK_EX | LOCK_NB) == 0) {
+    if (uninterrupted([&] { return flock(file.number(), LOCK_EX | LOCK_NB); }) == 0) {
         return;
     }
     if (errno == EWOULDBLOCK) {

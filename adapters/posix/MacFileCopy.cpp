@@ -16,7 +16,8 @@ bool copyAttributes(const Descriptor& from, const Descriptor& to)
 bool syncFile(const Descriptor& file)
 {
     // fsync does not flush the drive's cache. Not every file system supports F_FULLFSYNC.
-    return fcntl(file.number(), F_FULLFSYNC) == 0 || fsync(file.number()) == 0;
+    return uninterrupted([&] { return fcntl(file.number(), F_FULLFSYNC); }) == 0 ||
+           uninterrupted([&] { return fsync(file.number()); }) == 0;
 }
 
 timespec contentTime(const struct stat& status)
