@@ -6,6 +6,7 @@
 #include "text/Ascii.h"
 
 #include <string>
+#include <utility>
 
 namespace dunmora {
 
@@ -43,6 +44,8 @@ private:
         return text_.substr(line.begin, line.end - line.begin);
     }
 
+    bool isBegin(const Line& line) const { return delimiterOf(content(line)) == Delimiter::Begin; }
+
     Line nextLine()
     {
         const auto line = lines_.at(position_);
@@ -50,15 +53,21 @@ private:
         return line;
     }
 
+    /// The line without byte-order marks before its content. Joining files, or deleting a card
+    /// between two others, can leave marks anywhere.
+    Line withoutMarks(Line line) const
+    {
+        while (text_.substr(line.begin).starts_with(kByteOrderMark)) {
+            line.begin += kByteOrderMark.size();
+        }
+        return line;
+    }
+
     void readOutside(const Line& line)
     {
-        // Joining files, or deleting a card between two others, can leave marks anywhere.
-        auto begin = line.begin;
-        while (text_.substr(begin).starts_with(kByteOrderMark)) {
-            begin += kByteOrderMark.size();
-        }
-        if (delimiterOf(text_.substr(begin, line.end - begin)) == Delimiter::Begin) {
-            beginCard(begin);
+        const auto unmarked = withoutMarks(line);
+        if (isBegin(unmarked)) {
+            beginCard(unmarked.begin);
         }
     }
 
@@ -66,6 +75,7 @@ private:
     {
         isOpen_ = true;
         cardBegin_ = begin;
+        isBrokenOff_ = false;
         nestedCards_ = 0;
         expectsAgentCard_ = false;
         hasProperty_ = false;
@@ -75,9 +85,11 @@ private:
     void readInside(const Line& line)
     {
         const auto text = content(line);
-        if (text.empty() || isContinuation(line)) {
+        const bool breaksOff = std::exchange(nextBreaksOff_, false);
+        if (text.empty() || (isContinuation(line) && !breaksOff)) {
             return;
         }
+        isBrokenOff_ = isBrokenOff_ || breaksOff;
         switch (delimiterOf(text)) {
         case Delimiter::Begin:
             readInnerBegin(line);
@@ -91,7 +103,12 @@ private:
             expectsAgentCard_ = false;
             break;
         case Delimiter::None:
-            readProperty(line);
+            if (text.starts_with(kByteOrderMark) && isBegin(withoutMarks(line))) {
+                // Another file begins here, so the card is not that of an AGENT.
+                beginCardInstead(withoutMarks(line).begin);
+            } else {
+                readProperty(line);
+            }
             break;
         }
     }
@@ -111,9 +128,15 @@ private:
             ++nestedCards_;
             expectsAgentCard_ = false;
         } else {
-            cards_.skipped.push_back(cardBegin_);
-            beginCard(line.begin);
+            beginCardInstead(line.begin);
         }
+    }
+
+    /// Begins a card where the open one has no END.
+    void beginCardInstead(std::size_t begin)
+    {
+        cards_.skipped.push_back(cardBegin_);
+        beginCard(begin);
     }
 
     void readProperty(const Line& line)
@@ -173,6 +196,10 @@ private:
             const bool softBreak = transfer == TransferEncoding::QuotedPrintable &&
                                    line.end > line.begin && text_[line.end - 1] == '=';
             const auto next = lines_.at(position_);
+            if (softBreak && breaksOffAt(next)) {
+                nextBreaksOff_ = true;
+                break;
+            }
             if (!softBreak && !isContinuation(next) && !isUnfoldedBase64(next, transfer)) {
                 break;
             }
@@ -180,6 +207,15 @@ private:
             position_ = next.next;
         }
         return line;
+    }
+
+    /// Whether the text before a soft break breaks off, because this line after it is BEGIN or END.
+    /// As part of the text, BEGIN would hide the person whose card it begins, indented or not. An
+    /// indented END hides nobody; it is text unless the version says otherwise.
+    bool breaksOffAt(const Line& line) const
+    {
+        return isBegin(withoutMarks(line)) ||
+               (!isContinuation(line) && delimiterOf(content(line)) == Delimiter::End);
     }
 
     /// Some programs write base64 in vCard 2.1 on several lines without folding them.
@@ -204,7 +240,7 @@ private:
     void endCard(const Line& line)
     {
         isOpen_ = false;
-        if (!hasProperty_) {
+        if (isBrokenOff_ || !hasProperty_) {
             cards_.skipped.push_back(cardBegin_);
             return;
         }
@@ -224,6 +260,10 @@ private:
     // The open card, if any.
     bool isOpen_ = false;
     std::size_t cardBegin_ = 0;
+    // A quoted-printable text in it broke off.
+    bool isBrokenOff_ = false;
+    // The next line is BEGIN or END where a quoted-printable text should continue.
+    bool nextBreaksOff_ = false;
     // The number of open cards inside AGENT.
     std::size_t nestedCards_ = 0;
     // The last property was an AGENT whose card begins on a later line.

@@ -25,6 +25,10 @@ struct CardRange {
 /// property between them; groups and lists are not people. A card nested as the value of AGENT is
 /// part of the outer card.
 ///
+/// A card that breaks off never takes the next one with it: a BEGIN line begins a card even where a
+/// quoted-printable text should continue. Only a fold, which is unambiguous (RFC 6350 §3.2), and
+/// AGENT make it part of the open card.
+///
 /// Thread: any, one at a time. The people hold views into the texts and into the reader.
 class CardReader final {
 public:
@@ -41,7 +45,8 @@ public:
         std::vector<Person> people;
         /// The range of each person's card, in the same order.
         std::vector<CardRange> ranges;
-        /// The offsets of cards that were skipped because they have no END or no property.
+        /// The offsets of cards that were skipped because they break off, or have no END or no
+        /// property.
         std::vector<std::size_t> skipped;
         /// The number of group and list cards.
         std::size_t groups = 0;

@@ -48,6 +48,18 @@ TEST(CardReader, StartsANewCardAtABeginInsideAnOpenCard)
     EXPECT_EQ(text.cards().skipped, std::vector<std::size_t>{0});
 }
 
+TEST(CardReader, StartsANewCardAtABeginAfterAByteOrderMark)
+{
+    // A card that breaks off, joined with another file.
+    for (const std::string lost : {"N:;Lost;;;\n", "N:;Lost;;;\nAGENT:\n"}) {
+        const ReadText text("BEGIN:VCARD\nVERSION:3.0\n" + lost + "\xEF\xBB\xBF" + named("Ann"));
+
+        EXPECT_EQ(text.firstNames(), Texts{"Ann"}) << lost;
+        EXPECT_EQ(text.card(0), named("Ann")) << lost;
+        EXPECT_EQ(text.cards().skipped, std::vector<std::size_t>{0}) << lost;
+    }
+}
+
 TEST(CardReader, SkipsACardWithoutProperties)
 {
     EXPECT_EQ(ReadText("BEGIN:VCARD\nEND:VCARD\n").cards().skipped.size(), 1U);

@@ -97,10 +97,61 @@ TEST(Lines, OfQuotedPrintableTextEndAtAnEmptyLine)
 TEST(Lines, OfQuotedPrintableTextAreNotReadAsProperties)
 {
     const ReadText text(card21("NOTE;ENCODING=QUOTED-PRINTABLE:call=\r\nTEL:666=\r\nEND:VCARD=\r\n"
-                               "BEGIN:VCARD\r\nTEL:1\r\n"));
+                               "BEGIN:VCARDS\r\nTEL:1\r\n"));
 
     EXPECT_EQ(text.phones(), Texts{"-=1"});
     EXPECT_TRUE(text.cards().skipped.empty());
+}
+
+TEST(Lines, OfQuotedPrintableTextEndBeforeABeginLine)
+{
+    for (const std::string broken : {"N;ENCODING=QUOTED-PRINTABLE:Lee;Ann=\r\n",
+                                     "NOTE;ENCODING=QUOTED-PRINTABLE:call=\r\nTEL:666=\r\n",
+                                     "NOTE;ENCODING=\r\n QUOTED-PRINTABLE:call=\r\n",
+                                     "AGENT;ENCODING=QUOTED-PRINTABLE:=\r\n"}) {
+        for (const auto* begin :
+             {"BEGIN:VCARD", "begin : vcard ", "\xEF\xBB\xBF\xEF\xBB\xBF BEGIN:VCARD"}) {
+            const auto text = broken + begin;
+            SCOPED_TRACE(text);
+            const ReadText cards("BEGIN:VCARD\r\nVERSION:2.1\r\n" + text +
+                                 "\r\nVERSION:2.1\r\nN:Lee;Bob\r\nTEL:1\r\nEND:VCARD\r\n");
+
+            EXPECT_EQ(cards.firstNames(), Texts{"Bob"});
+            EXPECT_EQ(cards.cards().skipped, std::vector<std::size_t>{0});
+        }
+    }
+}
+
+TEST(Lines, OfQuotedPrintableTextEndBeforeAnIndentedBeginLine)
+{
+    const ReadText text("BEGIN:VCARD\nVERSION:3.0\nN;ENCODING=QUOTED-PRINTABLE:Lee;Ann=\n\t " +
+                        named("Bob"));
+
+    EXPECT_EQ(text.firstNames(), Texts{"Bob"});
+    EXPECT_EQ(text.cards().skipped, std::vector<std::size_t>{0});
+}
+
+TEST(Lines, OfQuotedPrintableTextBreakOffAtAnEndLine)
+{
+    // An indented BEGIN would be a folded line of the card if END were part of the text.
+    const ReadText text(
+        "BEGIN:VCARD\nVERSION:3.0\nN;ENCODING=QUOTED-PRINTABLE:Lee;Ann=\nEND:VCARD\n  " +
+        named("Bob"));
+    EXPECT_EQ(text.firstNames(), Texts{"Bob"});
+    EXPECT_EQ(text.cards().skipped, std::vector<std::size_t>{0});
+
+    const ReadText inner(card21("N:Lee;Ann\r\nAGENT:\r\nBEGIN:VCARD\r\n"
+                                "N;ENCODING=QUOTED-PRINTABLE:Lee;Ike=\r\nEND:VCARD\r\n"));
+    EXPECT_TRUE(inner.people().empty());
+    EXPECT_EQ(inner.cards().skipped, std::vector<std::size_t>{0});
+}
+
+TEST(Lines, OfQuotedPrintableTextMayBeAFoldedEndLine)
+{
+    const ReadText text(card30("N;ENCODING=QUOTED-PRINTABLE:Lee;Ann=\r\n END:VCARD\r\nTEL:1\r\n"));
+
+    EXPECT_EQ(text.phones(), Texts{"-=1"});
+    EXPECT_EQ(text.only().firstName, "Ann END:VCARD");
 }
 
 TEST(Lines, AreNotJoinedAtAnEqualsSignOutsideQuotedPrintableText)
