@@ -8,6 +8,9 @@ namespace dunmora {
 // Case and white space of ASCII text, whatever the locale. Bytes beyond ASCII are left alone.
 // Thread: any. Errors: none.
 
+/// Blanks and everything that ends a line or a page.
+constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
+
 constexpr char toUpperAscii(char c)
 {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;

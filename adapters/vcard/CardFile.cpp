@@ -1,5 +1,7 @@
 #include "adapters/vcard/CardFile.h"
 
+#include "text/Ascii.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -49,7 +51,7 @@ bool isBlankText(std::string_view text)
 {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     while (true) {
-        text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
+        text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
         if (!text.starts_with(kByteOrderMark)) {
             return text.empty();
         }

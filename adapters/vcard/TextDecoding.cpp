@@ -155,6 +155,23 @@ std::uint32_t utf16Unit(std::string_view bytes, std::size_t position, FileEncodi
     return encoding == FileEncoding::Utf16BigEndian ? first << 8U | second : second << 8U | first;
 }
 
+/// Whether the UTF-16 text, apart from white space, begins with BEGIN.
+bool beginsCard(std::string_view bytes, FileEncoding encoding)
+{
+    constexpr std::string_view kBegin = "BEGIN";
+    std::size_t matched = 0;
+    for (std::size_t i = 0; matched < kBegin.size() && i + 1 < bytes.size(); i += 2) {
+        const auto unit = utf16Unit(bytes, i, encoding);
+        const char c = unit < 0x80 ? static_cast<char>(unit) : '\0';
+        if (toUpperAscii(c) == kBegin[matched]) {
+            ++matched;
+        } else if (matched > 0 || kWhiteSpace.find(c) == std::string_view::npos) {
+            return false;
+        }
+    }
+    return matched == kBegin.size();
+}
+
 }  // namespace
 
 std::string toUtf8(std::string_view bytes, std::string_view charset)
@@ -225,13 +242,9 @@ FileEncoding detectEncoding(std::string_view bytes)
     if (mark == "\xFE\xFF") {
         return FileEncoding::Utf16BigEndian;
     }
-    if (bytes.size() >= 4) {
-        const auto isZero = [&](std::size_t position) { return bytes[position] == '\0'; };
-        if (isZero(0) && !isZero(1) && isZero(2) && !isZero(3)) {
-            return FileEncoding::Utf16BigEndian;
-        }
-        if (!isZero(0) && isZero(1) && !isZero(2) && isZero(3)) {
-            return FileEncoding::Utf16LittleEndian;
+    for (const auto encoding : {FileEncoding::Utf16LittleEndian, FileEncoding::Utf16BigEndian}) {
+        if (beginsCard(bytes, encoding)) {
+            return encoding;
         }
     }
     return FileEncoding::Bytes;

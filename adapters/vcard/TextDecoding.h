@@ -28,8 +28,9 @@ enum class FileEncoding {
     Utf16BigEndian,
 };
 
-/// Detects UTF-16 by its byte-order mark or, without one, by the zero bytes of two leading ASCII
-/// characters.
+/// Detects UTF-16 by its byte-order mark or, without one, by BEGIN at the beginning of the text, in
+/// any case and with white space before it. Fewer zero bytes prove nothing: they also remain
+/// between the cards of damaged files.
 FileEncoding detectEncoding(std::string_view bytes);
 
 /// Converts UTF-16 to UTF-8; a byte-order mark becomes U+FEFF and half of a surrogate pair U+FFFD.

@@ -38,6 +38,13 @@ std::string inUtf16(const std::string& text, bool lowByteFirst)
     return bytes;
 }
 
+/// Whether the text begins with BEGIN, like no junk that the generator writes.
+bool beginsWithBegin(std::string_view text)
+{
+    const auto first = text.find_first_not_of(" \t\r\n");
+    return first != std::string_view::npos && (text[first] == 'B' || text[first] == 'b');
+}
+
 struct GeneratedFile {
     std::string bytes;
     std::vector<GeneratedCard> people;
@@ -66,7 +73,7 @@ GeneratedFile generatedFile(CardGenerator& generator)
         file.bytes.insert(0, "\xEF\xBB\xBF");
     } else if (encoding <= 4 && canBeUtf16) {
         const auto lowByteFirst = encoding <= 2;
-        const auto withMark = encoding % 2 == 1;
+        const auto withMark = encoding % 2 == 1 || !beginsWithBegin(file.bytes);
         file.bytes = inUtf16((withMark ? "\xEF\xBB\xBF" : "") + file.bytes, lowByteFirst);
     }
     return file;

@@ -38,16 +38,29 @@ TEST(Base64, IsDecodedAcrossBlanksAndLineEnds)
     EXPECT_EQ(decodeBase64("QQ==QQ"), std::nullopt);
 }
 
-TEST(Encoding, IsDetectedByMarkOrZeroBytes)
+TEST(Encoding, IsDetectedByAMark)
 {
     EXPECT_EQ(detectEncoding("\xFF\xFE"), FileEncoding::Utf16LittleEndian);
     EXPECT_EQ(detectEncoding("\xFE\xFF"), FileEncoding::Utf16BigEndian);
-    EXPECT_EQ(detectEncoding("B\0E\0"s), FileEncoding::Utf16LittleEndian);
-    EXPECT_EQ(detectEncoding("\0B\0E"s), FileEncoding::Utf16BigEndian);
-    EXPECT_EQ(detectEncoding("BEGI"), FileEncoding::Bytes);
     EXPECT_EQ(detectEncoding("\xEF\xBB\xBF"), FileEncoding::Bytes);
     EXPECT_EQ(detectEncoding("B"), FileEncoding::Bytes);
     EXPECT_EQ(detectEncoding(""), FileEncoding::Bytes);
+}
+
+TEST(Encoding, IsUtf16WithoutAMarkOnlyWhereTheTextBeginsWithBegin)
+{
+    EXPECT_EQ(detectEncoding("B\0E\0G\0I\0N\0"s), FileEncoding::Utf16LittleEndian);
+    EXPECT_EQ(detectEncoding("\0B\0E\0G\0I\0N\0:"s), FileEncoding::Utf16BigEndian);
+    EXPECT_EQ(detectEncoding(" \0\t\0\r\0\n\0\v\0\f\0b\0E\0g\0i\0n\0"s),
+              FileEncoding::Utf16LittleEndian);
+
+    EXPECT_EQ(detectEncoding("B\0E\0G\0I\0"s), FileEncoding::Bytes);
+    EXPECT_EQ(detectEncoding("B\0E\0 \0G\0I\0N\0"s), FileEncoding::Bytes);
+    EXPECT_EQ(detectEncoding("B\1E\1G\1I\1N\1"s), FileEncoding::Bytes);
+    EXPECT_EQ(detectEncoding("B\0b\0B\0E\0G\0I\0N\0"s), FileEncoding::Bytes);
+    EXPECT_EQ(detectEncoding("x\0B\0E\0G\0I\0N\0"s), FileEncoding::Bytes);
+    EXPECT_EQ(detectEncoding("\0\n\0\nBEGIN:VCARD"s), FileEncoding::Bytes);
+    EXPECT_EQ(detectEncoding("BEGIN"), FileEncoding::Bytes);
 }
 
 TEST(Utf16, IsConvertedToUtf8WhoseUtf16SizeIsKnown)

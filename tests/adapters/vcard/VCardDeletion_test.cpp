@@ -172,6 +172,14 @@ TEST_F(VCardDeletionTest, CutsCardsOutOfUtf16WithoutAMark)
               utf16Big(card("a") + card("c")));
 }
 
+TEST_F(VCardDeletionTest, LeavesABookWithZeroBytesBetweenItsCardsReadable)
+{
+    const std::string zeros("\0\n\0\n", 4);
+
+    EXPECT_EQ(without({"a"}, card("a") + zeros + card("b")), zeros + card("b"));
+    EXPECT_EQ(uidsIn(file()), (Uids{"b"}));
+}
+
 TEST_F(VCardDeletionTest, CountsTheBytesOfEveryUtf16Character)
 {
     using namespace std::string_literals;
