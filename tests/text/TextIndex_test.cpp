@@ -1,0 +1,134 @@
+#include "text/TextIndex.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <functional>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+/// Texts that share a slot in a table of this size under the standard library's hash, which anybody
+/// can compute.
+std::vector<std::string> collidingTexts(std::size_t count, std::size_t slots)
+{
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; texts.size() < count; ++i) {
+        auto text = std::to_string(i);
+        if (std::hash<std::string_view>()(text) % slots == 0) {
+            texts.push_back(std::move(text));
+        }
+    }
+    return texts;
+}
+
+/// Adds the texts to the index in order.
+void addAll(TextIndex& index, const std::vector<std::string>& texts)
+{
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        index.add(texts[i], i);
+    }
+}
+
+TEST(TextIndex, FindsTextsByTheirPositions)
+{
+    const std::vector<std::string> texts = {"Ann", "Ben", "Cid"};
+    TextIndex index;
+    index.reset(texts.size());
+    const auto find = [&](std::string_view text) {
+        return index.find(text, [&](std::size_t position) { return texts[position] == text; });
+    };
+
+    addAll(index, texts);
+
+    EXPECT_EQ(find("Ann"), 0U);
+    EXPECT_EQ(find("Cid"), 2U);
+    EXPECT_EQ(find("Dan"), TextIndex::kNowhere);
+}
+
+TEST(TextIndex, FindsNothingBeforeItHasSpace)
+{
+    const TextIndex index;
+
+    EXPECT_EQ(index.find("Ann", [](std::size_t) { return true; }), TextIndex::kNowhere);
+    EXPECT_FALSE(index.fits(1));
+}
+
+TEST(TextIndex, KeepsTheFirstPositionOfAText)
+{
+    TextIndex index;
+    index.reset(2);
+    const auto always = [](std::size_t) { return true; };
+    std::size_t next = 5;
+    const auto append = [&] { return next++; };
+
+    EXPECT_EQ(index.findOrAdd("Ann", always, append), std::pair(std::size_t{5}, true));
+    EXPECT_EQ(index.findOrAdd("Ann", always, append), std::pair(std::size_t{5}, false));
+    EXPECT_EQ(next, 6U);
+}
+
+TEST(TextIndex, StaysUnchangedWhenATextCannotBeAppended)
+{
+    TextIndex index;
+    index.reset(2);
+    const auto always = [](std::size_t) { return true; };
+    const auto fail = []() -> std::size_t { throw std::bad_alloc(); };
+
+    EXPECT_THROW(index.findOrAdd("Ann", always, fail), std::bad_alloc);
+
+    EXPECT_EQ(index.find("Ann", always), TextIndex::kNowhere);
+}
+
+TEST(TextIndex, HasNothingAfterReset)
+{
+    TextIndex index;
+    index.reset(2);
+    const auto always = [](std::size_t) { return true; };
+    index.add("Ann", 0);
+
+    index.reset(2);
+
+    EXPECT_EQ(index.find("Ann", always), TextIndex::kNowhere);
+}
+
+TEST(TextIndex, SearchesBrieflyAmongTextsCraftedToShareASlot)
+{
+    constexpr std::size_t kTexts = 1000;
+    const auto texts = collidingTexts(kTexts, 2048);
+    TextIndex index;
+    index.reset(kTexts);
+
+    addAll(index, texts);
+
+    // Linear probing with half of the slots free: about 20. Crafted texts would make it 1,001.
+    EXPECT_LT(index.longestSearch(), 200U);
+    EXPECT_GT(index.longestSearch(), 1U);
+}
+
+TEST(TextIndex, RarelyReadsATextThatDoesNotMatch)
+{
+    constexpr std::size_t kTexts = 1000;
+    const auto texts = collidingTexts(kTexts, 2048);
+    TextIndex index;
+    index.reset(kTexts);
+    addAll(index, texts);
+
+    std::size_t reads = 0;
+    for (const auto& text : texts) {
+        index.find(text, [&](std::size_t position) {
+            ++reads;
+            return texts[position] == text;
+        });
+    }
+
+    // One for each text; another one in four million searches.
+    EXPECT_LE(reads, kTexts + 1);
+}
+
+}  // namespace
+}  // namespace dunmora::test
