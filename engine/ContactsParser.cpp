@@ -7,6 +7,7 @@
 #include "platform/AddressBook.h"
 #include "platform/Platform.h"
 #include "platform/PlatformError.h"
+#include "text/TextHash.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -194,9 +195,9 @@ void ContactsParser::deleteContacts(const Uids& uids)
         auto& book = openBook();
         const auto progress = std::make_shared<Progress>();
 
-        const std::unordered_set<std::string_view> checked(uids.begin(), uids.end());
+        const std::unordered_set<std::string_view, TextHash> checked(uids.begin(), uids.end());
         std::vector<const Person*> removals;
-        std::unordered_set<std::string_view> removed;
+        std::unordered_set<std::string_view, TextHash> removed;
         for (const auto& person : book.people()) {
             if (checked.contains(person.uid)) {
                 removals.push_back(&person);
@@ -206,8 +207,8 @@ void ContactsParser::deleteContacts(const Uids& uids)
         // Hashed, and the rows in one sweep: row by row, tens of thousands of people would take
         // minutes.
         std::erase_if(duplicates_, [&](const std::string& uid) { return removed.contains(uid); });
-        for (const auto& uid : removed) {
-            contacts_.erase(uid);
+        for (const auto* person : removals) {
+            contacts_.erase(person->uid);
         }
 
         progress->total = static_cast<std::int32_t>(removals.size());

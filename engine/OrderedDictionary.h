@@ -1,10 +1,8 @@
 #pragma once
 
-#include <algorithm>
-#include <bit>
+#include "text/TextIndex.h"
+
 #include <cstddef>
-#include <cstdint>
-#include <functional>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -22,7 +20,6 @@ template <typename Value>
 class OrderedDictionary {
     struct Entry {
         std::string key;
-        std::uint32_t hash = 0;
         bool erased = false;
         Value value;
     };
@@ -85,7 +82,7 @@ public:
     void reserve(std::size_t count)
     {
         entries_.reserve(count);
-        if (slots_.size() < slotsFor(count)) {
+        if (!index_.fits(count)) {
             rebuild(count);
         }
     }
@@ -93,7 +90,7 @@ public:
     void clear()
     {
         entries_.clear();
-        slots_.clear();
+        index_ = {};
         size_ = 0;
     }
 
@@ -101,39 +98,33 @@ public:
     Value* find(std::string_view key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
     const Value* find(std::string_view key) const
     {
-        const auto slot = slotOf(key, hashOf(key));
-        return slot == kNoSlot || slots_[slot].isFree() ? nullptr
-                                                        : &entries_[slots_[slot].entry - 1].value;
+        const auto position = positionOf(key);
+        return position == TextIndex::kNowhere ? nullptr : &entries_[position].value;
     }
 
     /// The value under the key, default-constructed if there is none.
     Value& operator[](std::string_view key)
     {
-        if (slots_.size() < 2 * (entries_.size() + 1)) {
+        if (!index_.fits(entries_.size() + 1)) {
             rebuild(2 * size_ + 1);
         }
-        const auto hash = hashOf(key);
-        const auto slot = slotOf(key, hash);
-        if (slots_[slot].isFree()) {
-            auto& entry = entries_.emplace_back();
-            entry.key = key;
-            entry.hash = hash;
-            slots_[slot] = {static_cast<std::uint32_t>(entries_.size()), hash};
+        const auto append = [&] {
+            entries_.emplace_back().key = key;
             ++size_;
-        }
-        return entries_[slots_[slot].entry - 1].value;
+            return entries_.size() - 1;
+        };
+        return entries_[index_.findOrAdd(key, hasKey(key), append).first].value;
     }
 
     /// Removes the key and its value. Returns whether the key was present.
     bool erase(std::string_view key)
     {
-        const auto slot = slotOf(key, hashOf(key));
-        if (slot == kNoSlot || slots_[slot].isFree()) {
+        const auto position = positionOf(key);
+        if (position == TextIndex::kNowhere) {
             return false;
         }
-        // The entry keeps its place and its slot until the next rebuild, so that the others keep
-        // theirs.
-        auto& entry = entries_[slots_[slot].entry - 1];
+        // The entry keeps its place in both until the next rebuild, so that the others keep theirs.
+        auto& entry = entries_[position];
         entry.erased = true;
         entry.value = Value();
         --size_;
@@ -141,66 +132,28 @@ public:
     }
 
 private:
-    /// Points to an entry. Repeats its hash so that a search seldom reads an entry that does not
-    /// match: entries are far apart in memory.
-    struct Slot {
-        /// The entry's number, counted from 1.
-        std::uint32_t entry = 0;
-        std::uint32_t hash = 0;
-
-        bool isFree() const { return entry == 0; }
-    };
-
-    static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
-
-    static std::uint32_t hashOf(std::string_view key)
+    auto hasKey(std::string_view key) const
     {
-        return static_cast<std::uint32_t>(std::hash<std::string_view>()(key));
+        return [this, key](std::size_t position) {
+            const auto& entry = entries_[position];
+            return !entry.erased && entry.key == key;
+        };
     }
 
-    /// A power of two that keeps at least half of the slots free.
-    static std::size_t slotsFor(std::size_t count)
-    {
-        return std::bit_ceil(std::max<std::size_t>(2 * count, 16));
-    }
+    std::size_t positionOf(std::string_view key) const { return index_.find(key, hasKey(key)); }
 
-    /// The slot of the key, or the free slot where it belongs; `kNoSlot` when there are no slots.
-    std::size_t slotOf(std::string_view key, std::uint32_t hash) const
-    {
-        if (slots_.empty()) {
-            return kNoSlot;
-        }
-        const auto mask = slots_.size() - 1;
-        auto slot = hash & mask;
-        while (!slots_[slot].isFree()) {
-            if (slots_[slot].hash == hash) {
-                const auto& entry = entries_[slots_[slot].entry - 1];
-                if (!entry.erased && entry.key == key) {
-                    break;
-                }
-            }
-            slot = (slot + 1) & mask;
-        }
-        return slot;
-    }
-
-    /// Drops the erased entries and rebuilds the slots with space for `count` keys.
+    /// Drops the erased entries and rebuilds the index with space for `count` keys.
     void rebuild(std::size_t count)
     {
         std::erase_if(entries_, [](const Entry& entry) { return entry.erased; });
-        slots_.assign(slotsFor(count), Slot());
-        const auto mask = slots_.size() - 1;
+        index_.reset(count);
         for (std::size_t i = 0; i < entries_.size(); ++i) {
-            auto slot = entries_[i].hash & mask;
-            while (!slots_[slot].isFree()) {
-                slot = (slot + 1) & mask;
-            }
-            slots_[slot] = {static_cast<std::uint32_t>(i + 1), entries_[i].hash};
+            index_.add(entries_[i].key, i);
         }
     }
 
     std::vector<Entry> entries_;
-    std::vector<Slot> slots_;
+    TextIndex index_;
     std::size_t size_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include "engine/ContactsParser.h"
 #include "review/GroupWarnings.h"
 #include "review/PersonName.h"
+#include "text/TextHash.h"
 
 #include <string_view>
 #include <unordered_set>
@@ -32,8 +33,8 @@ std::vector<std::string> checkedUids(const ContactsParser& engine)
 
 std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine)
 {
-    const std::unordered_set<std::string_view> duplicates(engine.duplicates().begin(),
-                                                          engine.duplicates().end());
+    const std::unordered_set<std::string_view, TextHash> duplicates(engine.duplicates().begin(),
+                                                                    engine.duplicates().end());
     auto uids = checkedUids(engine);
     std::erase_if(uids, [&](const std::string& uid) { return duplicates.contains(uid); });
     return uids;

@@ -1,6 +1,7 @@
 #include "adapters/eds/EdsDeletion.h"
 
 #include "text/Counted.h"
+#include "text/TextHash.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -130,7 +131,7 @@ std::optional<EdsDeletion::Comparison> EdsDeletion::compare(const ServiceBook& b
         giveUp(book, found);
         return std::nullopt;
     }
-    std::unordered_map<std::string_view, std::string_view> cards;
+    std::unordered_map<std::string_view, std::string_view, TextHash> cards;
     for (const auto& contact : found.people) {
         cards.emplace(contact.uid, contact.card);
     }

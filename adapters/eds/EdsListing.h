@@ -3,6 +3,7 @@
 #include "adapters/eds/ContactService.h"
 #include "adapters/vcard/CardReader.h"
 #include "platform/Person.h"
+#include "text/TextHash.h"
 
 #include <cstddef>
 #include <memory_resource>
@@ -62,7 +63,7 @@ private:
     // The people, and the entry of each.
     CardReader::Cards cards_;
     std::vector<Entry> entries_;
-    std::unordered_map<std::string_view, std::size_t> positions_;
+    std::unordered_map<std::string_view, std::size_t, TextHash> positions_;
 };
 
 }  // namespace dunmora

@@ -3,6 +3,7 @@
 #include "adapters/macos/FrameworkBook.h"
 #include "adapters/macos/FrameworkCall.h"
 #include "platform/PlatformError.h"
+#include "text/TextHash.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -65,7 +66,7 @@ PeopleListing listPeople()
 std::vector<std::pair<std::size_t, const FrameworkPerson*>>
 find(const FrameworkBook& book, const std::vector<const FrameworkPerson*>& wanted)
 {
-    std::unordered_map<std::string_view, const FrameworkPerson*> byUid;
+    std::unordered_map<std::string_view, const FrameworkPerson*, TextHash> byUid;
     for (const auto* person : wanted) {
         byUid.emplace(person->uid, person);
     }
@@ -218,7 +219,7 @@ std::string MacAddressBook::cards(std::span<const Person* const> people) const
     for (const auto* view : people) {
         wanted.push_back(&asReviewed(listed(*view).uid));
     }
-    std::unordered_map<std::string_view, std::string> cards;
+    std::unordered_map<std::string_view, std::string, TextHash> cards;
     callFramework(kBook, [&] {
         const FrameworkBook book;
         requireBook(book);

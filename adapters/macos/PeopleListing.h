@@ -2,6 +2,7 @@
 
 #include "adapters/macos/FrameworkPerson.h"
 #include "platform/Person.h"
+#include "text/TextHash.h"
 
 #include <cstddef>
 #include <span>
@@ -35,7 +36,7 @@ public:
 private:
     std::vector<FrameworkPerson> people_;
     std::vector<FrameworkPerson> skipped_;
-    std::unordered_map<std::string, std::size_t> indexByUid_;
+    std::unordered_map<std::string, std::size_t, TextHash> indexByUid_;
     // The views look into those above.
     std::vector<std::vector<LabelledPhone>> phones_;
     std::vector<Person> views_;

@@ -4,6 +4,7 @@
 #include "adapters/vcard/Lines.h"
 #include "adapters/vcard/Property.h"
 #include "platform/Person.h"
+#include "text/TextHash.h"
 
 #include <cstddef>
 #include <memory_resource>
@@ -81,7 +82,7 @@ private:
     std::vector<RawProperty> properties_;
 
     // Reused from card to card to save allocations.
-    std::unordered_map<std::string, std::string_view> labels_;
+    std::unordered_map<std::string, std::string_view, TextHash> labels_;
     std::string scratch_;
 };
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "text/TextHash.h"
+#include "text/TextIndex.h"
+
 #include <cstddef>
-#include <cstdint>
 #include <memory_resource>
 #include <string>
 #include <string_view>
@@ -25,27 +27,16 @@ public:
     std::string_view assign(std::string_view ownUid, std::string_view card);
 
 private:
-    /// A slot of an open-addressing hash table. It holds part of the hash, so that a lookup rarely
-    /// compares other ids. With a million cards, std::unordered_set takes two to six times as long,
-    /// depending on the ids, because it allocates a node for each.
-    struct Slot {
-        // The position in `taken_`, counted from 1; 0 in a free slot.
-        std::uint32_t id = 0;
-        std::uint32_t hash = 0;
-    };
-
     bool take(std::string_view uid);
-    Slot* slotOf(std::string_view uid, std::uint64_t hash);
     void rebuild(std::size_t count);
     std::string_view keep(const std::string& text);
 
     std::pmr::monotonic_buffer_resource memory_;
     std::vector<std::string_view> taken_;
-    // The size is a power of two; at least half of the slots are free.
-    std::vector<Slot> slots_;
+    TextIndex index_;
     // The number of copies of each id, so that thousands of equal cards do not each try every
     // number.
-    std::unordered_map<std::string, std::size_t> copies_;
+    std::unordered_map<std::string, std::size_t, TextHash> copies_;
 };
 
 }  // namespace dunmora

@@ -23,6 +23,7 @@
 #include "review/ReviewTexts.h"
 #include "text/Counted.h"
 #include "text/DisplayText.h"
+#include "text/TextHash.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -101,7 +102,7 @@ bool wouldJoinBook(const std::filesystem::path& file, const std::filesystem::pat
 
 std::vector<const Person*> peopleWith(AddressBook& book, const std::vector<std::string>& uids)
 {
-    const std::unordered_set<std::string_view> checked(uids.begin(), uids.end());
+    const std::unordered_set<std::string_view, TextHash> checked(uids.begin(), uids.end());
     std::vector<const Person*> people;
     for (const auto& person : book.people()) {
         if (checked.contains(person.uid)) {

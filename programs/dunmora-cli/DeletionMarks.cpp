@@ -3,6 +3,7 @@
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/CommandError.h"
 #include "text/DisplayText.h"
+#include "text/TextHash.h"
 
 #include <string_view>
 #include <unordered_set>
@@ -34,7 +35,7 @@ void applyMarks(ContactsParser& engine, std::span<const std::string> check,
 {
     insistOnKnown(engine, check);
     insistOnKnown(engine, uncheck);
-    const std::unordered_set<std::string_view> checked(check.begin(), check.end());
+    const std::unordered_set<std::string_view, TextHash> checked(check.begin(), check.end());
     for (const auto& uid : uncheck) {
         if (checked.contains(uid)) {
             throw CommandError(ExitCode::WrongUse,
