@@ -76,6 +76,15 @@ void Settings::setOn(const MatchPreference& preference, bool on)
     store(preference.key, on);
 }
 
+bool Settings::setMatchFields(const MatchFieldChoice& choice)
+{
+    UserDefaults& defaults = Platform::current().userDefaults;
+    for (const auto* const field : kMatchFields) {
+        defaults.setBool(field->match->key, choice.test(field->match->place));
+    }
+    return defaults.synchronize();
+}
+
 bool Settings::filterFirstname() const
 {
     return isOn(kFirstname);

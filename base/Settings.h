@@ -30,6 +30,8 @@ public:
     /// Whether a field is part of the match key: the stored flag, or else its default.
     bool isOn(const MatchPreference& preference) const;
     void setOn(const MatchPreference& preference, bool on);
+    /// Stores the flags of all match fields as one change. Returns whether that succeeded.
+    bool setMatchFields(const MatchFieldChoice& choice);
 
     // The same for each field by name.
 

@@ -13,6 +13,7 @@ void readPreference(benchmark::State& state)
     const test::TemporaryFolder folder;
     IniUserDefaults defaults(folder.path() / "preferences.conf");
     defaults.setBool("filterFirstname", true);
+    defaults.synchronize();
 
     while (state.KeepRunning()) {
         benchmark::DoNotOptimize(defaults.boolForKey("filterFirstname"));

@@ -20,11 +20,13 @@ public:
     /// Does not block on the disk.
     virtual bool boolForKey(std::string_view key) const = 0;
 
-    /// Sets the value. Values that other programs have stored for other keys are kept.
+    /// Sets the value, for the next `synchronize` to store.
     virtual void setBool(std::string_view key, bool value) = 0;
 
-    /// Writes pending values to the disk and reads those that other programs have stored since.
-    /// Returns whether every value set so far has been stored. Blocks on the disk.
+    /// Stores the values set since the last time as one change, where the system can: no program
+    /// reads only some of them, and values that other programs have stored for other keys are kept.
+    /// Then reads the values that other programs have stored. Returns whether every value set so
+    /// far has been stored. Blocks on the disk.
     virtual bool synchronize() = 0;
 };
 

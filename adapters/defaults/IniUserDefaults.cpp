@@ -91,7 +91,8 @@ void IniUserDefaults::setBool(std::string_view key, bool value)
 {
     const std::lock_guard guard(fileMutex_);
     unsaved_.insert_or_assign(std::string(key), value);
-    saveAndReload();
+    const std::lock_guard valuesGuard(valuesMutex_);
+    values_.insert_or_assign(std::string(key), value);
 }
 
 bool IniUserDefaults::synchronize()

@@ -11,15 +11,16 @@
 
 namespace dunmora {
 
-/// Preferences in an INI file, cached in memory for reading and written to disk by every set. A set
-/// changes only the lines of its own keys in the current file, under a lock, so that several
-/// programs and the user can share the file.
+/// Preferences in an INI file, cached in memory. `synchronize` changes only the lines of the keys
+/// that were set, in the current file and under a lock, so that several programs and the user can
+/// share the file.
 ///
 /// A file that cannot be read, or is not an INI file, is never changed. The first failure to read
 /// and the first failure to save are reported on standard error.
 class IniUserDefaults final : public UserDefaults {
 public:
-    /// Reads the file. The first set creates it, with its folders, when it is missing.
+    /// Reads the file. When it is missing, it is created, with its folders, to store the first
+    /// value.
     explicit IniUserDefaults(std::filesystem::path file);
 
     /// `dunmora/dunmora.conf` in the user's configuration folder (XDG base directory standard).

@@ -1,7 +1,7 @@
 #include "programs/dunmora-cli/FieldsCommand.h"
 
+#include "base/Settings.h"
 #include "engine/MatchKey.h"
-#include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
@@ -19,8 +19,7 @@ ExitCode showOrStoreFields(const FieldsRequest& request, const CliEnvironment& e
         return ExitCode::WrongUse;
     }
     if (request.fields) {
-        storeMatchFields(*request.fields);
-        if (!environment.userDefaults.synchronize()) {
+        if (!Settings::settings().setMatchFields(*request.fields)) {
             throw CommandError(ExitCode::Failed, "The match fields could not be stored.");
         }
         if (chosenMatchFields() != *request.fields) {

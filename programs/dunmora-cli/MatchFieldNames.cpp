@@ -65,19 +65,6 @@ std::vector<std::string_view> namesOf(const MatchFieldChoice& choice)
     return names;
 }
 
-void storeMatchFields(const MatchFieldChoice& choice)
-{
-    // Each flag is stored separately. On before off: a program that reads in between must not find
-    // that no field is chosen.
-    for (const bool on : {true, false}) {
-        for (const auto* const field : kMatchFields) {
-            if (choice.test(field->match->place) == on) {
-                Settings::settings().setOn(*field->match, on);
-            }
-        }
-    }
-}
-
 bool insistOnMatchField(const MatchFieldChoice& choice)
 {
     if (choice.none()) {

@@ -19,9 +19,6 @@ MatchFieldChoice parseMatchFields(std::string_view list);
 /// The names of the fields that are on, in the order of their values in a match key.
 std::vector<std::string_view> namesOf(const MatchFieldChoice& choice);
 
-/// Stores the flag of every match field in the preferences.
-void storeMatchFields(const MatchFieldChoice& choice);
-
 /// Returns whether any field is on; shows a message when none is.
 bool insistOnMatchField(const MatchFieldChoice& choice);
 

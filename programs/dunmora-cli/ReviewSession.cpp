@@ -1,5 +1,6 @@
 #include "programs/dunmora-cli/ReviewSession.h"
 
+#include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "platform/AddressBook.h"
 #include "platform/UserDefaults.h"
@@ -39,7 +40,7 @@ ReviewSession::ReviewSession(const BookRequest& request, const CliEnvironment& e
     // Another program may have stored other match fields since they were read.
     environment.userDefaults.synchronize();
     if (request.match) {
-        storeMatchFields(*request.match);
+        Settings::settings().setMatchFields(*request.match);
     }
     if (environment.errIsTerminal && !request.quiet) {
         progressLine_.emplace(environment.err, environment.terminalWidth);

@@ -53,6 +53,19 @@ TEST_F(SettingsTest, SeeTheChangesOfOtherWritersAtOnce)
     EXPECT_TRUE(settings_.filterHome());
 }
 
+TEST_F(SettingsTest, StoreAllMatchFieldsAsOneChange)
+{
+    settings_.setFilterFirstname(false);
+
+    EXPECT_TRUE(settings_.setMatchFields(MatchFieldChoice("100001")));
+
+    const std::map<std::string, bool, std::less<>> expected{
+        {"filterFirstname", false}, {"filterLastname", false}, {"filterNickname", true},
+        {"filterHome", false},      {"filterWork", false},     {"filterMobile", true}};
+    EXPECT_EQ(platform_.userDefaults.onDisk(), expected);
+    EXPECT_EQ(platform_.userDefaults.changes(), 2);
+}
+
 TEST_F(SettingsTest, AreOneInstanceOnEveryThread)
 {
     Settings* fromWorker = nullptr;

@@ -158,6 +158,32 @@ TYPED_TEST_P(UserDefaultsContract, PrefersUnsavedValuesToStoredOnes)
     EXPECT_TRUE(this->store_.startProgram()->boolForKey("filterHome"));
 }
 
+TYPED_TEST_P(UserDefaultsContract, StoresValuesThatAreSetTogetherAsOneChange)
+{
+    constexpr int kRounds = 50;
+    std::atomic<bool> done = false;
+    const auto storeBoth = [&](UserDefaults& defaults, bool value) {
+        for (int i = 0; i < kRounds; ++i) {
+            defaults.setBool("filterHome", value);
+            defaults.setBool("filterWork", value);
+            EXPECT_TRUE(defaults.synchronize());
+        }
+    };
+
+    std::thread reader([&] {
+        const auto third = this->store_.startProgram();
+        while (!done) {
+            third->synchronize();
+            EXPECT_EQ(third->boolForKey("filterHome"), third->boolForKey("filterWork"));
+        }
+    });
+    std::thread writer([&] { storeBoth(*this->other_, false); });
+    storeBoth(*this->defaults_, true);
+    writer.join();
+    done = true;
+    reader.join();
+}
+
 TYPED_TEST_P(UserDefaultsContract, LosesNoKeyWhenThreadsSetAndReadAtOnce)
 {
     constexpr int kSets = 50;
@@ -189,14 +215,12 @@ TYPED_TEST_P(UserDefaultsContract, LosesNoKeyWhenThreadsSetAndReadAtOnce)
     }
 }
 
-REGISTER_TYPED_TEST_SUITE_P(UserDefaultsContract, HasNoValueForAKeyThatWasNeverSet,
-                            KeepsAStoredFalseApartFromAnAbsentKey, ReturnsTheLastValueSet,
-                            KeepsSimilarKeysApart, KeepsValuesForTheNextProgram,
-                            LoadsValuesOfOtherProgramsWhenSynchronized,
-                            KeepsTheKeysThatTwoProgramsSetInTurn,
-                            KeepsTheLastOfTwoProgramsValuesForOneKey,
-                            KeepsAnUnsavedValueUntilTheProgramEnds,
-                            SavesUnsavedValuesOnceWritingSucceeds, PrefersUnsavedValuesToStoredOnes,
-                            LosesNoKeyWhenThreadsSetAndReadAtOnce);
+REGISTER_TYPED_TEST_SUITE_P(
+    UserDefaultsContract, HasNoValueForAKeyThatWasNeverSet, KeepsAStoredFalseApartFromAnAbsentKey,
+    ReturnsTheLastValueSet, KeepsSimilarKeysApart, KeepsValuesForTheNextProgram,
+    LoadsValuesOfOtherProgramsWhenSynchronized, KeepsTheKeysThatTwoProgramsSetInTurn,
+    KeepsTheLastOfTwoProgramsValuesForOneKey, KeepsAnUnsavedValueUntilTheProgramEnds,
+    SavesUnsavedValuesOnceWritingSucceeds, PrefersUnsavedValuesToStoredOnes,
+    StoresValuesThatAreSetTogetherAsOneChange, LosesNoKeyWhenThreadsSetAndReadAtOnce);
 
 }  // namespace dunmora::test

@@ -366,6 +366,20 @@ class FieldsTest(EndToEnd):
         self.assertEqual({path: path.read_bytes() for path in stored}, stored)
         self.assertEqual(self.run_program("fields")[1], "lastname\n")
 
+    def test_stores_the_fields_of_one_of_two_programs_that_run_at_once(self):
+        choices = ["nickname,firstname,home", "lastname,work,mobile"]
+        for _ in range(50):
+            programs = [subprocess.Popen([PROGRAM, "fields", choice], env=self.environment, stdout=subprocess.PIPE,
+                                         stderr=subprocess.PIPE, text=True) for choice in choices]
+            for program, choice in zip(programs, choices):
+                out, err = program.communicate(timeout=20)
+                if program.returncode == 0:
+                    self.assertEqual((out, err), (choice + "\n", ""))
+                else:
+                    self.assertEqual((program.returncode, err), (1, "dunmora-cli: Another program stored other match "
+                                                                    "fields at the same time. Try again.\n"))
+            self.assertIn(self.run_program("fields")[1].rstrip("\n"), choices)
+
     def test_reports_that_the_fields_could_not_be_stored(self):
         # A file in place of the folder makes writing fail, even for root.
         (self.folder / "config").write_bytes(b"")

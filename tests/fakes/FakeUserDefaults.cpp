@@ -39,6 +39,7 @@ bool FakeUserDefaults::synchronize()
     values_ = unsaved_;
     values_.insert(disk_->values.begin(), disk_->values.end());
     if (disk_->isWritable) {
+        changes_ += disk_->values != values_ ? 1 : 0;
         disk_->values = values_;
         unsaved_.clear();
     }
@@ -55,6 +56,12 @@ int FakeUserDefaults::reads() const
 {
     const std::lock_guard guard(mutex_);
     return reads_;
+}
+
+int FakeUserDefaults::changes() const
+{
+    const std::lock_guard guard(mutex_);
+    return changes_;
 }
 
 }  // namespace dunmora::test

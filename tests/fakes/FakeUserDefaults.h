@@ -35,6 +35,8 @@ public:
 
     /// The number of calls of `hasValue`.
     int reads() const;
+    /// How often `synchronize` has changed the disk.
+    int changes() const;
 
 private:
     std::shared_ptr<FakeDisk> disk_;
@@ -42,6 +44,7 @@ private:
     std::map<std::string, bool, std::less<>> values_;
     std::map<std::string, bool, std::less<>> unsaved_;
     mutable int reads_ = 0;
+    int changes_ = 0;
 };
 
 }  // namespace dunmora::test

@@ -51,6 +51,19 @@ protected:
     }
 };
 
+/// Sets the value and stores it; returns whether it was stored.
+bool store(UserDefaults& defaults, const std::string& key, bool value)
+{
+    defaults.setBool(key, value);
+    return defaults.synchronize();
+}
+
+/// The same for the first value of a newly started program.
+bool store(IniUserDefaults&& defaults, const std::string& key, bool value)
+{
+    return store(static_cast<UserDefaults&>(defaults), key, value);
+}
+
 /// What the action writes to standard error.
 std::string standardErrorOf(const std::function<void()>& action)
 {
@@ -84,7 +97,7 @@ int endOf(pid_t process)
     return status;
 }
 
-TEST_F(IniUserDefaultsTest, WriteNothingBeforeTheFirstSet)
+TEST_F(IniUserDefaultsTest, WriteNothingWhenNothingWasSet)
 {
     const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
@@ -100,7 +113,7 @@ TEST_F(IniUserDefaultsTest, CreateTheFoldersForTheUserAloneAndLeaveOnlyTheFile)
 {
     const auto file = settings_ / "deeper" / "dunmora.conf";
 
-    IniUserDefaults(file).setBool("filterHome", true);
+    store(IniUserDefaults(file), "filterHome", true);
 
     EXPECT_EQ(contentOf(file), "[General]\nfilterHome=true\n");
     EXPECT_EQ(namesIn(settings_ / "deeper"), Names{"dunmora.conf"});
@@ -109,12 +122,17 @@ TEST_F(IniUserDefaultsTest, CreateTheFoldersForTheUserAloneAndLeaveOnlyTheFile)
     }
 }
 
-TEST_F(IniUserDefaultsTest, AreStoredWhenASetReturns)
+TEST_F(IniUserDefaultsTest, AreStoredWhenTheyAreSynchronized)
 {
     IniUserDefaults defaults(file_);
-
     defaults.setBool("filterHome", true);
+    defaults.setBool("filterWork", false);
+    EXPECT_TRUE(defaults.boolForKey("filterHome"));
+    EXPECT_EQ(namesIn(folder_.path()), Names());
 
+    EXPECT_TRUE(defaults.synchronize());
+
+    EXPECT_EQ(contentOf(file_), "[General]\nfilterHome=true\nfilterWork=false\n");
     EXPECT_TRUE(IniUserDefaults(file_).boolForKey("filterHome"));
 }
 
@@ -134,7 +152,7 @@ TEST_F(IniUserDefaultsFileTest, KeepWhatOtherProgramsHaveWritten)
     IniUserDefaults defaults(file_);
     write(file_, "; mine, not yours\nfilterWork=1\ncolour=red\n\n[Window]\nfilterHome=@Rect(1)\n");
 
-    defaults.setBool("filterHome", false);
+    store(defaults, "filterHome", false);
 
     EXPECT_EQ(contentOf(file_), "; mine, not yours\nfilterWork=1\ncolour=red\nfilterHome=false\n\n"
                                 "[Window]\nfilterHome=@Rect(1)\n");
@@ -160,7 +178,7 @@ TEST_F(IniUserDefaultsFileTest, WriteNothingWhenTheFileHasTheValueAlready)
     struct stat before = {};
     ::stat(file_.c_str(), &before);
 
-    IniUserDefaults(file_).setBool("filterHome", true);
+    store(IniUserDefaults(file_), "filterHome", true);
 
     struct stat after = {};
     ::stat(file_.c_str(), &after);
@@ -172,7 +190,7 @@ TEST_F(IniUserDefaultsFileTest, KeepTheModeOfTheFile)
     write(file_, "filterHome=true\n");
     ::chmod(file_.c_str(), 0640);
 
-    IniUserDefaults(file_).setBool("filterHome", false);
+    store(IniUserDefaults(file_), "filterHome", false);
 
     EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(file_).permissions()), 0640U);
     EXPECT_EQ(contentOf(file_), "filterHome=false\n");
@@ -186,7 +204,7 @@ TEST_F(IniUserDefaultsFileTest, WriteToTheTargetOfALink)
     std::filesystem::create_symlink("dotfiles.conf", middle);
     std::filesystem::create_symlink("../middle", file_);
 
-    IniUserDefaults(file_).setBool("filterHome", false);
+    store(IniUserDefaults(file_), "filterHome", false);
 
     EXPECT_TRUE(std::filesystem::is_symlink(file_));
     EXPECT_TRUE(std::filesystem::is_symlink(middle));
@@ -198,7 +216,7 @@ TEST_F(IniUserDefaultsFileTest, CreateTheMissingTargetOfALink)
     const auto target = folder_.path() / "dotfiles" / "dunmora.conf";
     std::filesystem::create_symlink(target, file_);
 
-    IniUserDefaults(file_).setBool("filterHome", true);
+    store(IniUserDefaults(file_), "filterHome", true);
 
     EXPECT_TRUE(std::filesystem::is_symlink(file_));
     EXPECT_EQ(contentOf(target), "[General]\nfilterHome=true\n");
@@ -210,7 +228,7 @@ TEST_F(IniUserDefaultsFileTest, ReportALinkToItself)
 
     const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
-        defaults.setBool("filterHome", true);
+        store(defaults, "filterHome", true);
         EXPECT_TRUE(defaults.boolForKey("filterHome"));
     });
 
@@ -226,8 +244,8 @@ TEST_F(IniUserDefaultsTest, ReportOnceThatTheyCannotBeSaved)
 
     const auto messages = standardErrorOf([&] {
         IniUserDefaults defaults(file_);
-        defaults.setBool("filterHome", true);
-        defaults.setBool("filterWork", true);
+        store(defaults, "filterHome", true);
+        store(defaults, "filterWork", true);
         EXPECT_FALSE(defaults.synchronize());
     });
 
@@ -235,15 +253,15 @@ TEST_F(IniUserDefaultsTest, ReportOnceThatTheyCannotBeSaved)
     EXPECT_EQ(contentOf(settings_), "a file where the folder should be");
 }
 
-TEST_F(IniUserDefaultsTest, SaveEveryUnsavedValueWithTheNextSet)
+TEST_F(IniUserDefaultsTest, SaveEveryUnsavedValueWithTheNextOne)
 {
     write(settings_, "");
     standardErrorOf([&] {
         IniUserDefaults defaults(file_);
-        defaults.setBool("filterHome", true);
+        store(defaults, "filterHome", true);
         std::filesystem::remove(settings_);
 
-        defaults.setBool("filterWork", false);
+        store(defaults, "filterWork", false);
     });
 
     EXPECT_EQ(contentOf(file_), "[General]\nfilterHome=true\nfilterWork=false\n");
@@ -255,7 +273,7 @@ TEST_F(IniUserDefaultsFileTest, LoadChangesOfOthersEvenWhenTheyCannotBeSaved)
     blockReplacement();
     standardErrorOf([&] {
         IniUserDefaults defaults(file_);
-        defaults.setBool("filterHome", true);
+        store(defaults, "filterHome", true);
         write(file_, "filterWork=true\nfilterHome=false\n");
 
         EXPECT_FALSE(defaults.synchronize());
@@ -276,7 +294,7 @@ TEST_F(IniUserDefaultsFileTest, KeepTheOldFileWhenTheDiskIsFull)
         ::setrlimit(RLIMIT_FSIZE, &nothing);
         IniUserDefaults defaults(file_);
         silence();
-        defaults.setBool("filterHome", true);
+        store(defaults, "filterHome", true);
         ::_exit(defaults.boolForKey("filterHome") && defaults.boolForKey("filterWork") ? 3 : 4);
     });
 
@@ -293,8 +311,8 @@ TEST_F(IniUserDefaultsFileTest, LeaveADamagedFileUntouchedAndReportIt)
         IniUserDefaults defaults(file_);
         EXPECT_FALSE(defaults.hasValue("filterHome"));
         EXPECT_TRUE(defaults.synchronize());
-        defaults.setBool("filterWork", true);
-        defaults.setBool("filterMobile", true);
+        store(defaults, "filterWork", true);
+        store(defaults, "filterMobile", true);
         EXPECT_TRUE(defaults.boolForKey("filterWork"));
         EXPECT_FALSE(defaults.synchronize());
     });
@@ -311,7 +329,7 @@ TEST_F(IniUserDefaultsFileTest, AreSavedOnceADamagedFileIsCorrected)
     write(file_, "filterHome=true\njunk\n");
     standardErrorOf([&] {
         IniUserDefaults defaults(file_);
-        defaults.setBool("filterWork", true);
+        store(defaults, "filterWork", true);
         write(file_, "filterHome=true\n");
 
         EXPECT_TRUE(defaults.synchronize());
@@ -326,10 +344,10 @@ TEST_F(IniUserDefaultsFileTest, KeepTheirValuesWhenTheFileIsDamagedWhileInUse)
 {
     const auto damage = std::string("\0\0\0\0", 4);
     IniUserDefaults defaults(file_);
-    defaults.setBool("filterHome", true);
+    store(defaults, "filterHome", true);
     write(file_, damage);
 
-    standardErrorOf([&] { defaults.setBool("filterWork", true); });
+    standardErrorOf([&] { store(defaults, "filterWork", true); });
 
     EXPECT_EQ(contentOf(file_), damage);
     EXPECT_TRUE(defaults.boolForKey("filterHome"));
@@ -369,7 +387,7 @@ TEST_F(IniUserDefaultsFileTest, NeverWaitForAPipe)
 
     standardErrorOf([&] {
         IniUserDefaults defaults(file_);
-        defaults.setBool("filterHome", true);
+        store(defaults, "filterHome", true);
         EXPECT_TRUE(defaults.boolForKey("filterHome"));
         EXPECT_FALSE(defaults.synchronize());
     });
@@ -383,7 +401,7 @@ TEST_F(IniUserDefaultsTest, LoseNoKeyWhenTwoProcessesSetAtOnce)
     const auto setAll = [&](const std::string& prefix) {
         IniUserDefaults defaults(file_);
         for (int i = 0; i < kKeys; ++i) {
-            defaults.setBool(prefix + std::to_string(i), true);
+            store(defaults, prefix + std::to_string(i), true);
         }
     };
 
@@ -400,6 +418,35 @@ TEST_F(IniUserDefaultsTest, LoseNoKeyWhenTwoProcessesSetAtOnce)
     EXPECT_EQ(namesIn(settings_), Names{"dunmora.conf"});
 }
 
+TEST_F(IniUserDefaultsTest, KeepTheValuesOfOneOfTwoProcessesThatStoreSeveralAtOnce)
+{
+    const auto keys = {"filterFirstname", "filterLastname", "filterNickname",
+                       "filterHome",      "filterWork",     "filterMobile"};
+    const auto storeAll = [&](bool value) {
+        IniUserDefaults defaults(file_);
+        for (int round = 0; round < 100; ++round) {
+            for (const auto* const key : keys) {
+                defaults.setBool(key, value);
+            }
+            defaults.synchronize();
+        }
+    };
+    const auto on = startProcess([&] { storeAll(true); });
+    const auto off = startProcess([&] { storeAll(false); });
+
+    IniUserDefaults defaults(file_);
+    while (::waitpid(on, nullptr, WNOHANG) == 0) {
+        defaults.synchronize();
+        const bool first = defaults.boolForKey("filterFirstname");
+        for (const auto* const key : keys) {
+            EXPECT_EQ(defaults.boolForKey(key), first) << key;
+        }
+    }
+
+    EXPECT_EQ(endOf(off), 0);
+    EXPECT_TRUE(defaults.hasValue("filterMobile"));
+}
+
 /// A process that keeps setting keys and reports each set through a pipe.
 class EndlessWriter final {
 public:
@@ -411,7 +458,7 @@ public:
             ::close(pipe_[0]);
             IniUserDefaults defaults(file);
             for (int i = 0;; ++i) {
-                defaults.setBool("moving" + std::to_string(i % 10), i % 20 < 10);
+                store(defaults, "moving" + std::to_string(i % 10), i % 20 < 10);
                 if (::write(pipe_[1], ".", 1) != 1) {
                     ::_exit(1);
                 }
@@ -445,7 +492,7 @@ TEST_F(IniUserDefaultsTest, AreCompleteAfterAKillBetweenWrites)
     {
         IniUserDefaults defaults(file_);
         for (int i = 0; i < kSteady; ++i) {
-            defaults.setBool("steady" + std::to_string(i), true);
+            store(defaults, "steady" + std::to_string(i), true);
         }
     }
     for (int round = 1; round <= 20; ++round) {
@@ -458,7 +505,7 @@ TEST_F(IniUserDefaultsTest, AreCompleteAfterAKillBetweenWrites)
         for (int i = 0; i < std::min(round, 10); ++i) {
             ASSERT_TRUE(defaults.hasValue("moving" + std::to_string(i))) << i;
         }
-        defaults.setBool("after", round % 2 == 0);
+        store(defaults, "after", round % 2 == 0);
         ASSERT_TRUE(defaults.synchronize());
         ASSERT_EQ(namesIn(settings_), Names{"dunmora.conf"});
     }
