@@ -92,7 +92,8 @@ public:
                 iconv(handle_, nullptr, nullptr, nullptr, nullptr);
             }
         }
-        return text;
+        // Some converters return surrogates or numbers beyond U+10FFFF.
+        return isUtf8(text) ? text : repairUtf8(text);
     }
 
 private:

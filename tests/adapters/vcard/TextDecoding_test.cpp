@@ -1,5 +1,7 @@
 #include "adapters/vcard/TextDecoding.h"
 
+#include "text/Utf8.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -19,6 +21,21 @@ TEST(ToUtf8, ReadsInvalidBytesAsWindows1252)
 TEST(ToUtf8, ConvertsTextLongerThanItsBuffer)
 {
     EXPECT_EQ(toUtf8(std::string(1000, '\xE4'), "ISO-8859-1").size(), 2000U);
+}
+
+TEST(ToUtf8, RepairsWhatAConverterReturns)
+{
+    for (const auto* charset :
+         {"UTF+8", "UCS-4", "UCS-4LE", "INTERNAL", "WCHAR_T", "ISO-IR-193", "UTF-16", "UTF-7"}) {
+        for (const auto& bytes :
+             {"a\xFF"s, "\xED\xA0\x80"s, "\xF4\x90\x80\x80"s, "\xF8\x88\x80\x80\x80"s,
+              "\x7F\xFF\xFF\xFF"s, "\0\xD8\0\0"s, "\0\0\xD8\0"s, "\xC0\x80xx"s}) {
+            const auto text = toUtf8(bytes, charset);
+
+            EXPECT_TRUE(isUtf8(text)) << charset << testing::PrintToString(bytes);
+            EXPECT_FALSE(text.empty()) << charset << testing::PrintToString(bytes);
+        }
+    }
 }
 
 TEST(QuotedPrintable, IsDecodedAndOtherTextIsKept)
