@@ -86,17 +86,29 @@ public:
             const int error = errno;
             text.append(buffer.data(), buffer.size() - free);
             if (result == static_cast<std::size_t>(-1) && error != E2BIG) {
+                flush(text);
                 appendWindows1252(text, static_cast<unsigned char>(*in));
                 ++in;
                 --left;
-                iconv(handle_, nullptr, nullptr, nullptr, nullptr);
             }
         }
+        flush(text);
         // Some converters return surrogates or numbers beyond U+10FFFF.
         return isUtf8(text) ? text : repairUtf8(text);
     }
 
 private:
+    /// Appends the character that a converter of a charset with combining marks holds back, and
+    /// resets the converter.
+    void flush(std::string& text)
+    {
+        std::array<char, 64> buffer{};
+        char* out = buffer.data();
+        std::size_t free = buffer.size();
+        iconv(handle_, nullptr, nullptr, &out, &free);
+        text.append(buffer.data(), buffer.size() - free);
+    }
+
     iconv_t handle_;
 };
 

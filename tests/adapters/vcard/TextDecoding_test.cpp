@@ -38,6 +38,16 @@ TEST(ToUtf8, RepairsWhatAConverterReturns)
     }
 }
 
+TEST(ToUtf8, KeepsACharacterThatTheConverterHoldsBack)
+{
+    // In TCVN an accent may follow a vowel.
+    EXPECT_EQ(toUtf8("a\xB3", "TCVN"), "\u00E1");
+    EXPECT_EQ(toUtf8("Lea", "TCVN"), "Lea");
+    // In BIG5-HKSCS an accent may follow this E, too; the last byte is invalid.
+    EXPECT_EQ(toUtf8("\x88\x66", "BIG5-HKSCS"), "\u00CA");
+    EXPECT_EQ(toUtf8("\x88\x66\xFF", "BIG5-HKSCS"), "\u00CA\u00FF");
+}
+
 TEST(QuotedPrintable, IsDecodedAndOtherTextIsKept)
 {
     EXPECT_EQ(decodeQuotedPrintable("J=C3=b8rgen"), "J\u00F8rgen");
