@@ -14,6 +14,9 @@ std::vector<std::filesystem::path> cardFilesIn(const std::filesystem::path& fold
     std::vector<std::filesystem::path> paths;
     std::error_code error;
     std::filesystem::directory_iterator entry(folder, error);
+    while (error == std::errc::interrupted) {
+        entry = std::filesystem::directory_iterator(folder, error);
+    }
     while (!error && entry != std::filesystem::directory_iterator()) {
         const auto name = entry->path().filename().string();
         if (name.ends_with(".vcf") && !name.starts_with('.')) {
