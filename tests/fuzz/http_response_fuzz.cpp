@@ -1,10 +1,9 @@
 #include "adapters/http/HttpResponseReader.h"
 #include "platform/PlatformError.h"
+#include "tests/fuzz/Requirement.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,14 +11,7 @@
 namespace {
 
 using dunmora::HttpResponseReader;
-
-void require(bool holds, const char* what)
-{
-    if (!holds) {
-        static_cast<void>(std::fputs(what, stderr));
-        std::abort();
-    }
-}
+using dunmora::test::require;
 
 /// Reads a response in pieces of this size. Returns its head and body; nothing when it is rejected.
 std::optional<std::string> read(std::string_view bytes, std::size_t pieceSize)

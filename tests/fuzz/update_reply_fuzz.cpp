@@ -1,9 +1,9 @@
 #include "update/UpdateReply.h"
 
+#include "tests/fuzz/Requirement.h"
+
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -12,14 +12,7 @@
 namespace {
 
 using namespace dunmora;
-
-void require(bool holds, const char* what)
-{
-    if (!holds) {
-        static_cast<void>(std::fputs(what, stderr));
-        std::abort();
-    }
-}
+using test::require;
 
 std::vector<std::string_view> pieces(std::string_view text)
 {
