@@ -1,14 +1,20 @@
 #include "adapters/vcard/CardReader.h"
 #include "tests/fuzz/PersonChecks.h"
 #include "tests/fuzz/Requirement.h"
+#include "text/Ascii.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
 using dunmora::CardReader;
+using dunmora::equalsIgnoringCase;
+using dunmora::isBlank;
+using dunmora::trimmed;
 using dunmora::test::hasOnlyUtf8;
 using dunmora::test::haveSameFields;
 using dunmora::test::require;
@@ -23,6 +29,48 @@ void requireOrderedRanges(const CardReader::Cards& cards, std::size_t size)
         require(range.lineEndSize < range.end - range.begin, "a line end is longer than its card");
         position = range.end;
     }
+}
+
+/// Splits the text into lines without their ends; empty lines are omitted.
+std::vector<std::string_view> linesOf(std::string_view text)
+{
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const auto end = std::min(text.find_first_of("\r\n"), text.size());
+        if (end > 0) {
+            lines.push_back(text.substr(0, end));
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
+/// Whether the line is BEGIN:VCARD, in any case and with blanks around either word.
+bool isBeginLine(std::string_view line)
+{
+    while (line.starts_with("\xEF\xBB\xBF")) {
+        line.remove_prefix(3);
+    }
+    const auto colon = std::min(line.find(':'), line.size() - 1);
+    return equalsIgnoringCase(trimmed(line.substr(0, colon)), "BEGIN") &&
+           equalsIgnoringCase(trimmed(line.substr(colon + 1)), "VCARD");
+}
+
+/// Checks that nobody's card contains another person's: apart from AGENT and folded lines, a card
+/// has one BEGIN line. A card that mentions AGENT anywhere, folded or not, is not checked.
+void requireOneBeginLine(std::string_view card)
+{
+    std::string unfolded;
+    std::size_t beginLines = 0;
+    for (const auto line : linesOf(card)) {
+        const bool isFolded = !unfolded.empty() && isBlank(line.front());
+        beginLines += !isFolded && isBeginLine(line) ? 1 : 0;
+        unfolded += isFolded ? "" : "\n";
+        unfolded += trimmed(line);
+    }
+    std::transform(unfolded.begin(), unfolded.end(), unfolded.begin(), dunmora::toUpperAscii);
+    require(beginLines == 1 || unfolded.find("AGENT") != std::string::npos,
+            "a card contains another one");
 }
 
 /// Checks what deletion relies on: without the bytes of one card, the others are read as before.
@@ -57,6 +105,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     requireOrderedRanges(cards, text.size());
     for (const auto& person : cards.people) {
         require(hasOnlyUtf8(person), "a text is not UTF-8");
+    }
+    for (const auto& range : cards.ranges) {
+        requireOneBeginLine(std::string_view(text).substr(range.begin, range.end - range.begin));
     }
     // A card without END before a removed one would extend into the text after it.
     constexpr std::size_t kRemovals = 8;
