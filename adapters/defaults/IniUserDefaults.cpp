@@ -60,7 +60,8 @@ IniDocument parse(const FileBytes& bytes, const std::filesystem::path& file)
 
 }  // namespace
 
-IniUserDefaults::IniUserDefaults(std::filesystem::path file) : file_(std::move(file))
+IniUserDefaults::IniUserDefaults(std::filesystem::path file, std::chrono::milliseconds lockTimeout)
+    : file_(std::move(file)), lockTimeout_(lockTimeout)
 {
     saveAndReload();
 }
@@ -133,7 +134,7 @@ void IniUserDefaults::save()
     if (unsaved_.empty()) {
         return;
     }
-    auto file = LockedFile::openOrCreate(file_);
+    auto file = LockedFile::openOrCreate(file_, LockedFile::tryAgainFor(lockTimeout_));
     auto document = parse(file.content(), file_);
     bool hasChanged = false;
     for (const auto& [key, value] : unsaved_) {

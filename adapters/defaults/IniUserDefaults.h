@@ -3,6 +3,7 @@
 #include "adapters/defaults/IniDocument.h"
 #include "platform/UserDefaults.h"
 
+#include <chrono>
 #include <filesystem>
 #include <mutex>
 #include <shared_mutex>
@@ -21,7 +22,9 @@ class IniUserDefaults final : public UserDefaults {
 public:
     /// Reads the file. When it is missing, it is created, with its folders, to store the first
     /// value.
-    explicit IniUserDefaults(std::filesystem::path file);
+    /// Waits for another program's lock on the file at most this long; then the save fails.
+    explicit IniUserDefaults(std::filesystem::path file,
+                             std::chrono::milliseconds lockTimeout = std::chrono::seconds(1));
 
     /// `dunmora/dunmora.conf` in the user's configuration folder (XDG base directory standard).
     static std::filesystem::path perUserFile();
@@ -39,6 +42,7 @@ private:
     Values load() const;
 
     const std::filesystem::path file_;
+    const std::chrono::milliseconds lockTimeout_;
 
     // Held while the file is read or written; guards the members up to the next mutex.
     std::mutex fileMutex_;

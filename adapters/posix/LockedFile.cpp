@@ -12,15 +12,21 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace dunmora {
 
 namespace {
+
+/// Between two attempts to lock a file.
+constexpr std::chrono::milliseconds kPause(2);
 
 [[noreturn]] void throwChanged(const std::filesystem::path& path)
 {
@@ -89,23 +95,29 @@ bool isStillAt(const std::filesystem::path& target, const struct stat& status)
     return lstat(target.c_str(), &named) == 0 && identityOf(named) == identityOf(status);
 }
 
-void waitForLock(const Descriptor& file, const std::filesystem::path& name)
+[[noreturn]] void throwLocked(const std::filesystem::path& name)
 {
-    if (uninterrupted([&] { return flock(file.number(), LOCK_EX); }) != 0) {
+    throw PlatformError(quotedPath(name) +
+                        " cannot be changed: another program has locked it. Try again later.");
+}
+
+/// Returns whether the file could be locked; false when another program has locked it.
+bool lockIfFree(const Descriptor& file, const std::filesystem::path& name)
+{
+    if (uninterrupted([&] { return flock(file.number(), LOCK_EX | LOCK_NB); }) == 0) {
+        return true;
+    }
+    if (errno != EWOULDBLOCK) {
         throwFileError(name, "cannot be locked", errno);
     }
+    return false;
 }
 
 void lockAtOnce(const Descriptor& file, const std::filesystem::path& name)
 {
-    if (uninterrupted([&] { return flock(file.number(), LOCK_EX | LOCK_NB); }) == 0) {
-        return;
+    if (!lockIfFree(file, name)) {
+        throwLocked(name);
     }
-    if (errno == EWOULDBLOCK) {
-        throw PlatformError(quotedPath(name) +
-                            " cannot be changed: another program has locked it. Try again later.");
-    }
-    throwFileError(name, "cannot be locked", errno);
 }
 
 }  // namespace
@@ -134,20 +146,48 @@ LockedFile LockedFile::open(Paths names)
     return file;
 }
 
-LockedFile LockedFile::openOrCreate(const std::filesystem::path& name)
+LockedFile::TryAgain LockedFile::tryAgainFor(std::chrono::milliseconds time)
+{
+    const auto end = std::chrono::steady_clock::now() + time;
+    return [end] {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(kPause);
+        return true;
+    };
+}
+
+/// Calls `pause` between two attempts to lock the file.
+void LockedFile::createAndLock(const std::filesystem::path& target,
+                               const std::function<void()>& pause)
+{
+    descriptor_ = openFile(target, O_RDWR | O_CREAT | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+    if (!descriptor_.isOpen()) {
+        throwFileError(name(), kCannotBeChanged, errno);
+    }
+    while (!lockIfFree(descriptor_, name())) {
+        pause();
+    }
+    status_ = statusOf(descriptor_, name());
+}
+
+LockedFile LockedFile::openOrCreate(const std::filesystem::path& name, const TryAgain& tryAgain)
 {
     LockedFile file({name});
     const auto target = followed(name);
     createFolder(target.parent_path(), name);
-    // If the previous holder replaced the file, lock the replacement.
-    do {
-        file.descriptor_ = openFile(target, O_RDWR | O_CREAT | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-        if (!file.descriptor_.isOpen()) {
-            throwFileError(name, kCannotBeChanged, errno);
+    const auto pause = [&] {
+        if (!tryAgain()) {
+            throwLocked(name);
         }
-        waitForLock(file.descriptor_, name);
-        file.status_ = statusOf(file.descriptor_, name);
-    } while (!isStillAt(target, file.status_));
+    };
+    file.createAndLock(target, pause);
+    // If the previous holder replaced the file, lock the replacement.
+    while (!isStillAt(target, file.status_)) {
+        pause();
+        file.createAndLock(target, pause);
+    }
     if (!S_ISREG(file.status_.st_mode)) {
         throw PlatformError(quotedPath(name) + " is neither a file nor a folder.");
     }

@@ -4,7 +4,9 @@
 #include "adapters/posix/FileBytes.h"
 #include "adapters/posix/Pieces.h"
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -26,9 +28,17 @@ public:
     /// Errors: also when the file is read-only or locked by another program.
     static LockedFile open(Paths names);
 
-    /// Waits for the lock. Creates the file, for its owner only, and missing folders (mode 0700).
-    /// A symbolic link is followed, also when its target does not exist.
-    static LockedFile openOrCreate(const std::filesystem::path& name);
+    /// Called after each attempt to lock a file: pauses and returns true for another attempt, or
+    /// returns false to give up.
+    using TryAgain = std::function<bool()>;
+
+    /// Allows attempts at short intervals until this time has passed from now.
+    static TryAgain tryAgainFor(std::chrono::milliseconds time);
+
+    /// Creates the file, for its owner only, and missing folders (mode 0700), and locks it. A
+    /// symbolic link is followed, also when its target does not exist.
+    /// Errors: also when another program has locked the file until `tryAgain` gave up.
+    static LockedFile openOrCreate(const std::filesystem::path& name, const TryAgain& tryAgain);
 
     /// Reads the whole content.
     FileBytes content() const;
@@ -56,6 +66,7 @@ public:
 
 private:
     explicit LockedFile(Paths names) : names_(std::move(names)) {}
+    void createAndLock(const std::filesystem::path& target, const std::function<void()>& pause);
     void resolveNames();
     void rewind() const;
 

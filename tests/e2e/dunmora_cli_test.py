@@ -380,6 +380,22 @@ class FieldsTest(EndToEnd):
                                                                     "fields at the same time. Try again.\n"))
             self.assertIn(self.run_program("fields")[1].rstrip("\n"), choices)
 
+    def test_waits_a_second_for_the_lock_of_the_fields(self):
+        self.run_program("fields", "lastname")
+        path = self.folder / "config" / "dunmora" / "dunmora.conf"
+        with path.open("rb") as other:
+            fcntl.flock(other, fcntl.LOCK_EX)
+            begin = time.monotonic()
+            code, out, err = self.run_program("fields", "home")
+            duration = time.monotonic() - begin
+
+        self.assertEqual((code, out), (1, ""))
+        self.assertIn("another program has locked it. Try again later.\n", err)
+        self.assertTrue(err.endswith("dunmora-cli: The match fields could not be stored.\n"), err)
+        self.assertGreater(duration, 0.9)
+        self.assertLess(duration, 1.9)
+        self.assertEqual(self.run_program("fields")[1], "lastname\n")
+
     def test_reports_that_the_fields_could_not_be_stored(self):
         # A file in place of the folder makes writing fail, even for root.
         (self.folder / "config").write_bytes(b"")

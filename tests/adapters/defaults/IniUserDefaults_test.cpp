@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -11,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -393,6 +396,28 @@ TEST_F(IniUserDefaultsFileTest, NeverWaitForAPipe)
     });
 
     EXPECT_TRUE(std::filesystem::is_fifo(file_));
+}
+
+TEST_F(IniUserDefaultsFileTest, GiveUpWhenAnotherProgramKeepsTheFileLocked)
+{
+    write(file_, "filterWork=true\n");
+    const int other = ::open(file_.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(other, LOCK_EX), 0);
+    IniUserDefaults defaults(file_, std::chrono::milliseconds(10));
+
+    const auto messages = standardErrorOf([&] {
+        EXPECT_FALSE(store(defaults, "filterHome", true));
+        EXPECT_FALSE(defaults.synchronize());
+    });
+    EXPECT_TRUE(defaults.boolForKey("filterHome"));
+    EXPECT_TRUE(defaults.boolForKey("filterWork"));
+    ::close(other);
+    EXPECT_TRUE(defaults.synchronize());
+
+    EXPECT_EQ(messages,
+              kNotSaved + quotedFile() +
+                  " cannot be changed: another program has locked it. Try again later.\n");
+    EXPECT_EQ(contentOf(file_), "filterWork=true\nfilterHome=true\n");
 }
 
 TEST_F(IniUserDefaultsTest, LoseNoKeyWhenTwoProcessesSetAtOnce)

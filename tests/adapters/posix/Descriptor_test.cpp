@@ -54,7 +54,6 @@ TEST_F(InterruptedCallTest, LocksAFile)
     const FailingCalls interruptions(Call::Lock, EINTR, kInterruptions);
 
     EXPECT_EQ(failureOf([&] { LockedFile::open({path("book")}); }), kNothingThrown);
-    EXPECT_EQ(failureOf([&] { LockedFile::openOrCreate(path("settings")); }), kNothingThrown);
     EXPECT_EQ(interruptions.failed(), kInterruptions);
 }
 

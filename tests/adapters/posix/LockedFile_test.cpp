@@ -7,10 +7,8 @@
 
 #include <chrono>
 #include <filesystem>
-#include <future>
-#include <sstream>
+#include <optional>
 #include <string>
-#include <thread>
 
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -21,25 +19,13 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-class LockedFileTest : public FileTest {
-protected:
-    /// Returns when a thread waits for the lock of this file, as /proc/locks shows.
-    static void waitForBlockedLock(const fs::path& file)
-    {
-        const auto inode = ":" + std::to_string(inodeOf(file)) + " ";
-        const auto end = std::chrono::steady_clock::now() + 10s;
-        while (std::chrono::steady_clock::now() < end) {
-            std::istringstream locks(contentOf("/proc/locks"));
-            for (std::string line; std::getline(locks, line);) {
-                if (line.find("->") != std::string::npos && line.find(inode) != std::string::npos) {
-                    return;
-                }
-            }
-            std::this_thread::yield();
-        }
-        FAIL() << "no thread waits for the lock";
-    }
-};
+using LockedFileTest = FileTest;
+
+/// Allows no second attempt.
+bool giveUp()
+{
+    return false;
+}
 
 TEST_F(LockedFileTest, HasTheContent)
 {
@@ -98,7 +84,7 @@ TEST_F(LockedFileTest, DetectsAChangeUnderEachName)
 
 TEST_F(LockedFileTest, IsCreatedForTheOwnerAloneWithItsFolders)
 {
-    const auto file = LockedFile::openOrCreate(path("a") / "b" / "settings");
+    const auto file = LockedFile::openOrCreate(path("a") / "b" / "settings", giveUp);
 
     EXPECT_EQ(file.content().view(), "");
     EXPECT_EQ(fs::status(path("a")).permissions(), fs::perms::owner_all);
@@ -113,15 +99,58 @@ TEST_F(LockedFileTest, IsTheReplacementWhenThePreviousHolderReplacedTheFile)
     const auto previous = openFile(path("settings"), O_RDWR);
     ASSERT_EQ(flock(previous.number(), LOCK_EX), 0);
 
-    auto waiting = std::async(std::launch::async, [&] {
-        return std::string(LockedFile::openOrCreate(path("settings")).content().view());
+    const auto file = LockedFile::openOrCreate(path("settings"), [&] {
+        write(path("new"), "new");
+        fs::rename(path("new"), path("settings"));
+        flock(previous.number(), LOCK_UN);
+        return true;
     });
-    waitForBlockedLock(path("settings"));
-    write(path("new"), "new");
-    fs::rename(path("new"), path("settings"));
-    flock(previous.number(), LOCK_UN);
 
-    EXPECT_EQ(waiting.get(), "new");
+    EXPECT_EQ(file.content().view(), "new");
+}
+
+TEST_F(LockedFileTest, IsNotWaitedForAfterTheLastAttempt)
+{
+    write(path("settings"), "old");
+    const auto holder = LockedFile::open({path("settings")});
+    int attempts = 1;
+
+    const auto failure = failureOf(
+        [&] { LockedFile::openOrCreate(path("settings"), [&] { return ++attempts <= 3; }); });
+
+    EXPECT_EQ(failure, about(path("settings"), "cannot be changed: another program has locked it. "
+                                               "Try again later."));
+    EXPECT_EQ(attempts, 4);
+}
+
+TEST_F(LockedFileTest, IsNotWaitedForWhenItIsReplacedForever)
+{
+    write(path("settings"), "old");
+    std::optional<LockedFile> holder(LockedFile::open({path("settings")}));
+    int replacements = 0;
+
+    const auto failure = failureOf([&] {
+        LockedFile::openOrCreate(path("settings"), [&] {
+            write(path("new"), "new");
+            fs::rename(path("new"), path("settings"));
+            holder.emplace(LockedFile::open({path("settings")}));
+            return ++replacements < 3;
+        });
+    });
+
+    EXPECT_NE(failure, kNothingThrown);
+    EXPECT_EQ(replacements, 3);
+}
+
+TEST(LockAttempts, EndsWhenTheTimeHasPassed)
+{
+    EXPECT_FALSE(LockedFile::tryAgainFor(0ms)());
+    EXPECT_TRUE(LockedFile::tryAgainFor(1h)());
+
+    const auto begin = std::chrono::steady_clock::now();
+    const auto tryAgain = LockedFile::tryAgainFor(20ms);
+    while (tryAgain()) {}
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 20ms);
 }
 
 TEST_F(LockedFileTest, IsRefusedWhenItIsReadOnly)
@@ -129,7 +158,8 @@ TEST_F(LockedFileTest, IsRefusedWhenItIsReadOnly)
     write(path("settings"), "old");
     ASSERT_EQ(chmod(path("settings").c_str(), 0444), 0);
 
-    EXPECT_NE(failureOf([&] { LockedFile::openOrCreate(path("settings")); }), kNothingThrown);
+    EXPECT_NE(failureOf([&] { LockedFile::openOrCreate(path("settings"), giveUp); }),
+              kNothingThrown);
     EXPECT_EQ(failureOf([&] { LockedFile::open({path("settings")}); }),
               about(path("settings"), "cannot be changed: it is read-only."));
 }
