@@ -14,16 +14,17 @@
 
 namespace dunmora {
 
-FileContent readFile(const std::filesystem::path& path)
+FileContent readFile(const std::filesystem::path& path, std::uintmax_t largest)
 {
     const auto file = openFile(path, O_RDONLY);
     if (!file.isOpen()) {
         throwFileError(path, kCannotBeRead, errno);
     }
-    return readFile(file, path);
+    return readFile(file, path, largest);
 }
 
-FileContent readFile(const Descriptor& file, const std::filesystem::path& path)
+FileContent readFile(const Descriptor& file, const std::filesystem::path& path,
+                     std::uintmax_t largest)
 {
     const auto status = statusOf(file, path);
     if (S_ISDIR(status.st_mode)) {
@@ -45,6 +46,9 @@ FileContent readFile(const Descriptor& file, const std::filesystem::path& path)
             break;
         }
         size += static_cast<std::size_t>(count);
+        if (size > largest) {
+            throwFileError(path, kCannotBeRead, EFBIG);
+        }
         if (size == capacity) {
             auto larger = FileBytes::allocate(2 * capacity);
             std::memcpy(larger.get(), bytes.get(), size);

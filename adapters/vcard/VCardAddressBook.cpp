@@ -7,7 +7,10 @@
 
 namespace dunmora {
 
-VCardAddressBook::VCardAddressBook(std::filesystem::path path) : path_(std::move(path)) {}
+VCardAddressBook::VCardAddressBook(std::filesystem::path path, std::uintmax_t largest)
+    : path_(std::move(path)), largest_(largest)
+{
+}
 
 VCardAddressBook::~VCardAddressBook() = default;
 
@@ -15,7 +18,7 @@ std::span<const Person> VCardAddressBook::readPeople()
 {
     // Frees the old book first, because two large ones may not fit in memory.
     book_.reset();
-    book_ = std::make_unique<VCardBook>(path_);
+    book_ = std::make_unique<VCardBook>(path_, largest_);
     return book_->people();
 }
 

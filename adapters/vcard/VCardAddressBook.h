@@ -1,8 +1,10 @@
 #pragma once
 
+#include "adapters/vcard/BookSize.h"
 #include "platform/AddressBook.h"
 #include "platform/CardSource.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <span>
@@ -21,8 +23,9 @@ class VCardBook;
 /// whole, so that a crash leaves the old one or the new one.
 class VCardAddressBook final : public AddressBook, public CardSource {
 public:
-    /// Nothing is read before the first listing.
-    explicit VCardAddressBook(std::filesystem::path path);
+    /// Nothing is read before the first listing. A book of more than `largest` bytes is refused.
+    explicit VCardAddressBook(std::filesystem::path path,
+                              std::uintmax_t largest = largestBookSize());
     ~VCardAddressBook() override;
     VCardAddressBook(const VCardAddressBook&) = delete;
     VCardAddressBook& operator=(const VCardAddressBook&) = delete;
@@ -39,6 +42,7 @@ private:
     VCardBook& listing() const;
 
     std::filesystem::path path_;
+    std::uintmax_t largest_;
     std::unique_ptr<VCardBook> book_;
 };
 

@@ -5,6 +5,7 @@
 #include "adapters/posix/FileReplacement.h"
 #include "adapters/posix/LockedFile.h"
 #include "adapters/vcard/BookChanges.h"
+#include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardFolder.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
@@ -60,7 +61,7 @@ std::size_t lineNumberAfter(std::string_view text)
 
 }  // namespace
 
-VCardBook::VCardBook(const std::filesystem::path& path)
+VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
 {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
@@ -72,21 +73,19 @@ VCardBook::VCardBook(const std::filesystem::path& path)
     if (is_other(status)) {
         throw PlatformError(quotedPath(path) + " is neither a file nor a folder.");
     }
-    if (isFolder_) {
-        for (const auto& file : cardFilesIn(path, notes_.remarks)) {
-            readFileAt(file);
-        }
-    } else {
-        readFileAt(path);
+    const auto files = isFolder_ ? cardFilesIn(path, notes_.remarks) : std::vector{path};
+    checkBookSize(path, files, largest);
+    for (const auto& file : files) {
+        readFileAt(file, largest);
     }
     for (std::size_t i = 0; i < files_.size(); ++i) {
         readCards(i);
     }
 }
 
-void VCardBook::readFileAt(const std::filesystem::path& path)
+void VCardBook::readFileAt(const std::filesystem::path& path, std::uintmax_t largest)
 {
-    auto [identity, bytes] = readFile(path);
+    auto [identity, bytes] = readFile(path, largest);
     const auto [known, isNew] = filesByIdentity_.try_emplace(identity, files_.size());
     if (isNew) {
         files_.emplace_back(path, std::move(bytes));

@@ -25,8 +25,8 @@ namespace dunmora {
 /// Thread: one at a time; blocks on the disk. Errors: PlatformError.
 class VCardBook final {
 public:
-    /// Reads a file, or the files of a folder.
-    explicit VCardBook(const std::filesystem::path& path);
+    /// Reads a file, or the files of a folder, unless they take more than `largest` bytes.
+    VCardBook(const std::filesystem::path& path, std::uintmax_t largest);
 
     /// Everyone who was read and has not been deleted. Discards pending removals.
     std::span<const Person> people();
@@ -56,7 +56,7 @@ private:
         std::vector<std::size_t> people;
     };
 
-    void readFileAt(const std::filesystem::path& path);
+    void readFileAt(const std::filesystem::path& path, std::uintmax_t largest);
     void readCards(std::size_t fileIndex);
     void noteSkippedCards(const CardFile& file);
     void placeCards(std::size_t fileIndex);
