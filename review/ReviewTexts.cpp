@@ -3,8 +3,15 @@
 #include "engine/ContactsParser.h"
 #include "review/GroupWarnings.h"
 #include "text/Counted.h"
+#include "text/DisplayText.h"
 
 namespace dunmora {
+
+std::string notEnoughMemoryText(std::string_view book)
+{
+    return "There is not enough memory for " + quotedText(book) +
+           ". Close other programs and try again.";
+}
 
 AlertContent deletionQuestion()
 {

@@ -7,7 +7,6 @@
 #include "platform/AddressBook.h"
 #include "platform/Alert.h"
 #include "platform/CardSource.h"
-#include "platform/PlatformError.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandError.h"
 #include "programs/dunmora-cli/CommandLine.h"
@@ -15,6 +14,7 @@
 #include "programs/dunmora-cli/ContactTable.h"
 #include "programs/dunmora-cli/DeletionMarks.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
+#include "programs/dunmora-cli/MemoryError.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
@@ -28,6 +28,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -176,8 +177,8 @@ void backUpAndDelete(ContactsParser& engine, const ReviewSession& session,
         writeNewFile(*request.backup, {cards});
     }
     try {
-        engine.deleteContacts(uids);
-    } catch (const PlatformError& error) {
+        namingBookInMemoryErrors(request.book.addressBook, [&] { engine.deleteContacts(uids); });
+    } catch (const std::runtime_error& error) {
         if (!request.backup || request.dryRun) {
             throw;
         }
@@ -205,12 +206,14 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
     std::erase_if(uids,
                   [&](const std::string& uid) { return engine.contacts().find(uid) != nullptr; });
     try {
-        printAs(environment, request.book.format,
-                {.table = [&] { return resultText(engine, uids.size(), request); },
-                 .json =
-                     [&](JsonCharacters characters) {
-                         return deletionJson(engine, uids, request.dryRun, characters);
-                     }});
+        namingBookInMemoryErrors(request.book.addressBook, [&] {
+            printAs(environment, request.book.format,
+                    {.table = [&] { return resultText(engine, uids.size(), request); },
+                     .json =
+                         [&](JsonCharacters characters) {
+                             return deletionJson(engine, uids, request.dryRun, characters);
+                         }});
+        });
     } catch (const CommandError& error) {
         if (request.dryRun || uids.empty()) {
             throw;

@@ -8,6 +8,7 @@
 #include "programs/dunmora-cli/DeleteCommand.h"
 #include "programs/dunmora-cli/FieldsCommand.h"
 #include "programs/dunmora-cli/ListCommand.h"
+#include "programs/dunmora-cli/MemoryError.h"
 #include "programs/dunmora-cli/Report.h"
 
 #include <exception>
@@ -24,11 +25,13 @@ struct Runner {
 
     ExitCode operator()(const ListRequest& request) const
     {
-        return listDuplicates(request, environment);
+        return namingBookInMemoryErrors(request.book.addressBook,
+                                        [&] { return listDuplicates(request, environment); });
     }
     ExitCode operator()(const DeleteRequest& request) const
     {
-        return deletePeople(request, environment);
+        return namingBookInMemoryErrors(request.book.addressBook,
+                                        [&] { return deletePeople(request, environment); });
     }
     ExitCode operator()(const FieldsRequest& request) const
     {

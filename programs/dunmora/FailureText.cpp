@@ -1,20 +1,20 @@
 #include "programs/dunmora/FailureText.h"
 
 #include "platform/PlatformError.h"
+#include "review/ReviewTexts.h"
 
-#include <exception>
 #include <new>
 
 namespace dunmora {
 
-std::string failureText()
+std::string failureText(const std::exception_ptr& failure, std::string_view book)
 {
     try {
-        throw;
+        std::rethrow_exception(failure);
     } catch (const PlatformError& error) {
         return error.what();
     } catch (const std::bad_alloc&) {
-        return "There is not enough memory. Close other programs and try again.";
+        return notEnoughMemoryText(book);
     } catch (const std::exception& error) {
         return "An unexpected error occurred: " + std::string(error.what());
     } catch (...) {

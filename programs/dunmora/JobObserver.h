@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <exception>
 #include <string_view>
 
 namespace dunmora {
@@ -16,9 +16,9 @@ public:
     /// A job begins while none is running.
     virtual void jobsBegan(std::string_view name) = 0;
 
-    /// A job has failed; `text` is a message for the user. The job counts as running until this
-    /// returns, as do jobs started meanwhile.
-    virtual void jobFailed(std::string_view name, const std::string& text) = 0;
+    /// A job has failed with this exception. The job counts as running until this returns, as do
+    /// jobs started meanwhile.
+    virtual void jobFailed(std::string_view name, const std::exception_ptr& failure) = 0;
 
     /// The last job has ended.
     virtual void jobsEnded() = 0;

@@ -121,9 +121,9 @@ void MainWindow::jobsBegan(std::string_view name)
     review_.jobsBegan(name);
 }
 
-void MainWindow::jobFailed(std::string_view name, const std::string& text)
+void MainWindow::jobFailed(std::string_view name, const std::exception_ptr& failure)
 {
-    Settings::MsgBox(text);
+    Settings::MsgBox(failureText(failure, bookName_));
     auto& app = AppData::app();
     if (app.progress()) {
         app.progress()->close();
@@ -179,8 +179,9 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     try {
         addressBook_ = makeAddressBook_(path);
         platform_.addressBook = addressBook_.get();
+        bookName_ = name;
     } catch (...) {
-        Settings::MsgBox(failureText());
+        Settings::MsgBox(failureText(std::current_exception(), name));
         return false;
     }
     interface_->window().setTitle(std::string(name) + " – " + std::string(kName));

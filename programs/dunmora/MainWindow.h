@@ -7,6 +7,7 @@
 #include "ui/ContactsController.h"
 #include "ui/ReviewController.h"
 
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -59,7 +60,7 @@ public:
     /// Shows the message over the progress window, then closes that window, empties the table and
     /// makes the program usable again. After a failed deletion it reloads everything, because the
     /// engine has already forgotten people who are still in the address book.
-    void jobFailed(std::string_view name, const std::string& text) override;
+    void jobFailed(std::string_view name, const std::exception_ptr& failure) override;
     void jobsEnded() override;
 
 private:
@@ -73,6 +74,7 @@ private:
     Platform& platform_;
     // The open book; null until the first one is opened.
     std::shared_ptr<AddressBook> addressBook_;
+    std::string bookName_;
     MakeAddressBook makeAddressBook_;
     std::string libraries_;
     bool isLaunched_ = false;

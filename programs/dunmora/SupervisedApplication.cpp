@@ -21,13 +21,13 @@ void SupervisedApplication::detachNewThread(std::string_view name, std::function
         application_.detachNewThread(thread,
                                      [this, thread, body = std::move(body)] { run(thread, body); });
     } catch (...) {
-        jobEnded(thread, failureText());
+        jobEnded(thread, std::current_exception());
     }
 }
 
 void SupervisedApplication::run(const std::string& name, const std::function<void()>& body)
 {
-    std::optional<std::string> failure;
+    std::exception_ptr failure;
     try {
         // The dialog that follows a load shows match fields that other programs have stored since.
         // The fields that the user confirms there must not change during the search and while its
@@ -37,20 +37,21 @@ void SupervisedApplication::run(const std::string& name, const std::function<voi
         }
         body();
     } catch (...) {
-        failure = failureText();
+        failure = std::current_exception();
     }
     performOnMainThread([&] { jobEnded(name, failure); });
 }
 
-void SupervisedApplication::jobEnded(const std::string& name,
-                                     const std::optional<std::string>& failure)
+void SupervisedApplication::jobEnded(const std::string& name, const std::exception_ptr& failure)
 {
     if (failure && observer_ != nullptr) {
         try {
-            observer_->jobFailed(name, *failure);
+            observer_->jobFailed(name, failure);
         } catch (...) {
             // The count must stay correct even if the windows are in a bad state.
-            std::cerr << "dunmora: " << *failure << "\ndunmora: " << failureText() << '\n';
+            for (const auto& error : {failure, std::current_exception()}) {
+                std::cerr << "dunmora: " << failureText(error, "address book") << '\n';
+            }
         }
     }
     if (--running_ == 0 && observer_ != nullptr) {

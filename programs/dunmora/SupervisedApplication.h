@@ -3,7 +3,7 @@
 #include "platform/Application.h"
 
 #include <cstddef>
-#include <optional>
+#include <exception>
 #include <string>
 
 namespace dunmora {
@@ -43,8 +43,8 @@ public:
 
 private:
     void run(const std::string& name, const std::function<void()>& body);
-    /// `failure` is a message for the user if the job has failed.
-    void jobEnded(const std::string& name, const std::optional<std::string>& failure);
+    /// `failure` is null unless the job has failed.
+    void jobEnded(const std::string& name, const std::exception_ptr& failure);
 
     Application& application_;
     JobObserver* observer_ = nullptr;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <new>
 
 namespace dunmora::test {
 namespace {
@@ -533,6 +534,19 @@ TEST_F(DeleteTest, DeletesNobodyWhenTheBackupFails)
     EXPECT_TRUE(err().ends_with("cannot be created: File exists.\n")) << err();
     expectUnchanged();
     EXPECT_EQ(contentOf(backup), "theirs");
+}
+
+TEST_F(DeleteTest, NamesTheBookAndTheBackupWhenThereIsNotEnoughMemory)
+{
+    bookHoldsAnnTwice();
+    const auto backup = folder_.path() / "backup.vcf";
+    book_.onSave = [] { throw std::bad_alloc(); };
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--quiet", "--backup", backup.string()}), 1);
+    EXPECT_EQ(err(),
+              "dunmora-cli: There is not enough memory for “b”. Close other programs and try "
+              "again. The backup is kept in “" +
+                  backup.string() + "”.\n");
 }
 
 TEST_F(DeleteTest, KeepsTheBackupAndNamesItWhenTheDeletionFails)

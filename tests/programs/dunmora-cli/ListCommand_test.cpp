@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <new>
+#include <stdexcept>
 
 namespace dunmora::test {
 namespace {
@@ -428,10 +430,19 @@ TEST_F(ListTest, ReportsThatTheOutputCannotBeWritten)
 
 TEST_F(ListTest, ReportsAnyFailureInOneLine)
 {
+    book_.onRead = [] { throw std::out_of_range("index 7"); };
+
+    EXPECT_EQ(run({"list", "book.vcf"}), 1);
+    EXPECT_EQ(err(), "dunmora-cli: index 7\n");
+}
+
+TEST_F(ListTest, NamesTheBookForWhichThereIsNotEnoughMemory)
+{
     book_.onRead = [] { throw std::bad_alloc(); };
 
     EXPECT_EQ(run({"list", "book.vcf"}), 1);
-    EXPECT_EQ(err(), "dunmora-cli: std::bad_alloc\n");
+    EXPECT_EQ(err(), "dunmora-cli: There is not enough memory for “book.vcf”. Close other programs "
+                     "and try again.\n");
 }
 
 TEST_F(ListTest, ChangesNothing)

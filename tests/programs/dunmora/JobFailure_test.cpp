@@ -5,6 +5,7 @@
 #include "ui/AppData.h"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 
 namespace dunmora::test {
@@ -98,6 +99,26 @@ TEST_F(JobFailureTest, OfTheFirstLoadIsReportedLikeAnyOther)
     EXPECT_EQ(alerts(), Lines{"“address-book.vcf” cannot be read."});
     expectIdle();
     book_.onRead = [] {};
+    expectTheBookCanBeReadAgain();
+}
+
+TEST_F(JobFailureTest, NamesTheBookForWhichThereIsNotEnoughMemory)
+{
+    const auto noMemory = [] { throw std::bad_alloc(); };
+    const auto message = "There is not enough memory for “address-book.vcf”. Close other programs "
+                         "and try again.";
+    book_.onRead = noMemory;
+
+    start(file_);
+
+    EXPECT_EQ(alerts(), Lines{message});
+    book_.onRead = [] {};
+    expectTheBookCanBeReadAgain();
+    book_.onSave = noMemory;
+    main_->command("OnDelete").use();
+    application_.runUntilIdle();
+    EXPECT_EQ(alerts(), (Lines{message, "Confirm to delete", message}));
+    expectIdle();
     expectTheBookCanBeReadAgain();
 }
 

@@ -3,6 +3,7 @@
 #include "base/JobThreads.h"
 #include "base/Settings.h"
 #include "platform/PlatformError.h"
+#include "programs/dunmora/FailureText.h"
 #include "programs/dunmora/JobObserver.h"
 #include "tests/fakes/FakeApplication.h"
 #include "tests/fakes/FakeInterface.h"
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <new>
 #include <stdexcept>
 #include <system_error>
@@ -23,9 +25,9 @@ public:
     explicit RecordingObserver(FakeApplication& application) : application_(application) {}
 
     void jobsBegan(std::string_view name) override { write("began " + std::string(name)); }
-    void jobFailed(std::string_view name, const std::string& text) override
+    void jobFailed(std::string_view name, const std::exception_ptr& failure) override
     {
-        write("failed " + std::string(name) + ": " + text);
+        write("failed " + std::string(name) + ": " + failureText(failure, "book.vcf"));
         onFailure();
     }
     void jobsEnded() override { write("ended"); }
@@ -123,7 +125,8 @@ TEST_F(SupervisedApplicationTest, DescribesEveryKindOfFailure)
     EXPECT_EQ(failureOf([] { throw std::out_of_range("index 7"); }),
               "failed Job: An unexpected error occurred: index 7");
     EXPECT_EQ(failureOf([] { throw std::bad_alloc(); }),
-              "failed Job: There is not enough memory. Close other programs and try again.");
+              "failed Job: There is not enough memory for “book.vcf”. Close other programs and try "
+              "again.");
     EXPECT_EQ(failureOf([] { throw 7; }), "failed Job: An unexpected error occurred.");
 }
 
