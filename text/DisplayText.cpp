@@ -20,6 +20,30 @@ void appendPicture(std::string& out, char32_t control)
     out += static_cast<char>(0x80U | last);
 }
 
+/// Appends the text. `appendReplacement(character, effect, rest)` appends what replaces a character
+/// that has an effect or is not UTF-8, and with which the rest of the text begins.
+template <typename AppendReplacement>
+void appendReplaced(std::string& out, std::string_view text,
+                    const AppendReplacement& appendReplacement)
+{
+    std::size_t position = 0;
+    while (position < text.size()) {
+        position = appendPlain(out, text, position, kIsPlain);
+        if (position == text.size()) {
+            return;
+        }
+        const auto rest = text.substr(position);
+        const auto character = utf8CharacterAt(text, position);
+        const auto effect = displayEffect(character.codePoint);
+        if (character.isValid && effect == DisplayEffect::None) {
+            out += rest.substr(0, character.size);
+        } else {
+            appendReplacement(character, effect, rest);
+        }
+        position += character.size;
+    }
+}
+
 }  // namespace
 
 DisplayEffect displayEffect(char32_t c)
@@ -49,23 +73,15 @@ bool isPlainAscii(std::string_view text)
 
 void appendDisplayText(std::string& out, std::string_view text)
 {
-    std::size_t position = 0;
-    while (position < text.size()) {
-        position = appendPlain(out, text, position, kIsPlain);
-        if (position == text.size()) {
-            return;
-        }
-        const auto character = utf8CharacterAt(text, position);
-        if (character.codePoint < 0x80) {
-            appendPicture(out, character.codePoint);
-        } else if (!character.isValid ||
-                   displayEffect(character.codePoint) != DisplayEffect::None) {
-            out += kReplacementText;
-        } else {
-            out += text.substr(position, character.size);
-        }
-        position += character.size;
-    }
+    appendReplaced(
+        out, text,
+        [&](const Utf8Character& character, DisplayEffect /*effect*/, std::string_view /*rest*/) {
+            if (character.codePoint < 0x80) {
+                appendPicture(out, character.codePoint);
+            } else {
+                out += kReplacementText;
+            }
+        });
 }
 
 std::string displayText(std::string_view text)
@@ -77,31 +93,26 @@ std::string displayText(std::string_view text)
 
 void appendWindowText(std::string& out, std::string_view text)
 {
-    std::size_t position = 0;
-    while (position < text.size()) {
-        position = appendPlain(out, text, position, kIsPlain);
-        if (position == text.size()) {
-            return;
-        }
-        const auto character = utf8CharacterAt(text, position);
-        switch (displayEffect(character.codePoint)) {
-        case DisplayEffect::LineBreak:
-        case DisplayEffect::Tab:
-            out += ' ';
-            position += text.substr(position).starts_with("\r\n") ? 1 : 0;
-            break;
-        case DisplayEffect::Control:
-            out += kReplacementText;
-            break;
-        case DisplayEffect::DirectionalFormatting:
-            break;
-        case DisplayEffect::None:
-        case DisplayEffect::DirectionalMark:
-            out += character.isValid ? text.substr(position, character.size) : kReplacementText;
-            break;
-        }
-        position += character.size;
-    }
+    appendReplaced(
+        out, text,
+        [&](const Utf8Character& character, DisplayEffect effect, std::string_view rest) {
+            switch (effect) {
+            case DisplayEffect::LineBreak:
+            case DisplayEffect::Tab:
+                // The line feed of a pair adds the space.
+                out += rest.starts_with("\r\n") ? "" : " ";
+                break;
+            case DisplayEffect::DirectionalMark:
+                out += rest.substr(0, character.size);
+                break;
+            case DisplayEffect::DirectionalFormatting:
+                break;
+            case DisplayEffect::Control:
+            case DisplayEffect::None:
+                out += kReplacementText;
+                break;
+            }
+        });
 }
 
 std::string windowText(std::string_view text)
