@@ -3,6 +3,7 @@
 #include "text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 namespace dunmora {
@@ -20,6 +21,22 @@ void appendPicture(std::string& out, char32_t control)
     out += static_cast<char>(0x80U | last);
 }
 
+/// The size of the flag that the text begins with, if its emoji contains tags; otherwise 0.
+std::size_t sizeOfFlagWithTags(std::string_view text)
+{
+    constexpr std::array<std::string_view, 3> kFlags = {
+        "\U0001F3F4\U000E0067\U000E0062\U000E0065\U000E006E\U000E0067\U000E007F",
+        "\U0001F3F4\U000E0067\U000E0062\U000E0073\U000E0063\U000E0074\U000E007F",
+        "\U0001F3F4\U000E0067\U000E0062\U000E0077\U000E006C\U000E0073\U000E007F",
+    };
+    for (const auto flag : kFlags) {
+        if (text.starts_with(flag)) {
+            return flag.size();
+        }
+    }
+    return 0;
+}
+
 /// Appends the text. `appendReplacement(character, effect, rest)` appends what replaces a character
 /// that has an effect or is not UTF-8, and with which the rest of the text begins.
 template <typename AppendReplacement>
@@ -35,12 +52,14 @@ void appendReplaced(std::string& out, std::string_view text,
         const auto rest = text.substr(position);
         const auto character = utf8CharacterAt(text, position);
         const auto effect = displayEffect(character.codePoint);
+        auto size = character.size;
         if (character.isValid && effect == DisplayEffect::None) {
-            out += rest.substr(0, character.size);
+            size = std::max(size, sizeOfFlagWithTags(rest));
+            out += rest.substr(0, size);
         } else {
             appendReplacement(character, effect, rest);
         }
-        position += character.size;
+        position += size;
     }
 }
 
@@ -62,6 +81,10 @@ DisplayEffect displayEffect(char32_t c)
     }
     if ((c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069)) {
         return DisplayEffect::DirectionalFormatting;
+    }
+    if (c == 0xAD || c == 0x034F || c == 0x200B || c == 0xFEFF || (c >= 0xFFF9 && c <= 0xFFFB) ||
+        (c >= 0xE0000 && c <= 0xE007F)) {
+        return DisplayEffect::Hidden;
     }
     return DisplayEffect::None;
 }
@@ -106,6 +129,7 @@ void appendWindowText(std::string& out, std::string_view text)
                 out += rest.substr(0, character.size);
                 break;
             case DisplayEffect::DirectionalFormatting:
+            case DisplayEffect::Hidden:
                 break;
             case DisplayEffect::Control:
             case DisplayEffect::None:

@@ -7,8 +7,8 @@
 namespace dunmora {
 
 // Text from an address book or a path may contain anything. These functions make it safe to show
-// in one line: nothing in the result moves a cursor, breaks the line or changes the writing
-// direction of what follows.
+// in one line: nothing in the result moves a cursor, breaks the line, changes the writing direction
+// of what follows or hides in a word.
 // Thread: any. Errors: none.
 
 /// What a character does to the line it is shown in.
@@ -24,6 +24,9 @@ enum class DisplayEffect {
     DirectionalMark,
     /// An embedding, override or isolate: left open, it affects everything after it (UAX #9 §2.1).
     DirectionalFormatting,
+    /// Shows nothing, so that different texts look equal: soft hyphen, combining grapheme joiner,
+    /// zero width space, byte-order mark, interlinear annotation, and tags.
+    Hidden,
 };
 
 DisplayEffect displayEffect(char32_t codePoint);
@@ -33,16 +36,17 @@ DisplayEffect displayEffect(char32_t codePoint);
 bool isPlainAscii(std::string_view text);
 
 /// Appends the text with the C0 controls and DEL replaced by their pictures (U+2400 and following).
-/// C1 controls, line separators, directional marks and formatting, and bytes that are not UTF-8
-/// become U+FFFD.
+/// C1 controls, line separators, directional marks and formatting, hidden characters and bytes that
+/// are not UTF-8 become U+FFFD. The flags of England, Scotland and Wales stay, although an emoji of
+/// theirs consists of tags (UTS #51): no text can hide in one of three sequences.
 void appendDisplayText(std::string& out, std::string_view text);
 
 /// The text as `appendDisplayText` appends it.
 std::string displayText(std::string_view text);
 
 /// Appends the text for a window, where nothing has to show that it was changed: line breaks (CR LF
-/// is one) and tabs become spaces, directional formatting is dropped, and other control characters
-/// and bytes that are not UTF-8 become U+FFFD.
+/// is one) and tabs become spaces, directional formatting and hidden characters are dropped, and
+/// other control characters and bytes that are not UTF-8 become U+FFFD. The same flags stay.
 void appendWindowText(std::string& out, std::string_view text);
 
 /// The text as `appendWindowText` appends it.

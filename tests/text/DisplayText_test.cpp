@@ -1,8 +1,11 @@
 #include "text/DisplayText.h"
 
+#include "text/Utf8.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 namespace dunmora::test {
 namespace {
@@ -35,6 +38,39 @@ TEST(DisplayText, ReplacesHiddenControls)
     }
 }
 
+TEST(DisplayText, ReplacesCharactersThatHideInAWord)
+{
+    for (const auto* text : {"\u00AD", "\u034F", "\u200B", "\uFEFF", "\uFFF9", "\uFFFB",
+                             "\U000E0001", "\U000E0061", "\U000E007F"}) {
+        EXPECT_EQ(displayText(std::string("a") + text + "b"), "a\uFFFDb");
+    }
+}
+
+/// The emoji of a flag with these tags: lower-case letters, and "." for the tag that ends them.
+std::string flag(std::string_view tags)
+{
+    std::string text = "\U0001F3F4";
+    for (const char tag : tags) {
+        appendUtf8(text, 0xE0000U + (tag == '.' ? 0x7FU : static_cast<unsigned char>(tag)));
+    }
+    return text;
+}
+
+TEST(DisplayText, KeepsTheFlagsThatConsistOfTags)
+{
+    for (const auto* tags : {"gbeng.", "gbsct.", "gbwls."}) {
+        const auto text = "a" + flag(tags) + "b";
+        EXPECT_EQ(displayText(text), text);
+        EXPECT_EQ(windowText(text), text);
+    }
+
+    EXPECT_EQ(displayText(flag("gbeng")), "\U0001F3F4\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(displayText(flag("a.")), "\U0001F3F4\uFFFD\uFFFD");
+    EXPECT_EQ(windowText(flag("gbeng")), "\U0001F3F4");
+    EXPECT_EQ(windowText(flag("secret.")), "\U0001F3F4");
+    EXPECT_EQ(windowText(flag("gbeng.gbeng.")), flag("gbeng."));
+}
+
 TEST(DisplayText, ReplacesInvalidUtf8)
 {
     EXPECT_EQ(displayText("Zo\xEB"), "Zo\uFFFD");
@@ -62,17 +98,28 @@ TEST(DisplayEffect, ClassifiesWhatACharacterDoesToItsLine)
              Range{0x7F, 0x84, Control},
              Range{0x85, 0x85, LineBreak},
              Range{0x86, 0x9F, Control},
-             Range{0xA0, 0x061B, None},
+             Range{0xA0, 0xAC, None},
+             Range{0xAD, 0xAD, Hidden},
+             Range{0xAE, 0x034E, None},
+             Range{0x034F, 0x034F, Hidden},
+             Range{0x0350, 0x061B, None},
              Range{0x061C, 0x061C, DirectionalMark},
-             Range{0x061D, 0x200D, None},
+             Range{0x061D, 0x200A, None},
+             Range{0x200B, 0x200B, Hidden},
+             Range{0x200C, 0x200D, None},
              Range{0x200E, 0x200F, DirectionalMark},
              Range{0x2010, 0x2027, None},
              Range{0x2028, 0x2029, LineBreak},
              Range{0x202A, 0x202E, DirectionalFormatting},
              Range{0x202F, 0x2065, None},
              Range{0x2066, 0x2069, DirectionalFormatting},
-             Range{0x206A, 0xFFFF, None},
-             Range{0x1F600, 0x1F600, None},
+             Range{0x206A, 0xFEFE, None},
+             Range{0xFEFF, 0xFEFF, Hidden},
+             Range{0xFF00, 0xFFF8, None},
+             Range{0xFFF9, 0xFFFB, Hidden},
+             Range{0xFFFC, 0xDFFFF, None},
+             Range{0xE0000, 0xE007F, Hidden},
+             Range{0xE0080, 0x10FFFF, None},
          }) {
         for (auto c = first; c <= last; ++c) {
             ASSERT_EQ(displayEffect(c), effect) << static_cast<unsigned>(c);
@@ -97,6 +144,11 @@ TEST(WindowText, ReplacesOtherControlsAndInvalidBytes)
     EXPECT_EQ(windowText(std::string("a\0b", 3) + "\x1B[1m\x7F\u009B"),
               "a\uFFFDb\uFFFD[1m\uFFFD\uFFFD");
     EXPECT_EQ(windowText("A\xFF\xC3"), "A\uFFFD\uFFFD");
+}
+
+TEST(WindowText, DropsCharactersThatHideInAWord)
+{
+    EXPECT_EQ(windowText("a\u00AD\u034F\u200B\uFEFF\uFFF9\uFFFA\uFFFB\U000E0061b"), "ab");
 }
 
 TEST(WindowText, DropsDirectionalFormatting)
