@@ -53,21 +53,28 @@ private:
         return line;
     }
 
-    /// The line without byte-order marks before its content. Joining files, or deleting a card
-    /// between two others, can leave marks anywhere.
-    Line withoutMarks(Line line) const
+    /// The line without what can precede BEGIN: byte-order marks, which remain anywhere when files
+    /// are joined or a card between two others is deleted, and zero bytes, which a crash leaves
+    /// where a program was writing.
+    Line withoutPadding(Line line) const
     {
-        while (text_.substr(line.begin).starts_with(kByteOrderMark)) {
-            line.begin += kByteOrderMark.size();
+        while (line.begin < line.end) {
+            if (text_[line.begin] == '\0') {
+                ++line.begin;
+            } else if (text_.substr(line.begin).starts_with(kByteOrderMark)) {
+                line.begin += kByteOrderMark.size();
+            } else {
+                break;
+            }
         }
         return line;
     }
 
     void readOutside(const Line& line)
     {
-        const auto unmarked = withoutMarks(line);
-        if (isBegin(unmarked)) {
-            beginCard(unmarked.begin);
+        const auto bare = withoutPadding(line);
+        if (isBegin(bare)) {
+            beginCard(bare.begin);
         }
     }
 
@@ -103,9 +110,9 @@ private:
             expectsAgentCard_ = false;
             break;
         case Delimiter::None:
-            if (text.starts_with(kByteOrderMark) && isBegin(withoutMarks(line))) {
+            if (const auto bare = withoutPadding(line); bare.begin != line.begin && isBegin(bare)) {
                 // Another file begins here, so the card is not that of an AGENT.
-                beginCardInstead(withoutMarks(line).begin);
+                beginCardInstead(bare.begin);
             } else {
                 readProperty(line);
             }
@@ -214,7 +221,7 @@ private:
     /// indented END hides nobody; it is text unless the version says otherwise.
     bool breaksOffAt(const Line& line) const
     {
-        return isBegin(withoutMarks(line)) ||
+        return isBegin(withoutPadding(line)) ||
                (!isContinuation(line) && delimiterOf(content(line)) == Delimiter::End);
     }
 

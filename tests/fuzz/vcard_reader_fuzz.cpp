@@ -48,11 +48,13 @@ std::vector<std::string_view> linesOf(std::string_view text)
 /// Whether the line is BEGIN:VCARD, in any case and with blanks around either word.
 bool isBeginLine(std::string_view line)
 {
-    while (line.starts_with("\xEF\xBB\xBF")) {
-        line.remove_prefix(3);
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    while (line.starts_with(kByteOrderMark) || line.starts_with('\0')) {
+        line.remove_prefix(line.front() == '\0' ? 1 : kByteOrderMark.size());
     }
-    const auto colon = std::min(line.find(':'), line.size() - 1);
-    return equalsIgnoringCase(trimmed(line.substr(0, colon)), "BEGIN") &&
+    const auto colon = line.find(':');
+    return colon != std::string_view::npos &&
+           equalsIgnoringCase(trimmed(line.substr(0, colon)), "BEGIN") &&
            equalsIgnoringCase(trimmed(line.substr(colon + 1)), "VCARD");
 }
 

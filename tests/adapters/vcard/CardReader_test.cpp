@@ -60,6 +60,20 @@ TEST(CardReader, StartsANewCardAtABeginAfterAByteOrderMark)
     }
 }
 
+TEST(CardReader, FindsACardAfterZeroBytes)
+{
+    // A crash can leave zero bytes where a program was writing.
+    const std::string zeros(3, '\0');
+    const ReadText text(zeros + named("Ann") + zeros + "\n" + zeros + named("Ben"));
+    EXPECT_EQ(text.firstNames(), (Texts{"Ann", "Ben"}));
+    EXPECT_EQ(text.card(0), named("Ann"));
+
+    const ReadText broken("BEGIN:VCARD\nVERSION:3.0\nN:;Lost\n" + zeros + named("Ann"));
+    EXPECT_EQ(broken.firstNames(), Texts{"Ann"});
+    EXPECT_EQ(broken.card(0), named("Ann"));
+    EXPECT_EQ(broken.cards().skipped, std::vector<std::size_t>{0});
+}
+
 TEST(CardReader, SkipsACardWithoutProperties)
 {
     EXPECT_EQ(ReadText("BEGIN:VCARD\nEND:VCARD\n").cards().skipped.size(), 1U);
