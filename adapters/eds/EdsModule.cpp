@@ -3,9 +3,12 @@
 #include "adapters/eds/ContactService.h"
 #include "adapters/eds/ModuleEntry.h"
 #include "platform/PlatformError.h"
+#include "text/DisplayText.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -14,12 +17,14 @@ namespace dunmora {
 
 namespace {
 
+constexpr auto kProgram = "/proc/self/exe";
+
 /// The plug-in, which is in the program's folder; empty when it is not installed. The current
 /// folder is never searched.
 std::filesystem::path moduleFile()
 {
     std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    const auto program = std::filesystem::read_symlink(kProgram, error);
     const auto file = program.parent_path() / kEdsModuleFile;
     return file.is_absolute() && std::filesystem::exists(file, error) ? file
                                                                       : std::filesystem::path();
@@ -30,7 +35,43 @@ std::filesystem::path moduleFile()
     throw PlatformError("The desktop's address books cannot be opened: " + reason);
 }
 
+[[noreturn]] void refuse(const std::filesystem::path& path, const std::string& reason)
+{
+    fail("Dunmora's module for them is not loaded, because " + quotedPath(path) + " " + reason +
+         ".");
+}
+
+struct stat statusOf(const std::filesystem::path& path)
+{
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0) {
+        refuse(path, "cannot be checked: " + std::generic_category().message(errno));
+    }
+    return status;
+}
+
 }  // namespace
+
+void checkModule(const std::filesystem::path& module, const std::filesystem::path& program)
+{
+    struct stat own {};
+    if (stat(program.c_str(), &own) != 0) {
+        refuse(program, "cannot be checked: " + std::generic_category().message(errno));
+    }
+    for (const auto& path : {module.parent_path(), module}) {
+        const auto status = statusOf(path);
+        if (path == module && !S_ISREG(status.st_mode)) {
+            refuse(path, "is not a file");
+        }
+        if (status.st_uid != 0 && status.st_uid != own.st_uid) {
+            refuse(path, "belongs to another user");
+        }
+        const bool isOwnGroup = status.st_gid == own.st_gid && (own.st_mode & S_IWGRP) != 0;
+        if ((status.st_mode & S_IWOTH) != 0 || ((status.st_mode & S_IWGRP) != 0 && !isOwnGroup)) {
+            refuse(path, "can be changed by other users");
+        }
+    }
+}
 
 bool hasContactModule()
 {
@@ -43,6 +84,7 @@ std::unique_ptr<ContactService> loadContactService()
     if (file.empty()) {
         fail("Dunmora's module for them, " + std::string(kEdsModuleFile) + ", is not installed.");
     }
+    checkModule(file, kProgram);
     // The libraries behind it register types for as long as the process lives.
     void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     void* const entry = module != nullptr ? dlsym(module, kEdsModuleEntry) : nullptr;

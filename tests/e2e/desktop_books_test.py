@@ -147,6 +147,22 @@ class TerminalTest(BooksCase):
             self.assertEqual(run.stderr, "dunmora-cli: The desktop's address books cannot be opened: Dunmora's module "
                                          f"for them, {MODULE}, is not installed.\n")
 
+    def test_loads_no_module_that_other_users_can_change(self):
+        folder = self.home / "bin"
+        folder.mkdir()
+        program = folder / "dunmora-cli"
+        shutil.copy(self.terminal_program, program)
+        shutil.copy(pathlib.Path(self.terminal_program).with_name(MODULE), folder)
+        self.assertEqual(self.run_cli("books", program=program).returncode, 0)
+
+        folder.chmod(0o777)
+
+        for arguments in (["list", "eds:"], ["books"]):
+            run = self.run_cli(*arguments, program=program)
+            self.assertEqual((run.returncode, run.stdout), (1, ""))
+            self.assertEqual(run.stderr, "dunmora-cli: The desktop's address books cannot be opened: Dunmora's module "
+                                         f"for them is not loaded, because “{folder}” can be changed by other users.\n")
+
 
 class WithoutServiceTest(BooksCase):
     """On a desktop without the service."""
