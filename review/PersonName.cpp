@@ -13,9 +13,17 @@ std::string personName(const ContactRecord& contact)
     // Line breaks and directional formatting are blank, too.
     const auto visible = [&](std::string_view key) {
         const auto text = contact.text(key);
-        return trimmed(windowText(text)).empty() ? std::string_view() : trimmed(text);
+        const auto shown = shownPart(text);
+        if (trimmed(windowText(shown)).empty()) {
+            return std::string();
+        }
+        auto part = std::string(trimmed(shown));
+        if (shown.size() < text.size()) {
+            part += kEllipsis;
+        }
+        return part;
     };
-    std::string name(visible(kContactFirstName));
+    auto name = visible(kContactFirstName);
     const auto last = visible(kContactLastName);
     name += name.empty() || last.empty() ? "" : " ";
     name += last;

@@ -7,8 +7,8 @@ namespace dunmora {
 class ContactRecord;
 
 /// What to call a person: "Ann Lee", else the first of the nickname and the phone numbers that is
-/// not blank, else "". It contains the characters of the address book, so it is not safe to display
-/// yet.
+/// not blank, else "". Of each text it contains what a cell shows (`shownPart`), in the characters
+/// of the address book, so it is not safe to display yet.
 ///
 /// When it is empty, each program chooses the words: the terminal program shows the uid, which its
 /// commands accept; the windows, which show no uid anywhere, say "no name".

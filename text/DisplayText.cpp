@@ -94,6 +94,23 @@ bool isPlainAscii(std::string_view text)
     return std::all_of(text.begin(), text.end(), kIsPlain);
 }
 
+std::string_view shownPart(std::string_view text, std::size_t maxBytes)
+{
+    if (text.size() <= maxBytes) {
+        return text;
+    }
+    constexpr auto kContinues = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+    };
+    constexpr std::size_t kMaxContinuations = 3;
+    auto length = maxBytes;
+    for (std::size_t back = 0; back < kMaxContinuations && length > 0 && kContinues(text[length]);
+         ++back) {
+        --length;
+    }
+    return text.substr(0, length);
+}
+
 void appendDisplayText(std::string& out, std::string_view text)
 {
     appendReplaced(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -34,6 +35,17 @@ DisplayEffect displayEffect(char32_t codePoint);
 /// Whether the text consists of printable ASCII characters and spaces only, so that it is safe as
 /// it is and every byte takes one column.
 bool isPlainAscii(std::string_view text);
+
+/// More than any cell, tool tip or name needs to show. Drawing a longer text, or reading it aloud,
+/// would stall a program.
+inline constexpr std::size_t kMaxShownBytes = 1024;
+
+/// Follows the shown part of a text that was cut.
+inline constexpr std::string_view kEllipsis = "\u2026";
+
+/// The longest beginning of at most `maxBytes` bytes that does not split a character of valid
+/// UTF-8.
+std::string_view shownPart(std::string_view text, std::size_t maxBytes = kMaxShownBytes);
 
 /// Appends the text with the C0 controls and DEL replaced by their pictures (U+2400 and following).
 /// C1 controls, line separators, directional marks and formatting, hidden characters and bytes that

@@ -21,9 +21,9 @@ bool NamePrefix::begins(std::string_view name) const
     if (isAscii_ && isPlainAscii(beginning)) {
         return equalsIgnoringCase(beginning, folded_);
     }
-    // Folding may change the number of letters.
+    // Folding may change the number of letters, but nobody types more of them than a cell shows.
     std::string folded;
-    appendFolded(folded, name, folding_);
+    appendFolded(folded, shownPart(name), folding_);
     return folded.starts_with(folded_);
 }
 

@@ -12,6 +12,7 @@
 #include "ui/NamePrefix.h"
 
 #include <array>
+#include <cstddef>
 #include <utility>
 
 namespace dunmora {
@@ -28,6 +29,9 @@ constexpr Kind kindOf(const ContactField& field)
     return field.key == kContactFirstName || field.key == kContactLastName ? Kind::WideText
                                                                            : Kind::Text;
 }
+
+/// What follows a name must be read aloud, too.
+constexpr std::size_t kMaxSpokenBytes = kMaxShownBytes / 2;
 
 /// Every contact field but the uid, the check box first.
 constexpr auto kColumns = [] {
@@ -112,7 +116,12 @@ std::span<const TableColumn> reviewColumns()
 
 std::string accessibleText(const ContactRecord& contact, std::string_view warning)
 {
-    auto text = windowText(personName(contact));
+    const auto name = personName(contact);
+    const auto shown = shownPart(name, kMaxSpokenBytes);
+    auto text = windowText(shown);
+    if (shown.size() < name.size()) {
+        text += kEllipsis;
+    }
     if (text.empty()) {
         // The windows show no uid anywhere.
         text = "no name";

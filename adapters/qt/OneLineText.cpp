@@ -1,41 +1,17 @@
 #include "adapters/qt/OneLineText.h"
 
-#include "text/DisplayText.h"
+#include <string>
 
 namespace dunmora {
 
-namespace {
-
-constexpr char16_t kEllipsis = u'\u2026';
-
-/// The longest prefix of at most `maxBytes` bytes that does not split a character of valid UTF-8.
-std::string_view beginning(std::string_view utf8, std::size_t maxBytes)
-{
-    constexpr auto kContinues = [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-    };
-    constexpr std::size_t kMaxContinuations = 3;
-    auto length = maxBytes;
-    for (std::size_t back = 0; back < kMaxContinuations && length > 0 && kContinues(utf8[length]);
-         ++back) {
-        --length;
-    }
-    return utf8.substr(0, length);
-}
-
-}  // namespace
-
 QString oneLineText(std::string_view utf8, std::size_t maxBytes)
 {
-    const bool isCut = utf8.size() > maxBytes;
-    if (isCut) {
-        utf8 = beginning(utf8, maxBytes);
-    }
-    auto text = QString::fromStdString(windowText(utf8));
-    if (isCut) {
+    const auto shown = shownPart(utf8, maxBytes);
+    auto text = windowText(shown);
+    if (shown.size() < utf8.size()) {
         text += kEllipsis;
     }
-    return text;
+    return QString::fromStdString(text);
 }
 
 QString toolTipText(const QStringList& paragraphs)

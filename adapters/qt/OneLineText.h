@@ -1,15 +1,14 @@
 #pragma once
 
+#include "text/DisplayText.h"
+
 #include <QString>
 #include <QStringList>
 
-#include <limits>
+#include <cstddef>
 #include <string_view>
 
 namespace dunmora {
-
-/// More than any cell or tool tip can show.
-constexpr std::size_t kMaxShownBytes = 1024;
 
 /// Returns the text as one line that is safe to draw (`windowText`). A text longer than `maxBytes`
 /// is cut between two characters and ends with an ellipsis.

@@ -34,7 +34,8 @@ constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kRed = "\x1b[31m";
 constexpr std::string_view kNormal = "\x1b[0m";
 
-/// The cell's text, safe to display: a view of the record or of `buffer`, which is overwritten.
+/// The cell's text, cut and safe to display: a view of the record or of `buffer`, which is
+/// overwritten.
 std::string_view cellText(const ContactRecord& record, const ContactField& field,
                           std::string& buffer)
 {
@@ -46,10 +47,15 @@ std::string_view cellText(const ContactRecord& record, const ContactField& field
         return buffer;
     }
     const auto text = record.text(field.key);
-    if (isPlainAscii(text)) {
+    const auto shown = shownPart(text);
+    const bool isCut = shown.size() < text.size();
+    if (!isCut && isPlainAscii(text)) {
         return text;
     }
-    appendDisplayText(buffer, text);
+    appendDisplayText(buffer, shown);
+    if (isCut) {
+        buffer += kEllipsis;
+    }
     return buffer;
 }
 

@@ -1,6 +1,7 @@
 #include "review/PersonName.h"
 
 #include "engine/ContactRecord.h"
+#include "text/DisplayText.h"
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,16 @@ TEST(PersonName, IgnoresTextsThatShowNothing)
     EXPECT_EQ(nameOf({{kContactFirstName, " \n"}, {kContactMobile, "3"}}), "3");
     EXPECT_EQ(nameOf({{kContactFirstName, "\u202E\u202C"}, {kContactNickname, "Annie"}}), "Annie");
     EXPECT_EQ(nameOf({{kContactFirstName, " Ann "}, {kContactLastName, "\tLee"}}), "Ann Lee");
+}
+
+TEST(PersonName, IsBounded)
+{
+    const std::string megabyte(1'000'000, 'x');
+    const auto cut = std::string(kMaxShownBytes, 'x') + "…";
+
+    EXPECT_EQ(nameOf({{kContactFirstName, megabyte}, {kContactLastName, megabyte}}),
+              cut + " " + cut);
+    EXPECT_EQ(nameOf({{kContactHome, megabyte}}), cut);
 }
 
 TEST(PersonName, IsNeverTheUid)

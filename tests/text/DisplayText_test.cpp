@@ -157,6 +157,23 @@ TEST(WindowText, DropsDirectionalFormatting)
     EXPECT_EQ(windowText("a\u202Eb\u2066c"), "abc");
 }
 
+TEST(ShownPart, IsTheWholeOfAnOrdinaryText)
+{
+    EXPECT_EQ(shownPart(""), "");
+    EXPECT_EQ(shownPart("abcd", 4), "abcd");
+    EXPECT_EQ(shownPart(std::string(kMaxShownBytes, 'x')).size(), kMaxShownBytes);
+}
+
+TEST(ShownPart, EndsBetweenCharacters)
+{
+    EXPECT_EQ(shownPart("abcdef", 4), "abcd");
+    EXPECT_EQ(shownPart("abc\u00EBd", 4), "abc");
+    EXPECT_EQ(shownPart("abc\u00EBd", 5), "abc\u00EB");
+    EXPECT_EQ(shownPart("a\U0001F600", 4), "a");
+    EXPECT_EQ(shownPart(std::string(10, '\x80'), 5).size(), 2U);
+    EXPECT_EQ(shownPart(std::string(1'000'000, 'x')).size(), kMaxShownBytes);
+}
+
 TEST(Quoted, PutsTheSafeTextInQuotationMarks)
 {
     EXPECT_EQ(quotedText("Ann\n"), "“Ann␊”");

@@ -4,6 +4,7 @@
 #include "engine/ContactsParser.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/People.h"
+#include "text/DisplayText.h"
 
 #include <limits>
 
@@ -168,6 +169,16 @@ TEST(AccessibleText, EndsWithTheWarning)
 TEST(AccessibleText, NamesThePersonByAnotherTextInOneLine)
 {
     EXPECT_EQ(accessibleText(contact({{kContactNickname, "An\nnie"}}), ""), "An nie, kept");
+}
+
+TEST(AccessibleText, CutsALongNameButNotWhatFollows)
+{
+    const std::string megabyte(1'000'000, 'x');
+    const auto text = accessibleText(
+        contact({{kContactFirstName, megabyte}, {kContactLastName, megabyte}}), "Look again.");
+
+    EXPECT_EQ(text, std::string(kMaxShownBytes / 2, 'x') + "…, kept. Look again.");
+    EXPECT_LT(text.size(), kMaxShownBytes);
 }
 
 TEST(AccessibleCellText, NamesTheColumnAndWhatTheCellShows)

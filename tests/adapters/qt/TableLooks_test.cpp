@@ -1,4 +1,5 @@
 #include "tests/adapters/qt/TableWindow.h"
+#include "text/DisplayText.h"
 
 #include <gtest/gtest.h>
 
@@ -210,6 +211,29 @@ TEST(TableLooks, ATipShowsATextThatItsCellCuts)
 
     EXPECT_EQ(QToolTip::text(),
               QStringLiteral("<qt><p>&lt;i&gt;%1</p></qt>").arg(QString(300, u'm')));
+    QToolTip::hideText();
+}
+
+TEST(TableLooks, AMegabyteInACellIsDrawnAndReadInPart)
+{
+    TableWindow shown(2);
+    const std::string megabyte(1'000'000, 'm');
+    shown.rows.rows[0].texts["fname"] = megabyte;
+    shown.rows.rows[0].style.warning = {RowStyle::Warning::Sign::Loss, megabyte};
+    shown.rows.rows[0].style.accessibleText = megabyte;
+    constexpr qsizetype kMost{2 * kMaxShownBytes};
+    shown.draw();
+
+    for (const auto column : {kCheck, kFirstName}) {
+        for (const auto role : {Qt::DisplayRole, Qt::ToolTipRole, Qt::AccessibleTextRole,
+                                Qt::AccessibleDescriptionRole}) {
+            EXPECT_LE(shown.index(0, column).data(role).toString().size(), kMost) << role;
+        }
+    }
+    const auto cell = shown.widget.visualRect(shown.index(0, kFirstName)).center();
+    QHelpEvent help(QEvent::ToolTip, cell, shown.widget.viewport()->mapToGlobal(cell));
+    QCoreApplication::sendEvent(shown.widget.viewport(), &help);
+    EXPECT_LE(QToolTip::text().size(), 2 * kMost);
     QToolTip::hideText();
 }
 

@@ -201,7 +201,7 @@ TEST_F(ListTest, AlignsWideAndCombiningCharacters)
 
 TEST_F(ListTest, LetsAVeryLongNameOverflowItsColumn)
 {
-    const std::string endless(5000, 'a');
+    const std::string endless(1000, 'a');
     bookHolds({named("1", endless, "Li"), named("2", endless, "Li"), named("3", "Ann"),
                named("4", "Ann")});
 
@@ -209,6 +209,22 @@ TEST_F(ListTest, LetsAVeryLongNameOverflowItsColumn)
 
     EXPECT_NE(out().find("]  " + endless + "  Li  "), std::string::npos);
     EXPECT_NE(out().find("]  Ann" + std::string(37 + 2, ' ') + "Lee  "), std::string::npos);
+}
+
+TEST_F(ListTest, CutsAnEndlessNameInATableOnly)
+{
+    const std::string endless(1'000'000, 'a');
+    bookHolds({named("1", endless, "Li"), named("2", endless, "Li")});
+
+    run({"list", "book.vcf", "--quiet"});
+    EXPECT_NE(out().find("]  " + std::string(1024, 'a') + "…  Li  "), std::string::npos);
+    EXPECT_LT(out().size(), 5000U);
+
+    for (const std::string format : {"json", "csv"}) {
+        out_.str("");
+        run({"list", "book.vcf", "--quiet", "--format", format});
+        EXPECT_NE(out().find(endless), std::string::npos) << format;
+    }
 }
 
 TEST_F(ListTest, NeverShowsAControlCharacterInATable)
