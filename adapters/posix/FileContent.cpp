@@ -56,7 +56,7 @@ FileContent readFile(const Descriptor& file, const std::filesystem::path& path,
             capacity *= 2;
         }
     }
-    return {identityOf(status), FileBytes(std::move(bytes), size)};
+    return {identityOf(status), status.st_nlink, FileBytes(std::move(bytes), size)};
 }
 
 }  // namespace dunmora

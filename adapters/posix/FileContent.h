@@ -13,6 +13,8 @@ namespace dunmora {
 /// A file as it was read.
 struct FileContent {
     FileIdentity identity;
+    /// How many hard links it has.
+    std::uintmax_t links = 0;
     FileBytes bytes;
 };
 

@@ -7,6 +7,7 @@
 #include "adapters/vcard/BookChanges.h"
 #include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardFolder.h"
+#include "adapters/vcard/HardLinks.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
@@ -80,15 +81,19 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
     }
     for (std::size_t i = 0; i < files_.size(); ++i) {
         readCards(i);
+        if (auto remark = hardLinkRemark(files_[i].names(), links_[i]); !remark.empty()) {
+            notes_.remarks.push_back(std::move(remark));
+        }
     }
 }
 
 void VCardBook::readFileAt(const std::filesystem::path& path, std::uintmax_t largest)
 {
-    auto [identity, bytes] = readFile(path, largest);
+    auto [identity, links, bytes] = readFile(path, largest);
     const auto [known, isNew] = filesByIdentity_.try_emplace(identity, files_.size());
     if (isNew) {
         files_.emplace_back(path, std::move(bytes));
+        links_.push_back(links);
     } else {
         files_[known->second].addName(path);
     }

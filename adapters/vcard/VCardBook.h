@@ -71,6 +71,8 @@ private:
     bool isFolder_ = false;
     ReadingNotes notes_;
     std::vector<CardFile> files_;
+    // The number of hard links of each file.
+    std::vector<std::uintmax_t> links_;
     std::map<FileIdentity, std::size_t> filesByIdentity_;
     // With the files, these own the texts that the people refer to.
     CardReader reader_;

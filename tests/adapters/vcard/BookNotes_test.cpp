@@ -118,6 +118,47 @@ TEST_F(BookNotesTest, NameWhatWasSkippedInAFolder)
     EXPECT_EQ(uidsIn(folder()), (std::vector<std::string>{"c"}));
 }
 
+TEST_F(BookNotesTest, NameAFileWithHardLinksOutsideTheBook)
+{
+    write(file(), card("a"));
+    std::filesystem::create_hard_link(file(), folder() / "copy");
+    EXPECT_EQ(notesOf(file()).remarks,
+              Remarks{about(file(), "has another hard link outside this address book. People "
+                                    "deleted here stay in it.")});
+
+    std::filesystem::create_hard_link(file(), folder() / "copy.vcf");
+    EXPECT_EQ(notesOf(file()).remarks,
+              Remarks{about(file(), "has 2 other hard links outside this address book. People "
+                                    "deleted here stay in them.")});
+    // In the folder, two of the three names are the book's.
+    EXPECT_EQ(notesOf(folder()).remarks,
+              Remarks{about(file(), "has another hard link outside this address book. People "
+                                    "deleted here stay in it.")});
+}
+
+TEST_F(BookNotesTest, AreEmptyWhenEveryHardLinkIsTheBooks)
+{
+    write(file(), card("a"));
+    std::filesystem::create_hard_link(file(), folder() / "copy.vcf");
+
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks());
+}
+
+TEST_F(BookNotesTest, DoNotCountSymbolicLinks)
+{
+    const TemporaryFolder elsewhere;
+    write(elsewhere.path() / "target", card("a"));
+    std::filesystem::create_symlink(elsewhere.path() / "target", folder() / "a.vcf");
+    std::filesystem::create_symlink(elsewhere.path() / "target", folder() / "b.vcf");
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks());
+
+    // Two symbolic links are no second hard link.
+    std::filesystem::create_hard_link(elsewhere.path() / "target", elsewhere.path() / "other");
+    EXPECT_EQ(notesOf(folder()).remarks,
+              Remarks{about(folder() / "a.vcf", "has another hard link outside this address book. "
+                                                "People deleted here stay in it.")});
+}
+
 TEST_F(BookNotesTest, DescribeTheLastReadingOnly)
 {
     write(file(), open_);
