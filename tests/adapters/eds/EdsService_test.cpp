@@ -504,6 +504,18 @@ TEST_F(EdsServiceTest, ReadsAndDeletesTenThousandPeopleWithinSeconds)
     RecordProperty("deleting", std::to_string(deleting));
 }
 
+TEST_F(EdsServiceTest, RemovesFewPeopleAtOnce)
+{
+    // The more people one call removes, the longer an edit can slip in between check and removal.
+    const auto service = loadContactService();
+    service->books();
+
+    const auto batchSize = service->read({uid_}).at(0).batchSize;
+
+    EXPECT_GT(batchSize, 1U);
+    EXPECT_LE(batchSize, 20U);
+}
+
 TEST_F(EdsServiceTest, ReturnsTheCardsByteForByte)
 {
     holds({"ann", "ben"});
