@@ -1,0 +1,27 @@
+#include "adapters/posix/FileExchange.h"
+
+#include <cstdio>
+
+namespace dunmora {
+
+bool exchangeFiles(const std::filesystem::path& one, const std::filesystem::path& other)
+{
+    return renamex_np(one.c_str(), other.c_str(), RENAME_SWAP) == 0;
+}
+
+bool renameToNewName(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    return renamex_np(from.c_str(), to.c_str(), RENAME_EXCL) == 0;
+}
+
+WriterWatch::Lease WriterWatch::takeLease(int /*file*/)
+{
+    return Lease::Unavailable;
+}
+
+bool WriterWatch::hasWriter() const
+{
+    return lease_ == Lease::Refused;
+}
+
+}  // namespace dunmora
