@@ -1,0 +1,44 @@
+#pragma once
+
+#include "adapters/posix/FileIdentity.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace dunmora {
+
+/// The hidden name beside a file that its new content has before it is exchanged with the file, and
+/// the old content afterwards: `.dunmora-DEVICE-INODE-NUMBER-NAME`.
+///
+/// Device and inode are those of the new file. After a crash they tell whether the exchange took
+/// place: if it did, the file under this name is another one. The device is included because files
+/// of one folder can have the same inode number where file systems are stacked.
+struct TemporaryName {
+    /// The device and inode 0 when the file was to be removed and nothing takes its place.
+    FileIdentity newFile;
+    /// The name of the file that is changed, without the end of a long one.
+    std::string fileName;
+
+    /// Nothing when it is another kind of name.
+    static std::optional<TemporaryName> parsed(std::string_view name);
+
+    /// Whether it can be the temporary name of a file with this name.
+    bool belongsTo(std::string_view name) const;
+};
+
+/// The start of every temporary name.
+inline constexpr std::string_view kTemporaryPrefix = ".dunmora-";
+/// The start of the name of a new file that is still empty. It becomes a temporary name at once.
+inline constexpr std::string_view kNewFilePrefix = ".dunmora-new-";
+
+/// Numbers begin at 1; so many leftovers of one file are avoided before giving up.
+inline constexpr unsigned kMaximalTemporaryNumber = 1000;
+
+/// The temporary path beside `target`. `number` distinguishes it from files that are left from
+/// earlier changes.
+std::filesystem::path temporaryPath(const std::filesystem::path& target, FileIdentity newFile,
+                                    unsigned number);
+
+}  // namespace dunmora
