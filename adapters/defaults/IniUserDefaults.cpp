@@ -1,6 +1,6 @@
 #include "adapters/defaults/IniUserDefaults.h"
 
-#include "adapters/posix/Descriptor.h"
+#include "adapters/posix/FileChanges.h"
 #include "adapters/posix/FileContent.h"
 #include "adapters/posix/FileReplacement.h"
 #include "adapters/posix/LockedFile.h"
@@ -135,19 +135,18 @@ void IniUserDefaults::save()
         return;
     }
     auto file = LockedFile::openOrCreate(file_, LockedFile::tryAgainFor(lockTimeout_));
-    auto document = parse(file.content(), file_);
+    const auto content = file.content();
+    file.expectContent({content.view()});
+    auto document = parse(content, file_);
     bool hasChanged = false;
     for (const auto& [key, value] : unsaved_) {
         hasChanged = document.set(key, value) || hasChanged;
     }
     if (hasChanged) {
         const auto text = document.text();
-        FileReplacement replacement(std::move(file), {text});
-        replacement.commit();
-        for (const auto& path : replacement.done()) {
-            // When this fails, a power failure can only bring back the old preferences.
-            syncFolder(path.parent_path());
-        }
+        FileChanges changes;
+        changes.add(std::make_unique<FileReplacement>(std::move(file), Pieces{text}), file_);
+        changes.commit([](std::size_t /*index*/) {});
     }
     unsaved_.clear();
 }

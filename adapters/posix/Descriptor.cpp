@@ -53,6 +53,15 @@ Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode)
     return file;
 }
 
+bool canOpenFiles(std::size_t count)
+{
+    const auto allows = [&] {
+        rlimit limit{};
+        return getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur >= count;
+    };
+    return allows() || (raiseDescriptorLimit() && allows());
+}
+
 Pipe openPipe()
 {
     std::array<int, 2> ends{-1, -1};

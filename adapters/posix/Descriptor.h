@@ -43,6 +43,9 @@ auto uninterrupted(const Call& call)
 /// again. Repeats it after EINTR. Errors: a descriptor that is not open, and errno.
 Descriptor openFile(const std::filesystem::path& path, int flags, mode_t mode = 0);
 
+/// Whether the limit of open files allows this many, or has been raised so that it does.
+bool canOpenFiles(std::size_t count);
+
 /// A pipe: bytes written to `in` are read from `out`.
 struct Pipe {
     Descriptor out;

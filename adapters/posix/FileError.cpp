@@ -11,19 +11,23 @@ namespace dunmora {
 
 void throwFileError(const std::filesystem::path& path, std::string_view what, int error)
 {
-    throwFileError(path, what, error, {});
+    throw PlatformError(quotedPath(path) + " " + std::string(what) + ": " +
+                        std::generic_category().message(error) + ".");
 }
 
-void throwFileError(const std::filesystem::path& path, std::string_view what, int error,
-                    const std::vector<std::filesystem::path>& done)
+std::string couldNotBeRestored(const std::filesystem::path& path,
+                               const std::filesystem::path& temporary, int error)
 {
-    std::string names;
-    for (const auto& name : done) {
-        names += (names.empty() ? "" : ", ") + quotedPath(name);
+    return quotedPath(path) + " could not be restored: " + std::generic_category().message(error) +
+           ". As it was before, it is in " + quotedPath(temporary) + ".";
+}
+
+void appendSentences(std::string& message, std::string_view sentences)
+{
+    if (!message.empty() && !sentences.empty()) {
+        message += ' ';
     }
-    throw PlatformError(
-        quotedPath(path) + " " + std::string(what) + ": " + std::generic_category().message(error) +
-        "." + (done.empty() ? "" : " Already done for the same file under: " + names + "."));
+    message += sentences;
 }
 
 struct stat statusOf(const Descriptor& file, const std::filesystem::path& path)

@@ -3,8 +3,8 @@
 #include "adapters/posix/Descriptor.h"
 
 #include <filesystem>
+#include <string>
 #include <string_view>
-#include <vector>
 
 #include <sys/stat.h>
 
@@ -21,9 +21,12 @@ inline constexpr std::string_view kCannotBeRemoved = "cannot be removed";
 [[noreturn]] void throwFileError(const std::filesystem::path& path, std::string_view what,
                                  int error);
 
-/// Also lists the other names of the file for which the same operation has succeeded.
-[[noreturn]] void throwFileError(const std::filesystem::path& path, std::string_view what,
-                                 int error, const std::vector<std::filesystem::path>& done);
+/// A sentence about a file that could not be put back in its place.
+std::string couldNotBeRestored(const std::filesystem::path& path,
+                               const std::filesystem::path& temporary, int error);
+
+/// Appends sentences to a message, with a blank between them. Either may be empty.
+void appendSentences(std::string& message, std::string_view sentences);
 
 /// Calls fstat(2). Errors: PlatformError about `path`.
 struct stat statusOf(const Descriptor& file, const std::filesystem::path& path);

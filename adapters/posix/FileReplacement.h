@@ -1,46 +1,63 @@
 #pragma once
 
-#include "adapters/posix/Descriptor.h"
+#include "adapters/posix/DisplacedFile.h"
+#include "adapters/posix/FileBytes.h"
 #include "adapters/posix/FileChange.h"
 #include "adapters/posix/LockedFile.h"
+#include "adapters/posix/OpenFiles.h"
 #include "adapters/posix/Pieces.h"
-#include "adapters/posix/UnfinishedFile.h"
+#include "adapters/posix/PreparedFile.h"
 
 #include <filesystem>
-#include <optional>
-#include <string_view>
+#include <string>
 #include <vector>
 
 namespace dunmora {
 
 /// Replaces the content of a locked file: after a crash, a full disk or a power failure each name
-/// of the file has the old content or the new one.
+/// of the file has the old content or the new one. Both files are exchanged in one step
+/// (renameat2(2), RENAME_EXCHANGE); where the file system cannot do that, the new file is renamed
+/// over the old one, which cannot be checked or reverted afterwards.
 class FileReplacement final : public FileChange {
 public:
-    /// Writes the content to a new file with the same owner, mode and extended attributes, and
-    /// flushes it to disk. The new file has no name where the system supports that (O_TMPFILE), so
-    /// that a killed process leaves nothing behind.
-    FileReplacement(LockedFile file, const Pieces& content);
+    /// Writes the content to a `PreparedFile`. The content must stay valid.
+    FileReplacement(LockedFile file, Pieces content);
+
+    /// Reads back the content that has been prepared.
+    FileBytes newContent() const { return newFile_.content(); }
+
+    /// Closes both files until they are needed. A `LockedFolder` must protect them.
+    void closeFiles();
 
     void checkUnchanged() const override { file_.checkUnchanged(); }
-    /// Renames the new file over the old one.
-    void commit() override;
-    const std::vector<std::filesystem::path>& done() const override { return done_; }
+    void apply() override;
+    void checkOldFile() override;
+    void checkOldFileAgain() const override;
+    std::string finish() override;
+    std::string revert() override;
+    std::vector<std::filesystem::path> changedPaths() const override;
+    std::vector<std::filesystem::path> folders() const override;
 
 private:
-    void createFile();
-    void copyMetadata() const;
-    void replace(const std::filesystem::path& target);
-    const Descriptor& newFile() const;
-    std::filesystem::path besideTarget(const std::filesystem::path& target,
-                                       std::string_view suffix) const;
-    [[noreturn]] void fail(const std::filesystem::path& target, int error) const;
+    enum class State { Prepared, Exchanged, Replaced };
+
+    /// One name of the file, and the temporary name beside it.
+    struct Place {
+        std::filesystem::path target;
+        std::filesystem::path temporary;
+        State state = State::Prepared;
+    };
+
+    void nameNewFile();
+    void put(Place& place);
+    std::string putBack(Place& place);
 
     LockedFile file_;
-    std::vector<std::filesystem::path> done_;
-    // The new file: without a name, or with one where the system does not support that.
-    Descriptor nameless_;
-    std::optional<UnfinishedFile> named_;
+    Pieces content_;
+    PreparedFile newFile_;
+    OpenFiles openFiles_ = OpenFiles::Keep;
+    std::vector<Place> places_;
+    DisplacedFile old_;
 };
 
 }  // namespace dunmora

@@ -1,7 +1,7 @@
 #include "adapters/posix/LockedFile.h"
 
+#include "adapters/posix/FileComparison.h"
 #include "adapters/posix/FileContent.h"
-#include "adapters/posix/FileCopy.h"
 #include "adapters/posix/FileError.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
@@ -13,8 +13,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstddef>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <system_error>
@@ -28,12 +26,6 @@ namespace {
 /// Between two attempts to lock a file.
 constexpr std::chrono::milliseconds kPause(2);
 
-[[noreturn]] void throwChanged(const std::filesystem::path& path)
-{
-    throw PlatformError(quotedPath(path) + " has changed since it was read. " +
-                        std::string(kReloadAndTryAgain));
-}
-
 /// Root can write a file without write permission; a user who removed the permission still meant
 /// it.
 void checkWriteBits(const struct stat& status, const std::filesystem::path& path)
@@ -41,11 +33,6 @@ void checkWriteBits(const struct stat& status, const std::filesystem::path& path
     if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
         throw PlatformError(quotedPath(path) + " cannot be changed: it is read-only.");
     }
-}
-
-bool sameTime(const timespec& a, const timespec& b)
-{
-    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
 /// The path with all links resolved. Errors: PlatformError about `name`.
@@ -101,23 +88,38 @@ bool isStillAt(const std::filesystem::path& target, const struct stat& status)
                         " cannot be changed: another program has locked it. Try again later.");
 }
 
-/// Returns whether the file could be locked; false when another program has locked it.
-bool lockIfFree(const Descriptor& file, const std::filesystem::path& name)
+/// Locks the file exclusively unless another program has locked it. NFS emulates such a lock with
+/// record locks, which need a descriptor for writing.
+int lockAtOnce(Descriptor& file, const std::filesystem::path& target)
 {
-    if (uninterrupted([&] { return flock(file.number(), LOCK_EX | LOCK_NB); }) == 0) {
+    const auto lock = [&] {
+        return uninterrupted([&] { return flock(file.number(), LOCK_EX | LOCK_NB); });
+    };
+    if (lock() == 0) {
+        return 0;
+    }
+    if (errno != EBADF) {
+        return -1;
+    }
+    auto writable = openFile(target, O_RDWR | O_NOFOLLOW);
+    if (!writable.isOpen()) {
+        return -1;
+    }
+    file = std::move(writable);
+    return lock();
+}
+
+/// Returns whether the file could be locked; false when another program has locked it.
+bool lockIfFree(Descriptor& file, const std::filesystem::path& target,
+                const std::filesystem::path& name)
+{
+    if (lockAtOnce(file, target) == 0) {
         return true;
     }
     if (errno != EWOULDBLOCK) {
         throwFileError(name, "cannot be locked", errno);
     }
     return false;
-}
-
-void lockAtOnce(const Descriptor& file, const std::filesystem::path& name)
-{
-    if (!lockIfFree(file, name)) {
-        throwLocked(name);
-    }
 }
 
 }  // namespace
@@ -127,21 +129,22 @@ LockedFile LockedFile::open(Paths names)
     LockedFile file(std::move(names));
     file.resolveNames();
     const auto& target = file.targets_.front();
-    file.descriptor_ = openFile(target, O_RDWR | O_NOFOLLOW);
+    file.descriptor_ = openFile(target, O_RDONLY | O_NOFOLLOW);
     if (!file.descriptor_.isOpen()) {
-        const int error = errno;
-        struct stat status {};
-        if (error == EACCES && stat(target.c_str(), &status) == 0) {
-            checkWriteBits(status, file.name());
-        }
-        throwFileError(file.name(), kCannotBeChanged, error);
+        throwFileError(file.name(), kCannotBeChanged, errno);
+    }
+    if (!lockIfFree(file.descriptor_, target, file.name())) {
+        throwLocked(file.name());
     }
     file.status_ = statusOf(file.descriptor_, file.name());
     if (!S_ISREG(file.status_.st_mode)) {
         throwChanged(file.name());
     }
     checkWriteBits(file.status_, file.name());
-    lockAtOnce(file.descriptor_, file.name());
+    // A descriptor for writing would make every other one useless for `WriterWatch`.
+    if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
+        throwFileError(file.name(), kCannotBeChanged, errno);
+    }
     file.checkUnchanged();
     return file;
 }
@@ -162,11 +165,11 @@ LockedFile::TryAgain LockedFile::tryAgainFor(std::chrono::milliseconds time)
 void LockedFile::createAndLock(const std::filesystem::path& target,
                                const std::function<void()>& pause)
 {
-    descriptor_ = openFile(target, O_RDWR | O_CREAT | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+    descriptor_ = openFile(target, O_RDONLY | O_CREAT | O_NOFOLLOW, S_IRUSR | S_IWUSR);
     if (!descriptor_.isOpen()) {
         throwFileError(name(), kCannotBeChanged, errno);
     }
-    while (!lockIfFree(descriptor_, name())) {
+    while (!lockIfFree(descriptor_, target, name())) {
         pause();
     }
     status_ = statusOf(descriptor_, name());
@@ -213,45 +216,27 @@ void LockedFile::resolveNames()
 
 FileBytes LockedFile::content() const
 {
-    rewind();
+    if (lseek(descriptor_.number(), 0, SEEK_SET) != 0) {
+        throwFileError(name(), kCannotBeRead, errno);
+    }
     return readFile(descriptor_, name()).bytes;
 }
 
-void LockedFile::checkContent(const Pieces& expected) const
+void LockedFile::expectContent(Pieces expected)
 {
-    constexpr std::size_t kBufferSize = std::size_t(1) << 18U;
-    std::vector<char> buffer(std::clamp<std::size_t>(sizeOf(expected), 1, kBufferSize));
-    const auto read = [&](std::size_t size) {
-        const auto count = readSome(descriptor_, buffer.data(), size);
-        if (count < 0) {
-            throwFileError(name(), kCannotBeRead, errno);
-        }
-        return static_cast<std::size_t>(count);
-    };
-    rewind();
-    for (auto piece : expected) {
-        while (!piece.empty()) {
-            const auto count = read(std::min(piece.size(), buffer.size()));
-            if (count == 0 || std::memcmp(buffer.data(), piece.data(), count) != 0) {
-                throwChanged(name());
-            }
-            piece.remove_prefix(count);
-        }
-    }
-    if (read(1) != 0) {
+    if (!hasContent(descriptor_, expected, name())) {
         throwChanged(name());
     }
+    expected_ = std::move(expected);
 }
 
 void LockedFile::checkUnchanged() const
 {
-    const auto now = statusOf(descriptor_, name());
-    // Unlike the content's time, the time of the last status change cannot be set back.
-    if (now.st_size != status_.st_size || !sameTime(contentTime(now), contentTime(status_)) ||
-        !sameTime(changeTime(now), changeTime(status_)) ||
-        !std::all_of(targets_.begin(), targets_.end(),
-                     [&](const auto& target) { return isStillAt(target, status_); })) {
-        throwChanged(name());
+    for (const auto& target : targets_) {
+        struct stat now {};
+        if (lstat(target.c_str(), &now) != 0 || !isUnchanged(status_, now)) {
+            throwChanged(name());
+        }
     }
 }
 
@@ -262,13 +247,6 @@ void LockedFile::checkFolders(const Paths& paths, std::string_view whatFails) co
             throwFileError(name(), std::string(whatFails) + " because its folder is not writable",
                            errno);
         }
-    }
-}
-
-void LockedFile::rewind() const
-{
-    if (lseek(descriptor_.number(), 0, SEEK_SET) != 0) {
-        throwFileError(name(), kCannotBeRead, errno);
     }
 }
 

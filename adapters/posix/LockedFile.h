@@ -43,8 +43,9 @@ public:
     /// Reads the whole content.
     FileBytes content() const;
 
-    /// Throws unless the content is exactly this.
-    void checkContent(const Pieces& expected) const;
+    /// Throws unless the content is exactly this, and remembers it for a change of the file. It
+    /// must stay valid.
+    void expectContent(Pieces expected);
 
     /// Throws when the file has been changed or replaced since it was locked.
     void checkUnchanged() const;
@@ -60,6 +61,13 @@ public:
     /// The absolute paths of the file itself; several when it has hard links.
     const Paths& targets() const { return targets_; }
 
+    /// The content that was expected last.
+    const Pieces& expected() const { return expected_; }
+
+    /// Closes the file, also the lock; a `LockedFolder` must protect it from now on.
+    void close() { descriptor_ = Descriptor(); }
+
+    /// For reading only, so that another program's descriptors for writing can be noticed.
     const Descriptor& descriptor() const { return descriptor_; }
     /// The status at the time of the lock.
     const struct stat& status() const { return status_; }
@@ -68,11 +76,11 @@ private:
     explicit LockedFile(Paths names) : names_(std::move(names)) {}
     void createAndLock(const std::filesystem::path& target, const std::function<void()>& pause);
     void resolveNames();
-    void rewind() const;
 
     Paths names_;
     Paths links_;
     Paths targets_;
+    Pieces expected_;
     Descriptor descriptor_;
     struct stat status_ {};
 };

@@ -22,6 +22,9 @@ namespace {
 constexpr unsigned kExiting = 1U << 31U;
 std::atomic<unsigned> inhibitors = 0;
 
+// How often the work has advanced.
+std::atomic<unsigned> progress = 0;
+
 thread_local int depth = 0;
 
 // The pipe that the signal handler writes the signal's number to.
@@ -43,8 +46,13 @@ bool waitForInhibitors()
     constexpr std::chrono::seconds kTimeout(1);
     constexpr std::chrono::milliseconds kInterval(1);
     inhibitors |= kExiting;
-    const auto end = Clock::now() + kTimeout;
+    auto end = Clock::now() + kTimeout;
+    auto seen = progress.load();
     while (inhibitors != kExiting) {
+        if (const auto now = progress.load(); now != seen) {
+            seen = now;
+            end = Clock::now() + kTimeout;
+        }
         if (Clock::now() > end) {
             return false;
         }
@@ -105,6 +113,11 @@ ShutdownInhibitor::~ShutdownInhibitor()
     if (--depth == 0) {
         --inhibitors;
     }
+}
+
+void ShutdownInhibitor::reportProgress()
+{
+    ++progress;
 }
 
 void exitProcess(int status)

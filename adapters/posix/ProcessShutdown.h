@@ -5,9 +5,9 @@
 namespace dunmora {
 
 /// Delays an orderly exit of the process while it exists, so that a change of several files
-/// completes or never starts. The exit waits one second at most, because a hung disk must not keep
-/// the program alive. Once the exit has started, constructing one blocks forever. Nesting is
-/// allowed.
+/// completes or never starts. The exit waits until nothing has advanced for a second, because a
+/// hung disk must not keep the program alive. Once the exit has started, constructing one blocks
+/// forever. Nesting is allowed.
 ///
 /// Thread: any; construct and destroy it on the same thread. Errors: none.
 class ShutdownInhibitor final {
@@ -18,6 +18,9 @@ public:
     ShutdownInhibitor& operator=(const ShutdownInhibitor&) = delete;
     ShutdownInhibitor(ShutdownInhibitor&&) = delete;
     ShutdownInhibitor& operator=(ShutdownInhibitor&&) = delete;
+
+    /// Reports that the work of an inhibitor has advanced, so that the exit waits a second longer.
+    static void reportProgress();
 };
 
 /// Exits with this status: waits until no `ShutdownInhibitor` is left and, unless that times out,

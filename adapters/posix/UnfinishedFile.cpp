@@ -1,10 +1,9 @@
 #include "adapters/posix/UnfinishedFile.h"
 
-#include "adapters/posix/FileIdentity.h"
+#include "adapters/posix/FileExchange.h"
 #include "adapters/posix/ProcessShutdown.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <mutex>
 #include <set>
 #include <utility>
@@ -26,6 +25,16 @@ std::set<const UnfinishedFile*>& unfinishedFiles()
     return files;
 }
 
+bool identify(const Descriptor& file, FileIdentity& identity)
+{
+    struct stat status {};
+    if (fstat(file.number(), &status) != 0) {
+        return false;
+    }
+    identity = identityOf(status);
+    return true;
+}
+
 }  // namespace
 
 UnfinishedFile::UnfinishedFile(std::filesystem::path path, int flags, mode_t mode)
@@ -33,8 +42,25 @@ UnfinishedFile::UnfinishedFile(std::filesystem::path path, int flags, mode_t mod
 {
     const ShutdownInhibitor inhibitor;
     descriptor_ = openFile(path_, flags | O_CREAT | O_EXCL, mode);
-    if (descriptor_.isOpen()) {
+    if (descriptor_.isOpen() && identify(descriptor_, identity_)) {
         enlist();
+    }
+}
+
+UnfinishedFile::UnfinishedFile(std::filesystem::path path, const std::filesystem::path& source,
+                               FileIdentity identity)
+    : path_(std::move(path)), identity_(identity)
+{
+    const ShutdownInhibitor inhibitor;
+    if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, path_.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        return;
+    }
+    if (hasOwnPath()) {
+        enlist();
+    } else {
+        const int error = errno;
+        unlink(path_.c_str());
+        errno = error;
     }
 }
 
@@ -53,25 +79,30 @@ void UnfinishedFile::finish()
     delist();
 }
 
-bool UnfinishedFile::finishAs(const std::filesystem::path& target)
+void UnfinishedFile::takeBack()
 {
     const ShutdownInhibitor inhibitor;
-    const bool isDone = hasOwnPath() && std::rename(path_.c_str(), target.c_str()) == 0;
-    if (isDone) {
-        delist();
+    enlist();
+}
+
+bool UnfinishedFile::renameTo(std::filesystem::path path)
+{
+    const ShutdownInhibitor inhibitor;
+    if (!hasOwnPath() || !renameToNewName(path_, path)) {
+        return false;
     }
-    return isDone;
+    path_ = std::move(path);
+    return true;
 }
 
 /// Whether the path still leads to this file. Otherwise sets errno.
 bool UnfinishedFile::hasOwnPath() const
 {
     struct stat named {};
-    struct stat own {};
-    if (lstat(path_.c_str(), &named) != 0 || fstat(descriptor_.number(), &own) != 0) {
+    if (lstat(path_.c_str(), &named) != 0) {
         return false;
     }
-    if (identityOf(named) != identityOf(own)) {
+    if (identityOf(named) != identity_) {
         errno = ESTALE;
         return false;
     }

@@ -21,6 +21,36 @@ std::string_view CardFile::text() const
     return encoding_ == FileEncoding::Bytes ? bytes_.view() : std::string_view(decoded_);
 }
 
+void CardFile::read(CardReader& reader, CardReader::Cards& cards) const
+{
+    reader.read(text(),
+                encoding_ == FileEncoding::Bytes ? CardReader::Text::Bytes : CardReader::Text::Utf8,
+                cards);
+}
+
+std::vector<CardBytes> CardFile::bytesOf(const std::vector<CardRange>& cards) const
+{
+    std::size_t textPosition = 0;
+    std::size_t bytePosition = 0;
+    const auto sizeOf = [&](std::string_view passed) {
+        return encoding_ == FileEncoding::Bytes ? passed.size() : utf16Size(passed);
+    };
+    const auto byteAt = [&](std::size_t position) {
+        bytePosition += sizeOf(text().substr(textPosition, position - textPosition));
+        textPosition = position;
+        return bytePosition;
+    };
+    std::vector<CardBytes> bytes;
+    bytes.reserve(cards.size());
+    for (const auto& card : cards) {
+        const auto begin = byteAt(card.begin);
+        const auto end = byteAt(card.end);
+        bytes.push_back(
+            {{begin, end}, sizeOf(text().substr(card.end - card.lineEndSize, card.lineEndSize))});
+    }
+    return bytes;
+}
+
 Pieces CardFile::without(const Ranges& ranges) const
 {
     Pieces pieces;

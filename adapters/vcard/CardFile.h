@@ -2,6 +2,7 @@
 
 #include "adapters/posix/FileBytes.h"
 #include "adapters/posix/Pieces.h"
+#include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/TextDecoding.h"
 
 #include <cstddef>
@@ -16,6 +17,14 @@ namespace dunmora {
 struct ByteRange {
     std::size_t begin;
     std::size_t end;
+};
+
+/// The bytes of a card in its file.
+struct CardBytes {
+    /// With the line end.
+    ByteRange range;
+    /// The size of the line end; 0 when there is none.
+    std::size_t lineEndSize;
 };
 
 /// A file of vCards as it was read, and the ranges that deletions have removed from it since.
@@ -36,6 +45,11 @@ public:
     std::string_view bytes() const { return bytes_.view(); }
     /// The content as it was read; a UTF-16 file as UTF-8.
     std::string_view text() const;
+
+    /// Reads the cards of the file, as `CardReader::read`.
+    void read(CardReader& reader, CardReader::Cards& cards) const;
+    /// The bytes of cards that have been read from the file.
+    std::vector<CardBytes> bytesOf(const std::vector<CardRange>& cards) const;
 
     /// The content as it was read, without these ranges.
     Pieces without(const Ranges& ranges) const;

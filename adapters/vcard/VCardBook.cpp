@@ -1,10 +1,12 @@
 #include "adapters/vcard/VCardBook.h"
 
+#include "adapters/posix/FileChanges.h"
 #include "adapters/posix/FileContent.h"
+#include "adapters/posix/FileError.h"
 #include "adapters/posix/FileRemoval.h"
 #include "adapters/posix/FileReplacement.h"
+#include "adapters/posix/Leftover.h"
 #include "adapters/posix/LockedFile.h"
-#include "adapters/vcard/BookChanges.h"
 #include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardFolder.h"
 #include "adapters/vcard/HardLinks.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <system_error>
@@ -60,6 +63,16 @@ std::size_t lineNumberAfter(std::string_view text)
     return number;
 }
 
+/// A message about a missing file, and where its content is if a deletion was interrupted.
+std::string withInterruptedDeletions(std::string message, const std::filesystem::path& path)
+{
+    const auto folder = path.has_parent_path() ? path.parent_path() : ".";
+    for (const auto& sentence : interruptedChangesIn(folder, path.filename().native())) {
+        appendSentences(message, sentence);
+    }
+    return message;
+}
+
 }  // namespace
 
 VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
@@ -67,7 +80,7 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (status.type() == std::filesystem::file_type::not_found) {
-        throw PlatformError(quotedPath(path) + " does not exist.");
+        throw PlatformError(withInterruptedDeletions(quotedPath(path) + " does not exist.", path));
     }
     isFolder_ = is_directory(status);
     // Opening a device can start it.
@@ -79,10 +92,33 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
     for (const auto& file : files) {
         readFileAt(file, largest);
     }
+    noteInterruptedDeletions(path);
     for (std::size_t i = 0; i < files_.size(); ++i) {
         readCards(i);
         if (auto remark = hardLinkRemark(files_[i].names(), links_[i]); !remark.empty()) {
             notes_.remarks.push_back(std::move(remark));
+        }
+    }
+}
+
+/// Adds remarks about what a killed deletion has left beside the files.
+void VCardBook::noteInterruptedDeletions(const std::filesystem::path& path)
+{
+    const auto add = [&](const std::filesystem::path& folder, std::string_view fileName) {
+        for (auto& sentence : interruptedChangesIn(folder, fileName)) {
+            notes_.remarks.push_back(std::move(sentence));
+        }
+    };
+    if (isFolder_) {
+        add(path, "");
+    }
+    for (const auto& file : files_) {
+        for (const auto& name : file.names()) {
+            std::error_code error;
+            if (!isFolder_ || std::filesystem::is_symlink(name, error)) {
+                const auto target = std::filesystem::canonical(name, error);
+                add(target.parent_path(), target.filename().native());
+            }
         }
     }
 }
@@ -106,10 +142,7 @@ void VCardBook::readCards(std::size_t fileIndex)
     cards_.ranges.clear();
     cards_.skipped.clear();
     cards_.groups = 0;
-    reader_.read(file.text(),
-                 file.encoding() == FileEncoding::Bytes ? CardReader::Text::Bytes
-                                                        : CardReader::Text::Utf8,
-                 cards_);
+    file.read(reader_, cards_);
 
     uids_.reserve(cards_.people.size());
     for (std::size_t i = 0; i < cards_.ranges.size(); ++i) {
@@ -125,21 +158,12 @@ void VCardBook::readCards(std::size_t fileIndex)
 
 void VCardBook::placeCards(std::size_t fileIndex)
 {
-    const auto& file = files_[fileIndex];
-    std::size_t textPosition = 0;
-    std::size_t bytePosition = 0;
-    const auto byteAt = [&](std::size_t position) {
-        const auto passed = file.text().substr(textPosition, position - textPosition);
-        bytePosition += file.encoding() == FileEncoding::Bytes ? passed.size() : utf16Size(passed);
-        textPosition = position;
-        return bytePosition;
-    };
-    for (const auto& range : cards_.ranges) {
+    for (const auto& [range, lineEndSize] : files_[fileIndex].bytesOf(cards_.ranges)) {
         CardPlace place;
         place.file = static_cast<std::uint32_t>(fileIndex);
-        place.hasLineEnd = range.lineEndSize > 0;
-        place.range.begin = byteAt(range.begin);
-        place.range.end = byteAt(range.end);
+        place.lineEndSize = static_cast<std::uint16_t>(
+            std::min<std::size_t>(lineEndSize, std::numeric_limits<std::uint16_t>::max()));
+        place.range = range;
         places_.push_back(place);
     }
 }
@@ -254,23 +278,38 @@ void VCardBook::save()
 
     // Every file is locked, compared with what was read and its new content written before the
     // first one changes.
-    BookChanges changes;
+    LockedFolders folders;
+    const auto openFiles = openFilesFor(removals.size());
+    FileChanges changes;
     for (const auto& ofFile : removals) {
-        changes.add(prepared(ofFile), files_[ofFile.file].names().front());
+        changes.add(prepared(ofFile, folders, openFiles), files_[ofFile.file].names().front());
     }
     changes.commit([&](std::size_t i) { markRemoved(removals[i]); });
 }
 
-std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals) const
+std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals,
+                                                LockedFolders& folders, OpenFiles openFiles) const
 {
     const auto& file = files_[removals.file];
     auto locked = LockedFile::open(file.names());
-    locked.checkContent(file.without(file.removed()));
-    const auto content = file.without(removals.ranges);
-    if (isFolder_ && file.areBlank(content)) {
-        return std::make_unique<FileRemoval>(std::move(locked));
+    for (const auto& target : locked.targets()) {
+        folders.lock(target.parent_path());
     }
-    return std::make_unique<FileReplacement>(std::move(locked), content);
+    const bool mayClose = openFiles == OpenFiles::Close && folders.areLocked();
+    locked.expectContent(file.without(file.removed()));
+    auto content = file.without(removals.ranges);
+    if (isFolder_ && file.areBlank(content)) {
+        auto removal = std::make_unique<FileRemoval>(std::move(locked));
+        if (mayClose) {
+            removal->closeFiles();
+        }
+        return removal;
+    }
+    auto replacement = std::make_unique<FileReplacement>(std::move(locked), std::move(content));
+    if (mayClose) {
+        replacement->closeFiles();
+    }
+    return replacement;
 }
 
 void VCardBook::markRemoved(FileRemovals& removals)
@@ -306,7 +345,7 @@ std::string VCardBook::cards(std::span<const Person* const> people) const
         const auto& place = places_[indexOf(*person)];
         content += files_[place.file].bytes().substr(place.range.begin,
                                                      place.range.end - place.range.begin);
-        content += place.hasLineEnd ? "" : lineEnd;
+        content += place.lineEndSize > 0 ? "" : lineEnd;
     }
     return content;
 }

@@ -2,6 +2,8 @@
 
 #include "adapters/posix/FileChange.h"
 #include "adapters/posix/FileIdentity.h"
+#include "adapters/posix/LockedFolder.h"
+#include "adapters/posix/OpenFiles.h"
 #include "adapters/vcard/CardFile.h"
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/TextDecoding.h"
@@ -41,7 +43,8 @@ private:
     /// Where a person's card is.
     struct CardPlace {
         std::uint32_t file = 0;
-        bool hasLineEnd = false;
+        // In bytes. A longer one, of thousands of CR, counts as part of the card.
+        std::uint16_t lineEndSize = 0;
         bool isPending = false;
         bool isRemoved = false;
         ByteRange range;
@@ -57,6 +60,7 @@ private:
     };
 
     void readFileAt(const std::filesystem::path& path, std::uintmax_t largest);
+    void noteInterruptedDeletions(const std::filesystem::path& path);
     void readCards(std::size_t fileIndex);
     void noteSkippedCards(const CardFile& file);
     void placeCards(std::size_t fileIndex);
@@ -65,7 +69,8 @@ private:
     std::size_t indexOf(const Person& person) const;
     FileEncoding commonEncoding(std::span<const Person* const> people) const;
     std::vector<FileRemovals> pendingRemovals() const;
-    std::unique_ptr<FileChange> prepared(const FileRemovals& removals) const;
+    std::unique_ptr<FileChange> prepared(const FileRemovals& removals, LockedFolders& folders,
+                                         OpenFiles openFiles) const;
     void markRemoved(FileRemovals& removals);
 
     bool isFolder_ = false;

@@ -95,7 +95,7 @@ End traceChild(const std::function<void()>& body, const std::function<Fate(Syste
     bool isToEnd = false;
     while (true) {
         if (isToEnd) {
-            constexpr std::chrono::milliseconds kTimeForTheOthers(3);
+            constexpr std::chrono::milliseconds kTimeForTheOthers(1);
             std::this_thread::sleep_for(kTimeForTheOthers);
         }
         if (ptrace(PTRACE_SYSCALL, child, nullptr, signal) != 0 && errno != ESRCH) {

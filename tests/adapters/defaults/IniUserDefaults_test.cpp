@@ -1,7 +1,9 @@
 #include "adapters/defaults/IniUserDefaults.h"
 
+#include "adapters/posix/Descriptor.h"
 #include "tests/fakes/TemporaryFolder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -43,15 +45,8 @@ class IniUserDefaultsFileTest : public IniUserDefaultsTest {
 protected:
     IniUserDefaultsFileTest() { std::filesystem::create_directory(settings_); }
 
-    /// Lets the file be read but not replaced, also by root.
-    void blockReplacement() const
-    {
-        struct stat status = {};
-        ASSERT_EQ(::stat(file_.c_str(), &status), 0);
-        const auto name = ".dunmora-" + std::to_string(status.st_dev) + "-" +
-                          std::to_string(status.st_ino) + ".link";
-        std::filesystem::create_directories(settings_ / name / "in the way");
-    }
+    /// Lets the file be read but not replaced, also by root, while the result exists.
+    Descriptor blockReplacement() const { return openFile(file_, O_WRONLY); }
 };
 
 /// Sets the value and stores it; returns whether it was stored.
@@ -273,7 +268,7 @@ TEST_F(IniUserDefaultsTest, SaveEveryUnsavedValueWithTheNextOne)
 TEST_F(IniUserDefaultsFileTest, LoadChangesOfOthersEvenWhenTheyCannotBeSaved)
 {
     write(file_, "filterWork=false\nfilterHome=false\n");
-    blockReplacement();
+    const auto writer = blockReplacement();
     standardErrorOf([&] {
         IniUserDefaults defaults(file_);
         store(defaults, "filterHome", true);

@@ -37,12 +37,13 @@ TEST_F(LockedFileTest, HasTheContent)
 TEST_F(LockedFileTest, AcceptsOnlyTheExpectedContent)
 {
     write(path("book"), "old");
-    const auto file = LockedFile::open({path("book")});
+    auto file = LockedFile::open({path("book")});
 
-    EXPECT_NO_THROW(file.checkContent({"o", "", "ld"}));
+    EXPECT_NO_THROW(file.expectContent({"o", "", "ld"}));
+    EXPECT_EQ(file.expected(), (Pieces{"o", "", "ld"}));
 
     for (const Pieces& other : {Pieces{"olD"}, Pieces{"ol"}, Pieces{"older"}, Pieces{}}) {
-        EXPECT_EQ(failureOf([&] { file.checkContent(other); }), changed(path("book")));
+        EXPECT_EQ(failureOf([&] { file.expectContent(other); }), changed(path("book")));
     }
 }
 

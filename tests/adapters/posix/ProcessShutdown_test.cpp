@@ -155,14 +155,14 @@ TEST_F(ProcessShutdownDeathTest, DeletesUnfinishedFiles)
             const UnfinishedFile first(file("first"), O_WRONLY, S_IRUSR);
             const UnfinishedFile second(file("second"), O_WRONLY, S_IRUSR);
             UnfinishedFile kept(file("kept"), O_WRONLY, S_IRUSR);
-            UnfinishedFile moved(file("beside"), O_WRONLY, S_IRUSR);
+            UnfinishedFile moved(file("third"), O_WRONLY, S_IRUSR);
             kept.finish();
-            moved.finishAs(file("moved"));
+            moved.renameTo(file("moved"));
             exitProcess(kStatus);
         },
         ExitedWithCode(kStatus), "");
 
-    EXPECT_EQ(namesIn(file("")), (std::set<std::string>{"kept", "moved"}));
+    EXPECT_EQ(namesIn(file("")), (std::set<std::string>{"kept"}));
 }
 
 TEST_F(ProcessShutdownDeathTest, DeletesUnfinishedFilesOfOtherThreads)

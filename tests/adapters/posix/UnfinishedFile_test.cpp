@@ -51,46 +51,81 @@ TEST_F(UnfinishedFileTest, IsKeptWhenFinished)
     EXPECT_TRUE(std::filesystem::exists(file("new")));
 }
 
-TEST_F(UnfinishedFileTest, ReplacesAnotherFile)
+TEST_F(UnfinishedFileTest, IsDeletedAfterItWasTakenBack)
 {
-    write(file("book"), "old");
     {
         UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
-        writeAll(unfinished.descriptor(), "new");
-
-        EXPECT_TRUE(unfinished.finishAs(file("book")));
+        unfinished.finish();
+        unfinished.takeBack();
     }
 
-    EXPECT_EQ(namesIn(file("")), std::set<std::string>{"book"});
-    EXPECT_EQ(contentOf(file("book")), "new");
+    EXPECT_FALSE(std::filesystem::exists(file("new")));
 }
 
-TEST_F(UnfinishedFileTest, IsDeletedWhenItCannotBeRenamed)
+TEST_F(UnfinishedFileTest, CanBeRenamedToANewName)
 {
     {
         UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
 
-        EXPECT_FALSE(unfinished.finishAs(file("nowhere") / "book"));
-        EXPECT_EQ(errno, ENOENT);
+        EXPECT_TRUE(unfinished.renameTo(file("newer")));
+        EXPECT_EQ(namesIn(file("")), std::set<std::string>{"newer"});
     }
 
     EXPECT_TRUE(namesIn(file("")).empty());
 }
 
-TEST_F(UnfinishedFileTest, NeitherRenamesNorDeletesAFileThatReplacedIt)
+TEST_F(UnfinishedFileTest, IsNotRenamedOverAnotherFile)
 {
     write(file("book"), "old");
+    {
+        UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
+
+        EXPECT_FALSE(unfinished.renameTo(file("book")));
+        EXPECT_EQ(errno, EEXIST);
+    }
+
+    EXPECT_EQ(namesIn(file("")), std::set<std::string>{"book"});
+    EXPECT_EQ(contentOf(file("book")), "old");
+}
+
+TEST_F(UnfinishedFileTest, NeitherRenamesNorDeletesAFileThatReplacedIt)
+{
     {
         UnfinishedFile unfinished(file("new"), O_WRONLY, kMode);
         write(file("other"), "half of another");
         std::filesystem::rename(file("other"), file("new"));
 
-        EXPECT_FALSE(unfinished.finishAs(file("book")));
+        EXPECT_FALSE(unfinished.renameTo(file("newer")));
         EXPECT_EQ(errno, ESTALE);
     }
 
-    EXPECT_EQ(contentOf(file("book")), "old");
     EXPECT_EQ(contentOf(file("new")), "half of another");
+}
+
+TEST_F(UnfinishedFileTest, CanBeAnotherNameOfAFile)
+{
+    const UnfinishedFile first(file("new"), O_WRONLY, kMode);
+    {
+        const UnfinishedFile second(file("same"), file("new"), first.identity());
+
+        EXPECT_TRUE(second.exists());
+        EXPECT_TRUE(std::filesystem::equivalent(file("new"), file("same")));
+    }
+
+    EXPECT_EQ(namesIn(file("")), std::set<std::string>{"new"});
+}
+
+TEST_F(UnfinishedFileTest, IsNoNameOfAFileThatReplacedTheFirst)
+{
+    const UnfinishedFile first(file("new"), O_WRONLY, kMode);
+    write(file("other"), "another");
+    std::filesystem::rename(file("other"), file("new"));
+
+    const UnfinishedFile second(file("same"), file("new"), first.identity());
+
+    EXPECT_EQ(errno, ESTALE);
+    EXPECT_FALSE(second.exists());
+    EXPECT_EQ(namesIn(file("")), std::set<std::string>{"new"});
 }
 
 TEST_F(UnfinishedFileTest, LeavesAnExistingFileAlone)
@@ -99,7 +134,7 @@ TEST_F(UnfinishedFileTest, LeavesAnExistingFileAlone)
     {
         const UnfinishedFile unfinished(file("old"), O_WRONLY, kMode);
 
-        EXPECT_FALSE(unfinished.descriptor().isOpen());
+        EXPECT_FALSE(unfinished.exists());
         EXPECT_EQ(errno, EEXIST);
     }
 

@@ -1,3 +1,4 @@
+#include "adapters/posix/TemporaryName.h"
 #include "tests/adapters/vcard/BookTest.h"
 
 #include <gtest/gtest.h>
@@ -170,6 +171,61 @@ TEST_F(BookNotesTest, DescribeTheLastReadingOnly)
 
     EXPECT_EQ(book.notes().cardsSkipped, 0U);
     EXPECT_EQ(book.notes().remarks, Remarks());
+}
+
+class InterruptedDeletionTest : public BookNotesTest {
+protected:
+    /// Where a killed deletion has left the file as it was before.
+    static std::filesystem::path leftover(const std::filesystem::path& file)
+    {
+        auto place = temporaryPath(file, {1, 0}, 1);
+        write(place, card("old"));
+        return place;
+    }
+
+    static std::string sentence(const std::filesystem::path& file)
+    {
+        return "The last deletion was interrupted. “" + file.filename().string() +
+               "” as it was before is in “" + temporaryPath(file, {1, 0}, 1).string() + "”.";
+    }
+};
+
+TEST_F(InterruptedDeletionTest, IsReportedForTheFile)
+{
+    write(file(), card("a"));
+    leftover(file());
+    leftover(path("other.vcf"));
+
+    EXPECT_EQ(notesOf(file()).remarks, Remarks{sentence(file())});
+}
+
+TEST_F(InterruptedDeletionTest, IsReportedForEveryFileOfAFolder)
+{
+    write(file(), card("a"));
+    leftover(file());
+    leftover(path("gone.vcf"));
+
+    EXPECT_EQ(notesOf(folder()).remarks, (Remarks{sentence(file()), sentence(path("gone.vcf"))}));
+}
+
+TEST_F(InterruptedDeletionTest, IsReportedBesideTheTargetOfALink)
+{
+    const TemporaryFolder elsewhere;
+    const auto target = elsewhere.path() / "real.vcf";
+    write(target, card("a"));
+    leftover(target);
+    std::filesystem::create_symlink(target, file());
+
+    EXPECT_EQ(notesOf(file()).remarks, Remarks{sentence(target)});
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks{sentence(target)});
+}
+
+TEST_F(InterruptedDeletionTest, IsReportedWithAMissingFile)
+{
+    leftover(file());
+
+    EXPECT_EQ(failureOf([&] { notesOf(file()); }),
+              about(file(), "does not exist. ") + sentence(file()));
 }
 
 }  // namespace

@@ -54,6 +54,13 @@ std::vector<std::string> uidsIn(const std::filesystem::path& book)
     return uidsOf(reader.readPeople());
 }
 
+std::vector<std::string> remarksOf(const std::filesystem::path& book)
+{
+    VCardAddressBook reader(book);
+    reader.readPeople();
+    return reader.notes().remarks;
+}
+
 void ask(AddressBook& book, const std::vector<std::string>& uids)
 {
     for (const auto& person : book.people()) {

@@ -25,6 +25,9 @@ std::vector<std::string> uidsOf(std::span<const Person> people);
 /// The uids of the people whom a new `VCardAddressBook` lists.
 std::vector<std::string> uidsIn(const std::filesystem::path& book);
 
+/// The remarks of a new reading.
+std::vector<std::string> remarksOf(const std::filesystem::path& book);
+
 /// Calls `removeRecord` for those of the book's people who have these uids.
 void ask(AddressBook& book, const std::vector<std::string>& uids);
 /// Removes these people through a new `VCardAddressBook`.

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "adapters/posix/Descriptor.h"
+#include "adapters/posix/Pieces.h"
+
+#include <filesystem>
+
+#include <sys/stat.h>
+
+namespace dunmora {
+
+/// Tells whether another program has changed a file.
+/// Thread: any; blocks on the disk.
+
+/// Whether the whole content of the open file is exactly this.
+/// Errors: PlatformError about `name` when it cannot be read.
+bool hasContent(const Descriptor& file, const Pieces& content, const std::filesystem::path& name);
+
+/// Whether two statuses are of the same file with the same size and times.
+bool isUnchanged(const struct stat& before, const struct stat& now);
+
+/// Throws a PlatformError such as: “book.vcf” has changed since it was read. Reload it and try
+/// again.
+[[noreturn]] void throwChanged(const std::filesystem::path& path);
+
+}  // namespace dunmora

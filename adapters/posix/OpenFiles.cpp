@@ -1,0 +1,16 @@
+#include "adapters/posix/OpenFiles.h"
+
+#include "adapters/posix/Descriptor.h"
+
+namespace dunmora {
+
+OpenFiles openFilesFor(std::size_t changes)
+{
+    // The old file, the new one, and the old one again when it is checked.
+    constexpr std::size_t kFilesPerChange = 3;
+    // For everything else that the program has open.
+    constexpr std::size_t kReserve = 128;
+    return canOpenFiles(kReserve + changes * kFilesPerChange) ? OpenFiles::Keep : OpenFiles::Close;
+}
+
+}  // namespace dunmora

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "adapters/posix/Descriptor.h"
+#include "adapters/posix/FileBytes.h"
+#include "adapters/posix/FileIdentity.h"
+#include "adapters/posix/LockedFile.h"
+#include "adapters/posix/Pieces.h"
+#include "adapters/posix/UnfinishedFile.h"
+
+#include <filesystem>
+#include <functional>
+#include <list>
+
+namespace dunmora {
+
+/// The complete and flushed new content of a locked file, in a new file of the same folder with the
+/// same owner, mode and extended attributes. The new file is locked too, so that other deletions
+/// leave it alone, and no descriptor allows writing to it.
+///
+/// It has no name where the system supports that (O_TMPFILE), so that a killed process leaves
+/// nothing behind.
+///
+/// Thread: one at a time; blocks on the disk. Errors: PlatformError about the locked file.
+class PreparedFile final {
+public:
+    PreparedFile(const LockedFile& old, const Pieces& content);
+
+    FileIdentity identity() const { return identity_; }
+
+    /// Reads back what has been written.
+    FileBytes content() const;
+
+    /// Gives the file a temporary name beside `target`, one of the targets of the locked file in
+    /// their order, and returns it. The name is removed with this object, or when the process
+    /// exits, unless it is kept.
+    std::filesystem::path nameBeside(const std::filesystem::path& target);
+
+    /// Closes the descriptor, also the lock. The file must have a name.
+    void close();
+
+    /// Leaves the name alone from now on.
+    void keep(const std::filesystem::path& name);
+    /// Removes the name with this object again.
+    void takeBack(const std::filesystem::path& name);
+
+private:
+    void create(const std::filesystem::path& firstTarget);
+    void createNamed(const std::filesystem::path& firstTarget);
+    void withFreeName(const std::filesystem::path& target,
+                      const std::function<bool(const std::filesystem::path&)>& use) const;
+    Descriptor openForReading() const;
+    void lock(const Descriptor& file) const;
+    UnfinishedFile& at(const std::filesystem::path& name);
+    [[noreturn]] void fail(int error) const;
+
+    // For errors.
+    std::filesystem::path oldName_;
+    FileIdentity identity_;
+    // For writing first, then for reading.
+    Descriptor descriptor_;
+    // The first one is the file as it was created, where it cannot be created without a name.
+    std::list<UnfinishedFile> names_;
+    // Where the next name can be linked from.
+    std::filesystem::path source_;
+    // The file has been created with the name beside the first target.
+    bool isFirstTargetNamed_ = false;
+};
+
+}  // namespace dunmora
