@@ -306,10 +306,38 @@ std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals,
         return removal;
     }
     auto replacement = std::make_unique<FileReplacement>(std::move(locked), std::move(content));
+    checkReadBack(file.names().front(), replacement->newContent(), cardsWithout(removals));
     if (mayClose) {
         replacement->closeFiles();
     }
     return replacement;
+}
+
+/// The bytes of the card, without the line end.
+std::string_view VCardBook::cardOf(const CardPlace& place) const
+{
+    return files_[place.file].bytes().substr(
+        place.range.begin, place.range.end - place.range.begin - place.lineEndSize);
+}
+
+/// The cards that remain in the file.
+std::vector<RemainingCard> VCardBook::cardsWithout(const FileRemovals& removals) const
+{
+    std::vector<RemainingCard> cards;
+    auto removed = removals.people.begin();
+    // The people of one file are adjacent.
+    const auto first = std::partition_point(places_.begin(), places_.end(), [&](const auto& place) {
+        return place.file < removals.file;
+    });
+    for (auto place = first; place != places_.end() && place->file == removals.file; ++place) {
+        const auto index = static_cast<std::size_t>(place - places_.begin());
+        if (removed != removals.people.end() && *removed == index) {
+            ++removed;
+        } else if (!place->isRemoved) {
+            cards.push_back({cardOf(*place), &cards_.people[index]});
+        }
+    }
+    return cards;
 }
 
 void VCardBook::markRemoved(FileRemovals& removals)

@@ -6,6 +6,7 @@
 #include "adapters/posix/OpenFiles.h"
 #include "adapters/vcard/CardFile.h"
 #include "adapters/vcard/CardReader.h"
+#include "adapters/vcard/ReadBack.h"
 #include "adapters/vcard/TextDecoding.h"
 #include "adapters/vcard/UidRegistry.h"
 #include "platform/AddressBook.h"
@@ -71,6 +72,8 @@ private:
     std::vector<FileRemovals> pendingRemovals() const;
     std::unique_ptr<FileChange> prepared(const FileRemovals& removals, LockedFolders& folders,
                                          OpenFiles openFiles) const;
+    std::string_view cardOf(const CardPlace& place) const;
+    std::vector<RemainingCard> cardsWithout(const FileRemovals& removals) const;
     void markRemoved(FileRemovals& removals);
 
     bool isFolder_ = false;

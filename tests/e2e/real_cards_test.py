@@ -51,24 +51,34 @@ class RealCards(unittest.TestCase):
         self.book, self.backup = (pathlib.Path(folder.name, name) for name in ("book.vcf", "backup.vcf"))
         self.environment = {**os.environ, "HOME": folder.name, "XDG_CONFIG_HOME": folder.name + "/config"}
 
+    def run_program(self, command, book, *arguments):
+        return subprocess.run([PROGRAM, command, book, "--format", "json", *arguments], stdin=subprocess.DEVNULL,
+                              capture_output=True, env=self.environment, timeout=20, check=False)
+
     def result_of(self, command, book, *arguments):
-        result = subprocess.run([PROGRAM, command, book, "--format", "json", *arguments], stdin=subprocess.DEVNULL,
-                                capture_output=True, env=self.environment, timeout=20, check=False)
+        result = self.run_program(command, book, *arguments)
         self.assertEqual(result.returncode, 0, result.stderr)
         return json.loads(result.stdout)
 
     def delete_and_find_everyone(self, original):
         """Deletes from a book with these bytes and checks that the book and its backup together still contain them.
-        Returns how many people were deleted."""
+        Returns how many people were deleted; None if the deletion was refused, because it would have changed how the
+        others are read."""
         self.book.write_bytes(original)
         self.backup.unlink(missing_ok=True)
         before = self.result_of("list", self.book)
-        deleted = len(self.result_of("delete", self.book, "--yes", "--allow-last-copy", "--allow-blank-match",
-                                     "--match", "firstname", "--backup", self.backup)["deleted"])
+        result = self.run_program("delete", self.book, "--yes", "--allow-last-copy", "--allow-blank-match",
+                                  "--match", "firstname", "--backup", self.backup)
+        if result.returncode == 1 and "would be read differently" in result.stderr.decode():
+            # A card that was skipped because its END comes after other cards would be complete without them.
+            self.assertGreater(before["skipped"], 0)
+            self.assertEqual(self.book.read_bytes(), original)
+            return None
+        self.assertEqual(result.returncode, 0, result.stderr)
+        deleted = len(json.loads(result.stdout)["deleted"])
         after = self.result_of("list", self.book)
-        # A card that was skipped because its END comes after other cards is complete once those are gone.
-        self.assertLessEqual(after["skipped"], before["skipped"])
-        self.assertEqual(after["contacts"] + after["skipped"], before["contacts"] + before["skipped"] - deleted)
+        self.assertEqual(after["skipped"], before["skipped"])
+        self.assertEqual(after["contacts"], before["contacts"] - deleted)
         self.assertEqual(self.backup.exists(), deleted > 0)
         cards, line_end = cards_in(self.backup.read_bytes()) if deleted else ([], b"")
         remaining = self.book.read_bytes()
@@ -79,14 +89,17 @@ class RealCards(unittest.TestCase):
             self.assertEqual(self.result_of("list", self.backup, *EVERY_FIELD)["contacts"], deleted)
         return deleted
 
-    def test_lose_no_byte_in_a_deletion_from_each_file(self):
+    def test_lose_no_byte_in_a_deletion(self):
+        """From each file, and from all of them in one."""
+        texts = []
         for file in FILES:
             with self.subTest(file):
-                self.delete_and_find_everyone(file.read_bytes())
-
-    def test_lose_no_byte_in_a_deletion_from_all_files_in_one(self):
-        # Twice each, so that there is much to delete; UTF-16 cannot be part of such a file.
-        texts = [text for text in (file.read_bytes() for file in FILES) if b"\0" not in text]
+                text = file.read_bytes()
+                # UTF-16 cannot be part of a larger file.
+                if self.delete_and_find_everyone(text) is not None and b"\0" not in text:
+                    texts.append(text)
+        # Nearly all; and twice each, so that there is much to delete.
+        self.assertGreater(len(texts), 0.8 * len(FILES))
         self.assertGreater(self.delete_and_find_everyone(b"\n".join(texts * 2)), 0)
 
 

@@ -128,6 +128,21 @@ TEST_F(VCardDeletionTest, KeepsSkippedAndGroupCards)
               group + hollow + open + open);
 }
 
+TEST_F(VCardDeletionTest, IsRefusedWhenAnotherCardWouldBeReadDifferently)
+{
+    // Without b, the END line after it would complete the card before it.
+    const auto content = card("a") + "BEGIN:VCARD\r\nFN:Open\r\n" + card("b") + "END:VCARD\r\n";
+    write(file(), content);
+
+    EXPECT_EQ(failureOf([&] { removeFrom(file(), {"b"}); }),
+              about(file(), "was not changed: without the deleted people, others in it would be "
+                            "read differently. Nobody was deleted. Correct its skipped cards, or "
+                            "keep the people next to them."));
+
+    EXPECT_EQ(contentOf(file()), content);
+    EXPECT_EQ(without({"a"}, content), content.substr(card("a").size()));
+}
+
 TEST_F(VCardDeletionTest, CutsANestedCardWithTheOneAroundIt)
 {
     const std::string boss = "BEGIN:VCARD\r\nVERSION:2.1\r\nUID:boss\r\nAGENT:\r\n"

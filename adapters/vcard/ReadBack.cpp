@@ -1,0 +1,67 @@
+#include "adapters/vcard/ReadBack.h"
+
+#include "adapters/vcard/CardFile.h"
+#include "adapters/vcard/CardReader.h"
+#include "platform/PlatformError.h"
+#include "text/DisplayText.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace dunmora {
+
+namespace {
+
+bool samePhones(const PhoneList& a, const PhoneList& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const LabelledPhone& one, const LabelledPhone& other) {
+                          return one.label == other.label && one.value == other.value;
+                      });
+}
+
+bool sameFields(const Person& a, const Person& b)
+{
+    return a.firstName == b.firstName && a.lastName == b.lastName && a.nickname == b.nickname &&
+           a.modified == b.modified && a.phones.has_value() == b.phones.has_value() &&
+           samePhones(a.phones.value_or(PhoneList()), b.phones.value_or(PhoneList()));
+}
+
+bool holdsExactly(const std::filesystem::path& name, FileBytes content,
+                  const std::vector<RemainingCard>& expected)
+{
+    const CardFile file(name, std::move(content));
+    CardReader reader;
+    CardReader::Cards cards;
+    file.read(reader, cards);
+    const auto bytes = file.bytesOf(cards.ranges);
+    if (cards.people.size() != expected.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const auto& [range, lineEndSize] = bytes[i];
+        const auto size = range.end - range.begin - lineEndSize;
+        if (file.bytes().substr(range.begin, size) != expected[i].bytes ||
+            !sameFields(cards.people[i], *expected[i].person)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+void checkReadBack(const std::filesystem::path& name, FileBytes content,
+                   const std::vector<RemainingCard>& expected)
+{
+    if (!holdsExactly(name, std::move(content), expected)) {
+        throw PlatformError(
+            quotedPath(name) +
+            " was not changed: without the deleted people, others in it would be "
+            "read differently. Nobody was deleted. Correct its skipped cards, or keep the "
+            "people next to them.");
+    }
+}
+
+}  // namespace dunmora
