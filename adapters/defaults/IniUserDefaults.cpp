@@ -1,6 +1,7 @@
 #include "adapters/defaults/IniUserDefaults.h"
 
 #include "adapters/posix/FileChanges.h"
+#include "adapters/posix/FileComparison.h"
 #include "adapters/posix/FileContent.h"
 #include "adapters/posix/FileReplacement.h"
 #include "adapters/posix/LockedFile.h"
@@ -128,13 +129,30 @@ bool IniUserDefaults::saveAndReload()
     return unsaved_.empty();
 }
 
-/// Writes the unsaved values to the file as it is now.
+/// Writes the unsaved values to the file, again if another program changes it meanwhile.
 void IniUserDefaults::save()
 {
-    if (unsaved_.empty()) {
-        return;
+    constexpr int kMaximalAttempts = 3;
+    const auto tryAgain = LockedFile::tryAgainFor(lockTimeout_);
+    for (int attempts = 1; !unsaved_.empty(); ++attempts) {
+        try {
+            saveInto(LockedFile::openOrCreate(file_, tryAgain));
+        } catch (const PlatformError& error) {
+            // A longer message also says what a save that could not be reverted has left behind.
+            if (error.what() != changedMessage(file_)) {
+                throw;
+            }
+            if (attempts == kMaximalAttempts) {
+                throw PlatformError(quotedPath(file_) +
+                                    " is being changed by another program. Try again later.");
+            }
+        }
     }
-    auto file = LockedFile::openOrCreate(file_, LockedFile::tryAgainFor(lockTimeout_));
+}
+
+/// Writes the unsaved values to the file as it is now.
+void IniUserDefaults::saveInto(LockedFile file)
+{
     const auto content = file.content();
     file.expectContent({content.view()});
     auto document = parse(content, file_);

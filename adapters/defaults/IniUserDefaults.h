@@ -12,6 +12,8 @@
 
 namespace dunmora {
 
+class LockedFile;
+
 /// Preferences in an INI file, cached in memory. `synchronize` changes only the lines of the keys
 /// that were set, in the current file and under a lock, so that several programs and the user can
 /// share the file.
@@ -39,6 +41,7 @@ private:
 
     bool saveAndReload();
     void save();
+    void saveInto(LockedFile file);
     Values load() const;
 
     const std::filesystem::path file_;

@@ -60,10 +60,14 @@ bool isUnchanged(const struct stat& before, const struct stat& now)
            sameTime(changeTime(now), changeTime(before));
 }
 
+std::string changedMessage(const std::filesystem::path& path)
+{
+    return quotedPath(path) + " has changed since it was read. " + std::string(kReloadAndTryAgain);
+}
+
 void throwChanged(const std::filesystem::path& path)
 {
-    throw PlatformError(quotedPath(path) + " has changed since it was read. " +
-                        std::string(kReloadAndTryAgain));
+    throw PlatformError(changedMessage(path));
 }
 
 }  // namespace dunmora

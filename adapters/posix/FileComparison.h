@@ -4,6 +4,7 @@
 #include "adapters/posix/Pieces.h"
 
 #include <filesystem>
+#include <string>
 
 #include <sys/stat.h>
 
@@ -19,8 +20,10 @@ bool hasContent(const Descriptor& file, const Pieces& content, const std::filesy
 /// Whether two statuses are of the same file with the same size and times.
 bool isUnchanged(const struct stat& before, const struct stat& now);
 
-/// Throws a PlatformError such as: “book.vcf” has changed since it was read. Reload it and try
-/// again.
+/// Such as: “book.vcf” has changed since it was read. Reload it and try again.
+std::string changedMessage(const std::filesystem::path& path);
+
+/// Throws a PlatformError with that message.
 [[noreturn]] void throwChanged(const std::filesystem::path& path);
 
 }  // namespace dunmora

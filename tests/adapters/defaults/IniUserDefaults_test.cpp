@@ -1,15 +1,16 @@
 #include "adapters/defaults/IniUserDefaults.h"
 
 #include "adapters/posix/Descriptor.h"
+#include "tests/fakes/ChildProcess.h"
 #include "tests/fakes/TemporaryFolder.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -413,6 +414,65 @@ TEST_F(IniUserDefaultsFileTest, GiveUpWhenAnotherProgramKeepsTheFileLocked)
               kNotSaved + quotedFile() +
                   " cannot be changed: another program has locked it. Try again later.\n");
     EXPECT_EQ(contentOf(file_), "filterWork=true\nfilterHome=true\n");
+}
+
+/// Stores a value in a child process. Another program writes the file whenever this one is about to
+/// flush its new content. Returns what the child writes to standard error; nullopt where processes
+/// cannot be traced.
+std::optional<std::string> storeDuring(const std::function<void(int)>& writeOfOther,
+                                       const std::filesystem::path& file,
+                                       const std::filesystem::path& messages)
+{
+    int writes = 0;
+    const auto end = traceChild(
+        [&] {
+            EXPECT_NE(std::freopen(messages.c_str(), "w", stderr), nullptr);
+            IniUserDefaults defaults(file);
+            store(defaults, "filterHome", true);
+            std::fflush(stderr);
+        },
+        [&](SystemCall call) {
+            if (call.number == SYS_fsync && call.moment == SystemCall::Moment::Before) {
+                writeOfOther(writes++);
+            }
+            return Fate::Continue;
+        });
+    return end == End::CannotBeTraced ? std::nullopt : std::optional(contentOf(messages));
+}
+
+TEST_F(IniUserDefaultsFileTest, AreSavedIntoWhatAnotherProgramWritesMeanwhile)
+{
+    write(file_, "filterWork=false\n");
+
+    const auto messages = storeDuring(
+        [&](int writes) {
+            if (writes == 0) {
+                write(file_, "filterWork=true\n");
+            }
+        },
+        file_, folder_.path() / "messages");
+
+    if (!messages) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+    EXPECT_EQ(*messages, "");
+    EXPECT_EQ(contentOf(file_), "filterWork=true\nfilterHome=true\n");
+}
+
+TEST_F(IniUserDefaultsFileTest, ReportThatAnotherProgramKeepsWriting)
+{
+    write(file_, "");
+
+    const auto messages = storeDuring(
+        [&](int writes) { write(file_, "filterWork=true\n" + std::string(writes, '\n')); }, file_,
+        folder_.path() / "messages");
+
+    if (!messages) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+    EXPECT_EQ(*messages, kNotSaved + quotedFile() +
+                             " is being changed by another program. Try again later.\n");
+    EXPECT_EQ(contentOf(file_), "filterWork=true\n\n\n");
 }
 
 TEST_F(IniUserDefaultsTest, LoseNoKeyWhenTwoProcessesSetAtOnce)
