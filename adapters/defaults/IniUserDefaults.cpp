@@ -5,6 +5,7 @@
 #include "adapters/posix/FileContent.h"
 #include "adapters/posix/FileReplacement.h"
 #include "adapters/posix/LockedFile.h"
+#include "adapters/posix/LockedFolder.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
@@ -162,6 +163,8 @@ void IniUserDefaults::saveInto(LockedFile file)
     }
     if (hasChanged) {
         const auto text = document.text();
+        LockedFolders folders;
+        folders.lock(file.targets().front().parent_path());
         FileChanges changes;
         changes.add(std::make_unique<FileReplacement>(std::move(file), Pieces{text}), file_);
         changes.commit([](std::size_t /*index*/) {});

@@ -1,6 +1,7 @@
 #include "adapters/defaults/IniUserDefaults.h"
 
 #include "adapters/posix/Descriptor.h"
+#include "adapters/posix/Leftover.h"
 #include "tests/fakes/ChildProcess.h"
 #include "tests/fakes/TemporaryFolder.h"
 
@@ -587,6 +588,11 @@ TEST_F(IniUserDefaultsTest, AreCompleteAfterAKillBetweenWrites)
         }
         store(defaults, "after", round % 2 == 0);
         ASSERT_TRUE(defaults.synchronize());
+        // Only a kill right after an exchange leaves the old file for good.
+        for (const auto& leftover : leftoversIn(settings_)) {
+            EXPECT_EQ(leftover.kind, Leftover::Kind::Replaced);
+            std::filesystem::remove(leftover.path);
+        }
         ASSERT_EQ(namesIn(settings_), Names{"dunmora.conf"});
     }
 }
