@@ -135,7 +135,7 @@ Descriptor PreparedFile::openForReading() const
 /// Shared, because the file is open twice for a moment.
 void PreparedFile::lock(const Descriptor& file) const
 {
-    if (flock(file.number(), LOCK_SH | LOCK_NB) != 0) {
+    if (uninterrupted([&] { return flock(file.number(), LOCK_SH | LOCK_NB); }) != 0) {
         fail(errno);
     }
 }

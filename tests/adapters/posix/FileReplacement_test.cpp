@@ -4,11 +4,13 @@
 #include "adapters/posix/FileRemoval.h"
 #include "adapters/posix/ProcessShutdown.h"
 #include "adapters/posix/TemporaryName.h"
+#include "tests/adapters/posix/FailingCalls.h"
 #include "tests/adapters/posix/FileTest.h"
 #include "tests/fakes/ChildProcess.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -261,6 +263,18 @@ TEST_F(FileReplacementTest, LeavesNothingWhenItIsDiscardedWithClosedFiles)
     }
 
     EXPECT_EQ(namesIn(folder()), Names{"book"});
+}
+
+TEST_F(FileReplacementTest, RetriesTheLockOfTheNewFileWhenInterrupted)
+{
+    auto file = locked();
+    const FailingCalls calls(Call::Lock, EINTR);
+
+    FileReplacement replacement(std::move(file), {"new"});
+    replacement.apply();
+
+    EXPECT_EQ(calls.failed(), 1);
+    EXPECT_EQ(contentOf(path("book")), "new");
 }
 
 TEST_F(FileReplacementTest, IsCompletedBeforeTheProcessExits)
