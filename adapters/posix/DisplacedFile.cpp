@@ -15,6 +15,20 @@
 
 namespace dunmora {
 
+namespace {
+
+/// Deletes the file unless another one is in its place. Errors: false, and errno.
+bool removeFile(const std::filesystem::path& path, const FileIdentity& identity)
+{
+    struct stat now {};
+    if (lstat(path.c_str(), &now) != 0) {
+        return errno == ENOENT;
+    }
+    return identityOf(now) != identity || unlink(path.c_str()) == 0;
+}
+
+}  // namespace
+
 DisplacedFile::DisplacedFile(std::filesystem::path name, FileIdentity identity, Pieces content)
     : name_(std::move(name)), identity_(identity), content_(std::move(content))
 {
@@ -118,11 +132,11 @@ std::string DisplacedFile::remove()
 {
     std::string failures;
     for (const auto& name : names_) {
-        struct stat now {};
-        const bool isOurs = lstat(name.path.c_str(), &now) == 0 && identityOf(now) == name.identity;
-        if (isOurs && unlink(name.path.c_str()) != 0) {
-            failures += " " + quotedPath(name.path) + ", the old content of " + quotedPath(name_) +
-                        ", could not be deleted: " + std::generic_category().message(errno) + ".";
+        if (!removeFile(name.path, name.identity)) {
+            const int error = errno;
+            appendSentences(failures, quotedPath(name.path) + ", the old content of " +
+                                          quotedPath(name_) + ", could not be deleted: " +
+                                          std::generic_category().message(error) + ".");
         }
     }
     names_.clear();

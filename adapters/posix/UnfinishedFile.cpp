@@ -42,8 +42,13 @@ UnfinishedFile::UnfinishedFile(std::filesystem::path path, int flags, mode_t mod
 {
     const ShutdownInhibitor inhibitor;
     descriptor_ = openFile(path_, flags | O_CREAT | O_EXCL, mode);
-    if (descriptor_.isOpen() && identify(descriptor_, identity_)) {
+    if (!descriptor_.isOpen()) {
+        return;
+    }
+    if (identify(descriptor_, identity_)) {
         enlist();
+    } else {
+        removeNew();
     }
 }
 
@@ -58,9 +63,7 @@ UnfinishedFile::UnfinishedFile(std::filesystem::path path, const std::filesystem
     if (hasOwnPath()) {
         enlist();
     } else {
-        const int error = errno;
-        unlink(path_.c_str());
-        errno = error;
+        removeNew();
     }
 }
 
@@ -107,6 +110,14 @@ bool UnfinishedFile::hasOwnPath() const
         return false;
     }
     return true;
+}
+
+/// Deletes the file that has just been created and cannot be recognised later. Keeps errno.
+void UnfinishedFile::removeNew() const
+{
+    const int error = errno;
+    unlink(path_.c_str());
+    errno = error;
 }
 
 void UnfinishedFile::removeOwn() const

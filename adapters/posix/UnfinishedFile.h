@@ -55,6 +55,7 @@ public:
 
 private:
     bool hasOwnPath() const;
+    void removeNew() const;
     void removeOwn() const;
     void enlist();
     void delist();
