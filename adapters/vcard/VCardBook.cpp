@@ -284,7 +284,19 @@ void VCardBook::save()
     for (const auto& ofFile : removals) {
         changes.add(prepared(ofFile, folders, openFiles), files_[ofFile.file].names().front());
     }
-    changes.commit([&](std::size_t i) { markRemoved(removals[i]); });
+    std::size_t committed = 0;
+    try {
+        changes.commit([&](std::size_t i) {
+            markRemoved(removals[i]);
+            ++committed;
+        });
+    } catch (const PlatformError& error) {
+        if (committed < removals.size()) {
+            throw;
+        }
+        // The message must not read as if nothing had been deleted.
+        throw PlatformError(std::string(error.what()) + " The people were deleted all the same.");
+    }
 }
 
 std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals,

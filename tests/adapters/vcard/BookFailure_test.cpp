@@ -1,4 +1,5 @@
 #include "platform/PlatformError.h"
+#include "tests/adapters/posix/FailingCalls.h"
 #include "tests/adapters/vcard/BookTest.h"
 #include "tests/fakes/ChildProcess.h"
 
@@ -14,6 +15,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <set>
 #include <string>
@@ -385,6 +387,21 @@ TEST_F(BookFailureTest, ReportsAFullDisk)
     }
 
     EXPECT_EQ(outcome, about(file(), "cannot be changed: No space left on device. As it was."));
+}
+
+TEST_F(BookFailureTest, SaysThatPeopleWereDeletedDespiteAFailure)
+{
+    // The new file and its folder have been flushed by then.
+    constexpr int kEarlierFlushes = 2;
+    const FailingCalls calls(Call::Sync, EIO, 1, kEarlierFlushes);
+
+    const auto failure = failureOfDeletionAfter([] {});
+
+    EXPECT_EQ(failure,
+              about(folder(), "could not be flushed to disk: Input/output error. A power failure "
+                              "now could bring back the old file, which is hidden. The people were "
+                              "deleted all the same."));
+    EXPECT_EQ(contentOf(file()), card("b"));
 }
 
 TEST_F(BookFailureTest, LeavesNoFileOpen)
