@@ -4,7 +4,6 @@
 #include "adapters/posix/FileComparison.h"
 #include "adapters/posix/FileContent.h"
 #include "adapters/posix/FileReplacement.h"
-#include "adapters/posix/LockedFile.h"
 #include "adapters/posix/LockedFolder.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
@@ -137,7 +136,7 @@ void IniUserDefaults::save()
     const auto tryAgain = LockedFile::tryAgainFor(lockTimeout_);
     for (int attempts = 1; !unsaved_.empty(); ++attempts) {
         try {
-            saveInto(LockedFile::openOrCreate(file_, tryAgain));
+            saveInto(LockedFile::openOrCreate(file_, tryAgain), tryAgain);
         } catch (const PlatformError& error) {
             // A longer message also says what a save that could not be reverted has left behind.
             if (error.what() != changedMessage(file_)) {
@@ -152,7 +151,7 @@ void IniUserDefaults::save()
 }
 
 /// Writes the unsaved values to the file as it is now.
-void IniUserDefaults::saveInto(LockedFile file)
+void IniUserDefaults::saveInto(LockedFile file, const LockedFile::TryAgain& tryAgain)
 {
     const auto content = file.content();
     file.expectContent({content.view()});
@@ -164,7 +163,7 @@ void IniUserDefaults::saveInto(LockedFile file)
     if (hasChanged) {
         const auto text = document.text();
         LockedFolders folders;
-        folders.lock(file.targets().front().parent_path());
+        folders.lock(file.targets().front().parent_path(), tryAgain);
         FileChanges changes;
         changes.add(std::make_unique<FileReplacement>(std::move(file), Pieces{text}), file_);
         changes.commit([](std::size_t /*index*/) {});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/defaults/IniDocument.h"
+#include "adapters/posix/LockedFile.h"
 #include "platform/UserDefaults.h"
 
 #include <chrono>
@@ -11,8 +12,6 @@
 #include <string_view>
 
 namespace dunmora {
-
-class LockedFile;
 
 /// Preferences in an INI file, cached in memory. `synchronize` changes only the lines of the keys
 /// that were set, in the current file and under a lock, so that several programs and the user can
@@ -41,7 +40,7 @@ private:
 
     bool saveAndReload();
     void save();
-    void saveInto(LockedFile file);
+    void saveInto(LockedFile file, const LockedFile::TryAgain& tryAgain);
     Values load() const;
 
     const std::filesystem::path file_;

@@ -44,11 +44,6 @@ void DisplacedFile::addLink(std::filesystem::path temporary, FileIdentity link)
     names_.push_back({std::move(temporary), link, true});
 }
 
-void DisplacedFile::removeName(const std::filesystem::path& temporary)
-{
-    std::erase_if(names_, [&](const Name& name) { return name.path == temporary; });
-}
-
 void DisplacedFile::check(OpenFiles openFiles)
 {
     // Without an exchange there is nothing to check.

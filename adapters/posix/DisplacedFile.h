@@ -30,8 +30,6 @@ public:
     void addName(std::filesystem::path temporary);
     /// Adds a symbolic link that should be at `temporary` now.
     void addLink(std::filesystem::path temporary, FileIdentity link);
-    /// Forgets a name, because the file has been put back.
-    void removeName(const std::filesystem::path& temporary);
 
     /// Throws unless the file with this content is at every name and nobody has it open for
     /// writing.

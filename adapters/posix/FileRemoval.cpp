@@ -89,7 +89,6 @@ std::string FileRemoval::revert()
             continue;
         }
         if (renameToNewName(place.temporary, place.path)) {
-            old_.removeName(place.temporary);
             place.temporary.clear();
         } else {
             appendSentences(sentences, couldNotBeRestored(place.path, place.temporary, errno));

@@ -97,7 +97,6 @@ std::string FileReplacement::putBack(Place& place)
         return couldNotBeRestored(place.target, place.temporary, errno);
     }
     place.state = State::Prepared;
-    old_.removeName(place.temporary);
     try {
         DisplacedFile unused(place.target, newFile_.identity(), content_);
         unused.addName(place.temporary);

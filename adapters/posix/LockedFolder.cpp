@@ -1,7 +1,6 @@
 #include "adapters/posix/LockedFolder.h"
 
 #include "adapters/posix/Leftover.h"
-#include "adapters/posix/LockedFile.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
@@ -28,9 +27,10 @@ bool lockAtOnce(const Descriptor& folder)
 
 }  // namespace
 
-LockedFolder::LockedFolder(const std::filesystem::path& folder) : descriptor_(openFolder(folder))
+LockedFolder::LockedFolder(const std::filesystem::path& folder,
+                           const LockedFile::TryAgain& tryAgain)
+    : descriptor_(openFolder(folder))
 {
-    const auto tryAgain = LockedFile::tryAgainFor(std::chrono::seconds(1));
     while (descriptor_.isOpen() && !lockAtOnce(descriptor_)) {
         if (errno != EWOULDBLOCK) {
             descriptor_ = Descriptor();
@@ -47,9 +47,14 @@ bool LockedFolder::isLockedElsewhere(const std::filesystem::path& folder)
     return descriptor.isOpen() && !lockAtOnce(descriptor) && errno == EWOULDBLOCK;
 }
 
-void LockedFolders::lock(const std::filesystem::path& folder)
+LockedFile::TryAgain LockedFolder::forASecond()
 {
-    if (const auto [found, isNew] = folders_.try_emplace(folder, folder);
+    return LockedFile::tryAgainFor(std::chrono::seconds(1));
+}
+
+void LockedFolders::lock(const std::filesystem::path& folder, const LockedFile::TryAgain& tryAgain)
+{
+    if (const auto [found, isNew] = folders_.try_emplace(folder, folder, tryAgain);
         isNew && found->second.isLocked()) {
         removeUnusedFiles(folder);
     }

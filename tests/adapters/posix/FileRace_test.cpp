@@ -14,7 +14,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -30,14 +32,15 @@ enum class Act { Append, KeepOpen, Replace, Remove };
 
 constexpr auto kActs = {Act::Append, Act::KeepOpen, Act::Replace, Act::Remove};
 
-/// What the other program writes, which must never be lost.
-constexpr std::string_view kWritten = "+written by another program";
+/// What the other programs write, which must never be lost.
+constexpr std::string_view kEarly = "+written early";
+constexpr std::string_view kLate = "+written late";
 
 /// Another program that changes the file in place, like an editor, or as a whole. A lease can make
 /// it wait in open(2), so it has a thread of its own.
 class OtherProgram final {
 public:
-    explicit OtherProgram(fs::path file) : file_(std::move(file)) {}
+    OtherProgram(fs::path file, std::string_view text) : file_(std::move(file)), text_(text) {}
 
     /// Acts now, or as soon as a lease allows it.
     void act(Act act)
@@ -51,7 +54,7 @@ public:
             opening_.wait_for(std::chrono::milliseconds(5));
             break;
         case Act::Replace:
-            write(replacement(), kWritten);
+            write(replacement(), text_);
             fs::rename(replacement(), file_);
             hasWritten_ = true;
             break;
@@ -69,7 +72,7 @@ public:
             opening_.get();
         }
         if (writer_.isOpen()) {
-            hasWritten_ = writeAll(writer_, kWritten);
+            hasWritten_ = writeAll(writer_, text_);
             writer_ = Descriptor();
         }
         return hasWritten_;
@@ -84,12 +87,13 @@ private:
     {
         writer_ = Descriptor(::open(file_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
         if (writer_.isOpen() && act_ == Act::Append) {
-            hasWritten_ = writeAll(writer_, kWritten);
+            hasWritten_ = writeAll(writer_, text_);
             writer_ = Descriptor();
         }
     }
 
     fs::path file_;
+    std::string_view text_;
     Act act_ = Act::Append;
     bool hasWritten_ = false;
     Descriptor writer_;
@@ -99,6 +103,8 @@ private:
 /// Changes a file while other programs act at every moment of the change, one run for each.
 class FileRaceTest : public FileTest {
 protected:
+    using Texts = std::vector<std::string_view>;
+
     struct Run {
         int calls = 0;
         bool canTrace = true;
@@ -114,8 +120,8 @@ protected:
         write(file(), "old");
         const TemporaryFolder elsewhere;
         const auto message = elsewhere.path() / "message";
-        OtherProgram early(file());
-        OtherProgram other(file());
+        OtherProgram early(file(), kEarly);
+        OtherProgram other(file(), kLate);
         bool isEarlyDone = false;
         bool isDone = false;
         Run result;
@@ -138,10 +144,16 @@ protected:
         if (!result.canTrace) {
             return result;
         }
-        const bool hasWrittenEarly = isEarlyDone && early.end();
-        const bool hasWritten = isDone && other.end();
-        look(isRemoval, contentOf(message), hasWritten || hasWrittenEarly,
-             (isDone && other.hasRemoved()) || (isEarlyDone && early.hasRemoved()));
+        Texts written;
+        if (isEarlyDone && early.end()) {
+            written.push_back(kEarly);
+        }
+        if (isDone && other.end()) {
+            written.push_back(kLate);
+        }
+        look(isRemoval, contentOf(message), written,
+             (isDone && other.hasRemoved()) || (isEarlyDone && early.hasRemoved()),
+             isDone && act == Act::Replace);
         for (const auto& name : namesIn(folder())) {
             fs::remove_all(path(name));
         }
@@ -183,8 +195,10 @@ private:
         changes.commit([](std::size_t) {});
     }
 
-    /// Everything that somebody has written is in the file, or in one that the message names.
-    void look(bool isRemoval, const std::string& message, bool hasWritten, bool hasRemoved)
+    /// Everything that somebody has written is in the file, or in one that the message names. Only
+    /// another program that removes or replaces the file takes it away.
+    void look(bool isRemoval, const std::string& message, const Texts& written, bool hasRemoved,
+              bool hasReplaced)
     {
         std::string findable = fs::exists(file()) ? contentOf(file()) : "";
         for (const auto& name : namesIn(folder())) {
@@ -195,16 +209,19 @@ private:
                 << name << " is not named: " << message;
             findable += contentOf(path(name));
         }
-        if (hasWritten && !hasRemoved) {
-            EXPECT_NE(findable.find(kWritten), std::string::npos)
-                << "a change is lost: " << findable << ", " << message;
+        const auto isFindable = [&](std::string_view text) {
+            return findable.find(text) != std::string::npos;
+        };
+        for (const auto text : written) {
+            EXPECT_TRUE(isFindable(text) || hasRemoved || (hasReplaced && text != kLate))
+                << text << " is lost: " << findable << ", " << message;
         }
         if (message == kNothingThrown) {
-            EXPECT_EQ(findable.find("old"), std::string::npos) << findable;
-            EXPECT_TRUE(isRemoval || hasRemoved || hasWritten || findable == "new") << findable;
-        } else if (!hasRemoved && findable.find("old") == std::string::npos) {
-            // Only a replacement by another program takes the old content away.
-            EXPECT_TRUE(findable.starts_with(kWritten)) << findable << ", " << message;
+            EXPECT_FALSE(isFindable("old")) << findable;
+            EXPECT_TRUE(isRemoval || hasRemoved || !written.empty() || findable == "new")
+                << findable;
+        } else {
+            EXPECT_TRUE(isFindable("old") || hasRemoved || hasReplaced) << findable << message;
         }
     }
 };

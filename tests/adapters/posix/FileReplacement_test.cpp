@@ -2,6 +2,7 @@
 
 #include "adapters/posix/FileChanges.h"
 #include "adapters/posix/FileRemoval.h"
+#include "adapters/posix/Leftover.h"
 #include "adapters/posix/ProcessShutdown.h"
 #include "adapters/posix/TemporaryName.h"
 #include "tests/adapters/posix/FailingCalls.h"
@@ -135,6 +136,24 @@ TEST_F(FileReplacementTest, CanBeReverted)
     EXPECT_EQ(contentOf(path("book")), "old");
     EXPECT_TRUE(replacement.changedPaths().empty());
     EXPECT_EQ(namesIn(folder()), (Names{"book", "same"}));
+}
+
+TEST_F(FileReplacementTest, NoticesThatAnotherNameHasBecomeAnotherFile)
+{
+    fs::create_hard_link(path("book"), path("same"));
+    FileReplacement replacement(locked({path("book"), path("same")}), {"new"});
+    replacement.apply();
+    // As if another program had replaced it right before the exchange.
+    const auto inode = inodeOf(path("same"));
+    for (const auto& name : namesIn(folder())) {
+        if (name.ends_with("-same")) {
+            write(path("another"), "old");
+            fs::rename(path("another"), path(name));
+        }
+    }
+
+    EXPECT_EQ(failureOf([&] { replacement.checkOldFile(); }), changed(path("book")));
+    EXPECT_EQ(inodeOf(path("same")), inode);
 }
 
 TEST_F(FileReplacementTest, LeavesTheFileAloneWhenItIsNotApplied)
@@ -323,6 +342,10 @@ TEST_F(FileReplacementTest, NeedsNoNamelessFile)
             const FileReplacement discarded(locked(), {"new"});
             if (namesIn(folder()).size() != 3) {
                 return "the new file had no name";
+            }
+            removeUnusedFiles(folder());
+            if (namesIn(folder()).size() != 3) {
+                return "the new file was not locked";
             }
         }
         replace({path("book"), path("same")});

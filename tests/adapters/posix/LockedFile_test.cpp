@@ -70,6 +70,17 @@ TEST_F(LockedFileTest, SeparatesLinksFromTheFileItself)
     EXPECT_EQ(file.targets(), (LockedFile::Paths{path("book"), path("same")}));
 }
 
+TEST_F(LockedFileTest, IsRefusedWhenItsNamesHaveBecomeDifferentFiles)
+{
+    write(path("book"), "old");
+    write(path("same"), "old");
+
+    EXPECT_EQ(failureOf([&] {
+                  LockedFile::open({path("book"), path("same")});
+              }),
+              changed(path("book")));
+}
+
 TEST_F(LockedFileTest, DetectsAChangeUnderEachName)
 {
     write(path("book"), "old");
