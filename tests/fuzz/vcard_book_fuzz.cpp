@@ -135,10 +135,13 @@ struct File {
 
 using Files = std::vector<File>;
 
-bool isBlank(std::string_view bytes)
+/// Whether this rest of the file is blank in the file's encoding.
+bool isBlank(const File& file, std::string_view rest)
 {
-    const Reading reading(bytes);
-    return dunmora::isBlankText(reading.text);
+    const auto encoding = file.reading->encoding;
+    return encoding == FileEncoding::Bytes
+               ? dunmora::isBlankText(rest)
+               : rest.size() % 2 == 0 && dunmora::isBlankText(dunmora::utf16ToUtf8(rest, encoding));
 }
 
 /// Checks the files after a round; those of a folder are deleted when nothing remains in them.
@@ -151,7 +154,7 @@ void requireContents(const Files& files, std::size_t round)
             ++found;
             require(contentOf(file.path) == expected, "the rest of a file is not as it was");
         } else {
-            require(files.size() > 1 && expected != file.bytes && isBlank(expected),
+            require(files.size() > 1 && expected != file.bytes && isBlank(file, expected),
                     "a file with content was deleted");
         }
     }
