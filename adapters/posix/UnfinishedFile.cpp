@@ -113,10 +113,11 @@ bool UnfinishedFile::hasOwnPath() const
 }
 
 /// Deletes the file that has just been created and cannot be recognised later. Keeps errno.
-void UnfinishedFile::removeNew() const
+void UnfinishedFile::removeNew()
 {
     const int error = errno;
     unlink(path_.c_str());
+    descriptor_ = Descriptor();
     errno = error;
 }
 

@@ -55,7 +55,7 @@ public:
 
 private:
     bool hasOwnPath() const;
-    void removeNew() const;
+    void removeNew();
     void removeOwn() const;
     void enlist();
     void delist();

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 
 namespace dunmora::test {
@@ -56,6 +57,7 @@ extern "C" {
 
 ssize_t __real_flistxattr(int file, char* names, std::size_t size);
 int __real_fremovexattr(int file, const char* name);
+int __real_fstat(int file, struct stat* status);
 int __real_fsync(int file);
 int __real_flock(int file, int operation);
 int __real_open(const char* path, int flags, ...);
@@ -70,6 +72,11 @@ ssize_t __wrap_flistxattr(int file, char* names, std::size_t size)
 int __wrap_fremovexattr(int file, const char* name)
 {
     return fails(Call::RemoveAttribute) ? -1 : __real_fremovexattr(file, name);
+}
+
+int __wrap_fstat(int file, struct stat* status)
+{
+    return fails(Call::Status) ? -1 : __real_fstat(file, status);
 }
 
 int __wrap_fsync(int file)

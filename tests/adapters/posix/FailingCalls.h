@@ -3,13 +3,15 @@
 namespace dunmora::test {
 
 /// The system calls that a `FailingCalls` can make fail. `ListAttributes` asks for the names of a
-/// file's extended attributes, `CountAttributes` for their length (flistxattr without a buffer).
+/// file's extended attributes, `CountAttributes` for their length (flistxattr without a buffer),
+/// `Status` for an open file's status.
 enum class Call {
     CountAttributes,
     ListAttributes,
     Lock,
     Open,
     RemoveAttribute,
+    Status,
     Sync,
 };
 

@@ -1,10 +1,12 @@
 #include "adapters/posix/NewFile.h"
 
+#include "tests/adapters/posix/FailingCalls.h"
 #include "tests/adapters/posix/FileTest.h"
 #include "tests/fakes/ChildProcess.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -63,6 +65,15 @@ TEST_F(NewFileTest, ReplacesNeitherAnExistingFileNorABrokenLink)
     EXPECT_EQ(failureOf([&] { writeNewFile(file(), {"new"}); }),
               about(file(), "cannot be created: File exists."));
     EXPECT_EQ(namesIn(folder()), (std::set<std::string>{"backup.vcf"}));
+}
+
+TEST_F(NewFileTest, FailsAndLeavesNothingWhenItsStatusCannotBeRead)
+{
+    const FailingCalls calls(Call::Status, EIO);
+
+    EXPECT_EQ(failureOf([&] { writeNewFile(file(), {"one"}); }),
+              about(file(), "cannot be created: Input/output error."));
+    EXPECT_EQ(namesIn(folder()), std::set<std::string>());
 }
 
 TEST_F(NewFileTest, ReportsWhereItCannotBeCreated)
