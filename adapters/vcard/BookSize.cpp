@@ -60,8 +60,8 @@ void checkBookSize(const std::filesystem::path& book,
     }
     // One is rounded up and the other one down, so that they differ.
     const auto needed = (size + kMebibyte - 1) / kMebibyte;
-    throw PlatformError(quotedPath(book) + " is too large: it takes " + std::to_string(needed) +
-                        " MiB, and on this computer Dunmora reads at most " +
+    throw PlatformError(quotedPath(book) + " is too large: it has " + std::to_string(needed) +
+                        " MiB, and on this computer Dunmora can read at most " +
                         std::to_string(largest / kMebibyte) + " MiB.");
 }
 

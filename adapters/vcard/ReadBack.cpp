@@ -58,8 +58,8 @@ void checkReadBack(const std::filesystem::path& name, FileBytes content,
     if (!holdsExactly(name, std::move(content), expected)) {
         throw PlatformError(
             quotedPath(name) +
-            " was not changed: without the deleted people, others in it would be "
-            "read differently. Nobody was deleted. Correct its skipped cards, or keep the "
+            " was not changed: without the people to be deleted, others in it would be read "
+            "differently. Nobody was deleted. Correct the skipped cards in it, or uncheck the "
             "people next to them.");
     }
 }

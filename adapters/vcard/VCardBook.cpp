@@ -179,11 +179,11 @@ void VCardBook::noteSkippedCards(const CardFile& file)
         notes_.remarks.push_back(
             count == 1
                 ? "1 card in " + name + " (line " + line +
-                      ") was skipped because it has no END line or no properties. It stays "
-                      "in the file unchanged."
+                      ") was skipped because it breaks off or has no properties. It stays in the "
+                      "file unchanged."
                 : std::to_string(count) + " cards in " + name + " (the first in line " + line +
-                      ") were skipped because they have no END line or no properties. They "
-                      "stay in the file unchanged.");
+                      ") were skipped because they break off or have no properties. They stay in "
+                      "the file unchanged.");
     } else if (cards_.ranges.empty() && cards_.groups == 0 && !isBlankText(file.text())) {
         notes_.remarks.push_back(name + " contains no vCards.");
     }

@@ -400,7 +400,7 @@ class NotesTest(DunmoraCase):
         dunmora.click(dunmora.button("1 card was skipped"))
         alert = dunmora.wait_for_window(is_alert, "alert")
         remark = (
-            f"1 card in “{self.book}” (line 40) was skipped because it has no END line or no properties. "
+            f"1 card in “{self.book}” (line 40) was skipped because it breaks off or has no properties. "
             "It stays in the file unchanged."
         )
         self.assertEqual(texts_of(alert), ["1 card was skipped", remark])

@@ -54,7 +54,19 @@ TEST_F(BookNotesTest, NameTheLineOfASkippedCard)
 
     EXPECT_EQ(notes.cardsSkipped, 1U);
     EXPECT_EQ(notes.remarks, (Remarks{"1 card in “" + file().string() +
-                                      "” (line 7) was skipped because it has no END line or no "
+                                      "” (line 7) was skipped because it breaks off or has no "
+                                      "properties. It stays in the file unchanged."}));
+}
+
+TEST_F(BookNotesTest, CountACardWhoseTextBreaksOffBeforeItsEnd)
+{
+    const auto notes = notesOfFile("BEGIN:VCARD\r\nN;ENCODING=QUOTED-PRINTABLE:Lee;Ann=\r\n"
+                                   "END:VCARD\r\n" +
+                                   card("a"));
+
+    EXPECT_EQ(notes.cardsSkipped, 1U);
+    EXPECT_EQ(notes.remarks, (Remarks{"1 card in “" + file().string() +
+                                      "” (line 1) was skipped because it breaks off or has no "
                                       "properties. It stays in the file unchanged."}));
 }
 
@@ -65,7 +77,7 @@ TEST_F(BookNotesTest, CountSkippedCardsAndNameTheLineOfTheFirst)
     EXPECT_EQ(notes.cardsSkipped, 3U);
     EXPECT_EQ(notes.remarks,
               (Remarks{"3 cards in “" + file().string() +
-                       "” (the first in line 6) were skipped because they have no END line or no "
+                       "” (the first in line 6) were skipped because they break off or have no "
                        "properties. They stay in the file unchanged."}));
 }
 

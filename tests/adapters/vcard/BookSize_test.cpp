@@ -30,8 +30,8 @@ protected:
     static std::string tooLarge(const std::filesystem::path& path, const std::string& size,
                                 const std::string& largest)
     {
-        return about(path, "is too large: it takes " + size +
-                               " MiB, and on this computer Dunmora reads at most " + largest +
+        return about(path, "is too large: it has " + size +
+                               " MiB, and on this computer Dunmora can read at most " + largest +
                                " MiB.");
     }
 };

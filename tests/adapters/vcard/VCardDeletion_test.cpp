@@ -135,9 +135,9 @@ TEST_F(VCardDeletionTest, IsRefusedWhenAnotherCardWouldBeReadDifferently)
     write(file(), content);
 
     EXPECT_EQ(failureOf([&] { removeFrom(file(), {"b"}); }),
-              about(file(), "was not changed: without the deleted people, others in it would be "
-                            "read differently. Nobody was deleted. Correct its skipped cards, or "
-                            "keep the people next to them."));
+              about(file(), "was not changed: without the people to be deleted, others in it would "
+                            "be read differently. Nobody was deleted. Correct the skipped cards in "
+                            "it, or uncheck the people next to them."));
 
     EXPECT_EQ(contentOf(file()), content);
     EXPECT_EQ(without({"a"}, content), content.substr(card("a").size()));
