@@ -107,7 +107,8 @@ class Plan:
             scenario.write(home)
             trial = Trial(scenario, "none", "", scenario.lacks, self.attribute)
             result = self.injector.run(home, scenario.arguments, trial.faults, record=True)
-            verdict.Verdict(trial, home, self.injector, result).check()
+            outcome = verdict.Verdict(trial, home, self.injector, result).check()
+            verdict.require(outcome == "deleted", f"{scenario.name}: the undisturbed deletion ended with: {outcome}")
         first = next(index for index, call in enumerate(result.calls)
                      if call.name != "execve" and scenario.book.partition("/")[0] in call.target.rpartition("/")[2])
         return result.calls[first:]
@@ -198,14 +199,16 @@ class Runs:
             except subprocess.TimeoutExpired:
                 return f"run {number}, {trial}: it hangs", None
             own = range(len(trial.faults) - len(trial.scenario.lacks))
-            return None, outcome if {index for index, _ in result.happened} & set(own) else "fault did not occur"
+            if not {index for index, _ in result.happened} & set(own):
+                return f"run {number}, {trial}: the fault did not happen", None
+            return None, outcome
 
     def try_all(self, numbers, workers):
         with concurrent.futures.ThreadPoolExecutor(workers) as pool:
             for number, (failure, outcome) in zip(numbers, pool.map(self.try_one, numbers)):
                 if failure:
                     self.failures.append(failure)
-                self.outcomes[self.plan.trials[number].kind][outcome or "PROMISE BROKEN"] += 1
+                self.outcomes[self.plan.trials[number].kind][outcome or "FAILED"] += 1
 
     def table(self):
         rows = [("fault", "runs", "outcomes")]

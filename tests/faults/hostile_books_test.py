@@ -96,12 +96,11 @@ def write_zeros(file, size):
 
 
 def write_lines(file, size, name):
-    """A long line in each of two cards, which are copies of each other."""
-    for number in range(2):
-        file.write(f"BEGIN:VCARD\r\nUID:{number}\r\n{name}:".encode())
-        for _ in range(size // 2 // MEBIBYTE):
-            file.write(b"x" * MEBIBYTE)
-        file.write(b"\r\nN:Lee;Ann;;;\r\nEND:VCARD\r\n")
+    """A long line in one of two cards."""
+    file.write(f"BEGIN:VCARD\r\nUID:2\r\n{name}:".encode())
+    for _ in range(size // MEBIBYTE):
+        file.write(b"x" * MEBIBYTE)
+    file.write(b"\r\nN:Lee;Ann;;;\r\nEND:VCARD\r\n" + card("1", "Ann", "Lee"))
 
 
 def write_phones(file, count):
@@ -150,7 +149,7 @@ def hostile_books(is_large):
             yield Hostile(f"nested {line_name}s, {'closed' if ends else 'open'}",
                           lambda file, text=text, ends=ends: write_nested(file, million, text, ends))
     # Every charset costs a converter, which the C library loads from a file.
-    yield Hostile("all charsets in turn", lambda file: write_charsets(file, 10 * 1180), seconds=50)
+    yield Hostile("all charsets in turn", lambda file: write_charsets(file, 10 * 1180), seconds=20)
 
 
 def measured(program, home, name, write):
@@ -178,8 +177,8 @@ def check_hostile(program, home, hostile, start, ordinary, ordinary_size):
     seconds = (cost.seconds - start.seconds) / ((ordinary.seconds - start.seconds) * scale)
     kilobytes = (cost.kilobytes - start.kilobytes) / ((ordinary.kilobytes - start.kilobytes) * scale)
     print(f"    {seconds:.2f} times the processor time, {kilobytes:.2f} times the memory of an ordinary book")
-    # Refusing a book is fine as well.
-    is_said = cost.code == 0 or (cost.code == 1 and cost.err.startswith("dunmora-cli: "))
+    # Refusing a book that is too large for the computer is fine as well.
+    is_said = cost.code == 0 or (cost.code == 1 and ("is too large" in cost.err or "not enough memory" in cost.err))
     if not is_said:
         print(cost.err[:1000])
     return is_said and seconds <= hostile.seconds and kilobytes <= hostile.kilobytes
@@ -194,7 +193,9 @@ def main():
             failed.append("flood")
         start, _ = measured(program, home, "empty book", lambda file: None)
         ordinary, size = measured(program, home, "ordinary book", lambda file: write_ordinary(file, ORDINARY_SIZE))
-        for hostile in hostile_books(is_large):
+        if start.code != 0 or ordinary.code != 0 or ordinary.seconds <= start.seconds:
+            failed.append("ordinary book, so there is nothing to compare with")
+        for hostile in hostile_books(is_large) if not failed else ():
             if not check_hostile(program, home, hostile, start, ordinary, size):
                 failed.append(hostile.name)
     print(f"out of bounds: {', '.join(failed)}" if failed else "all within bounds")

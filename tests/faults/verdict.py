@@ -193,7 +193,7 @@ class Verdict:
         messages = self.reading if self.result.was_killed else self.result.err
         unnamed = [file for file in self.state.leftovers if file not in messages]
         for file in unnamed:
-            only_there = set(self.state.leftovers[file] or ())& self.needed().union(self.removable)
+            only_there = set(self.state.leftovers[file] or ()) & self.needed().union(self.removable)
             only_there -= self.state.texts
             require(not only_there, f"it left {file}, which holds {only_there}, without a word")
         if unnamed or self.result.was_killed:
