@@ -393,7 +393,8 @@ class FieldsTest(EndToEnd):
         self.assertIn("another program has locked it. Try again later.\n", err)
         self.assertTrue(err.endswith("dunmora-cli: The match fields could not be stored.\n"), err)
         self.assertGreater(duration, 0.9)
-        self.assertLess(duration, 1.9)
+        # It waits a second, not for the lock; a busy machine takes its time for the rest.
+        self.assertLess(duration, 10)
         self.assertEqual(self.run_program("fields")[1], "lastname\n")
 
     def test_reports_that_the_fields_could_not_be_stored(self):
