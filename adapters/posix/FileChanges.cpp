@@ -6,12 +6,32 @@
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <exception>
 #include <set>
 #include <system_error>
 #include <utility>
 
 namespace dunmora {
+
+namespace {
+
+/// The names as one text, which stays readable with thousands of them.
+std::string listed(const std::vector<std::string>& names)
+{
+    constexpr std::size_t kMostNames = 20;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(names.size(), kMostNames); ++i) {
+        text += (text.empty() ? "" : ", ") + names[i];
+    }
+    if (names.size() > kMostNames) {
+        text += " and " + std::to_string(names.size() - kMostNames) + " more";
+    }
+    return text;
+}
+
+}  // namespace
 
 void FileChanges::add(std::unique_ptr<FileChange> change, const std::filesystem::path& name)
 {
@@ -26,21 +46,25 @@ void FileChanges::commit(const std::function<void(std::size_t)>& onCommitted)
     // The files are one address book: an exit must not leave it half changed.
     const ShutdownInhibitor inhibitor;
     std::string failure;
+    std::exception_ptr otherFailure;
     try {
         applyAndCheck();
-        failure = finish();
     } catch (const PlatformError& error) {
         failure = error.what();
-        appendSentences(failure, revert());
     } catch (...) {
-        revert();
-        throw;
+        otherFailure = std::current_exception();
     }
+    const bool isFailed = !failure.empty() || otherFailure;
+    const auto remains = isFailed ? revert() : "";
     for (std::size_t i = 0; i < entries_.size(); ++i) {
         if (!entries_[i].change->changedPaths().empty()) {
             onCommitted(i);
         }
     }
+    if (otherFailure && remains.empty()) {
+        std::rethrow_exception(otherFailure);
+    }
+    appendSentences(failure, isFailed ? remains : finish());
     if (!failure.empty()) {
         throw PlatformError(failure);
     }
@@ -63,6 +87,7 @@ void FileChanges::applyAndCheck()
     }
     for (const auto& entry : entries_) {
         entry.change->checkOldFileAgain();
+        ShutdownInhibitor::reportProgress();
     }
 }
 
@@ -87,7 +112,13 @@ std::string FileChanges::revert()
 {
     std::string failures;
     while (applied_ > 0) {
-        appendSentences(failures, entries_[--applied_].change->revert());
+        const auto& [change, name] = entries_[--applied_];
+        try {
+            appendSentences(failures, change->revert());
+        } catch (const std::exception&) {
+            // Without enough memory the others must be reverted all the same.
+            appendSentences(failures, quotedPath(name) + " could not be restored.");
+        }
         ShutdownInhibitor::reportProgress();
     }
     appendSentences(failures, listChanged());
@@ -100,17 +131,17 @@ std::string FileChanges::revert()
 /// In a book of several files, which of them have changed despite a failure.
 std::string FileChanges::listChanged() const
 {
-    std::string changed;
-    std::string unchanged;
+    std::vector<std::string> changed;
+    std::vector<std::string> unchanged;
     for (const auto& [change, name] : entries_) {
         auto& names = change->changedPaths().empty() ? unchanged : changed;
-        names += (names.empty() ? "" : ", ") + displayText(name.filename().native());
+        names.push_back(displayText(name.filename().native()));
     }
     if (entries_.size() == 1 || changed.empty()) {
         return {};
     }
-    return "Files changed despite the error: " + changed + "." +
-           (unchanged.empty() ? "" : " Files not changed: " + unchanged + ".");
+    return "Files changed despite the error: " + listed(changed) + "." +
+           (unchanged.empty() ? "" : " Files not changed: " + listed(unchanged) + ".");
 }
 
 /// Flushes the folders of all files. Returns which of them failed, and why.
@@ -129,6 +160,7 @@ std::string FileChanges::flushFolders() const
             appendSentences(failures, quotedPath(folder) + " could not be flushed to disk: " +
                                           std::generic_category().message(error) + ".");
         }
+        ShutdownInhibitor::reportProgress();
     }
     return failures;
 }

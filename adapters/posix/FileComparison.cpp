@@ -3,6 +3,7 @@
 #include "adapters/posix/FileCopy.h"
 #include "adapters/posix/FileError.h"
 #include "adapters/posix/FileIdentity.h"
+#include "adapters/posix/ProcessShutdown.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
@@ -47,6 +48,7 @@ bool hasContent(const Descriptor& file, const Pieces& content, const std::filesy
                 return false;
             }
             piece.remove_prefix(count);
+            ShutdownInhibitor::reportProgress();
         }
     }
     return read(1) == 0;

@@ -19,7 +19,7 @@ std::string couldNotBeRestored(const std::filesystem::path& path,
                                const std::filesystem::path& temporary, int error)
 {
     return quotedPath(path) + " could not be restored: " + std::generic_category().message(error) +
-           ". As it was before, it is in " + quotedPath(temporary) + ".";
+           ". What was in its place before is in " + quotedPath(temporary) + ".";
 }
 
 void appendSentences(std::string& message, std::string_view sentences)

@@ -6,7 +6,7 @@
 
 namespace dunmora {
 
-/// Renaming that differs between Linux and macOS.
+/// What differs between Linux and macOS when a file takes the place of another.
 /// Thread: any; may block on a disk. Errors: nothing is thrown; false, and errno.
 
 /// Exchanges two files in one step.
@@ -21,9 +21,13 @@ bool isUnsupported(int error);
 /// Errors: EEXIST when there is one.
 bool renameToNewName(const std::filesystem::path& from, const std::filesystem::path& to);
 
+/// Whether the file keeps its inode number as long as it exists. Some file systems, such as FAT and
+/// some of those in user space, assign numbers anew.
+bool hasLastingInode(const std::filesystem::path& path);
+
 /// Watches whether another program has a file open for writing, by a lease (fcntl(2), F_SETLEASE).
-/// While it exists, such a program waits in open(2); closing every descriptor of the file ends
-/// that.
+/// The lease lasts until the descriptor is closed; meanwhile a program that opens the file for
+/// writing waits in open(2), as long as the system allows.
 class WriterWatch final {
 public:
     /// Begins to watch the file, which must be open for reading only and stay open.

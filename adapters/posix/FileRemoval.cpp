@@ -47,22 +47,19 @@ void FileRemoval::apply()
 void FileRemoval::moveAway(Place& place)
 {
     const FileIdentity noNewFile{place.identity.device, 0};
-    for (unsigned number = 1; number <= kMaximalTemporaryNumber; ++number) {
-        auto temporary = temporaryPath(place.path, noNewFile, number);
-        if (renameToNewName(place.path, temporary)) {
-            place.temporary = std::move(temporary);
-            if (place.isLink) {
-                old_.addLink(place.temporary, place.identity);
-            } else {
-                old_.addName(place.temporary);
-            }
-            return;
-        }
-        if (errno != EEXIST) {
-            break;
-        }
+    const auto rename = [&](const std::filesystem::path& temporary) {
+        place.temporary = temporary;
+        return renameToNewName(place.path, temporary);
+    };
+    if (!useTemporaryPath(place.path, noNewFile, rename)) {
+        place.temporary.clear();
+        throwFileError(file_.name(), kCannotBeRemoved, errno);
     }
-    throwFileError(file_.name(), kCannotBeRemoved, errno);
+    if (place.isLink) {
+        old_.addLink(place.temporary, place.identity);
+    } else {
+        old_.addName(place.temporary);
+    }
 }
 
 void FileRemoval::checkOldFile()

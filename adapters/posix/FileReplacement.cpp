@@ -2,12 +2,13 @@
 
 #include "adapters/posix/FileError.h"
 #include "adapters/posix/FileExchange.h"
-#include "platform/PlatformError.h"
+#include "adapters/posix/TemporaryName.h"
 #include "text/DisplayText.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <exception>
 #include <utility>
 
 namespace dunmora {
@@ -39,8 +40,9 @@ void FileReplacement::nameNewFile()
 
 void FileReplacement::apply()
 {
-    file_.checkUnchanged();
     nameNewFile();
+    // The last step before the exchange, which may be a mere rename.
+    file_.checkUnchanged();
     for (auto& place : places_) {
         put(place);
     }
@@ -93,18 +95,29 @@ std::string FileReplacement::revert()
 /// What comes out must be the new file as it was prepared. Anything else belongs to somebody else.
 std::string FileReplacement::putBack(Place& place)
 {
-    if (!exchangeFiles(place.temporary, place.target)) {
+    const auto rename = [&](const std::filesystem::path& name) {
+        if (!renameToNewName(place.temporary, name)) {
+            return false;
+        }
+        place.temporary = name;
+        return true;
+    };
+    // From now on no later deletion may take the file under this name for an unused new one.
+    if (!useTemporaryPath(place.target, FileIdentity(), rename) ||
+        !exchangeFiles(place.temporary, place.target)) {
         return couldNotBeRestored(place.target, place.temporary, errno);
     }
     place.state = State::Prepared;
     try {
         DisplacedFile unused(place.target, newFile_.identity(), content_);
         unused.addName(place.temporary);
-        unused.check(OpenFiles::Close);
+        unused.check(OpenFiles::Keep);
+        unused.checkAgain();
         return unused.remove();
-    } catch (const PlatformError&) {
-        return "What another program has written to " + quotedPath(place.target) +
-               " meanwhile is in " + quotedPath(place.temporary) + ".";
+    } catch (const std::exception&) {
+        // Also without enough memory for the check: in doubt the file stays.
+        return quotedPath(place.temporary) + " may hold what another program has written to " +
+               quotedPath(place.target) + " meanwhile.";
     }
 }
 

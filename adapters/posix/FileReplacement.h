@@ -23,6 +23,8 @@ public:
     /// Writes the content to a `PreparedFile`. The content must stay valid.
     FileReplacement(LockedFile file, Pieces content);
 
+    const Pieces& content() const { return content_; }
+
     /// Reads back the content that has been prepared.
     FileBytes newContent() const { return newFile_.content(); }
 

@@ -1,6 +1,7 @@
 #include "adapters/posix/Leftover.h"
 
 #include "adapters/posix/Descriptor.h"
+#include "adapters/posix/FileExchange.h"
 #include "adapters/posix/LockedFolder.h"
 #include "text/DisplayText.h"
 
@@ -18,12 +19,19 @@ namespace dunmora {
 
 namespace {
 
-Leftover::Kind kindOf(FileIdentity file, FileIdentity newFile)
+Leftover::Kind kindOf(const std::filesystem::path& path, FileIdentity file, FileIdentity newFile)
 {
-    if (file == newFile) {
-        return Leftover::Kind::Unused;
+    using Kind = Leftover::Kind;
+    if (newFile.inode == 0) {
+        return newFile.device == 0 ? Kind::Doubtful : Kind::Replaced;
     }
-    return file.inode == newFile.inode ? Leftover::Kind::Doubtful : Leftover::Kind::Replaced;
+    if (!hasLastingInode(path.parent_path())) {
+        return Kind::Doubtful;
+    }
+    if (file.inode != newFile.inode) {
+        return Kind::Replaced;
+    }
+    return file.device == newFile.device ? Kind::Unused : Kind::Doubtful;
 }
 
 /// Calls `use` with every entry of the folder that has a name of ours.
@@ -56,6 +64,23 @@ void removeUnlessLocked(const std::filesystem::path& path)
     }
 }
 
+std::string sentenceAbout(const Leftover& leftover)
+{
+    const auto file = quotedText(leftover.name.fileName);
+    return leftover.kind == Leftover::Kind::Replaced
+               ? file + " as it was before is in " + quotedPath(leftover.path) + "."
+               : quotedPath(leftover.path) + " may hold " + file +
+                     " as it was before, or what another program has written to it.";
+}
+
+/// The file that a symbolic link leads to, or led to; nothing for any other file.
+std::optional<std::filesystem::path> targetOf(const std::filesystem::path& path)
+{
+    std::error_code error;
+    const auto target = std::filesystem::read_symlink(path, error);
+    return error ? std::nullopt : std::optional(path.parent_path() / target);
+}
+
 }  // namespace
 
 std::vector<Leftover> leftoversIn(const std::filesystem::path& folder)
@@ -65,7 +90,7 @@ std::vector<Leftover> leftoversIn(const std::filesystem::path& folder)
         auto name = TemporaryName::parsed(path.filename().native());
         const auto status = statusAt(path);
         if (name && status) {
-            const auto kind = kindOf(identityOf(*status), name->newFile);
+            const auto kind = kindOf(path, identityOf(*status), name->newFile);
             leftovers.push_back({path, std::move(*name), kind});
         }
     });
@@ -92,18 +117,35 @@ void removeUnusedFiles(const std::filesystem::path& folder)
 }
 
 std::vector<std::string> interruptedChangesIn(const std::filesystem::path& folder,
-                                              std::string_view fileName)
+                                              const std::set<std::string>& fileNames)
 {
+    constexpr std::size_t kMostSentences = 20;
+    const auto concerns = [&](const TemporaryName& name) {
+        return fileNames.empty() ||
+               std::any_of(fileNames.begin(), fileNames.end(),
+                           [&](const std::string& fileName) { return name.belongsTo(fileName); });
+    };
     std::vector<std::string> sentences;
-    for (const auto& [path, name, kind] : leftoversIn(folder)) {
-        if (kind == Leftover::Kind::Unused || (!fileName.empty() && !name.belongsTo(fileName))) {
+    std::size_t more = 0;
+    for (const auto& leftover : leftoversIn(folder)) {
+        if (leftover.kind == Leftover::Kind::Unused || !concerns(leftover.name)) {
             continue;
         }
-        const auto file = quotedText(fileName.empty() ? name.fileName : fileName);
-        sentences.push_back("The last deletion was interrupted. " +
-                            (kind == Leftover::Kind::Replaced
-                                 ? file + " as it was before is in " + quotedPath(path) + "."
-                                 : quotedPath(path) + " may hold " + file + " as it was before."));
+        if (sentences.size() == kMostSentences) {
+            ++more;
+            continue;
+        }
+        sentences.push_back("The last deletion was interrupted. " + sentenceAbout(leftover));
+        if (const auto target = targetOf(leftover.path)) {
+            for (auto& sentence :
+                 interruptedChangesIn(target->parent_path(), {target->filename().string()})) {
+                sentences.push_back(std::move(sentence));
+            }
+        }
+    }
+    if (more > 0) {
+        sentences.push_back(std::to_string(more) + " more such files are in " + quotedPath(folder) +
+                            ". Their names begin with “" + std::string(kTemporaryPrefix) + "”.");
     }
     // Looked at last: a change that ended meanwhile has deleted its files.
     return sentences.empty() || LockedFolder::isLockedElsewhere(folder) ? std::vector<std::string>()

@@ -3,6 +3,7 @@
 #include "adapters/posix/TemporaryName.h"
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,9 @@ struct Leftover {
         Unused,
         /// The file as it was before the change, perhaps with another program's last change.
         Replaced,
-        /// One of the two: the inode is that of the new file, but the device is not, as when
-        /// devices are numbered differently after a restart.
+        /// One of the two, or a new file that another program has written to before the change was
+        /// reverted. The name does not tell: it has no inode, or the right one on another device,
+        /// as when devices are numbered differently after a restart.
         Doubtful,
     };
 
@@ -34,11 +36,11 @@ std::vector<Leftover> leftoversIn(const std::filesystem::path& folder);
 /// Thread: any; blocks on the disk. Errors: none; what cannot be deleted stays.
 void removeUnusedFiles(const std::filesystem::path& folder);
 
-/// Sentences for the user about those leftovers in a folder that hold an old file. `fileName`
-/// limits them to those of one file; when it is empty, all are reported. A change that another
-/// process is making at this moment is not reported.
-/// Thread: any; blocks on the disk. Errors: none.
+/// Sentences for the user about those leftovers in a folder that hold an old file, or may hold one.
+/// `fileNames` limits them to those of some files; when it is empty, all are reported. A change
+/// that another process is making at this moment is not reported. Thread: any; blocks on the disk.
+/// Errors: none.
 std::vector<std::string> interruptedChangesIn(const std::filesystem::path& folder,
-                                              std::string_view fileName);
+                                              const std::set<std::string>& fileNames);
 
 }  // namespace dunmora

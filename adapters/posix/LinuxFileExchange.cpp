@@ -60,6 +60,27 @@ bool renameToNewName(const std::filesystem::path& from, const std::filesystem::p
     return errno == ENOENT && std::rename(from.c_str(), to.c_str()) == 0;
 }
 
+bool hasLastingInode(const std::filesystem::path& path)
+{
+    constexpr decltype(statfs::f_type) kZfsMagic = 0x2FC12FC1;
+    struct statfs system {};
+    if (statfs(path.c_str(), &system) != 0) {
+        return false;
+    }
+    switch (system.f_type) {
+    case EXT4_SUPER_MAGIC:
+    case XFS_SUPER_MAGIC:
+    case BTRFS_SUPER_MAGIC:
+    case F2FS_SUPER_MAGIC:
+    case TMPFS_MAGIC:
+    case OVERLAYFS_SUPER_MAGIC:
+    case kZfsMagic:
+        return true;
+    default:
+        return false;
+    }
+}
+
 WriterWatch::Lease WriterWatch::takeLease(int file)
 {
     ignoreLeaseSignal();

@@ -1,5 +1,6 @@
 #include "adapters/posix/LockedFolder.h"
 
+#include "adapters/posix/FileError.h"
 #include "adapters/posix/Leftover.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
@@ -31,6 +32,9 @@ LockedFolder::LockedFolder(const std::filesystem::path& folder,
                            const LockedFile::TryAgain& tryAgain)
     : descriptor_(openFolder(folder))
 {
+    if (!descriptor_.isOpen() && (errno == EMFILE || errno == ENFILE)) {
+        throwFileError(folder, "cannot be locked", errno);
+    }
     while (descriptor_.isOpen() && !lockAtOnce(descriptor_)) {
         if (errno != EWOULDBLOCK) {
             descriptor_ = Descriptor();

@@ -6,8 +6,8 @@ namespace dunmora {
 
 OpenFiles openFilesFor(std::size_t changes)
 {
-    // The old file, the new one, and the old one again when it is checked.
-    constexpr std::size_t kFilesPerChange = 3;
+    // The old file, the new one, the old one again when it is checked, and perhaps a folder.
+    constexpr std::size_t kFilesPerChange = 4;
     // For everything else that the program has open.
     constexpr std::size_t kReserve = 128;
     return canOpenFiles(kReserve + changes * kFilesPerChange) ? OpenFiles::Keep : OpenFiles::Close;

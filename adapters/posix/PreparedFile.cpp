@@ -47,7 +47,7 @@ Descriptor createNamelessFile(const std::filesystem::path& folder)
     return Descriptor();
 }
 
-/// A name for a file whose inode is not known yet. No other file of any process has it.
+/// A name for a file whose inode is not known yet.
 std::filesystem::path unusedName(const std::filesystem::path& folder)
 {
     static std::atomic<unsigned> count = 0;
@@ -106,7 +106,12 @@ void PreparedFile::create(const std::filesystem::path& firstTarget)
 
 void PreparedFile::createNamed(const std::filesystem::path& firstTarget)
 {
-    auto& file = names_.emplace_back(unusedName(firstTarget.parent_path()), O_RDWR, kOwnerOnly);
+    // A killed process with the same id may have left a file of this name.
+    do {
+        names_.clear();
+        names_.emplace_back(unusedName(firstTarget.parent_path()), O_RDWR, kOwnerOnly);
+    } while (!names_.back().exists() && errno == EEXIST);
+    auto& file = names_.back();
     if (!file.exists()) {
         fail(errno);
     }
@@ -114,7 +119,10 @@ void PreparedFile::createNamed(const std::filesystem::path& firstTarget)
     identity_ = file.identity();
     lock(descriptor_);
     // Still empty: from now on its name tells whether it has taken its place.
-    withFreeName(firstTarget, [&](const auto& path) { return file.renameTo(path); });
+    if (!useTemporaryPath(firstTarget, identity_,
+                          [&](const auto& path) { return file.renameTo(path); })) {
+        fail(errno);
+    }
     source_ = file.path();
     isFirstTargetNamed_ = true;
 }
@@ -150,36 +158,21 @@ FileBytes PreparedFile::content() const
 
 std::filesystem::path PreparedFile::nameBeside(const std::filesystem::path& target)
 {
-    if (!std::exchange(isFirstTargetNamed_, false)) {
-        withFreeName(target, [&](const auto& path) {
-            if (names_.emplace_back(path, source_, identity_).exists()) {
-                return true;
-            }
-            const int error = errno;
-            names_.pop_back();
-            errno = error;
-            return false;
-        });
+    const auto link = [&](const std::filesystem::path& path) {
+        if (names_.emplace_back(path, source_, identity_).exists()) {
+            return true;
+        }
+        const int error = errno;
+        names_.pop_back();
+        errno = error;
+        return false;
+    };
+    if (!std::exchange(isFirstTargetNamed_, false) && !useTemporaryPath(target, identity_, link)) {
+        fail(errno);
     }
     // This name stays when the descriptor is closed.
     source_ = names_.back().path();
     return source_;
-}
-
-/// Calls `use` with temporary names until it succeeds, or fails for another reason than an existing
-/// file.
-void PreparedFile::withFreeName(const std::filesystem::path& target,
-                                const std::function<bool(const std::filesystem::path&)>& use) const
-{
-    for (unsigned number = 1; number <= kMaximalTemporaryNumber; ++number) {
-        if (use(temporaryPath(target, identity_, number))) {
-            return;
-        }
-        if (errno != EEXIST) {
-            break;
-        }
-    }
-    fail(errno);
 }
 
 void PreparedFile::close()

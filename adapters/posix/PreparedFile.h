@@ -8,7 +8,6 @@
 #include "adapters/posix/UnfinishedFile.h"
 
 #include <filesystem>
-#include <functional>
 #include <list>
 
 namespace dunmora {
@@ -46,8 +45,6 @@ public:
 private:
     void create(const std::filesystem::path& firstTarget);
     void createNamed(const std::filesystem::path& firstTarget);
-    void withFreeName(const std::filesystem::path& target,
-                      const std::function<bool(const std::filesystem::path&)>& use) const;
     Descriptor openForReading() const;
     void lock(const Descriptor& file) const;
     UnfinishedFile& at(const std::filesystem::path& name);

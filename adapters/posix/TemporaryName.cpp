@@ -1,5 +1,6 @@
 #include "adapters/posix/TemporaryName.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cstddef>
 #include <system_error>
@@ -67,6 +68,22 @@ std::filesystem::path temporaryPath(const std::filesystem::path& target, FileIde
     return target.parent_path() / (std::string(kTemporaryPrefix) + std::to_string(newFile.device) +
                                    "-" + std::to_string(newFile.inode) + "-" +
                                    std::to_string(number) + "-" + std::string(cut(name)));
+}
+
+bool useTemporaryPath(const std::filesystem::path& target, FileIdentity newFile,
+                      const std::function<bool(const std::filesystem::path&)>& use)
+{
+    // So many leftovers of one file are avoided before giving up.
+    constexpr unsigned kLastNumber = 1000;
+    for (unsigned number = 1; number <= kLastNumber; ++number) {
+        if (use(temporaryPath(target, newFile, number))) {
+            return true;
+        }
+        if (errno != EEXIST) {
+            break;
+        }
+    }
+    return false;
 }
 
 }  // namespace dunmora

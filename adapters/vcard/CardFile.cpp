@@ -3,6 +3,7 @@
 #include "text/Ascii.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace dunmora {
@@ -45,8 +46,11 @@ std::vector<CardBytes> CardFile::bytesOf(const std::vector<CardRange>& cards) co
     for (const auto& card : cards) {
         const auto begin = byteAt(card.begin);
         const auto end = byteAt(card.end);
+        const auto lineEndSize =
+            sizeOf(text().substr(card.end - card.lineEndSize, card.lineEndSize));
+        constexpr std::size_t kMaxSize = std::numeric_limits<std::uint16_t>::max();
         bytes.push_back(
-            {{begin, end}, sizeOf(text().substr(card.end - card.lineEndSize, card.lineEndSize))});
+            {{begin, end}, static_cast<std::uint16_t>(std::min(lineEndSize, kMaxSize))});
     }
     return bytes;
 }

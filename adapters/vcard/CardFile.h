@@ -6,6 +6,7 @@
 #include "adapters/vcard/TextDecoding.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -23,8 +24,9 @@ struct ByteRange {
 struct CardBytes {
     /// With the line end.
     ByteRange range;
-    /// The size of the line end; 0 when there is none.
-    std::size_t lineEndSize;
+    /// The size of the line end; 0 when there is none. The start of one of more than 65,535 bytes
+    /// counts as part of the card.
+    std::uint16_t lineEndSize;
 };
 
 /// A file of vCards as it was read, and the ranges that deletions have removed from it since.

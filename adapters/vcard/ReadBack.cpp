@@ -28,6 +28,17 @@ bool sameFields(const Person& a, const Person& b)
            samePhones(a.phones.value_or(PhoneList()), b.phones.value_or(PhoneList()));
 }
 
+bool consistsOf(std::string_view content, const Pieces& pieces)
+{
+    for (const auto piece : pieces) {
+        if (!content.starts_with(piece)) {
+            return false;
+        }
+        content.remove_prefix(piece.size());
+    }
+    return content.empty();
+}
+
 bool holdsExactly(const std::filesystem::path& name, FileBytes content,
                   const std::vector<RemainingCard>& expected)
 {
@@ -52,9 +63,13 @@ bool holdsExactly(const std::filesystem::path& name, FileBytes content,
 
 }  // namespace
 
-void checkReadBack(const std::filesystem::path& name, FileBytes content,
+void checkReadBack(const std::filesystem::path& name, FileBytes content, const Pieces& written,
                    const std::vector<RemainingCard>& expected)
 {
+    if (!consistsOf(content.view(), written)) {
+        throw PlatformError(quotedPath(name) + " was not changed: its new content could not be "
+                                               "read back as it was written. Nobody was deleted.");
+    }
     if (!holdsExactly(name, std::move(content), expected)) {
         throw PlatformError(
             quotedPath(name) +

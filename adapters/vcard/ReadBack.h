@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/posix/FileBytes.h"
+#include "adapters/posix/Pieces.h"
 #include "platform/Person.h"
 
 #include <filesystem>
@@ -16,13 +17,13 @@ struct RemainingCard {
     const Person* person;
 };
 
-/// Throws unless a file with this content, read like any other, holds exactly these cards and
-/// people, in this order. The uids are not compared, because those of equal cards depend on the
-/// cards before them.
+/// Throws unless a file's content is what has been written, and the file, read like any other,
+/// holds exactly these cards and people, in this order. The uids are not compared, because those of
+/// equal cards depend on the cards before them.
 ///
 /// This is the last check before a file is replaced: whatever the reason, a deletion must not
 /// change how the others are read. Thread: any. Errors: PlatformError about the file `name`.
-void checkReadBack(const std::filesystem::path& name, FileBytes content,
+void checkReadBack(const std::filesystem::path& name, FileBytes content, const Pieces& written,
                    const std::vector<RemainingCard>& expected);
 
 }  // namespace dunmora

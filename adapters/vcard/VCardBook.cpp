@@ -15,9 +15,10 @@
 
 #include <algorithm>
 #include <functional>
-#include <limits>
+#include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -67,7 +68,7 @@ std::size_t lineNumberAfter(std::string_view text)
 std::string withInterruptedDeletions(std::string message, const std::filesystem::path& path)
 {
     const auto folder = path.has_parent_path() ? path.parent_path() : ".";
-    for (const auto& sentence : interruptedChangesIn(folder, path.filename().native())) {
+    for (const auto& sentence : interruptedChangesIn(folder, {path.filename().string()})) {
         appendSentences(message, sentence);
     }
     return message;
@@ -104,21 +105,24 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
 /// Adds remarks about what a killed deletion has left beside the files.
 void VCardBook::noteInterruptedDeletions(const std::filesystem::path& path)
 {
-    const auto add = [&](const std::filesystem::path& folder, std::string_view fileName) {
-        for (auto& sentence : interruptedChangesIn(folder, fileName)) {
-            notes_.remarks.push_back(std::move(sentence));
-        }
-    };
-    if (isFolder_) {
-        add(path, "");
-    }
+    // The names of our files in each folder; with none, all that are there.
+    std::map<std::filesystem::path, std::set<std::string>> folders;
+    std::error_code error;
     for (const auto& file : files_) {
         for (const auto& name : file.names()) {
-            std::error_code error;
             if (!isFolder_ || std::filesystem::is_symlink(name, error)) {
                 const auto target = std::filesystem::canonical(name, error);
-                add(target.parent_path(), target.filename().native());
+                folders[target.parent_path()].insert(target.filename().string());
             }
+        }
+    }
+    if (isFolder_) {
+        folders.erase(std::filesystem::canonical(path, error));
+        folders[path].clear();
+    }
+    for (const auto& [folder, names] : folders) {
+        for (auto& sentence : interruptedChangesIn(folder, names)) {
+            notes_.remarks.push_back(std::move(sentence));
         }
     }
 }
@@ -161,8 +165,7 @@ void VCardBook::placeCards(std::size_t fileIndex)
     for (const auto& [range, lineEndSize] : files_[fileIndex].bytesOf(cards_.ranges)) {
         CardPlace place;
         place.file = static_cast<std::uint32_t>(fileIndex);
-        place.lineEndSize = static_cast<std::uint16_t>(
-            std::min<std::size_t>(lineEndSize, std::numeric_limits<std::uint16_t>::max()));
+        place.lineEndSize = lineEndSize;
         place.range = range;
         places_.push_back(place);
     }
@@ -304,8 +307,10 @@ std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals,
 {
     const auto& file = files_[removals.file];
     auto locked = LockedFile::open(file.names());
-    for (const auto& target : locked.targets()) {
-        folders.lock(target.parent_path());
+    for (const auto* paths : {&locked.targets(), &locked.links()}) {
+        for (const auto& path : *paths) {
+            folders.lock(path.parent_path());
+        }
     }
     const bool mayClose = openFiles == OpenFiles::Close && folders.areLocked();
     locked.expectContent(file.without(file.removed()));
@@ -318,7 +323,8 @@ std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals,
         return removal;
     }
     auto replacement = std::make_unique<FileReplacement>(std::move(locked), std::move(content));
-    checkReadBack(file.names().front(), replacement->newContent(), cardsWithout(removals));
+    checkReadBack(file.names().front(), replacement->newContent(), replacement->content(),
+                  cardsWithout(removals));
     if (mayClose) {
         replacement->closeFiles();
     }

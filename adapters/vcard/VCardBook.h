@@ -44,7 +44,7 @@ private:
     /// Where a person's card is.
     struct CardPlace {
         std::uint32_t file = 0;
-        // In bytes. A longer one, of thousands of CR, counts as part of the card.
+        // In bytes; see CardBytes.
         std::uint16_t lineEndSize = 0;
         bool isPending = false;
         bool isRemoved = false;

@@ -200,6 +200,8 @@ private:
     void look(bool isRemoval, const std::string& message, const Texts& written, bool hasRemoved,
               bool hasReplaced)
     {
+        // As the next deletion does first.
+        removeUnusedFiles(folder());
         std::string findable = fs::exists(file()) ? contentOf(file()) : "";
         for (const auto& name : namesIn(folder())) {
             if (name == "book") {

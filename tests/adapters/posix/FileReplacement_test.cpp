@@ -424,10 +424,10 @@ TEST_F(FileRemovalTest, DoesNotPutTheFileInThePlaceOfANewOne)
     const auto temporary = path(*namesIn(folder()).begin());
     write(path("book"), "of another program");
 
-    EXPECT_EQ(
-        removal.revert(),
-        about(path("book"), "could not be restored: File exists. As it was before, it is in ") +
-            "“" + temporary.string() + "”.");
+    EXPECT_EQ(removal.revert(),
+              about(path("book"),
+                    "could not be restored: File exists. What was in its place before is in ") +
+                  "“" + temporary.string() + "”.");
 
     EXPECT_EQ(contentOf(path("book")), "of another program");
     EXPECT_EQ(contentOf(temporary), "old");

@@ -100,7 +100,7 @@ TEST_F(LeftoverTest, OfAnUnusedNewFileIsDeletedAndNotReported)
     unused(2);
     write(path("book"), "old");
 
-    EXPECT_EQ(interruptedChangesIn(folder(), ""), Sentences());
+    EXPECT_EQ(interruptedChangesIn(folder(), {}), Sentences());
     removeUnusedFiles(folder());
 
     EXPECT_EQ(namesIn(folder()), Names{"book"});
@@ -136,9 +136,9 @@ TEST_F(LeftoverTest, OfAnOldFileStaysAndIsReported)
 
     EXPECT_EQ(contentOf(first), "old");
     EXPECT_EQ(contentOf(second), "old");
-    EXPECT_EQ(interruptedChangesIn(folder(), "b.vcf"), Sentences{interrupted("b.vcf", second)});
-    EXPECT_EQ(interruptedChangesIn(folder(), "").size(), 2U);
-    EXPECT_EQ(interruptedChangesIn(folder(), "c.vcf"), Sentences());
+    EXPECT_EQ(interruptedChangesIn(folder(), {"b.vcf"}), Sentences{interrupted("b.vcf", second)});
+    EXPECT_EQ(interruptedChangesIn(folder(), {}).size(), 2U);
+    EXPECT_EQ(interruptedChangesIn(folder(), {"c.vcf"}), Sentences());
 }
 
 TEST_F(LeftoverTest, OfARemovedFileStaysAndIsReported)
@@ -150,7 +150,7 @@ TEST_F(LeftoverTest, OfARemovedFileStaysAndIsReported)
     removeUnusedFiles(folder());
 
     EXPECT_EQ(contentOf(place), "old");
-    EXPECT_EQ(interruptedChangesIn(folder(), "book"), Sentences{interrupted("book", place)});
+    EXPECT_EQ(interruptedChangesIn(folder(), {"book"}), Sentences{interrupted("book", place)});
 }
 
 TEST_F(LeftoverTest, OnARenumberedDeviceStaysAndIsReportedWithDoubt)
@@ -164,9 +164,46 @@ TEST_F(LeftoverTest, OnARenumberedDeviceStaysAndIsReportedWithDoubt)
     removeUnusedFiles(folder());
 
     EXPECT_EQ(contentOf(place), "new");
-    EXPECT_EQ(interruptedChangesIn(folder(), "book"),
+    EXPECT_EQ(interruptedChangesIn(folder(), {"book"}),
               Sentences{"The last deletion was interrupted. “" + place.string() +
-                        "” may hold “book” as it was before."});
+                        "” may hold “book” as it was before, or what another program has "
+                        "written to it."});
+}
+
+TEST_F(LeftoverTest, OfARevertedChangeStaysAndIsReportedWithDoubt)
+{
+    const auto place = temporaryPath(path("book"), {}, 1);
+    write(place, "new, with what another program has written");
+
+    removeUnusedFiles(folder());
+
+    EXPECT_TRUE(std::filesystem::exists(place));
+    EXPECT_EQ(interruptedChangesIn(folder(), {}).size(), 1U);
+}
+
+TEST_F(LeftoverTest, OfARemovedLinkLeadsToThatOfItsFile)
+{
+    const TemporaryFolder elsewhere;
+    const auto file = temporaryPath(elsewhere.path() / "real.vcf", {1, 0}, 1);
+    write(file, "old");
+    const auto link = temporaryPath(path("link.vcf"), {1, 0}, 1);
+    std::filesystem::create_symlink(elsewhere.path() / "real.vcf", link);
+
+    EXPECT_EQ(interruptedChangesIn(folder(), {}),
+              (Sentences{interrupted("link.vcf", link), interrupted("real.vcf", file)}));
+}
+
+TEST_F(LeftoverTest, AreCountedWhenThereAreThousands)
+{
+    for (int i = 0; i < 25; ++i) {
+        write(temporaryPath(path("book" + std::to_string(i)), {1, 0}, 1), "old");
+    }
+
+    const auto sentences = interruptedChangesIn(folder(), {});
+
+    EXPECT_EQ(sentences.size(), 21U);
+    EXPECT_EQ(sentences.back(), "5 more such files are in “" + folder().string() +
+                                    "”. Their names begin with “.dunmora-”.");
 }
 
 TEST_F(LeftoverTest, OfAChangeUnderWayIsNotReported)
@@ -174,10 +211,10 @@ TEST_F(LeftoverTest, OfAChangeUnderWayIsNotReported)
     const auto place = replaced("book");
     {
         const LockedFolder changing(folder());
-        EXPECT_EQ(interruptedChangesIn(folder(), "book"), Sentences());
+        EXPECT_EQ(interruptedChangesIn(folder(), {"book"}), Sentences());
     }
 
-    EXPECT_EQ(interruptedChangesIn(folder(), "book"), Sentences{interrupted("book", place)});
+    EXPECT_EQ(interruptedChangesIn(folder(), {"book"}), Sentences{interrupted("book", place)});
 }
 
 using LockedFolderTest = FileTest;

@@ -143,6 +143,16 @@ TEST_F(VCardDeletionTest, IsRefusedWhenAnotherCardWouldBeReadDifferently)
     EXPECT_EQ(without({"a"}, content), content.substr(card("a").size()));
 }
 
+TEST_F(VCardDeletionTest, AcceptsALineEndOfAnyLength)
+{
+    const auto longEnd = card("b", "\r\n") + std::string(70'000, '\r') + "\n";
+
+    EXPECT_EQ(without({"a"}, card("a") + longEnd), longEnd);
+    auto longCard = card("b");
+    longCard.insert(longCard.size() - 2, std::string(70'000, '\r'));
+    EXPECT_EQ(without({"a"}, card("a") + longCard), longCard);
+}
+
 TEST_F(VCardDeletionTest, CutsANestedCardWithTheOneAroundIt)
 {
     const std::string boss = "BEGIN:VCARD\r\nVERSION:2.1\r\nUID:boss\r\nAGENT:\r\n"

@@ -344,8 +344,8 @@ TEST_F(VCardFolderHalfDoneTest, NamesWhatCannotBeRestored)
 
     EXPECT_EQ(failure,
               about(in("b.vcf"), "has changed since it was read. Reload it and try again. ") +
-                  about(in("a.vcf"), "could not be restored: No such file or directory. As it was "
-                                     "before, it is in “") +
+                  about(in("a.vcf"), "could not be restored: No such file or directory. What was "
+                                     "in its place before is in “") +
                   old.string() +
                   "”. Files changed despite the error: a.vcf. Files not changed: b.vcf, c.vcf.");
     EXPECT_EQ(contentOf(old), card("a1") + card("a2"));
