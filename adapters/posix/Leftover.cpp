@@ -64,6 +64,23 @@ void removeUnlessLocked(const std::filesystem::path& path)
     }
 }
 
+/// The leftovers in a folder that hold an old file, or may hold one, of these files; of all when
+/// there are no names.
+std::vector<Leftover> oldFilesIn(const std::filesystem::path& folder,
+                                 const std::set<std::string>& fileNames)
+{
+    auto leftovers = leftoversIn(folder);
+    std::erase_if(leftovers, [&](const Leftover& leftover) {
+        const bool isWanted =
+            fileNames.empty() ||
+            std::any_of(fileNames.begin(), fileNames.end(), [&](const std::string& fileName) {
+                return leftover.name.belongsTo(fileName);
+            });
+        return leftover.kind == Leftover::Kind::Unused || !isWanted;
+    });
+    return leftovers;
+}
+
 std::string sentenceAbout(const Leftover& leftover)
 {
     const auto file = quotedText(leftover.name.fileName);
@@ -120,26 +137,24 @@ std::vector<std::string> interruptedChangesIn(const std::filesystem::path& folde
                                               const std::set<std::string>& fileNames)
 {
     constexpr std::size_t kMostSentences = 20;
-    const auto concerns = [&](const TemporaryName& name) {
-        return fileNames.empty() ||
-               std::any_of(fileNames.begin(), fileNames.end(),
-                           [&](const std::string& fileName) { return name.belongsTo(fileName); });
-    };
     std::vector<std::string> sentences;
     std::size_t more = 0;
-    for (const auto& leftover : leftoversIn(folder)) {
-        if (leftover.kind == Leftover::Kind::Unused || !concerns(leftover.name)) {
-            continue;
-        }
-        if (sentences.size() == kMostSentences) {
+    const auto report = [&](const Leftover& leftover) {
+        if (sentences.size() < kMostSentences) {
+            sentences.push_back("The last deletion was interrupted. " + sentenceAbout(leftover));
+        } else {
             ++more;
-            continue;
         }
-        sentences.push_back("The last deletion was interrupted. " + sentenceAbout(leftover));
+    };
+    for (const auto& leftover : oldFilesIn(folder, fileNames)) {
+        report(leftover);
+        // A removed link is not in the book any more, so nothing else leads to the file behind it.
         if (const auto target = targetOf(leftover.path)) {
-            for (auto& sentence :
-                 interruptedChangesIn(target->parent_path(), {target->filename().string()})) {
-                sentences.push_back(std::move(sentence));
+            for (const auto& behind :
+                 oldFilesIn(target->parent_path(), {target->filename().string()})) {
+                if (!targetOf(behind.path)) {
+                    report(behind);
+                }
             }
         }
     }

@@ -193,6 +193,15 @@ TEST_F(LeftoverTest, OfARemovedLinkLeadsToThatOfItsFile)
               (Sentences{interrupted("link.vcf", link), interrupted("real.vcf", file)}));
 }
 
+TEST_F(LeftoverTest, OfALinkToItselfIsReportedOnce)
+{
+    const auto link = temporaryPath(path("link.vcf"), {1, 0}, 1);
+    std::filesystem::create_symlink("link.vcf", link);
+
+    EXPECT_EQ(interruptedChangesIn(folder(), {"link.vcf"}),
+              Sentences{interrupted("link.vcf", link)});
+}
+
 TEST_F(LeftoverTest, AreCountedWhenThereAreThousands)
 {
     for (int i = 0; i < 25; ++i) {
