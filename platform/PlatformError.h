@@ -12,7 +12,7 @@ inline constexpr std::string_view kReloadAndTryAgain = "Reload it and try again.
 /// A failure of the platform (a file, a bus, a framework), described for the user in one line of
 /// UTF-8. Adapters throw it in place of the foreign error; the core throws it only when no address
 /// book is open.
-class PlatformError final : public std::runtime_error {
+class PlatformError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };

@@ -132,17 +132,13 @@ bool IniUserDefaults::saveAndReload()
 /// Writes the unsaved values to the file, again if another program changes it meanwhile.
 void IniUserDefaults::save()
 {
-    constexpr int kMaximalAttempts = 3;
+    constexpr int kMaxAttempts = 3;
     const auto tryAgain = LockedFile::tryAgainFor(lockTimeout_);
     for (int attempts = 1; !unsaved_.empty(); ++attempts) {
         try {
             saveInto(LockedFile::openOrCreate(file_, tryAgain), tryAgain);
-        } catch (const PlatformError& error) {
-            // A longer message also says what a save that could not be reverted has left behind.
-            if (error.what() != changedMessage(file_)) {
-                throw;
-            }
-            if (attempts == kMaximalAttempts) {
+        } catch (const FileHasChanged&) {
+            if (attempts == kMaxAttempts) {
                 throw PlatformError(quotedPath(file_) +
                                     " is being changed by another program. Try again later.");
             }

@@ -21,9 +21,8 @@ namespace dunmora {
 /// and the first failure to save are reported on standard error.
 class IniUserDefaults final : public UserDefaults {
 public:
-    /// Reads the file. When it is missing, it is created, with its folders, to store the first
-    /// value.
-    /// Waits for another program's lock on the file at most this long; then the save fails.
+    /// Reads the file. When it is missing, the first `synchronize` with a value to store creates
+    /// it, with its folders. A save fails when another program keeps the file locked for this long.
     explicit IniUserDefaults(std::filesystem::path file,
                              std::chrono::milliseconds lockTimeout = std::chrono::seconds(1));
 

@@ -31,6 +31,17 @@ std::string listed(const std::vector<std::string>& names)
     return text;
 }
 
+std::string reasonOf(const std::exception_ptr& failure)
+{
+    try {
+        std::rethrow_exception(failure);
+    } catch (const PlatformError& error) {
+        return error.what();
+    } catch (...) {
+        return "The change failed.";
+    }
+}
+
 }  // namespace
 
 void FileChanges::add(std::unique_ptr<FileChange> change, const std::filesystem::path& name)
@@ -45,28 +56,26 @@ void FileChanges::commit(const std::function<void(std::size_t)>& onCommitted)
     }
     // The files are one address book: an exit must not leave it half changed.
     const ShutdownInhibitor inhibitor;
-    std::string failure;
-    std::exception_ptr otherFailure;
+    std::exception_ptr failure;
+    std::string remains;
     try {
         applyAndCheck();
-    } catch (const PlatformError& error) {
-        failure = error.what();
     } catch (...) {
-        otherFailure = std::current_exception();
+        failure = std::current_exception();
+        remains = revert();
     }
-    const bool isFailed = !failure.empty() || otherFailure;
-    const auto remains = isFailed ? revert() : "";
     for (std::size_t i = 0; i < entries_.size(); ++i) {
         if (!entries_[i].change->changedPaths().empty()) {
             onCommitted(i);
         }
     }
-    if (otherFailure && remains.empty()) {
-        std::rethrow_exception(otherFailure);
+    if (failure && remains.empty()) {
+        std::rethrow_exception(failure);
     }
-    appendSentences(failure, isFailed ? remains : finish());
-    if (!failure.empty()) {
-        throw PlatformError(failure);
+    auto message = failure ? reasonOf(failure) : std::string();
+    appendSentences(message, failure ? remains : finish());
+    if (!message.empty()) {
+        throw PlatformError(message);
     }
 }
 

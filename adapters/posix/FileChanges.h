@@ -21,8 +21,10 @@ public:
     /// Makes the changes and flushes their folders. When one fails, or a file has changed since it
     /// was locked, all of them are reverted. Calls `onCommitted` with the index of each change that
     /// has been made. An orderly exit of the process waits for the end.
-    /// Errors: also when a change could not be reverted, or an old file not be deleted; the message
-    /// lists the files that have changed and those that have not, and where the old ones are.
+    /// Errors: the first failure itself, such as FileHasChanged, when everything has been reverted.
+    /// A PlatformError when a change could not be reverted, or an old file not be deleted; the
+    /// message lists the files that have changed and those that have not, and where the old ones
+    /// are.
     void commit(const std::function<void(std::size_t)>& onCommitted);
 
 private:

@@ -4,7 +4,6 @@
 #include "adapters/posix/FileError.h"
 #include "adapters/posix/FileIdentity.h"
 #include "adapters/posix/ProcessShutdown.h"
-#include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
 #include <unistd.h>
@@ -62,14 +61,15 @@ bool isUnchanged(const struct stat& before, const struct stat& now)
            sameTime(changeTime(now), changeTime(before));
 }
 
-std::string changedMessage(const std::filesystem::path& path)
+FileHasChanged::FileHasChanged(const std::filesystem::path& path)
+    : PlatformError(quotedPath(path) + " has changed since it was read. " +
+                    std::string(kReloadAndTryAgain))
 {
-    return quotedPath(path) + " has changed since it was read. " + std::string(kReloadAndTryAgain);
 }
 
 void throwChanged(const std::filesystem::path& path)
 {
-    throw PlatformError(changedMessage(path));
+    throw FileHasChanged(path);
 }
 
 }  // namespace dunmora

@@ -2,9 +2,9 @@
 
 #include "adapters/posix/Descriptor.h"
 #include "adapters/posix/Pieces.h"
+#include "platform/PlatformError.h"
 
 #include <filesystem>
-#include <string>
 
 #include <sys/stat.h>
 
@@ -21,9 +21,12 @@ bool hasContent(const Descriptor& file, const Pieces& content, const std::filesy
 bool isUnchanged(const struct stat& before, const struct stat& now);
 
 /// Such as: “book.vcf” has changed since it was read. Reload it and try again.
-std::string changedMessage(const std::filesystem::path& path);
+class FileHasChanged final : public PlatformError {
+public:
+    explicit FileHasChanged(const std::filesystem::path& path);
+};
 
-/// Throws a PlatformError with that message.
+/// Throws a FileHasChanged.
 [[noreturn]] void throwChanged(const std::filesystem::path& path);
 
 }  // namespace dunmora

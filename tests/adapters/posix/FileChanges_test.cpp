@@ -27,7 +27,8 @@ enum class Flaw {
     ChangesLate,
     CannotBeFinished,
     CannotBeReverted,
-    RunsOutOfMemory
+    RunsOutOfMemory,
+    RunsOutOfMemoryReverting
 };
 
 class FakeFileChange final : public FileChange {
@@ -65,6 +66,9 @@ public:
     std::string revert() override
     {
         note("revert");
+        if (flaw_ == Flaw::RunsOutOfMemoryReverting) {
+            throw std::bad_alloc();
+        }
         if (flaw_ == Flaw::CannotBeReverted) {
             return "It cannot be reverted.";
         }
@@ -170,6 +174,22 @@ TEST_F(FileChangesTest, AreRevertedWhenMemoryRunsOut)
     EXPECT_THROW(changes.commit([](std::size_t) {}), std::bad_alloc);
 
     EXPECT_EQ(log_, (Log{"apply a", "apply b", "revert b", "revert a"}));
+}
+
+TEST_F(FileChangesTest, ReportWhatCannotBeRevertedWhenMemoryRunsOut)
+{
+    EXPECT_EQ(commit({Flaw::CannotBeReverted, Flaw::RunsOutOfMemory}),
+              "The change failed. It cannot be reverted. Files changed despite the error: a.vcf. "
+              "Files not changed: b.vcf.");
+    EXPECT_EQ(committed_, Indices{0});
+}
+
+TEST_F(FileChangesTest, RevertTheOthersWhenOneRunsOutOfMemory)
+{
+    EXPECT_EQ(commit({Flaw::None, Flaw::RunsOutOfMemoryReverting, Flaw::FailsToApply}),
+              "failed. " + about(path("b.vcf"), "could not be restored. ") +
+                  "Files changed despite the error: b.vcf. Files not changed: a.vcf, c.vcf.");
+    EXPECT_EQ(log_.back(), "revert a");
 }
 
 TEST_F(FileChangesTest, ReportWhatCannotBeReverted)
