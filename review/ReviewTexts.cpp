@@ -9,7 +9,7 @@ namespace dunmora {
 
 std::string notEnoughMemoryText(std::string_view book)
 {
-    return "There is not enough memory for " + quotedText(book) +
+    return "There is not enough memory" + (book.empty() ? "" : " for " + quotedText(book)) +
            ". Close other programs and try again.";
 }
 

@@ -19,7 +19,8 @@ inline constexpr auto kNoMatchField = "You should choose at least one field as m
 /// Shown instead of a deletion when nobody is checked.
 inline constexpr auto kNobodyChecked = "No contact checked to be deleted!";
 
-/// Shown when there is not enough memory to read, search or change the address book with this name.
+/// Shown when there is not enough memory to read, search or change the address book with this name;
+/// the name is empty when it is not known.
 std::string notEnoughMemoryText(std::string_view book);
 
 /// The question before a deletion; its alternate button cancels.

@@ -50,7 +50,7 @@ void SupervisedApplication::jobEnded(const std::string& name, const std::excepti
         } catch (...) {
             // The count must stay correct even if the windows are in a bad state.
             for (const auto& error : {failure, std::current_exception()}) {
-                std::cerr << "dunmora: " << failureText(error, "address book") << '\n';
+                std::cerr << "dunmora: " << failureText(error, "") << '\n';
             }
         }
     }
