@@ -52,7 +52,7 @@ void DisplacedFile::check(OpenFiles openFiles)
     }
     checkNames();
     auto file = open();
-    // Before the content is read: whoever opens the file from now on is noticed.
+    // Before the content is read, so that a program that opens the file meanwhile is noticed.
     const WriterWatch watch(file);
     checkWriters(watch);
     if (!hasContent(file, content_, name_)) {

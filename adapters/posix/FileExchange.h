@@ -21,8 +21,8 @@ bool isUnsupported(int error);
 /// Errors: EEXIST when there is one.
 bool renameToNewName(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// Whether the file keeps its inode number as long as it exists. Some file systems, such as FAT and
-/// some of those in user space, assign numbers anew.
+/// Whether the file system is known to keep a file's inode number as long as the file exists. FAT
+/// and some file systems in user space give a file another number the next time it is looked up.
 bool hasLastingInode(const std::filesystem::path& path);
 
 /// Watches whether another program has a file open for writing, by a lease (fcntl(2), F_SETLEASE).

@@ -8,8 +8,8 @@
 
 namespace dunmora::test {
 
-/// Other programs that change files while the traced program is stopped. Whoever has to wait for a
-/// lease waits in a thread, because only the traced program can give it up.
+/// Other programs that change files while the traced program is stopped. A program that
+/// must wait for a lease waits in a thread, because only the traced program can give the lease up.
 class OtherPrograms final {
 public:
     /// Does what one of the faults from `Append` on describes. Returns whether it was done or will

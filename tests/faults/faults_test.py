@@ -147,7 +147,7 @@ class Plan:
             yield "append", path, (content,)
             yield "replace", path, (old + content,)
             yield "remove", path, ()
-            # Whoever keeps a file open cannot be noticed where there are no leases.
+            # Without leases nothing shows that a program keeps a file open.
             if scenario.lacks != books.NO_LEASES:
                 yield "hold", path, (content,)
             if old.startswith(books.KEPT):

@@ -6,7 +6,7 @@ import books
 
 # The kinds of faults by which another program changes the book.
 WRITERS = ("append", "replace", "remove", "overwrite", "hold")
-# Whoever does this takes away what the file held.
+# Those that remove what the file held.
 DESTROYERS = ("replace", "remove")
 
 
