@@ -1,6 +1,7 @@
 #include "adapters/vcard/VCardAddressBook.h"
 #include "tests/adapters/vcard/BookTest.h"
 #include "tests/contract/AddressBookContract.h"
+#include "tests/contract/CardRestorerContract.h"
 #include "tests/contract/CardSourceContract.h"
 #include "tests/fakes/FakeAddressBook.h"
 #include "tests/fakes/FakeCard.h"
@@ -17,8 +18,10 @@ class FakeUnderTest final {
 public:
     AddressBook& book() { return book_; }
     CardSource& cardSource() { return book_; }
+    CardRestorer& restorer() { return book_; }
 
     void hold(const std::vector<FakePerson>& people) { book_ = FakeAddressBook(people); }
+    void addBehindTheBack(const FakePerson& person) { book_.addBehindTheBack(person); }
     std::vector<std::string> uidsSeenByOthers() { return book_.storedUids(); }
     std::string trace() { return std::to_string(book_.writes()); }
 
@@ -29,6 +32,14 @@ public:
     void mendSaving()
     {
         book_.onSave = [] {};
+    }
+    void breakRestoring()
+    {
+        book_.onRestore = [] { throw PlatformError("The disk is full."); };
+    }
+    void mendRestoring()
+    {
+        book_.onRestore = [] {};
     }
 
 private:
@@ -122,6 +133,8 @@ INSTANTIATE_TYPED_TEST_SUITE_P(VCardFolder, AddressBookContract, VCardFolderUnde
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, CardSourceContract, FakeUnderTest);
 INSTANTIATE_TYPED_TEST_SUITE_P(VCardFile, CardSourceContract, VCardFileUnderTest);
 INSTANTIATE_TYPED_TEST_SUITE_P(VCardFolder, CardSourceContract, VCardFolderUnderTest);
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, CardRestorerContract, FakeUnderTest);
 
 }  // namespace
 }  // namespace dunmora::test

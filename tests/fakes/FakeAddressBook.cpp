@@ -4,6 +4,7 @@
 #include "tests/fakes/FakeCard.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <memory>
 
@@ -14,6 +15,25 @@ namespace {
 bool contains(const std::vector<std::string>& uids, const std::string& uid)
 {
     return std::find(uids.begin(), uids.end(), uid) != uids.end();
+}
+
+/// Returns whether the person is in the book afterwards.
+bool add(const FakePerson& person, std::vector<FakePerson>& book, Restoration& result)
+{
+    const auto other = std::find_if(book.begin(), book.end(),
+                                    [&](const auto& each) { return each.uid == person.uid; });
+    if (other == book.end()) {
+        ++result.restored;
+        book.push_back(person);
+        return true;
+    }
+    if (cardOf(*other) == cardOf(person)) {
+        ++result.present;
+        return true;
+    }
+    result.failures.push_back("“" + person.firstName.value_or(person.uid) +
+                              "” was not put back: somebody else has the same UID now.");
+    return false;
 }
 
 }  // namespace
@@ -77,8 +97,21 @@ void FakeAddressBook::save()
         return;
     }
     onSave();
-    std::erase_if(stored_, [&](const auto& person) { return contains(removals, person.uid); });
+    Deletion deletion;
+    std::vector<FakePerson> rest;
+    for (std::size_t i = 0; i < stored_.size(); ++i) {
+        if (contains(removals, stored_[i].uid)) {
+            deletion.people.push_back({i, stored_[i]});
+        } else {
+            rest.push_back(stored_[i]);
+        }
+    }
+    stored_ = std::move(rest);
     ++writes_;
+    if (!deletion.people.empty()) {
+        deletion.rest = storedCards();
+        deletions_.push_back(std::move(deletion));
+    }
 }
 
 std::string FakeAddressBook::cards(std::span<const Person* const> people) const
@@ -92,6 +125,75 @@ std::string FakeAddressBook::cards(std::span<const Person* const> people) const
         content += cardOf(listed_[static_cast<std::size_t>(person - people_.data())]);
     }
     return content;
+}
+
+std::string FakeAddressBook::storedCards() const
+{
+    std::string cards;
+    for (const auto& person : stored_) {
+        cards += cardOf(person);
+    }
+    return cards;
+}
+
+std::size_t FakeAddressBook::lastRemoved() const
+{
+    return deletions_.empty() ? 0 : deletions_.back().people.size();
+}
+
+std::string FakeAddressBook::lastRemovedCards() const
+{
+    std::string cards;
+    if (!deletions_.empty()) {
+        for (const auto& removed : deletions_.back().people) {
+            cards += cardOf(removed.person);
+        }
+    }
+    return cards;
+}
+
+Restoration FakeAddressBook::restoreLast()
+{
+    Restoration result;
+    if (deletions_.empty()) {
+        return result;
+    }
+    onRestore();
+    auto& [people, rest] = deletions_.back();
+    if (storedCards() == rest) {
+        for (const auto& [place, person] : people) {
+            stored_.insert(stored_.begin() + static_cast<std::ptrdiff_t>(place), person);
+        }
+        result.restored = people.size();
+        people.clear();
+    } else {
+        std::erase_if(people,
+                      [&](const auto& removed) { return add(removed.person, stored_, result); });
+    }
+    writes_ += result.restored > 0 ? 1 : 0;
+    if (people.empty()) {
+        deletions_.pop_back();
+    }
+    return result;
+}
+
+Restoration FakeAddressBook::restore(std::string_view backup, Mode mode)
+{
+    const auto people = peopleOf(backup);
+    if (people.empty()) {
+        throw PlatformError("The backup contains no vCards.");
+    }
+    onRestore();
+    Restoration result;
+    auto book = stored_;
+    for (const auto& person : people) {
+        add(person, book, result);
+    }
+    if (mode == Mode::Write && result.restored > 0) {
+        stored_ = std::move(book);
+        ++writes_;
+    }
+    return result;
 }
 
 bool FakeAddressBook::isListed(const Person& person) const
@@ -118,7 +220,7 @@ void FakeAddressBook::removeBehindTheBack(const std::string& uid)
 OpenedBook lent(FakeAddressBook& book)
 {
     const std::shared_ptr<FakeAddressBook> borrowed(std::shared_ptr<void>(), &book);
-    return {borrowed, borrowed};
+    return {borrowed, borrowed, borrowed};
 }
 
 }  // namespace dunmora::test

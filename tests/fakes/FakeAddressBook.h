@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/AddressBook.h"
+#include "platform/CardRestorer.h"
 #include "platform/CardSource.h"
 #include "platform/OpenedBook.h"
 
@@ -8,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,7 +34,7 @@ struct FakePerson {
 };
 
 /// A live address book in memory: every listing shows what is in it now.
-class FakeAddressBook final : public AddressBook, public CardSource {
+class FakeAddressBook final : public AddressBook, public CardSource, public CardRestorer {
 public:
     FakeAddressBook() = default;
     explicit FakeAddressBook(std::vector<FakePerson> people) : stored_(std::move(people)) {}
@@ -44,16 +46,23 @@ public:
     ReadingNotes notes() const override { return readingNotes; }
     std::string cards(std::span<const Person* const> people) const override;
 
+    std::size_t lastRemoved() const override;
+    std::string lastRemovedCards() const override;
+    Restoration restoreLast() override;
+    Restoration restore(std::string_view backup, Mode mode) override;
+
     /// The uids of the people in the book, in its order.
     std::vector<std::string> storedUids() const;
     /// Removes a person without the program's knowledge, as another program would.
     void removeBehindTheBack(const std::string& uid);
+    /// Adds a person at the end, as another program would.
+    void addBehindTheBack(FakePerson person) { stored_.push_back(std::move(person)); }
 
     /// The numbers of calls of `readPeople` and of `people`.
     std::size_t readings() const { return readings_; }
     std::size_t listings() const { return listings_; }
     std::size_t savesAsked() const { return savesAsked_; }
-    /// How many saves changed the book.
+    /// How many saves and restorations changed the book.
     std::size_t writes() const { return writes_; }
 
     /// The notes that the book reports.
@@ -64,10 +73,24 @@ public:
     std::function<void()> onRemove = [] {};
     std::function<void()> onSave = [] {};
     std::function<void()> onCards = [] {};
+    std::function<void()> onRestore = [] {};
 
 private:
+    /// What one save removed.
+    struct Deletion {
+        struct Removed {
+            // The index of the person when everybody is back.
+            std::size_t place;
+            FakePerson person;
+        };
+        std::vector<Removed> people;
+        // The cards that it left.
+        std::string rest;
+    };
+
     std::span<const Person> list();
     bool isListed(const Person& person) const;
+    std::string storedCards() const;
 
     std::vector<FakePerson> stored_;
     // The views of the last listing stay valid until the next one.
@@ -75,6 +98,8 @@ private:
     std::vector<std::vector<LabelledPhone>> listedPhones_;
     std::vector<Person> people_;
     std::vector<std::string> pending_;
+    // The last one is undone first.
+    std::vector<Deletion> deletions_;
     std::size_t readings_ = 0;
     std::size_t listings_ = 0;
     std::size_t savesAsked_ = 0;
