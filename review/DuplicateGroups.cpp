@@ -1,14 +1,37 @@
 #include "review/DuplicateGroups.h"
 
 #include "engine/ContactsParser.h"
-#include "engine/MatchKey.h"
+#include "text/WhiteSpace.h"
+
+#include <cstddef>
 
 namespace dunmora {
+
+namespace {
+
+/// Whether the key is that of people in whose cards none of `fields` compared fields shows
+/// anything: nothing but a separator after each of them. A dash inside of a field would be one
+/// more.
+bool isBlankKey(std::string_view key, std::size_t fields)
+{
+    std::size_t separators = 0;
+    for (std::size_t begin = 0; begin < key.size(); ++separators) {
+        const auto end = key.find('-', begin);
+        if (end == std::string_view::npos || separators == fields ||
+            !isBlankText(key.substr(begin, end - begin))) {
+            return false;
+        }
+        begin = end + 1;
+    }
+    return separators == fields;
+}
+
+}  // namespace
 
 std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
 {
     const std::span<const std::string> rows = engine.duplicates();
-    const auto emptyKey = matchKey(ContactRecord(), engine.searchedFields());
+    const auto fields = engine.searchedFields().count();
     std::vector<DuplicateGroup> groups;
     std::size_t row = 0;
     for (const auto& found : engine.contactGroups()) {
@@ -25,7 +48,7 @@ std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
         const auto size = row - firstRow;
         if (size > 0) {
             groups.push_back({found.key, rows.subspan(firstRow, size), firstRow,
-                              size > 1 && found.key == emptyKey});
+                              size > 1 && isBlankKey(found.key, fields)});
         }
     }
     return groups;

@@ -18,8 +18,8 @@ struct DuplicateGroup {
     std::span<const std::string> uids;
     /// The row of the first uid.
     std::size_t firstRow = 0;
-    /// Several people whose match key is nothing but separators: they have no text in common.
-    /// True for every group when the search compared no field.
+    /// Several people in whose cards every field compared is blank (`isBlankText`): they have no
+    /// text in common. True for every group when the search compared no field.
     bool sharesOnlyEmptyFields = false;
 };
 

@@ -162,6 +162,27 @@ TEST_F(DuplicateGroupsTest, ShareOnlyEmptyFieldsWhenEveryFieldComparedIsEmpty)
     EXPECT_FALSE(groups[2].sharesOnlyEmptyFields);
 }
 
+TEST_F(DuplicateGroupsTest, ShareOnlyEmptyFieldsWhenEveryFieldComparedIsBlank)
+{
+    std::vector<FakePerson> people;
+    for (const std::string blank :
+         {" ", "\t", "\u00A0", "\u3000", "\u2003", "\u200B", "- ", "\u3000-", "."}) {
+        people.push_back(named(std::to_string(people.size()), blank, ""));
+        people.push_back(named(std::to_string(people.size()), blank, ""));
+    }
+    people.push_back(named("last name 1", "", " "));
+    people.push_back(named("last name 2", "", " "));
+    bookHoldsPeople(std::move(people));
+
+    const auto groups = duplicateGroups(engine_);
+
+    ASSERT_EQ(groups.size(), 10U);
+    for (const auto& group : groups) {
+        const auto shows = group.key == "- --" || group.key == "\u3000---" || group.key == ".--";
+        EXPECT_EQ(group.sharesOnlyEmptyFields, !shows) << group.key;
+    }
+}
+
 TEST_F(DuplicateGroupsTest, ShareNothingWhenOnePersonIsLeft)
 {
     bookHoldsPeople({nobody("1"), nobody("2")});

@@ -344,6 +344,17 @@ TEST_F(DeleteTest, RefusesToDeleteThoseWhoShareOnlyEmptyFields)
     expectUnchanged();
 }
 
+TEST_F(DeleteTest, RefusesToDeleteThoseWhoShareOnlyWhiteSpace)
+{
+    bookHolds({withMobile(named("1", " ", "")), withMobile(named("2", " ", ""), "555-0101"),
+               withMobile(named("3", " ", ""), "555-0102")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes"}), 1);
+    EXPECT_EQ(err(), "dunmora-cli: 2 people to be deleted share only empty fields with others. Use "
+                     "--allow-blank-match to delete them anyway.\n");
+    expectUnchanged();
+}
+
 TEST_F(DeleteTest, DeletesThoseWhoShareOnlyEmptyFieldsWhenAllowed)
 {
     bookHolds({withMobile(named("1", "", "")), named("2", "", ""), named("3", "", "")});
