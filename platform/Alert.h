@@ -12,6 +12,8 @@ struct AlertContent {
     std::string informativeText;
     std::string defaultButton;
     std::optional<std::string> alternateButton;
+    /// A third button, only beside an alternate one.
+    std::optional<std::string> otherButton = std::nullopt;
 };
 
 /// Shows a question or a notice that the user must respond to before continuing.
@@ -20,6 +22,7 @@ public:
     /// What `runModal` returns for each button.
     static constexpr int kDefaultButton = 1;
     static constexpr int kAlternateButton = 0;
+    static constexpr int kOtherButton = -1;
 
     virtual ~Alert() = default;
 

@@ -181,6 +181,11 @@ void AlertDialog::addButtons(QGridLayout& grid, const AlertContent& content)
         buttons->addButton(withoutMnemonic(toQString(*content.alternateButton)),
                            QDialogButtonBox::RejectRole);
     }
+    if (content.otherButton) {
+        const auto* const other = buttons->addButton(
+            withoutMnemonic(toQString(*content.otherButton)), QDialogButtonBox::DestructiveRole);
+        connect(other, &QPushButton::clicked, this, [this] { done(kOther); });
+    }
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     accept->setDefault(true);

@@ -18,6 +18,9 @@ int QtAlert::runModal(ModalSessions& sessions, const AlertContent& content)
     AlertDialog dialog(content, sessions.front());
     QObject::connect(&dialog, &QDialog::finished, &sessions, [&] { sessions.end(dialog); });
     sessions.run(dialog);
+    if (dialog.result() == AlertDialog::kOther) {
+        return kOtherButton;
+    }
     const bool isAccepted = dialog.result() == QDialog::Accepted;
     return isAccepted || !content.alternateButton ? kDefaultButton : kAlternateButton;
 }

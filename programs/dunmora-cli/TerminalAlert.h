@@ -8,7 +8,8 @@ namespace dunmora {
 
 /// An alert on a terminal: prints the text and, if there are two buttons, reads one line.
 /// "y", "yes", "ok" and "okay" in any case take the default button; everything else, plain Enter
-/// and the end of the input take the alternate one.
+/// and the end of the input take the alternate one. A third button is not offered: the commands
+/// have options instead.
 class TerminalAlert final : public Alert {
 public:
     TerminalAlert(std::istream& in, std::ostream& err) : in_(in), err_(err) {}

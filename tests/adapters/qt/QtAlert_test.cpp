@@ -98,6 +98,28 @@ TEST_F(QtAlertTest, ReturnsTheButtonPressed)
     }
 }
 
+TEST_F(QtAlertTest, CanOfferAThirdButton)
+{
+    auto content = question;
+    content.otherButton = "Delete Them Too";
+
+    EXPECT_EQ(answer(content,
+                     [](AlertDialog& dialog) {
+                         ASSERT_EQ(buttonsOf(dialog).size(), 3);
+                         EXPECT_EQ(defaultButton(dialog).text(), QStringLiteral("Okay"));
+                         for (auto* const button : buttonsOf(dialog)) {
+                             if (button->text() == QLatin1String("Delete Them Too")) {
+                                 click(*button);
+                             }
+                         }
+                     }),
+              Alert::kOtherButton);
+    EXPECT_EQ(answer(content, [](AlertDialog& dialog) { press(dialog, Qt::Key_Return); }),
+              Alert::kDefaultButton);
+    EXPECT_EQ(answer(content, [](AlertDialog& dialog) { press(dialog, Qt::Key_Escape); }),
+              Alert::kAlternateButton);
+}
+
 TEST_F(QtAlertTest, TreatsEnterAsTheDefaultButton)
 {
     const auto enter = [](AlertDialog& dialog) { press(dialog, Qt::Key_Return); };
