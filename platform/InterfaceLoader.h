@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -30,6 +31,10 @@ public:
 
     /// Enables or disables the command; without a handler it is always disabled.
     virtual void setEnabled(bool enabled) = 0;
+
+    /// Replaces the text of the command's controls, plain UTF-8. The letter that chooses the
+    /// command in a menu stays the same while the title contains it.
+    virtual void setTitle(const std::string& title) = 0;
 };
 
 /// The contents of an interface file: a window, outlets with the names of the controllers' fields,

@@ -1,11 +1,32 @@
 #include "adapters/qt/QtCommand.h"
 
+#include "adapters/qt/QtText.h"
+
 #include <QAbstractButton>
 #include <QAction>
+#include <QKeySequence>
 
 #include <utility>
 
 namespace dunmora {
+
+namespace {
+
+/// The new text with the mnemonic of the old one, at its first occurrence.
+QString withMnemonicOf(const QString& oldText, const QString& newText)
+{
+    auto text = withoutMnemonic(newText);
+    const auto mnemonic = QKeySequence::mnemonic(oldText).toString();
+    if (!mnemonic.isEmpty()) {
+        const auto at = text.indexOf(mnemonic.back(), 0, Qt::CaseInsensitive);
+        if (at >= 0) {
+            text.insert(at, QLatin1Char('&'));
+        }
+    }
+    return text;
+}
+
+}  // namespace
 
 void QtCommand::setHandler(Handler handler)
 {
@@ -17,6 +38,17 @@ void QtCommand::setEnabled(bool enabled)
 {
     isEnabled_ = enabled;
     updateControls();
+}
+
+void QtCommand::setTitle(const std::string& title)
+{
+    const auto text = toQString(title);
+    for (auto* const action : actions_) {
+        action->setText(withMnemonicOf(action->text(), text));
+    }
+    for (auto* const button : buttons_) {
+        button->setText(withMnemonicOf(button->text(), text));
+    }
 }
 
 void QtCommand::addAction(QAction& action)

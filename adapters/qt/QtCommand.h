@@ -2,6 +2,7 @@
 
 #include "platform/InterfaceLoader.h"
 
+#include <string>
 #include <vector>
 
 class QAbstractButton;
@@ -14,6 +15,7 @@ class QtCommand final : public Command {
 public:
     void setHandler(Handler handler) override;
     void setEnabled(bool enabled) override;
+    void setTitle(const std::string& title) override;
 
     /// Enables and disables a control together with the command; the control must stay alive until
     /// the last call to the command.

@@ -14,6 +14,11 @@ void FakeCommand::setEnabled(bool enabled)
     isEnabled = enabled;
 }
 
+void FakeCommand::setTitle(const std::string& text)
+{
+    title = text;
+}
+
 void FakeCommand::use(View* sender) const
 {
     if (isEnabled && handler) {

@@ -18,12 +18,15 @@ class FakeCommand final : public Command {
 public:
     void setHandler(Handler newHandler) override;
     void setEnabled(bool enabled) override;
+    void setTitle(const std::string& text) override;
 
     /// Does what the user's click does: nothing while the command is disabled.
     void use(View* sender = nullptr) const;
 
     Handler handler;
     bool isEnabled = true;
+    /// Empty while it has the title of its interface file.
+    std::string title;
 };
 
 /// A window that logs each call as "Interface call value".

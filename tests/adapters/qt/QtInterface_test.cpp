@@ -131,6 +131,19 @@ TEST_F(QtInterfaceTest, AllowsACommandOnlyWhileItHasAHandlerAndIsEnabled)
     EXPECT_EQ(enabled(), neither);
 }
 
+TEST_F(QtInterfaceTest, KeepsTheMnemonicOfACommandWithANewTitle)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    const auto& action = widgetIn<QAction>(shownWindow(QStringLiteral("MainWindow")), "OnDelete");
+
+    interface->command("OnDelete").setTitle("Now Delete 3 & More…");
+    EXPECT_EQ(action.text(), QStringLiteral("Now &Delete 3 && More…"));
+
+    interface->command("OnDelete").setTitle("Delete 4");
+    EXPECT_EQ(action.text(), QStringLiteral("&Delete 4"));
+}
+
 TEST_F(QtInterfaceTest, PassesNoSenderForAnAction)
 {
     const auto interface = load("MainWindow");
