@@ -29,8 +29,8 @@ struct BookContent {
     /// Whether it could not be read because no reply came in time.
     bool hasTimedOut = false;
     bool isWritable = false;
-    /// How many people one call to `remove` should name. More than one only where a removal that
-    /// fails removes nobody.
+    /// How many people one call to `remove` or `add` should name. More than one only where a call
+    /// that fails changes nobody.
     std::size_t batchSize = 1;
     /// Lists of people are omitted.
     std::vector<ContactText> people;
@@ -55,11 +55,28 @@ struct RemovalResult {
     std::string reason;
 };
 
+/// The result of an addition.
+struct AdditionResult {
+    enum class Outcome {
+        Added,
+        /// A card with the uid of one of them is in the book; nobody was added.
+        Exists,
+        /// The book or its server refused.
+        Refused,
+        /// No reply came in time; the people may still be added.
+        NoReply,
+    };
+
+    Outcome outcome = Outcome::Added;
+    /// Why they were not added, in a sentence without the book's name.
+    std::string reason;
+};
+
 /// The desktop's service that keeps the user's address books.
 ///
 /// Thread: any, one call at a time. A call may block for up to ten seconds, but the calls that a
-/// user waits for in a row (`books` and `read`; `find`, `remove` and `find`) take less than fifteen
-/// together. Errors: as stated below; all others are in the results.
+/// user waits for in a row (`books` and `read`; `find`, `remove` and `find`; `add` and `find`) take
+/// less than fifteen together. Errors: as stated below; all others are in the results.
 ///
 /// A book on a server is read, searched and changed only while the server can be reached.
 class ContactService {
@@ -81,6 +98,10 @@ public:
 
     virtual RemovalResult remove(const std::string& book,
                                  const std::vector<std::string>& people) = 0;
+
+    /// Adds people to a book that has been read, as these vCards, each with its UID. Replaces
+    /// nobody.
+    virtual AdditionResult add(const std::string& book, const std::vector<std::string>& cards) = 0;
 };
 
 }  // namespace dunmora

@@ -24,6 +24,11 @@ bool GlibError::isNoSuchPerson() const
     return is(E_BOOK_CLIENT_ERROR, E_BOOK_CLIENT_ERROR_CONTACT_NOT_FOUND);
 }
 
+bool GlibError::isExistingPerson() const
+{
+    return is(E_BOOK_CLIENT_ERROR, E_BOOK_CLIENT_ERROR_CONTACT_ID_ALREADY_EXISTS);
+}
+
 bool GlibError::isChangedOnServer() const
 {
     return is(E_CLIENT_ERROR, E_CLIENT_ERROR_OUT_OF_SYNC);

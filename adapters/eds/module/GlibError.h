@@ -24,6 +24,9 @@ public:
     bool isNoReply() const;
     bool isNoSuchPerson() const;
 
+    /// Whether the book has a card with the uid of a new one.
+    bool isExistingPerson() const;
+
     /// Whether the server refused because it has another version of the card.
     bool isChangedOnServer() const;
 

@@ -20,16 +20,19 @@ using std::chrono::seconds;
 using Clock = std::chrono::steady_clock;
 
 // `ContactService` limits the sums: listing and reading the books; finding a batch, removing it and
-// finding it again.
+// finding it again; adding a batch and finding it.
 constexpr seconds kListingLimit(5);
 constexpr seconds kReadingLimit(9);
 constexpr seconds kFindingLimit(4);
 constexpr seconds kRemovalLimit(6);
+constexpr seconds kAdditionLimit(6);
 constexpr seconds kPresenceLimit(2);
 
 constexpr auto kNoBook = "The service no longer lists the book.";
 constexpr auto kServerLost =
     "Its server can no longer be reached. The people may still be deleted there later.";
+constexpr auto kServerLostBeforeAddition =
+    "Its server can no longer be reached. The people may still be added there later.";
 constexpr auto kUncertain =
     "What its server has done is unknown until the address book is reloaded.";
 
@@ -57,6 +60,11 @@ struct LibebookService::Read {
 
 struct LibebookService::Removed {
     RemovalResult result;
+    std::shared_ptr<EClient> client;
+};
+
+struct LibebookService::Added {
+    AdditionResult result;
     std::shared_ptr<EClient> client;
 };
 
@@ -298,6 +306,73 @@ RemovalResult LibebookService::remove(const std::string& book,
         connection.isUncertain = isOnServer(*connection.source);
     }
     return std::move(removed->result);
+}
+
+LibebookService::Added LibebookService::addSome(const Connection& connection,
+                                                const std::vector<std::string>& cards,
+                                                GCancellable* cancellable)
+{
+    using Outcome = AdditionResult::Outcome;
+    Added added;
+    GlibError error;
+    added.client =
+        connection.client ? connection.client : connectTo(*connection.source, cancellable, error);
+    if (!added.client) {
+        // Nothing has been sent yet.
+        added.result = {Outcome::Refused, error.sentence()};
+        return added;
+    }
+    if (!isServed(*connection.source, cancellable)) {
+        added.result = {Outcome::Refused, kNoServer};
+        return added;
+    }
+    GSList* contacts = nullptr;
+    for (const auto& card : cards) {
+        contacts = g_slist_prepend(contacts, e_contact_new_from_vcard(card.c_str()));
+    }
+    contacts = g_slist_reverse(contacts);
+    GSList* uids = nullptr;
+    const bool isDone = e_book_client_add_contacts_sync(E_BOOK_CLIENT(added.client.get()), contacts,
+                                                        E_BOOK_OPERATION_FLAG_CONFLICT_FAIL, &uids,
+                                                        cancellable, error.place()) != FALSE;
+    g_slist_free_full(contacts, g_object_unref);
+    g_slist_free_full(uids, g_free);
+    if (!isDone) {
+        added.result = {error.isExistingPerson()                   ? Outcome::Exists
+                        : error.isNoReply() || error.isReplyLost() ? Outcome::NoReply
+                                                                   : Outcome::Refused,
+                        error.sentence()};
+    } else if (!isServed(*connection.source, cancellable)) {
+        // The service also reports success when it has only queued the addition.
+        added.result = {Outcome::NoReply, kServerLostBeforeAddition};
+    }
+    return added;
+}
+
+AdditionResult LibebookService::add(const std::string& book, const std::vector<std::string>& cards)
+{
+    // The library treats an empty list as a programming error.
+    if (cards.empty()) {
+        return {};
+    }
+    const auto known = connections_.find(book);
+    if (known == connections_.end()) {
+        return {AdditionResult::Outcome::Refused, kNoBook};
+    }
+    auto& connection = known->second;
+    BoundedCall<Added> call([connection, cards](GCancellable* cancellable) {
+        return addSome(connection, cards, cancellable);
+    });
+    auto added = call.resultBefore(Clock::now() + kAdditionLimit);
+    if (!added) {
+        added = Added{{AdditionResult::Outcome::NoReply, kNoReply}, nullptr};
+    }
+    connection.client = added->client;
+    if (added->result.outcome == AdditionResult::Outcome::NoReply) {
+        connection.client = nullptr;
+        connection.isUncertain = isOnServer(*connection.source);
+    }
+    return std::move(added->result);
 }
 
 }  // namespace dunmora

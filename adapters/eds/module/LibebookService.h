@@ -26,13 +26,14 @@ public:
     std::vector<BookContent> read(const std::vector<std::string>& books) override;
     BookContent find(const std::string& book, const std::vector<std::string>& people) override;
     RemovalResult remove(const std::string& book, const std::vector<std::string>& people) override;
+    AdditionResult add(const std::string& book, const std::vector<std::string>& cards) override;
 
 private:
     /// A book, and the connection to it once it is open.
     struct Connection {
         std::shared_ptr<ESource> source;
         std::shared_ptr<EClient> client;
-        /// Whether the server may have carried out a removal without a reply, or may do so later.
+        /// Whether the server may have carried out a change without a reply, or may do so later.
         /// The desktop's copy does not show which.
         bool isUncertain = false;
     };
@@ -40,6 +41,7 @@ private:
     struct Listed;
     struct Read;
     struct Removed;
+    struct Added;
 
     static Listed list(GCancellable* cancellable);
     static Read readAll(const Connection& connection, GCancellable* cancellable);
@@ -47,6 +49,8 @@ private:
                          GCancellable* cancellable);
     static Removed removeSome(const Connection& connection, const std::vector<std::string>& people,
                               GCancellable* cancellable);
+    static Added addSome(const Connection& connection, const std::vector<std::string>& cards,
+                         GCancellable* cancellable);
 
     // Keeps the connection to the session bus and its settings alive.
     std::shared_ptr<GDBusConnection> bus_;

@@ -25,6 +25,14 @@ std::string pathOf(const std::string& uid)
     return std::string(kFolder) + uid + std::string(kSuffix);
 }
 
+/// The uid in the path of a card.
+std::string uidIn(const std::string& path)
+{
+    const auto begin = std::min(path.size(), kFolder.size());
+    const auto end = std::max(begin, path.size() - std::min(path.size(), kSuffix.size()));
+    return path.substr(begin, end - begin);
+}
+
 std::string quoted(std::size_t version)
 {
     return "\"v" + std::to_string(version) + "\"";
@@ -209,9 +217,10 @@ void CardDavServer::talk(int socket)
                      " As said\r\nDAV: 1, 2, 3, addressbook\r\n"
                      "Allow: OPTIONS, GET, PUT, DELETE, PROPFIND, REPORT\r\n"
                      "WWW-Authenticate: Basic realm=\"book\"\r\n"
-                     "Content-Type: application/xml; charset=utf-8\r\nConnection: close\r\n"
-                     "Content-Length: " +
-                     std::to_string(response.body.size()) + "\r\n\r\n" + response.body);
+                     "Content-Type: application/xml; charset=utf-8\r\nConnection: close\r\n" +
+                     (response.etag.empty() ? "" : "ETag: " + response.etag + "\r\n") +
+                     "Content-Length: " + std::to_string(response.body.size()) + "\r\n\r\n" +
+                     response.body);
     shutdown(socket, SHUT_WR);
 }
 
@@ -220,7 +229,7 @@ CardDavServer::Response CardDavServer::respond(const Request& request)
     std::unique_lock lock(mutex_);
     if (isLocked_) {
         constexpr int kUnauthorized = 401;
-        return {kUnauthorized, ""};
+        return {kUnauthorized, "", ""};
     }
     if (request.method == "OPTIONS") {
         return {};
@@ -231,11 +240,17 @@ CardDavServer::Response CardDavServer::respond(const Request& request)
     if (request.method == "REPORT") {
         return report(request);
     }
+    if (request.method == "GET") {
+        return get(request);
+    }
     if (request.method == "DELETE") {
         return remove(request, lock);
     }
+    if (request.method == "PUT") {
+        return store(request, lock);
+    }
     constexpr int kNotFound = 404;
-    return {kNotFound, ""};
+    return {kNotFound, "", ""};
 }
 
 CardDavServer::Response CardDavServer::list(const Request& request)
@@ -259,7 +274,7 @@ CardDavServer::Response CardDavServer::list(const Request& request)
         changed_.notify_all();
     }
     constexpr int kMultistatus = 207;
-    return {kMultistatus, multistatus(responses)};
+    return {kMultistatus, multistatus(responses), ""};
 }
 
 CardDavServer::Response CardDavServer::report(const Request& request) const
@@ -273,42 +288,75 @@ CardDavServer::Response CardDavServer::report(const Request& request) const
         }
     }
     constexpr int kMultistatus = 207;
-    return {kMultistatus, multistatus(responses)};
+    return {kMultistatus, multistatus(responses), ""};
+}
+
+CardDavServer::Response CardDavServer::get(const Request& request) const
+{
+    constexpr int kNotFound = 404;
+    const auto card = cards_.find(uidIn(request.path));
+    return card == cards_.end() ? Response{kNotFound, "", ""}
+                                : Response{200, card->second.text, quoted(card->second.version)};
+}
+
+/// The status of a change that fails; 0 when it does not. Waits while changes are held.
+int CardDavServer::fault(std::unique_lock<std::mutex>& lock)
+{
+    constexpr int kForbidden = 403;
+    ++held_;
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return !isHolding_ || isAway_; });
+    --held_;
+    if (isAway_ || isReadOnly_) {
+        return kForbidden;
+    }
+    return removals_.size() + additions_.size() > refusedAfter_ ? refusal_ : 0;
 }
 
 CardDavServer::Response CardDavServer::remove(const Request& request,
                                               std::unique_lock<std::mutex>& lock)
 {
     constexpr int kDone = 204;
-    constexpr int kForbidden = 403;
     constexpr int kNotFound = 404;
     constexpr int kPreconditionFailed = 412;
-    const auto begin = std::min(request.path.size(), kFolder.size());
-    const auto end =
-        std::max(begin, request.path.size() - std::min(request.path.size(), kSuffix.size()));
-    const auto uid = request.path.substr(begin, end - begin);
+    const auto uid = uidIn(request.path);
     removals_.push_back(uid);
-    ++held_;
-    changed_.notify_all();
-    changed_.wait(lock, [this] { return !isHolding_ || isAway_; });
-    --held_;
-    if (isAway_ || isReadOnly_) {
-        return {kForbidden, ""};
-    }
-    if (refusal_ != 0 && removals_.size() > refusedAfter_) {
-        return {refusal_, ""};
+    if (const auto status = fault(lock); status != 0) {
+        return {status, "", ""};
     }
     const auto card = cards_.find(uid);
     if (card == cards_.end()) {
-        return {kNotFound, ""};
+        return {kNotFound, "", ""};
     }
     const auto condition = request.headers.find("if-match");
     if (condition != request.headers.end() && condition->second != quoted(card->second.version)) {
-        return {kPreconditionFailed, ""};
+        return {kPreconditionFailed, "", ""};
     }
     cards_.erase(card);
     ++version_;
-    return {isLosingAnswers_ ? 0 : kDone, ""};
+    return {isLosingAnswers_ ? 0 : kDone, "", ""};
+}
+
+CardDavServer::Response CardDavServer::store(const Request& request,
+                                             std::unique_lock<std::mutex>& lock)
+{
+    constexpr int kCreated = 201;
+    constexpr int kPreconditionFailed = 412;
+    const auto uid = uidIn(request.path);
+    additions_.push_back(uid);
+    if (const auto status = fault(lock); status != 0) {
+        return {status, "", ""};
+    }
+    const auto known = cards_.find(uid);
+    const auto match = request.headers.find("if-match");
+    const bool isNew = request.headers.contains("if-none-match");
+    if ((isNew && known != cards_.end()) ||
+        (match != request.headers.end() &&
+         (known == cards_.end() || match->second != quoted(known->second.version)))) {
+        return {kPreconditionFailed, "", ""};
+    }
+    cards_[uid] = {request.body, ++version_};
+    return {isLosingAnswers_ ? 0 : kCreated, "", quoted(version_)};
 }
 
 void CardDavServer::put(const std::string& uid, const std::string& card)
@@ -341,30 +389,30 @@ void CardDavServer::lockOut()
     ++version_;
 }
 
-void CardDavServer::refuseRemovals(int status, std::size_t after)
+void CardDavServer::refuseChanges(int status, std::size_t after)
 {
     const std::lock_guard guard(mutex_);
     refusal_ = status;
-    refusedAfter_ = removals_.size() + after;
+    refusedAfter_ = removals_.size() + additions_.size() + after;
 }
 
-void CardDavServer::loseRepliesToRemovals()
+void CardDavServer::loseRepliesToChanges()
 {
     const std::lock_guard guard(mutex_);
     isLosingAnswers_ = true;
 }
 
-void CardDavServer::holdRemovals()
+void CardDavServer::holdChanges()
 {
     const std::lock_guard guard(mutex_);
     isHolding_ = true;
 }
 
-void CardDavServer::awaitHeldRemoval() const
+void CardDavServer::awaitHeldChange() const
 {
     std::unique_lock lock(mutex_);
     if (!changed_.wait_for(lock, kPatience, [this] { return isHolding_ && held_ > 0; })) {
-        throw std::runtime_error("Nobody asks for a removal.");
+        throw std::runtime_error("Nobody asks for a change.");
     }
 }
 
@@ -379,6 +427,12 @@ std::vector<std::string> CardDavServer::removals() const
 {
     const std::lock_guard guard(mutex_);
     return removals_;
+}
+
+std::vector<std::string> CardDavServer::additions() const
+{
+    const std::lock_guard guard(mutex_);
+    return additions_;
 }
 
 void CardDavServer::awaitListing() const

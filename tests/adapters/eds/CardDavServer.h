@@ -40,18 +40,22 @@ public:
     /// Listens again, on the same port.
     void comeBack();
 
-    /// After this many more removals, responds to each with this status and removes nobody.
-    void refuseRemovals(int status, std::size_t after = 0);
-    /// Carries out removals, but drops the connection instead of responding.
-    void loseRepliesToRemovals();
-    /// Holds back the responses to removals until `letGo`.
-    void holdRemovals();
-    /// Waits until a removal is held.
-    void awaitHeldRemoval() const;
+    // The faults below concern removals and additions.
+
+    /// After this many more changes, responds to each with this status and changes nothing.
+    void refuseChanges(int status, std::size_t after = 0);
+    /// Carries out changes, but drops the connection instead of responding.
+    void loseRepliesToChanges();
+    /// Holds back changes until `letGo`.
+    void holdChanges();
+    /// Waits until a change is held.
+    void awaitHeldChange() const;
     void letGo();
 
     /// The uids of the people to be removed, one per request, whatever its outcome.
     std::vector<std::string> removals() const;
+    /// The same for people to be added or changed.
+    std::vector<std::string> additions() const;
 
     /// Waits until the book has been listed after it last came back or was changed here. The
     /// service has sent everything that it had queued by then.
@@ -73,6 +77,7 @@ private:
         /// 0 sends no response.
         int status = 200;
         std::string body;
+        std::string etag;
     };
     struct Visitor {
         int socket;
@@ -85,7 +90,10 @@ private:
     Response respond(const Request& request);
     Response list(const Request& request);
     Response report(const Request& request) const;
+    Response get(const Request& request) const;
     Response remove(const Request& request, std::unique_lock<std::mutex>& lock);
+    Response store(const Request& request, std::unique_lock<std::mutex>& lock);
+    int fault(std::unique_lock<std::mutex>& lock);
 
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
@@ -101,6 +109,7 @@ private:
     std::size_t refusedAfter_ = 0;
     bool wasListed_ = false;
     std::vector<std::string> removals_;
+    std::vector<std::string> additions_;
 
     std::uint16_t port_ = 0;
     int listener_ = -1;

@@ -25,6 +25,7 @@ namespace {
 using Lines = std::vector<std::string>;
 using Cards = std::map<std::string, std::string>;
 using Outcome = RemovalResult::Outcome;
+using AdditionOutcome = AdditionResult::Outcome;
 
 std::string cardOf(const std::string& uid, const std::string& properties = "")
 {
@@ -238,11 +239,11 @@ TEST_F(EdsServerTest, DoesNotCountQueuedRemovalsAsDone)
 {
     isKnownToTheDesktop();
     const auto service = openService();
-    server_.holdRemovals();
+    server_.holdChanges();
     RemovalResult result;
     std::thread removal([&] { result = service->remove(uid_, {"ann"}); });
 
-    server_.awaitHeldRemoval();
+    server_.awaitHeldChange();
     OtherClient::loseServer(uid_);
     server_.letGo();
     removal.join();
@@ -256,11 +257,11 @@ TEST_F(EdsServerTest, ReportsARemovalAsUnknownWhenTheServerDisconnects)
 {
     isKnownToTheDesktop();
     const auto service = openService();
-    server_.holdRemovals();
+    server_.holdChanges();
     RemovalResult result;
     std::thread removal([&] { result = service->remove(uid_, {"ann"}); });
 
-    server_.awaitHeldRemoval();
+    server_.awaitHeldChange();
     server_.goAway();
     removal.join();
 
@@ -271,7 +272,7 @@ TEST_F(EdsServerTest, ReportsARemovalAsUnknownWhenTheReplyIsLost)
 {
     isKnownToTheDesktop();
     const auto service = openService();
-    server_.loseRepliesToRemovals();
+    server_.loseRepliesToChanges();
 
     const auto result = service->remove(uid_, {"ann"});
 
@@ -288,7 +289,7 @@ TEST_F(EdsServerTest, CountsUnknownRemovals)
     isKnownToTheDesktop();
     book().readPeople();
     ask({"ann"});
-    server_.loseRepliesToRemovals();
+    server_.loseRepliesToChanges();
 
     const auto failure = failureOf([&] { book().save(); });
 
@@ -302,7 +303,7 @@ TEST_F(EdsServerTest, ReportsRefusedRemovals)
 {
     constexpr int kUnavailable = 503;
     isKnownToTheDesktop();
-    server_.refuseRemovals(kUnavailable, 1);
+    server_.refuseChanges(kUnavailable, 1);
     book().readPeople();
     ask({"ann", "ben", "cid"});
 
@@ -321,7 +322,7 @@ TEST_F(EdsServerTest, DoesNotCountForbiddenRemovalsAsDone)
     constexpr int kForbidden = 403;
     isKnownToTheDesktop();
     const auto service = openService();
-    server_.refuseRemovals(kForbidden);
+    server_.refuseChanges(kForbidden);
 
     EXPECT_EQ(service->remove(uid_, {"ann"}).outcome, Outcome::NoReply);
     EXPECT_EQ(server_.cards().size(), 3U);
@@ -331,7 +332,7 @@ TEST_F(EdsServerTest, ReportsAServerThatDoesNotReplyInTime)
 {
     isKnownToTheDesktop();
     const auto service = openService();
-    server_.holdRemovals();
+    server_.holdChanges();
 
     const auto begin = std::chrono::steady_clock::now();
     const auto result = service->remove(uid_, {"ann"});
@@ -340,6 +341,96 @@ TEST_F(EdsServerTest, ReportsAServerThatDoesNotReplyInTime)
     EXPECT_EQ(result.outcome, Outcome::NoReply);
     EXPECT_EQ(result.reason, "The service did not reply in time.");
     server_.letGo();
+}
+
+TEST_F(EdsServerTest, AddsOnTheServer)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+
+    const auto result = service->add(uid_, {cardOf("dan", "X-OWN;X-P=\"a;b\":kept\r\n")});
+
+    EXPECT_EQ(result.outcome, AdditionOutcome::Added) << result.reason;
+    ASSERT_TRUE(server_.cards().contains("dan"));
+    EXPECT_NE(server_.cards().at("dan").find("X-OWN;X-P=\"a;b\":kept\r\n"), std::string::npos);
+    EXPECT_EQ(seenByOthers(), (Lines{"ann", "ben", "cid", "dan"}));
+}
+
+TEST_F(EdsServerTest, ReplacesNobodyOnTheServer)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    // The desktop does not know this one yet.
+    const auto newer = cardOf("dan", "NOTE:newer\r\n");
+    server_.put("dan", newer);
+    const auto before = server_.cards();
+
+    EXPECT_EQ(service->add(uid_, {cardOf("ann", "NOTE:other\r\n")}).outcome,
+              AdditionOutcome::Exists);
+    EXPECT_NE(service->add(uid_, {cardOf("dan")}).outcome, AdditionOutcome::Added);
+    EXPECT_EQ(server_.cards(), before);
+}
+
+TEST_F(EdsServerTest, AddsNobodyToTheDesktopsCopyAlone)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    desktop().signalFactories(SIGKILL);
+    server_.goAway();
+    service->find(uid_, {"ann"});
+
+    const auto result = service->add(uid_, {cardOf("dan")});
+
+    EXPECT_EQ(result.outcome, AdditionOutcome::Refused);
+    EXPECT_EQ(result.reason, "Its server cannot be reached.");
+    server_.comeBack();
+    settle();
+    EXPECT_EQ(server_.additions(), Lines{});
+}
+
+TEST_F(EdsServerTest, ReportsAnAdditionAsUnknownWhenTheReplyIsLost)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.loseRepliesToChanges();
+
+    const auto result = service->add(uid_, {cardOf("dan")});
+
+    EXPECT_EQ(result.outcome, AdditionOutcome::NoReply) << result.reason;
+    EXPECT_EQ(service->find(uid_, {"dan"}).failure,
+              "What its server has done is unknown until the address book is reloaded.");
+}
+
+TEST_F(EdsServerTest, DoesNotCountQueuedAdditionsAsDone)
+{
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.holdChanges();
+    AdditionResult result;
+    std::thread addition([&] { result = service->add(uid_, {cardOf("dan")}); });
+
+    server_.awaitHeldChange();
+    OtherClient::loseServer(uid_);
+    server_.letGo();
+    addition.join();
+
+    EXPECT_EQ(result.outcome, AdditionOutcome::NoReply);
+    EXPECT_EQ(result.reason,
+              "Its server can no longer be reached. The people may still be added there later.");
+}
+
+TEST_F(EdsServerTest, ReportsRefusedAdditions)
+{
+    constexpr int kUnavailable = 503;
+    isKnownToTheDesktop();
+    const auto service = openService();
+    server_.refuseChanges(kUnavailable);
+
+    const auto result = service->add(uid_, {cardOf("dan")});
+
+    EXPECT_EQ(result.outcome, AdditionOutcome::Refused);
+    EXPECT_NE(result.reason, "");
+    EXPECT_FALSE(server_.cards().contains("dan"));
 }
 
 TEST_F(EdsServerTest, OpensAReadOnlyBookWithoutDelay)

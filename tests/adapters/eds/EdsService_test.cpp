@@ -58,7 +58,7 @@ Counts countsIn(const std::string& failure)
             count("([0-9]+) may or may not"),         count("([0-9]+) (was|were) not tried")};
 }
 
-/// The real service, with an incident right before and right after each removal.
+/// The real service, with an incident right before and right after each change.
 class ServiceWithIncident final : public ContactService {
 public:
     using Incident = std::function<void()>;
@@ -79,6 +79,13 @@ public:
     {
         before_();
         auto answer = service_->remove(book, people);
+        after_();
+        return answer;
+    }
+    AdditionResult add(const std::string& book, const Lines& cards) override
+    {
+        before_();
+        auto answer = service_->add(book, cards);
         after_();
         return answer;
     }
@@ -502,6 +509,55 @@ TEST_F(EdsServiceTest, ReadsAndDeletesTenThousandPeopleWithinSeconds)
     EXPECT_EQ(others_.uids(uid_).size(), kPeople - kPeople / 10);
     RecordProperty("reading", std::to_string(reading));
     RecordProperty("deleting", std::to_string(deleting));
+}
+
+TEST_F(EdsServiceTest, AddsRemovedPeopleAgainByteForByte)
+{
+    others_.add(uid_, {cardOf("ann", "NOTE:one\\, two\\nthree\r\nX-OWN;X-P=\"a;b\":kept\r\n"
+                                     "item1.TEL:555-0100\r\nitem1.X-ABLabel:Boat\r\n"),
+                       cardOf("ben"), cardOf("cid")});
+    const auto before = others_.cards(uid_);
+    const auto service = loadContactService();
+    service->books();
+    service->read({uid_});
+    ASSERT_EQ(service->remove(uid_, {"ann", "cid"}).outcome, RemovalResult::Outcome::Removed);
+
+    const auto result = service->add(uid_, {before.at("ann"), before.at("cid")});
+
+    EXPECT_EQ(result.outcome, AdditionResult::Outcome::Added) << result.reason;
+    EXPECT_EQ(others_.cards(uid_), before);
+}
+
+TEST_F(EdsServiceTest, AddsNobodyWhenOneOfThemIsThereAlready)
+{
+    holds({"ann", "ben"});
+    const auto before = others_.cards(uid_);
+    const auto service = loadContactService();
+    service->books();
+    service->read({uid_});
+
+    const auto result =
+        service->add(uid_, {cardOf("new"), cardOf("ben", "NOTE:other\r\n"), cardOf("newer")});
+
+    EXPECT_EQ(result.outcome, AdditionResult::Outcome::Exists) << result.reason;
+    EXPECT_EQ(others_.cards(uid_), before);
+}
+
+TEST_F(EdsServiceTest, ReportsAnAdditionAsUnknownWhenTheServiceIsPaused)
+{
+    holds({"ann"});
+    const auto service = loadContactService();
+    service->books();
+    service->read({uid_});
+    ASSERT_GT(desktop().signalFactories(SIGSTOP), 0U);
+    AdditionResult result;
+
+    const auto seconds = secondsOf([&] { result = service->add(uid_, {cardOf("ben")}); });
+    desktop().signalFactories(SIGCONT);
+
+    EXPECT_LT(seconds, 10);
+    EXPECT_EQ(result.outcome, AdditionResult::Outcome::NoReply);
+    EXPECT_EQ(result.reason, "The service did not reply in time.");
 }
 
 TEST_F(EdsServiceTest, RemovesFewPeopleAtOnce)

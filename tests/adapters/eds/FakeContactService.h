@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,18 @@ namespace dunmora::test {
 inline std::string cardNamed(const std::string& uid, const std::string& name)
 {
     return "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid + "\r\nN:" + name + ";;;;\r\nEND:VCARD";
+}
+
+/// The value of a card's UID line; empty without one.
+inline std::string uidIn(const std::string& card)
+{
+    constexpr std::string_view kName = "\r\nUID:";
+    const auto line = card.find(kName);
+    if (line == std::string::npos) {
+        return "";
+    }
+    const auto begin = line + kName.size();
+    return card.substr(begin, card.find("\r\n", begin) - begin);
 }
 
 /// A desktop's address books in memory, with the faults that the test sets.
@@ -82,6 +95,11 @@ public:
     /// Called before each removal; a result that it returns replaces the removal.
     std::function<std::optional<RemovalResult>(const std::vector<std::string>&)> onRemove =
         [](const auto& /*people*/) { return std::nullopt; };
+    /// The cards passed to each call of `add`.
+    std::vector<std::vector<std::string>> additions;
+    /// Called before each addition; a result that it returns replaces the addition.
+    std::function<std::optional<AdditionResult>(const std::vector<std::string>&)> onAdd =
+        [](const auto& /*cards*/) { return std::nullopt; };
     /// Called by each `find` with its result.
     std::function<void(const std::string& book, BookContent& found)> onFind =
         [](const auto& /*book*/, auto& /*found*/) {};
@@ -134,6 +152,27 @@ public:
         if (!desktop_.take(book, people)) {
             desktop_.book(book).content.people = before;
             return {RemovalResult::Outcome::NoSuchPerson, "Somebody was not found."};
+        }
+        return {};
+    }
+
+    /// All or nothing, as in the desktop's own books.
+    AdditionResult add(const std::string& book, const std::vector<std::string>& cards) override
+    {
+        desktop_.additions.push_back(cards);
+        if (auto answer = desktop_.onAdd(cards)) {
+            return *std::move(answer);
+        }
+        auto& people = desktop_.book(book).content.people;
+        const auto before = people;
+        for (const auto& card : cards) {
+            const auto uid = uidIn(card);
+            if (std::any_of(people.begin(), people.end(),
+                            [&](const ContactText& each) { return each.uid == uid; })) {
+                people = before;
+                return {AdditionResult::Outcome::Exists, "Somebody is there already."};
+            }
+            people.push_back({uid, card.substr(0, card.find_last_not_of("\r\n") + 1)});
         }
         return {};
     }
