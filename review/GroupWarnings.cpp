@@ -71,6 +71,11 @@ std::optional<std::size_t> GroupWarnings::groupOfRow(std::size_t row) const
     return row < groupOfRow_.size() ? std::optional<std::size_t>(groupOfRow_[row]) : std::nullopt;
 }
 
+RowRange GroupWarnings::rowsOfGroup(std::size_t group) const
+{
+    return {groups_[group].firstRow, groups_[group].size};
+}
+
 bool GroupWarnings::hasWarning(std::size_t row, GroupWarning warning) const
 {
     const auto group = groupOfRow(row);

@@ -18,6 +18,14 @@ enum class GroupWarning {
     SharesOnlyEmptyFields,
 };
 
+/// Adjacent rows.
+struct RowRange {
+    std::size_t first = 0;
+    std::size_t size = 0;
+
+    bool operator==(const RowRange&) const = default;
+};
+
 /// The groups that the user should look at again, kept up to date row by row.
 ///
 /// Thread: the main thread, while no job runs. Errors: none.
@@ -44,6 +52,10 @@ public:
 
     /// The number of the row's group, from 0; nullopt for a row that is in no group.
     std::optional<std::size_t> groupOfRow(std::size_t row) const;
+
+    std::size_t groupCount() const { return groups_.size(); }
+    /// The rows of the group with this number, which must exist.
+    RowRange rowsOfGroup(std::size_t group) const;
 
     bool hasWarning(std::size_t row, GroupWarning warning) const;
 

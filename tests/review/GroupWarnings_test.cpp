@@ -63,6 +63,15 @@ TEST_F(GroupWarningsTest, KnowTheGroupOfEveryRow)
     EXPECT_EQ(warnings_.groupOfRow(5), std::nullopt);
 }
 
+TEST_F(GroupWarningsTest, KnowTheRowsOfEveryGroup)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Ben", "Ben"});
+
+    ASSERT_EQ(warnings_.groupCount(), 2U);
+    EXPECT_EQ(warnings_.rowsOfGroup(0), (RowRange{0, 2}));
+    EXPECT_EQ(warnings_.rowsOfGroup(1), (RowRange{2, 3}));
+}
+
 TEST_F(GroupWarningsTest, AreNoneBeforeAReview)
 {
     EXPECT_EQ(warnings_.peopleWhoLoseEveryCopy(), 0U);
