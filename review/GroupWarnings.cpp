@@ -14,6 +14,15 @@ bool isChecked(const ContactsParser& engine, const std::string& uid)
     return contact != nullptr && contact->isChecked();
 }
 
+std::size_t countOfChecked(const ContactsParser& engine)
+{
+    std::size_t people = 0;
+    for (const auto& contact : engine.contacts()) {
+        people += contact.value.isChecked() ? 1 : 0;
+    }
+    return people;
+}
+
 }  // namespace
 
 bool GroupWarnings::Group::has(GroupWarning warning) const
@@ -27,6 +36,8 @@ void GroupWarnings::clear()
     groupOfRow_.clear();
     isChecked_.clear();
     losing_ = 0;
+    checkedRows_ = 0;
+    checkedElsewhere_ = 0;
     sharingOnlyEmptyFields_ = 0;
 }
 
@@ -45,6 +56,7 @@ void GroupWarnings::update(const ContactsParser& engine)
     for (std::size_t row = 0; row < isChecked_.size(); ++row) {
         setChecked(row, isChecked(engine, uids[row]));
     }
+    checkedElsewhere_ = countOfChecked(engine) - checkedRows_;
 }
 
 void GroupWarnings::rowsEdited(const ContactsParser& engine, std::span<const std::size_t> rows)
@@ -116,6 +128,7 @@ void GroupWarnings::setChecked(std::size_t row, bool checked)
     auto& group = groups_[groupOfRow_[row]];
     losing_ -= group.losesEveryCopy() ? 1 : 0;
     group.checked = checked ? group.checked + 1 : group.checked - 1;
+    checkedRows_ = checked ? checkedRows_ + 1 : checkedRows_ - 1;
     losing_ += group.losesEveryCopy() ? 1 : 0;
 }
 

@@ -50,6 +50,9 @@ public:
     /// How many of those are checked.
     std::size_t checkedPeopleWhoShareOnlyEmptyFields() const;
 
+    /// How many people a deletion would remove: everyone checked, in a row or not.
+    std::size_t checkedPeople() const { return checkedRows_ + checkedElsewhere_; }
+
     /// The number of the row's group, from 0; nullopt for a row that is in no group.
     std::optional<std::size_t> groupOfRow(std::size_t row) const;
 
@@ -87,6 +90,9 @@ private:
     std::vector<std::uint32_t> groupOfRow_;
     std::vector<bool> isChecked_;
     std::size_t losing_ = 0;
+    std::size_t checkedRows_ = 0;
+    // Nobody can check a person who is in no row, so these are counted once.
+    std::size_t checkedElsewhere_ = 0;
     std::size_t sharingOnlyEmptyFields_ = 0;
 };
 

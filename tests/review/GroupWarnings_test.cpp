@@ -52,6 +52,24 @@ protected:
     GroupWarnings warnings_;
 };
 
+TEST_F(GroupWarningsTest, CountEveryoneWhomADeletionWouldRemove)
+{
+    reviewShows({"Ann", "Ann", "Ben", "Cid", "Cid"});
+    engine_.contacts().find("2")->setObject(true, kContactCheck);
+    EXPECT_EQ(warnings_.checkedPeople(), 4U);
+
+    warnings_.update(engine_);
+    EXPECT_EQ(warnings_.checkedPeople(), 5U);
+
+    edit({0, 3}, false);
+    EXPECT_EQ(warnings_.checkedPeople(), 3U);
+    edit({0, 0}, true);
+    EXPECT_EQ(warnings_.checkedPeople(), 4U);
+
+    warnings_.clear();
+    EXPECT_EQ(warnings_.checkedPeople(), 0U);
+}
+
 TEST_F(GroupWarningsTest, KnowTheGroupOfEveryRow)
 {
     reviewShows({"Ann", "Ann", "Ben", "Ben", "Ben"});
