@@ -49,19 +49,24 @@ std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnin
     return rows;
 }
 
+std::vector<std::string> lastCopyUids(const ContactsParser& engine, const GroupWarnings& warnings)
+{
+    std::vector<std::string> uids;
+    for (const auto row : warnings.firstRowsThatLoseEveryCopy()) {
+        uids.push_back(engine.duplicates()[row]);
+    }
+    const auto others = checkedWithoutDuplicates(engine);
+    uids.insert(uids.end(), others.begin(), others.end());
+    return uids;
+}
+
 std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings)
 {
-    std::vector<std::string> names;
-    const auto add = [&](const std::string& uid) {
-        names.push_back(nameOrUid(*engine.contacts().find(uid)));
-    };
-    for (const auto row : warnings.firstRowsThatLoseEveryCopy()) {
-        add(engine.duplicates()[row]);
+    auto people = lastCopyUids(engine, warnings);
+    for (auto& person : people) {
+        person = nameOrUid(*engine.contacts().find(person));
     }
-    for (const auto& uid : checkedWithoutDuplicates(engine)) {
-        add(uid);
-    }
-    return names;
+    return people;
 }
 
 }  // namespace dunmora

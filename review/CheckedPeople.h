@@ -23,9 +23,12 @@ std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine);
 /// `warnings` is out of date until its `rowsEdited` is called with them.
 std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnings& warnings);
 
-/// The names of the people who would be left without a copy: one for each group that would lose
-/// every copy, then those checked without being a duplicate. A person without a name is
-/// "(no name, uid 7)", because the uid can be given to a command.
+/// The uids of the people who would be left without a copy: the first of each group that would lose
+/// every copy, then those checked without being a duplicate.
+std::vector<std::string> lastCopyUids(const ContactsParser& engine, const GroupWarnings& warnings);
+
+/// The names of those people. A person without a name is "(no name, uid 7)", because the uid can be
+/// given to a command.
 std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings);
 
 }  // namespace dunmora

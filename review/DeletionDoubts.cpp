@@ -1,0 +1,100 @@
+#include "review/DeletionDoubts.h"
+
+#include "engine/ContactsParser.h"
+#include "review/CheckedPeople.h"
+#include "review/GroupWarnings.h"
+#include "review/PersonName.h"
+#include "text/Counted.h"
+
+#include <algorithm>
+
+namespace dunmora {
+
+namespace {
+
+constexpr std::size_t kMaxNames = 5;
+
+std::string lossText(const DeletionDoubts& doubts)
+{
+    return countOfPeople(doubts.lost) + " would be deleted completely";
+}
+
+std::string emptyFieldsText(const DeletionDoubts& doubts)
+{
+    return counted(doubts.sharingOnlyEmptyFields,
+                   "person matches only because their fields are empty",
+                   "people match only because their fields are empty");
+}
+
+/// "Ann Lee, Ben Lee and 3 more."
+std::string enumerated(const DeletionDoubts& doubts)
+{
+    std::string text;
+    for (const auto& name : doubts.lostNames) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    if (doubts.lost > doubts.lostNames.size()) {
+        text += " and " + std::to_string(doubts.lost - doubts.lostNames.size()) + " more";
+    }
+    return text + ".";
+}
+
+}  // namespace
+
+DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings& warnings)
+{
+    const auto lost = lastCopyUids(engine, warnings);
+    DeletionDoubts doubts{lost.size(), {}, warnings.checkedPeopleWhoShareOnlyEmptyFields()};
+    for (std::size_t i = 0; i < std::min(lost.size(), kMaxNames); ++i) {
+        const auto name = personName(*engine.contacts().find(lost[i]));
+        doubts.lostNames.push_back(name.empty() ? "no name" : name);
+    }
+    return doubts;
+}
+
+AlertContent doubtQuestion(const DeletionDoubts& doubts)
+{
+    AlertContent content{"", "", "Leave Them Out", "Cancel", "Delete Them Too"};
+    if (doubts.lost == 0) {
+        content.messageText = emptyFieldsText(doubts);
+        content.informativeText = "They may be different people. Leave Them Out unchecks them.";
+        return content;
+    }
+    content.messageText = lossText(doubts);
+    content.informativeText = enumerated(doubts) + "\n\n";
+    if (doubts.sharingOnlyEmptyFields == 0) {
+        content.informativeText += "Leave Them Out keeps one copy of each person.";
+    } else {
+        content.informativeText += emptyFieldsText(doubts) +
+                                   ".\n\nLeave Them Out keeps one copy of each person and unchecks "
+                                   "those who match only because their fields are empty.";
+    }
+    return content;
+}
+
+std::vector<std::size_t> leaveDoubtsOut(ContactsParser& engine, const GroupWarnings& warnings)
+{
+    std::vector<std::size_t> rows;
+    const auto& uids = engine.duplicates();
+    for (std::size_t row = 0; row < uids.size(); ++row) {
+        auto* const contact = engine.contacts().find(uids[row]);
+        if (warnings.hasWarning(row, GroupWarning::SharesOnlyEmptyFields) && contact != nullptr &&
+            contact->isChecked()) {
+            contact->setObject(false, kContactCheck);
+            rows.push_back(row);
+        }
+    }
+    for (const auto row : warnings.firstRowsThatLoseEveryCopy()) {
+        if (!warnings.hasWarning(row, GroupWarning::SharesOnlyEmptyFields)) {
+            engine.contacts().find(uids[row])->setObject(false, kContactCheck);
+            rows.push_back(row);
+        }
+    }
+    std::sort(rows.begin(), rows.end());
+    for (const auto& uid : checkedWithoutDuplicates(engine)) {
+        engine.contacts().find(uid)->setObject(false, kContactCheck);
+    }
+    return rows;
+}
+
+}  // namespace dunmora

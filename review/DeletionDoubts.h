@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/Alert.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace dunmora {
+
+class ContactsParser;
+class GroupWarnings;
+
+/// What the user may have overlooked about a deletion of everyone who is checked.
+struct DeletionDoubts {
+    /// How many people would be left without a copy (`lastCopyUids`), and the names of the first
+    /// five; a person without a name is "no name".
+    std::size_t lost = 0;
+    std::vector<std::string> lostNames;
+    /// How many of those checked share only empty fields with others.
+    std::size_t sharingOnlyEmptyFields = 0;
+
+    bool areAny() const { return lost > 0 || sharingOnlyEmptyFields > 0; }
+};
+
+/// Thread: as reading the engine's collections.
+DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings& warnings);
+
+/// The question about these doubts, of which there is at least one. The default button leaves the
+/// people out, the other button deletes them too, and the alternate one cancels.
+AlertContent doubtQuestion(const DeletionDoubts& doubts);
+
+/// Unchecks everyone who gives rise to a doubt: the first person of every group that would lose
+/// every copy, everyone in a group that shares only empty fields, and everyone who is checked
+/// without being a duplicate. Returns the rows whose marks have changed, each once; `warnings` is
+/// out of date until its `update`.
+/// Thread: as marking the engine's collections.
+std::vector<std::size_t> leaveDoubtsOut(ContactsParser& engine, const GroupWarnings& warnings);
+
+}  // namespace dunmora
