@@ -6,6 +6,9 @@
 
 namespace dunmora {
 
+/// The kind of a book that the desktop itself stores.
+inline constexpr auto kLocalKind = "local";
+
 /// One of the user's address books, as the desktop's service describes it.
 struct ServiceBook {
     /// Unique among the books; contains no "/".

@@ -17,8 +17,8 @@ std::string quotedName(const ServiceBook& book)
 }  // namespace
 
 EdsAddressBook::EdsAddressBook(std::unique_ptr<ContactService> service,
-                               std::optional<std::string> bookUid)
-    : service_(std::move(service)), bookUid_(std::move(bookUid))
+                               std::optional<std::string> bookUid, std::filesystem::path pictures)
+    : service_(std::move(service)), bookUid_(std::move(bookUid)), pictures_(std::move(pictures))
 {
 }
 
@@ -180,12 +180,18 @@ std::string EdsAddressBook::cards(std::span<const Person* const> people) const
 {
     std::string content;
     for (const auto* person : people) {
-        const auto card = listing().entry(listing().positionOf(*person)).card;
+        const auto& entry = listing().entry(listing().positionOf(*person));
+        const auto card = wholeCard(listing().books()[entry.book], entry.card);
         content += card;
         // The service returns cards without a line end.
         content += card.ends_with('\n') ? "" : "\r\n";
     }
     return content;
+}
+
+std::string EdsAddressBook::wholeCard(const ServiceBook& book, std::string_view card) const
+{
+    return book.kind == kLocalKind ? withPictures(card, pictures_) : std::string(card);
 }
 
 }  // namespace dunmora

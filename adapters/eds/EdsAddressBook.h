@@ -2,13 +2,16 @@
 
 #include "adapters/eds/ContactService.h"
 #include "adapters/eds/EdsListing.h"
+#include "adapters/eds/StoredPictures.h"
 #include "platform/AddressBook.h"
 #include "platform/CardSource.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -21,8 +24,10 @@ namespace dunmora {
 /// still the reviewed one.
 class EdsAddressBook final : public AddressBook, public CardSource {
 public:
-    /// All books, or the one with this uid. Nothing is read before the first listing.
-    EdsAddressBook(std::unique_ptr<ContactService> service, std::optional<std::string> bookUid);
+    /// All books, or the one with this uid. Nothing is read before the first listing. `pictures` is
+    /// the folder in which the service keeps the pictures of local books.
+    EdsAddressBook(std::unique_ptr<ContactService> service, std::optional<std::string> bookUid,
+                   std::filesystem::path pictures = pictureFolder());
     ~EdsAddressBook() override = default;
     EdsAddressBook(const EdsAddressBook&) = delete;
     EdsAddressBook& operator=(const EdsAddressBook&) = delete;
@@ -32,6 +37,7 @@ public:
     void removeRecord(const Person& person) override;
     void save() override;
     ReadingNotes notes() const override { return notes_; }
+    /// The pictures of local books are part of the cards.
     std::string cards(std::span<const Person* const> people) const override;
 
 private:
@@ -48,9 +54,11 @@ private:
     std::vector<ServiceBook> chosenBooks() const;
     Reading read() const;
     const EdsListing& listing() const;
+    std::string wholeCard(const ServiceBook& book, std::string_view card) const;
 
     std::unique_ptr<ContactService> service_;
     std::optional<std::string> bookUid_;
+    std::filesystem::path pictures_;
     ReadingNotes notes_;
     // The listing that the user reviews, and the last one if it is another.
     std::unique_ptr<EdsListing> reviewed_;

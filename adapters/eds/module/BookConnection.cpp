@@ -1,5 +1,6 @@
 #include "adapters/eds/module/BookConnection.h"
 
+#include "adapters/eds/ContactService.h"
 #include "adapters/eds/module/BoundedCall.h"
 #include "adapters/eds/module/GlibOwned.h"
 #include "adapters/eds/module/ServerStatus.h"
@@ -77,7 +78,7 @@ std::string kindOf(ESource& source)
 
 bool isOnServer(ESource& source)
 {
-    return kindOf(source) != "local";
+    return kindOf(source) != kLocalKind;
 }
 
 std::shared_ptr<EClient> connectTo(ESource& source, GCancellable* cancellable, GlibError& error)

@@ -581,5 +581,28 @@ TEST_F(EdsServiceTest, ReturnsTheCardsByteForByte)
     EXPECT_EQ(opened().cardSource->cards(chosen), others_.cards(uid_).at("ben") + "\r\n");
 }
 
+// The service keeps a picture in a file of its own and deletes the file with the person.
+TEST_F(EdsServiceTest, ReturnsTheCardsWithTheirPictures)
+{
+    const std::string picture(200, 'A');
+    others_.add(uid_, {cardOf("ann", "PHOTO;ENCODING=b;TYPE=PNG:" + picture +
+                                         "\r\n"
+                                         "NOTE:after\r\n")});
+    const auto stored = others_.cards(uid_).at("ann");
+    ASSERT_EQ(stored.find("AAAA"), std::string::npos);
+    const auto people = book().readPeople();
+    const std::vector<const Person*> chosen{people.data()};
+
+    const auto card = opened().cardSource->cards(chosen);
+
+    const auto unfolded = std::regex_replace(card, std::regex("\r\n "), "");
+    EXPECT_NE(unfolded.find("\r\nPHOTO;TYPE=PNG;ENCODING=b:" + picture + "\r\nNOTE:after\r\n"),
+              std::string::npos)
+        << card;
+    others_.remove(uid_, {"ann"});
+    others_.add(uid_, {card});
+    EXPECT_EQ(others_.cards(uid_).at("ann"), stored);
+}
+
 }  // namespace
 }  // namespace dunmora::test
