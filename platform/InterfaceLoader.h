@@ -9,6 +9,7 @@ namespace dunmora {
 
 class Button;
 class CheckBox;
+class DetailsView;
 class ProgressIndicator;
 class TableView;
 class TextField;
@@ -35,6 +36,10 @@ public:
     /// Replaces the text of the command's controls, plain UTF-8. The letter that chooses the
     /// command in a menu stays the same while the title contains it.
     virtual void setTitle(const std::string& title) = 0;
+
+    /// Sets the check mark of a command that its interface makes checkable, without running it.
+    /// Using the command changes no check mark; the handler does.
+    virtual void setChecked(bool checked) = 0;
 };
 
 /// The contents of an interface file: a window, outlets with the names of the controllers' fields,
@@ -53,6 +58,7 @@ public:
     virtual TextField& textField(std::string_view outlet) = 0;
     virtual ProgressIndicator& progressIndicator(std::string_view outlet) = 0;
     virtual TableView& tableView(std::string_view outlet) = 0;
+    virtual DetailsView& detailsView(std::string_view outlet) = 0;
     virtual Command& command(std::string_view name) = 0;
 };
 

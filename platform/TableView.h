@@ -67,8 +67,9 @@ struct RowStyle {
     std::size_t group = 0;
     /// Something is wrong with the row; an empty text means that nothing is.
     struct Warning {
-        /// The icon to show: losing a person is worse than a doubtful match.
-        enum class Sign { None, Doubt, Loss };
+        /// The icon to show, in ascending order of what the user may lose: something that no other
+        /// copy holds, a different person, a person's last copy.
+        enum class Sign { None, OnlyHere, Doubt, Loss };
         Sign sign = Sign::None;
         /// A sentence for the tool tip and for assistive technology.
         std::string text;

@@ -51,8 +51,16 @@ void QtCommand::setTitle(const std::string& title)
     }
 }
 
+void QtCommand::setChecked(bool checked)
+{
+    isChecked_ = checked;
+    restoreCheckMarks();
+}
+
 void QtCommand::addAction(QAction& action)
 {
+    // Until the program sets another, the mark is that of the interface file.
+    isChecked_ = action.isChecked();
     actions_.push_back(&action);
     action.setEnabled(isUsable());
 }
@@ -69,6 +77,15 @@ void QtCommand::use(View* sender) const
         // A copy: the handler may set another one.
         const auto handler = handler_;
         handler(sender);
+    }
+}
+
+void QtCommand::restoreCheckMarks() const
+{
+    for (auto* const action : actions_) {
+        if (action->isCheckable()) {
+            action->setChecked(isChecked_);
+        }
     }
 }
 

@@ -16,6 +16,7 @@ public:
     void setHandler(Handler handler) override;
     void setEnabled(bool enabled) override;
     void setTitle(const std::string& title) override;
+    void setChecked(bool checked) override;
 
     /// Enables and disables a control together with the command; the control must stay alive until
     /// the last call to the command.
@@ -27,11 +28,15 @@ public:
     /// Calls the handler, if the command is usable. `sender` may be null.
     void use(View* sender) const;
 
+    /// Gives the controls their check mark again, which Qt toggles when the user uses one.
+    void restoreCheckMarks() const;
+
 private:
     void updateControls() const;
 
     Handler handler_;
     bool isEnabled_ = true;
+    bool isChecked_ = false;
     std::vector<QAction*> actions_;
     std::vector<QAbstractButton*> buttons_;
 };

@@ -4,6 +4,7 @@
 #include "adapters/qt/QtButton.h"
 #include "adapters/qt/QtCheckBox.h"
 #include "adapters/qt/QtCommand.h"
+#include "adapters/qt/QtDetailsView.h"
 #include "adapters/qt/QtProgressIndicator.h"
 #include "adapters/qt/QtTableView.h"
 #include "adapters/qt/QtText.h"
@@ -18,6 +19,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QTableView>
@@ -178,6 +180,7 @@ private:
         command.addAction(action);
         const bool isAlwaysUsable = action.property("alwaysUsable").toBool();
         connect(&action, &QAction::triggered, this, [this, &command, isAlwaysUsable] {
+            command.restoreCheckMarks();
             if (isAlwaysUsable || !sessions_.blocks(*widget_)) {
                 command.use(nullptr);
             }
@@ -244,6 +247,7 @@ public:
     Outlets<QtCheckBox, QCheckBox> checkBoxes;
     Outlets<QtTextField, QLabel> textFields;
     Outlets<QtProgressIndicator, QProgressBar> progressIndicators;
+    Outlets<QtDetailsView, QListView> detailsViews;
 };
 
 QtInterface::QtInterface(std::unique_ptr<QWidget> window, ModalSessions& sessions)
@@ -301,6 +305,11 @@ ProgressIndicator& QtInterface::progressIndicator(std::string_view outlet)
 TableView& QtInterface::tableView(std::string_view outlet)
 {
     return content_->tableNamed(outlet);
+}
+
+DetailsView& QtInterface::detailsView(std::string_view outlet)
+{
+    return content_->detailsViews.of(content_->widgetNamed<QListView>(outlet));
 }
 
 Command& QtInterface::command(std::string_view name)

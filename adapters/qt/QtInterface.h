@@ -39,6 +39,7 @@ public:
     TextField& textField(std::string_view outlet) override;
     ProgressIndicator& progressIndicator(std::string_view outlet) override;
     TableView& tableView(std::string_view outlet) override;
+    DetailsView& detailsView(std::string_view outlet) override;
     Command& command(std::string_view name) override;
 
     bool hasCommand(std::string_view name) const;

@@ -1,5 +1,6 @@
 #include "adapters/qt/TableCellDelegate.h"
 
+#include "adapters/qt/Colors.h"
 #include "adapters/qt/OneLineText.h"
 #include "adapters/qt/Symbols.h"
 #include "adapters/qt/TableModel.h"
@@ -24,16 +25,6 @@ constexpr double kOutline = 0.6;
 /// Gives a line three times, or a third of, the luminance of its background.
 constexpr double kLine = 0.45;
 
-/// Blends a share of one colour into another; works for light and dark text alike.
-QColor mixed(const QColor& ground, const QColor& ink, double share)
-{
-    const auto mix = [share](float from, float to) {
-        return from + (to - from) * static_cast<float>(share);
-    };
-    return QColor::fromRgbF(mix(ground.redF(), ink.redF()), mix(ground.greenF(), ink.greenF()),
-                            mix(ground.blueF(), ink.blueF()));
-}
-
 QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option)
 {
     if (!option.state.testFlag(QStyle::State_Enabled)) {
@@ -55,7 +46,8 @@ TableCellDelegate::TableCellDelegate(const QTableView& table, const TableModel& 
     : table_(table),
       model_(model),
       doubt_(symbolIcon(QStringLiteral("doubt"))),
-      loss_(symbolIcon(QStringLiteral("loss")))
+      loss_(symbolIcon(QStringLiteral("loss"))),
+      only_(symbolIcon(QStringLiteral("only")))
 {
 }
 
@@ -215,6 +207,8 @@ const QIcon& TableCellDelegate::iconOf(RowStyle::Warning::Sign sign) const
         return doubt_;
     case RowStyle::Warning::Sign::Loss:
         return loss_;
+    case RowStyle::Warning::Sign::OnlyHere:
+        return only_;
     case RowStyle::Warning::Sign::None:
         break;
     }

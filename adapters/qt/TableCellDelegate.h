@@ -49,6 +49,7 @@ private:
     const TableModel& model_;
     QIcon doubt_;
     QIcon loss_;
+    QIcon only_;
 };
 
 }  // namespace dunmora

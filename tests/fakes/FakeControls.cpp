@@ -30,6 +30,7 @@ template class FakeControl<CheckBox>;
 template class FakeControl<TextField>;
 template class FakeControl<ProgressIndicator>;
 template class FakeControl<TableView>;
+template class FakeControl<DetailsView>;
 
 void FakeButton::setTitle(const std::string& text)
 {
@@ -81,6 +82,11 @@ void FakeProgressIndicator::setDoubleValue(double value)
 void FakeProgressIndicator::startAnimation()
 {
     note("startAnimation");
+}
+
+void FakeDetailsView::setLines(std::vector<DetailsLine> newLines)
+{
+    lines = std::move(newLines);
 }
 
 void FakeTableView::setNeedsDisplay()

@@ -2,6 +2,7 @@
 
 #include "platform/Button.h"
 #include "platform/CheckBox.h"
+#include "platform/DetailsView.h"
 #include "platform/ProgressIndicator.h"
 #include "platform/TableView.h"
 #include "platform/TextField.h"
@@ -12,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora::test {
 
@@ -44,6 +46,7 @@ extern template class FakeControl<CheckBox>;
 extern template class FakeControl<TextField>;
 extern template class FakeControl<ProgressIndicator>;
 extern template class FakeControl<TableView>;
+extern template class FakeControl<DetailsView>;
 
 class FakeView final : public FakeControl<View> {
 public:
@@ -111,6 +114,15 @@ public:
     /// The number of rows at the last `reloadData`.
     std::size_t rows = 0;
     std::optional<std::size_t> selected;
+};
+
+class FakeDetailsView final : public FakeControl<DetailsView> {
+public:
+    using FakeControl::FakeControl;
+
+    void setLines(std::vector<DetailsLine> newLines) override;
+
+    std::vector<DetailsLine> lines;
 };
 
 }  // namespace dunmora::test

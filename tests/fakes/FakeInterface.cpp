@@ -19,6 +19,11 @@ void FakeCommand::setTitle(const std::string& text)
     title = text;
 }
 
+void FakeCommand::setChecked(bool checked)
+{
+    isChecked = checked;
+}
+
 void FakeCommand::use(View* sender) const
 {
     if (isEnabled && handler) {
@@ -112,6 +117,11 @@ FakeProgressIndicator& FakeInterface::progressIndicator(std::string_view outlet)
 FakeTableView& FakeInterface::tableView(std::string_view outlet)
 {
     return outletIn(tableViews_, outlet);
+}
+
+FakeDetailsView& FakeInterface::detailsView(std::string_view outlet)
+{
+    return outletIn(detailsViews_, outlet);
 }
 
 FakeCommand& FakeInterface::command(std::string_view name)

@@ -19,6 +19,7 @@ public:
     void setHandler(Handler newHandler) override;
     void setEnabled(bool enabled) override;
     void setTitle(const std::string& text) override;
+    void setChecked(bool checked) override;
 
     /// Does what the user's click does: nothing while the command is disabled.
     void use(View* sender = nullptr) const;
@@ -27,6 +28,7 @@ public:
     bool isEnabled = true;
     /// Empty while it has the title of its interface file.
     std::string title;
+    bool isChecked = false;
 };
 
 /// A window that logs each call as "Interface call value".
@@ -65,6 +67,7 @@ public:
     FakeTextField& textField(std::string_view outlet) override;
     FakeProgressIndicator& progressIndicator(std::string_view outlet) override;
     FakeTableView& tableView(std::string_view outlet) override;
+    FakeDetailsView& detailsView(std::string_view outlet) override;
     FakeCommand& command(std::string_view name) override;
 
     FakeWindow fakeWindow;
@@ -84,6 +87,7 @@ private:
     Outlets<FakeTextField> textFields_;
     Outlets<FakeProgressIndicator> progressIndicators_;
     Outlets<FakeTableView> tableViews_;
+    Outlets<FakeDetailsView> detailsViews_;
     std::map<std::string, FakeCommand> commands_;
 };
 

@@ -39,6 +39,7 @@ public:
     Button& button(std::string_view outlet) override { missing(outlet); }
     CheckBox& checkBox(std::string_view outlet) override { missing(outlet); }
     TableView& tableView(std::string_view outlet) override { missing(outlet); }
+    DetailsView& detailsView(std::string_view outlet) override { missing(outlet); }
     Command& command(std::string_view name) override { missing(name); }
 
 private:

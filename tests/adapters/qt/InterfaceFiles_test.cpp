@@ -60,7 +60,7 @@ std::string interfaceOf(const std::string& source)
 std::vector<Request> requests()
 {
     static const std::regex kRequest(
-        R"re(\b(view|button|checkBox|textField|progressIndicator|tableView|command)\(\s*"(\w+)")re");
+        R"re(\b(view|button|checkBox|textField|progressIndicator|tableView|detailsView|command)\(\s*"(\w+)")re");
     std::vector<Request> found;
     for (const char* const module : {"app", "ui", "update", "programs/dunmora"}) {
         const auto folder = path(DUNMORA_SOURCES) / module;
@@ -108,6 +108,7 @@ void fulfil(Interface& interface, const Request& request)
         {"textField", [&] { interface.textField(request.name); }},
         {"progressIndicator", [&] { interface.progressIndicator(request.name); }},
         {"tableView", [&] { interface.tableView(request.name); }},
+        {"detailsView", [&] { interface.detailsView(request.name); }},
         {"command", [&] { interface.command(request.name); }},
     };
     outlets.at(request.kind)();

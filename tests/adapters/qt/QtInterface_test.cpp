@@ -51,6 +51,23 @@ TEST_F(QtInterfaceTest, IsNullForAnInvalidFile)
     EXPECT_EQ(other.load("Broken"), nullptr);
 }
 
+TEST_F(QtInterfaceTest, ShowsTheCheckMarkThatTheProgramSets)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& action = widgetIn<QAction>(shownWindow(QStringLiteral("MainWindow")), "OnFilter");
+    action.setCheckable(true);
+    int uses = 0;
+    count(*interface, "OnFilter", uses);
+
+    action.trigger();
+    EXPECT_EQ(uses, 1);
+    EXPECT_FALSE(action.isChecked());
+
+    interface->command("OnFilter").setChecked(true);
+    EXPECT_TRUE(action.isChecked());
+}
+
 TEST_F(QtInterfaceTest, RejectsUnknownNames)
 {
     const auto interface = load("FilterWindow");
@@ -61,6 +78,7 @@ TEST_F(QtInterfaceTest, RejectsUnknownNames)
     EXPECT_THROW(interface->textField("btnFilterHome"), std::logic_error);
     EXPECT_THROW(interface->progressIndicator("btnFilterHome"), std::logic_error);
     EXPECT_THROW(interface->tableView("btnFilterHome"), std::logic_error);
+    EXPECT_THROW(interface->detailsView("btnFilterHome"), std::logic_error);
     EXPECT_THROW(interface->command("OnNothing"), std::logic_error);
 }
 

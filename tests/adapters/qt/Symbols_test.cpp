@@ -42,8 +42,9 @@ bool hasColor(const QImage& image, const QColor& color)
 
 TEST(Symbols, AreDrawnAtTheRequestedSize)
 {
-    for (const auto* const name : {"about", "close", "delete", "doubt", "find", "information",
-                                   "loss", "open", "quit", "reload"}) {
+    for (const auto* const name :
+         {"about", "close", "delete", "different", "doubt", "find", "information", "loss", "only",
+          "open", "quit", "reload", "same"}) {
         const auto image = drawn(name);
         EXPECT_EQ(image.size(), kSize) << name;
         EXPECT_FALSE(isEmpty(image)) << name;
@@ -98,6 +99,7 @@ TEST(Symbols, UseFixedColorsForWarnings)
     EXPECT_NE(drawn("loss"), drawn("doubt"));
     EXPECT_TRUE(hasColor(drawn("loss"), QColor(0xd1, 0x34, 0x38)));
     EXPECT_TRUE(hasColor(drawn("doubt"), QColor(0xf2, 0xb0, 0x1e)));
+    EXPECT_TRUE(hasColor(drawn("only"), QColor(0x7b, 0x4b, 0xc4)));
     EXPECT_EQ(drawn("loss"), drawn("loss", QIcon::Selected));
 }
 

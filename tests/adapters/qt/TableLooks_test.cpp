@@ -133,18 +133,20 @@ TEST(TableLooks, ASelectedRowIsVisibleOnEveryBackground)
 
 TEST(TableLooks, WarningsHaveIconsOfDifferentShapes)
 {
-    TableWindow shown(3);
-    shown.rows.rows[0].style.group = shown.rows.rows[1].style.group =
-        shown.rows.rows[2].style.group = 0;
+    TableWindow shown(4);
+    for (auto& row : shown.rows.rows) {
+        row.style.group = 0;
+    }
     shown.rows.rows[0].style.warning = {RowStyle::Warning::Sign::Doubt, "Doubtful"};
     shown.rows.rows[1].style.warning = {RowStyle::Warning::Sign::Loss, "Lost"};
+    shown.rows.rows[2].style.warning = {RowStyle::Warning::Sign::OnlyHere, "Only here"};
     shown.draw();
     const auto cell = [&shown](int row) {
         return shown.drawn.copy(shown.widget.visualRect(shown.index(row, kCheck)));
     };
     // The pixels in which the cell differs from one without an icon.
     const auto shape = [&cell](int row) {
-        const auto bare = cell(2);
+        const auto bare = cell(3);
         const auto marked = cell(row);
         std::set<std::pair<int, int>> points;
         for (int y = 0; y < bare.height(); ++y) {
@@ -157,14 +159,15 @@ TEST(TableLooks, WarningsHaveIconsOfDifferentShapes)
         return points;
     };
 
-    EXPECT_GT(shape(0).size(), 50U);
-    EXPECT_GT(shape(1).size(), 50U);
-    std::vector<std::pair<int, int>> different;
-    const auto doubt = shape(0);
-    const auto loss = shape(1);
-    std::set_symmetric_difference(doubt.begin(), doubt.end(), loss.begin(), loss.end(),
-                                  std::back_inserter(different));
-    EXPECT_GT(different.size(), 30U);
+    for (const auto& [one, other] : {std::pair(0, 1), std::pair(1, 2), std::pair(2, 0)}) {
+        const auto mine = shape(one);
+        const auto its = shape(other);
+        EXPECT_GT(mine.size(), 50U);
+        std::vector<std::pair<int, int>> different;
+        std::set_symmetric_difference(mine.begin(), mine.end(), its.begin(), its.end(),
+                                      std::back_inserter(different));
+        EXPECT_GT(different.size(), 30U) << one << other;
+    }
 }
 
 TEST(TableLooks, TheCheckBoxIsVisibleInLightAndDark)
