@@ -158,6 +158,12 @@ public:
     /// state yet, then notifies the delegate. Rows that a filter hides are not selected.
     virtual void editSelectedRows(std::string_view column, CheckState state) = 0;
 
+    /// The same for every row that is shown.
+    virtual void editShownRows(std::string_view column, CheckState state) = 0;
+
+    /// Whether the row exists and no filter hides it.
+    virtual bool showsRow(std::size_t row) const = 0;
+
     /// Opens the filter: the table shows only rows that contain what the user types. Check marks do
     /// not change.
     virtual void beginFiltering() = 0;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <utility>
+#include <vector>
 
 namespace dunmora {
 
@@ -136,6 +137,23 @@ void QtTableView::editSelectedRows(std::string_view column, CheckState state)
     if (state != CheckState::Mixed) {
         edit(selection_.sourceRows(), column, state == CheckState::On);
     }
+}
+
+void QtTableView::editShownRows(std::string_view column, CheckState state)
+{
+    search_.finish();
+    std::vector<std::size_t> sourceRows(static_cast<std::size_t>(model_.rows().count()));
+    for (std::size_t row = 0; row < sourceRows.size(); ++row) {
+        sourceRows[row] = model_.rows().sourceRow(static_cast<int>(row));
+    }
+    if (state != CheckState::Mixed) {
+        edit(sourceRows, column, state == CheckState::On);
+    }
+}
+
+bool QtTableView::showsRow(std::size_t row) const
+{
+    return row < model_.rows().sourceRowCount() && model_.rows().rowOf(row).has_value();
 }
 
 void QtTableView::beginFiltering()

@@ -43,6 +43,8 @@ public:
     std::optional<std::size_t> selectedRow() const override;
     void selectRow(std::size_t row) override;
     void editSelectedRows(std::string_view column, CheckState state) override;
+    void editShownRows(std::string_view column, CheckState state) override;
+    bool showsRow(std::size_t row) const override;
     void beginFiltering() override;
     void endFiltering() override;
 

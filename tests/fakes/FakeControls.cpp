@@ -128,6 +128,16 @@ void FakeTableView::editSelectedRows(std::string_view column, CheckState state)
     note("editSelectedRows " + std::string(column) + " " + std::to_string(static_cast<int>(state)));
 }
 
+void FakeTableView::editShownRows(std::string_view column, CheckState state)
+{
+    note("editShownRows " + std::string(column) + " " + std::to_string(static_cast<int>(state)));
+}
+
+bool FakeTableView::showsRow(std::size_t row) const
+{
+    return row < rows && !hiddenRows.contains(row);
+}
+
 void FakeTableView::beginFiltering()
 {
     note("beginFiltering");

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -105,6 +106,8 @@ public:
     std::optional<std::size_t> selectedRow() const override;
     void selectRow(std::size_t row) override;
     void editSelectedRows(std::string_view column, CheckState state) override;
+    void editShownRows(std::string_view column, CheckState state) override;
+    bool showsRow(std::size_t row) const override;
     void beginFiltering() override;
     void endFiltering() override;
 
@@ -114,6 +117,8 @@ public:
     /// The number of rows at the last `reloadData`.
     std::size_t rows = 0;
     std::optional<std::size_t> selected;
+    /// The rows that a filter hides.
+    std::set<std::size_t> hiddenRows;
 };
 
 class FakeDetailsView final : public FakeControl<DetailsView> {

@@ -134,6 +134,24 @@ TEST(TableFilter, EditsTheRowsThatAreShown)
                                          {12}, {1, 10, 11, 13, 14, 15, 16, 17, 18, 19}}));
 }
 
+TEST(TableFilter, EditsAllRowsThatAreShown)
+{
+    TableWindow shown(20);
+    shown.rows.rows[10].isChecked = true;
+    shown.table.editShownRows("check", CheckState::Off);
+    EXPECT_EQ(shown.rows.editedRows, (std::vector<std::vector<std::size_t>>{{10}}));
+
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First1"));
+    shown.table.editShownRows("check", CheckState::On);
+
+    EXPECT_EQ(shown.rows.editedRows.back(),
+              (std::vector<std::size_t>{1, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}));
+    EXPECT_TRUE(shown.table.showsRow(10));
+    EXPECT_FALSE(shown.table.showsRow(9));
+    EXPECT_FALSE(shown.table.showsRow(20));
+}
+
 TEST(TableFilter, DeselectsTheRowsThatItHides)
 {
     TableWindow shown(30);
