@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QAction>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTableView>
@@ -62,6 +63,12 @@ public:
     {
         const Payload none;
         contacts.OnReloadContacts({kMsgReload, nullptr, none});
+    }
+
+    /// Does what the menu entry of a command does.
+    void use(const char* command)
+    {
+        table.window()->findChild<QAction*>(QLatin1String(command))->trigger();
     }
 
     /// Draws the visible part.
@@ -162,12 +169,37 @@ void selectAllAndMark(benchmark::State& state)
     while (state.KeepRunning()) {
         review->table.clearSelection();
         review->table.selectAll();
-        if (on) {
-            review->review.OnCheckSelected(nullptr);
-        } else {
-            review->review.OnUncheckSelected(nullptr);
-        }
+        review->use(on ? "OnCheckSelected" : "OnUncheckSelected");
         on = !on;
+        review->draw();
+    }
+}
+
+/// Undoes and redoes a step that has changed the marks of all rows, one after the other.
+void undoAndRedoAll(benchmark::State& state)
+{
+    const auto review = std::make_unique<Review>(state);
+    review->use("OnCheckShown");
+    review->use("OnUncheckShown");
+    bool isUndone = false;
+
+    while (state.KeepRunning()) {
+        review->use(isUndone ? "OnRedoMarks" : "OnUndoMarks");
+        isUndone = !isUndone;
+        review->draw();
+    }
+}
+
+/// Restores the proposal after all marks have been changed.
+void restoreProposal(benchmark::State& state)
+{
+    const auto review = std::make_unique<Review>(state);
+
+    while (state.KeepRunning()) {
+        state.PauseTiming();
+        review->use("OnUncheckShown");
+        state.ResumeTiming();
+        review->use("OnRestoreProposal");
         review->draw();
     }
 }
@@ -186,6 +218,8 @@ void reloadTable(benchmark::State& state)
 BENCHMARK(scrollFrame)->Arg(kFewRows)->Arg(kManyRows)->Unit(benchmark::kMillisecond);
 BENCHMARK(typeIntoFilter)->Arg(kFewRows)->Unit(benchmark::kMillisecond);
 BENCHMARK(selectAllAndMark)->Arg(kFewRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(undoAndRedoAll)->Arg(kFewRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(restoreProposal)->Arg(kFewRows)->Unit(benchmark::kMillisecond);
 BENCHMARK(reloadTable)->Arg(kFewRows)->Arg(kManyRows)->Unit(benchmark::kMillisecond);
 
 }  // namespace

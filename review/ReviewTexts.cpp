@@ -42,4 +42,16 @@ std::string_view rowText(GroupWarning warning)
                : "The fields compared are empty in these cards: they may be different people.";
 }
 
+std::string markedText(std::size_t checked, std::size_t unchecked)
+{
+    if (checked == 0 && unchecked == 0) {
+        return "No check mark has changed.";
+    }
+    if (checked == 0) {
+        return "Unchecked " + countOfPeople(unchecked) + ".";
+    }
+    return "Checked " + countOfPeople(checked) +
+           (unchecked == 0 ? "." : " and unchecked " + std::to_string(unchecked) + ".");
+}
+
 }  // namespace dunmora

@@ -35,4 +35,7 @@ std::string warningText(GroupWarning warning, std::size_t people);
 /// A warning about one row of a group, as a full sentence.
 std::string_view rowText(GroupWarning warning);
 
+/// What a command has done to the check marks: "Checked 3 people and unchecked 1."
+std::string markedText(std::size_t checked, std::size_t unchecked);
+
 }  // namespace dunmora

@@ -10,7 +10,6 @@
 #include "platform/Desktop.h"
 #include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
-#include "review/CheckedPeople.h"
 #include "review/ReviewTexts.h"
 #include "ui/ContactsController.h"
 #include "ui/ReviewRows.h"
@@ -26,6 +25,8 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
       tableContacts_(&mainInterface.tableView("tableContacts")),
       btnLastCopies_(&mainInterface.button("btnLastCopies")),
       btnEmptyFields_(&mainInterface.button("btnEmptyFields")),
+      marks_(mainInterface, warnings_,
+             [this](std::span<const std::size_t> rows) { marksChanged(rows); }),
       emptyPage_(mainInterface),
       notes_(mainInterface)
 {
@@ -37,9 +38,6 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
     startCommands_ = {connect("OnReload", &ReviewController::OnReload),
                       connect("OnOpen", &ReviewController::OnOpen)};
     rowCommands_ = {connect("OnDelete", &ReviewController::OnDelete),
-                    connect("OnCheckSelected", &ReviewController::OnCheckSelected),
-                    connect("OnUncheckSelected", &ReviewController::OnUncheckSelected),
-                    connect("OnKeepOneOfEach", &ReviewController::OnKeepOneOfEach),
                     connect("OnFilter", &ReviewController::OnFilter)};
     connect("OnNextLastCopy", &ReviewController::OnNextLastCopy);
     connect("OnNextEmptyFields", &ReviewController::OnNextEmptyFields);
@@ -71,6 +69,7 @@ void ReviewController::jobsBegan(std::string_view name)
 {
     areJobsRunning_ = true;
     lastJob_ = LastJob::None;
+    marks_.jobsBegan();
     warnings_.clear();
     showWarnings();
     enableCommands();
@@ -101,6 +100,9 @@ void ReviewController::jobsEnded()
     areJobsRunning_ = false;
     showRows();
     warnings_.update(ContactsParser::parser());
+    marks_.jobsEnded(lastJob_ == LastJob::Found     ? MarkCommands::After::Search
+                     : lastJob_ == LastJob::Deleted ? MarkCommands::After::Deletion
+                                                    : MarkCommands::After::Nothing);
     showWarnings();
     const auto* const book = Platform::current().addressBook;
     // Notes on a book that could not be read would be those of an earlier reading.
@@ -134,10 +136,7 @@ RowStyle ReviewController::styleOfRow(std::size_t row)
 
 void ReviewController::rowsEdited(std::span<const std::size_t> rows)
 {
-    warnings_.rowsEdited(ContactsParser::parser(), rows);
-    showWarnings();
-    // An edit changes the sign of every row in its group.
-    tableContacts_->setNeedsDisplay();
+    marks_.edited(rows);
 }
 
 std::unique_ptr<RowFilter> ReviewController::rowFilter(std::string_view typed)
@@ -193,21 +192,6 @@ void ReviewController::OnOpen(View* sender)
     if (openBook_()) {
         contacts_.OnReload(sender);
     }
-}
-
-void ReviewController::OnCheckSelected(View* /*sender*/)
-{
-    tableContacts_->editSelectedRows(kContactCheck, CheckState::On);
-}
-
-void ReviewController::OnUncheckSelected(View* /*sender*/)
-{
-    tableContacts_->editSelectedRows(kContactCheck, CheckState::Off);
-}
-
-void ReviewController::OnKeepOneOfEach(View* /*sender*/)
-{
-    rowsEdited(keepOneOfEach(ContactsParser::parser(), warnings_));
 }
 
 void ReviewController::OnFilter(View* /*sender*/)
@@ -293,6 +277,14 @@ void ReviewController::jumpToNext(GroupWarning warning)
     if (const auto row = warnings_.nextRow(warning, tableContacts_->selectedRow())) {
         tableContacts_->selectRow(*row);
     }
+}
+
+void ReviewController::marksChanged(std::span<const std::size_t> rows)
+{
+    warnings_.rowsEdited(ContactsParser::parser(), rows);
+    showWarnings();
+    // An edit changes the sign of every row in its group.
+    tableContacts_->setNeedsDisplay();
 }
 
 }  // namespace dunmora

@@ -3,6 +3,7 @@
 #include "platform/TableView.h"
 #include "review/GroupWarnings.h"
 #include "ui/EmptyPage.h"
+#include "ui/MarkCommands.h"
 #include "ui/ReadingNotesButton.h"
 
 #include <cstddef>
@@ -78,10 +79,6 @@ public:
     /// Closes the filter first, so that no row about to be deleted is hidden.
     void OnDelete(View* sender);
     void OnOpen(View* sender);
-    void OnCheckSelected(View* sender);
-    void OnUncheckSelected(View* sender);
-    /// Unchecks the first row of every group that would lose every copy.
-    void OnKeepOneOfEach(View* sender);
     void OnFilter(View* sender);
     void OnNextLastCopy(View* sender);
     void OnNextEmptyFields(View* sender);
@@ -97,6 +94,7 @@ private:
     void showWarnings();
     void enableCommands();
     void jumpToNext(GroupWarning warning);
+    void marksChanged(std::span<const std::size_t> rows);
 
     ContactsController& contacts_;
     std::function<bool()> openBook_;
@@ -108,6 +106,7 @@ private:
     TableView* tableContacts_;
     Button* btnLastCopies_;
     Button* btnEmptyFields_;
+    MarkCommands marks_;
     EmptyPage emptyPage_;
     ReadingNotesButton notes_;
     /// The commands that start a job.
