@@ -1,9 +1,12 @@
 #pragma once
 
 #include "platform/Person.h"
+#include "platform/PersonCard.h"
 
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace dunmora {
 
@@ -21,6 +24,12 @@ public:
     /// Errors: PlatformError when a person is not in the last listing, when a card can no longer be
     /// read, or when the cards do not fit into one text (some are UTF-16 and others are not).
     virtual std::string cards(std::span<const Person* const> people) const = 0;
+
+    /// Everything that the book held of this person of the last `AddressBook::readPeople`, the
+    /// reading that the user reviews; `people` and `save` do not change that. Nothing for anybody
+    /// else, and when the card cannot be read. Takes some microseconds where the book is in memory.
+    /// Errors: PlatformError when the book cannot be reached.
+    virtual std::optional<PersonCard> card(std::string_view /*uid*/) const { return std::nullopt; }
 };
 
 }  // namespace dunmora

@@ -111,6 +111,16 @@ std::string_view shownPart(std::string_view text, std::size_t maxBytes)
     return text.substr(0, length);
 }
 
+std::string shownText(std::string_view text, std::size_t maxBytes)
+{
+    const auto part = shownPart(text, maxBytes);
+    auto shown = std::string(part);
+    if (part.size() < text.size()) {
+        shown += kEllipsis;
+    }
+    return shown;
+}
+
 void appendDisplayText(std::string& out, std::string_view text)
 {
     appendReplaced(

@@ -47,6 +47,9 @@ inline constexpr std::string_view kEllipsis = "\u2026";
 /// UTF-8.
 std::string_view shownPart(std::string_view text, std::size_t maxBytes = kMaxShownBytes);
 
+/// The shown part of the text, with an ellipsis when it was cut.
+std::string shownText(std::string_view text, std::size_t maxBytes = kMaxShownBytes);
+
 /// Appends the text with the C0 controls and DEL replaced by their pictures (U+2400 and following).
 /// C1 controls, line separators, directional marks and formatting, hidden characters and bytes that
 /// are not UTF-8 become U+FFFD. The flags of England, Scotland and Wales stay, although an emoji of

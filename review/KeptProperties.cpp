@@ -1,0 +1,219 @@
+#include "review/KeptProperties.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace dunmora {
+
+namespace {
+
+constexpr auto kNoId = std::numeric_limits<std::uint32_t>::max();
+
+/// The values from the first one on, up to that of the next index or the end.
+std::span<const std::uint32_t> slice(const std::vector<std::uint32_t>& values, std::size_t begin,
+                                     std::size_t end)
+{
+    return std::span(values).subspan(begin, end - begin);
+}
+
+/// One key of a row, and where its number is to be written.
+struct Use {
+    CardKeys::Key key;
+    std::uint32_t row;
+    std::uint32_t* id;
+    bool isNeed;
+};
+
+/// Whether one row needs the key and another provides it.
+bool isShared(std::span<const Use> uses)
+{
+    constexpr auto kNobody = std::numeric_limits<std::uint32_t>::max();
+    auto needs = kNobody;
+    auto provides = kNobody;
+    bool severalNeed = false;
+    bool severalProvide = false;
+    for (const auto& use : uses) {
+        auto& first = use.isNeed ? needs : provides;
+        auto& several = use.isNeed ? severalNeed : severalProvide;
+        several = several || (first != kNobody && first != use.row);
+        first = use.row;
+    }
+    return needs != kNobody && provides != kNobody &&
+           (needs != provides || severalNeed || severalProvide);
+}
+
+}  // namespace
+
+void KeptProperties::addGroup(std::span<const CardKeys> cards)
+{
+    const auto ids = number(cards);
+    const auto group = static_cast<std::uint32_t>(firstRows_.size());
+    firstRows_.push_back(static_cast<std::uint32_t>(rows_.size()));
+    const auto* need = ids.needed.data();
+    const auto* provision = ids.provided.data();
+    for (const auto& card : cards) {
+        rows_.push_back({group, static_cast<std::uint32_t>(properties_.size()),
+                         static_cast<std::uint32_t>(provided_.size())});
+        for (std::size_t property = 0; property < card.size(); ++property) {
+            properties_.push_back(static_cast<std::uint32_t>(needed_.size()));
+            const auto* const end = need + card.neededBy(property).size();
+            std::copy_if(need, end, std::back_inserter(needed_), [](Id id) { return id != kNoId; });
+            need = end;
+        }
+        std::vector<Id> provided(provision, provision + card.provided().size());
+        provision += provided.size();
+        std::erase(provided, kNoId);
+        std::sort(provided.begin(), provided.end());
+        provided.erase(std::unique(provided.begin(), provided.end()), provided.end());
+        for (const auto id : provided) {
+            ++kept_[id];
+        }
+        provided_.insert(provided_.end(), provided.begin(), provided.end());
+    }
+}
+
+void KeptProperties::rowsEdited(std::span<const std::size_t> rows,
+                                const std::function<bool(std::size_t row)>& isChecked)
+{
+    std::vector<std::uint32_t> changedGroups;
+    for (const auto row : rows) {
+        if (row < rows_.size() && setChecked(row, isChecked(row)) &&
+            (changedGroups.empty() || changedGroups.back() != rows_[row].group)) {
+            changedGroups.push_back(rows_[row].group);
+        }
+    }
+    for (const auto row : rows) {
+        if (row < rows_.size()) {
+            judge(row);
+        }
+    }
+    std::sort(changedGroups.begin(), changedGroups.end());
+    changedGroups.erase(std::unique(changedGroups.begin(), changedGroups.end()),
+                        changedGroups.end());
+    for (const auto group : changedGroups) {
+        for (std::size_t row = firstRows_[group]; row < groupEnd(group); ++row) {
+            judge(row);
+        }
+    }
+}
+
+std::size_t KeptProperties::propertiesOf(std::size_t row) const
+{
+    const auto end = row + 1 < rows_.size() ? rows_[row + 1].firstProperty : properties_.size();
+    return end - rows_[row].firstProperty;
+}
+
+bool KeptProperties::isKept(std::size_t row, std::size_t property) const
+{
+    const auto needed = neededBy(rows_[row].firstProperty + property);
+    if (rows_[row].isChecked) {
+        return std::any_of(needed.begin(), needed.end(), [&](Id id) { return kept_[id] > 0; });
+    }
+    const auto own = providedBy(row);
+    return std::any_of(needed.begin(), needed.end(), [&](Id id) {
+        return kept_[id] > (std::binary_search(own.begin(), own.end(), id) ? 1U : 0U);
+    });
+}
+
+std::vector<std::size_t> KeptProperties::otherKeptRows(std::size_t row, std::size_t most) const
+{
+    std::vector<std::size_t> found;
+    const auto group = rows_[row].group;
+    for (std::size_t other = firstRows_[group]; other < groupEnd(group) && found.size() < most;
+         ++other) {
+        if (other != row && !rows_[other].isChecked) {
+            found.push_back(other);
+        }
+    }
+    return found;
+}
+
+KeptProperties::Ids KeptProperties::number(std::span<const CardKeys> cards)
+{
+    Ids ids;
+    std::size_t needs = 0;
+    std::size_t provisions = 0;
+    for (const auto& card : cards) {
+        needs += card.needed().size();
+        provisions += card.provided().size();
+    }
+    ids.needed.assign(needs, kNoId);
+    ids.provided.assign(provisions, kNoId);
+
+    std::vector<Use> uses;
+    uses.reserve(needs + provisions);
+    auto* need = ids.needed.data();
+    auto* provision = ids.provided.data();
+    for (std::size_t row = 0; row < cards.size(); ++row) {
+        for (const auto key : cards[row].needed()) {
+            uses.push_back({key, static_cast<std::uint32_t>(row), need++, true});
+        }
+        for (const auto key : cards[row].provided()) {
+            uses.push_back({key, static_cast<std::uint32_t>(row), provision++, false});
+        }
+    }
+    std::sort(uses.begin(), uses.end(), [](const Use& a, const Use& b) { return a.key < b.key; });
+    for (std::size_t begin = 0; begin < uses.size();) {
+        auto end = begin + 1;
+        while (end < uses.size() && uses[end].key == uses[begin].key) {
+            ++end;
+        }
+        const auto same = std::span(uses).subspan(begin, end - begin);
+        if (isShared(same)) {
+            for (const auto& use : same) {
+                *use.id = static_cast<Id>(kept_.size());
+            }
+            kept_.push_back(0);
+        }
+        begin = end;
+    }
+    return ids;
+}
+
+std::span<const KeptProperties::Id> KeptProperties::neededBy(std::size_t property) const
+{
+    const auto end = property + 1 < properties_.size() ? properties_[property + 1] : needed_.size();
+    return slice(needed_, properties_[property], end);
+}
+
+std::span<const KeptProperties::Id> KeptProperties::providedBy(std::size_t row) const
+{
+    const auto end = row + 1 < rows_.size() ? rows_[row + 1].firstProvided : provided_.size();
+    return slice(provided_, rows_[row].firstProvided, end);
+}
+
+std::size_t KeptProperties::groupEnd(std::size_t group) const
+{
+    return group + 1 < firstRows_.size() ? firstRows_[group + 1] : rows_.size();
+}
+
+bool KeptProperties::setChecked(std::size_t row, bool checked)
+{
+    if (rows_[row].isChecked == checked) {
+        return false;
+    }
+    rows_[row].isChecked = checked;
+    bool changed = false;
+    for (const auto id : providedBy(row)) {
+        kept_[id] = checked ? kept_[id] - 1 : kept_[id] + 1;
+        changed = changed || kept_[id] == (checked ? 0U : 1U);
+    }
+    return changed;
+}
+
+void KeptProperties::judge(std::size_t row)
+{
+    auto& judged = rows_[row];
+    bool holdsUnique = false;
+    if (judged.isChecked) {
+        const auto properties = propertiesOf(row);
+        for (std::size_t property = 0; property < properties && !holdsUnique; ++property) {
+            holdsUnique = !isKept(row, property);
+        }
+    }
+    count_ -= judged.holdsUnique ? 1 : 0;
+    judged.holdsUnique = holdsUnique;
+    count_ += holdsUnique ? 1 : 0;
+}
+
+}  // namespace dunmora

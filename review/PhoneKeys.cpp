@@ -1,0 +1,135 @@
+#include "review/PhoneKeys.h"
+
+#include "text/Ascii.h"
+#include "text/DisplayText.h"
+#include "text/Utf8.h"
+#include "text/WhiteSpace.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+namespace dunmora {
+
+namespace {
+
+/// Fewer digits are not enough to tell a number from others in other places.
+constexpr std::size_t kFewestSharedDigits = 7;
+
+/// No number has more (E.164: 15, and a prefix); a text of a million digits must not have a million
+/// endings.
+constexpr std::size_t kMostDigits = 24;
+
+constexpr bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool isAllDigits(std::string_view text)
+{
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Whether the character only makes a number easier to read.
+bool isPunctuation(char32_t c)
+{
+    constexpr std::u32string_view kPunctuation = U"()-./";
+    const auto isHyphen = (c >= 0x2010 && c <= 0x2015) || c == 0x2212;
+    const auto effect = displayEffect(c);
+    return kPunctuation.find(c) != std::u32string_view::npos || isHyphen || isWhiteSpace(c) ||
+           effect == DisplayEffect::DirectionalMark ||
+           effect == DisplayEffect::DirectionalFormatting || effect == DisplayEffect::Hidden;
+}
+
+struct Number {
+    bool hasPlus = false;
+    std::string digits;
+    std::string extension;
+};
+
+/// Removes the beginning, in any case. Returns whether it was there.
+bool removeStart(std::string_view& text, std::string_view start)
+{
+    if (!equalsIgnoringCase(text.substr(0, start.size()), start)) {
+        return false;
+    }
+    text.remove_prefix(start.size());
+    return true;
+}
+
+/// Splits an extension off the end: ";ext=12" (RFC 3966 §5.3), "ext. 12" or "x12".
+std::string splitExtension(std::string_view& number)
+{
+    constexpr std::array<std::string_view, 4> kStarts = {";ext=", "ext.", "ext", "x"};
+    const auto digits = number.find_last_not_of("0123456789") + 1;
+    const auto before = trimmed(number.substr(0, digits));
+    for (const auto start : kStarts) {
+        if (digits < number.size() && before.size() > start.size() &&
+            equalsIgnoringCase(before.substr(before.size() - start.size()), start)) {
+            auto extension = std::string(number.substr(digits));
+            number = before.substr(0, before.size() - start.size());
+            return extension;
+        }
+    }
+    return {};
+}
+
+/// Nullopt for a text that is not only a number.
+std::optional<Number> parsed(std::string_view text)
+{
+    Number number;
+    removeStart(text, "tel:");
+    number.extension = splitExtension(text);
+    for (std::size_t position = 0; position < text.size();) {
+        const auto character = utf8CharacterAt(text, position);
+        if (character.size == 1 && isDigit(text[position])) {
+            number.digits += text[position];
+        } else if (character.codePoint == U'+' && number.digits.empty() && !number.hasPlus) {
+            number.hasPlus = true;
+        } else if (!character.isValid || !isPunctuation(character.codePoint)) {
+            return std::nullopt;
+        }
+        position += character.size;
+    }
+    return isAllDigits(number.digits) && number.digits.size() <= kMostDigits
+               ? std::optional<Number>(std::move(number))
+               : std::nullopt;
+}
+
+}  // namespace
+
+PhoneKeys phoneKeys(std::string_view number)
+{
+    const auto parsedNumber = parsed(number);
+    PhoneKeys keys;
+    const auto addBoth = [&](const std::string& key) {
+        keys.needs.push_back(key);
+        keys.provides.push_back(key);
+    };
+    if (!parsedNumber) {
+        addBoth("text " + withFoldedWhiteSpace(number));
+        return keys;
+    }
+
+    const auto& digits = parsedNumber->digits;
+    const auto end = parsedNumber->extension.empty() ? "" : "x" + parsedNumber->extension;
+    addBoth("digits " + digits + end);
+    if (!parsedNumber->hasPlus && !digits.starts_with("00")) {
+        const auto national = digits.substr(digits.starts_with('0') ? 1 : 0);
+        if (national.size() >= kFewestSharedDigits) {
+            keys.needs.push_back("ending " + national + end);
+            keys.provides.push_back("national " + national + end);
+        }
+        return keys;
+    }
+    const auto international = parsedNumber->hasPlus ? digits : digits.substr(2);
+    addBoth("+" + international + end);
+    for (std::size_t first = 0; first + kFewestSharedDigits <= international.size(); ++first) {
+        const auto ending = international.substr(first) + end;
+        keys.needs.push_back("national " + ending);
+        keys.provides.push_back("ending " + ending);
+    }
+    return keys;
+}
+
+}  // namespace dunmora
