@@ -1,0 +1,37 @@
+#include "review/SubstituteName.h"
+
+#include "engine/ContactRecord.h"
+#include "platform/PersonCard.h"
+#include "review/PropertyTexts.h"
+#include "text/DisplayText.h"
+#include "text/WhiteSpace.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace dunmora {
+
+bool hasBlankName(const ContactRecord& contact)
+{
+    return std::all_of(kTextFields.begin(), kTextFields.end(), [&](const ContactField* field) {
+        return field->kind != FieldKind::Name || isBlankText(contact.text(field->key));
+    });
+}
+
+std::string substituteName(const PersonCard& card)
+{
+    for (const std::string_view name : {"FN", "ORG", "EMAIL", "TEL"}) {
+        for (const auto& property : card.properties) {
+            if (property.name != name || property.binary) {
+                continue;
+            }
+            const auto text = propertyValue(property);
+            if (!isBlankText(text)) {
+                return withFoldedWhiteSpace(shownText(text));
+            }
+        }
+    }
+    return {};
+}
+
+}  // namespace dunmora
