@@ -2,6 +2,7 @@
 
 #include "engine/ContactsParser.h"
 #include "review/CheckedPeople.h"
+#include "review/GroupMarks.h"
 #include "review/GroupWarnings.h"
 #include "review/PersonName.h"
 #include "text/Counted.h"
@@ -72,28 +73,17 @@ AlertContent doubtQuestion(const DeletionDoubts& doubts)
     return content;
 }
 
-std::vector<std::size_t> leaveDoubtsOut(ContactsParser& engine, const GroupWarnings& warnings)
+std::vector<std::size_t> leaveDoubtsOut(ContactsParser& engine, GroupWarnings& warnings)
 {
-    std::vector<std::size_t> rows;
-    const auto& uids = engine.duplicates();
-    for (std::size_t row = 0; row < uids.size(); ++row) {
-        auto* const contact = engine.contacts().find(uids[row]);
-        if (warnings.hasWarning(row, GroupWarning::SharesOnlyEmptyFields) && contact != nullptr &&
-            contact->isChecked()) {
-            contact->setObject(false, kContactCheck);
-            rows.push_back(row);
-        }
-    }
-    for (const auto row : warnings.firstRowsThatLoseEveryCopy()) {
-        if (!warnings.hasWarning(row, GroupWarning::SharesOnlyEmptyFields)) {
-            engine.contacts().find(uids[row])->setObject(false, kContactCheck);
-            rows.push_back(row);
-        }
-    }
+    auto rows = uncheckSharingOnlyEmptyFields(engine, warnings);
+    warnings.rowsEdited(engine, rows);
+    const auto kept = keepOneOfEach(engine, warnings);
+    rows.insert(rows.end(), kept.begin(), kept.end());
     std::sort(rows.begin(), rows.end());
     for (const auto& uid : checkedWithoutDuplicates(engine)) {
         engine.contacts().find(uid)->setObject(false, kContactCheck);
     }
+    warnings.update(engine);
     return rows;
 }
 

@@ -32,9 +32,9 @@ AlertContent doubtQuestion(const DeletionDoubts& doubts);
 
 /// Unchecks everyone who gives rise to a doubt: the first person of every group that would lose
 /// every copy, everyone in a group that shares only empty fields, and everyone who is checked
-/// without being a duplicate. Returns the rows whose marks have changed, each once; `warnings` is
-/// out of date until its `update`.
+/// without being a duplicate. Updates the warnings. Returns the rows whose marks have changed, each
+/// once.
 /// Thread: as marking the engine's collections.
-std::vector<std::size_t> leaveDoubtsOut(ContactsParser& engine, const GroupWarnings& warnings);
+std::vector<std::size_t> leaveDoubtsOut(ContactsParser& engine, GroupWarnings& warnings);
 
 }  // namespace dunmora

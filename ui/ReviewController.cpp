@@ -10,8 +10,10 @@
 #include "platform/Desktop.h"
 #include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
+#include "review/DeletionDoubts.h"
 #include "review/ReviewTexts.h"
 #include "ui/ContactsController.h"
+#include "ui/DeletionGuard.h"
 #include "ui/ReviewRows.h"
 
 #include <utility>
@@ -27,6 +29,7 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
       btnEmptyFields_(&mainInterface.button("btnEmptyFields")),
       marks_(mainInterface, warnings_,
              [this](std::span<const std::size_t> rows) { marksChanged(rows); }),
+      checkedCount_(mainInterface),
       emptyPage_(mainInterface),
       notes_(mainInterface)
 {
@@ -77,6 +80,7 @@ void ReviewController::jobsBegan(std::string_view name)
     if (name == kThreadLoadContacts) {
         notes_.setNotes({});
         tableContacts_->endFiltering();
+        checkedCount_.hide();
         emptyPage_.show(Emptiness::Working);
     }
 }
@@ -104,6 +108,11 @@ void ReviewController::jobsEnded()
                      : lastJob_ == LastJob::Deleted ? MarkCommands::After::Deletion
                                                     : MarkCommands::After::Nothing);
     showWarnings();
+    showCheckedPeople();
+    if (lastJob_ == LastJob::Deleted) {
+        // It was left open for a user who cancels the deletion.
+        tableContacts_->endFiltering();
+    }
     const auto* const book = Platform::current().addressBook;
     // Notes on a book that could not be read would be those of an earlier reading.
     notes_.setNotes(book == nullptr || lastJob_ == LastJob::LoadFailed ? ReadingNotes()
@@ -183,7 +192,16 @@ void ReviewController::OnReload(View* sender)
 
 void ReviewController::OnDelete(View* sender)
 {
-    tableContacts_->endFiltering();
+    auto& engine = ContactsParser::parser();
+    switch (decideOnDeletion(engine, warnings_)) {
+    case DeletionDecision::Cancel:
+        return;
+    case DeletionDecision::LeaveOut:
+        rowsEdited(leaveDoubtsOut(engine, warnings_));
+        break;
+    case DeletionDecision::Delete:
+        break;
+    }
     contacts_.OnDelete(sender);
 }
 
@@ -261,6 +279,18 @@ void ReviewController::showWarnings()
          warnings_.peopleWhoShareOnlyEmptyFields());
 }
 
+void ReviewController::showCheckedPeople()
+{
+    if (areJobsRunning_) {
+        return;
+    }
+    if (contacts_.numberOfRows() > 0) {
+        checkedCount_.show(warnings_.checkedPeople());
+    } else {
+        checkedCount_.hide();
+    }
+}
+
 void ReviewController::enableCommands()
 {
     for (auto* const command : startCommands_) {
@@ -283,6 +313,7 @@ void ReviewController::marksChanged(std::span<const std::size_t> rows)
 {
     warnings_.rowsEdited(ContactsParser::parser(), rows);
     showWarnings();
+    showCheckedPeople();
     // An edit changes the sign of every row in its group.
     tableContacts_->setNeedsDisplay();
 }

@@ -2,6 +2,7 @@
 
 #include "platform/TableView.h"
 #include "review/GroupWarnings.h"
+#include "ui/CheckedCount.h"
 #include "ui/EmptyPage.h"
 #include "ui/MarkCommands.h"
 #include "ui/ReadingNotesButton.h"
@@ -76,7 +77,8 @@ public:
     void OnFinished(const Notification& notification);
 
     void OnReload(View* sender);
-    /// Closes the filter first, so that no row about to be deleted is hidden.
+    /// Asks about doubtful deletions before the confirmation. People whom the user leaves out stay
+    /// unchecked, even if the confirmation is then cancelled.
     void OnDelete(View* sender);
     void OnOpen(View* sender);
     void OnFilter(View* sender);
@@ -92,6 +94,7 @@ private:
     Emptiness emptiness() const;
     void showRows();
     void showWarnings();
+    void showCheckedPeople();
     void enableCommands();
     void jumpToNext(GroupWarning warning);
     void marksChanged(std::span<const std::size_t> rows);
@@ -107,6 +110,7 @@ private:
     Button* btnLastCopies_;
     Button* btnEmptyFields_;
     MarkCommands marks_;
+    CheckedCount checkedCount_;
     EmptyPage emptyPage_;
     ReadingNotesButton notes_;
     /// The commands that start a job.

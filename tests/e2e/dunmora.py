@@ -20,6 +20,8 @@ CONFIRMATION = (
     "Confirm to delete",
     "The checked contacts will be deleted from Address Book. \nDo you really want to continue?",
 )
+# The button of the command, whose title has the number of people checked.
+DELETE = r"Delete( \d+)? Checked…?"
 NOTHING_CHECKED = "No contact checked to be deleted!"
 NO_BOOK = "No address book is open. Choose File > Open… to open a vCard file or a folder of them."
 NO_FIELD = "You should choose at least one field as match condition!"

@@ -6,7 +6,7 @@ import pathlib
 import windowcase
 from bigbook import big_book
 from drop import FileDrag
-from dunmora import DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK, NO_FIELD, is_alert, texts_of
+from dunmora import CONFIRMATION, DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK, NO_FIELD, is_alert, texts_of
 from dunmoracase import (ANN_1, ANN_2, ANNS, BEN, BOOK, BROKEN, CARL_1, CARL_2, CARLS, DORA_1, DORA_2, JUNK, NOBODY_1,
                          NOBODY_2, DunmoraCase)
 
@@ -339,6 +339,26 @@ class WarningsTest(DunmoraCase):
             dunmora.click(dunmora.button("2 people would lose every copy"))
             dunmora.wait_for(lambda row=row: dunmora.table.cell(row, 1).has("selected"), f"jump to row {row}")
 
+    def test_asks_before_a_deletion_takes_somebody_completely(self):
+        dunmora = self.dunmora
+        dunmora.label("5 checked")
+        dunmora.press(dunmora.main, "ctrl+Delete")
+        alert = dunmora.wait_for_window(is_alert, "alert")
+        self.assertEqual(texts_of(alert)[0], "1 person would be deleted completely")
+        dunmora.press(alert, "escape")
+        dunmora.wait_for_main_alone()
+        dunmora.label("5 checked")
+
+        dunmora.press(dunmora.main, "ctrl+Delete")
+        dunmora.press(dunmora.wait_for_window(is_alert, "alert"), "enter")
+        dunmora.wait_for(lambda: texts_of(dunmora.wait_for_window(is_alert, "alert")) == list(CONFIRMATION),
+                         "confirmation")
+        dunmora.press(dunmora.alert(*CONFIRMATION), "escape")
+        dunmora.wait_for_main_alone()
+
+        dunmora.label("3 checked")
+        dunmora.button("Delete 3 Checked…?")
+
     def test_keeps_one_of_each(self):
         dunmora = self.dunmora
 
@@ -364,17 +384,19 @@ class FilterTest(DunmoraCase):
         dunmora.wait_for_marks(False, True, False, True)
         self.assertIsNone(dunmora.main.find("text"))
 
-    def test_is_cleared_before_a_deletion(self):
+    def test_stays_when_a_deletion_is_cancelled_and_is_cleared_after_one(self):
         dunmora = self.start_searched()
         dunmora.press(dunmora.main, "ctrl+f")
         dunmora.type(dunmora.main, "carl")
         dunmora.wait_for(lambda: dunmora.names() == CARLS, "filtered rows")
 
-        alert = self.delete_checked(dunmora)
+        dunmora.press(self.delete_checked(dunmora), "escape")
+        dunmora.wait_for_main_alone()
+        self.assertEqual(dunmora.names(), CARLS)
 
-        self.assertEqual(dunmora.names(), ANNS + CARLS)
-        dunmora.press(alert, "enter")
+        dunmora.press(self.delete_checked(dunmora), "enter")
         dunmora.total("2 duplicates of 3")
+        dunmora.wait_for(lambda: dunmora.names() == [ANNS[0], CARLS[0]], "all rows")
         self.assert_book(ANN_1 + JUNK + BEN + CARL_1)
 
     def test_marks_only_the_rows_that_it_shows(self):

@@ -1,7 +1,7 @@
 """Shared by the tests of `dunmora`: a book of a few people, and the program started on it."""
 
 from cards import card
-from dunmora import CONFIRMATION, NOTHING_CHECKED, Dunmora
+from dunmora import CONFIRMATION, DELETE, NOTHING_CHECKED, Dunmora, is_alert
 from windowcase import WindowCase
 
 ANN_1 = card("ann-1", "Ann", "Lee", "TEL;TYPE=CELL:+1 555 0100", "NICKNAME:Annie")
@@ -39,9 +39,14 @@ class DunmoraCase(WindowCase):
         return dunmora
 
     def delete_checked(self, dunmora):
-        """Clicks Delete Checked and returns the confirmation."""
+        """Clicks Delete Checked, insists on everyone about whom the program has doubts, and returns the confirmation."""
         dunmora.wait_for_main_alone()
-        dunmora.click(dunmora.button("Delete Checked"))
+        dunmora.click(dunmora.button(DELETE))
+        alert = dunmora.wait_for_window(is_alert, "alert")
+        insist = alert.find_all("push button", "Delete Them Too")
+        if insist:
+            dunmora.click(insist[0])
+            dunmora.wait_for(lambda: alert not in dunmora.windows, "end of the question")
         return dunmora.alert(*CONFIRMATION)
 
     @staticmethod
@@ -50,7 +55,7 @@ class DunmoraCase(WindowCase):
         dunmora.select_all()
         dunmora.choose("Edit", "Uncheck Selected")
         dunmora.wait_for(lambda: not any(dunmora.marks()), "table without check marks")
-        dunmora.click(dunmora.button("Delete Checked"))
+        dunmora.click(dunmora.button(DELETE))
         return dunmora.alert(NOTHING_CHECKED)
 
     def assert_book(self, content):

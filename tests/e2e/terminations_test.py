@@ -17,7 +17,7 @@ import time
 import windowcase
 from bigbook import big_book
 from desktop import Desktop
-from dunmora import CONFIRMATION, Dunmora
+from dunmora import CONFIRMATION, DELETE, Dunmora
 
 PEOPLE, COPIES = 30_000, 2_500
 OLD, NEW = big_book(PEOPLE, COPIES)
@@ -58,7 +58,7 @@ class Run:
         yield "finding"
         program.total(f"{2 * COPIES} duplicates of {PEOPLE + COPIES}")
         program.wait_for_main_alone()
-        program.click(program.button("Delete Checked"))
+        program.click(program.button(DELETE))
         alert = program.alert(*CONFIRMATION)
         yield "confirming"
         program.press(alert, "enter")

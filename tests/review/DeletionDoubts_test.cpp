@@ -112,7 +112,6 @@ TEST_F(DeletionDoubtsTest, LeaveOneOfEachAndEveryBlankMatch)
     EXPECT_EQ(leaveDoubtsOut(engine_, warnings_), (Rows{0, 2, 3}));
 
     EXPECT_EQ(checkedUids(engine_), (Names{"2", "6"}));
-    warnings_.update(engine_);
     EXPECT_FALSE(deletionDoubts(engine_, warnings_).areAny());
 }
 

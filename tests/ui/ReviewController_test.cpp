@@ -4,6 +4,7 @@
 #include "base/JobThreads.h"
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
+#include "review/CheckedPeople.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/People.h"
 #include "ui/ContactsController.h"
@@ -114,6 +115,45 @@ protected:
         return std::all_of(commands.begin(), commands.end(), [&](std::string_view command) {
             return main_.command(command).isEnabled == enabled;
         });
+    }
+
+    /// The user presses these buttons of the next alerts.
+    void theUserPresses(std::vector<int> buttons)
+    {
+        platform_.alert.onRunModal =
+            [buttons, next = std::size_t{0}](const AlertContent& /*content*/) mutable {
+                return buttons.at(next++);
+            };
+    }
+
+    /// The messages of the alerts so far.
+    Calls alerts() const
+    {
+        Calls texts;
+        for (const auto& alert : platform_.alert.shown) {
+            texts.push_back(alert.messageText);
+        }
+        return texts;
+    }
+
+    bool hasClosedTheFilter() const
+    {
+        const auto made = calls();
+        return std::find(made.begin(), made.end(), "MainWindow.tableContacts endFiltering") !=
+               made.end();
+    }
+
+    /// "x" for every row that is checked, "-" for the others.
+    std::string marks()
+    {
+        std::string marks;
+        for (std::size_t row = 0; row < contacts_.numberOfRows(); ++row) {
+            marks +=
+                contacts_.objectValue("check", static_cast<std::ptrdiff_t>(row)) == CellValue(true)
+                    ? 'x'
+                    : '-';
+        }
+        return marks;
     }
 
     FakeTableView& table() { return main_.tableView("tableContacts"); }
@@ -242,6 +282,7 @@ TEST_F(ReviewControllerTest, SaysThatNoBookIsOpen)
 TEST_F(ReviewControllerTest, SaysThatNoDuplicatesAreLeft)
 {
     searchIn({named("1", "Ann"), named("2", "Ann")});
+    theUserPresses({Alert::kOtherButton, Alert::kDefaultButton});
 
     main_.command("OnDelete").use();
     finishJobs();
@@ -257,6 +298,7 @@ TEST_F(ReviewControllerTest, LeavesTheTableOnTheScreenDuringADeletion)
     platform_.addressBook.readingNotes.cardsSkipped = 1;
     searchIn({person("1", "Ann"), person("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
     ASSERT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
+    theUserPresses({Alert::kOtherButton, Alert::kDefaultButton});
 
     main_.command("OnDelete").use();
 
@@ -395,7 +437,8 @@ TEST_F(ReviewControllerTest, CountsAfterEveryEdit)
     toggle({0});
     EXPECT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
     EXPECT_EQ(review_.styleOfRow(1).warning.sign, Sign::None);
-    EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts setNeedsDisplay"});
+    EXPECT_EQ(calls(), (Calls{"MainWindow.txtChecked setStringValue 3 checked",
+                              "MainWindow.tableContacts setNeedsDisplay"}));
 
     toggle({2, 3});
     EXPECT_EQ(titleOf("btnLastCopies"), "");
@@ -428,7 +471,8 @@ TEST_F(ReviewControllerTest, RedrawsWithWarningsOnceAllJobsHaveEnded)
     finishJobs();
 
     EXPECT_EQ(review_.styleOfRow(0).warning.sign, Sign::Loss);
-    EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts setNeedsDisplay"});
+    EXPECT_EQ(calls(), (Calls{"MainWindow.txtChecked setStringValue 2 checked",
+                              "MainWindow.tableContacts setNeedsDisplay"}));
 }
 
 TEST_F(ReviewControllerTest, ReadsNoCheckMarkWhileAJobRuns)
@@ -450,13 +494,10 @@ TEST_F(ReviewControllerTest, KeepsOneOfEachGroupThatWouldLoseAll)
 
     main_.command("OnKeepOneOfEach").use();
 
-    std::string marks;
-    for (std::ptrdiff_t row = 0; row < 6; ++row) {
-        marks += contacts_.objectValue("check", row) == CellValue(true) ? 'x' : '-';
-    }
-    EXPECT_EQ(marks, "-x-x-x");
+    EXPECT_EQ(marks(), "-x-x-x");
     EXPECT_EQ(titleOf("btnLastCopies"), "");
-    EXPECT_EQ(calls().front(), "MainWindow.tableContacts setNeedsDisplay");
+    EXPECT_EQ(calls()[0], "MainWindow.txtChecked setStringValue 3 checked");
+    EXPECT_EQ(calls()[1], "MainWindow.tableContacts setNeedsDisplay");
 
     // A second time it finds no such group and changes nothing.
     main_.command("OnKeepOneOfEach").use();
@@ -474,18 +515,115 @@ TEST_F(ReviewControllerTest, ForwardsTheFilterToTheTable)
     EXPECT_EQ(calls(), Calls{"MainWindow.tableContacts beginFiltering"});
 }
 
-TEST_F(ReviewControllerTest, ClosesTheFilterBeforeItAsksWhetherToDelete)
+TEST_F(ReviewControllerTest, LeavesEverythingAsItWasWhenADeletionIsCancelled)
 {
     searchIn({person("1", "Ann"), person("2", "Ann")});
-    platform_.alert.onRunModal = [this](const AlertContent& content) {
-        log_.add(content.messageText);
-        return Alert::kAlternateButton;
-    };
+    theUserPresses({Alert::kAlternateButton});
     log_.clear();
 
     main_.command("OnDelete").use();
 
-    EXPECT_EQ(calls(), (Calls{"MainWindow.tableContacts endFiltering", "Confirm to delete"}));
+    EXPECT_EQ(alerts(), Calls{"Confirm to delete"});
+    EXPECT_EQ(calls(), Calls{});
+}
+
+TEST_F(ReviewControllerTest, ClosesTheFilterAfterADeletion)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    log_.clear();
+
+    main_.command("OnDelete").use();
+    EXPECT_FALSE(hasClosedTheFilter());
+    finishJobs();
+
+    EXPECT_TRUE(hasClosedTheFilter());
+}
+
+TEST_F(ReviewControllerTest, AsksBeforeADeletionTakesTheLastCopy)
+{
+    searchIn({named("1", "Ann"), named("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
+    theUserPresses({Alert::kAlternateButton});
+
+    main_.command("OnDelete").use();
+
+    EXPECT_EQ(alerts(), Calls{"1 person would be deleted completely"});
+    EXPECT_EQ(marks(), "xx-x");
+    EXPECT_FALSE(jobsRun_);
+}
+
+TEST_F(ReviewControllerTest, DeletesTheLastCopyWhenTheUserInsists)
+{
+    searchIn({named("1", "Ann"), named("2", "Ann")});
+    theUserPresses({Alert::kOtherButton, Alert::kDefaultButton});
+
+    main_.command("OnDelete").use();
+    finishJobs();
+
+    EXPECT_EQ(alerts(), (Calls{"1 person would be deleted completely", "Confirm to delete"}));
+    EXPECT_TRUE(platform_.addressBook.storedUids().empty());
+}
+
+TEST_F(ReviewControllerTest, LeavesOutWhatIsDoubtfulEvenIfTheConfirmationIsCancelled)
+{
+    searchIn({named("1", "Ann"), named("2", "Ann"), nobody("3"), nobody("4"), person("5", "Ben"),
+              person("6", "Ben")});
+    theUserPresses({Alert::kDefaultButton, Alert::kAlternateButton});
+
+    main_.command("OnDelete").use();
+
+    EXPECT_EQ(alerts(), (Calls{"2 people would be deleted completely", "Confirm to delete"}));
+    EXPECT_EQ(marks(), "-x---x");
+    EXPECT_EQ(titleOf("btnLastCopies"), "");
+    EXPECT_EQ(main_.textField("txtChecked").stringValue, "2 checked");
+}
+
+TEST_F(ReviewControllerTest, SaysThatNobodyIsCheckedWhenEveryoneIsLeftOut)
+{
+    searchIn({nobody("1"), nobody("2")});
+
+    main_.command("OnDelete").use();
+
+    EXPECT_EQ(alerts(),
+              (Calls{"1 person would be deleted completely", "No contact checked to be deleted!"}));
+    EXPECT_FALSE(jobsRun_);
+}
+
+TEST_F(ReviewControllerTest, LeavesOutACheckedPersonWhoIsInNoRow)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben")});
+    ContactsParser::parser().contacts().find("3")->setObject(true, kContactCheck);
+    theUserPresses({Alert::kDefaultButton, Alert::kAlternateButton});
+
+    main_.command("OnDelete").use();
+
+    EXPECT_EQ(alerts(), (Calls{"1 person would be deleted completely", "Confirm to delete"}));
+    EXPECT_EQ(checkedUids(ContactsParser::parser()), Calls{"2"});
+    EXPECT_EQ(main_.textField("txtChecked").stringValue, "1 checked");
+}
+
+TEST_F(ReviewControllerTest, ShowsHowManyPeopleADeletionWouldRemove)
+{
+    EXPECT_TRUE(main_.textField("txtChecked").isHidden);
+    EXPECT_EQ(main_.command("OnDelete").title, "Delete Checked…");
+
+    searchIn({named("1", "Ann"), named("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
+    EXPECT_FALSE(main_.textField("txtChecked").isHidden);
+    EXPECT_EQ(main_.textField("txtChecked").stringValue, "3 checked");
+    EXPECT_EQ(main_.command("OnDelete").title, "Delete 3 Checked…");
+
+    toggle({0, 1, 3});
+    EXPECT_EQ(main_.textField("txtChecked").stringValue, "0 checked");
+    EXPECT_EQ(main_.command("OnDelete").title, "Delete Checked…");
+
+    toggle({0});
+    main_.command("OnDelete").use();
+    EXPECT_EQ(main_.textField("txtChecked").stringValue, "1 checked");
+    finishJobs();
+    EXPECT_EQ(main_.textField("txtChecked").stringValue, "0 checked");
+
+    main_.command("OnReload").use();
+    EXPECT_TRUE(main_.textField("txtChecked").isHidden);
+    finishJobs();
 }
 
 TEST_F(ReviewControllerTest, ClosesTheFilterForANewSearch)
@@ -495,9 +633,7 @@ TEST_F(ReviewControllerTest, ClosesTheFilterForANewSearch)
 
     search();
 
-    const auto made = calls();
-    EXPECT_NE(std::find(made.begin(), made.end(), "MainWindow.tableContacts endFiltering"),
-              made.end());
+    EXPECT_TRUE(hasClosedTheFilter());
 }
 
 TEST_F(ReviewControllerTest, JumpsFromWarningToWarning)

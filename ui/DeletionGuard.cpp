@@ -1,0 +1,25 @@
+#include "ui/DeletionGuard.h"
+
+#include "platform/Alert.h"
+#include "platform/Platform.h"
+#include "review/DeletionDoubts.h"
+
+namespace dunmora {
+
+DeletionDecision decideOnDeletion(const ContactsParser& engine, const GroupWarnings& warnings)
+{
+    const auto doubts = deletionDoubts(engine, warnings);
+    if (!doubts.areAny()) {
+        return DeletionDecision::Delete;
+    }
+    switch (Platform::current().alert.runModal(doubtQuestion(doubts))) {
+    case Alert::kDefaultButton:
+        return DeletionDecision::LeaveOut;
+    case Alert::kOtherButton:
+        return DeletionDecision::Delete;
+    default:
+        return DeletionDecision::Cancel;
+    }
+}
+
+}  // namespace dunmora
