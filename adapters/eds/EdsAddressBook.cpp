@@ -1,7 +1,9 @@
 #include "adapters/eds/EdsAddressBook.h"
 
-#include "adapters/eds/EdsDeletion.h"
+#include "adapters/eds/EdsCards.h"
+#include "adapters/eds/EdsRestoration.h"
 #include "platform/PlatformError.h"
+#include "text/Counted.h"
 
 #include <algorithm>
 
@@ -12,6 +14,13 @@ namespace {
 std::string quotedName(const ServiceBook& book)
 {
     return "“" + book.name + "”";
+}
+
+/// Appends a card of the service, which has no line end, to the content of a file.
+void appendCard(std::string& content, std::string_view card)
+{
+    content += card;
+    content += card.ends_with('\n') ? "" : "\r\n";
 }
 
 }  // namespace
@@ -167,9 +176,14 @@ void EdsAddressBook::save()
                 {entry.contact, reviewed != nullptr ? reviewed->card : entry.card});
         }
     }
-    EdsDeletion deletion(*service_);
+    EdsDeletion deletion(*service_, pictures_);
     for (std::size_t i = 0; i < removals.size(); ++i) {
         deletion.remove(last.books()[i], batchSizes_[i], removals[i]);
+    }
+    auto removed = deletion.removed();
+    std::erase_if(removed, [](const auto& each) { return each.people.empty(); });
+    if (!removed.empty()) {
+        deletions_.push_back(std::move(removed));
     }
     if (const auto failure = deletion.failure(); !failure.empty()) {
         throw PlatformError(failure);
@@ -181,17 +195,107 @@ std::string EdsAddressBook::cards(std::span<const Person* const> people) const
     std::string content;
     for (const auto* person : people) {
         const auto& entry = listing().entry(listing().positionOf(*person));
-        const auto card = wholeCard(listing().books()[entry.book], entry.card);
-        content += card;
-        // The service returns cards without a line end.
-        content += card.ends_with('\n') ? "" : "\r\n";
+        appendCard(content, wholeCard(listing().books()[entry.book], entry.card, pictures_));
     }
     return content;
 }
 
-std::string EdsAddressBook::wholeCard(const ServiceBook& book, std::string_view card) const
+std::size_t EdsAddressBook::lastRemoved() const
 {
-    return book.kind == kLocalKind ? withPictures(card, pictures_) : std::string(card);
+    std::size_t count = 0;
+    if (!deletions_.empty()) {
+        for (const auto& removed : deletions_.back()) {
+            count += removed.people.size();
+        }
+    }
+    return count;
+}
+
+std::string EdsAddressBook::lastRemovedCards() const
+{
+    std::string content;
+    if (!deletions_.empty()) {
+        for (const auto& removed : deletions_.back()) {
+            for (const auto& person : removed.people) {
+                appendCard(content, person.card);
+            }
+        }
+    }
+    return content;
+}
+
+Restoration EdsAddressBook::restoreLast()
+{
+    if (deletions_.empty()) {
+        return {};
+    }
+    auto& deletion = deletions_.back();
+    const auto books = service_->books();
+    std::vector<std::string> uids;
+    for (const auto& removed : deletion) {
+        if (std::any_of(books.begin(), books.end(),
+                        [&](const ServiceBook& book) { return book.uid == removed.book.uid; })) {
+            uids.push_back(removed.book.uid);
+        }
+    }
+    const auto contents = service_->read(uids);
+
+    EdsRestoration restoration(*service_, pictures_, Mode::Write);
+    for (auto& [book, people] : deletion) {
+        const auto found = std::find(uids.begin(), uids.end(), book.uid);
+        if (found == uids.end()) {
+            restoration.fail(people, quotedName(book) + " is no longer enabled.");
+        } else {
+            const auto& content = contents.at(static_cast<std::size_t>(found - uids.begin()));
+            people = restoration.restore(book, content, std::move(people));
+        }
+    }
+    std::erase_if(deletion, [](const auto& each) { return each.people.empty(); });
+    if (deletion.empty()) {
+        deletions_.pop_back();
+    }
+    return restoration.result();
+}
+
+Restoration EdsAddressBook::restore(std::string_view backup, Mode mode)
+{
+    if (!bookUid_) {
+        throw PlatformError("Several address books are open. Choose one of them, such as "
+                            "eds:system-address-book, to restore a backup into. Run “dunmora-cli "
+                            "books” to list the address books.");
+    }
+    auto [people, skipped, groups, unreadable] = readBackup(backup);
+    if (people.empty() && unreadable == 0) {
+        throw PlatformError("The backup contains no people.");
+    }
+    const auto book = chosenBooks().front();
+    const auto content = service_->read({book.uid}).at(0);
+    if (!content.failure.empty()) {
+        throw PlatformError(quotedName(book) + " could not be read: " + content.failure);
+    }
+    if (!content.isWritable) {
+        throw PlatformError(quotedName(book) + " is read-only.");
+    }
+    EdsRestoration restoration(*service_, pictures_, mode);
+    restoration.restore(book, content, std::move(people));
+    auto result = restoration.result();
+    if (skipped > 0) {
+        result.failures.push_back(
+            counted(skipped, "card of the backup was not restored because it breaks off or has no ",
+                    "cards of the backup were not restored because they break off or have no ") +
+            "properties.");
+    }
+    if (unreadable > 0) {
+        result.failures.push_back(
+            counted(unreadable, "card of the backup was not restored because it is not UTF-8.",
+                    "cards of the backup were not restored because they are not UTF-8."));
+    }
+    if (groups > 0) {
+        result.remarks.push_back(
+            counted(groups, "list of the backup was not restored: only people are.",
+                    "lists of the backup were not restored: only people are."));
+    }
+    return result;
 }
 
 }  // namespace dunmora

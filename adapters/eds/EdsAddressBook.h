@@ -1,9 +1,11 @@
 #pragma once
 
 #include "adapters/eds/ContactService.h"
+#include "adapters/eds/EdsDeletion.h"
 #include "adapters/eds/EdsListing.h"
 #include "adapters/eds/StoredPictures.h"
 #include "platform/AddressBook.h"
+#include "platform/CardRestorer.h"
 #include "platform/CardSource.h"
 
 #include <cstddef>
@@ -22,7 +24,7 @@ namespace dunmora {
 ///
 /// A live book: other programs change it at any time. A deletion removes only people whose card is
 /// still the reviewed one.
-class EdsAddressBook final : public AddressBook, public CardSource {
+class EdsAddressBook final : public AddressBook, public CardSource, public CardRestorer {
 public:
     /// All books, or the one with this uid. Nothing is read before the first listing. `pictures` is
     /// the folder in which the service keeps the pictures of local books.
@@ -40,7 +42,16 @@ public:
     /// The pictures of local books are part of the cards.
     std::string cards(std::span<const Person* const> people) const override;
 
+    // Each person returns to the book that the person was removed from.
+    std::size_t lastRemoved() const override;
+    std::string lastRemovedCards() const override;
+    Restoration restoreLast() override;
+    /// Errors: also without the uid of a book.
+    Restoration restore(std::string_view backup, Mode mode) override;
+
 private:
+    using Deletion = std::vector<EdsDeletion::Removed>;
+
     /// One reading of the books, with its notes.
     struct Reading {
         std::unique_ptr<EdsListing> listing;
@@ -54,7 +65,6 @@ private:
     std::vector<ServiceBook> chosenBooks() const;
     Reading read() const;
     const EdsListing& listing() const;
-    std::string wholeCard(const ServiceBook& book, std::string_view card) const;
 
     std::unique_ptr<ContactService> service_;
     std::optional<std::string> bookUid_;
@@ -66,6 +76,8 @@ private:
     // Of the last listing.
     std::vector<std::size_t> batchSizes_;
     std::vector<bool> isPending_;
+    // Those who have not been put back, by deletion; none is empty.
+    std::vector<Deletion> deletions_;
 };
 
 }  // namespace dunmora

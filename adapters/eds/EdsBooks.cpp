@@ -22,7 +22,7 @@ OpenedBook openEdsBook(std::string_view name)
     name.remove_prefix(kEdsName.size());
     const auto book = std::make_shared<EdsAddressBook>(
         loadContactService(), name.empty() ? std::nullopt : std::optional(std::string(name)));
-    return {book, book};
+    return {book, book, book};
 }
 
 bool hasEdsBooks()

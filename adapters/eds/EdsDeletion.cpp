@@ -1,5 +1,6 @@
 #include "adapters/eds/EdsDeletion.h"
 
+#include "adapters/eds/StoredPictures.h"
 #include "text/Counted.h"
 #include "text/TextHash.h"
 
@@ -40,6 +41,7 @@ void EdsDeletion::remove(const ServiceBook& book, std::size_t batchSize,
     isGivenUp_ = false;
     refusalsInARow_ = 0;
     lastSuccess_ = now_();
+    removedPeople_.push_back({book, {}});
     const auto step = std::max<std::size_t>(batchSize, 1);
     for (std::size_t begin = 0; begin < people.size(); begin += step) {
         const auto end = std::min(begin + step, people.size());
@@ -72,23 +74,30 @@ void EdsDeletion::removeBatch(const ServiceBook& book, const Batch& batch)
         untried_ += batch.size();
         return;
     }
-    gone_ += before->absent;
+    gone_ += before->absent.size();
     changed_ += before->changed;
     if (before->unchanged.empty()) {
         return;
     }
+    // The service deletes the stored pictures with the people.
+    std::vector<ContactText> whole;
+    whole.reserve(before->unchanged.size());
+    for (const auto& person : before->unchanged) {
+        whole.push_back({std::string(person.contact), wholeCard(book, person.reviewed, pictures_)});
+    }
     const auto result = service_.remove(book.uid, uidsOf(before->unchanged));
     if (result.outcome == Outcome::Removed) {
         removed_ += before->unchanged.size();
+        remember(before->unchanged, whole);
         refusalsInARow_ = 0;
         lastSuccess_ = now_();
     } else {
-        handleFailure(book, before->unchanged, result);
+        handleFailure(book, before->unchanged, whole, result);
     }
 }
 
 void EdsDeletion::handleFailure(const ServiceBook& book, const Batch& batch,
-                                const RemovalResult& result)
+                                const std::vector<ContactText>& whole, const RemovalResult& result)
 {
     if (result.outcome == Outcome::Changed && batch.size() == 1) {
         ++changed_;
@@ -99,6 +108,7 @@ void EdsDeletion::handleFailure(const ServiceBook& book, const Batch& batch,
     const auto after = compare(book, batch);
     if (!after) {
         unknown_ += batch.size();
+        remember(batch, whole);
         addReason(book, result.reason);
         return;
     }
@@ -107,10 +117,14 @@ void EdsDeletion::handleFailure(const ServiceBook& book, const Batch& batch,
     // lost.
     const bool removedNobody =
         result.outcome == Outcome::NoSuchPerson || result.outcome == Outcome::Changed;
-    (removedNobody ? gone_ : removed_) += after->absent;
+    (removedNobody ? gone_ : removed_) += after->absent.size();
+    if (!removedNobody) {
+        remember(after->absent, whole);
+    }
     changed_ += after->changed;
     if (mayHappenYet) {
         unknown_ += after->unchanged.size();
+        remember(after->unchanged, whole);
         addReason(book, result.reason);
     } else if (batch.size() > 1) {
         for (const auto& person : after->unchanged) {
@@ -120,6 +134,16 @@ void EdsDeletion::handleFailure(const ServiceBook& book, const Batch& batch,
         left_ += after->unchanged.size();
         ++refusalsInARow_;
         addReason(book, result.reason);
+    }
+}
+
+void EdsDeletion::remember(const Batch& people, const std::vector<ContactText>& whole)
+{
+    for (const auto& person : people) {
+        const auto found = std::find_if(whole.begin(), whole.end(), [&](const ContactText& each) {
+            return each.uid == person.contact;
+        });
+        removedPeople_.back().people.push_back(*found);
     }
 }
 
@@ -139,7 +163,7 @@ std::optional<EdsDeletion::Comparison> EdsDeletion::compare(const ServiceBook& b
     for (const auto& person : batch) {
         const auto card = cards.find(person.contact);
         if (card == cards.end()) {
-            ++comparison.absent;
+            comparison.absent.push_back(person);
         } else if (card->second != person.reviewed) {
             ++comparison.changed;
         } else {

@@ -201,6 +201,12 @@ std::string withPictures(std::string_view card, const std::filesystem::path& fol
     });
 }
 
+std::string wholeCard(const ServiceBook& book, std::string_view card,
+                      const std::filesystem::path& folder)
+{
+    return book.kind == kLocalKind ? withPictures(card, folder) : std::string(card);
+}
+
 CardWithoutLostPictures withoutLostPictures(std::string_view card,
                                             const std::filesystem::path& folder)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "adapters/eds/ContactService.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -18,6 +20,10 @@ std::filesystem::path pictureFolder();
 /// card can contain any address.
 /// Thread: any; blocks on the disk. Errors: none.
 std::string withPictures(std::string_view card, const std::filesystem::path& folder);
+
+/// The same for a card of this book; only local books have stored pictures.
+std::string wholeCard(const ServiceBook& book, std::string_view card,
+                      const std::filesystem::path& folder);
 
 /// A card without the pictures whose files are gone. The service adds no card that has them.
 struct CardWithoutLostPictures {

@@ -444,7 +444,7 @@ TEST_F(EdsAddressBookTest, GivesUpOnAServerThatRefusesSlowly)
     const auto reviewed = desktop_.book("server").content.people;
     FakeContactService service(desktop_);
     EdsDeletion::Time now;
-    EdsDeletion deletion(service, [&] { return now; });
+    EdsDeletion deletion(service, {}, [&] { return now; });
     desktop_.onRemove = [&](const Lines& people) -> std::optional<RemovalResult> {
         now += std::chrono::seconds(5);
         if (people == Lines{"a"}) {

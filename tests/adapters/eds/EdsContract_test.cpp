@@ -2,13 +2,17 @@
 #include "tests/adapters/eds/OtherClient.h"
 #include "tests/adapters/eds/PrivateDesktop.h"
 #include "tests/contract/AddressBookContract.h"
+#include "tests/contract/CardRestorerContract.h"
 #include "tests/contract/CardSourceContract.h"
 #include "tests/fakes/FakeCard.h"
+#include "tests/fakes/People.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace dunmora::test {
@@ -22,6 +26,9 @@ public:
         if (!PrivateDesktop::isPossible()) {
             return "Evolution Data Server is not installed.";
         }
+        if (property == "PutsPeopleBackWhereTheyWere") {
+            return "The service decides on the order of its people.";
+        }
         if (property == "LeavesMissingPropertiesEmpty") {
             return "The service gives every contact a modification date.";
         }
@@ -30,6 +37,7 @@ public:
 
     AddressBook& book() { return *book_.addressBook; }
     CardSource& cardSource() { return *book_.cardSource; }
+    CardRestorer& restorer() { return *book_.cardRestorer; }
 
     void hold(const std::vector<FakePerson>& people)
     {
@@ -68,17 +76,34 @@ public:
         others_.add(uid_, cards);
     }
 
+    void addBehindTheBack(const FakePerson& person) { others_.add(uid_, {cardOf(person)}); }
+
+    // The uids belong to others, so the removed people cannot return.
+    void breakRestoring()
+    {
+        for (const auto* const uid : {"a", "b", "c"}) {
+            const auto uids = others_.uids(uid_);
+            if (std::find(uids.begin(), uids.end(), uid) == uids.end()) {
+                addBehindTheBack(named(uid, "Somebody", "Else"));
+                intruders_.emplace_back(uid);
+            }
+        }
+    }
+    void mendRestoring() { others_.remove(uid_, std::exchange(intruders_, {})); }
+
 private:
     // Each test has its own book.
     std::string uid_ = testing::UnitTest::GetInstance()->current_test_info()->name();
     OtherClient others_;
     std::map<std::string, std::string> before_;
+    std::vector<std::string> intruders_;
     // Opened with the first people, because a skipped test must not start the service.
     OpenedBook book_;
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Eds, AddressBookContract, EdsBookUnderTest);
 INSTANTIATE_TYPED_TEST_SUITE_P(Eds, CardSourceContract, EdsBookUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(Eds, CardRestorerContract, EdsBookUnderTest);
 
 }  // namespace
 }  // namespace dunmora::test

@@ -3,6 +3,7 @@
 #include "adapters/eds/EdsBooks.h"
 #include "adapters/eds/EdsModule.h"
 #include "platform/AddressBook.h"
+#include "platform/CardRestorer.h"
 #include "platform/CardSource.h"
 #include "tests/adapters/eds/Deleting.h"
 #include "tests/adapters/eds/OtherClient.h"
@@ -602,6 +603,170 @@ TEST_F(EdsServiceTest, ReturnsTheCardsWithTheirPictures)
     others_.remove(uid_, {"ann"});
     others_.add(uid_, {card});
     EXPECT_EQ(others_.cards(uid_).at("ann"), stored);
+}
+
+TEST_F(EdsServiceTest, UndoesADeletionByteForByte)
+{
+    Lines cards;
+    for (int i = 0; i < 50; ++i) {
+        cards.push_back(
+            cardOf("p" + std::to_string(i), "NOTE:one\\, two\\nthree\r\nX-OWN;X-P=\"a;b\":kept\r\n"
+                                            "item1.TEL:555-0100\r\nitem1.X-ABLabel:Boat\r\n"
+                                            "PHOTO;ENCODING=b;TYPE=PNG:" +
+                                                std::string(200, 'A') + "\r\n"));
+    }
+    others_.add(uid_, cards);
+    const auto before = others_.cards(uid_);
+    book().readPeople();
+    Lines uids;
+    for (int i = 0; i < 50; i += 2) {
+        uids.push_back("p" + std::to_string(i));
+    }
+    ask(uids);
+    book().save();
+    ASSERT_EQ(others_.uids(uid_).size(), 25U);
+
+    const auto result = opened().cardRestorer->restoreLast();
+
+    EXPECT_EQ(result.restored, 25U);
+    EXPECT_EQ(result.failures, Lines());
+    EXPECT_EQ(result.remarks, Lines());
+    EXPECT_EQ(others_.cards(uid_), before);
+}
+
+TEST_F(EdsServiceTest, UndoesADeletionFromSeveralBooksInEach)
+{
+    const auto second = uid_ + "2";
+    others_.makeBook(second, "Others");
+    holds({"ann", "ben"});
+    others_.add(second, {cardOf("ann", "NOTE:other\r\n"), cardOf("cid")});
+    const auto first = others_.cards(uid_);
+    const auto other = others_.cards(second);
+    const auto all = openEdsBook("eds:");
+    for (const auto& person : all.addressBook->readPeople()) {
+        if (person.uid == uid_ + "/ann" || person.uid == second + "/ann") {
+            all.addressBook->removeRecord(person);
+        }
+    }
+    all.addressBook->save();
+
+    const auto result = all.cardRestorer->restoreLast();
+
+    EXPECT_EQ(result.restored, 2U);
+    EXPECT_EQ(others_.cards(uid_), first);
+    EXPECT_EQ(others_.cards(second), other);
+}
+
+TEST_F(EdsServiceTest, LeavesAloneWhomAnotherProgramAddedWithTheSameUid)
+{
+    holds({"ann", "ben", "cid"});
+    const auto before = others_.cards(uid_);
+    book().readPeople();
+    ask({"ann", "ben"});
+    book().save();
+    others_.add(uid_, {cardOf("ann", "NOTE:newer\r\n")});
+    const auto newer = others_.cards(uid_).at("ann");
+
+    const auto result = opened().cardRestorer->restoreLast();
+
+    EXPECT_EQ(result.restored, 1U);
+    EXPECT_EQ(result.failures, Lines{"“ann Lee” was not restored: its UID belongs to another card "
+                                     "in “Friends”."});
+    EXPECT_EQ(others_.cards(uid_).at("ann"), newer);
+    EXPECT_EQ(others_.cards(uid_).at("ben"), before.at("ben"));
+    EXPECT_EQ(opened().cardRestorer->lastRemoved(), 1U);
+}
+
+TEST_F(EdsServiceTest, ReportsAnUndoThatTheServiceDoesNotReplyTo)
+{
+    holds({"ann", "ben"});
+    const auto before = others_.cards(uid_);
+    EdsAddressBook stopped(std::make_unique<ServiceWithIncident>(
+                               [calls = 0]() mutable {
+                                   // The first change is the deletion.
+                                   if (++calls == 2) {
+                                       desktop().signalFactories(SIGSTOP);
+                                   }
+                               },
+                               [] {}),
+                           uid_);
+    stopped.removeRecord(stopped.readPeople()[0]);
+    stopped.save();
+
+    Restoration result;
+    const auto seconds = secondsOf([&] { result = stopped.restoreLast(); });
+    desktop().signalFactories(SIGCONT);
+
+    EXPECT_LT(seconds, 15);
+    EXPECT_EQ(result.restored, 0U);
+    EXPECT_EQ(result.failures, Lines{"“ann Lee” may or may not have been restored: “Friends”: The "
+                                     "service did not reply in time."});
+    EXPECT_EQ(stopped.lastRemoved(), 1U);
+    OtherClient another;
+    const auto isBack = another.uids(uid_).size() == 2;
+    const auto again = stopped.restoreLast();
+    EXPECT_EQ(again.present, isBack ? 1U : 0U);
+    EXPECT_EQ(again.restored, isBack ? 0U : 1U);
+    EXPECT_EQ(another.cards(uid_), before);
+}
+
+TEST_F(EdsServiceTest, UndoesADeletionWhenTheServiceIsKilledInBetween)
+{
+    holds({"a", "b", "c"});
+    const auto before = others_.cards(uid_);
+    book().readPeople();
+    ask({"a", "c"});
+    book().save();
+    ASSERT_GT(desktop().signalFactories(SIGKILL), 0U);
+
+    const auto result = opened().cardRestorer->restoreLast();
+
+    EXPECT_EQ(result.restored, 2U);
+    OtherClient another;
+    EXPECT_EQ(another.cards(uid_), before);
+}
+
+TEST_F(EdsServiceTest, RestoresABackupOfAnotherProgramOnce)
+{
+    const std::string backup =
+        "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Lee;Ann\r\nTEL;HOME:555-0100\r\nEND:VCARD\r\n"
+        "BEGIN:VCARD\r\nVERSION:4.0\r\nUID:ben\r\nFN:Ben Lee\r\nN:Lee;Ben;;;\r\n"
+        "TEL;VALUE=uri;TYPE=\"home\":tel:+1-555-0101\r\nEND:VCARD\r\n";
+    auto& restorer = *opened().cardRestorer;
+
+    const auto first = restorer.restore(backup, CardRestorer::Mode::Write);
+    const auto stored = others_.cards(uid_);
+    const auto second = restorer.restore(backup, CardRestorer::Mode::Write);
+
+    EXPECT_EQ(first.restored, 2U);
+    EXPECT_EQ(second.present, 2U);
+    EXPECT_EQ(second.restored, 0U);
+    EXPECT_EQ(second.failures, Lines());
+    EXPECT_EQ(stored.size(), 2U);
+    EXPECT_EQ(others_.cards(uid_), stored);
+}
+
+TEST_F(EdsServiceTest, DeletesAndUndoesAThousandOfTenThousandPeopleWithinSeconds)
+{
+    constexpr std::size_t kPeople = 10'000;
+    Lines cards;
+    for (std::size_t i = 0; i < kPeople; ++i) {
+        cards.push_back(cardOf("p" + std::to_string(i)));
+    }
+    others_.add(uid_, cards);
+    const auto people = book().readPeople();
+    for (std::size_t i = 0; i < people.size(); i += 10) {
+        book().removeRecord(people[i]);
+    }
+    book().save();
+
+    Restoration result;
+    const auto seconds = secondsOf([&] { result = opened().cardRestorer->restoreLast(); });
+
+    EXPECT_EQ(result.restored, kPeople / 10);
+    EXPECT_LT(seconds, 10);
+    EXPECT_EQ(others_.uids(uid_).size(), kPeople);
+    RecordProperty("undoing", std::to_string(seconds));
 }
 
 }  // namespace
