@@ -12,9 +12,9 @@ namespace dunmora {
 
 namespace {
 
-std::string nameOrUid(const ContactRecord& contact)
+std::string nameOrUid(const ContactRecord& contact, const CardSource* cards)
 {
-    auto name = personName(contact);
+    auto name = personName(contact, cards);
     return name.empty() ? "(no name, uid " + std::string(contact.text(kContactUid)) + ")" : name;
 }
 
@@ -60,11 +60,12 @@ std::vector<std::string> lastCopyUids(const ContactsParser& engine, const GroupW
     return uids;
 }
 
-std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings)
+std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings,
+                                    const CardSource* cards)
 {
     auto people = lastCopyUids(engine, warnings);
     for (auto& person : people) {
-        person = nameOrUid(*engine.contacts().find(person));
+        person = nameOrUid(*engine.contacts().find(person), cards);
     }
     return people;
 }

@@ -6,6 +6,7 @@
 
 namespace dunmora {
 
+class CardSource;
 class ContactsParser;
 class GroupWarnings;
 
@@ -27,8 +28,9 @@ std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnin
 /// every copy, then those checked without being a duplicate.
 std::vector<std::string> lastCopyUids(const ContactsParser& engine, const GroupWarnings& warnings);
 
-/// The names of those people. A person without a name is "(no name, uid 7)", because the uid can be
-/// given to a command.
-std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings);
+/// The names of those people (`personName`). A person without a name is "(no name, uid 7)", because
+/// the uid can be given to a command.
+std::vector<std::string> lastCopies(const ContactsParser& engine, const GroupWarnings& warnings,
+                                    const CardSource* cards = nullptr);
 
 }  // namespace dunmora

@@ -42,12 +42,13 @@ std::string enumerated(const DeletionDoubts& doubts)
 
 }  // namespace
 
-DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings& warnings)
+DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings& warnings,
+                              const CardSource* cards)
 {
     const auto lost = lastCopyUids(engine, warnings);
     DeletionDoubts doubts{lost.size(), {}, warnings.checkedPeopleWhoShareOnlyEmptyFields()};
     for (std::size_t i = 0; i < std::min(lost.size(), kMaxNames); ++i) {
-        const auto name = personName(*engine.contacts().find(lost[i]));
+        const auto name = personName(*engine.contacts().find(lost[i]), cards);
         doubts.lostNames.push_back(name.empty() ? "no name" : name);
     }
     return doubts;

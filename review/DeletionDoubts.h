@@ -8,6 +8,7 @@
 
 namespace dunmora {
 
+class CardSource;
 class ContactsParser;
 class GroupWarnings;
 
@@ -23,8 +24,10 @@ struct DeletionDoubts {
     bool areAny() const { return lost > 0 || sharingOnlyEmptyFields > 0; }
 };
 
-/// Thread: as reading the engine's collections.
-DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings& warnings);
+/// `cards` name the people whose names are blank; it may be null.
+/// Thread: as reading the engine's collections, and as `CardSource`.
+DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings& warnings,
+                              const CardSource* cards = nullptr);
 
 /// The question about these doubts, of which there is at least one. The default button leaves the
 /// people out, the other button deletes them too, and the alternate one cancels.

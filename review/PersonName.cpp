@@ -1,35 +1,33 @@
 #include "review/PersonName.h"
 
 #include "engine/ContactRecord.h"
+#include "review/SubstituteName.h"
 #include "text/Ascii.h"
 #include "text/DisplayText.h"
+#include "text/WhiteSpace.h"
 
 #include <string_view>
 
 namespace dunmora {
 
-std::string personName(const ContactRecord& contact)
+std::string personName(const ContactRecord& contact, const CardSource* cards)
 {
-    // Line breaks and directional formatting are blank, too.
     const auto visible = [&](std::string_view key) {
         const auto text = contact.text(key);
-        const auto shown = shownPart(text);
-        if (trimmed(windowText(shown)).empty()) {
-            return std::string();
-        }
-        auto part = std::string(trimmed(shown));
-        if (shown.size() < text.size()) {
-            part += kEllipsis;
-        }
-        return part;
+        return isBlankText(shownPart(text)) ? std::string() : shownText(trimmed(text));
     };
     auto name = visible(kContactFirstName);
     const auto last = visible(kContactLastName);
     name += name.empty() || last.empty() ? "" : " ";
     name += last;
-    // Once the names are known to be blank, the loop finds another text.
+    if (name.empty()) {
+        name = visible(kContactNickname);
+    }
+    if (name.empty()) {
+        name = substituteName(contact, cards);
+    }
     for (const auto* const field : kTextFields) {
-        if (name.empty() && field->kind != FieldKind::Uid) {
+        if (name.empty() && field->kind == FieldKind::Phone) {
             name = visible(field->key);
         }
     }

@@ -35,6 +35,11 @@ std::string warningText(GroupWarning warning, std::size_t people)
                          "people share only empty fields");
 }
 
+std::string uniqueText(std::size_t copies)
+{
+    return counted(copies, "copy holds something unique", "copies hold something unique");
+}
+
 std::string_view rowText(GroupWarning warning)
 {
     return warning == GroupWarning::LosesEveryCopy

@@ -32,6 +32,10 @@ std::string totalText(const ContactsParser& engine);
 /// A warning about this many people, such as "1 person would lose every copy"; no full stop.
 std::string warningText(GroupWarning warning, std::size_t people);
 
+/// The same about this many checked copies that hold something no kept copy has
+/// (`UniqueProperties`): "2 copies hold something unique".
+std::string uniqueText(std::size_t copies);
+
 /// A warning about one row of a group, as a full sentence.
 std::string_view rowText(GroupWarning warning);
 

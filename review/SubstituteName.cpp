@@ -1,7 +1,9 @@
 #include "review/SubstituteName.h"
 
 #include "engine/ContactRecord.h"
+#include "platform/CardSource.h"
 #include "platform/PersonCard.h"
+#include "platform/PlatformError.h"
 #include "review/PropertyTexts.h"
 #include "text/DisplayText.h"
 #include "text/WhiteSpace.h"
@@ -32,6 +34,19 @@ std::string substituteName(const PersonCard& card)
         }
     }
     return {};
+}
+
+std::string substituteName(const ContactRecord& contact, const CardSource* cards)
+{
+    if (cards == nullptr || !hasBlankName(contact)) {
+        return {};
+    }
+    try {
+        const auto card = cards->card(contact.text(kContactUid));
+        return card ? substituteName(*card) : std::string();
+    } catch (const PlatformError&) {
+        return {};
+    }
 }
 
 }  // namespace dunmora

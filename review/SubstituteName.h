@@ -4,6 +4,7 @@
 
 namespace dunmora {
 
+class CardSource;
 class ContactRecord;
 struct PersonCard;
 
@@ -17,5 +18,9 @@ bool hasBlankName(const ContactRecord& contact);
 /// display yet. It is only shown: no record, match key or written file contains it.
 /// Thread: any. Errors: none.
 std::string substituteName(const PersonCard& card);
+
+/// The same of the person's card; "" for a person with a name, and when there is no card to read.
+/// Thread: as `CardSource`. Errors: none.
+std::string substituteName(const ContactRecord& contact, const CardSource* cards);
 
 }  // namespace dunmora

@@ -184,11 +184,7 @@ std::string UniqueProperties::substituteName(std::size_t row) const
         return {};
     }
     const auto* const record = engine_->contacts().find(engine_->duplicates()[row]);
-    if (record == nullptr || !hasBlankName(*record)) {
-        return {};
-    }
-    const auto card = cardOf(row);
-    return card ? dunmora::substituteName(*card) : std::string();
+    return record == nullptr ? std::string() : dunmora::substituteName(*record, cards_);
 }
 
 std::optional<PersonCard> UniqueProperties::cardOf(std::size_t row) const

@@ -4,6 +4,7 @@
 #include "review/GroupWarnings.h"
 #include "tests/fakes/FakePlatform.h"
 #include "tests/fakes/People.h"
+#include "tests/review/Cards.h"
 
 #include <gtest/gtest.h>
 
@@ -65,7 +66,7 @@ TEST_F(CheckedPeopleTest, AreLastCopiesWhereAllOfAGroupOrOneWithoutAGroupIsCheck
     check("Ben1", false);
     check("Dan1", true);
 
-    EXPECT_EQ(lastCopies(engine_, warnings_), (Names{"Ann Lee", "Dan Lee"}));
+    EXPECT_EQ(lastCopies(engine_, warnings_, nullptr), (Names{"Ann Lee", "Dan Lee"}));
 }
 
 TEST_F(CheckedPeopleTest, AreNamedByTheUidWhenNothingElseIsKnown)
@@ -75,7 +76,11 @@ TEST_F(CheckedPeopleTest, AreNamedByTheUidWhenNothingElseIsKnown)
     engine_.findDupes();
     check("7", true);
 
-    EXPECT_EQ(lastCopies(engine_, warnings_), Names{"(no name, uid 7)"});
+    EXPECT_EQ(lastCopies(engine_, warnings_, nullptr), Names{"(no name, uid 7)"});
+    FakeCards cards;
+    EXPECT_EQ(lastCopies(engine_, warnings_, &cards), Names{"(no name, uid 7)"});
+    cards.byUid["7"] = card({text("FN", "Acme")});
+    EXPECT_EQ(lastCopies(engine_, warnings_, &cards), Names{"Acme"});
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "review/PersonName.h"
 
 #include "engine/ContactRecord.h"
+#include "platform/PlatformError.h"
+#include "tests/review/Cards.h"
 #include "text/DisplayText.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +40,35 @@ TEST(PersonName, IgnoresTextsThatShowNothing)
     EXPECT_EQ(nameOf({{kContactFirstName, " \n"}, {kContactMobile, "3"}}), "3");
     EXPECT_EQ(nameOf({{kContactFirstName, "\u202E\u202C"}, {kContactNickname, "Annie"}}), "Annie");
     EXPECT_EQ(nameOf({{kContactFirstName, " Ann "}, {kContactLastName, "\tLee"}}), "Ann Lee");
+}
+
+/// A book that cannot be reached.
+class LostBook final : public CardSource {
+public:
+    std::string cards(std::span<const Person* const> /*people*/) const override { return {}; }
+    std::optional<PersonCard> card(std::string_view /*uid*/) const override
+    {
+        throw PlatformError("The server does not respond.");
+    }
+};
+
+TEST(PersonName, IsWhatTheWholeCardOffersWhenTheNamesAreBlank)
+{
+    FakeCards cards;
+    cards.byUid["7"] = card({text("FN", "Acme"), text("TEL", "5")});
+    ContactRecord contact;
+    contact.setObject(std::string_view("7"), kContactUid);
+    contact.setObject(std::string_view(" "), kContactFirstName);
+    contact.setObject(std::string_view("1"), kContactHome);
+    EXPECT_EQ(personName(contact, &cards), "Acme");
+    EXPECT_EQ(personName(contact, nullptr), "1");
+
+    const LostBook lost;
+    EXPECT_EQ(personName(contact, &lost), "1");
+
+    contact.setObject(std::string_view("Annie"), kContactNickname);
+    EXPECT_EQ(personName(contact, &cards), "Annie");
+    EXPECT_EQ(cards.readings, 1);
 }
 
 TEST(PersonName, IsBounded)
