@@ -32,7 +32,7 @@ public:
                            "Last" + std::to_string(who), "+1 555 " + std::to_string(who)});
             auto& phones = phones_.emplace_back(std::array<LabelledPhone, 2>{
                 {{"_$!<Home>!$_", texts[3]}, {"_$!<Mobile>!$_", texts[3]}}});
-            people_.push_back({texts[0], texts[1], texts[2], {}, {}, PhoneList(phones)});
+            people_.push_back({texts[0], texts[1], texts[2], {}, {}, PhoneList(phones), &source_});
         }
     }
 
@@ -48,6 +48,7 @@ private:
         throw PlatformError("This address book cannot be changed.");
     }
 
+    PersonSource source_{"memory", "memory"};
     // Deques, because their elements do not move: the people are views into them.
     std::deque<std::array<std::string, 4>> texts_;
     std::deque<std::array<LabelledPhone, 2>> phones_;

@@ -10,7 +10,8 @@
 
 namespace dunmora {
 
-/// The whole cards of an address book's people, from which a backup is written.
+/// The whole cards of an address book's people: what a backup is written from, and what a user
+/// reviews besides the contact fields.
 ///
 /// Thread: as the `AddressBook` that it belongs to: any, one call at a time to the two of them. A
 /// call may block on a disk or a service.
@@ -29,7 +30,7 @@ public:
     /// reading that the user reviews; `people` and `save` do not change that. Nothing for anybody
     /// else, and when the card cannot be read. Takes some microseconds where the book is in memory.
     /// Errors: PlatformError when the book cannot be reached.
-    virtual std::optional<PersonCard> card(std::string_view /*uid*/) const { return std::nullopt; }
+    virtual std::optional<PersonCard> card(std::string_view uid) const = 0;
 };
 
 }  // namespace dunmora

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/PersonSource.h"
+
 #include <chrono>
 #include <optional>
 #include <span>
@@ -31,6 +33,8 @@ struct Person {
     std::optional<std::string_view> nickname;
     std::optional<std::chrono::sys_seconds> modified;
     std::optional<PhoneList> phones;
+    /// The book or file that the person is from; never null in a listing.
+    const PersonSource* source = nullptr;
 };
 
 }  // namespace dunmora

@@ -2,10 +2,12 @@
 
 #include "adapters/eds/EdsCards.h"
 #include "adapters/eds/EdsRestoration.h"
+#include "adapters/vcard/CardProperties.h"
 #include "platform/PlatformError.h"
 #include "text/Counted.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dunmora {
 
@@ -296,6 +298,20 @@ Restoration EdsAddressBook::restore(std::string_view backup, Mode mode)
                     "lists of the backup were not restored: only people are."));
     }
     return result;
+}
+
+std::optional<PersonCard> EdsAddressBook::card(std::string_view uid) const
+{
+    const auto* const entry = reviewed_ ? reviewed_->find(uid) : nullptr;
+    if (entry == nullptr) {
+        return std::nullopt;
+    }
+    auto properties = readProperties(
+        wholeCard(reviewed_->books()[entry->book], entry->card, pictures_), CardReader::Text::Utf8);
+    if (!properties) {
+        return std::nullopt;
+    }
+    return PersonCard{*std::move(properties), {}, reviewed_->source(*entry)};
 }
 
 }  // namespace dunmora

@@ -41,6 +41,7 @@ public:
     ReadingNotes notes() const override { return notes_; }
     /// The pictures of local books are part of the cards.
     std::string cards(std::span<const Person* const> people) const override;
+    std::optional<PersonCard> card(std::string_view uid) const override;
 
     // Each person returns to the book that the person was removed from.
     std::size_t lastRemoved() const override;

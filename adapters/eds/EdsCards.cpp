@@ -103,7 +103,7 @@ EdsBackup readBackup(std::string_view content)
 
     EdsBackup backup;
     backup.skipped = cards.skipped.size();
-    backup.groups = cards.groups;
+    backup.groups = cards.groups.size();
     for (std::size_t i = 0; i < cards.people.size(); ++i) {
         const auto& range = cards.ranges[i];
         const auto card = text.substr(range.begin, range.end - range.begin - range.lineEndSize);

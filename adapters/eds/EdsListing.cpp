@@ -1,5 +1,6 @@
 #include "adapters/eds/EdsListing.h"
 
+#include "adapters/eds/EdsBooks.h"
 #include "platform/PlatformError.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ std::size_t EdsListing::add(const ServiceBook& book, std::vector<ContactText> co
 {
     const auto bookPosition = books_.size();
     books_.push_back(book);
+    const auto& source = sources_.emplace_back(std::string(kEdsName) + book.uid, book.name);
     const auto& kept = texts_.emplace_back(std::move(contacts));
     const auto expected = cards_.people.size() + kept.size();
     cards_.people.reserve(expected);
@@ -21,17 +23,18 @@ std::size_t EdsListing::add(const ServiceBook& book, std::vector<ContactText> co
     std::size_t skipped = 0;
     for (const auto& contact : kept) {
         const auto count = cards_.people.size();
-        const auto groups = cards_.groups;
+        const auto groups = cards_.groups.size();
         reader_.read(contact.card, CardReader::Text::Utf8, cards_);
         const bool isPerson = cards_.people.size() == count + 1;
         const auto id = isPerson ? idOf(book, contact.uid) : std::string_view();
         // A removal names the person by this id, so nobody else may have it.
         if (!isPerson || contact.uid.empty() || !positions_.try_emplace(id, count).second) {
             cards_.people.resize(count);
-            skipped += cards_.groups == groups ? 1 : 0;
+            skipped += cards_.groups.size() == groups ? 1 : 0;
             continue;
         }
         cards_.people.back().uid = id;
+        cards_.people.back().source = &source;
         entries_.push_back({bookPosition, contact.uid, contact.card});
     }
     return skipped;

@@ -6,6 +6,7 @@
 #include "text/TextHash.h"
 
 #include <cstddef>
+#include <deque>
 #include <memory_resource>
 #include <span>
 #include <string>
@@ -42,6 +43,7 @@ public:
     std::size_t add(const ServiceBook& book, std::vector<ContactText> contacts);
 
     const std::vector<ServiceBook>& books() const { return books_; }
+    const PersonSource& source(const Entry& entry) const { return sources_[entry.book]; }
     std::span<const Person> people() const { return cards_.people; }
     /// The entry of a person of the listing, by its position.
     const Entry& entry(std::size_t position) const { return entries_[position]; }
@@ -56,6 +58,8 @@ private:
 
     PersonIds ids_;
     std::vector<ServiceBook> books_;
+    // One for each book; the people refer to these.
+    std::deque<PersonSource> sources_;
     // The people's texts are views into these: the books' texts, the reader, the ids formed here.
     std::vector<std::vector<ContactText>> texts_;
     CardReader reader_;

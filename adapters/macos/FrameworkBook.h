@@ -31,6 +31,9 @@ public:
     /// The person as a vCard, in UTF-8; empty when the framework returns none.
     std::optional<std::string> vCard(std::size_t index) const;
 
+    /// Returns the person with this uid; nothing when there is none. Needs no list of people.
+    static std::optional<FrameworkCard> card(const std::string& uid);
+
     /// Marks the person as removed, until `save`: the framework cannot undo it. Returns whether the
     /// framework did so.
     bool removeRecord(std::size_t index);

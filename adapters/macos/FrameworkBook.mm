@@ -53,6 +53,25 @@ ABPerson* personIn(void* people, std::size_t index)
     return [static_cast<NSArray*>(people) objectAtIndex:index];
 }
 
+FrameworkPerson copyOf(ABPerson* person)
+{
+    return {textOf([person valueForProperty:kABUIDProperty]).value_or(""),
+            textOf([person valueForProperty:kABFirstNameProperty]),
+            textOf([person valueForProperty:kABLastNameProperty]),
+            textOf([person valueForProperty:kABNicknameProperty]),
+            timeOf([person valueForProperty:kABModificationDateProperty]),
+            phonesOf([person valueForProperty:kABPhoneProperty])};
+}
+
+std::optional<std::string> vCardOf(ABPerson* person)
+{
+    NSData* const bytes = [person vCardRepresentation];
+    if (bytes == nil) {
+        return std::nullopt;
+    }
+    return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
+}
+
 ABAddressBook* addressBook(void* book) { return static_cast<ABAddressBook*>(book); }
 
 } // namespace
@@ -79,22 +98,35 @@ std::string FrameworkBook::uid(std::size_t index) const
 
 FrameworkPerson FrameworkBook::person(std::size_t index) const
 {
-    ABPerson* const person = personIn(people_, index);
-    return {uid(index),
-            textOf([person valueForProperty:kABFirstNameProperty]),
-            textOf([person valueForProperty:kABLastNameProperty]),
-            textOf([person valueForProperty:kABNicknameProperty]),
-            timeOf([person valueForProperty:kABModificationDateProperty]),
-            phonesOf([person valueForProperty:kABPhoneProperty])};
+    return copyOf(personIn(people_, index));
 }
 
 std::optional<std::string> FrameworkBook::vCard(std::size_t index) const
 {
-    NSData* const bytes = [personIn(people_, index) vCardRepresentation];
-    if (bytes == nil) {
+    return vCardOf(personIn(people_, index));
+}
+
+std::optional<FrameworkCard> FrameworkBook::card(const std::string& uid)
+{
+    NSString* const identifier = [NSString stringWithUTF8String:uid.c_str()];
+    if (identifier == nil) {
         return std::nullopt;
     }
-    return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
+    ABRecord* const record = [[ABAddressBook sharedAddressBook] recordForUniqueId:identifier];
+    if (![record isKindOfClass:[ABPerson class]]) {
+        return std::nullopt;
+    }
+    // Kept until the pool drains: the book may release its own reference meanwhile.
+    ABPerson* const person = [[static_cast<ABPerson*>(record) retain] autorelease];
+    FrameworkCard card{copyOf(person), vCardOf(person), {}};
+    NSArray* const groups = [person parentGroups];
+    for (NSUInteger i = 0; i < [groups count]; ++i) {
+        ABRecord* const group = [groups objectAtIndex:i];
+        if (auto name = textOf([group valueForProperty:kABGroupNameProperty])) {
+            card.groups.push_back(std::move(*name));
+        }
+    }
+    return card;
 }
 
 bool FrameworkBook::removeRecord(std::size_t index)

@@ -27,4 +27,13 @@ struct FrameworkPerson {
     bool operator==(const FrameworkPerson&) const = default;
 };
 
+/// Everything that the framework holds of a person.
+struct FrameworkCard {
+    FrameworkPerson person;
+    /// In UTF-8; nothing when the framework returns none.
+    std::optional<std::string> vCard;
+    /// The names of the person's groups.
+    std::vector<std::string> groups;
+};
+
 }  // namespace dunmora

@@ -2,6 +2,7 @@
 
 #include "adapters/macos/FrameworkBook.h"
 #include "adapters/macos/FrameworkCall.h"
+#include "adapters/vcard/CardProperties.h"
 #include "platform/PlatformError.h"
 #include "text/TextHash.h"
 
@@ -17,6 +18,12 @@ namespace {
 constexpr std::string_view kBook = "The address book of this Mac";
 constexpr std::string_view kNothingMore =
     " The removals cannot be undone, so Dunmora deletes nothing more. Restart Dunmora.";
+
+const PersonSource& macSource()
+{
+    static const PersonSource source{std::string(kMacAddressBookName), "Contacts"};
+    return source;
+}
 
 void requireBook(const FrameworkBook& book)
 {
@@ -59,7 +66,7 @@ PeopleListing listPeople()
             });
         }
     });
-    return PeopleListing(std::move(people));
+    return PeopleListing(std::move(people), macSource());
 }
 
 /// The positions of these people in the book, in its order; those who are gone are omitted.
@@ -248,6 +255,25 @@ std::string MacAddressBook::cards(std::span<const Person* const> people) const
         content += card->second;
     }
     return content;
+}
+
+std::optional<PersonCard> MacAddressBook::card(std::string_view uid) const
+{
+    const auto* const reviewed = reading_.find(std::string(uid));
+    if (reviewed == nullptr) {
+        return std::nullopt;
+    }
+    std::optional<FrameworkCard> current;
+    callFramework(kBook, [&] { current = FrameworkBook::card(reviewed->uid); });
+    // Somebody who has changed since is another card than the reviewed one.
+    if (!current || !current->vCard || current->person != *reviewed) {
+        return std::nullopt;
+    }
+    auto properties = readProperties(*current->vCard, CardReader::Text::Utf8);
+    if (!properties) {
+        return std::nullopt;
+    }
+    return PersonCard{*std::move(properties), std::move(current->groups), macSource()};
 }
 
 }  // namespace dunmora

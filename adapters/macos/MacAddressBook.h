@@ -45,6 +45,7 @@ public:
     void save() override;
     ReadingNotes notes() const override;
     std::string cards(std::span<const Person* const> people) const override;
+    std::optional<PersonCard> card(std::string_view uid) const override;
 
 private:
     const PeopleListing& lastListing() const { return relisted_ ? *relisted_ : reading_; }

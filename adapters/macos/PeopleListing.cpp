@@ -34,7 +34,7 @@ secondsOf(const std::optional<std::chrono::duration<double>>& time)
 
 }  // namespace
 
-PeopleListing::PeopleListing(std::vector<FrameworkPerson> people)
+PeopleListing::PeopleListing(std::vector<FrameworkPerson> people, const PersonSource& source)
 {
     people_.reserve(people.size());
     indexByUid_.reserve(people.size());
@@ -49,7 +49,8 @@ PeopleListing::PeopleListing(std::vector<FrameworkPerson> people)
         phones_.push_back(person.phones ? viewsOf(*person.phones) : std::vector<LabelledPhone>());
         views_.push_back({person.uid, viewOf(person.firstName), viewOf(person.lastName),
                           viewOf(person.nickname), secondsOf(person.modified),
-                          person.phones ? std::optional<PhoneList>(phones_.back()) : std::nullopt});
+                          person.phones ? std::optional<PhoneList>(phones_.back()) : std::nullopt,
+                          &source});
     }
 }
 

@@ -16,7 +16,8 @@ namespace dunmora {
 class PeopleListing final {
 public:
     PeopleListing() = default;
-    explicit PeopleListing(std::vector<FrameworkPerson> people);
+    /// `source` is where all of them are from; it must outlive the listing.
+    PeopleListing(std::vector<FrameworkPerson> people, const PersonSource& source);
     ~PeopleListing() = default;
     PeopleListing(PeopleListing&&) = default;
     PeopleListing& operator=(PeopleListing&&) = default;

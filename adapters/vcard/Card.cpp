@@ -1,6 +1,7 @@
 #include "adapters/vcard/Card.h"
 
 #include "adapters/vcard/PhoneTypes.h"
+#include "adapters/vcard/PropertyTypes.h"
 #include "adapters/vcard/Revision.h"
 #include "adapters/vcard/TextDecoding.h"
 #include "text/Ascii.h"
@@ -23,6 +24,11 @@ std::string upper(std::string_view text)
 }
 
 }  // namespace
+
+std::string_view withoutTel(std::string_view number)
+{
+    return equalsIgnoringCase(number.substr(0, 4), "tel:") ? number.substr(4) : number;
+}
 
 void Card::readVersion(const RawProperty& property)
 {
@@ -64,7 +70,6 @@ std::string_view Card::keep(std::string_view text)
     return {place, text.size()};
 }
 
-/// Decodes the value to UTF-8 and leaves its escapes unresolved.
 std::string_view Card::textOf(const Property& property)
 {
     const auto& encoding = property.encoding;
@@ -178,7 +183,6 @@ std::optional<PhoneList> Card::readPhones()
     return PhoneList(phones, count);
 }
 
-/// Collects the labels first: a label may be hundreds of lines away from the number in its group.
 void Card::readLabels()
 {
     labels_.clear();
@@ -194,24 +198,23 @@ void Card::readLabels()
     }
 }
 
+std::string_view Card::labelOf(std::string_view group) const
+{
+    if (group.empty() || labels_.empty()) {
+        return {};
+    }
+    const auto found = labels_.find(upper(group));
+    return found == labels_.end() ? std::string_view() : found->second;
+}
+
 LabelledPhone Card::readPhone(const Property& property)
 {
-    auto value = unescaped(textOf(property));
-    if (equalsIgnoringCase(value.substr(0, 4), "tel:")) {
-        value.remove_prefix(4);
-    }
-    if (!property.group.empty() && !labels_.empty()) {
-        if (const auto found = labels_.find(upper(property.group)); found != labels_.end()) {
-            return {found->second, value};
-        }
+    const auto value = withoutTel(unescaped(textOf(property)));
+    if (const auto label = labelOf(property.group); !label.empty()) {
+        return {label, value};
     }
     PhoneTypes types;
-    for (auto parameters = property.parameters; !parameters.empty();) {
-        const auto parameter = takeParameter(parameters);
-        if (parameter.name.empty() || equalsIgnoringCase(parameter.name, "TYPE")) {
-            types.add(parameter.value);
-        }
-    }
+    forEachType(property.parameters, [&](std::string_view type) { types.add(type); });
     auto label = types.label();
     if (label && !isUtf8(*label)) {
         label = keep(toUtf8(*label, ""));

@@ -27,6 +27,9 @@ struct RawProperty {
     Property property;
 };
 
+/// A telephone number without the scheme of a URI (RFC 3966).
+std::string_view withoutTel(std::string_view number);
+
 /// The properties of one card, and the person that they describe. One object serves all cards of a
 /// text in turn.
 ///
@@ -52,11 +55,33 @@ public:
 
     void add(const RawProperty& property) { properties_.push_back(property); }
 
+    /// Makes the last property, an AGENT, end where the card ends that is its value.
+    void endAgent(std::size_t end) { properties_.back().end = end; }
+
+    const std::vector<RawProperty>& properties() const { return properties_; }
+
+    /// The lines of a property, as the text has them.
+    std::string_view lines(const RawProperty& property) const
+    {
+        return text_.substr(property.begin, property.end - property.begin);
+    }
+
     /// Unfolds the lines from `begin` to `end` by the rules of the version.
     std::string unfolded(std::size_t begin, std::size_t end, TransferEncoding transfer) const;
 
     /// Unfolds and splits the property. The parts are views into the text or the memory.
     Property parse(const RawProperty& raw);
+
+    /// Decodes the value to UTF-8 and leaves its escapes unresolved. The result is a view into the
+    /// text or the memory, as is that of `unescaped`.
+    std::string_view textOf(const Property& property);
+    std::string_view unescaped(std::string_view text);
+
+    /// Collects the labels of the groups. They come first, because a label may be hundreds of lines
+    /// away from the other properties of its group.
+    void readLabels();
+    /// The label of a group; empty when it has none. Valid after `readLabels`.
+    std::string_view labelOf(std::string_view group) const;
 
     /// Whether the card is a group or a list instead of a person.
     bool isGroup();
@@ -66,13 +91,10 @@ public:
 
 private:
     std::string_view keep(std::string_view text);
-    std::string_view textOf(const Property& property);
-    std::string_view unescaped(std::string_view text);
     const RawProperty* first(PropertyKind kind) const;
     std::optional<std::string_view> firstText(PropertyKind kind);
     void readNames(Person& person);
     std::optional<PhoneList> readPhones();
-    void readLabels();
     LabelledPhone readPhone(const Property& property);
 
     std::string_view text_;

@@ -22,11 +22,14 @@ std::string_view CardFile::text() const
     return encoding_ == FileEncoding::Bytes ? bytes_.view() : std::string_view(decoded_);
 }
 
+CardReader::Text CardFile::textKind() const
+{
+    return encoding_ == FileEncoding::Bytes ? CardReader::Text::Bytes : CardReader::Text::Utf8;
+}
+
 void CardFile::read(CardReader& reader, CardReader::Cards& cards) const
 {
-    reader.read(text(),
-                encoding_ == FileEncoding::Bytes ? CardReader::Text::Bytes : CardReader::Text::Utf8,
-                cards);
+    reader.read(text(), textKind(), cards);
 }
 
 std::vector<CardBytes> CardFile::bytesOf(const std::vector<CardRange>& cards) const

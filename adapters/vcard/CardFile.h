@@ -48,6 +48,9 @@ public:
     /// The content as it was read; a UTF-16 file as UTF-8.
     std::string_view text() const;
 
+    /// How the text is encoded.
+    CardReader::Text textKind() const;
+
     /// Reads the cards of the file, as `CardReader::read`.
     void read(CardReader& reader, CardReader::Cards& cards) const;
     /// The bytes of cards that have been read from the file.

@@ -48,8 +48,8 @@ public:
         /// The offsets of cards that were skipped because they break off, or have no END or no
         /// property.
         std::vector<std::size_t> skipped;
-        /// The number of group and list cards.
-        std::size_t groups = 0;
+        /// The ranges of group and list cards.
+        std::vector<CardRange> groups;
     };
 
     CardReader() = default;

@@ -3,6 +3,7 @@
 #include "text/Ascii.h"
 
 #include <algorithm>
+#include <array>
 
 namespace dunmora {
 
@@ -142,7 +143,7 @@ Property splitProperty(std::string_view text, const PropertyHead& head)
 {
     const auto [group, name] = splitName(text.substr(0, head.nameEnd));
     const auto parameters = text.substr(head.nameEnd, head.colon - head.nameEnd);
-    return {propertyKind(name), group, parameters, valueEncoding(parameters),
+    return {propertyKind(name),         group, name, parameters, valueEncoding(parameters),
             text.substr(head.colon + 1)};
 }
 
@@ -162,11 +163,13 @@ void appendUnescaped(std::string& out, std::string_view text, VCardVersion versi
     }
 }
 
-std::string_view takeComponent(std::string_view& text)
+std::string_view takeComponent(std::string_view& text, char separator)
 {
-    auto end = text.find_first_of(";\\");
+    const std::array<char, 2> delimiters{separator, '\\'};
+    const std::string_view either(delimiters.data(), delimiters.size());
+    auto end = text.find_first_of(either);
     while (end < text.size() && text[end] == '\\') {
-        end = text.find_first_of(";\\", end + 2);
+        end = text.find_first_of(either, end + 2);
     }
     const auto component = text.substr(0, end);
     text.remove_prefix(std::min(component.size() + 1, text.size()));

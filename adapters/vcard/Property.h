@@ -108,6 +108,7 @@ struct ValueEncoding {
 struct Property {
     PropertyKind kind;
     std::string_view group;
+    std::string_view name;
     /// Each with its leading ";"; may be empty.
     std::string_view parameters;
     ValueEncoding encoding;
@@ -121,7 +122,8 @@ Property splitProperty(std::string_view text, const PropertyHead& head);
 /// backslash before a character that needs no escape is kept.
 void appendUnescaped(std::string& out, std::string_view text, VCardVersion version);
 
-/// Removes the first component from a structured value, such as "Lee;Ann", and returns it.
-std::string_view takeComponent(std::string_view& text);
+/// Removes the first component from a structured value, such as "Lee;Ann", and returns it. With a
+/// comma as the separator, the first text of a list.
+std::string_view takeComponent(std::string_view& text, char separator = ';');
 
 }  // namespace dunmora

@@ -40,6 +40,13 @@ std::string_view UidRegistry::assign(std::string_view ownUid, std::string_view c
     }
 }
 
+std::optional<std::size_t> UidRegistry::find(std::string_view uid) const
+{
+    const auto position =
+        index_.find(uid, [&](std::size_t candidate) { return taken_[candidate] == uid; });
+    return position == TextIndex::kNowhere ? std::nullopt : std::optional(position);
+}
+
 /// Records the id. Returns whether it was free.
 bool UidRegistry::take(std::string_view uid)
 {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory_resource>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -25,6 +26,9 @@ public:
     /// Returns the card's own UID when it has one that no earlier card took; otherwise an id
     /// derived from the card's content, with a number when even that is taken.
     std::string_view assign(std::string_view ownUid, std::string_view card);
+
+    /// How many ids had been assigned before this one; nothing for an unknown id.
+    std::optional<std::size_t> find(std::string_view uid) const;
 
 private:
     bool take(std::string_view uid);

@@ -44,6 +44,11 @@ std::string VCardAddressBook::cards(std::span<const Person* const> people) const
     return listing().cards(people);
 }
 
+std::optional<PersonCard> VCardAddressBook::card(std::string_view uid) const
+{
+    return book_ ? book_->card(uid) : std::nullopt;
+}
+
 ReadingNotes VCardAddressBook::notes() const
 {
     return book_ ? book_->notes() : ReadingNotes();

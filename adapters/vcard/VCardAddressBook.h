@@ -7,8 +7,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace dunmora {
 
@@ -36,6 +38,7 @@ public:
     void save() override;
     ReadingNotes notes() const override;
     std::string cards(std::span<const Person* const> people) const override;
+    std::optional<PersonCard> card(std::string_view uid) const override;
 
 private:
     /// The book that was read last. Errors: PlatformError when none has been read.

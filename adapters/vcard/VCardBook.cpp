@@ -9,6 +9,7 @@
 #include "adapters/posix/LockedFile.h"
 #include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardFolder.h"
+#include "adapters/vcard/CardProperties.h"
 #include "adapters/vcard/HardLinks.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
@@ -94,6 +95,8 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
         readFileAt(file, largest);
     }
     noteInterruptedDeletions(path);
+    // The people refer to these, so the list must not grow while they are read.
+    sources_.reserve(files_.size());
     for (std::size_t i = 0; i < files_.size(); ++i) {
         readCards(i);
         if (auto remark = hardLinkRemark(files_[i].names(), links_[i]); !remark.empty()) {
@@ -142,10 +145,12 @@ void VCardBook::readFileAt(const std::filesystem::path& path, std::uintmax_t lar
 void VCardBook::readCards(std::size_t fileIndex)
 {
     const auto& file = files_[fileIndex];
+    const auto& path = file.names().front();
+    const auto& source = sources_.emplace_back(path.string(), path.filename().string());
     const auto firstPerson = cards_.people.size();
     cards_.ranges.clear();
     cards_.skipped.clear();
-    cards_.groups = 0;
+    cards_.groups.clear();
     file.read(reader_, cards_);
 
     uids_.reserve(cards_.people.size());
@@ -155,6 +160,11 @@ void VCardBook::readCards(std::size_t fileIndex)
         person.uid =
             uids_.assign(person.uid, file.text().substr(range.begin, range.end - range.begin -
                                                                          range.lineEndSize));
+        person.source = &source;
+        cardTexts_.push_back({static_cast<std::uint32_t>(fileIndex), range});
+    }
+    for (const auto& range : cards_.groups) {
+        lists_.add(file.text().substr(range.begin, range.end - range.begin), file.textKind());
     }
     placeCards(fileIndex);
     noteSkippedCards(file);
@@ -187,7 +197,7 @@ void VCardBook::noteSkippedCards(const CardFile& file)
                 : std::to_string(count) + " cards in " + name + " (the first in line " + line +
                       ") were skipped because they break off or have no properties. They stay in "
                       "the file unchanged.");
-    } else if (cards_.ranges.empty() && cards_.groups == 0 && !isBlankText(file.text())) {
+    } else if (cards_.ranges.empty() && cards_.groups.empty() && !isBlankText(file.text())) {
         notes_.remarks.push_back(name + " contains no vCards.");
     }
 }
@@ -380,6 +390,27 @@ FileEncoding VCardBook::commonEncoding(std::span<const Person* const> people) co
         encoding = own;
     }
     return encoding.value_or(FileEncoding::Bytes);
+}
+
+std::string_view VCardBook::textOf(const CardText& card) const
+{
+    return files_[card.file].text().substr(card.range.begin, card.range.end - card.range.begin);
+}
+
+std::optional<PersonCard> VCardBook::card(std::string_view uid) const
+{
+    // Everyone takes one id, so that the ids are in the order of the people.
+    const auto person = uids_.find(uid);
+    if (!person) {
+        return std::nullopt;
+    }
+    const auto& place = cardTexts_[*person];
+    auto properties = readProperties(textOf(place), files_[place.file].textKind());
+    if (!properties) {
+        return std::nullopt;
+    }
+    auto lists = lists_.listsOf(*properties);
+    return PersonCard{*std::move(properties), std::move(lists), sources_[place.file]};
 }
 
 std::string VCardBook::cards(std::span<const Person* const> people) const

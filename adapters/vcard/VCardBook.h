@@ -6,18 +6,22 @@
 #include "adapters/posix/OpenFiles.h"
 #include "adapters/vcard/CardFile.h"
 #include "adapters/vcard/CardReader.h"
+#include "adapters/vcard/ListMembers.h"
 #include "adapters/vcard/ReadBack.h"
 #include "adapters/vcard/TextDecoding.h"
 #include "adapters/vcard/UidRegistry.h"
 #include "platform/AddressBook.h"
+#include "platform/PersonCard.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dunmora {
@@ -39,6 +43,7 @@ public:
     void save();
     const ReadingNotes& notes() const { return notes_; }
     std::string cards(std::span<const Person* const> people) const;
+    std::optional<PersonCard> card(std::string_view uid) const;
 
 private:
     /// Where a person's card is.
@@ -49,6 +54,12 @@ private:
         bool isPending = false;
         bool isRemoved = false;
         ByteRange range;
+    };
+
+    /// Where a card is in the text of its file.
+    struct CardText {
+        std::uint32_t file = 0;
+        CardRange range;
     };
 
     /// What a save removes from one file.
@@ -65,6 +76,7 @@ private:
     void readCards(std::size_t fileIndex);
     void noteSkippedCards(const CardFile& file);
     void placeCards(std::size_t fileIndex);
+    std::string_view textOf(const CardText& card) const;
     void discardPending();
     void dropRemoved();
     std::size_t indexOf(const Person& person) const;
@@ -85,6 +97,11 @@ private:
     // With the files, these own the texts that the people refer to.
     CardReader reader_;
     UidRegistry uids_;
+    // One for each file.
+    std::vector<PersonSource> sources_;
+    // The cards of all people read, in the order of their ids; removals change nothing here.
+    std::vector<CardText> cardTexts_;
+    ListMembers lists_;
     // The people listed, and the place of each one's card at the same index.
     CardReader::Cards cards_;
     std::vector<CardPlace> places_;

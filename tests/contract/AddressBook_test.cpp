@@ -57,7 +57,7 @@ public:
         for (const auto& person : people) {
             cards += cardOf(person);
         }
-        write(file_, cards);
+        write(file_, cards + listCardsOf(people));
     }
     std::vector<std::string> uidsSeenByOthers() { return uidsIn(file_); }
     std::string trace() { return traceOf(file_); }
@@ -95,6 +95,9 @@ public:
             const auto name = std::string(1, static_cast<char>('a' + i / 2)) + ".vcf";
             write(folder_ / name,
                   cardOf(people[i]) + (i + 1 < people.size() ? cardOf(people[i + 1]) : ""));
+        }
+        if (const auto lists = listCardsOf(people); !lists.empty()) {
+            write(folder_ / "lists.vcf", lists);
         }
     }
     std::vector<std::string> uidsSeenByOthers() { return uidsIn(folder_); }

@@ -4,9 +4,11 @@
 #include "platform/CardSource.h"
 #include "platform/PlatformError.h"
 #include "tests/fakes/FakeAddressBook.h"
+#include "tests/fakes/FakeCard.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,6 +38,29 @@ protected:
     AddressBook& book() { return underTest_.book(); }
     BookUnderTest& underTest() { return underTest_; }
     std::string cards(const Pointers& people) { return underTest_.cardSource().cards(people); }
+
+    std::optional<PersonCard> card(std::string_view uid)
+    {
+        return underTest_.cardSource().card(uid);
+    }
+
+    /// Whether the person's card holds these properties, in this order, perhaps among others.
+    testing::AssertionResult cardHolds(std::string_view uid,
+                                       const std::vector<CardProperty>& properties)
+    {
+        const auto whole = card(uid);
+        if (!whole) {
+            return testing::AssertionFailure() << "there is no card of " << uid;
+        }
+        auto rest = whole->properties.begin();
+        for (const auto& property : properties) {
+            rest = std::find(rest, whole->properties.end(), property);
+            if (rest == whole->properties.end()) {
+                return testing::AssertionFailure() << property.name << " is missing";
+            }
+        }
+        return testing::AssertionSuccess();
+    }
 
     static FakePerson person(const std::string& uid, const std::string& firstName)
     {
@@ -112,8 +137,114 @@ TYPED_TEST_P(CardSourceContract, ChangesNothing)
     EXPECT_EQ(this->underTest().uidsSeenByOthers(), (std::vector<std::string>{"a", "c"}));
 }
 
+TYPED_TEST_P(CardSourceContract, ReturnsThePropertiesOfAPerson)
+{
+    this->underTest().hold({FakePerson()});
+    this->book().readPeople();
+
+    const auto card = this->card("uid-ann");
+
+    ASSERT_TRUE(card);
+    std::vector<std::string> phones;
+    for (const auto& property : card->properties) {
+        if (property.name == "TEL") {
+            ASSERT_EQ(property.components.size(), 1U);
+            phones.push_back(property.components.front());
+        } else if (property.name == "N") {
+            ASSERT_GE(property.components.size(), 2U);
+            EXPECT_EQ(property.components[0], "Lee");
+            EXPECT_EQ(property.components[1], "Ann");
+        }
+    }
+    EXPECT_EQ(phones, (std::vector<std::string>{"555-0100", "555-0101", "555-0102"}));
+}
+
+TYPED_TEST_P(CardSourceContract, ReturnsWhatIsNoContactField)
+{
+    auto ann = this->person("a", "Ann");
+    ann.properties = {textProperty("NICKNAME", "Annie"),
+                      textProperty("EMAIL", "ann@example.org", "club; choir"),
+                      textProperty("NOTE", "two\nlines, and a \\"),
+                      {"ADR", {}, {"", "", "1 High Street, back", "Oban; Argyll", "", "", ""}, {}}};
+    this->underTest().hold({this->person("b", "Ben"), ann});
+
+    this->book().readPeople();
+
+    EXPECT_TRUE(this->cardHolds("a", ann.properties));
+    EXPECT_FALSE(this->cardHolds("b", {ann.properties.front()}));
+}
+
+TYPED_TEST_P(CardSourceContract, ReturnsAPhotoAsItsBytes)
+{
+    auto ann = this->person("a", "Ann");
+    ann.properties = {
+        {"PHOTO", {}, {}, CardProperty::Binary{"image/jpeg", std::string("\xFF\xD8\xFF\0x", 5)}}};
+    this->underTest().hold({ann});
+
+    this->book().readPeople();
+
+    EXPECT_TRUE(this->cardHolds("a", ann.properties));
+}
+
+TYPED_TEST_P(CardSourceContract, NamesTheListsOfAPerson)
+{
+    auto ann = this->person("a", "Ann");
+    ann.lists = {"Choir", "Rowing, Mondays"};
+    this->underTest().hold({ann, this->person("b", "Ben")});
+
+    this->book().readPeople();
+
+    EXPECT_EQ(this->card("a").value().lists, ann.lists);
+    EXPECT_EQ(this->card("b").value().lists, std::vector<std::string>());
+}
+
+TYPED_TEST_P(CardSourceContract, NamesTheBookOfAPerson)
+{
+    const auto people = this->annBenAndCarol();
+
+    for (const auto& person : people) {
+        ASSERT_NE(person.source, nullptr);
+        EXPECT_NE(person.source->address, "");
+        EXPECT_NE(person.source->name, "");
+        EXPECT_EQ(this->card(person.uid).value().source, *person.source);
+    }
+}
+
+TYPED_TEST_P(CardSourceContract, ReturnsNoCardOfAStranger)
+{
+    this->underTest().hold({this->person("a", "Ann")});
+    EXPECT_FALSE(this->card("a"));
+
+    this->book().readPeople();
+
+    EXPECT_TRUE(this->card("a"));
+    EXPECT_FALSE(this->card("b"));
+    EXPECT_FALSE(this->card(""));
+}
+
+TYPED_TEST_P(CardSourceContract, KeepsTheCardsOfTheReadingAcrossADeletion)
+{
+    this->annBenAndCarol();
+    const auto before = this->card("b").value();
+
+    this->book().removeRecord(this->book().people()[1]);
+    this->book().save();
+    this->book().people();
+
+    ASSERT_TRUE(this->card("b"));
+    EXPECT_EQ(this->card("b")->properties, before.properties);
+    EXPECT_TRUE(this->card("a"));
+    EXPECT_TRUE(this->card("c"));
+    this->book().readPeople();
+    EXPECT_FALSE(this->card("b"));
+    EXPECT_TRUE(this->card("c"));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(CardSourceContract, ReturnsTheCardsInTheRequestedOrder,
                             EndsEachCardWithALineEnd, ReturnsAnEmptyTextForNobody,
-                            RefusesSomebodyWhoIsNotInTheLastListing, ChangesNothing);
+                            RefusesSomebodyWhoIsNotInTheLastListing, ChangesNothing,
+                            ReturnsThePropertiesOfAPerson, ReturnsWhatIsNoContactField,
+                            ReturnsAPhotoAsItsBytes, NamesTheListsOfAPerson, NamesTheBookOfAPerson,
+                            ReturnsNoCardOfAStranger, KeepsTheCardsOfTheReadingAcrossADeletion);
 
 }  // namespace dunmora::test

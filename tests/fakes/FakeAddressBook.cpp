@@ -41,7 +41,9 @@ bool add(const FakePerson& person, std::vector<FakePerson>& book, Restoration& r
 std::span<const Person> FakeAddressBook::readPeople()
 {
     ++readings_;
-    return list();
+    const auto people = list();
+    reviewed_ = listed_;
+    return people;
 }
 
 std::span<const Person> FakeAddressBook::people()
@@ -69,7 +71,7 @@ std::span<const Person> FakeAddressBook::list()
             phones = listedPhones_[i];
         }
         people.push_back({person.uid, person.firstName, person.lastName, person.nickname,
-                          person.modified, phones});
+                          person.modified, phones, &person.source});
     }
     people_ = std::move(people);
     return people_;
@@ -194,6 +196,15 @@ Restoration FakeAddressBook::restore(std::string_view backup, Mode mode)
         ++writes_;
     }
     return result;
+}
+
+std::optional<PersonCard> FakeAddressBook::card(std::string_view uid) const
+{
+    const auto found = std::find_if(reviewed_.begin(), reviewed_.end(),
+                                    [&](const FakePerson& person) { return person.uid == uid; });
+    return found == reviewed_.end()
+               ? std::nullopt
+               : std::optional(PersonCard{propertiesOf(*found), found->lists, found->source});
 }
 
 bool FakeAddressBook::isListed(const Person& person) const

@@ -4,6 +4,7 @@
 #include "platform/CardRestorer.h"
 #include "platform/CardSource.h"
 #include "platform/OpenedBook.h"
+#include "platform/PersonCard.h"
 
 #include <cstddef>
 #include <functional>
@@ -31,6 +32,11 @@ struct FakePerson {
     std::optional<std::vector<Phone>> phones = {{{"_$!<Home>!$_", "555-0100"},
                                                  {"_$!<Work>!$_", "555-0101"},
                                                  {"_$!<Mobile>!$_", "555-0102"}}};
+    /// What the card holds besides, such as an e-mail address.
+    std::vector<CardProperty> properties = {};
+    /// The names of the lists that the person is a member of.
+    std::vector<std::string> lists = {};
+    PersonSource source{"people.vcf", "people.vcf"};
 };
 
 /// A live address book in memory: every listing shows what is in it now.
@@ -45,6 +51,7 @@ public:
     void save() override;
     ReadingNotes notes() const override { return readingNotes; }
     std::string cards(std::span<const Person* const> people) const override;
+    std::optional<PersonCard> card(std::string_view uid) const override;
 
     std::size_t lastRemoved() const override;
     std::string lastRemovedCards() const override;
@@ -93,6 +100,8 @@ private:
     std::string storedCards() const;
 
     std::vector<FakePerson> stored_;
+    // The people of the last `readPeople`.
+    std::vector<FakePerson> reviewed_;
     // The views of the last listing stay valid until the next one.
     std::vector<FakePerson> listed_;
     std::vector<std::vector<LabelledPhone>> listedPhones_;

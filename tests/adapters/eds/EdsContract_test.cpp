@@ -32,6 +32,9 @@ public:
         if (property == "LeavesMissingPropertiesEmpty") {
             return "The service gives every contact a modification date.";
         }
+        if (property == "NamesTheListsOfAPerson") {
+            return "The service has lists of its own kind, which are not read.";
+        }
         return std::nullopt;
     }
 

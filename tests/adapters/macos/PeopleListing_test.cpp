@@ -12,6 +12,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+const PersonSource kSource{"macos:", "Contacts"};
+
 FrameworkPerson person(const std::string& uid)
 {
     FrameworkPerson person;
@@ -22,16 +24,24 @@ FrameworkPerson person(const std::string& uid)
 
 TEST(PeopleListing, ShowsPeopleInTheirOrder)
 {
-    const PeopleListing listing({person("b"), person("a")});
+    const PeopleListing listing({person("b"), person("a")}, kSource);
 
     ASSERT_EQ(listing.people().size(), 2U);
     EXPECT_EQ(listing.people()[0].uid, "b");
     EXPECT_EQ(listing.people()[1].uid, "a");
 }
 
+TEST(PeopleListing, SaysWhereEveryoneIsFrom)
+{
+    const PeopleListing listing({person("a"), person("b")}, kSource);
+
+    EXPECT_EQ(listing.people()[0].source, &kSource);
+    EXPECT_EQ(listing.people()[1].source, &kSource);
+}
+
 TEST(PeopleListing, SkipsPeopleWithoutAUniqueUid)
 {
-    const PeopleListing listing({person("a"), person(""), person("a"), person("b")});
+    const PeopleListing listing({person("a"), person(""), person("a"), person("b")}, kSource);
 
     ASSERT_EQ(listing.people().size(), 2U);
     EXPECT_EQ(listing.people()[1].uid, "b");
@@ -45,7 +55,7 @@ TEST(PeopleListing, RoundsTimesDownToSeconds)
     auto late = person("b");
     late.modified = 1714557600.9s;
 
-    const PeopleListing listing({early, late});
+    const PeopleListing listing({early, late}, kSource);
 
     EXPECT_EQ(listing.people()[0].modified, std::chrono::sys_seconds(-1s));
     EXPECT_EQ(listing.people()[1].modified, std::chrono::sys_seconds(1714557600s));
@@ -56,7 +66,7 @@ TEST(PeopleListing, DistinguishesAnEmptyListOfPhonesFromNone)
     auto empty = person("a");
     empty.phones.emplace();
 
-    const PeopleListing listing({empty, person("b")});
+    const PeopleListing listing({empty, person("b")}, kSource);
 
     ASSERT_TRUE(listing.people()[0].phones.has_value());
     EXPECT_TRUE(listing.people()[0].phones->empty());
@@ -65,8 +75,8 @@ TEST(PeopleListing, DistinguishesAnEmptyListOfPhonesFromNone)
 
 TEST(PeopleListing, FindsPeopleByItsOwnViewsOnly)
 {
-    const PeopleListing listing({person("a"), person("b")});
-    const PeopleListing other({person("a"), person("b")});
+    const PeopleListing listing({person("a"), person("b")}, kSource);
+    const PeopleListing other({person("a"), person("b")}, kSource);
 
     ASSERT_NE(listing.find(listing.people()[1]), nullptr);
     EXPECT_EQ(listing.find(listing.people()[1])->uid, "b");
@@ -78,7 +88,7 @@ TEST(PeopleListing, KeepsItsViewsWhenItIsMoved)
 {
     auto ann = person("a");
     ann.phones = {{std::nullopt, "555-0100"}};
-    PeopleListing first({ann});
+    PeopleListing first({ann}, kSource);
 
     const PeopleListing second(std::move(first));
 

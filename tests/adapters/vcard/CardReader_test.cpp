@@ -97,7 +97,7 @@ TEST(CardReader, CountsGroupsNeitherAsPeopleNorAsSkipped)
 
         EXPECT_TRUE(text.people().empty()) << kind;
         EXPECT_TRUE(text.cards().skipped.empty()) << kind;
-        EXPECT_EQ(text.cards().groups, 1U) << kind;
+        EXPECT_EQ(text.cards().groups.size(), 1U) << kind;
     }
     EXPECT_EQ(ReadText(card30("KIND:individual\r\n")).people().size(), 1U);
     EXPECT_EQ(ReadText(card30("KIND:org\r\n")).people().size(), 1U);

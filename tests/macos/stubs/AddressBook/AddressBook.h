@@ -10,6 +10,7 @@ FOUNDATION_EXPORT NSString* const kABLastNameProperty;
 FOUNDATION_EXPORT NSString* const kABNicknameProperty;
 FOUNDATION_EXPORT NSString* const kABModificationDateProperty;
 FOUNDATION_EXPORT NSString* const kABPhoneProperty;
+FOUNDATION_EXPORT NSString* const kABGroupNameProperty;
 
 @interface ABRecord : NSObject
 - (id)valueForProperty:(NSString*)property;
@@ -17,6 +18,7 @@ FOUNDATION_EXPORT NSString* const kABPhoneProperty;
 
 @interface ABPerson : ABRecord
 - (NSData*)vCardRepresentation;
+- (NSArray*)parentGroups;
 @end
 
 @interface ABMultiValue : NSObject
@@ -28,6 +30,7 @@ FOUNDATION_EXPORT NSString* const kABPhoneProperty;
 @interface ABAddressBook : NSObject
 + (ABAddressBook*)sharedAddressBook;
 - (NSArray*)people;
+- (ABRecord*)recordForUniqueId:(NSString*)uniqueId;
 - (BOOL)removeRecord:(ABRecord*)record;
 - (BOOL)save;
 @end
