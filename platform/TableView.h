@@ -28,7 +28,9 @@ struct TableColumn {
         Text,
         /// Shares the width that the other columns leave free.
         WideText,
-        CheckBox
+        CheckBox,
+        /// The note of each row (`RowStyle::note`), which is not the data source's.
+        Note
     };
     Kind kind = Kind::Text;
 
@@ -71,10 +73,22 @@ struct RowStyle {
         /// copy holds, a different person, a person's last copy.
         enum class Sign { None, OnlyHere, Doubt, Loss };
         Sign sign = Sign::None;
-        /// A sentence for the tool tip and for assistive technology.
+        /// A sentence for the tool tip and for assistive technology, unless the delegate's
+        /// `wholeWarning` says more.
         std::string text;
     };
     Warning warning;
+    /// A text to show, drawn quietly, where this column's cell is blank.
+    struct Substitute {
+        /// The column's identifier; empty for none.
+        std::string_view column;
+        std::string text;
+        /// What assistive technology reads of the cell.
+        std::string accessibleText;
+    };
+    Substitute substitute;
+    /// Drawn quietly beside the columns of the data source, if the delegate has a `noteTitle`.
+    std::string note;
     /// What assistive technology reads of the row's check box: who it is about, its state, and the
     /// warning.
     std::string accessibleText;
@@ -103,10 +117,22 @@ public:
 
     virtual RowStyle styleOfRow(std::size_t row) = 0;
 
+    /// Returns the row's whole warning, for its tool tip and for assistive technology. Unlike
+    /// `styleOfRow`, which is asked for every row on the screen, this may take a while.
+    virtual std::string wholeWarning(std::size_t row) = 0;
+
+    /// The title of the notes' column, asked whenever the table is reloaded; empty for a table
+    /// without notes. It lives as long as the program.
+    virtual std::string_view noteTitle() = 0;
+
+    /// The selected row has changed (`TableView::selectedRow`); changes in a row are merged.
+    virtual void selectedRowDidChange() = 0;
+
     /// The user has edited these rows in one step; the data source has been given every edit.
     virtual void rowsEdited(std::span<const std::size_t> rows) = 0;
 
-    /// Returns the filter for a text in UTF-8, or null when every row matches.
+    /// Returns the filter for a text in UTF-8, or null when every row matches. The text is empty
+    /// while the user has not typed any, and while the table's filter is closed.
     virtual std::unique_ptr<RowFilter> rowFilter(std::string_view typed) = 0;
 
     /// Returns the row to select when the user types these letters on the table: the first match
@@ -170,6 +196,9 @@ public:
 
     /// Closes the filter, so that every row is shown.
     virtual void endFiltering() = 0;
+
+    /// Asks the delegate for the filter again, whose rule has changed. An open filter stays open.
+    virtual void refilter() = 0;
 };
 
 }  // namespace dunmora

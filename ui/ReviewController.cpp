@@ -143,6 +143,18 @@ RowStyle ReviewController::styleOfRow(std::size_t row)
     return style;
 }
 
+std::string ReviewController::wholeWarning(std::size_t row)
+{
+    return styleOfRow(row).warning.text;
+}
+
+std::string_view ReviewController::noteTitle()
+{
+    return {};
+}
+
+void ReviewController::selectedRowDidChange() {}
+
 void ReviewController::rowsEdited(std::span<const std::size_t> rows)
 {
     marks_.edited(rows);

@@ -63,6 +63,9 @@ public:
     void jobsEnded();
 
     RowStyle styleOfRow(std::size_t row) override;
+    std::string wholeWarning(std::size_t row) override;
+    std::string_view noteTitle() override;
+    void selectedRowDidChange() override;
     void rowsEdited(std::span<const std::size_t> rows) override;
     std::unique_ptr<RowFilter> rowFilter(std::string_view typed) override;
     std::optional<std::size_t>

@@ -4,7 +4,9 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace dunmora {
@@ -13,6 +15,9 @@ namespace dunmora {
 struct DrawnRow {
     /// One text for each column; empty for a check box.
     std::vector<QString> texts;
+    /// The column in which a substitute is drawn because its text is blank, and that text.
+    std::optional<std::size_t> substituteColumn;
+    QString substitute;
     bool isChecked = false;
     RowStyle style;
     /// Whether the row above belongs to another group.

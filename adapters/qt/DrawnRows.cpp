@@ -1,5 +1,6 @@
 #include "adapters/qt/DrawnRows.h"
 
+#include "adapters/qt/OneLineText.h"
 #include "adapters/qt/RowReader.h"
 
 namespace dunmora {
@@ -40,12 +41,20 @@ const DrawnRow* DrawnRows::find(std::size_t row, std::optional<std::size_t> abov
     auto& drawn = found == rows_.end() ? added(row) : found->second;
     const auto& columns = reader_.columns();
     drawn.texts.resize(columns.size());
+    readMarks(row, drawn);
+    drawn.substituteColumn.reset();
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].kind != TableColumn::Kind::CheckBox) {
+        if (columns[i].kind == TableColumn::Kind::Note) {
+            drawn.texts[i] = oneLineText(drawn.style.note);
+        } else if (columns[i].kind != TableColumn::Kind::CheckBox) {
             drawn.texts[i] = reader_.text(row, i);
         }
+        const auto& substitute = drawn.style.substitute;
+        if (!substitute.column.empty() && columns[i].identifier == substitute.column) {
+            drawn.substituteColumn = i;
+            drawn.substitute = oneLineText(substitute.text);
+        }
     }
-    readMarks(row, drawn);
     drawn.beginsGroup = above && groupOf(*above) != drawn.style.group;
     drawn.frame = frame_;
     return &drawn;

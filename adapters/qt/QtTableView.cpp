@@ -4,6 +4,7 @@
 #include "adapters/qt/TableSetup.h"
 
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -31,6 +32,8 @@ QtTableView::QtTableView(QTableView& widget, QWidget* filterBar, QLineEdit* filt
     connect(
         widget.horizontalHeader(), &QHeaderView::sectionResized, this,
         [this](int section, int /*before*/, int width) { widths_.sectionResized(section, width); });
+    connect(widget.selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this] { selectedRowChanged(); });
     connect(&model_, &QAbstractItemModel::dataChanged, this, [this] { redraw(); });
     widget.installEventFilter(this);
     widget.viewport()->installEventFilter(this);
@@ -106,8 +109,11 @@ void QtTableView::reloadData()
     search_.reset();
     clicks_.cancel();
     const bool hadSelection = !selection_.isEmpty();
-    model_.reload(isEnabled_);
-    widths_.rowsChanged();
+    if (model_.reload(isEnabled_)) {
+        widths_.columnsChanged();
+    } else {
+        widths_.rowsChanged();
+    }
     if (hadSelection) {
         selectionChanged();
     }
@@ -127,6 +133,11 @@ void QtTableView::selectRow(std::size_t row)
     search_.finish();
     if (!model_.rows().rowOf(row)) {
         endFiltering();
+        search_.finish();
+    }
+    if (!model_.rows().rowOf(row)) {
+        // The delegate's own filter hides it, too.
+        showAll();
     }
     selection_.select(*model_.rows().rowOf(row));
     focus_.take();
@@ -170,10 +181,20 @@ void QtTableView::endFiltering()
     const bool hadFocus = filterBar_.hasFocus();
     filterBar_.close();
     search_.reset();
-    showAll();
+    if (model_.isAsking()) {
+        filterTyped();
+    } else {
+        showAll();
+    }
     if (hadFocus) {
         focus_.take();
     }
+}
+
+void QtTableView::refilter()
+{
+    search_.reset();
+    filterTyped();
 }
 
 bool QtTableView::eventFilter(QObject* watched, QEvent* event)
@@ -325,6 +346,23 @@ void QtTableView::selectionChanged()
 {
     if (dataSource_ != nullptr && isEnabled_) {
         dataSource_->tableViewSelectionDidChange();
+    }
+    selectedRowChanged();
+}
+
+void QtTableView::selectedRowChanged()
+{
+    // Later: Qt reports a new selection before the keyboard focus has moved to it.
+    if (!std::exchange(isSelectedRowChanged_, true)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                isSelectedRowChanged_ = false;
+                if (auto* const delegate = model_.delegate()) {
+                    delegate->selectedRowDidChange();
+                }
+            },
+            Qt::QueuedConnection);
     }
 }
 

@@ -47,6 +47,7 @@ public:
     bool showsRow(std::size_t row) const override;
     void beginFiltering() override;
     void endFiltering() override;
+    void refilter() override;
 
 private:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -64,11 +65,13 @@ private:
     void showAll();
     void showCount();
     void selectionChanged();
+    void selectedRowChanged();
 
     QPointer<QTableView> widget_;
     TableViewDataSource* dataSource_ = nullptr;
     bool isEnabled_ = true;
     std::atomic<bool> needsDisplay_ = false;
+    bool isSelectedRowChanged_ = false;
 
     TableModel model_;
     TableCellDelegate delegate_;

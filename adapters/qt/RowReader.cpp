@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 #include <variant>
 
 namespace dunmora {
@@ -36,10 +37,22 @@ bool RowReader::setDataSource(TableViewDataSource* dataSource, TableViewDelegate
         return false;
     }
     const auto columns = dataSource->columns();
-    const bool haveChanged =
-        !std::equal(columns.begin(), columns.end(), columns_.begin(), columns_.end());
-    columns_.assign(columns.begin(), columns.end());
-    return haveChanged;
+    const auto before = std::exchange(columns_, {columns.begin(), columns.end()});
+    updateNotes();
+    return columns_ != before;
+}
+
+bool RowReader::updateNotes()
+{
+    const auto title = delegate_ == nullptr ? std::string_view() : delegate_->noteTitle();
+    auto columns = columns_;
+    if (!columns.empty() && columns.back().kind == TableColumn::Kind::Note) {
+        columns.pop_back();
+    }
+    if (!title.empty()) {
+        columns.push_back({{}, title, TableColumn::Kind::Note});
+    }
+    return std::exchange(columns_, columns) != columns;
 }
 
 std::optional<int> RowReader::checkColumn() const
@@ -59,6 +72,9 @@ std::size_t RowReader::numberOfRows() const
 
 QString RowReader::text(std::size_t row, std::size_t column) const
 {
+    if (columns_[column].kind == TableColumn::Kind::Note) {
+        return oneLineText(style(row).note);
+    }
     const auto shown = value(row, columns_[column].identifier);
     return shown ? shownText(*shown) : QString();
 }
@@ -74,6 +90,12 @@ RowStyle RowReader::style(std::size_t row) const
 {
     auto* const asked = delegate();
     return asked == nullptr ? RowStyle() : asked->styleOfRow(row);
+}
+
+QString RowReader::wholeWarning(std::size_t row) const
+{
+    auto* const asked = delegate();
+    return asked == nullptr ? QString() : oneLineText(asked->wholeWarning(row));
 }
 
 QString RowReader::countText(std::size_t shown, std::size_t all) const

@@ -28,6 +28,11 @@ public:
     /// Null while the delegate may not be asked.
     TableViewDelegate* delegate() const { return isAsking_ ? delegate_ : nullptr; }
 
+    /// Adds or removes the column of the notes, as the delegate wants it. Returns whether the
+    /// columns have changed.
+    bool updateNotes();
+
+    /// Those of the data source, then that of the notes, if any.
     const std::vector<TableColumn>& columns() const { return columns_; }
     /// The index of the column with the check boxes.
     std::optional<int> checkColumn() const;
@@ -40,6 +45,8 @@ public:
     /// Whether the cell shows a check mark; false while asking is not allowed.
     bool isChecked(std::size_t row, std::string_view column) const;
     RowStyle style(std::size_t row) const;
+    /// The whole warning of the row; empty while asking is not allowed.
+    QString wholeWarning(std::size_t row) const;
 
     // These are about no row and can always be asked. They are empty without a delegate.
     QString countText(std::size_t shown, std::size_t all) const;

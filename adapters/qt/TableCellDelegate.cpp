@@ -133,8 +133,9 @@ QSize TableCellDelegate::sizeHint(const QStyleOptionViewItem& option,
         return {checkColumnWidth(), rowHeight()};
     }
     const auto* drawn = model_.drawnRow(index.row());
-    const auto text =
-        drawn == nullptr ? QString() : drawn->texts[static_cast<std::size_t>(index.column())];
+    const auto text = drawn == nullptr
+                          ? QString()
+                          : TableModel::shownText(*drawn, static_cast<std::size_t>(index.column()));
     return {option.fontMetrics.horizontalAdvance(text) + textMargins(), rowHeight()};
 }
 
@@ -153,12 +154,12 @@ bool TableCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     }
     QStringList paragraphs;
     if (const auto* drawn = model_.drawnRow(index.row())) {
-        const auto& text = drawn->texts[static_cast<std::size_t>(index.column())];
+        const auto& text = TableModel::shownText(*drawn, static_cast<std::size_t>(index.column()));
         const int width = table_.fontMetrics().horizontalAdvance(text) + textMargins();
         if (width > table_.visualRect(index).width()) {
             paragraphs << text;
         }
-        paragraphs << oneLineText(drawn->style.warning.text);
+        paragraphs << model_.wholeWarning(index.row());
     }
     // An empty text hides the tool tip of another cell.
     QToolTip::showText(event->globalPos(), toolTipText(paragraphs), view->viewport(),
@@ -192,9 +193,15 @@ QStyleOptionViewItem TableCellDelegate::cell(const QStyleOptionViewItem& base,
             option.icon = icon;
         }
     } else {
+        const auto column = static_cast<std::size_t>(index.column());
         option.features |= QStyleOptionViewItem::HasDisplay;
-        option.text =
-            visiblePart(drawn.texts[static_cast<std::size_t>(index.column())], option.rect.width());
+        option.text = visiblePart(TableModel::shownText(drawn, column), option.rect.width());
+        if (TableModel::isSubstitute(drawn, column) ||
+            model_.columns()[column].kind == TableColumn::Kind::Note) {
+            const auto ink = option.palette.color(QPalette::Text);
+            option.palette.setColor(QPalette::Text,
+                                    mixed(option.palette.color(QPalette::Base), ink, kQuiet));
+        }
     }
     return option;
 }

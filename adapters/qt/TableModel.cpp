@@ -21,13 +21,15 @@ bool TableModel::setDataSource(TableViewDataSource* dataSource, TableViewDelegat
     return haveColumnsChanged;
 }
 
-void TableModel::reload(bool isAsking)
+bool TableModel::reload(bool isAsking)
 {
     beginResetModel();
     drawnRows_.clear();
     reader_.setAsking(isAsking);
+    const bool haveColumnsChanged = reader_.updateNotes();
     rows_.reset(reader_.numberOfRows());
     endResetModel();
+    return haveColumnsChanged;
 }
 
 void TableModel::showOnly(ShownRows::SourceRows sourceRows)
@@ -65,6 +67,26 @@ QString TableModel::sourceText(std::size_t sourceRow, std::size_t column) const
 const DrawnRow* TableModel::drawnRow(int row) const
 {
     return drawnRows_.find(rows_.sourceRow(row), sourceRowAbove(row));
+}
+
+bool TableModel::isSubstitute(const DrawnRow& drawn, std::size_t column)
+{
+    return drawn.substituteColumn == column && drawn.texts[column].trimmed().isEmpty();
+}
+
+const QString& TableModel::shownText(const DrawnRow& drawn, std::size_t column)
+{
+    return isSubstitute(drawn, column) ? drawn.substitute : drawn.texts[column];
+}
+
+QString TableModel::wholeWarning(int row) const
+{
+    const auto* const drawn = drawnRow(row);
+    if (drawn == nullptr || drawn->style.warning.text.empty()) {
+        return {};
+    }
+    return isAsking() ? reader_.wholeWarning(rows_.sourceRow(row))
+                      : oneLineText(drawn->style.warning.text);
 }
 
 bool TableModel::isChecked(std::size_t sourceRow, std::string_view column) const
@@ -124,11 +146,11 @@ QVariant TableModel::data(const QModelIndex& index, int role) const
     case Qt::CheckStateRole:
         return drawn->isChecked ? Qt::Checked : Qt::Unchecked;
     case Qt::ToolTipRole:
-        return toolTipText({oneLineText(drawn->style.warning.text)});
+        return toolTipText({wholeWarning(index.row())});
     case Qt::AccessibleDescriptionRole:
-        return oneLineText(drawn->style.warning.text);
+        return wholeWarning(index.row());
     default:
-        return drawn->texts[column];
+        return shownText(*drawn, column);
     }
 }
 
@@ -191,6 +213,9 @@ QString TableModel::accessibleText(const DrawnRow* drawn, std::size_t column) co
 {
     if (drawn != nullptr && columns()[column].kind == TableColumn::Kind::CheckBox) {
         return oneLineText(drawn->style.accessibleText);
+    }
+    if (drawn != nullptr && isSubstitute(*drawn, column)) {
+        return oneLineText(drawn->style.substitute.accessibleText);
     }
     return reader_.accessibleCellText(columns()[column].title,
                                       drawn == nullptr ? std::nullopt

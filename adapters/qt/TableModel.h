@@ -28,8 +28,11 @@ public:
     /// Stops asking until the next `reload`; rows that were drawn stay as they are.
     void freeze() { reader_.setAsking(false); }
     bool isAsking() const { return reader_.isAsking(); }
-    /// Asks for the number of rows, shows all of them, and forgets how they were drawn.
-    void reload(bool isAsking);
+    /// Null while the delegate may not be asked.
+    TableViewDelegate* delegate() const { return reader_.delegate(); }
+    /// Asks for the number of rows and the notes' column, shows all rows, and forgets how they were
+    /// drawn. Returns whether the columns have changed.
+    bool reload(bool isAsking);
 
     const ShownRows& rows() const { return rows_; }
     void showOnly(ShownRows::SourceRows sourceRows);
@@ -50,6 +53,11 @@ public:
     /// The row as the current frame shows it; null for one that is blank.
     const DrawnRow* drawnRow(int row) const;
     void refreshMarks() { drawnRows_.refreshMarks(); }
+    /// The text of the cell, or what is drawn instead because it is blank.
+    static const QString& shownText(const DrawnRow& drawn, std::size_t column);
+    static bool isSubstitute(const DrawnRow& drawn, std::size_t column);
+    /// The whole warning of a row that was drawn.
+    QString wholeWarning(int row) const;
 
     bool isChecked(std::size_t sourceRow, std::string_view column) const;
     /// Edits each of these source rows that is not in this state yet.

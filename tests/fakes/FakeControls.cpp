@@ -148,4 +148,9 @@ void FakeTableView::endFiltering()
     note("endFiltering");
 }
 
+void FakeTableView::refilter()
+{
+    note("refilter");
+}
+
 }  // namespace dunmora::test

@@ -110,6 +110,7 @@ public:
     bool showsRow(std::size_t row) const override;
     void beginFiltering() override;
     void endFiltering() override;
+    void refilter() override;
 
     TableViewDataSource* dataSource = nullptr;
     TableViewDelegate* delegate = nullptr;

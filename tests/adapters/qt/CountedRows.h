@@ -94,6 +94,16 @@ public:
         return rows[row].style;
     }
 
+    std::string wholeWarning(std::size_t row) override
+    {
+        ++warningQuestions;
+        return rows[row].style.warning.text + moreWarning;
+    }
+
+    std::string_view noteTitle() override { return notesTitle; }
+
+    void selectedRowDidChange() override { ++selectedRowChanges; }
+
     void rowsEdited(std::span<const std::size_t> edited) override
     {
         editedRows.emplace_back(edited.begin(), edited.end());
@@ -103,6 +113,9 @@ public:
 
     std::unique_ptr<RowFilter> rowFilter(std::string_view typed) override
     {
+        if (typed.empty() && !filteredName.empty()) {
+            return std::make_unique<TextFilter>(*this, filteredName);
+        }
         return typed.empty() ? nullptr : std::make_unique<TextFilter>(*this, typed);
     }
 
@@ -151,6 +164,13 @@ public:
     std::size_t styleQuestions = 0;
     std::size_t filterQuestions = 0;
     std::size_t selectionChanges = 0;
+    std::size_t selectedRowChanges = 0;
+    std::size_t warningQuestions = 0;
+    /// What `wholeWarning` adds to the warning in the style.
+    std::string moreWarning;
+    std::string_view notesTitle;
+    /// A filter that is in effect while the user has typed nothing: the row's first name.
+    std::string filteredName;
     std::vector<Edit> edits;
     std::vector<std::vector<std::size_t>> editedRows;
     std::vector<std::string> calls;

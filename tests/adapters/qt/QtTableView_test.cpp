@@ -523,6 +523,26 @@ TEST(QtTableView, OutlivesItsWidgets)
     EXPECT_EQ(table.selectedRow(), std::nullopt);
 }
 
+TEST(QtTableView, NotifiesItsDelegateOnceTheSelectedRowHasTheFocus)
+{
+    TableWindow shown(10);
+    shown.table.selectRow(3);
+    shown.settle();
+    shown.rows.selectedRowChanges = 0;
+
+    shown.press(Qt::Key_Down);
+    shown.press(Qt::Key_Down);
+    EXPECT_EQ(shown.rows.selectedRowChanges, 0U);
+    shown.settle();
+    EXPECT_EQ(shown.rows.selectedRowChanges, 1U);
+    EXPECT_EQ(shown.table.selectedRow(), 5U);
+
+    shown.press(Qt::Key_Down, Qt::ControlModifier);
+    shown.settle();
+    EXPECT_EQ(shown.rows.selectedRowChanges, 2U);
+    EXPECT_EQ(shown.table.selectedRow(), std::nullopt);
+}
+
 TEST(QtTableView, LeavesItsWidgetWithoutRowsWhenItIsDestroyedFirst)
 {
     TableWindow shown(3);

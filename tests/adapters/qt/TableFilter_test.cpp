@@ -397,6 +397,45 @@ TEST(TableFilter, KeepsASelectionOfSeparateRows)
     EXPECT_EQ(shown.rows.editedRows[0].size(), 3'000U);
 }
 
+TEST(TableFilter, AppliesTheDelegatesOwnFilterWithAndWithoutATypedText)
+{
+    TableWindow shown(20);
+    shown.rows.filteredName = "First1";
+
+    shown.table.refilter();
+    shown.settle();
+    EXPECT_EQ(shown.rowCount(), 11);
+
+    shown.table.reloadData();
+    shown.settle();
+    EXPECT_EQ(shown.rowCount(), 11);
+
+    shown.table.beginFiltering();
+    shown.type(QStringLiteral("First2"));
+    EXPECT_EQ(shown.rowCount(), 1);
+
+    shown.table.endFiltering();
+    shown.settle();
+    EXPECT_EQ(shown.rowCount(), 11);
+
+    shown.rows.filteredName.clear();
+    shown.table.refilter();
+    EXPECT_EQ(shown.rowCount(), 20);
+}
+
+TEST(TableFilter, ShowsARowThatTheDelegatesOwnFilterHidesToSelectIt)
+{
+    TableWindow shown(20);
+    shown.rows.filteredName = "First1";
+    shown.table.refilter();
+    shown.settle();
+
+    shown.table.selectRow(5);
+
+    EXPECT_EQ(shown.table.selectedRow(), 5U);
+    EXPECT_EQ(shown.rowCount(), 20);
+}
+
 TEST(TableFilter, DropsASelectionTooScatteredToDraw)
 {
     TableWindow shown(20'000);

@@ -187,6 +187,84 @@ TEST(TableLooks, TheCheckBoxIsVisibleInLightAndDark)
     }
 }
 
+TEST(TableLooks, AsksForTheWholeWarningOnlyWhenItIsRead)
+{
+    TableWindow shown(2);
+    shown.rows.rows[0].style.warning = {RowStyle::Warning::Sign::OnlyHere, "Only here"};
+    shown.rows.moreWarning = ": a note";
+    shown.table.setNeedsDisplay();
+    shown.settle();
+    shown.draw();
+    EXPECT_EQ(shown.rows.warningQuestions, 0U);
+
+    EXPECT_EQ(shown.index(0, kModified).data(Qt::ToolTipRole).toString(),
+              QStringLiteral("<qt><p>Only here: a note</p></qt>"));
+    EXPECT_EQ(shown.accessibleCell(0, 0).text(QAccessible::Description),
+              QStringLiteral("Only here: a note"));
+    EXPECT_EQ(shown.index(1, kModified).data(Qt::ToolTipRole).toString(), QString());
+
+    // A disabled table may not ask.
+    shown.table.setEnabled(false);
+    EXPECT_EQ(shown.accessibleCell(0, 0).text(QAccessible::Description),
+              QStringLiteral("Only here"));
+}
+
+TEST(TableLooks, DrawsASubstituteQuietlyWhereTheCellIsBlank)
+{
+    TableWindow shown(3);
+    for (auto& row : shown.rows.rows) {
+        row.texts["fname"] = "\u3000 ";
+        row.style.group = 0;
+    }
+    shown.rows.rows[1].texts["fname"] = "Acme";
+    shown.rows.rows[1].style.substitute = {"fname", "Other", "not read"};
+    shown.rows.rows[2].style.substitute = {"fname", "Acme", "First Name: empty, Acme"};
+    shown.table.setNeedsDisplay();
+    shown.settle();
+    shown.draw();
+    // The greatest contrast with the background in a cell.
+    const auto strength = [&](int row) {
+        const auto place = shown.widget.visualRect(shown.index(row, 1)).adjusted(3, 3, -3, -3);
+        double most = 1;
+        for (int y = place.top(); y < place.bottom(); ++y) {
+            for (int x = place.left(); x < place.right(); ++x) {
+                most = std::max(most, contrast(shown.drawn.pixelColor(x, y), ground(shown, row)));
+            }
+        }
+        return most;
+    };
+
+    EXPECT_EQ(shown.text(1, 1), QStringLiteral("Acme"));
+    EXPECT_EQ(shown.text(2, 1), QStringLiteral("Acme"));
+    EXPECT_EQ(strength(0), 1);
+    EXPECT_GT(strength(2), 4);
+    EXPECT_LT(strength(2), strength(1));
+    EXPECT_EQ(shown.accessibleName(2, 1), QStringLiteral("First Name: empty, Acme"));
+    EXPECT_EQ(shown.accessibleName(1, 1), QStringLiteral("First Name=\"Acme\""));
+}
+
+TEST(TableLooks, ShowsNotesInAColumnOfTheirOwn)
+{
+    TableWindow shown(2);
+    ASSERT_EQ(shown.widget.model()->columnCount(), kModified + 1);
+    shown.rows.rows[0].style.note = "Family";
+    shown.rows.notesTitle = "Book";
+
+    shown.table.reloadData();
+    shown.settle();
+    ASSERT_EQ(shown.widget.model()->columnCount(), kModified + 2);
+    EXPECT_EQ(shown.text(0, kModified + 1), QStringLiteral("Family"));
+    EXPECT_EQ(shown.accessibleName(0, kModified + 1), QStringLiteral("Book=\"Family\""));
+    EXPECT_EQ(
+        shown.widget.model()->headerData(kModified + 1, Qt::Horizontal, Qt::DisplayRole).toString(),
+        QStringLiteral("Book"));
+
+    shown.rows.notesTitle = "";
+    shown.table.reloadData();
+    shown.settle();
+    EXPECT_EQ(shown.widget.model()->columnCount(), kModified + 1);
+}
+
 TEST(TableLooks, EveryCellOfARowShowsItsWarningInATip)
 {
     TableWindow shown(2);
