@@ -13,6 +13,20 @@ namespace {
 
 using Uids = std::vector<std::string>;
 
+TEST(UidRegistry, FindsIdsInTheOrderOfTheirAssignment)
+{
+    UidRegistry registry;
+    EXPECT_FALSE(registry.find("a"));
+    registry.assign("a", "x");
+    const auto made = registry.assign("", "y");
+    registry.assign("b", "z");
+
+    EXPECT_EQ(registry.find("a"), 0U);
+    EXPECT_EQ(registry.find(made), 1U);
+    EXPECT_EQ(registry.find("b"), 2U);
+    EXPECT_FALSE(registry.find("c"));
+}
+
 TEST(UidRegistry, KeepsTheUidOfTheCardUnchanged)
 {
     UidRegistry registry;
