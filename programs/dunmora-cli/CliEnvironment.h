@@ -36,6 +36,9 @@ struct CliEnvironment {
     std::function<std::vector<DesktopBook>()> listDesktopBooks = nullptr;
     /// The names that open address books of the system, as a part of a sentence for the help.
     std::string systemBookHelp = {};
+    /// The name that opens several address books at once, into which nobody can be restored; a
+    /// book's uid may follow it. Empty where there is none.
+    std::string severalBooksName = {};
 };
 
 }  // namespace dunmora

@@ -16,6 +16,8 @@ const std::string_view kUsage =
     "  dunmora-cli delete ADDRESS-BOOK [--match FIELDS] [--check UID]... [--uncheck UID]...\n"
     "                     [--keep-one] [--dry-run] [--yes] [--backup FILE] [--allow-last-copy]\n"
     "                     [--allow-blank-match] [--format table|json] [--quiet]\n"
+    "  dunmora-cli restore BACKUP ADDRESS-BOOK [--dry-run] [--yes] [--format table|json] "
+    "[--quiet]\n"
     "  dunmora-cli fields [FIELDS]\n"
     "  dunmora-cli books  [--format table|json] [--quiet]\n"
     "  dunmora-cli --help | --version\n";
@@ -23,8 +25,8 @@ const std::string_view kUsage =
 namespace {
 
 constexpr auto kExitCodes =
-    "Exit status: 0 success; 1 the address book could not be read or saved, or the deletion was "
-    "refused or declined; 2 usage error.";
+    "Exit status: 0 success; 1 the address book could not be read or saved, somebody could not be "
+    "restored, or the command was refused or declined; 2 usage error.";
 
 /// What `--format` accepts; only a review can be CSV.
 constexpr std::array kFormats{OutputFormat::Table, OutputFormat::Json};
@@ -34,6 +36,7 @@ constexpr std::array kReviewFormats{OutputFormat::Table, OutputFormat::Json, Out
 struct Values {
     BookRequest book;
     DeleteRequest deletion;
+    RestoreRequest restoration;
     std::string match;
     std::string backup;
     std::string fields;
@@ -70,14 +73,19 @@ void addQuietOption(CLI::App& command, Values& values)
                      "Show errors only: no progress, notes or warnings");
 }
 
-void addBookOptions(CLI::App& command, Values& values, std::span<const OutputFormat> formats,
-                    const std::string& systemBookHelp)
+void addBookArgument(CLI::App& command, Values& values, const std::string& systemBookHelp)
 {
     command
         .add_option("ADDRESS-BOOK", values.book.addressBook,
                     "A vCard file or a folder whose *.vcf files hold the cards; " + systemBookHelp)
         ->required()
         ->type_name("");
+}
+
+void addBookOptions(CLI::App& command, Values& values, std::span<const OutputFormat> formats,
+                    const std::string& systemBookHelp)
+{
+    addBookArgument(command, values, systemBookHelp);
     command
         .add_option("--match", values.match,
                     "The fields to compare, separated by commas: " + matchFieldList() +
@@ -117,6 +125,20 @@ void addDeleteOptions(CLI::App& command, Values& values)
                      "Delete people who share only empty fields");
 }
 
+void addRestoreOptions(CLI::App& command, Values& values, const std::string& systemBookHelp)
+{
+    auto& restoration = values.restoration;
+    command.add_option("BACKUP", values.backup, "A vCard file with the people to restore")
+        ->required()
+        ->type_name("");
+    addBookArgument(command, values, systemBookHelp);
+    command.add_flag("--dry-run", restoration.dryRun,
+                     "Show how many people would be restored and write nothing");
+    command.add_flag("--yes", restoration.yes, "Restore without asking");
+    addFormatOption(command, values, kFormats);
+    addQuietOption(command, values);
+}
+
 /// The arguments with every "--name=" split into the option and an empty value; the parser would
 /// take the next argument as the value.
 std::vector<std::string> withEmptyValues(std::span<const std::string> arguments)
@@ -137,7 +159,7 @@ std::vector<std::string> withEmptyValues(std::span<const std::string> arguments)
 
 bool wasGiven(const CLI::App& command, const std::string& option)
 {
-    return command.count(option) > 0;
+    return command.get_option_no_throw(option) != nullptr && command.count(option) > 0;
 }
 
 BookRequest bookRequest(const CLI::App& command, const Values& values)
@@ -162,6 +184,20 @@ DeleteRequest deleteRequest(const CLI::App& command, const Values& values)
         }
         request.backup = values.backup;
     }
+    return request;
+}
+
+RestoreRequest restoreRequest(const CLI::App& command, const Values& values)
+{
+    auto request = values.restoration;
+    const auto book = bookRequest(command, values);
+    request.addressBook = book.addressBook;
+    request.format = book.format;
+    request.quiet = book.quiet;
+    if (values.backup.empty()) {
+        throw CommandError(ExitCode::WrongUse, "The backup's file name is empty.");
+    }
+    request.backup = values.backup;
     return request;
 }
 
@@ -193,6 +229,9 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
     auto& deletion = addCommand(app, "delete", "Deletes the checked duplicates", versionLine);
     addBookOptions(deletion, values, kFormats, systemBookHelp);
     addDeleteOptions(deletion, values);
+    auto& restoration = addCommand(
+        app, "restore", "Puts the people of a backup back into an address book", versionLine);
+    addRestoreOptions(restoration, values, systemBookHelp);
     auto& fields = addCommand(app, "fields", "Shows or stores the match fields of the preferences",
                               versionLine);
     fields
@@ -214,7 +253,7 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
     } catch (const CLI::ParseError& error) {
         throw CommandError(ExitCode::WrongUse,
                            app.get_subcommands().empty()
-                               ? "A command is needed: list, delete, fields or books."
+                               ? "A command is needed: list, delete, restore, fields or books."
                                : error.what());
     }
     if (list.parsed()) {
@@ -222,6 +261,9 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
     }
     if (deletion.parsed()) {
         return deleteRequest(deletion, values);
+    }
+    if (restoration.parsed()) {
+        return restoreRequest(restoration, values);
     }
     if (books.parsed()) {
         return BooksRequest{values.book.format, values.book.quiet};

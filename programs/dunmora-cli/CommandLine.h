@@ -40,6 +40,16 @@ struct DeleteRequest {
     bool allowBlankMatch = false;
 };
 
+/// `dunmora-cli restore`
+struct RestoreRequest {
+    std::filesystem::path backup;
+    std::string addressBook;
+    bool dryRun = false;
+    bool yes = false;
+    OutputFormat format = OutputFormat::Table;
+    bool quiet = false;
+};
+
 /// `dunmora-cli fields`
 struct FieldsRequest {
     /// The fields to store; nullopt only shows the stored ones.
@@ -57,7 +67,8 @@ struct PrintRequest {
     std::string text;
 };
 
-using Request = std::variant<ListRequest, DeleteRequest, FieldsRequest, BooksRequest, PrintRequest>;
+using Request = std::variant<ListRequest, DeleteRequest, RestoreRequest, FieldsRequest,
+                             BooksRequest, PrintRequest>;
 
 /// A short summary of the commands and options.
 extern const std::string_view kUsage;

@@ -16,6 +16,7 @@
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/MemoryError.h"
 #include "programs/dunmora-cli/Report.h"
+#include "programs/dunmora-cli/RestoreCommand.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
 #include "review/CheckedPeople.h"
@@ -227,6 +228,16 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
     }
 }
 
+/// Names the command that puts the people back. A backup goes into one address book.
+void reportWayBack(const DeleteRequest& request, const CliEnvironment& environment)
+{
+    const auto& book = request.book.addressBook;
+    const bool isOne = book != environment.severalBooksName;
+    report(environment, "To put these people back: " +
+                            restoreCommand(request.backup->string(), isOne ? book : book + "UID") +
+                            (isOne ? "" : " (for the UID of one address book)"));
+}
+
 }  // namespace
 
 ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& environment)
@@ -270,6 +281,9 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     }
     backUpAndDelete(engine, session, uids, request);
     printResult(engine, uids, request, environment);
+    if (request.backup && !request.dryRun && !request.book.quiet) {
+        reportWayBack(request, environment);
+    }
     return ExitCode::Done;
 }
 

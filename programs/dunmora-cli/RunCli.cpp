@@ -10,6 +10,7 @@
 #include "programs/dunmora-cli/ListCommand.h"
 #include "programs/dunmora-cli/MemoryError.h"
 #include "programs/dunmora-cli/Report.h"
+#include "programs/dunmora-cli/RestoreCommand.h"
 
 #include <exception>
 #include <ostream>
@@ -32,6 +33,11 @@ struct Runner {
     {
         return namingBookInMemoryErrors(request.book.addressBook,
                                         [&] { return deletePeople(request, environment); });
+    }
+    ExitCode operator()(const RestoreRequest& request) const
+    {
+        return namingBookInMemoryErrors(request.addressBook,
+                                        [&] { return restorePeople(request, environment); });
     }
     ExitCode operator()(const FieldsRequest& request) const
     {

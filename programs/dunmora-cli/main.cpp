@@ -46,10 +46,11 @@ int runProgram(const std::vector<std::string>& arguments)
     using namespace dunmora;
     const auto preferences = userDefaults();
     BuildBundle bundle;
-    return runCli(arguments, {openAddressBook, *preferences, bundle, std::cin, std::cout, std::cerr,
-                              isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
-                              isatty(STDERR_FILENO) == 1, terminalWidth(), wantsColour(),
-                              listDesktopBooks, std::string(systemAddressBookHelp())});
+    return runCli(arguments,
+                  {openAddressBook, *preferences, bundle, std::cin, std::cout, std::cerr,
+                   isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
+                   isatty(STDERR_FILENO) == 1, terminalWidth(), wantsColour(), listDesktopBooks,
+                   std::string(systemAddressBookHelp()), std::string(severalAddressBooksName())});
 }
 
 }  // namespace

@@ -24,6 +24,11 @@ std::string_view systemAddressBookName()
     return kEdsName;
 }
 
+std::string_view severalAddressBooksName()
+{
+    return kEdsName;
+}
+
 std::string_view systemAddressBookHelp()
 {
     return "eds: for all address books of the desktop, or eds:UID for one of them";

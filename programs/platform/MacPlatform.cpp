@@ -11,6 +11,11 @@ std::string_view systemAddressBookName()
     return kMacAddressBookName;
 }
 
+std::string_view severalAddressBooksName()
+{
+    return "";
+}
+
 std::string_view systemAddressBookHelp()
 {
     return "macos: for the Mac's own address book";

@@ -19,6 +19,10 @@ class UserDefaults;
 /// The name that opens the system's own address book, where other books have a path: "eds:".
 std::string_view systemAddressBookName();
 
+/// The name that opens several of the system's address books at once, and to which the uid of one
+/// can be appended: "eds:". Empty where the system has only one.
+std::string_view severalAddressBooksName();
+
 /// The names that open address books of the system, as a part of a sentence for the help.
 std::string_view systemAddressBookHelp();
 

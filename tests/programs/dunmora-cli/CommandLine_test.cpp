@@ -28,7 +28,7 @@ TEST_F(CommandLineTest, PrintsItsVersionOnStandardOutput)
 
 TEST_F(CommandLineTest, PrintsItsVersionForEveryCommand)
 {
-    for (const std::string command : {"list", "delete", "fields"}) {
+    for (const std::string command : {"list", "delete", "restore", "fields"}) {
         EXPECT_EQ(run({command, "--version"}), 0) << command;
         EXPECT_EQ(out(), "dunmora-cli 0.1\n") << command;
     }
@@ -37,7 +37,8 @@ TEST_F(CommandLineTest, PrintsItsVersionForEveryCommand)
 TEST_F(CommandLineTest, PrintsItsHelpOnStandardOutput)
 {
     EXPECT_EQ(run({"--help"}), 0);
-    for (const std::string part : {"list", "delete", "fields", "--version", "Exit status"}) {
+    for (const std::string part :
+         {"list", "delete", "restore", "fields", "--version", "Exit status"}) {
         EXPECT_NE(out().find(part), std::string::npos) << part;
     }
     EXPECT_EQ(err(), "");
@@ -58,6 +59,12 @@ TEST_F(CommandLineTest, ExplainsEveryOptionOfACommand)
         EXPECT_NE(out().find(part), std::string::npos) << part;
     }
 
+    EXPECT_EQ(run({"restore", "--help"}), 0);
+    for (const std::string part :
+         {"BACKUP", "ADDRESS-BOOK", "--dry-run", "--yes", "--format", "--quiet"}) {
+        EXPECT_NE(out().find(part), std::string::npos) << part;
+    }
+
     EXPECT_EQ(run({"fields", "--help"}), 0);
     EXPECT_NE(out().find("FIELDS"), std::string::npos);
 }
@@ -66,7 +73,7 @@ TEST_F(CommandLineTest, ExplainsTheNamesOfTheSystemsAddressBooks)
 {
     environment_.systemBookHelp = "own: for the system's own";
 
-    for (const std::string command : {"list", "delete"}) {
+    for (const std::string command : {"list", "delete", "restore"}) {
         EXPECT_EQ(run({command, "--help"}), 0);
         EXPECT_NE(out().find("hold the cards; own: for the system's own\n"), std::string::npos)
             << out();

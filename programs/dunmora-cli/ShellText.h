@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace dunmora {
+
+/// The text as one word for a shell (POSIX). Nothing in it changes the line on a terminal: bytes of
+/// characters that would are written as $'\x1b', which Bash, Zsh and recent POSIX shells know.
+/// Thread: any. Errors: none.
+std::string quotedForShell(std::string_view text);
+
+}  // namespace dunmora
