@@ -62,6 +62,14 @@ public:
     virtual void tableViewSelectionDidChange() = 0;
 };
 
+/// Adjacent rows.
+struct RowRange {
+    std::size_t first = 0;
+    std::size_t size = 0;
+
+    bool operator==(const RowRange&) const = default;
+};
+
 /// What a table shows of a row besides its cells.
 struct RowStyle {
     /// Adjacent rows with the same number belong together: they share a background, and a line
@@ -131,6 +139,10 @@ public:
     /// The user has edited these rows in one step; the data source has been given every edit.
     virtual void rowsEdited(std::span<const std::size_t> rows) = 0;
 
+    /// Returns the rows that belong together with this one, itself included: a filter that finds
+    /// one of them shows them all.
+    virtual RowRange rowsTogetherWith(std::size_t row) = 0;
+
     /// Returns the filter for a text in UTF-8, or null when every row matches. The text is empty
     /// while the user has not typed any, and while the table's filter is closed.
     virtual std::unique_ptr<RowFilter> rowFilter(std::string_view typed) = 0;
@@ -141,9 +153,9 @@ public:
     rowForTyping(std::string_view typed, std::size_t first,
                  const std::function<bool(std::size_t row)>& isShown) = 0;
 
-    /// Returns the text of the open filter about the number of rows. A disabled table asks for it,
-    /// too, because it is about no row in particular.
-    virtual std::string countText(std::size_t shown, std::size_t all) = 0;
+    /// Returns the text of the open filter about how many rows it found. A disabled table asks for
+    /// it, too, because it is about no row in particular.
+    virtual std::string countText(std::size_t found, std::size_t all) = 0;
 
     /// Returns what assistive technology reads of a cell under this title. `shown` is the cell's
     /// text. A disabled table asks for this, too: `shown` is nullopt for a cell that it leaves
@@ -177,21 +189,23 @@ public:
     /// The selected row that has the keyboard focus, if any.
     virtual std::optional<std::size_t> selectedRow() const = 0;
 
-    /// Selects this row alone and scrolls to it; closes a filter that hides it.
+    /// Selects this row alone and scrolls to it, and to all rows that belong together with it if
+    /// they fit; closes a filter that hides it.
     virtual void selectRow(std::size_t row) = 0;
 
     /// Passes the data source an edit of this column for every selected row that is not in that
-    /// state yet, then notifies the delegate. Rows that a filter hides are not selected.
+    /// state yet, then notifies the delegate. Rows that a filter hides are not selected. Rows that
+    /// it did not find itself are edited only when no other one is selected.
     virtual void editSelectedRows(std::string_view column, CheckState state) = 0;
 
-    /// The same for every row that is shown.
+    /// The same for every row, or for every one that the filter found.
     virtual void editShownRows(std::string_view column, CheckState state) = 0;
 
     /// Whether the row exists and no filter hides it.
     virtual bool showsRow(std::size_t row) const = 0;
 
-    /// Opens the filter: the table shows only rows that contain what the user types. Check marks do
-    /// not change.
+    /// Opens the filter: the table shows only rows that contain what the user types and, in a
+    /// quieter colour, those that belong together with them. Check marks do not change.
     virtual void beginFiltering() = 0;
 
     /// Closes the filter, so that every row is shown.

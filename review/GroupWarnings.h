@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/TableView.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -16,14 +18,6 @@ enum class GroupWarning {
     LosesEveryCopy,
     /// The fields compared are empty: several people who have no text in common.
     SharesOnlyEmptyFields,
-};
-
-/// Adjacent rows.
-struct RowRange {
-    std::size_t first = 0;
-    std::size_t size = 0;
-
-    bool operator==(const RowRange&) const = default;
 };
 
 /// The groups that the user should look at again, kept up to date row by row.

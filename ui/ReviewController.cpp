@@ -160,6 +160,12 @@ void ReviewController::rowsEdited(std::span<const std::size_t> rows)
     marks_.edited(rows);
 }
 
+RowRange ReviewController::rowsTogetherWith(std::size_t row)
+{
+    const auto group = warnings_.groupOfRow(row);
+    return group ? warnings_.rowsOfGroup(*group) : RowRange{row, 1};
+}
+
 std::unique_ptr<RowFilter> ReviewController::rowFilter(std::string_view typed)
 {
     return reviewFilter(typed);
@@ -172,9 +178,9 @@ ReviewController::rowForTyping(std::string_view typed, std::size_t first,
     return dunmora::rowForTyping(typed, first, isShown);
 }
 
-std::string ReviewController::countText(std::size_t shown, std::size_t all)
+std::string ReviewController::countText(std::size_t found, std::size_t all)
 {
-    return dunmora::countText(shown, all);
+    return dunmora::countText(found, all);
 }
 
 std::string ReviewController::accessibleCellText(std::string_view title,

@@ -67,11 +67,12 @@ public:
     std::string_view noteTitle() override;
     void selectedRowDidChange() override;
     void rowsEdited(std::span<const std::size_t> rows) override;
+    RowRange rowsTogetherWith(std::size_t row) override;
     std::unique_ptr<RowFilter> rowFilter(std::string_view typed) override;
     std::optional<std::size_t>
     rowForTyping(std::string_view typed, std::size_t first,
                  const std::function<bool(std::size_t row)>& isShown) override;
-    std::string countText(std::size_t shown, std::size_t all) override;
+    std::string countText(std::size_t found, std::size_t all) override;
     std::string accessibleCellText(std::string_view title,
                                    std::optional<std::string_view> shown) override;
 

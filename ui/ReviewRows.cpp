@@ -142,10 +142,10 @@ std::string accessibleCellText(std::string_view title, std::optional<std::string
     return text;
 }
 
-std::string countText(std::size_t shown, std::size_t all)
+std::string countText(std::size_t found, std::size_t all)
 {
-    const auto count = std::to_string(shown) + " of " + std::to_string(all) + " shown";
-    return shown == 0 && all > 0 ? "No matches: " + count : count;
+    const auto count = std::to_string(found) + " of " + std::to_string(all) + " match";
+    return found == 0 && all > 0 ? "No matches: " + count : count;
 }
 
 std::unique_ptr<RowFilter> reviewFilter(std::string_view typed)

@@ -29,8 +29,8 @@ std::string accessibleText(const ContactRecord& contact, std::string_view warnin
 /// As `TableViewDelegate::accessibleCellText`: "Home: 555-0100".
 std::string accessibleCellText(std::string_view title, std::optional<std::string_view> shown);
 
-/// As `TableViewDelegate::countText`: "3 of 120 shown".
-std::string countText(std::size_t shown, std::size_t all);
+/// As `TableViewDelegate::countText`: "3 of 120 match".
+std::string countText(std::size_t found, std::size_t all);
 
 /// As `TableViewDelegate::rowFilter`, with a `ContactFilter`.
 std::unique_ptr<RowFilter> reviewFilter(std::string_view typed);

@@ -25,7 +25,7 @@ QtTableView::QtTableView(QTableView& widget, QWidget* filterBar, QLineEdit* filt
       filterBar_(filterBar, filterLine,
                  {[this] { filterTyped(); }, [this] { filterLeft(); }, [this] { endFiltering(); }}),
       focus_(widget, filterBar_),
-      search_(model_.rows(), [this](ShownRows::SourceRows rows) { showFound(std::move(rows)); })
+      search_(model_.rows(), [this](const ShownRows::SourceRows& rows) { showFound(rows); })
 {
     setUpTable(widget);
     widget.setItemDelegate(&delegate_);
@@ -140,22 +140,26 @@ void QtTableView::selectRow(std::size_t row)
         showAll();
     }
     selection_.select(*model_.rows().rowOf(row));
+    scrollTo(row);
     focus_.take();
 }
 
 void QtTableView::editSelectedRows(std::string_view column, CheckState state)
 {
     if (state != CheckState::Mixed) {
-        edit(selection_.sourceRows(), column, state == CheckState::On);
+        edit(selection_.sourceRowsToEdit(), column, state == CheckState::On);
     }
 }
 
 void QtTableView::editShownRows(std::string_view column, CheckState state)
 {
     search_.finish();
-    std::vector<std::size_t> sourceRows(static_cast<std::size_t>(model_.rows().count()));
-    for (std::size_t row = 0; row < sourceRows.size(); ++row) {
-        sourceRows[row] = model_.rows().sourceRow(static_cast<int>(row));
+    std::vector<std::size_t> sourceRows;
+    sourceRows.reserve(model_.rows().foundCount());
+    for (int row = 0; row < model_.rows().count(); ++row) {
+        if (!model_.rows().isCompanion(row)) {
+            sourceRows.push_back(model_.rows().sourceRow(row));
+        }
     }
     if (state != CheckState::Mixed) {
         edit(sourceRows, column, state == CheckState::On);
@@ -269,7 +273,7 @@ void QtTableView::toggleSelectedRows()
         return;
     }
     const auto column = model_.columns()[static_cast<std::size_t>(*check)].identifier;
-    const auto rows = selection_.sourceRows();
+    const auto rows = selection_.sourceRowsToEdit();
     const bool areAllChecked =
         std::all_of(rows.begin(), rows.end(),
                     [this, column](std::size_t row) { return model_.isChecked(row, column); });
@@ -294,6 +298,18 @@ void QtTableView::redraw()
     model_.refreshMarks();
     if (widget_ != nullptr) {
         widget_->viewport()->update();
+    }
+}
+
+void QtTableView::scrollTo(std::size_t sourceRow)
+{
+    const auto& rows = model_.rows();
+    const auto together = model_.rowsTogetherWith(sourceRow);
+    const int first = rows.firstRowFrom(together.first);
+    const int end = rows.firstRowFrom(together.first + together.size);
+    // Each step scrolls no further than needed, so the last one decides when not all of them fit.
+    for (const int row : {end - 1, first, *rows.rowOf(sourceRow)}) {
+        widget_->scrollTo(model_.index(row, std::max(widget_->currentIndex().column(), 0)));
     }
 }
 
@@ -322,10 +338,10 @@ void QtTableView::filterLeft()
     focus_.take();
 }
 
-void QtTableView::showFound(ShownRows::SourceRows rows)
+void QtTableView::showFound(const ShownRows::SourceRows& rows)
 {
     clicks_.cancel();
-    selection_.keepDuring([this, &rows] { model_.showOnly(std::move(rows)); });
+    selection_.keepDuring([this, &rows] { model_.showOnly(rows); });
     showCount();
 }
 

@@ -58,10 +58,12 @@ private:
     void toggleSelectedRows();
     void edit(std::span<const std::size_t> sourceRows, std::string_view column, bool isChecked);
     void redraw();
+    /// Scrolls to a row and, if they fit, to all that belong together with it.
+    void scrollTo(std::size_t sourceRow);
 
     void filterTyped();
     void filterLeft();
-    void showFound(ShownRows::SourceRows rows);
+    void showFound(const ShownRows::SourceRows& rows);
     void showAll();
     void showCount();
     void selectionChanged();

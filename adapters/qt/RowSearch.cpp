@@ -65,8 +65,8 @@ void RowSearch::proceed(Until until)
     turn_.stop();
     filter_.reset();
     lastTyped_ = std::move(typed_);
-    lastMatches_ = matches_;
-    found_(std::exchange(matches_, {}));
+    lastMatches_ = std::exchange(matches_, {});
+    found_(lastMatches_);
 }
 
 }  // namespace dunmora

@@ -19,7 +19,7 @@ namespace dunmora {
 /// Thread: the main thread. Errors: none.
 class RowSearch final {
 public:
-    using Found = std::function<void(ShownRows::SourceRows rows)>;
+    using Found = std::function<void(const ShownRows::SourceRows& rows)>;
 
     /// `found` is called once for each search that finishes, from within a call below or from the
     /// event loop. The table's rows must outlive this.

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/TableView.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -16,13 +19,19 @@ public:
 
     /// Shows all of these rows; rows beyond what Qt can count are omitted.
     void reset(std::size_t sourceRowCount);
-    /// Shows only these source rows, which are in ascending order.
-    void showOnly(SourceRows sourceRows) { filtered_ = std::move(sourceRows); }
-    void showAll() { filtered_.reset(); }
+    /// Shows only the source rows that a filter found, in ascending order, and those that belong
+    /// together with them.
+    void showOnly(const SourceRows& found,
+                  const std::function<RowRange(std::size_t sourceRow)>& rowsTogetherWith);
+    void showAll();
     bool areFiltered() const { return filtered_.has_value(); }
 
     std::size_t sourceRowCount() const { return sourceRowCount_; }
     int count() const;
+    /// How many rows are shown for themselves: all of them, or those that the filter found.
+    std::size_t foundCount() const;
+    /// Whether the row is shown only because it belongs together with one that the filter found.
+    bool isCompanion(int row) const;
 
     std::size_t sourceRow(int row) const;
     /// The row that shows this source row, if any.
@@ -33,6 +42,9 @@ public:
 private:
     std::size_t sourceRowCount_ = 0;
     std::optional<SourceRows> filtered_;
+    /// By row; only while rows are filtered.
+    std::vector<bool> isCompanion_;
+    std::size_t companions_ = 0;
 };
 
 }  // namespace dunmora

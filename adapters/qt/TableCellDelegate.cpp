@@ -175,6 +175,11 @@ QStyleOptionViewItem TableCellDelegate::cell(const QStyleOptionViewItem& base,
     option.textElideMode = Qt::ElideRight;
     option.displayAlignment = Qt::AlignLeading | Qt::AlignVCenter;
     option.features.setFlag(QStyleOptionViewItem::WrapText, false);
+    if (model_.rows().isCompanion(index.row())) {
+        option.palette.setColor(QPalette::Text,
+                                mixed(option.palette.color(QPalette::Base),
+                                      option.palette.color(QPalette::Text), kQuiet));
+    }
     if (index.column() == model_.checkColumn()) {
         option.features |= QStyleOptionViewItem::HasCheckIndicator;
         option.checkState = drawn.isChecked ? Qt::Checked : Qt::Unchecked;

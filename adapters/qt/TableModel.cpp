@@ -32,10 +32,16 @@ bool TableModel::reload(bool isAsking)
     return haveColumnsChanged;
 }
 
-void TableModel::showOnly(ShownRows::SourceRows sourceRows)
+RowRange TableModel::rowsTogetherWith(std::size_t sourceRow) const
+{
+    auto* const delegate = reader_.delegate();
+    return delegate == nullptr ? RowRange{sourceRow, 1} : delegate->rowsTogetherWith(sourceRow);
+}
+
+void TableModel::showOnly(const ShownRows::SourceRows& found)
 {
     beginResetModel();
-    rows_.showOnly(std::move(sourceRows));
+    rows_.showOnly(found, [this](std::size_t sourceRow) { return rowsTogetherWith(sourceRow); });
     endResetModel();
 }
 
@@ -50,7 +56,7 @@ void TableModel::showAll()
 
 QString TableModel::countText() const
 {
-    return reader_.countText(static_cast<std::size_t>(rows_.count()), rows_.sourceRowCount());
+    return reader_.countText(rows_.foundCount(), rows_.sourceRowCount());
 }
 
 std::unique_ptr<RowFilter> TableModel::filter(const QString& typed) const

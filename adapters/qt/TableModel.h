@@ -35,7 +35,10 @@ public:
     bool reload(bool isAsking);
 
     const ShownRows& rows() const { return rows_; }
-    void showOnly(ShownRows::SourceRows sourceRows);
+    /// The row itself while the delegate may not be asked.
+    RowRange rowsTogetherWith(std::size_t sourceRow) const;
+    /// Shows only the source rows that a filter found, and those that belong together with them.
+    void showOnly(const ShownRows::SourceRows& found);
     void showAll();
     /// What the open filter says about the number of rows.
     QString countText() const;

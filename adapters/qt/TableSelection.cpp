@@ -59,6 +59,18 @@ std::vector<std::size_t> TableSelection::sourceRows() const
     return rows;
 }
 
+std::vector<std::size_t> TableSelection::sourceRowsToEdit() const
+{
+    auto rows = sourceRows();
+    const auto isCompanion = [this](std::size_t sourceRow) {
+        return model_.rows().isCompanion(*model_.rows().rowOf(sourceRow));
+    };
+    if (model_.rows().areFiltered() && !std::all_of(rows.begin(), rows.end(), isCompanion)) {
+        std::erase_if(rows, isCompanion);
+    }
+    return rows;
+}
+
 std::optional<std::size_t> TableSelection::currentSourceRow() const
 {
     if (table_ == nullptr) {

@@ -29,6 +29,9 @@ public:
     bool isEmpty() const;
     /// In ascending order.
     std::vector<std::size_t> sourceRows() const;
+    /// The rows that a command on the selection edits: without those that are shown only together
+    /// with others, unless nothing else is selected.
+    std::vector<std::size_t> sourceRowsToEdit() const;
     /// The selected row that has the keyboard focus, if any.
     std::optional<std::size_t> currentSourceRow() const;
 

@@ -381,7 +381,7 @@ TEST_F(ReviewControllerTest, ReadsOutWhomARowIsAboutAndItsWarning)
 
 TEST_F(ReviewControllerTest, SuppliesTheTextsOfTheTable)
 {
-    EXPECT_EQ(review_.countText(0, 3), "No matches: 0 of 3 shown");
+    EXPECT_EQ(review_.countText(0, 3), "No matches: 0 of 3 match");
     EXPECT_EQ(review_.accessibleCellText("Home", std::nullopt), "Home: not shown yet");
 }
 
@@ -503,6 +503,16 @@ TEST_F(ReviewControllerTest, KeepsOneOfEachGroupThatWouldLoseAll)
     main_.command("OnKeepOneOfEach").use();
     EXPECT_EQ(contacts_.objectValue("check", 1), CellValue(true));
     EXPECT_EQ(contacts_.objectValue("check", 0), CellValue(false));
+}
+
+TEST_F(ReviewControllerTest, ShowsTheRowsOfAGroupTogether)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben"),
+              person("5", "Ben")});
+
+    EXPECT_EQ(review_.rowsTogetherWith(1), (RowRange{0, 2}));
+    EXPECT_EQ(review_.rowsTogetherWith(3), (RowRange{2, 3}));
+    EXPECT_EQ(review_.rowsTogetherWith(5), (RowRange{5, 1}));
 }
 
 TEST_F(ReviewControllerTest, ForwardsTheFilterToTheTable)

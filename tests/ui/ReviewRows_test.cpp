@@ -190,14 +190,14 @@ TEST(AccessibleCellText, NamesTheColumnAndWhatTheCellShows)
 
 TEST(CountText, CountsTheRowsThatAreShown)
 {
-    EXPECT_EQ(countText(31, 120), "31 of 120 shown");
-    EXPECT_EQ(countText(120, 120), "120 of 120 shown");
-    EXPECT_EQ(countText(0, 0), "0 of 0 shown");
+    EXPECT_EQ(countText(31, 120), "31 of 120 match");
+    EXPECT_EQ(countText(120, 120), "120 of 120 match");
+    EXPECT_EQ(countText(0, 0), "0 of 0 match");
 }
 
 TEST(CountText, ReportsThatNothingMatches)
 {
-    EXPECT_EQ(countText(0, 3), "No matches: 0 of 3 shown");
+    EXPECT_EQ(countText(0, 3), "No matches: 0 of 3 match");
 }
 
 TEST(AccessibleText, ShowsNoUid)

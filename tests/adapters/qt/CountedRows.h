@@ -111,6 +111,18 @@ public:
         onRowsEdited();
     }
 
+    RowRange rowsTogetherWith(std::size_t row) override
+    {
+        const auto isInGroup = [group = rows[row].style.group](const Row& other) {
+            return other.style.group == group;
+        };
+        const auto size = std::count_if(rows.begin(), rows.end(), isInGroup);
+        const auto first = std::find_if(rows.begin(), rows.end(), isInGroup) - rows.begin();
+        return showsGroups
+                   ? RowRange{static_cast<std::size_t>(first), static_cast<std::size_t>(size)}
+                   : RowRange{row, 1};
+    }
+
     std::unique_ptr<RowFilter> rowFilter(std::string_view typed) override
     {
         if (typed.empty() && !filteredName.empty()) {
@@ -159,6 +171,8 @@ public:
     };
 
     std::vector<Row> rows;
+    /// Whether adjacent rows with the same group belong together.
+    bool showsGroups = false;
     std::size_t countQuestions = 0;
     std::size_t cellQuestions = 0;
     std::size_t styleQuestions = 0;

@@ -152,6 +152,67 @@ TEST(TableFilter, EditsAllRowsThatAreShown)
     EXPECT_FALSE(shown.table.showsRow(20));
 }
 
+/// Rows 4 to 7 and 10 and 11 are found by the text "Five" and shown with their groups.
+class TableGroupFilter : public testing::Test {
+protected:
+    TableGroupFilter()
+    {
+        shown.rows.showsGroups = true;
+        for (const std::size_t row : {5U, 6U, 10U}) {
+            shown.rows.rows[row].texts["nickname"] = "Five";
+        }
+        shown.table.beginFiltering();
+        shown.type(QStringLiteral("Five"));
+    }
+
+    TableWindow shown{20};
+};
+
+TEST_F(TableGroupFilter, ShowsTheWholeGroupOfARow)
+{
+    EXPECT_EQ(firstNames(shown),
+              (Names{"First4", "First5", "First6", "First7", "First10", "First11"}));
+    EXPECT_EQ(shown.countText(), QStringLiteral("3/20"));
+    EXPECT_TRUE(shown.table.showsRow(4));
+
+    shown.type(QString());
+    EXPECT_EQ(shown.rowCount(), 20);
+    EXPECT_EQ(shown.countText(), QStringLiteral("20/20"));
+}
+
+TEST_F(TableGroupFilter, EditsOnlyTheRowsThatItFound)
+{
+    shown.table.editShownRows("check", CheckState::On);
+    EXPECT_EQ(shown.rows.editedRows.back(), (std::vector<std::size_t>{5, 6, 10}));
+
+    shown.widget.selectAll();
+    shown.table.editSelectedRows("check", CheckState::Off);
+    EXPECT_EQ(shown.rows.editedRows.back(), (std::vector<std::size_t>{5, 6, 10}));
+
+    shown.press(Qt::Key_Space);
+    EXPECT_EQ(shown.rows.editedRows.back(), (std::vector<std::size_t>{5, 6, 10}));
+}
+
+TEST_F(TableGroupFilter, EditsAnotherMemberOfAGroupWhenItIsSelectedAlone)
+{
+    shown.select(0, 0);
+    shown.press(Qt::Key_Space);
+    EXPECT_EQ(shown.rows.editedRows.back(), (std::vector<std::size_t>{4}));
+
+    shown.click(shown.checkBox(3));
+    EXPECT_EQ(shown.rows.editedRows.back(), (std::vector<std::size_t>{7}));
+}
+
+TEST_F(TableGroupFilter, SearchesOnlyTheRowsThatItFoundBefore)
+{
+    shown.rows.filterQuestions = 0;
+    shown.rows.rows[10].texts["nickname"] = "Five more";
+    shown.type(QStringLiteral("Five m"));
+
+    EXPECT_EQ(firstNames(shown), (Names{"First10", "First11"}));
+    EXPECT_EQ(shown.rows.filterQuestions, 3U);
+}
+
 TEST(TableFilter, DeselectsTheRowsThatItHides)
 {
     TableWindow shown(30);

@@ -255,6 +255,41 @@ TEST(TableKeyboard, SelectRowSelectsItAloneScrollsToItAndTakesTheFocus)
     EXPECT_EQ(shown.focus(), &shown.widget);
 }
 
+TEST(TableKeyboard, ShowsAllRowsThatBelongTogetherWithTheOneItJumpsTo)
+{
+    TableWindow shown(400);
+    shown.rows.showsGroups = true;
+    for (std::size_t row = 300; row < 305; ++row) {
+        shown.rows.rows[row].style.group = 1000;
+    }
+    const auto isInView = [&shown](int row) {
+        return shown.widget.viewport()->rect().contains(
+            shown.widget.visualRect(shown.index(row, 0)));
+    };
+
+    for (const std::size_t row : {300U, 0U, 304U}) {
+        shown.table.selectRow(row);
+        shown.settle();
+        EXPECT_EQ(isInView(300), row != 0);
+        EXPECT_EQ(isInView(304), row != 0);
+    }
+}
+
+TEST(TableKeyboard, ShowsTheRowItJumpsToWhenItsGroupDoesNotFit)
+{
+    TableWindow shown(400);
+    shown.rows.showsGroups = true;
+    for (auto& row : shown.rows.rows) {
+        row.style.group = 0;
+    }
+
+    shown.table.selectRow(200);
+    shown.settle();
+
+    EXPECT_TRUE(
+        shown.widget.viewport()->rect().contains(shown.widget.visualRect(shown.index(200, 0))));
+}
+
 TEST(TableKeyboard, SelectRowIgnoresARowThatDoesNotExist)
 {
     TableWindow shown(3);

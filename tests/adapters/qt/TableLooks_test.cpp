@@ -453,6 +453,34 @@ TEST(TableLooks, HeadersHaveNames)
               QStringLiteral("<qt><p>Delete</p></qt>"));
 }
 
+TEST(TableLooks, DrawsRowsQuieterThatAFilterShowsOnlyTogetherWithOthers)
+{
+    for (const auto& [base, text] : {std::pair(Qt::white, Qt::black), {Qt::black, Qt::white}}) {
+        TableWindow shown(4);
+        shown.rows.showsGroups = true;
+        shown.widget.setPalette(palette(base, text));
+        shown.rows.rows[0].texts["lname"] = "WWWWWW";
+        shown.rows.rows[1].texts["lname"] = "WWWWWW";
+        shown.rows.rows[0].texts["nickname"] = "Five";
+        shown.table.beginFiltering();
+        shown.type(QStringLiteral("Five"));
+        shown.draw();
+
+        /// The best contrast of a pixel of the last name with its background.
+        const auto best = [&](int row) {
+            double most = 1;
+            const auto cell = shown.widget.visualRect(shown.index(row, kLastName));
+            for (int x = cell.left(); x < cell.left() + 60; ++x) {
+                const auto pixel = shown.drawn.pixelColor(x, cell.center().y());
+                most = std::max(most, contrast(pixel, QColor(base)));
+            }
+            return most;
+        };
+        EXPECT_GT(best(0), best(1) + 3);
+        EXPECT_GE(best(1), 4.5);
+    }
+}
+
 }  // namespace
 
 }  // namespace dunmora::test
