@@ -79,12 +79,12 @@ bool CardFile::areBlank(const Pieces& pieces) const
     return std::all_of(pieces.begin(), pieces.end(), [&](std::string_view piece) {
         // utf16ToUtf8 drops a last odd byte, which is content all the same.
         return encoding_ == FileEncoding::Bytes
-                   ? isBlankText(piece)
-                   : piece.size() % 2 == 0 && isBlankText(utf16ToUtf8(piece, encoding_));
+                   ? isBlankContent(piece)
+                   : piece.size() % 2 == 0 && isBlankContent(utf16ToUtf8(piece, encoding_));
     });
 }
 
-bool isBlankText(std::string_view text)
+bool isBlankContent(std::string_view text)
 {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     while (true) {

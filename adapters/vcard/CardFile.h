@@ -75,6 +75,6 @@ private:
 };
 
 /// Whether the text consists of white space and byte-order marks only.
-bool isBlankText(std::string_view text);
+bool isBlankContent(std::string_view text);
 
 }  // namespace dunmora

@@ -197,7 +197,7 @@ void VCardBook::noteSkippedCards(const CardFile& file)
                 : std::to_string(count) + " cards in " + name + " (the first in line " + line +
                       ") were skipped because they break off or have no properties. They stay in "
                       "the file unchanged.");
-    } else if (cards_.ranges.empty() && cards_.groups.empty() && !isBlankText(file.text())) {
+    } else if (cards_.ranges.empty() && cards_.groups.empty() && !isBlankContent(file.text())) {
         notes_.remarks.push_back(name + " contains no vCards.");
     }
 }
