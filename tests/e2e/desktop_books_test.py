@@ -120,10 +120,22 @@ class TerminalTest(BooksCase):
 
         backup = self.home / "backup.vcf"
         deletion = self.run_cli("delete", "eds:colleagues", "--yes", "--backup", backup)
-        self.assertEqual((deletion.returncode, deletion.stderr), (0, ""))
+        command = f"dunmora-cli restore {backup} eds:colleagues"
+        self.assertEqual((deletion.returncode, deletion.stderr),
+                         (0, f"dunmora-cli: To put these people back: {command}\n"))
         self.assertIn("1 person deleted.", deletion.stdout)
-        self.assertEqual(backup.read_bytes(), before.pop(b"ann-2") + b"\r\n")
+        self.assertEqual(backup.read_bytes(), before[b"ann-2"] + b"\r\n")
+        self.assertEqual(self.cards("colleagues"), {uid: text for uid, text in before.items() if uid != b"ann-2"})
+
+        refused = self.run_cli("restore", backup, "eds:", "--yes")
+        self.assertEqual((refused.returncode, refused.stdout), (1, ""))
+        self.assertIn("Choose one of them", refused.stderr)
+        restored = self.run_cli("restore", backup, "eds:colleagues", "--yes")
+        self.assertEqual((restored.returncode, restored.stdout, restored.stderr), (0, "1 person restored.\n", ""))
         self.assertEqual(self.cards("colleagues"), before)
+        again = self.run_cli("restore", backup, "eds:colleagues", "--yes")
+        self.assertEqual((again.returncode, again.stdout),
+                         (0, "0 people restored.\n1 person is there already.\n"))
 
     def test_loads_the_module_only_for_these_books(self):
         def loaded(*arguments):

@@ -200,7 +200,8 @@ class DeleteTest(EndToEnd):
     def test_cuts_out_the_checked_cards_and_no_other_byte(self):
         code, out, err = self.run_program("delete", self.book, "--yes", "--format", "json", "--backup", self.backup)
 
-        self.assertEqual((code, err), (0, ""))
+        self.assertEqual((code, err), (0, "dunmora-cli: To put these people back: dunmora-cli restore "
+                                          f"{self.backup} {self.book}\n"))
         self.assertEqual(json.loads(out), {"schema": 1, "dryRun": False, "deleted": ["ann-2"], "contacts": 2,
                                            "duplicates": 1})
         self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
