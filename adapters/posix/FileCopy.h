@@ -5,11 +5,27 @@
 #include <sys/stat.h>
 
 #include <ctime>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace dunmora {
 
 /// File operations that differ between Linux and macOS.
 /// Thread: any; may block on a disk. Errors: nothing is thrown; false, and errno.
+
+/// An extended attribute of a file; its value is binary.
+struct FileAttribute {
+    std::string name;
+    std::string value;
+};
+
+/// The extended attributes of an open file, access control lists included where the system keeps
+/// them as attributes. Errors: nullopt, and errno.
+std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file);
+
+/// Gives a file these extended attributes and removes the others where the system allows it.
+bool setAttributes(const std::vector<FileAttribute>& attributes, const Descriptor& file);
 
 /// Copies the extended attributes, access control lists included, and removes those that only `to`
 /// has where the system allows it.

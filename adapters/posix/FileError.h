@@ -15,6 +15,7 @@ namespace dunmora {
 
 inline constexpr std::string_view kCannotBeRead = "cannot be read";
 inline constexpr std::string_view kCannotBeChanged = "cannot be changed";
+inline constexpr std::string_view kCannotBeCreated = "cannot be created";
 inline constexpr std::string_view kCannotBeRemoved = "cannot be removed";
 
 /// Throws a PlatformError such as: “book.vcf” cannot be read: Permission denied.

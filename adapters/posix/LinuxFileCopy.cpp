@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace dunmora {
@@ -66,25 +67,47 @@ std::optional<std::string> attribute(const Descriptor& file, const std::string& 
 
 }  // namespace
 
-bool copyAttributes(const Descriptor& from, const Descriptor& to)
+std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file)
 {
-    const auto names = attributeNames(from);
-    const auto created = names ? attributeNames(to) : std::nullopt;
-    if (!created) {
+    const auto names = attributeNames(file);
+    if (!names) {
+        return std::nullopt;
+    }
+    std::vector<FileAttribute> attributes;
+    for (const auto& name : *names) {
+        auto value = attribute(file, name);
+        if (!value) {
+            return std::nullopt;
+        }
+        attributes.push_back({name, std::move(*value)});
+    }
+    return attributes;
+}
+
+bool setAttributes(const std::vector<FileAttribute>& attributes, const Descriptor& file)
+{
+    const auto existing = attributeNames(file);
+    if (!existing) {
         return false;
     }
-    for (const auto& name : *created) {
-        if (std::find(names->begin(), names->end(), name) == names->end() &&
-            fremovexattr(to.number(), name.c_str()) != 0) {
+    for (const auto& name : *existing) {
+        if (std::none_of(attributes.begin(), attributes.end(),
+                         [&](const FileAttribute& each) { return each.name == name; }) &&
+            fremovexattr(file.number(), name.c_str()) != 0) {
             return false;
         }
     }
-    return std::all_of(names->begin(), names->end(), [&](const std::string& name) {
-        const auto value = attribute(from, name);
-        return value &&
-               (value == attribute(to, name) ||
-                fsetxattr(to.number(), name.c_str(), value->data(), value->size(), 0) == 0);
+    return std::all_of(attributes.begin(), attributes.end(), [&](const FileAttribute& each) {
+        return each.value == attribute(file, each.name) ||
+               fsetxattr(file.number(), each.name.c_str(), each.value.data(), each.value.size(),
+                         0) == 0;
     });
+}
+
+bool copyAttributes(const Descriptor& from, const Descriptor& to)
+{
+    const auto attributes = attributesOf(from);
+    return attributes && setAttributes(*attributes, to);
 }
 
 bool syncFile(const Descriptor& file)

@@ -15,7 +15,7 @@ void writeNewFile(const std::filesystem::path& path, const Pieces& content)
 {
     UnfinishedFile file(path, O_WRONLY, S_IRUSR | S_IWUSR);
     if (!file.descriptor().isOpen()) {
-        throwFileError(path, "cannot be created", errno);
+        throwFileError(path, kCannotBeCreated, errno);
     }
     if (!writeAll(file.descriptor(), content) || !syncFile(file.descriptor())) {
         throwFileError(path, "cannot be written", errno);

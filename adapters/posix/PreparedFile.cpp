@@ -76,13 +76,29 @@ void copyMetadata(const LockedFile& from, const Descriptor& to)
 
 }  // namespace
 
-PreparedFile::PreparedFile(const LockedFile& old, const Pieces& content) : oldName_(old.name())
+PreparedFile::PreparedFile(const LockedFile& old, const Pieces& content)
+    : oldName_(old.name()), whatFails_(kCannotBeChanged)
 {
-    create(old.targets().front());
+    prepare(old.targets().front(), content,
+            [&](const Descriptor& file) { copyMetadata(old, file); });
+}
+
+PreparedFile::PreparedFile(std::filesystem::path name, const std::filesystem::path& target,
+                           const Pieces& content,
+                           const std::function<void(const Descriptor&)>& setMetadata)
+    : oldName_(std::move(name)), whatFails_(kCannotBeCreated)
+{
+    prepare(target, content, setMetadata);
+}
+
+void PreparedFile::prepare(const std::filesystem::path& firstTarget, const Pieces& content,
+                           const std::function<void(const Descriptor&)>& setMetadata)
+{
+    create(firstTarget);
     if (!writeAll(descriptor_, content)) {
         fail(errno);
     }
-    copyMetadata(old, descriptor_);
+    setMetadata(descriptor_);
     if (!syncFile(descriptor_)) {
         fail(errno);
     }
@@ -198,7 +214,7 @@ UnfinishedFile& PreparedFile::at(const std::filesystem::path& name)
 
 void PreparedFile::fail(int error) const
 {
-    throwFileError(oldName_, kCannotBeChanged, error);
+    throwFileError(oldName_, whatFails_, error);
 }
 
 }  // namespace dunmora

@@ -8,21 +8,28 @@
 #include "adapters/posix/UnfinishedFile.h"
 
 #include <filesystem>
+#include <functional>
 #include <list>
+#include <string_view>
 
 namespace dunmora {
 
-/// The complete and flushed new content of a locked file, in a new file of the same folder with the
-/// same owner, mode and extended attributes. The new file is locked too, so that other deletions
-/// leave it alone, and no descriptor allows writing to it.
+/// The complete and flushed new content of a file, in a new file of the same folder. The content of
+/// a locked file comes with the same owner, mode and extended attributes. The new file is locked
+/// too, so that other deletions leave it alone, and no descriptor allows writing to it.
 ///
 /// It has no name where the system supports that (O_TMPFILE), so that a killed process leaves
 /// nothing behind.
 ///
-/// Thread: one at a time; blocks on the disk. Errors: PlatformError about the locked file.
+/// Thread: one at a time; blocks on the disk. Errors: PlatformError about the file.
 class PreparedFile final {
 public:
     PreparedFile(const LockedFile& old, const Pieces& content);
+
+    /// Prepares a file that takes nobody's place but will be at `target`. `setMetadata` gives it
+    /// what it has besides its content. `name` is for errors.
+    PreparedFile(std::filesystem::path name, const std::filesystem::path& target,
+                 const Pieces& content, const std::function<void(const Descriptor&)>& setMetadata);
 
     FileIdentity identity() const { return identity_; }
 
@@ -43,6 +50,8 @@ public:
     void takeBack(const std::filesystem::path& name);
 
 private:
+    void prepare(const std::filesystem::path& firstTarget, const Pieces& content,
+                 const std::function<void(const Descriptor&)>& setMetadata);
     void create(const std::filesystem::path& firstTarget);
     void createNamed(const std::filesystem::path& firstTarget);
     Descriptor openForReading() const;
@@ -52,6 +61,7 @@ private:
 
     // For errors.
     std::filesystem::path oldName_;
+    std::string_view whatFails_;
     FileIdentity identity_;
     // For writing first, then for reading.
     Descriptor descriptor_;
