@@ -28,17 +28,6 @@ bool sameFields(const Person& a, const Person& b)
            samePhones(a.phones.value_or(PhoneList()), b.phones.value_or(PhoneList()));
 }
 
-bool consistsOf(std::string_view content, const Pieces& pieces)
-{
-    for (const auto piece : pieces) {
-        if (!content.starts_with(piece)) {
-            return false;
-        }
-        content.remove_prefix(piece.size());
-    }
-    return content.empty();
-}
-
 bool holdsExactly(const std::filesystem::path& name, FileBytes content,
                   const std::vector<RemainingCard>& expected)
 {
@@ -62,6 +51,23 @@ bool holdsExactly(const std::filesystem::path& name, FileBytes content,
 }
 
 }  // namespace
+
+bool consistsOf(std::string_view content, const Pieces& pieces)
+{
+    for (const auto piece : pieces) {
+        if (!content.starts_with(piece)) {
+            return false;
+        }
+        content.remove_prefix(piece.size());
+    }
+    return content.empty();
+}
+
+bool isReadBack(const std::filesystem::path& name, FileBytes content, const Pieces& written,
+                const std::vector<RemainingCard>& expected)
+{
+    return consistsOf(content.view(), written) && holdsExactly(name, std::move(content), expected);
+}
 
 void checkReadBack(const std::filesystem::path& name, FileBytes content, const Pieces& written,
                    const std::vector<RemainingCard>& expected)

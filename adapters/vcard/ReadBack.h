@@ -17,9 +17,16 @@ struct RemainingCard {
     const Person* person;
 };
 
-/// Throws unless a file's content is what has been written, and the file, read like any other,
-/// holds exactly these cards and people, in this order. The uids are not compared, because those of
-/// equal cards depend on the cards before them.
+/// Whether a file's content is what has been written, and the file, read like any other, holds
+/// exactly these cards and people, in this order. The uids are not compared, because those of equal
+/// cards depend on the cards before them. Thread: any. Errors: none.
+bool isReadBack(const std::filesystem::path& name, FileBytes content, const Pieces& written,
+                const std::vector<RemainingCard>& expected);
+
+/// Whether the content consists of these pieces.
+bool consistsOf(std::string_view content, const Pieces& pieces);
+
+/// Throws unless `isReadBack`.
 ///
 /// This is the last check before a file is replaced: whatever the reason, a deletion must not
 /// change how the others are read. Thread: any. Errors: PlatformError about the file `name`.

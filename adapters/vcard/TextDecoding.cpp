@@ -281,6 +281,57 @@ std::string utf16ToUtf8(std::string_view bytes, FileEncoding encoding)
     return text;
 }
 
+std::string utf8ToUtf16(std::string_view text, FileEncoding encoding)
+{
+    std::string bytes;
+    bytes.reserve(2 * text.size());
+    const auto append = [&](char32_t unit) {
+        const auto high = static_cast<char>(unit >> 8U);
+        const auto low = static_cast<char>(unit & 0xFFU);
+        bytes += encoding == FileEncoding::Utf16BigEndian ? high : low;
+        bytes += encoding == FileEncoding::Utf16BigEndian ? low : high;
+    };
+    for (std::size_t i = 0; i < text.size();) {
+        const auto character = utf8CharacterAt(text, i);
+        i += character.size;
+        if (character.codePoint < 0x10000) {
+            append(character.codePoint);
+        } else {
+            const auto rest = character.codePoint - 0x10000;
+            append(0xD800 + (rest >> 10U));
+            append(0xDC00 + (rest & 0x3FFU));
+        }
+    }
+    return bytes;
+}
+
+std::string lineEndIn(FileEncoding encoding)
+{
+    using namespace std::string_literals;
+    switch (encoding) {
+    case FileEncoding::Utf16LittleEndian:
+        return "\r\0\n\0"s;
+    case FileEncoding::Utf16BigEndian:
+        return "\0\r\0\n"s;
+    case FileEncoding::Bytes:
+        break;
+    }
+    return "\r\n";
+}
+
+std::string byteOrderMarkOf(FileEncoding encoding)
+{
+    switch (encoding) {
+    case FileEncoding::Utf16LittleEndian:
+        return "\xFF\xFE";
+    case FileEncoding::Utf16BigEndian:
+        return "\xFE\xFF";
+    case FileEncoding::Bytes:
+        break;
+    }
+    return {};
+}
+
 std::size_t utf16Size(std::string_view utf8)
 {
     std::size_t units = 0;

@@ -37,6 +37,15 @@ FileEncoding detectEncoding(std::string_view bytes);
 /// A last odd byte is dropped.
 std::string utf16ToUtf8(std::string_view bytes, FileEncoding encoding);
 
+/// Converts UTF-8 to UTF-16 without a byte-order mark. Bytes that are not UTF-8 become U+FFFD.
+std::string utf8ToUtf16(std::string_view text, FileEncoding encoding);
+
+/// A line end (CR LF) in this encoding.
+std::string lineEndIn(FileEncoding encoding);
+
+/// The byte-order mark of UTF-16; empty for other files, which need none.
+std::string byteOrderMarkOf(FileEncoding encoding);
+
 /// Returns the size in UTF-16, in bytes, of a text that `utf16ToUtf8` returned.
 std::size_t utf16Size(std::string_view utf8);
 

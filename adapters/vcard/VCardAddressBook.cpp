@@ -1,5 +1,7 @@
 #include "adapters/vcard/VCardAddressBook.h"
 
+#include "adapters/vcard/BackupRestoration.h"
+#include "adapters/vcard/DeletionUndo.h"
 #include "adapters/vcard/VCardBook.h"
 #include "platform/PlatformError.h"
 
@@ -18,13 +20,14 @@ std::span<const Person> VCardAddressBook::readPeople()
 {
     // Frees the old book first, because two large ones may not fit in memory.
     book_.reset();
+    isStale_ = false;
     book_ = std::make_unique<VCardBook>(path_, largest_);
     return book_->people();
 }
 
 std::span<const Person> VCardAddressBook::people()
 {
-    return book_ ? book_->people() : readPeople();
+    return book_ && !isStale_ ? book_->people() : readPeople();
 }
 
 void VCardAddressBook::removeRecord(const Person& person)
@@ -34,9 +37,53 @@ void VCardAddressBook::removeRecord(const Person& person)
 
 void VCardAddressBook::save()
 {
-    if (book_) {
-        book_->save();
+    if (!book_) {
+        return;
     }
+    // Before the files change, after which nothing may fail.
+    auto& deletion = deletions_.emplace_back();
+    const auto dropIfEmpty = [&] {
+        if (deletion.files.empty()) {
+            deletions_.pop_back();
+        }
+    };
+    try {
+        book_->save(deletion);
+    } catch (...) {
+        dropIfEmpty();
+        throw;
+    }
+    dropIfEmpty();
+}
+
+std::size_t VCardAddressBook::lastRemoved() const
+{
+    return deletions_.empty() ? 0 : deletions_.back().people();
+}
+
+std::string VCardAddressBook::lastRemovedCards() const
+{
+    return deletions_.empty() ? std::string() : deletions_.back().cards();
+}
+
+Restoration VCardAddressBook::restoreLast()
+{
+    if (deletions_.empty()) {
+        return {};
+    }
+    auto result = undo(deletions_.back());
+    isStale_ = true;
+    if (deletions_.back().files.empty()) {
+        deletions_.pop_back();
+    }
+    return result;
+}
+
+Restoration VCardAddressBook::restore(std::string_view backup, Mode mode)
+{
+    auto result = restoreBackup(path_, largest_, backup, mode);
+    isStale_ = isStale_ || result.restored > 0;
+    return result;
 }
 
 std::string VCardAddressBook::cards(std::span<const Person* const> people) const

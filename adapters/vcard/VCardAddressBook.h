@@ -1,9 +1,12 @@
 #pragma once
 
 #include "adapters/vcard/BookSize.h"
+#include "adapters/vcard/Deletion.h"
 #include "platform/AddressBook.h"
+#include "platform/CardRestorer.h"
 #include "platform/CardSource.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -11,6 +14,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
@@ -23,7 +27,7 @@ class VCardBook;
 /// A deletion removes the bytes of the deleted cards and nothing else. It is refused, and nothing
 /// is written, when an affected file has changed since it was read. Each file is replaced as a
 /// whole, so that a crash leaves the old one or the new one.
-class VCardAddressBook final : public AddressBook, public CardSource {
+class VCardAddressBook final : public AddressBook, public CardSource, public CardRestorer {
 public:
     /// Nothing is read before the first listing. A book of more than `largest` bytes is refused.
     explicit VCardAddressBook(std::filesystem::path path,
@@ -40,6 +44,11 @@ public:
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
 
+    std::size_t lastRemoved() const override;
+    std::string lastRemovedCards() const override;
+    Restoration restoreLast() override;
+    Restoration restore(std::string_view backup, Mode mode) override;
+
 private:
     /// The book that was read last. Errors: PlatformError when none has been read.
     VCardBook& listing() const;
@@ -47,6 +56,10 @@ private:
     std::filesystem::path path_;
     std::uintmax_t largest_;
     std::unique_ptr<VCardBook> book_;
+    // People have been put back since the last reading; its listing stays valid.
+    bool isStale_ = false;
+    // What saves have removed and nobody has put back, the last one last.
+    std::vector<Deletion> deletions_;
 };
 
 }  // namespace dunmora

@@ -27,33 +27,6 @@ namespace dunmora {
 
 namespace {
 
-std::string lineEndIn(FileEncoding encoding)
-{
-    using namespace std::string_literals;
-    switch (encoding) {
-    case FileEncoding::Utf16LittleEndian:
-        return "\r\0\n\0"s;
-    case FileEncoding::Utf16BigEndian:
-        return "\0\r\0\n"s;
-    case FileEncoding::Bytes:
-        break;
-    }
-    return "\r\n";
-}
-
-std::string byteOrderMarkOf(FileEncoding encoding)
-{
-    switch (encoding) {
-    case FileEncoding::Utf16LittleEndian:
-        return "\xFF\xFE";
-    case FileEncoding::Utf16BigEndian:
-        return "\xFE\xFF";
-    case FileEncoding::Bytes:
-        break;
-    }
-    return {};
-}
-
 /// The number, counted from 1, of the line that starts at the end of this text.
 std::size_t lineNumberAfter(std::string_view text)
 {
@@ -269,7 +242,7 @@ std::vector<VCardBook::FileRemovals> VCardBook::pendingRemovals() const
         }
         // The people of one file are adjacent.
         if (removals.empty() || removals.back().file != place.file) {
-            removals.push_back({place.file, files_[place.file].removed(), {}});
+            removals.push_back({place.file, files_[place.file].removed(), {}, {}});
         }
         removals.back().ranges.push_back(place.range);
         removals.back().people.push_back(i);
@@ -281,7 +254,7 @@ std::vector<VCardBook::FileRemovals> VCardBook::pendingRemovals() const
     return removals;
 }
 
-void VCardBook::save()
+void VCardBook::save(Deletion& deletion)
 {
     if (!hasPending_) {
         return;
@@ -294,12 +267,15 @@ void VCardBook::save()
     LockedFolders folders;
     const auto openFiles = openFilesFor(removals.size());
     FileChanges changes;
-    for (const auto& ofFile : removals) {
+    for (auto& ofFile : removals) {
         changes.add(prepared(ofFile, folders, openFiles), files_[ofFile.file].names().front());
     }
     std::size_t committed = 0;
+    // Nothing may fail once the files have changed.
+    deletion.files.reserve(deletion.files.size() + removals.size());
     try {
         changes.commit([&](std::size_t i) {
+            deletion.files.push_back(std::move(removals[i].record));
             markRemoved(removals[i]);
             ++committed;
         });
@@ -312,8 +288,8 @@ void VCardBook::save()
     }
 }
 
-std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals,
-                                                LockedFolders& folders, OpenFiles openFiles) const
+std::unique_ptr<FileChange> VCardBook::prepared(FileRemovals& removals, LockedFolders& folders,
+                                                OpenFiles openFiles) const
 {
     const auto& file = files_[removals.file];
     auto locked = LockedFile::open(file.names());
@@ -326,12 +302,15 @@ std::unique_ptr<FileChange> VCardBook::prepared(const FileRemovals& removals,
     locked.expectContent(file.without(file.removed()));
     auto content = file.without(removals.ranges);
     if (isFolder_ && file.areBlank(content)) {
+        removals.record = removedWith(file, locked);
+        removals.record.people = removals.people.size();
         auto removal = std::make_unique<FileRemoval>(std::move(locked));
         if (mayClose) {
             removal->closeFiles();
         }
         return removal;
     }
+    removals.record = removedFrom(file, removals.ranges, locked);
     auto replacement = std::make_unique<FileReplacement>(std::move(locked), std::move(content));
     checkReadBack(file.names().front(), replacement->newContent(), replacement->content(),
                   cardsWithout(removals));

@@ -6,6 +6,7 @@
 #include "adapters/posix/OpenFiles.h"
 #include "adapters/vcard/CardFile.h"
 #include "adapters/vcard/CardReader.h"
+#include "adapters/vcard/Deletion.h"
 #include "adapters/vcard/ListMembers.h"
 #include "adapters/vcard/ReadBack.h"
 #include "adapters/vcard/TextDecoding.h"
@@ -40,7 +41,8 @@ public:
 
     /// Implement `AddressBook` and `CardSource`.
     void removeRecord(const Person& person);
-    void save();
+    /// Adds to `deletion` what has been removed from each file, also when it throws.
+    void save(Deletion& deletion);
     const ReadingNotes& notes() const { return notes_; }
     std::string cards(std::span<const Person* const> people) const;
     std::optional<PersonCard> card(std::string_view uid) const;
@@ -69,6 +71,8 @@ private:
         CardFile::Ranges ranges;
         // The indices of the people to remove.
         std::vector<std::size_t> people;
+        // For putting them back.
+        RemovedFile record;
     };
 
     void readFileAt(const std::filesystem::path& path, std::uintmax_t largest);
@@ -82,7 +86,7 @@ private:
     std::size_t indexOf(const Person& person) const;
     FileEncoding commonEncoding(std::span<const Person* const> people) const;
     std::vector<FileRemovals> pendingRemovals() const;
-    std::unique_ptr<FileChange> prepared(const FileRemovals& removals, LockedFolders& folders,
+    std::unique_ptr<FileChange> prepared(FileRemovals& removals, LockedFolders& folders,
                                          OpenFiles openFiles) const;
     std::string_view cardOf(const CardPlace& place) const;
     std::vector<RemainingCard> cardsWithout(const FileRemovals& removals) const;

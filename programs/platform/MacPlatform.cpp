@@ -44,7 +44,7 @@ OpenedBook openAddressBook(const std::filesystem::path& path)
         return {book, book};
     }
     const auto book = std::make_shared<VCardAddressBook>(path);
-    return {book, book};
+    return {book, book, book};
 }
 
 std::unique_ptr<UserDefaults> userDefaults()

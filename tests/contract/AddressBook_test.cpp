@@ -50,7 +50,12 @@ class VCardFileUnderTest final {
 public:
     AddressBook& book() { return book_; }
     CardSource& cardSource() { return book_; }
+    CardRestorer& restorer() { return book_; }
 
+    void addBehindTheBack(const FakePerson& person)
+    {
+        write(file_, contentOf(file_) + cardOf(person));
+    }
     void hold(const std::vector<FakePerson>& people)
     {
         std::string cards;
@@ -68,6 +73,8 @@ public:
     {
         setPermissions(std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     }
+    void breakRestoring() { breakSaving(); }
+    void mendRestoring() { mendSaving(); }
 
 private:
     void setPermissions(std::filesystem::perms permissions)
@@ -85,7 +92,15 @@ class VCardFolderUnderTest final {
 public:
     AddressBook& book() { return book_; }
     CardSource& cardSource() { return book_; }
+    CardRestorer& restorer() { return book_; }
 
+    // Into the last file, which is created when there is none.
+    void addBehindTheBack(const FakePerson& person)
+    {
+        const auto names = namesIn(folder_);
+        const auto file = folder_ / (names.empty() ? "a.vcf" : *names.rbegin());
+        write(file, (names.empty() ? "" : contentOf(file)) + cardOf(person));
+    }
     void hold(const std::vector<FakePerson>& people)
     {
         for (const auto& name : namesIn(folder_)) {
@@ -115,6 +130,8 @@ public:
     {
         setPermissions(std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     }
+    void breakRestoring() { breakSaving(); }
+    void mendRestoring() { mendSaving(); }
 
 private:
     void setPermissions(std::filesystem::perms permissions)
@@ -138,6 +155,8 @@ INSTANTIATE_TYPED_TEST_SUITE_P(VCardFile, CardSourceContract, VCardFileUnderTest
 INSTANTIATE_TYPED_TEST_SUITE_P(VCardFolder, CardSourceContract, VCardFolderUnderTest);
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, CardRestorerContract, FakeUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(VCardFile, CardRestorerContract, VCardFileUnderTest);
+INSTANTIATE_TYPED_TEST_SUITE_P(VCardFolder, CardRestorerContract, VCardFolderUnderTest);
 
 }  // namespace
 }  // namespace dunmora::test
