@@ -98,12 +98,12 @@ std::vector<std::string> formattedNames(const CardProperty& name)
         joined({middle, suffix}),
         joined({prefix, middle, suffix}),
     };
-    if (!isBlankText(family) && !isBlankText(given)) {
+    if (!showsNothing(family) && !showsNothing(given)) {
         const auto comma = withFoldedWhiteSpace(family) + ", ";
         names.push_back(comma + joined({given}));
         names.push_back(comma + joined({given, additional}));
     }
-    if (!isBlankText(suffix)) {
+    if (!showsNothing(suffix)) {
         const auto comma = ", " + withFoldedWhiteSpace(suffix);
         names.push_back(joined({given, family}) + comma);
         names.push_back(middle + comma);
@@ -141,7 +141,7 @@ bool isIgnored(const CardProperty& property)
         return property.binary->bytes.empty();
     }
     return std::all_of(property.components.begin(), property.components.end(),
-                       [](const std::string& component) { return isBlankText(component); });
+                       [](const std::string& component) { return showsNothing(component); });
 }
 
 void CardKeys::read(const PersonCard& card)

@@ -161,7 +161,7 @@ std::string comparedText(const CardProperty& property)
     }
     // Empty components at the end are often omitted.
     auto count = property.components.size();
-    while (count > 0 && isBlankText(property.components[count - 1])) {
+    while (count > 0 && showsNothing(property.components[count - 1])) {
         --count;
     }
     for (std::size_t i = 0; i < count; ++i) {

@@ -18,7 +18,7 @@ bool isBlankKey(std::string_view key, std::size_t fields)
     for (std::size_t begin = 0; begin < key.size(); ++separators) {
         const auto end = key.find('-', begin);
         if (end == std::string_view::npos || separators == fields ||
-            !isBlankText(key.substr(begin, end - begin))) {
+            !showsNothing(key.substr(begin, end - begin))) {
             return false;
         }
         begin = end + 1;

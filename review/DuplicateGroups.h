@@ -18,7 +18,7 @@ struct DuplicateGroup {
     std::span<const std::string> uids;
     /// The row of the first uid.
     std::size_t firstRow = 0;
-    /// Several people in whose cards every field compared is blank (`isBlankText`): they have no
+    /// Several people in whose cards every field compared is blank (`showsNothing`): they have no
     /// text in common. True for every group when the search compared no field.
     bool sharesOnlyEmptyFields = false;
 };

@@ -14,7 +14,7 @@ std::string personName(const ContactRecord& contact, const CardSource* cards)
 {
     const auto visible = [&](std::string_view key) {
         const auto text = contact.text(key);
-        return isBlankText(shownPart(text)) ? std::string() : shownText(trimmed(text));
+        return showsNothing(shownPart(text)) ? std::string() : shownText(trimmed(text));
     };
     auto name = visible(kContactFirstName);
     const auto last = visible(kContactLastName);

@@ -144,7 +144,7 @@ std::string labelText(std::string_view label)
     for (std::size_t begin = 0; begin <= label.size();) {
         const auto end = std::min(label.find(kSeparator, begin), label.size());
         auto word = typeText(label.substr(begin, end - begin));
-        if (!isBlankText(word) && std::find(words.begin(), words.end(), word) == words.end()) {
+        if (!showsNothing(word) && std::find(words.begin(), words.end(), word) == words.end()) {
             words.push_back(std::move(word));
         }
         begin = end + kSeparator.size();
@@ -170,7 +170,7 @@ std::string joinedComponents(const std::vector<std::string>& components,
 {
     std::string text;
     for (const auto place : places) {
-        if (place < components.size() && !isBlankText(components[place])) {
+        if (place < components.size() && !showsNothing(components[place])) {
             text += text.empty() ? "" : separator;
             text += components[place];
         }

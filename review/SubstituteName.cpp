@@ -16,7 +16,7 @@ namespace dunmora {
 bool hasBlankName(const ContactRecord& contact)
 {
     return std::all_of(kTextFields.begin(), kTextFields.end(), [&](const ContactField* field) {
-        return field->kind != FieldKind::Name || isBlankText(contact.text(field->key));
+        return field->kind != FieldKind::Name || showsNothing(contact.text(field->key));
     });
 }
 
@@ -28,7 +28,7 @@ std::string substituteName(const PersonCard& card)
                 continue;
             }
             const auto text = propertyValue(property);
-            if (!isBlankText(text)) {
+            if (!showsNothing(text)) {
                 return withFoldedWhiteSpace(shownText(text));
             }
         }

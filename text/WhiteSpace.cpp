@@ -16,7 +16,7 @@ bool isBlankLetter(char32_t c)
            c == 0x200D || (c >= 0x2060 && c <= 0x2064) || c == 0x2800 || c == 0x3164 || c == 0xFFA0;
 }
 
-bool showsNothing(char32_t c)
+bool isInvisible(char32_t c)
 {
     switch (displayEffect(c)) {
     case DisplayEffect::Tab:
@@ -42,11 +42,11 @@ bool isWhiteSpace(char32_t c)
            c == 0x205F || c == 0x3000;
 }
 
-bool isBlankText(std::string_view text)
+bool showsNothing(std::string_view text)
 {
     for (std::size_t position = 0; position < text.size();) {
         const auto character = utf8CharacterAt(text, position);
-        if (!character.isValid || !showsNothing(character.codePoint)) {
+        if (!character.isValid || !isInvisible(character.codePoint)) {
             return false;
         }
         position += character.size;

@@ -13,7 +13,7 @@ bool isWhiteSpace(char32_t codePoint);
 /// Whether a reader sees nothing: the text is empty, or it consists of white space and of
 /// characters that show nothing, such as zero width spaces, directional marks and the blank
 /// letters of Hangul and Braille.
-bool isBlankText(std::string_view text);
+bool showsNothing(std::string_view text);
 
 /// The text without white space at both ends, and with one space instead of each white space
 /// inside.

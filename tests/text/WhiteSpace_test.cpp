@@ -22,12 +22,12 @@ TEST(WhiteSpace, LeavesATextBlank)
 {
     for (const auto* const text : {"", " ", "\t", " \r\n", "\u00A0", "\u3000\u3000", "\u200B",
                                    "\uFEFF ", "\u202E\u202C", "\u2800", "\u3164", "\u00AD"}) {
-        EXPECT_TRUE(isBlankText(text)) << text;
+        EXPECT_TRUE(showsNothing(text)) << text;
     }
     for (const auto* const text : {"a", " a ", "-", "\x01", "\xA0", "\u3000.", "\u00E9"}) {
-        EXPECT_FALSE(isBlankText(text)) << text;
+        EXPECT_FALSE(showsNothing(text)) << text;
     }
-    EXPECT_FALSE(isBlankText(std::string_view("\0", 1)));
+    EXPECT_FALSE(showsNothing(std::string_view("\0", 1)));
 }
 
 TEST(WhiteSpace, IsFoldedToOneSpace)
