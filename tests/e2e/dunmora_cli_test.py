@@ -344,7 +344,8 @@ class DeleteTest(EndToEnd):
         self.assertEqual(code, 2, err)
         code, _, err = self.run_program("delete", people, "--yes", "--backup", self.backup)
 
-        self.assertEqual((code, err), (0, ""))
+        self.assertEqual((code, err), (0, "dunmora-cli: To put these people back: dunmora-cli restore "
+                                          f"{self.backup} {people}\n"))
         self.assertEqual({path.name: path.read_bytes() for path in people.iterdir()}, {"a.vcf": ANN_1 + BEN})
         self.assertEqual(self.backup.read_bytes(), ANN_2)
 
