@@ -2,6 +2,7 @@
 
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/TimeText.h"
+#include "review/UniqueProperties.h"
 #include "text/DisplayText.h"
 
 #include <cstddef>
@@ -40,30 +41,37 @@ void appendField(std::string& out, std::string_view text)
     out += '"';
 }
 
-void appendPerson(std::string& out, const ContactRecord& record, std::size_t group, CsvTexts texts)
+void appendText(std::string& out, std::string_view text, CsvTexts texts)
+{
+    if (texts == CsvTexts::Printable) {
+        appendField(out, displayText(text));
+    } else {
+        appendField(out, text);
+    }
+}
+
+void appendPerson(std::string& out, const ContactRecord& record, std::size_t group,
+                  const PersonSource* source, CsvTexts texts)
 {
     out += std::to_string(group);
     out += record.isChecked() ? ",true" : ",false";
     forEachColumn([&](const ContactField& field) {
         out += ',';
         if (field.isText()) {
-            const auto text = record.text(field.key);
-            if (texts == CsvTexts::Printable) {
-                appendField(out, displayText(text));
-            } else {
-                appendField(out, text);
-            }
+            appendText(out, record.text(field.key), texts);
         } else if (const auto time = record.objectForKey(field.key)) {
             appendUtcTime(out, std::get<std::chrono::sys_seconds>(*time));
         }
     });
+    out += ',';
+    appendText(out, source == nullptr ? "" : source->address, texts);
     out += kLineEnd;
 }
 
 }  // namespace
 
 std::string contactCsv(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
-                       CsvTexts texts)
+                       const UniqueProperties& cards, CsvTexts texts)
 {
     std::string out = "group,";
     out += kContactCheck;
@@ -71,12 +79,15 @@ std::string contactCsv(const ContactsParser& engine, std::span<const DuplicateGr
         out += ',';
         out += field.key;
     });
+    out += ",source";
     out += kLineEnd;
     for (std::size_t i = 0; i < groups.size(); ++i) {
+        auto row = groups[i].firstRow;
         for (const auto& uid : groups[i].uids) {
             if (const auto* const record = engine.contacts().find(uid)) {
-                appendPerson(out, *record, i + 1, texts);
+                appendPerson(out, *record, i + 1, cards.source(row), texts);
             }
+            ++row;
         }
     }
     return out;

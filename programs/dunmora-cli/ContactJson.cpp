@@ -2,6 +2,7 @@
 
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/TimeText.h"
+#include "review/UniqueProperties.h"
 
 // Written by hand rather than through a document tree: tens of thousands of people are printed in
 // a fraction of the time, and the shape never changes.
@@ -58,7 +59,8 @@ void appendValue(std::string& out, const ContactRecord& record, const ContactFie
     }
 }
 
-void appendRow(std::string& out, const ContactRecord& record, JsonCharacters characters)
+void appendRow(std::string& out, const ContactRecord& record, const PersonSource* source,
+               JsonCharacters characters)
 {
     char before = '{';
     for (const auto& field : kContactFields) {
@@ -69,13 +71,20 @@ void appendRow(std::string& out, const ContactRecord& record, JsonCharacters cha
         out += "\":";
         appendValue(out, record, field, characters);
     }
+    out += R"(,"source":)";
+    if (source == nullptr) {
+        out += "null";
+    } else {
+        appendJsonText(out, source->address, characters);
+    }
     out += '}';
 }
 
 }  // namespace
 
 std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
-                       const ReviewHead& head, JsonCharacters characters)
+                       const UniqueProperties& cards, const ReviewHead& head,
+                       JsonCharacters characters)
 {
     std::string out = R"({"schema":1,"addressBook":)";
     appendJsonText(out, head.addressBook, characters);
@@ -90,8 +99,9 @@ std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGr
         out += R"({"key":)";
         appendJsonText(out, group.key, characters);
         out += R"(,"rows":)";
+        auto row = group.firstRow;
         appendList(out, group.uids, [&](const std::string& uid) {
-            appendRow(out, *engine.contacts().find(uid), characters);
+            appendRow(out, *engine.contacts().find(uid), cards.source(row++), characters);
         });
         out += '}';
     });

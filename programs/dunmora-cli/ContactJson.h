@@ -11,6 +11,8 @@
 
 namespace dunmora {
 
+class UniqueProperties;
+
 /// The members of the review's document other than the people.
 struct ReviewHead {
     std::string_view addressBook;
@@ -20,7 +22,8 @@ struct ReviewHead {
 
 /// The review as one JSON document on one line, with a line end.
 std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
-                       const ReviewHead& head, JsonCharacters characters);
+                       const UniqueProperties& cards, const ReviewHead& head,
+                       JsonCharacters characters);
 
 /// A deletion's result as one JSON document on one line, with a line end: who was (or, in a dry
 /// run, would be) deleted, and the counts after it.

@@ -15,6 +15,7 @@
 #include "review/DuplicateGroups.h"
 #include "review/GroupWarnings.h"
 #include "review/ReviewTexts.h"
+#include "review/UniqueProperties.h"
 
 #include <cstddef>
 #include <string>
@@ -64,6 +65,8 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     }
     const auto& engine = session.review();
     const auto groups = duplicateGroups(engine);
+    UniqueProperties cards;
+    cards.read(engine, session.cards());
     const ReviewHead head{request.book.addressBook, namesOf(fields),
                           session.addressBook().notes().cardsSkipped};
 
@@ -71,9 +74,9 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
             {.table = [&] { return asTable(engine, groups, environment); },
              .json =
                  [&](JsonCharacters characters) {
-                     return reviewJson(engine, groups, head, characters);
+                     return reviewJson(engine, groups, cards, head, characters);
                  },
-             .csv = [&](CsvTexts texts) { return contactCsv(engine, groups, texts); }});
+             .csv = [&](CsvTexts texts) { return contactCsv(engine, groups, cards, texts); }});
     if (!request.book.quiet) {
         warn(engine, environment);
     }

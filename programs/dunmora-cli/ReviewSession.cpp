@@ -58,7 +58,7 @@ ContactsParser& ReviewSession::review()
 
 const CardSource& ReviewSession::cardSource() const
 {
-    const auto* const source = platform_.book().cardSource.get();
+    const auto* const source = cards();
     if (source == nullptr) {
         throw CommandError(ExitCode::Failed,
                            "This address book cannot be backed up. Back it up with another "

@@ -35,7 +35,9 @@ public:
 
     /// Only after `review`, which throws when there is no book.
     AddressBook& addressBook() const { return *platform_.book().addressBook; }
-    /// Errors: CommandError when the book has no cards to back up.
+    /// The book's whole cards; null when it has none.
+    const CardSource* cards() const { return platform_.book().cardSource.get(); }
+    /// The same, for a backup. Errors: CommandError when there are none.
     const CardSource& cardSource() const;
 
 private:

@@ -118,7 +118,8 @@ class EndToEnd(unittest.TestCase):
 class ListTest(EndToEnd):
     def test_prints_the_review_as_json(self):
         row = {"uid": "ann-1", "fname": "Ann", "lname": "Lee", "nickname": "", "home": "", "work": "",
-               "mobile": "+1 555 0100", "modified": "2024-05-01T10:00:00Z", "check": False}
+               "mobile": "+1 555 0100", "modified": "2024-05-01T10:00:00Z", "check": False,
+               "source": str(self.book)}
 
         self.assertEqual(self.listed(self.book), {
             "schema": 1, "addressBook": str(self.book), "match": ["firstname", "lastname"], "contacts": 3,
@@ -131,9 +132,10 @@ class ListTest(EndToEnd):
 
         rows = list(csv.DictReader(io.StringIO(out, newline="")))
         self.assertEqual((code, err), (0, ""))
-        self.assertEqual([(row["group"], row["check"], row["uid"], row["modified"]) for row in rows],
-                         [("1", "false", "ann-1", "2024-05-01T10:00:00Z"),
-                          ("1", "true", "ann-2", "2024-05-01T10:00:00Z")])
+        self.assertEqual([(row["group"], row["check"], row["uid"], row["modified"], row["source"])
+                          for row in rows],
+                         [("1", "false", "ann-1", "2024-05-01T10:00:00Z", str(self.book)),
+                          ("1", "true", "ann-2", "2024-05-01T10:00:00Z", str(self.book))])
 
     def test_shows_a_table_without_colour_or_progress_in_a_pipe(self):
         code, out, err = self.run_program("list", self.book)

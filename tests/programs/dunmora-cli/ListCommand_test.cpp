@@ -42,9 +42,10 @@ TEST_F(ListTest, PrintsTheReviewAsExactlyThisJson)
         R"({"schema":1,"addressBook":"my book.vcf","match":["firstname","lastname"],"contacts":3,)"
         R"("duplicates":2,"skipped":3,"groups":[{"key":"Ann-Lee-","rows":[{"uid":"uid-1",)"
         R"("fname":"Ann","lname":"Lee","nickname":"","home":"","work":"","mobile":"+1 555 0100",)"
-        R"("modified":"2024-05-01T10:00:00Z","check":false},{"uid":"uid-2","fname":"Ann",)"
+        R"("modified":"2024-05-01T10:00:00Z","check":false,"source":"people.vcf"},)"
+        R"({"uid":"uid-2","fname":"Ann",)"
         R"("lname":"Lee","nickname":"Annie","home":"555-0100","work":"555-0101",)"
-        R"("mobile":"555-0102","modified":null,"check":true}]}]})"
+        R"("mobile":"555-0102","modified":null,"check":true,"source":"people.vcf"}]}]})"
         "\n");
     EXPECT_EQ(err(), "");
 }
@@ -110,22 +111,38 @@ TEST_F(ListTest, PrintsCsvAsTheStandardRequires)
 {
     auto second = withMobile(named("2", "An\"n, Dr."), "line\r\nbreak");
     second.modified.reset();
+    second.source.address = "my, phone.vcf";
     bookHolds({withMobile(named("1", "An\"n, Dr."), " +1 "), second, named("3", "Ben"),
                named("4", "Ben")});
 
     EXPECT_EQ(run({"list", "b", "--format", "csv", "--quiet"}), 0);
-    EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified\r\n"
-                     "1,false,1,\"An\"\"n, Dr.\",Lee,,,, +1 ,2024-05-01T10:00:00Z\r\n"
-                     "1,true,2,\"An\"\"n, Dr.\",Lee,,,,\"line\r\nbreak\",\r\n"
-                     "2,true,3,Ben,Lee,,,,,2024-05-01T10:00:00Z\r\n"
-                     "2,true,4,Ben,Lee,,,,,2024-05-01T10:00:00Z\r\n");
+    EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified,source\r\n"
+                     "1,false,1,\"An\"\"n, Dr.\",Lee,,,, +1 ,2024-05-01T10:00:00Z,people.vcf\r\n"
+                     "1,true,2,\"An\"\"n, Dr.\",Lee,,,,\"line\r\nbreak\",,\"my, phone.vcf\"\r\n"
+                     "2,true,3,Ben,Lee,,,,,2024-05-01T10:00:00Z,people.vcf\r\n"
+                     "2,true,4,Ben,Lee,,,,,2024-05-01T10:00:00Z,people.vcf\r\n");
     EXPECT_EQ(err(), "");
+}
+
+TEST_F(ListTest, PrintsNoSourceOfABookWithoutCards)
+{
+    bookHolds({named("1", "Ann"), named("2", "Ann")});
+    environment_.openAddressBook = [this](const std::string& /*name*/) {
+        auto book = lent(book_);
+        book.cardSource = nullptr;
+        return book;
+    };
+
+    run({"list", "b", "--format", "csv", "--quiet"});
+    EXPECT_TRUE(out().ends_with("Z,\r\n")) << out();
+    run({"list", "b", "--format", "json", "--quiet"});
+    EXPECT_EQ(jsonAt(out(), "/groups/0/rows/0/source"), "null");
 }
 
 TEST_F(ListTest, PrintsOnlyTheHeaderAsCsvWhenThereIsNoDuplicate)
 {
     EXPECT_EQ(run({"list", "b", "--format", "csv"}), 0);
-    EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified\r\n");
+    EXPECT_EQ(out(), "group,check,uid,fname,lname,nickname,home,work,mobile,modified,source\r\n");
 }
 
 TEST_F(ListTest, LeavesCsvValuesUnchangedInAPipe)
