@@ -18,6 +18,8 @@ const std::string_view kUsage =
     "                     [--allow-blank-match] [--format table|json] [--quiet]\n"
     "  dunmora-cli restore BACKUP ADDRESS-BOOK [--dry-run] [--yes] [--format table|json] "
     "[--quiet]\n"
+    "  dunmora-cli show   ADDRESS-BOOK UID... [--format table|json] [--quiet]\n"
+    "  dunmora-cli diff   ADDRESS-BOOK UID UID [--format table|json] [--quiet]\n"
     "  dunmora-cli fields [FIELDS]\n"
     "  dunmora-cli books  [--format table|json] [--quiet]\n"
     "  dunmora-cli --help | --version\n";
@@ -32,11 +34,15 @@ constexpr auto kExitCodes =
 constexpr std::array kFormats{OutputFormat::Table, OutputFormat::Json};
 constexpr std::array kReviewFormats{OutputFormat::Table, OutputFormat::Json, OutputFormat::Csv};
 
+/// For `expected`: one or more values.
+constexpr int kAnyNumber = -1;
+
 /// The parsed values. A value is used only when its option was given.
 struct Values {
     BookRequest book;
     DeleteRequest deletion;
     RestoreRequest restoration;
+    std::vector<std::string> uids;
     std::string match;
     std::string backup;
     std::string fields;
@@ -92,6 +98,19 @@ void addBookOptions(CLI::App& command, Values& values, std::span<const OutputFor
                         " (default: the stored ones)")
         ->type_name("FIELDS");
     addFormatOption(command, values, formats);
+    addQuietOption(command, values);
+}
+
+/// The options of a command that prints the cards of people: as many as it takes, or at least one.
+void addCardOptions(CLI::App& command, Values& values, int people,
+                    const std::string& systemBookHelp)
+{
+    addBookArgument(command, values, systemBookHelp);
+    command.add_option("UID", values.uids, "The people, by the uids that list shows")
+        ->required()
+        ->type_name("")
+        ->expected(people);
+    addFormatOption(command, values, kFormats);
     addQuietOption(command, values);
 }
 
@@ -168,7 +187,7 @@ BookRequest bookRequest(const CLI::App& command, const Values& values)
     if (book.addressBook.empty()) {
         throw CommandError(ExitCode::WrongUse, "The address book's name is empty.");
     }
-    if (wasGiven(command, "--match")) {
+    if (command.get_option_no_throw("--match") != nullptr && wasGiven(command, "--match")) {
         book.match = parseMatchFields(values.match);
     }
     return book;
@@ -232,6 +251,10 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
     auto& restoration = addCommand(
         app, "restore", "Puts the people of a backup back into an address book", versionLine);
     addRestoreOptions(restoration, values, systemBookHelp);
+    auto& show = addCommand(app, "show", "Shows the whole cards of people", versionLine);
+    addCardOptions(show, values, kAnyNumber, systemBookHelp);
+    auto& diff = addCommand(app, "diff", "Shows what differs between two people", versionLine);
+    addCardOptions(diff, values, 2, systemBookHelp);
     auto& fields = addCommand(app, "fields", "Shows or stores the match fields of the preferences",
                               versionLine);
     fields
@@ -251,10 +274,12 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
     } catch (const CLI::CallForVersion& call) {
         return PrintRequest{std::string(call.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
-        throw CommandError(ExitCode::WrongUse,
-                           app.get_subcommands().empty()
-                               ? "A command is needed: list, delete, restore, fields or books."
-                               : error.what());
+        throw CommandError(
+            ExitCode::WrongUse,
+            app.get_subcommands().empty()
+                ? "A command is needed: list, delete, restore, show, diff, fields or "
+                  "books."
+                : error.what());
     }
     if (list.parsed()) {
         return ListRequest{bookRequest(list, values)};
@@ -264,6 +289,12 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
     }
     if (restoration.parsed()) {
         return restoreRequest(restoration, values);
+    }
+    if (show.parsed()) {
+        return ShowRequest{bookRequest(show, values), values.uids};
+    }
+    if (diff.parsed()) {
+        return DiffRequest{bookRequest(diff, values), values.uids};
     }
     if (books.parsed()) {
         return BooksRequest{values.book.format, values.book.quiet};

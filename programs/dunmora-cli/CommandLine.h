@@ -50,6 +50,19 @@ struct RestoreRequest {
     bool quiet = false;
 };
 
+/// `dunmora-cli show`
+struct ShowRequest {
+    BookRequest book;
+    std::vector<std::string> uids;
+};
+
+/// `dunmora-cli diff`
+struct DiffRequest {
+    BookRequest book;
+    /// Two.
+    std::vector<std::string> uids;
+};
+
 /// `dunmora-cli fields`
 struct FieldsRequest {
     /// The fields to store; nullopt only shows the stored ones.
@@ -67,8 +80,8 @@ struct PrintRequest {
     std::string text;
 };
 
-using Request = std::variant<ListRequest, DeleteRequest, RestoreRequest, FieldsRequest,
-                             BooksRequest, PrintRequest>;
+using Request = std::variant<ListRequest, DeleteRequest, RestoreRequest, ShowRequest, DiffRequest,
+                             FieldsRequest, BooksRequest, PrintRequest>;
 
 /// A short summary of the commands and options.
 extern const std::string_view kUsage;

@@ -11,6 +11,7 @@
 #include "programs/dunmora-cli/MemoryError.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/RestoreCommand.h"
+#include "programs/dunmora-cli/ShowCommand.h"
 
 #include <exception>
 #include <ostream>
@@ -38,6 +39,16 @@ struct Runner {
     {
         return namingBookInMemoryErrors(request.addressBook,
                                         [&] { return restorePeople(request, environment); });
+    }
+    ExitCode operator()(const ShowRequest& request) const
+    {
+        return namingBookInMemoryErrors(request.book.addressBook,
+                                        [&] { return showCards(request, environment); });
+    }
+    ExitCode operator()(const DiffRequest& request) const
+    {
+        return namingBookInMemoryErrors(request.book.addressBook,
+                                        [&] { return showDifferences(request, environment); });
     }
     ExitCode operator()(const FieldsRequest& request) const
     {
