@@ -8,5 +8,6 @@ namespace dunmora {
 inline constexpr std::string_view kThreadLoadContacts = "LoadContacts";
 inline constexpr std::string_view kThreadFindDuplicates = "FindDuplicates";
 inline constexpr std::string_view kThreadDeleteCheckedContacts = "DeleteCheckedContacts";
+inline constexpr std::string_view kThreadUndoDelete = "UndoDelete";
 
 }  // namespace dunmora

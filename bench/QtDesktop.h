@@ -3,6 +3,7 @@
 #include "adapters/qt/QtApplication.h"
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtOpenPanel.h"
+#include "adapters/qt/QtSavePanel.h"
 #include "adapters/qt/QtTextFolding.h"
 #include "platform/Desktop.h"
 #include "tests/fakes/QuietDesktop.h"
@@ -33,9 +34,11 @@ struct QtDesktop {
     QtApplication application{*qobject_cast<QApplication*>(QCoreApplication::instance())};
     QtInterfaceLoader interfaceLoader{application.sessions()};
     QtOpenPanel openPanel{application.sessions()};
+    QtSavePanel savePanel{application.sessions()};
     test::QuietConnectionOpener connectionOpener;
     QtTextFolding textFolding;
-    Desktop desktop{application, interfaceLoader, openPanel, connectionOpener, textFolding};
+    Desktop desktop{application,      interfaceLoader, openPanel,
+                    connectionOpener, textFolding,     savePanel};
 };
 
 }  // namespace dunmora::bench

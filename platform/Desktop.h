@@ -6,6 +6,7 @@ class Application;
 class ConnectionOpener;
 class InterfaceLoader;
 class OpenPanel;
+class SavePanel;
 class TextFolding;
 
 /// The ports that only a program with windows has, in addition to its `Platform`. The program owns
@@ -16,6 +17,7 @@ struct Desktop {
     OpenPanel& openPanel;
     ConnectionOpener& connectionOpener;
     const TextFolding& textFolding;
+    SavePanel& savePanel;
 
     /// Sets the ports that the core uses.
     /// Thread: the main thread, before any job runs. `desktop` must outlive its use.

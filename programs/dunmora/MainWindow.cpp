@@ -61,7 +61,8 @@ MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
       libraries_(std::move(libraries)),
       interface_(mainInterface()),
       contacts_(*interface_, [this] { delegate_.LoadContacts(); }),
-      review_(*interface_, contacts_, [this] { return openBook(); })
+      review_(*interface_, contacts_, [this] { return openBook(); }),
+      undoDelete_(*interface_, [this] { reloadAfterRestoration(); })
 {
     auto& window = interface_->window();
     window.setTitle(std::string(kName));
@@ -118,6 +119,7 @@ void MainWindow::applicationDidBecomeActive()
 void MainWindow::jobsBegan(std::string_view name)
 {
     jobsHaveBegun_ = true;
+    undoDelete_.jobsBegan(name);
     review_.jobsBegan(name);
 }
 
@@ -135,7 +137,8 @@ void MainWindow::jobFailed(std::string_view name, const std::exception_ptr& fail
     table.setEnabled(true);
     table.reloadData();
     review_.jobFailed(name);
-    if (name == kThreadDeleteCheckedContacts) {
+    undoDelete_.jobFailed();
+    if (name == kThreadDeleteCheckedContacts || name == kThreadUndoDelete) {
         contacts_.OnReload(nullptr);
     }
 }
@@ -143,6 +146,7 @@ void MainWindow::jobFailed(std::string_view name, const std::exception_ptr& fail
 void MainWindow::jobsEnded()
 {
     review_.jobsEnded();
+    undoDelete_.jobsEnded();
 }
 
 void MainWindow::connectCommands()
@@ -177,8 +181,8 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
         return false;
     }
     try {
-        addressBook_ = makeAddressBook_(path);
-        platform_.addressBook = addressBook_.get();
+        book_ = makeAddressBook_(path);
+        platform_.addressBook = book_.addressBook.get();
         bookName_ = name;
     } catch (...) {
         Settings::MsgBox(failureText(std::current_exception(), name));
@@ -186,7 +190,15 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     }
     interface_->window().setTitle(std::string(name) + " – " + std::string(kName));
     review_.setBookIsOpen(true);
+    undoDelete_.bookOpened(book_.cardRestorer);
     return true;
+}
+
+void MainWindow::reloadAfterRestoration()
+{
+    // The load belongs to the running job, so nobody else announces it.
+    review_.jobsBegan(kThreadLoadContacts);
+    contacts_.OnReload(nullptr);
 }
 
 void MainWindow::showAbout() const

@@ -3,7 +3,9 @@
 #include "app/DunmoraAppDelegate.h"
 #include "platform/Application.h"
 #include "platform/InterfaceLoader.h"
+#include "platform/OpenedBook.h"
 #include "programs/dunmora/JobObserver.h"
+#include "programs/dunmora/UndoDelete.h"
 #include "ui/ContactsController.h"
 #include "ui/ReviewController.h"
 
@@ -16,7 +18,6 @@
 
 namespace dunmora {
 
-class AddressBook;
 class SupervisedApplication;
 struct Platform;
 
@@ -28,8 +29,7 @@ class MainWindow final : public ApplicationDelegate, public JobObserver {
 public:
     /// Creates the address book at a path; it need not read anything yet.
     /// Errors: PlatformError when no address book can be at this path.
-    using MakeAddressBook =
-        std::function<std::shared_ptr<AddressBook>(const std::filesystem::path& path)>;
+    using MakeAddressBook = std::function<OpenedBook(const std::filesystem::path& path)>;
 
     /// `platform` is the one installed; the window sets its open address book. `libraries` lists
     /// the libraries that the program is built with, for the user.
@@ -59,7 +59,8 @@ public:
     void jobsBegan(std::string_view name) override;
     /// Shows the message over the progress window, then closes that window, empties the table and
     /// makes the program usable again. After a failed deletion it reloads everything, because the
-    /// engine has already forgotten people who are still in the address book.
+    /// engine has already forgotten people who are still in the address book, and after a failed
+    /// restoration, because nobody knows what the book contains.
     void jobFailed(std::string_view name, const std::exception_ptr& failure) override;
     void jobsEnded() override;
 
@@ -68,12 +69,12 @@ private:
     /// Lets the user choose a book. Returns whether it has been opened.
     bool openBook();
     bool select(std::string_view name, const std::filesystem::path& path);
+    void reloadAfterRestoration();
     void showAbout() const;
 
     SupervisedApplication& application_;
     Platform& platform_;
-    // The open book; null until the first one is opened.
-    std::shared_ptr<AddressBook> addressBook_;
+    OpenedBook book_;
     std::string bookName_;
     MakeAddressBook makeAddressBook_;
     std::string libraries_;
@@ -85,6 +86,7 @@ private:
     DunmoraAppDelegate delegate_;
     ContactsController contacts_;
     ReviewController review_;
+    UndoDelete undoDelete_;
 };
 
 }  // namespace dunmora

@@ -8,6 +8,7 @@
 #include "adapters/qt/QtConnectionOpener.h"
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtOpenPanel.h"
+#include "adapters/qt/QtSavePanel.h"
 #include "adapters/qt/QtTextFolding.h"
 #include "adapters/qt/QtWorkspace.h"
 #include "platform/AddressBook.h"
@@ -106,7 +107,9 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     QtOpenPanel openPanel(application.sessions());
     QtConnectionOpener connectionOpener;
     const QtTextFolding textFolding;
-    const Desktop desktop{supervised, interfaceLoader, openPanel, connectionOpener, textFolding};
+    QtSavePanel savePanel(application.sessions());
+    const Desktop desktop{supervised,       interfaceLoader, openPanel,
+                          connectionOpener, textFolding,     savePanel};
     Desktop::install(desktop);
 
     const auto preferences = userDefaults();
@@ -119,10 +122,7 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     MainWindow* dropTarget = nullptr;
     interfaceLoader.setDropHandler(
         "OnOpen", [&](const std::filesystem::path& path) { dropTarget->open(path); });
-    const auto addressBook = [](const std::filesystem::path& path) {
-        return openAddressBook(path).addressBook;
-    };
-    MainWindow mainWindow(supervised, platform, addressBook, libraries());
+    MainWindow mainWindow(supervised, platform, openAddressBook, libraries());
     dropTarget = &mainWindow;
     openFirst(mainWindow, options);
     mainWindow.show();

@@ -2,6 +2,12 @@
 
 namespace dunmora::test {
 
+std::optional<std::filesystem::path> FakeSavePanel::runModal(const std::string& name)
+{
+    names.push_back(name);
+    return choice;
+}
+
 std::optional<std::filesystem::path> FakeOpenPanel::runModal()
 {
     return choice;

@@ -2,6 +2,7 @@
 
 #include "platform/Desktop.h"
 #include "platform/OpenPanel.h"
+#include "platform/SavePanel.h"
 #include "tests/fakes/FakeApplication.h"
 #include "tests/fakes/FakeConnections.h"
 #include "tests/fakes/FakeInterface.h"
@@ -9,6 +10,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace dunmora::test {
 
@@ -20,6 +23,16 @@ public:
     std::optional<std::filesystem::path> choice;
 };
 
+/// Returns the path that the test has chosen.
+class FakeSavePanel final : public SavePanel {
+public:
+    std::optional<std::filesystem::path> runModal(const std::string& name) override;
+
+    std::optional<std::filesystem::path> choice;
+    /// The names proposed so far.
+    std::vector<std::string> names;
+};
+
 /// A fake for every port of a program with windows, installed as the desktop during its lifetime.
 struct FakeDesktop {
     FakeDesktop();
@@ -29,11 +42,12 @@ struct FakeDesktop {
 
     FakeInterfaceLoader interfaceLoader;
     FakeOpenPanel openPanel;
+    FakeSavePanel savePanel;
     FakeConnections connections;
     FakeTextFolding textFolding;
     // Destroyed first: it waits for the threads, which use the others.
     FakeApplication application;
-    Desktop desktop{application, interfaceLoader, openPanel, connections, textFolding};
+    Desktop desktop{application, interfaceLoader, openPanel, connections, textFolding, savePanel};
 };
 
 }  // namespace dunmora::test

@@ -103,6 +103,11 @@ void QuietApplication::performOnMainThread(const std::function<void()>& work)
     work();
 }
 
+std::optional<std::filesystem::path> QuietSavePanel::runModal(const std::string& /*name*/)
+{
+    return std::nullopt;
+}
+
 std::optional<std::filesystem::path> QuietOpenPanel::runModal()
 {
     return std::nullopt;

@@ -6,6 +6,7 @@
 #include "platform/InterfaceLoader.h"
 #include "platform/OpenPanel.h"
 #include "platform/ProgressIndicator.h"
+#include "platform/SavePanel.h"
 #include "tests/fakes/FakeTextFolding.h"
 
 #include <cstddef>
@@ -60,6 +61,12 @@ public:
     std::optional<std::filesystem::path> runModal() override;
 };
 
+/// A panel that the user cancels.
+class QuietSavePanel final : public SavePanel {
+public:
+    std::optional<std::filesystem::path> runModal(const std::string& name) override;
+};
+
 /// Opens no connection.
 class QuietConnectionOpener final : public ConnectionOpener {
 public:
@@ -79,7 +86,9 @@ struct QuietDesktop {
     QuietOpenPanel openPanel;
     QuietConnectionOpener connectionOpener;
     FakeTextFolding textFolding;
-    Desktop desktop{application, interfaceLoader, openPanel, connectionOpener, textFolding};
+    QuietSavePanel savePanel;
+    Desktop desktop{application,      interfaceLoader, openPanel,
+                    connectionOpener, textFolding,     savePanel};
 };
 
 }  // namespace dunmora::test

@@ -43,7 +43,7 @@ protected:
             [this](const std::filesystem::path& path) {
                 opened_.push_back(path);
                 onMakeAddressBook();
-                return lent(*bookToOpen_).addressBook;
+                return lent(*bookToOpen_);
             },
             "Toolkit 1.0 and Hash 2.0");
         main_ = loader_.last;
@@ -91,8 +91,9 @@ protected:
     Platform platformWithChoice_{nullptr, platform_.userDefaults, platform_.alert,
                                  platform_.workspace, platform_.bundle};
     SupervisedApplication supervised_{application_};
-    Desktop supervisedDesktop_{supervised_, loader_, desktop_.openPanel, desktop_.connections,
-                               desktop_.textFolding};
+    Desktop supervisedDesktop_{supervised_,          loader_,
+                               desktop_.openPanel,   desktop_.connections,
+                               desktop_.textFolding, desktop_.savePanel};
     std::optional<MainWindow> window_;
     FakeInterface* main_ = nullptr;
 };

@@ -1,0 +1,163 @@
+#include "programs/dunmora/UndoDelete.h"
+
+#include "adapters/posix/NewFile.h"
+#include "base/JobNotifications.h"
+#include "base/JobThreads.h"
+#include "base/NotificationCenter.h"
+#include "base/Settings.h"
+#include "engine/ContactsParser.h"
+#include "platform/Alert.h"
+#include "platform/Application.h"
+#include "platform/Desktop.h"
+#include "platform/InterfaceLoader.h"
+#include "platform/Platform.h"
+#include "platform/SavePanel.h"
+#include "platform/TableView.h"
+#include "programs/dunmora/FailureText.h"
+#include "ui/AppData.h"
+#include "ui/ProgressWindowController.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace dunmora {
+
+namespace {
+
+constexpr auto kFileName = "Removed People.vcf";
+
+std::string linesOf(const Restoration& result)
+{
+    std::string lines;
+    for (const auto* const texts : {&result.failures, &result.remarks}) {
+        for (const auto& text : *texts) {
+            lines += text + "\n";
+        }
+    }
+    return lines;
+}
+
+void showNotes(const Restoration& result)
+{
+    if (result.failures.empty() && result.remarks.empty()) {
+        return;
+    }
+    auto lines = linesOf(result);
+    if (!result.failures.empty()) {
+        lines += "\nChoose Edit > Save Removed People… to save their cards in a file.";
+    }
+    Platform::current().alert.runModal({result.failures.empty()
+                                            ? "Everyone is in the address book again"
+                                            : "Not everyone could be restored",
+                                        lines, "OK", std::nullopt});
+}
+
+}  // namespace
+
+UndoDelete::UndoDelete(Interface& mainInterface, std::function<void()> reload)
+    : reload_(std::move(reload)),
+      result_(mainInterface),
+      tableContacts_(&mainInterface.tableView("tableContacts")),
+      undoDelete_(&mainInterface.command("OnUndoDelete")),
+      saveRemoved_(&mainInterface.command("OnSaveRemoved"))
+{
+    undoDelete_->setHandler([this](View* /*sender*/) { OnUndoDelete(); });
+    saveRemoved_->setHandler([this](View* /*sender*/) { OnSaveRemoved(); });
+    enableCommands(false);
+}
+
+void UndoDelete::bookOpened(std::shared_ptr<CardRestorer> restorer)
+{
+    restorer_ = std::move(restorer);
+    result_.hide();
+    enableCommands(false);
+}
+
+void UndoDelete::jobsBegan(std::string_view name)
+{
+    restored_.reset();
+    peopleBefore_.reset();
+    if (name == kThreadDeleteCheckedContacts) {
+        peopleBefore_ = ContactsParser::parser().contacts().size();
+    }
+    result_.hide();
+    enableCommands(true);
+}
+
+void UndoDelete::jobFailed()
+{
+    peopleBefore_.reset();
+}
+
+void UndoDelete::jobsEnded()
+{
+    enableCommands(false);
+    if (peopleBefore_) {
+        result_.showDeleted(*peopleBefore_ - ContactsParser::parser().contacts().size(), canUndo());
+    } else if (restored_) {
+        result_.showRestored(*restored_);
+    }
+}
+
+void UndoDelete::OnUndoDelete()
+{
+    if (!canUndo()) {
+        return;
+    }
+    tableContacts_->setEnabled(false);
+    openProgressWindow(this);
+    Desktop::current().application.detachNewThread(kThreadUndoDelete, [this] { RestoreDeleted(); });
+}
+
+void UndoDelete::OnSaveRemoved() const
+{
+    if (!canUndo()) {
+        return;
+    }
+    try {
+        const auto cards = restorer_->lastRemovedCards();
+        if (const auto path = Desktop::current().savePanel.runModal(kFileName)) {
+            writeNewFile(*path, {cards});
+        }
+    } catch (...) {
+        Settings::MsgBox(failureText(std::current_exception(), ""));
+    }
+}
+
+void UndoDelete::RestoreDeleted()
+{
+    NotificationCenter::defaultCenter().postText(kMsgShowMessage, this,
+                                                 "Restoring deleted people...");
+    const auto result = restorer_->restoreLast();
+    Desktop::current().application.performOnMainThread([&] { restored(result); });
+}
+
+bool UndoDelete::canUndo() const
+{
+    return restorer_ != nullptr && restorer_->lastRemoved() > 0;
+}
+
+void UndoDelete::enableCommands(bool areJobsRunning)
+{
+    const bool isEnabled = !areJobsRunning && canUndo();
+    undoDelete_->setEnabled(isEnabled);
+    saveRemoved_->setEnabled(isEnabled);
+}
+
+void UndoDelete::restored(const Restoration& result)
+{
+    showNotes(result);
+    auto& app = AppData::app();
+    if (app.progress()) {
+        app.progress()->close();
+    }
+    app.setProgress(nullptr);
+    restored_ = result.restored;
+    // The table asks for the number of rows only while it is enabled.
+    ContactsParser::parser().reset();
+    tableContacts_->setEnabled(true);
+    reload_();
+}
+
+}  // namespace dunmora

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/CardRestorer.h"
+#include "ui/DeletionResult.h"
+
+#include <cstddef>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace dunmora {
+
+class Command;
+class Interface;
+class TableView;
+
+/// Reports deletions, and puts the people of the last one back into the open address book, or saves
+/// their cards. Only the user's commands write anything.
+///
+/// Thread: the main thread, except `RestoreDeleted`. Errors: none.
+class UndoDelete final {
+public:
+    /// Finds its outlets and connects its commands in the main interface. `reload` starts the
+    /// reload command, after a restoration. Both must outlive this.
+    UndoDelete(Interface& mainInterface, std::function<void()> reload);
+    UndoDelete(const UndoDelete&) = delete;
+    UndoDelete& operator=(const UndoDelete&) = delete;
+
+    /// Another book was opened: what was deleted from the one before is forgotten. `restorer` may
+    /// be null.
+    void bookOpened(std::shared_ptr<CardRestorer> restorer);
+
+    /// Like the functions of `JobObserver`.
+    void jobsBegan(std::string_view name);
+    void jobFailed();
+    void jobsEnded();
+
+    /// Puts the people of the last deletion back, and reloads.
+    void OnUndoDelete();
+    /// Saves the cards of those people in a file that the user chooses.
+    void OnSaveRemoved() const;
+
+    /// Thread body of the restoration. Thread: a worker.
+    /// Errors: PlatformError when nothing was changed.
+    void RestoreDeleted();
+
+private:
+    bool canUndo() const;
+    void enableCommands(bool areJobsRunning);
+    void restored(const Restoration& result);
+
+    std::function<void()> reload_;
+    std::shared_ptr<CardRestorer> restorer_;
+    DeletionResult result_;
+    /// How many people there were when the running deletion began.
+    std::optional<std::size_t> peopleBefore_;
+    /// How many people the restoration before the running reload put back.
+    std::optional<std::size_t> restored_;
+
+    TableView* tableContacts_;
+    Command* undoDelete_;
+    Command* saveRemoved_;
+};
+
+}  // namespace dunmora
