@@ -13,7 +13,8 @@ std::size_t EdsListing::add(const ServiceBook& book, std::vector<ContactText> co
 {
     const auto bookPosition = books_.size();
     books_.push_back(book);
-    const auto& source = sources_.emplace_back(std::string(kEdsName) + book.uid, book.name);
+    const auto& source =
+        sources_.emplace_back(PersonSource{std::string(kEdsName) + book.uid, book.name});
     const auto& kept = texts_.emplace_back(std::move(contacts));
     const auto expected = cards_.people.size() + kept.size();
     cards_.people.reserve(expected);

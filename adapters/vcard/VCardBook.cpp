@@ -119,7 +119,8 @@ void VCardBook::readCards(std::size_t fileIndex)
 {
     const auto& file = files_[fileIndex];
     const auto& path = file.names().front();
-    const auto& source = sources_.emplace_back(path.string(), path.filename().string());
+    const auto& source =
+        sources_.emplace_back(PersonSource{path.string(), path.filename().string()});
     const auto firstPerson = cards_.people.size();
     cards_.ranges.clear();
     cards_.skipped.clear();
