@@ -141,7 +141,7 @@ std::vector<std::string> interruptedChangesIn(const std::filesystem::path& folde
     std::size_t more = 0;
     const auto report = [&](const Leftover& leftover) {
         if (sentences.size() < kMostSentences) {
-            sentences.push_back("The last deletion was interrupted. " + sentenceAbout(leftover));
+            sentences.push_back("The last change was interrupted. " + sentenceAbout(leftover));
         } else {
             ++more;
         }

@@ -89,7 +89,7 @@ protected:
 
     static std::string interrupted(const std::string& name, const std::filesystem::path& place)
     {
-        return "The last deletion was interrupted. “" + name + "” as it was before is in “" +
+        return "The last change was interrupted. “" + name + "” as it was before is in “" +
                place.string() + "”.";
     }
 };
@@ -165,7 +165,7 @@ TEST_F(LeftoverTest, OnARenumberedDeviceStaysAndIsReportedWithDoubt)
 
     EXPECT_EQ(contentOf(place), "new");
     EXPECT_EQ(interruptedChangesIn(folder(), {"book"}),
-              Sentences{"The last deletion was interrupted. “" + place.string() +
+              Sentences{"The last change was interrupted. “" + place.string() +
                         "” may hold “book” as it was before, or what another program has "
                         "written to it."});
 }

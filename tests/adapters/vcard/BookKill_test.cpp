@@ -16,9 +16,11 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace dunmora::test {
 namespace {
@@ -92,7 +94,9 @@ private:
             fs::remove(place / name);
         }
         for (const auto& [name, content] : contents) {
-            write(place / name, *content);
+            if (content) {
+                write(place / name, *content);
+            }
         }
     }
 
@@ -131,7 +135,7 @@ private:
     static void lookAt(const Leftover& leftover, const fs::path& place, const Contents& before,
                        Counts& counts)
     {
-        const auto sentence = "The last deletion was interrupted. “" + leftover.name.fileName +
+        const auto sentence = "The last change was interrupted. “" + leftover.name.fileName +
                               "” as it was before is in “" + leftover.path.string() + "”.";
         const auto remarks = remarksOf(place);
         const bool isReported =
@@ -222,6 +226,101 @@ TEST_F(BookKillTest, LeavesNothingBesideAFolderOldOrNewWhereverTheUserQuits)
         exitOnSignals(EXIT_SUCCESS);
         removeFrom(folder(), {"a1", "b", "c2"});
     });
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.ends, 50);
+    EXPECT_EQ(counts.halfDone, 0);
+    EXPECT_TRUE(counts.leftovers.empty());
+}
+
+/// Ends undos of a deletion in the same way.
+class UndoKillTest : public BookKillTest {
+protected:
+    /// Deletes these people from the book, which is a file or the folder.
+    void deletes(const fs::path& book, const Contents& contents,
+                 const std::vector<std::string>& uids)
+    {
+        for (const auto& [name, content] : contents) {
+            write(path(name), *content);
+        }
+        book_ = std::make_unique<VCardAddressBook>(book);
+        ask(*book_, uids);
+        book_->save();
+    }
+
+    // The traced process inherits what the book remembers.
+    Counts endUndoEverywhere(Fate fate, const Contents& before, const Contents& after)
+    {
+        return endEverywhere(fate, folder(), before, after, [&] {
+            if (fate == Fate::Terminate) {
+                exitOnSignals(EXIT_SUCCESS);
+            }
+            book_->restoreLast();
+        });
+    }
+
+private:
+    std::unique_ptr<VCardAddressBook> book_;
+};
+
+TEST_F(UndoKillTest, LeavesTheOldFileOrTheNewOneWhereverTheProgramIsKilled)
+{
+    const Contents whole = {{"book.vcf", card("a") + card("b") + card("c")}};
+    const Contents rest = {{"book.vcf", card("a") + card("c")}};
+    deletes(file(), whole, {"b"});
+
+    const auto counts = endUndoEverywhere(Fate::Kill, rest, whole);
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.ends, 20);
+    EXPECT_GT(counts.oldFiles, 0);
+}
+
+TEST_F(UndoKillTest, LeavesTheOldFileOrOneWithEverybodyWhenOthersHaveChangedIt)
+{
+    deletes(file(), {{"book.vcf", card("a") + card("b") + card("c")}}, {"a", "b"});
+    const Contents changed = {{"book.vcf", card("c") + card("x")}};
+    const Contents all = {{"book.vcf", card("c") + card("x") + card("a") + card("b")}};
+
+    const auto counts = endUndoEverywhere(Fate::Kill, changed, all);
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.ends, 20);
+}
+
+TEST_F(UndoKillTest, LeavesEachFileOfAFolderOldOrNewWhereverTheProgramIsKilled)
+{
+    const Contents whole = {{"a.vcf", card("a1") + card("a2")},
+                            {"b.vcf", card("b")},
+                            {"c.vcf", card("c1") + card("c2")}};
+    const Contents rest = {{"a.vcf", card("a2")}, {"b.vcf", std::nullopt}, {"c.vcf", card("c1")}};
+    deletes(folder(), whole, {"a1", "b", "c2"});
+
+    const auto counts = endUndoEverywhere(Fate::Kill, rest, whole);
+    if (!counts.canTrace) {
+        GTEST_SKIP() << "Processes cannot be traced here.";
+    }
+
+    EXPECT_GT(counts.ends, 50);
+    EXPECT_GT(counts.halfDone, 0);
+    EXPECT_GT(counts.oldFiles, 0);
+}
+
+TEST_F(UndoKillTest, LeavesNothingBesideAFolderOldOrNewWhereverTheUserQuits)
+{
+    const Contents whole = {{"a.vcf", card("a1") + card("a2")},
+                            {"b.vcf", card("b")},
+                            {"c.vcf", card("c1") + card("c2")}};
+    const Contents rest = {{"a.vcf", card("a2")}, {"b.vcf", std::nullopt}, {"c.vcf", card("c1")}};
+    deletes(folder(), whole, {"a1", "b", "c2"});
+
+    const auto counts = endUndoEverywhere(Fate::Terminate, rest, whole);
     if (!counts.canTrace) {
         GTEST_SKIP() << "Processes cannot be traced here.";
     }

@@ -197,7 +197,7 @@ protected:
 
     static std::string sentence(const std::filesystem::path& file)
     {
-        return "The last deletion was interrupted. “" + file.filename().string() +
+        return "The last change was interrupted. “" + file.filename().string() +
                "” as it was before is in “" + temporaryPath(file, {1, 0}, 1).string() + "”.";
     }
 };
