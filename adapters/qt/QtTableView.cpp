@@ -3,6 +3,8 @@
 #include "adapters/qt/TableAnnouncement.h"
 #include "adapters/qt/TableSetup.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
@@ -248,6 +250,14 @@ bool QtTableView::keyPressed(const QKeyEvent& key)
     }
     if (key.key() == Qt::Key_Space && modifiers == Qt::NoModifier && !selection_.isEmpty()) {
         toggleSelectedRows();
+        return true;
+    }
+    if (key.key() == Qt::Key_F10 && modifiers == Qt::ShiftModifier) {
+        // Qt opens the context menu only for the Menu key.
+        const auto position = widget_->visualRect(widget_->currentIndex()).center();
+        QCoreApplication::postEvent(
+            widget_->viewport(), new QContextMenuEvent(QContextMenuEvent::Keyboard, position,
+                                                       widget_->viewport()->mapToGlobal(position)));
         return true;
     }
     return false;

@@ -255,6 +255,22 @@ TEST(TableKeyboard, SelectRowSelectsItAloneScrollsToItAndTakesTheFocus)
     EXPECT_EQ(shown.focus(), &shown.widget);
 }
 
+TEST(TableKeyboard, OpensTheContextMenuAtTheSelectedRow)
+{
+    TableWindow shown(3);
+    std::vector<QPoint> positions;
+    shown.widget.setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(&shown.widget, &QWidget::customContextMenuRequested,
+                     [&positions](const QPoint& position) { positions.push_back(position); });
+    shown.table.selectRow(2);
+
+    shown.press(Qt::Key_F10, Qt::ShiftModifier);
+    shown.settle();
+
+    ASSERT_EQ(positions.size(), 1U);
+    EXPECT_EQ(shown.widget.rowAt(positions.front().y()), 2);
+}
+
 TEST(TableKeyboard, ShowsAllRowsThatBelongTogetherWithTheOneItJumpsTo)
 {
     TableWindow shown(400);
