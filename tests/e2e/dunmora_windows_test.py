@@ -297,6 +297,62 @@ class ReviewTest(DunmoraCase):
         dunmora.total("1 duplicates of 2")
         self.assert_book(ANN_1 + JUNK + BEN)
 
+    def test_keeps_another_copy_deletes_and_undoes_by_keys_alone(self):
+        dunmora = self.start_searched()
+        dunmora.wait_for(lambda: dunmora.table.has("focused"), "focused table")
+        dunmora.press(dunmora.main, "home", "down", "ctrl+k")
+        dunmora.wait_for_marks(True, False, False, True)
+
+        dunmora.press(dunmora.main, "ctrl+Delete")
+        dunmora.press(dunmora.alert(*CONFIRMATION), "enter")
+        dunmora.total("2 duplicates of 3")
+        dunmora.label("2 people deleted.")
+        self.assert_book(JUNK + BEN + ANN_2 + CARL_1)
+        dunmora.wait_for_main_alone()
+        dunmora.wait_for(lambda: dunmora.table.has("focused"), "focused table")
+
+        dunmora.press(dunmora.main, "alt+u")
+        dunmora.search()
+        dunmora.total("4 duplicates of 5")
+        dunmora.label("2 people restored.")
+        self.assert_book(BOOK)
+
+    def test_undoes_two_deletions_by_menu_after_a_reload(self):
+        dunmora = self.start_searched()
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        dunmora.total("2 duplicates of 3")
+        dunmora.wait_for_main_alone()
+        dunmora.press(dunmora.main, "home", "space")
+        dunmora.wait_for_marks(True, False)
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        dunmora.total("1 duplicates of 2")
+        self.assert_book(JUNK + BEN + CARL_1)
+        dunmora.press(dunmora.wait_for_main_alone(), "F5")
+        dunmora.search()
+
+        dunmora.press(dunmora.main, "alt+e", "d")
+        dunmora.search()
+        dunmora.total("0 duplicates of 3")
+        self.assert_book(ANN_1 + JUNK + BEN + CARL_1)
+        dunmora.press(dunmora.main, "alt+e", "d")
+        dunmora.search()
+        self.assert_book(BOOK)
+
+    def test_saves_the_removed_people(self):
+        dunmora = self.start_searched()
+        dunmora.press(self.delete_checked(dunmora), "enter")
+        dunmora.label("2 people deleted.")
+        dunmora.wait_for_main_alone()
+
+        dunmora.press(dunmora.main, "alt+s")
+        panel = dunmora.open_panel
+        dunmora.press(panel, "ctrl+a")
+        dunmora.type(panel, str(self.home / "removed"))
+        dunmora.press(panel, "enter")
+
+        dunmora.wait_for_main_alone()
+        self.assertEqual((self.home / "removed.vcf").read_bytes(), ANN_2 + CARL_2)
+
     def test_reads_the_book_again_on_reload(self):
         dunmora = self.start_searched()
         self.book.write_bytes(BOOK + DORA_1 + DORA_2)
