@@ -15,7 +15,7 @@ import time
 import windowcase
 from cards import card
 from desktop import Desktop
-from dunmora import Dunmora
+from dunmora import CONFIRMATION, Dunmora
 from dunmoracase import ANN_1, ANN_2, ANNS, BEN, BOOK, CARL_1, CARL_2, CARLS, DunmoraCase
 
 SERVICES = sorted(pathlib.Path("/usr/share/dbus-1/services").glob("org.gnome.evolution.dataserver.[AS]*.service"))
@@ -85,6 +85,22 @@ class WindowTest(BooksCase):
         dunmora.search()
         dunmora.total("0 duplicates of 3")
         self.assertEqual(dunmora.output, "")
+
+    def test_undoes_a_deletion_by_keys_alone(self):
+        self.create_book("family", "Family", ANN_1, BEN, ANN_2, CARL_1, CARL_2)
+        before = self.cards("family")
+
+        dunmora = self.start("eds:family")
+        dunmora.search()
+        dunmora.press(dunmora.main, "ctrl+Delete")
+        dunmora.press(dunmora.alert(*CONFIRMATION), "enter")
+        dunmora.label("2 people deleted.")
+        self.assertEqual(len(self.cards("family")), 3)
+        dunmora.press(dunmora.wait_for_main_alone(), "alt+u")
+        dunmora.search()
+
+        dunmora.total("4 duplicates of 5")
+        self.assertEqual(self.cards("family"), before)
 
 
 class EmptyDesktopTest(BooksCase):
