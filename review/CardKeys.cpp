@@ -45,6 +45,10 @@ bool isBookkeeping(std::string_view name)
         "X-EVOLUTION-FILE-AS",
         "X-EVOLUTION-WEBDAV-ETAG",
         "X-EVOLUTION-WEBDAV-HREF",
+        "X-MOZILLA-HTML",
+        "X-MS-OL-DEFAULT-POSTAL-ADDRESS",
+        "X-MS-OL-DESIGN",
+        "X-MS-SIGNATURE",
     });
     return std::binary_search(kNames.begin(), kNames.end(), name);
 }
@@ -75,9 +79,17 @@ std::string joined(std::initializer_list<std::string_view> parts)
 }
 
 /// How a structured name (RFC 6350 §6.2.2) is written in one line. A formatted name that is one of
-/// these adds nothing to it.
+/// these adds nothing to it. None for a name that is too long to be one.
 std::vector<std::string> formattedNames(const CardProperty& name)
 {
+    constexpr std::size_t kLongest = 1000;
+    std::size_t length = 0;
+    for (const auto& component : name.components) {
+        length += component.size();
+    }
+    if (length > kLongest) {
+        return {};
+    }
     const auto family = componentOf(name, 0);
     const auto given = componentOf(name, 1);
     const auto additional = componentOf(name, 2);
@@ -195,6 +207,20 @@ void CardKeys::addProperty(const CardProperty& property)
 
 void CardKeys::addName(const CardProperty& property)
 {
+    // A name without the additional names, the prefix or the suffix is in this one, too.
+    constexpr std::size_t kFirstOptional = 2;
+    for (std::size_t i = kFirstOptional; i < property.components.size(); ++i) {
+        if (showsNothing(property.components[i])) {
+            continue;
+        }
+        auto shorter = property;
+        shorter.components[i].clear();
+        provided_.push_back(keyOf(property.name, comparedText(shorter)));
+        for (auto j = i + 1; j < property.components.size(); ++j) {
+            shorter.components[j].clear();
+        }
+        provided_.push_back(keyOf(property.name, comparedText(shorter)));
+    }
     for (const auto& name : formattedNames(property)) {
         provided_.push_back(keyOf(kFormattedName, name));
     }

@@ -59,7 +59,14 @@ std::string withFoldedWhiteSpace(std::string_view text)
     std::string folded;
     folded.reserve(text.size());
     bool isAfterSpace = false;
+    constexpr auto kIsVisible = [](char c) { return c > ' ' && c <= '~'; };
     for (std::size_t position = 0; position < text.size();) {
+        if (kIsVisible(text[position])) {
+            folded += isAfterSpace && !folded.empty() ? " " : "";
+            position = appendPlain(folded, text, position, kIsVisible);
+            isAfterSpace = false;
+            continue;
+        }
         const auto character = utf8CharacterAt(text, position);
         if (isWhiteSpace(character.codePoint)) {
             isAfterSpace = true;

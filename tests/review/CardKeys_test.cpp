@@ -120,10 +120,11 @@ TEST(CardKeys, CompareBinaryValuesByTheirBytes)
 
 TEST(CardKeys, IgnoreBookkeepingAndEmptyValues)
 {
-    EXPECT_EQ(compared(card({text("UID", "1"), text("REV", "2"), text("PRODID", "3"),
-                             text("VERSION", "4.0"), text("KIND", "individual"),
-                             text("X-ABSHOWAS", "COMPANY"), text("X-ABUID", "5"),
-                             text("X-EVOLUTION-FILE-AS", "Lee, Ann")})),
+    EXPECT_EQ(compared(card(
+                  {text("UID", "1"), text("REV", "2"), text("PRODID", "3"), text("VERSION", "4.0"),
+                   text("KIND", "individual"), text("X-ABSHOWAS", "COMPANY"), text("X-ABUID", "5"),
+                   text("X-EVOLUTION-FILE-AS", "Lee, Ann"), text("X-MOZILLA-HTML", "FALSE"),
+                   text("X-MS-SIGNATURE", "YES"), text("X-MS-OL-DEFAULT-POSTAL-ADDRESS", "1")})),
               0U);
     EXPECT_EQ(compared(card({text("NOTE", ""), text("NOTE", " \u00A0\n"), binary("PHOTO", ""),
                              structured("ADR", {"", " ", "", ""}), structured("N", {})})),
@@ -146,6 +147,29 @@ TEST(CardKeys, TakeAFormattedNameForTheNameThatItIsMadeOf)
     // The name says which part is the family name.
     EXPECT_FALSE(hasAll(card({text("FN", "Ann Lee")}), card({structured("N", {"Lee", "Ann"})})));
     EXPECT_FALSE(hasAll(kept, card({text("NICKNAME", "Ann Lee")})));
+}
+
+TEST(CardKeys, FindAShorterNameInALongerOne)
+{
+    const auto kept = card({structured("N", {"Lee", "Ann", "Marie", "Dr.", "Jr."})});
+    const auto hasName = [&](const std::vector<std::string>& components) {
+        return hasAll(kept, card({structured("N", components)}));
+    };
+
+    EXPECT_TRUE(hasName({"Lee", "Ann"}));
+    EXPECT_TRUE(hasName({"Lee", "Ann", "Marie"}));
+    EXPECT_TRUE(hasName({"Lee", "Ann", "", "Dr.", "Jr."}));
+    EXPECT_FALSE(hasName({"Lee"}));
+    EXPECT_FALSE(hasName({"Lee", "Ann", "Maria"}));
+    EXPECT_FALSE(hasName({"Lee", "Ann", "Dr."}));
+    EXPECT_FALSE(hasAll(card({structured("N", {"Lee", "Ann"})}), kept));
+}
+
+TEST(CardKeys, AreFewForALongName)
+{
+    const std::string megabyte(1'000'000, 'x');
+
+    EXPECT_EQ(CardKeys(card({structured("N", {megabyte, megabyte})})).provided().size(), 1U);
 }
 
 TEST(CardKeys, CompareMembershipOfLists)
