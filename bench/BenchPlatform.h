@@ -15,8 +15,8 @@
 
 namespace dunmora::bench {
 
-/// How many of a book's people have a copy.
-enum class Twice { OneInTen, Everyone };
+/// How many of a book's people have a copy; with OnePerson, all are copies of the same one.
+enum class Twice { OneInTen, Everyone, OnePerson };
 
 /// People in memory, each with two numbers. Listing them costs nothing, so that only the engine is
 /// measured. Does not support removals.
@@ -26,7 +26,8 @@ public:
     {
         const std::size_t period = twice == Twice::Everyone ? 2 : 11;
         for (std::size_t i = 0; i < count; ++i) {
-            const auto who = i % period == period - 1 ? i - 1 : i;
+            const auto copied = i % period == period - 1 ? i - 1 : i;
+            const auto who = twice == Twice::OnePerson ? 0 : copied;
             auto& texts = texts_.emplace_back(
                 std::array{"uid-" + std::to_string(i), "First" + std::to_string(who),
                            "Last" + std::to_string(who), "+1 555 " + std::to_string(who)});
