@@ -59,8 +59,21 @@ void appendValue(std::string& out, const ContactRecord& record, const ContactFie
     }
 }
 
+void appendOnlyHere(std::string& out, const std::vector<OnlyHere>& properties,
+                    JsonCharacters characters)
+{
+    out += R"(,"only_here":)";
+    appendList(out, properties, [&](const OnlyHere& only) {
+        out += R"({"property":)";
+        appendJsonText(out, only.property, characters);
+        out += R"(,"value":)";
+        appendJsonText(out, only.value, characters);
+        out += '}';
+    });
+}
+
 void appendRow(std::string& out, const ContactRecord& record, const PersonSource* source,
-               JsonCharacters characters)
+               const std::vector<OnlyHere>& onlyHere, JsonCharacters characters)
 {
     char before = '{';
     for (const auto& field : kContactFields) {
@@ -77,6 +90,7 @@ void appendRow(std::string& out, const ContactRecord& record, const PersonSource
     } else {
         appendJsonText(out, source->address, characters);
     }
+    appendOnlyHere(out, onlyHere, characters);
     out += '}';
 }
 
@@ -101,7 +115,9 @@ std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGr
         out += R"(,"rows":)";
         auto row = group.firstRow;
         appendList(out, group.uids, [&](const std::string& uid) {
-            appendRow(out, *engine.contacts().find(uid), cards.source(row++), characters);
+            appendRow(out, *engine.contacts().find(uid), cards.source(row), cards.onlyHere(row),
+                      characters);
+            ++row;
         });
         out += '}';
     });

@@ -20,7 +20,8 @@ struct ReviewHead {
     std::size_t skipped = 0;
 };
 
-/// The review as one JSON document on one line, with a line end.
+/// The review as one JSON document on one line, with a line end. Each row ends with what only it
+/// holds.
 std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
                        const UniqueProperties& cards, const ReviewHead& head,
                        JsonCharacters characters);

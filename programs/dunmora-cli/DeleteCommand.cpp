@@ -19,9 +19,11 @@
 #include "programs/dunmora-cli/RestoreCommand.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "programs/dunmora-cli/UniqueWarning.h"
 #include "review/CheckedPeople.h"
 #include "review/GroupWarnings.h"
 #include "review/ReviewTexts.h"
+#include "review/UniqueProperties.h"
 #include "text/Counted.h"
 #include "text/DisplayText.h"
 #include "text/TextHash.h"
@@ -67,10 +69,11 @@ std::string enumerated(const std::vector<std::string>& names)
 
 /// Reports what the user may have overlooked. Returns whether the deletion may continue.
 bool passesGuards(const ContactsParser& engine, const GroupWarnings& warnings,
-                  const DeleteRequest& request, const CliEnvironment& environment)
+                  const CardSource* cards, const DeleteRequest& request,
+                  const CliEnvironment& environment)
 {
     const auto lost =
-        request.allowLastCopy ? std::vector<std::string>() : lastCopies(engine, warnings);
+        request.allowLastCopy ? std::vector<std::string>() : lastCopies(engine, warnings, cards);
     const auto blank =
         request.allowBlankMatch ? 0 : warnings.checkedPeopleWhoShareOnlyEmptyFields();
     if (!lost.empty()) {
@@ -148,10 +151,10 @@ void checkBackup(const ReviewSession& session, const std::vector<std::string>& u
 /// Shows the people to be deleted: in the result, and on the terminal where the user is asked when
 /// the result is not shown there.
 void show(const ContactsParser& engine, const std::vector<std::string>& uids,
-          const DeleteRequest& request, const CliEnvironment& environment)
+          const TableCards& cards, const DeleteRequest& request, const CliEnvironment& environment)
 {
     const auto table = [&](bool onTerminal) {
-        return contactTable(engine, {uids},
+        return contactTable(engine, {uids}, cards,
                             onTerminal && environment.wantsColour ? Colour::On : Colour::Off);
     };
     const bool isResult = request.book.format == OutputFormat::Table;
@@ -267,14 +270,18 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
         }
         return ExitCode::Done;
     }
-    if (!passesGuards(engine, warnings, request, environment)) {
+    if (!passesGuards(engine, warnings, session.cards(), request, environment)) {
         return ExitCode::Failed;
     }
     if (request.backup) {
         checkBackup(session, uids, request);
     }
 
-    show(engine, uids, request, environment);
+    UniqueProperties properties;
+    namingBookInMemoryErrors(request.book.addressBook,
+                             [&] { properties.read(engine, session.cards()); });
+    show(engine, uids, {engine, properties, session.cards()}, request, environment);
+    reportUnique(properties, request.book, environment);
     if (asks(request) && !userAgrees()) {
         report(environment, "Nothing was deleted.");
         return ExitCode::Failed;

@@ -9,9 +9,11 @@
 #include "programs/dunmora-cli/ContactJson.h"
 #include "programs/dunmora-cli/ContactTable.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
+#include "programs/dunmora-cli/MemoryError.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "programs/dunmora-cli/UniqueWarning.h"
 #include "review/DuplicateGroups.h"
 #include "review/GroupWarnings.h"
 #include "review/ReviewTexts.h"
@@ -26,7 +28,7 @@ namespace dunmora {
 namespace {
 
 std::string asTable(const ContactsParser& engine, const std::vector<DuplicateGroup>& groups,
-                    const CliEnvironment& environment)
+                    const TableCards& cards, const CliEnvironment& environment)
 {
     std::vector<UidSpan> blocks;
     blocks.reserve(groups.size());
@@ -34,14 +36,15 @@ std::string asTable(const ContactsParser& engine, const std::vector<DuplicateGro
         blocks.push_back(group.uids);
     }
     const bool colour = environment.outIsTerminal && environment.wantsColour;
-    auto table = contactTable(engine, blocks, colour ? Colour::On : Colour::Off);
+    auto table = contactTable(engine, blocks, cards, colour ? Colour::On : Colour::Off);
     if (!table.empty()) {
         table += '\n';
     }
     return table + totalText(engine) + '\n';
 }
 
-void warn(const ContactsParser& engine, const CliEnvironment& environment)
+void warn(const ContactsParser& engine, const UniqueProperties& properties,
+          const BookRequest& request, const CliEnvironment& environment)
 {
     GroupWarnings warnings;
     warnings.update(engine);
@@ -52,6 +55,7 @@ void warn(const ContactsParser& engine, const CliEnvironment& environment)
     };
     warnOf(GroupWarning::LosesEveryCopy, warnings.peopleWhoLoseEveryCopy());
     warnOf(GroupWarning::SharesOnlyEmptyFields, warnings.peopleWhoShareOnlyEmptyFields());
+    reportUnique(properties, request, environment);
 }
 
 }  // namespace
@@ -66,19 +70,23 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     const auto& engine = session.review();
     const auto groups = duplicateGroups(engine);
     UniqueProperties cards;
-    cards.read(engine, session.cards());
+    namingBookInMemoryErrors(request.book.addressBook,
+                             [&] { cards.read(engine, session.cards()); });
     const ReviewHead head{request.book.addressBook, namesOf(fields),
                           session.addressBook().notes().cardsSkipped};
 
     printAs(environment, request.book.format,
-            {.table = [&] { return asTable(engine, groups, environment); },
+            {.table =
+                 [&] {
+                     return asTable(engine, groups, {engine, cards, session.cards()}, environment);
+                 },
              .json =
                  [&](JsonCharacters characters) {
                      return reviewJson(engine, groups, cards, head, characters);
                  },
              .csv = [&](CsvTexts texts) { return contactCsv(engine, groups, cards, texts); }});
     if (!request.book.quiet) {
-        warn(engine, environment);
+        warn(engine, cards, request.book, environment);
     }
     return ExitCode::Done;
 }

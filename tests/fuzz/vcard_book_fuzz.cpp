@@ -141,7 +141,8 @@ bool isBlank(const File& file, std::string_view rest)
     const auto encoding = file.reading->encoding;
     return encoding == FileEncoding::Bytes
                ? dunmora::isBlankContent(rest)
-               : rest.size() % 2 == 0 && dunmora::isBlankContent(dunmora::utf16ToUtf8(rest, encoding));
+               : rest.size() % 2 == 0 &&
+                     dunmora::isBlankContent(dunmora::utf16ToUtf8(rest, encoding));
 }
 
 /// Checks the files after a round; those of a folder are deleted when nothing remains in them.

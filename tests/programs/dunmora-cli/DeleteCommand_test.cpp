@@ -344,6 +344,30 @@ TEST_F(DeleteTest, RefusesToDeleteThoseWhoShareOnlyEmptyFields)
     expectUnchanged();
 }
 
+TEST_F(DeleteTest, MarksTheCopiesThatHoldSomethingUnique)
+{
+    auto unique = named("ann-2", "Ann");
+    unique.properties = {{"NOTE", "", {"a"}, {}}};
+    bookHolds({withMobile(named("ann-1", "Ann")), unique, named("ann-3", "Ann")});
+
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--uncheck", "ann-3"}), 0);
+
+    EXPECT_NE(out().find("\n[x]* Ann         Lee"), std::string::npos) << out();
+    EXPECT_EQ(err(), "dunmora-cli: warning: 1 copy holds something unique, marked with * in the "
+                     "table.\n");
+}
+
+TEST_F(DeleteTest, NamesPeopleByTheirCardsInTheGuard)
+{
+    auto firm = named("1", "", "");
+    firm.properties = {{"ORG", "", {"Acme"}, {}}};
+    bookHolds({firm, named("2", "", "")});
+
+    EXPECT_EQ(run({"delete", "b", "--yes", "--allow-blank-match"}), 1);
+
+    EXPECT_NE(err().find("1 person would lose every copy: Acme."), std::string::npos) << err();
+}
+
 TEST_F(DeleteTest, RefusesToDeleteThoseWhoShareOnlyWhiteSpace)
 {
     bookHolds({withMobile(named("1", " ", "")), withMobile(named("2", " ", ""), "555-0101"),

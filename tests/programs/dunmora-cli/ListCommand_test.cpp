@@ -1,4 +1,5 @@
 #include "platform/PlatformError.h"
+#include "tests/fakes/FakeCard.h"
 #include "tests/programs/dunmora-cli/CliTest.h"
 #include "tests/programs/dunmora-cli/ReferenceJson.h"
 
@@ -42,10 +43,12 @@ TEST_F(ListTest, PrintsTheReviewAsExactlyThisJson)
         R"({"schema":1,"addressBook":"my book.vcf","match":["firstname","lastname"],"contacts":3,)"
         R"("duplicates":2,"skipped":3,"groups":[{"key":"Ann-Lee-","rows":[{"uid":"uid-1",)"
         R"("fname":"Ann","lname":"Lee","nickname":"","home":"","work":"","mobile":"+1 555 0100",)"
-        R"("modified":"2024-05-01T10:00:00Z","check":false,"source":"people.vcf"},)"
+        R"("modified":"2024-05-01T10:00:00Z","check":false,"source":"people.vcf","only_here":[]},)"
         R"({"uid":"uid-2","fname":"Ann",)"
         R"("lname":"Lee","nickname":"Annie","home":"555-0100","work":"555-0101",)"
-        R"("mobile":"555-0102","modified":null,"check":true,"source":"people.vcf"}]}]})"
+        R"("mobile":"555-0102","modified":null,"check":true,"source":"people.vcf","only_here":[)"
+        R"({"property":"NICKNAME","value":"Annie"},{"property":"TEL","value":"555-0101"},)"
+        R"({"property":"TEL","value":"555-0102"}]}]}]})"
         "\n");
     EXPECT_EQ(err(), "");
 }
@@ -180,8 +183,8 @@ TEST_F(ListTest, SeparatesTheGroupsAndShowsCheckMarksAndAllColumns)
         "uid-of-ann\n"
         "[x]  Ann         Lee                                                2024-05-01 10:00  a2\n"
         "\n"
-        "[x]  Benjamin    Li                                                 2024-05-01 10:00  b1\n"
-        "[x]  Benjamin    Li                                                 2024-05-01 10:00  b2\n"
+        "[x]* Benjamin    Li                                                 2024-05-01 10:00  b1\n"
+        "[x]* Benjamin    Li                                                 2024-05-01 10:00  b2\n"
         "\n"
         "4 duplicates of 4\n");
 }
@@ -212,8 +215,8 @@ TEST_F(ListTest, AlignsWideAndCombiningCharacters)
 
     run({"list", "book.vcf", "--quiet"});
 
-    EXPECT_NE(out().find("\n[x]  王小明      Li  "), std::string::npos) << out();
-    EXPECT_NE(out().find("\n[x]  Zoe\u0308         Li  "), std::string::npos) << out();
+    EXPECT_NE(out().find("\n[x]* 王小明      Li  "), std::string::npos) << out();
+    EXPECT_NE(out().find("\n[x]* Zoe\u0308         Li  "), std::string::npos) << out();
 }
 
 TEST_F(ListTest, LetsAVeryLongNameOverflowItsColumn)
@@ -224,8 +227,8 @@ TEST_F(ListTest, LetsAVeryLongNameOverflowItsColumn)
 
     run({"list", "book.vcf", "--quiet"});
 
-    EXPECT_NE(out().find("]  " + endless + "  Li  "), std::string::npos);
-    EXPECT_NE(out().find("]  Ann" + std::string(37 + 2, ' ') + "Lee  "), std::string::npos);
+    EXPECT_NE(out().find("]* " + endless + "  Li  "), std::string::npos);
+    EXPECT_NE(out().find("]* Ann" + std::string(37 + 2, ' ') + "Lee  "), std::string::npos);
 }
 
 TEST_F(ListTest, CutsAnEndlessNameInATableOnly)
@@ -234,7 +237,7 @@ TEST_F(ListTest, CutsAnEndlessNameInATableOnly)
     bookHolds({named("1", endless, "Li"), named("2", endless, "Li")});
 
     run({"list", "book.vcf", "--quiet"});
-    EXPECT_NE(out().find("]  " + std::string(1024, 'a') + "…  Li  "), std::string::npos);
+    EXPECT_NE(out().find("]* " + std::string(1024, 'a') + "…  Li  "), std::string::npos);
     EXPECT_LT(out().size(), 5000U);
 
     for (const std::string format : {"json", "csv"}) {
@@ -255,7 +258,7 @@ TEST_F(ListTest, NeverShowsAControlCharacterInATable)
 
     run({"list", "book.vcf"});
 
-    EXPECT_NE(out().find("]  A␛[2J␊␡����n  Lee"), std::string::npos) << out();
+    EXPECT_NE(out().find("]* A␛[2J␊␡����n  Lee"), std::string::npos) << out();
     EXPECT_NE(out().find("  1␍\n"), std::string::npos);
     EXPECT_NE(err().find("note: odd ␛[31m file\n"), std::string::npos) << err();
 }
@@ -366,7 +369,68 @@ TEST_F(ListTest, WarnsOfPeopleWhoWouldLoseEveryCopy)
 
     run({"list", "book.vcf"});
 
-    EXPECT_EQ(err(), "dunmora-cli: warning: 2 people would lose every copy.\n");
+    EXPECT_EQ(err(), "dunmora-cli: warning: 2 people would lose every copy.\n"
+                     "dunmora-cli: warning: 4 copies hold something unique, marked with * in the "
+                     "table.\n");
+}
+
+/// Ann three times: the first copy is kept, the second holds something unique.
+std::vector<FakePerson> annWithAnAddress()
+{
+    auto unique = named("ann-2", "Ann");
+    unique.properties = {textProperty("EMAIL", "ann@example.org"), textProperty("NOTE", "a\nb")};
+    auto kept = withMobile(named("ann-1", "Ann"));
+    kept.properties = {textProperty("NOTE", "a b")};
+    return {kept, unique, named("ann-3", "Ann")};
+}
+
+TEST_F(ListTest, MarksAndCountsTheCopiesThatHoldSomethingUnique)
+{
+    bookHolds(annWithAnAddress());
+
+    EXPECT_EQ(run({"list", "book.vcf"}), 0);
+
+    EXPECT_NE(out().find("\n[ ]  Ann         Lee"), std::string::npos) << out();
+    EXPECT_NE(out().find("\n[x]* Ann         Lee"), std::string::npos) << out();
+    EXPECT_NE(out().find("\n[x]  Ann         Lee"), std::string::npos) << out();
+    EXPECT_TRUE(out().ends_with("\n3 duplicates of 3\n")) << out();
+    EXPECT_EQ(err(), "dunmora-cli: warning: 1 copy holds something unique, marked with * in the "
+                     "table.\n");
+
+    run({"list", "book.vcf", "--format", "csv"});
+    EXPECT_EQ(err(), "dunmora-cli: warning: 1 copy holds something unique.\n");
+    run({"list", "book.vcf", "--quiet"});
+    EXPECT_EQ(err(), "");
+}
+
+TEST_F(ListTest, NamesInJsonWhatOnlyOneCopyHolds)
+{
+    bookHolds(annWithAnAddress());
+
+    run({"list", "book.vcf", "--format", "json", "--quiet"});
+
+    EXPECT_EQ(jsonAt(out(), "/groups/0/rows/0/only_here"), "[]");
+    EXPECT_EQ(jsonAt(out(), "/groups/0/rows/1/only_here/0/property"), R"("EMAIL")");
+    EXPECT_EQ(jsonAt(out(), "/groups/0/rows/1/only_here/0/value"), R"("ann@example.org")");
+    EXPECT_EQ(jsonAt(out(), "/groups/0/rows/2/only_here"), "[]");
+}
+
+TEST_F(ListTest, NamesPeopleWithoutANameInATable)
+{
+    auto firm = withMobile(named("1", "", ""));
+    firm.properties = {textProperty("ORG", "Acme\x1b[2J")};
+    auto other = named("2", "", "\u00A0");
+    other.properties = {textProperty("EMAIL", "info@example.org")};
+    bookHolds({firm, other, named("3", "", ""), named("4", "", "\u00A0")});
+    environment_.outIsTerminal = true;
+    environment_.wantsColour = true;
+
+    run({"list", "book.vcf", "--quiet"});
+
+    EXPECT_NE(out().find("\x1b[2mAcme␛[2J"), std::string::npos) << out();
+    EXPECT_NE(out().find("\x1b[2minfo@example.org"), std::string::npos) << out();
+    run({"list", "book.vcf", "--quiet", "--format", "csv"});
+    EXPECT_EQ(out().find("Acme"), std::string::npos) << out();
 }
 
 TEST_F(ListTest, WarnsOfPeopleWhoShareOnlyEmptyFields)
