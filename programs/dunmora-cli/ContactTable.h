@@ -27,9 +27,9 @@ struct TableCards {
     const CardSource* cards = nullptr;
 
     TableCards() = default;
-    /// The rows of the engine in which something is unique. `cards` must outlive this.
+    /// The rows of the engine in which something is unique. `source` must outlive this.
     TableCards(const ContactsParser& engine, const UniqueProperties& properties,
-               const CardSource* cards);
+               const CardSource* source);
 };
 
 /// A table for a terminal: a line of titles, a line per person, an empty line between blocks; check

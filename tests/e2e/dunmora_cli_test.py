@@ -37,6 +37,9 @@ NO_OUTPUT = "dunmora-cli: The output could not be written.\n"
 ANN_1 = card("ann-1", "Ann", "Lee", "TEL;TYPE=CELL:+1 555 0100")
 BEN = card("ben", "Ben", "Li", "NOTE:kept\\, with a fold", " ed line")
 ANN_2 = card("ann-2", "Ann", "Lee", "X-ODD:whatever")
+# The line of the second copy that the first one has not.
+UNIQUE = "dunmora-cli: warning: 1 copy holds something unique.\n"
+UNIQUE_IN_TABLE = "dunmora-cli: warning: 1 copy holds something unique, marked with * in the table.\n"
 BOOK = ANN_1 + b"text between cards\r\n" + BEN + ANN_2
 BOOK_WITHOUT_ANN_2 = BOOK[: -len(ANN_2)]
 
@@ -119,19 +122,21 @@ class ListTest(EndToEnd):
     def test_prints_the_review_as_json(self):
         row = {"uid": "ann-1", "fname": "Ann", "lname": "Lee", "nickname": "", "home": "", "work": "",
                "mobile": "+1 555 0100", "modified": "2024-05-01T10:00:00Z", "check": False,
-               "source": str(self.book)}
+               "source": str(self.book), "only_here": []}
+        copy = {**row, "uid": "ann-2", "mobile": "", "check": True,
+                "only_here": [{"property": "X-ODD", "value": "whatever"}]}
 
         self.assertEqual(self.listed(self.book), {
             "schema": 1, "addressBook": str(self.book), "match": ["firstname", "lastname"], "contacts": 3,
             "duplicates": 2, "skipped": 0,
-            "groups": [{"key": "Ann-Lee-", "rows": [row, {**row, "uid": "ann-2", "mobile": "", "check": True}]}]})
+            "groups": [{"key": "Ann-Lee-", "rows": [row, copy]}]})
         self.assert_untouched()
 
     def test_prints_csv_that_other_programs_can_read(self):
         code, out, err = self.run_program("list", self.book, "--format", "csv")
 
         rows = list(csv.DictReader(io.StringIO(out, newline="")))
-        self.assertEqual((code, err), (0, ""))
+        self.assertEqual((code, err), (0, UNIQUE))
         self.assertEqual([(row["group"], row["check"], row["uid"], row["modified"], row["source"])
                           for row in rows],
                          [("1", "false", "ann-1", "2024-05-01T10:00:00Z", str(self.book)),
@@ -140,7 +145,7 @@ class ListTest(EndToEnd):
     def test_shows_a_table_without_colour_or_progress_in_a_pipe(self):
         code, out, err = self.run_program("list", self.book)
 
-        self.assertEqual((code, err), (0, ""))
+        self.assertEqual((code, err), (0, UNIQUE_IN_TABLE))
         self.assertTrue(out.endswith("\n\n2 duplicates of 3\n"), out)
         self.assertNotIn("\x1b", out)
 
@@ -149,7 +154,7 @@ class ListTest(EndToEnd):
 
         self.assertEqual(code, 0)
         self.assertIn("\rLoading Contacts... [", shown)
-        self.assertIn("\x1b[31m[x]\x1b[0m  Ann", shown)
+        self.assertIn("\x1b[31m[x]\x1b[0m* Ann", shown)
 
     def test_respects_no_color_and_quiet(self):
         self.environment["NO_COLOR"] = "1"
@@ -202,8 +207,8 @@ class DeleteTest(EndToEnd):
     def test_cuts_out_the_checked_cards_and_no_other_byte(self):
         code, out, err = self.run_program("delete", self.book, "--yes", "--format", "json", "--backup", self.backup)
 
-        self.assertEqual((code, err), (0, "dunmora-cli: To put these people back: dunmora-cli restore "
-                                          f"{self.backup} {self.book}\n"))
+        self.assertEqual((code, err), (0, UNIQUE + "dunmora-cli: To put these people back: dunmora-cli restore "
+                                       f"{self.backup} {self.book}\n"))
         self.assertEqual(json.loads(out), {"schema": 1, "dryRun": False, "deleted": ["ann-2"], "contacts": 2,
                                            "duplicates": 1})
         self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
@@ -346,8 +351,8 @@ class DeleteTest(EndToEnd):
         self.assertEqual(code, 2, err)
         code, _, err = self.run_program("delete", people, "--yes", "--backup", self.backup)
 
-        self.assertEqual((code, err), (0, "dunmora-cli: To put these people back: dunmora-cli restore "
-                                          f"{self.backup} {people}\n"))
+        self.assertEqual((code, err), (0, UNIQUE_IN_TABLE + "dunmora-cli: To put these people back: "
+                                                         f"dunmora-cli restore {self.backup} {people}\n"))
         self.assertEqual({path.name: path.read_bytes() for path in people.iterdir()}, {"a.vcf": ANN_1 + BEN})
         self.assertEqual(self.backup.read_bytes(), ANN_2)
 
