@@ -2,6 +2,7 @@
 
 #include "text/Ascii.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -10,6 +11,13 @@ namespace dunmora {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Whether the parameters can contain ENCODING=B or BASE64. Fast, because every property is asked.
+bool mayBeBase64(std::string_view parameters)
+{
+    return std::any_of(parameters.begin(), parameters.end(),
+                       [](char c) { return c == 'b' || c == 'B'; });
+}
 
 }  // namespace
 
@@ -163,7 +171,9 @@ void CardScanner::readProperty(const Line& line)
     const auto name = splitName(text.substr(0, head.nameEnd)).name;
     hasProperty_ = hasProperty_ || (nestedCards_ == 0 && isPropertyName(name));
     // An ignored property matters only when it continues on lines that could pass for properties.
-    const bool mayContinue = last.end > last.begin && text_[last.end - 1] == '=';
+    const auto parameters = text.substr(head.nameEnd, head.colon - head.nameEnd);
+    const bool mayContinue =
+        (last.end > last.begin && text_[last.end - 1] == '=') || mayBeBase64(parameters);
     if (properties_ == Properties::OfPerson && propertyKind(name) == PropertyKind::Ignored &&
         !mayContinue && !nextIsIndented()) {
         return;

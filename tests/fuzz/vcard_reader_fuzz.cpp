@@ -1,3 +1,4 @@
+#include "adapters/vcard/CardProperties.h"
 #include "adapters/vcard/CardReader.h"
 #include "tests/fuzz/PersonChecks.h"
 #include "tests/fuzz/Requirement.h"
@@ -11,12 +12,14 @@
 
 namespace {
 
+using dunmora::CardProperty;
 using dunmora::CardReader;
 using dunmora::equalsIgnoringCase;
 using dunmora::isBlank;
 using dunmora::trimmed;
 using dunmora::test::hasOnlyUtf8;
 using dunmora::test::haveSameFields;
+using dunmora::test::isUtf8Text;
 using dunmora::test::require;
 
 void requireOrderedRanges(const CardReader::Cards& cards, std::size_t size)
@@ -94,6 +97,35 @@ void requireOthersStay(std::string_view text, const CardReader::Cards& cards, st
     }
 }
 
+bool hasOnlyUtf8(const CardProperty& property)
+{
+    return isUtf8Text(property.name) && isUtf8Text(property.label) &&
+           (!property.binary || isUtf8Text(property.binary->mediaType)) &&
+           std::all_of(property.components.begin(), property.components.end(),
+                       [](const std::string& text) { return isUtf8Text(text); });
+}
+
+/// Checks that the whole card is that of the person: both readers find the same numbers.
+void requireWholeCard(std::string_view card, const dunmora::Person& person)
+{
+    const auto properties = dunmora::readProperties(card, CardReader::Text::Bytes);
+    require(properties.has_value(), "a person has no whole card");
+    const auto phones = person.phones.value_or(dunmora::PhoneList());
+    std::size_t numbers = 0;
+    for (const auto& property : *properties) {
+        require(hasOnlyUtf8(property), "a text of a whole card is not UTF-8");
+        require(property.binary.has_value() != !property.components.empty(),
+                "a property has both texts and bytes, or neither");
+        if (property.name == "TEL" && !property.binary) {
+            require(numbers < phones.size() &&
+                        property.components == std::vector{std::string(phones[numbers].value)},
+                    "a whole card has other numbers than the person");
+        }
+        numbers += property.name == "TEL" ? 1 : 0;
+    }
+    require(numbers == phones.size(), "a whole card lacks a number of the person");
+}
+
 }  // namespace
 
 // NOLINTNEXTLINE(readability-identifier-naming): libFuzzer calls it by this name.
@@ -108,8 +140,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& person : cards.people) {
         require(hasOnlyUtf8(person), "a text is not UTF-8");
     }
-    for (const auto& range : cards.ranges) {
-        requireOneBeginLine(std::string_view(text).substr(range.begin, range.end - range.begin));
+    for (std::size_t i = 0; i < cards.ranges.size(); ++i) {
+        const auto& range = cards.ranges[i];
+        const auto card = std::string_view(text).substr(range.begin, range.end - range.begin);
+        requireOneBeginLine(card);
+        requireWholeCard(card, cards.people[i]);
     }
     // A card without END before a removed one would extend into the text after it.
     constexpr std::size_t kRemovals = 8;

@@ -147,6 +147,15 @@ TEST(CardProperties, DecodeUnfoldedBase64)
               (Texts{"PHOTO<image/gif, gifgif>", "FN=Ann"}));
 }
 
+TEST(CardProperties, AreThoseThatTheContactFieldsComeFrom)
+{
+    // The last line continues the photo's, and is no number.
+    const ReadText text(card21("PHOTO;ENCODING=BASE64:Z2lm\r\nZ2lm\r\n Z2.TEL:1\r\nTEL:2\r\n"));
+
+    EXPECT_EQ(text.phones(), (Texts{"-=2"}));
+    EXPECT_EQ(shown(read(text.card(0))), (Texts{"PHOTO=Z2lmZ2lm Z2.TEL:1", "TEL=2"}));
+}
+
 TEST(CardProperties, DecodeOtherMedia)
 {
     EXPECT_EQ(
