@@ -101,6 +101,14 @@ void MainWindow::openAs(std::string_view name, const std::filesystem::path& path
     }
 }
 
+void MainWindow::offerSystemBook(const std::filesystem::path& name)
+{
+    systemBook_ = name;
+    interface_->command("OnOpenSystemBook").setHandler([this](View* /*sender*/) {
+        openAs(kSystemBook, systemBook_);
+    });
+}
+
 void MainWindow::applicationDidFinishLaunching()
 {
     isLaunched_ = true;
@@ -119,6 +127,7 @@ void MainWindow::applicationDidBecomeActive()
 void MainWindow::jobsBegan(std::string_view name)
 {
     jobsHaveBegun_ = true;
+    interface_->command("OnOpenSystemBook").setEnabled(false);
     undoDelete_.jobsBegan(name);
     review_.jobsBegan(name);
 }
@@ -147,6 +156,7 @@ void MainWindow::jobsEnded()
 {
     review_.jobsEnded();
     undoDelete_.jobsEnded();
+    interface_->command("OnOpenSystemBook").setEnabled(true);
 }
 
 void MainWindow::connectCommands()
@@ -176,7 +186,7 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     // Before the launch there is no open book to keep: the first load reports what is wrong with
     // the path, and a later one finds a book that has appeared there since.
     std::error_code error;
-    if (isLaunched_ && !std::filesystem::exists(path, error) && !error) {
+    if (isLaunched_ && path != systemBook_ && !std::filesystem::exists(path, error) && !error) {
         Settings::MsgBox(quotedPath(path) + " does not exist.");
         return false;
     }

@@ -53,6 +53,13 @@ public:
     /// Like `open`, with a name for the title instead of the last component of the path.
     void openAs(std::string_view name, const std::filesystem::path& path);
 
+    /// Adds the command that opens the system's own address book, by this name in place of a path.
+    /// Call it at most once, before any job runs.
+    void offerSystemBook(const std::filesystem::path& name);
+
+    /// The name for the user of the system's own address book.
+    static constexpr std::string_view kSystemBook = "Address Book";
+
     void applicationDidFinishLaunching() override;
     void applicationDidBecomeActive() override;
 
@@ -78,6 +85,8 @@ private:
     std::string bookName_;
     MakeAddressBook makeAddressBook_;
     std::string libraries_;
+    // Empty while none is offered.
+    std::filesystem::path systemBook_;
     bool isLaunched_ = false;
     bool jobsHaveBegun_ = false;
 

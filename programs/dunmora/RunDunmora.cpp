@@ -86,7 +86,7 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     const std::filesystem::path own = systemAddressBookName();
     const bool isDefault = options.addressBook.empty() && hasSystemAddressBook();
     if (isDefault || options.addressBook == own) {
-        mainWindow.openAs("Address Book", own);
+        mainWindow.openAs(MainWindow::kSystemBook, own);
     } else if (!options.addressBook.empty()) {
         mainWindow.open(options.addressBook);
     }
@@ -124,6 +124,7 @@ void openFirst(MainWindow& mainWindow, const Options& options)
         "OnOpen", [&](const std::filesystem::path& path) { dropTarget->open(path); });
     MainWindow mainWindow(supervised, platform, openAddressBook, libraries());
     dropTarget = &mainWindow;
+    mainWindow.offerSystemBook(systemAddressBookName());
     openFirst(mainWindow, options);
     mainWindow.show();
     application.run(mainWindow);

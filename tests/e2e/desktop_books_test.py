@@ -102,6 +102,16 @@ class WindowTest(BooksCase):
         dunmora.total("4 duplicates of 5")
         self.assertEqual(self.cards("family"), before)
 
+    def test_opens_the_books_of_the_desktop_from_the_menu(self):
+        self.create_book("club", "Club", card("zoe-1", "Zoe", "Ng"), card("zoe-2", "Zoe", "Ng"))
+        dunmora = self.start_searched()
+
+        dunmora.choose("File", "Open Desktop Address Book")
+        dunmora.search()
+
+        self.assertEqual(dunmora.main.name, "Address Book – Dunmora")
+        self.assertIn(("Zoe", "Ng"), dunmora.names())
+
 
 class EmptyDesktopTest(BooksCase):
     def test_reports_an_empty_book_and_offers_another(self):

@@ -226,6 +226,25 @@ TEST_F(MainWindowTest, OpensTheBookThatTheUserChooses)
     EXPECT_EQ(table().rows, 2U);
 }
 
+TEST_F(MainWindowTest, OpensTheAddressBookOfTheSystem)
+{
+    makeWindow();
+    window_->offerSystemBook("system:");
+    window_->open(file_);
+    window_->applicationDidFinishLaunching();
+    window_->applicationDidBecomeActive();
+    EXPECT_FALSE(main_->command("OnOpenSystemBook").isEnabled) << "while a job runs";
+    application_.runUntilIdle();
+
+    main_->command("OnOpenSystemBook").use();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(opened_, (Paths{file_, "system:"}));
+    EXPECT_EQ(title(), "Address Book – Dunmora");
+    EXPECT_EQ(table().rows, 2U);
+    EXPECT_TRUE(alerts().empty());
+}
+
 TEST_F(MainWindowTest, EndsTheProgramWhenItCloses)
 {
     makeWindow();
