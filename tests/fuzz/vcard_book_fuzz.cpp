@@ -209,6 +209,21 @@ bool remove(const Files& files, VCardAddressBook& book, std::size_t round)
     return true;
 }
 
+/// Undoes the removal of the people of this round.
+void undo(const Files& files, VCardAddressBook& book, std::size_t round)
+{
+    std::size_t people = 0;
+    for (const auto& file : files) {
+        people +=
+            static_cast<std::size_t>(std::count(file.rounds.begin(), file.rounds.end(), round));
+    }
+    if (people == 0) {
+        return;
+    }
+    require(book.lastRemoved() == people, "the book remembers other people");
+    require(book.restoreLast().restored == people, "an undo did not restore everybody");
+}
+
 /// A book of one file or, less often, of a folder with two; some of its people will be removed.
 Files filesOf(const std::string& input, const std::filesystem::path& folder, Choices& choices)
 {
@@ -248,6 +263,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     VCardAddressBook book(path);
     requirePeople(files, book.readPeople(), 0);
+    std::size_t done = 0;
     for (std::size_t round = 1; round <= 2; ++round) {
         const bool staysReadable = std::all_of(files.begin(), files.end(), [&](const File& file) {
             return file.staysReadableAfter(round);
@@ -262,6 +278,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         requirePeople(files, book.people(), round);
         VCardAddressBook again(path);
         requirePeople(files, again.readPeople(), round);
+        done = round;
+    }
+    for (; done > 0; --done) {
+        undo(files, book, done);
+        requireContents(files, done - 1);
+        requirePeople(files, book.people(), done - 1);
     }
     std::filesystem::remove_all(folder);
     return 0;
