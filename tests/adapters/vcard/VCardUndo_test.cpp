@@ -1,3 +1,5 @@
+#include "adapters/posix/LockedFolder.h"
+#include "tests/adapters/posix/FailingCalls.h"
 #include "tests/adapters/vcard/BookTest.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +8,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -252,6 +255,72 @@ TEST_F(VCardUndoTest, RefusesAListingFromBeforeTheUndoForASave)
     EXPECT_EQ(uidsOf(book().people()), (Texts{"a", "b", "c"}));
 }
 
+TEST_F(VCardUndoTest, RemembersPeopleWhoWereDeletedDespiteAFailure)
+{
+    const auto content = card("a") + card("b");
+    write(file(), content);
+    // The new file and its folder have been flushed by then.
+    constexpr int kEarlierFlushes = 2;
+    {
+        const FailingCalls calls(Call::Sync, EIO, 1, kEarlierFlushes);
+        ASSERT_THROW(deletes({"a"}), PlatformError);
+    }
+    ASSERT_EQ(contentOf(file()), card("b"));
+
+    EXPECT_EQ(book().lastRemoved(), 1U);
+    EXPECT_EQ(undo().restored, 1U);
+
+    EXPECT_EQ(contentOf(file()), content);
+}
+
+TEST_F(VCardUndoTest, RestoresPeopleDespiteAFailureAtTheEnd)
+{
+    const auto content = card("a") + card("b");
+    write(file(), content);
+    deletes({"a"});
+    constexpr int kEarlierFlushes = 2;
+    const FailingCalls calls(Call::Sync, EIO, 1, kEarlierFlushes);
+
+    const auto result = undo();
+
+    EXPECT_EQ(calls.failed(), 1);
+    EXPECT_EQ(result.restored, 1U);
+    EXPECT_EQ(result.failures, Texts());
+    ASSERT_EQ(result.remarks.size(), 1U);
+    EXPECT_NE(result.remarks[0].find("could not be flushed"), std::string::npos);
+    EXPECT_EQ(contentOf(file()), content);
+    EXPECT_EQ(book().lastRemoved(), 0U);
+}
+
+TEST_F(VCardUndoTest, ChangesNothingWhenTheNewFileCannotBeFlushed)
+{
+    write(file(), card("a") + card("b"));
+    deletes({"a"});
+    {
+        const FailingCalls calls(Call::Sync, EIO);
+        EXPECT_EQ(failureOf([&] { undo(); }),
+                  about(file(), "cannot be changed: Input/output error."));
+    }
+    EXPECT_EQ(contentOf(file()), card("b"));
+    EXPECT_EQ(namesIn(folder()), Names{"book.vcf"});
+
+    EXPECT_EQ(undo().restored, 1U);
+    EXPECT_EQ(contentOf(file()), card("a") + card("b"));
+}
+
+TEST_F(VCardUndoTest, ChangesNothingWhileAnotherDeletionChangesTheFolder)
+{
+    write(file(), card("a") + card("b"));
+    deletes({"a"});
+    {
+        const LockedFolder other(folder());
+        EXPECT_EQ(failureOf([&] { undo(); }),
+                  about(folder(), "is being changed by another program. Try again later."));
+    }
+    EXPECT_EQ(contentOf(file()), card("b"));
+    EXPECT_EQ(undo().restored, 1U);
+}
+
 /// Undoes deletions from a folder.
 class VCardFolderUndoTest : public BookTest {
 protected:
@@ -404,6 +473,39 @@ TEST_F(VCardFolderUndoTest, ChangesNoFileWhenOneCannotBeChanged)
     EXPECT_EQ(contentOf(path("b.vcf")), before);
     EXPECT_EQ(book().lastRemoved(), 3U);
     EXPECT_EQ(book().lastRemovedCards(), card("a") + card("b") + card("d"));
+}
+
+TEST_F(VCardFolderUndoTest, CreatesNothingWhileAnotherDeletionChangesTheFolder)
+{
+    write(path("a.vcf"), card("a"));
+    deletes({"a"});
+    {
+        const LockedFolder other(folder());
+        EXPECT_EQ(failureOf([&] { undo(); }),
+                  about(folder(), "is being changed by another program. Try again later."));
+    }
+    EXPECT_EQ(namesIn(folder()), Names());
+    EXPECT_EQ(undo().restored, 1U);
+}
+
+TEST_F(VCardFolderUndoTest, TakesEverythingBackWhenTheFolderCannotBeFlushed)
+{
+    write(path("a.vcf"), card("a"));
+    write(path("b.vcf"), card("b") + card("c"));
+    deletes({"a", "b"});
+    {
+        // Both new files have been flushed by then.
+        constexpr int kEarlierFlushes = 2;
+        const FailingCalls calls(Call::Sync, EIO, 1, kEarlierFlushes);
+        EXPECT_EQ(failureOf([&] { undo(); }),
+                  about(folder(), "could not be flushed to disk: Input/output error."));
+    }
+    EXPECT_EQ(namesIn(folder()), Names{"b.vcf"});
+    EXPECT_EQ(contentOf(path("b.vcf")), card("c"));
+    EXPECT_EQ(book().lastRemoved(), 2U);
+
+    EXPECT_EQ(undo().restored, 2U);
+    EXPECT_EQ(namesIn(folder()), (Names{"a.vcf", "b.vcf"}));
 }
 
 TEST_F(VCardFolderUndoTest, NamesAFolderThatIsGone)
