@@ -5,6 +5,7 @@ namespace dunmora {
 class AddressBook;
 class Alert;
 class Bundle;
+class CardSource;
 class UserDefaults;
 class Workspace;
 
@@ -17,6 +18,9 @@ struct Platform {
     Alert& alert;
     Workspace& workspace;
     Bundle& bundle;
+    /// The whole cards of the open address book; null while none is open, and for a book without
+    /// cards. It changes together with `addressBook`.
+    CardSource* cardSource = nullptr;
 
     /// Sets the ports that the core uses.
     /// Thread: the main thread, before any job runs. `platform` must outlive its use.

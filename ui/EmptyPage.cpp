@@ -12,6 +12,7 @@ EmptyPage::EmptyPage(Interface& mainInterface)
       txtEmptyTitle_(&mainInterface.textField("txtEmptyTitle")),
       txtEmptyHint_(&mainInterface.textField("txtEmptyHint")),
       btnEmptyOpen_(&mainInterface.button("btnEmptyOpen")),
+      vwReview_(&mainInterface.view("vwReview")),
       tableContacts_(&mainInterface.tableView("tableContacts")),
       txtTotal_(&mainInterface.textField("txtTotal"))
 {
@@ -63,12 +64,14 @@ void EmptyPage::show(Emptiness emptiness)
                              emptiness == Emptiness::NoneLeft;
     txtTotal_->setHidden(!wasSearched);
     tableContacts_->setHidden(true);
+    vwReview_->setHidden(true);
     vwEmpty_->setHidden(false);
 }
 
 void EmptyPage::hide()
 {
     vwEmpty_->setHidden(true);
+    vwReview_->setHidden(false);
     tableContacts_->setHidden(false);
     txtTotal_->setHidden(false);
 }

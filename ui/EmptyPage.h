@@ -47,6 +47,7 @@ private:
     TextField* txtEmptyTitle_;
     TextField* txtEmptyHint_;
     Button* btnEmptyOpen_;
+    View* vwReview_;
     TableView* tableContacts_;
     TextField* txtTotal_;
 };

@@ -14,6 +14,7 @@
 #include "review/ReviewTexts.h"
 #include "ui/ContactsController.h"
 #include "ui/DeletionGuard.h"
+#include "ui/LookFilter.h"
 #include "ui/ReviewRows.h"
 
 #include <utility>
@@ -27,6 +28,9 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
       tableContacts_(&mainInterface.tableView("tableContacts")),
       btnLastCopies_(&mainInterface.button("btnLastCopies")),
       btnEmptyFields_(&mainInterface.button("btnEmptyFields")),
+      needsLook_(&mainInterface.command("OnNeedsLook")),
+      btnAllRows_(&mainInterface.button("btnAllRows")),
+      cards_(mainInterface, warnings_),
       marks_(mainInterface, warnings_,
              [this](std::span<const std::size_t> rows) { marksChanged(rows); }),
       checkedCount_(mainInterface),
@@ -44,7 +48,9 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
                     connect("OnFilter", &ReviewController::OnFilter)};
     connect("OnNextLastCopy", &ReviewController::OnNextLastCopy);
     connect("OnNextEmptyFields", &ReviewController::OnNextEmptyFields);
+    connect("OnNeedsLook", &ReviewController::OnNeedsLook);
     connect("OnNotes", &ReviewController::OnNotes);
+    showOnlyLooks(false);
 
     showRows();
     showWarnings();
@@ -65,6 +71,8 @@ void ReviewController::awakeFromNib()
 void ReviewController::setBookIsOpen(bool isOpen)
 {
     isBookOpen_ = isOpen;
+    // What was read of its cards belongs to the previous book.
+    cards_.clear(CardReview::Details::Clear);
     showRows();
 }
 
@@ -74,9 +82,11 @@ void ReviewController::jobsBegan(std::string_view name)
     lastJob_ = LastJob::None;
     marks_.jobsBegan();
     warnings_.clear();
+    // A deletion leaves the rows, their details and the notes on the screen.
+    cards_.clear(name == kThreadLoadContacts ? CardReview::Details::Clear
+                                             : CardReview::Details::Keep);
     showWarnings();
     enableCommands();
-    // A deletion leaves the rows and the notes on the screen.
     if (name == kThreadLoadContacts) {
         notes_.setNotes({});
         tableContacts_->endFiltering();
@@ -108,7 +118,11 @@ void ReviewController::jobsEnded()
                      : lastJob_ == LastJob::Deleted ? MarkCommands::After::Deletion
                                                     : MarkCommands::After::Nothing);
     showWarnings();
+    cards_.update();
     showCheckedPeople();
+    if (showsOnlyLooks_) {
+        tableContacts_->refilter();
+    }
     if (lastJob_ == LastJob::Deleted) {
         // It was left open for a user who cancels the deletion.
         tableContacts_->endFiltering();
@@ -125,35 +139,33 @@ RowStyle ReviewController::styleOfRow(std::size_t row)
 {
     RowStyle style;
     style.group = warnings_.groupOfRow(row).value_or(0);
-    const auto loses = warnings_.hasWarning(row, GroupWarning::LosesEveryCopy);
-    const auto doubtful = warnings_.hasWarning(row, GroupWarning::SharesOnlyEmptyFields);
-    if (loses) {
+    if (warnings_.hasWarning(row, GroupWarning::LosesEveryCopy)) {
         style.warning.sign = RowStyle::Warning::Sign::Loss;
-        style.warning.text = rowText(GroupWarning::LosesEveryCopy);
-    } else if (doubtful) {
+    } else if (warnings_.hasWarning(row, GroupWarning::SharesOnlyEmptyFields)) {
         style.warning.sign = RowStyle::Warning::Sign::Doubt;
     }
-    if (doubtful) {
-        style.warning.text += loses ? " " : "";
-        style.warning.text += rowText(GroupWarning::SharesOnlyEmptyFields);
-    }
+    cards_.decorate(row, style);
+    style.warning.text = warningOf(row, cards_.has(row) ? kOnlyHere : std::string_view());
     if (const auto* const record = recordInRow(static_cast<std::ptrdiff_t>(row))) {
-        style.accessibleText = accessibleText(*record, style.warning.text);
+        style.accessibleText = accessibleText(*record, style.warning.text, style.substitute.text);
     }
     return style;
 }
 
 std::string ReviewController::wholeWarning(std::size_t row)
 {
-    return styleOfRow(row).warning.text;
+    return warningOf(row, cards_.uniqueText(row));
 }
 
 std::string_view ReviewController::noteTitle()
 {
-    return {};
+    return cards_.noteTitle();
 }
 
-void ReviewController::selectedRowDidChange() {}
+void ReviewController::selectedRowDidChange()
+{
+    cards_.updateDetails();
+}
 
 void ReviewController::rowsEdited(std::span<const std::size_t> rows)
 {
@@ -168,7 +180,13 @@ RowRange ReviewController::rowsTogetherWith(std::size_t row)
 
 std::unique_ptr<RowFilter> ReviewController::rowFilter(std::string_view typed)
 {
-    return reviewFilter(typed);
+    auto filter = reviewFilter(typed);
+    if (!showsOnlyLooks_) {
+        return filter;
+    }
+    return std::make_unique<LookFilter>(
+        warnings_, contacts_.numberOfRows(), [this](std::size_t row) { return cards_.has(row); },
+        std::move(filter));
 }
 
 std::optional<std::size_t>
@@ -192,6 +210,10 @@ std::string ReviewController::accessibleCellText(std::string_view title,
 void ReviewController::OnFinished(const Notification& notification)
 {
     const auto job = notification.text();
+    CardReview::Reading reading;
+    if (job == kJobFinding || job == kJobDeleting) {
+        reading = CardReview::read();
+    }
     Desktop::current().application.performOnMainThread([&] {
         if (job == kJobLoading) {
             lastJob_ = LastJob::Loaded;
@@ -200,6 +222,7 @@ void ReviewController::OnFinished(const Notification& notification)
         } else if (job == kJobDeleting) {
             lastJob_ = LastJob::Deleted;
         }
+        cards_.setReading(std::move(reading));
     });
 }
 
@@ -243,6 +266,12 @@ void ReviewController::OnNextLastCopy(View* /*sender*/)
 void ReviewController::OnNextEmptyFields(View* /*sender*/)
 {
     jumpToNext(GroupWarning::SharesOnlyEmptyFields);
+}
+
+void ReviewController::OnNeedsLook(View* /*sender*/)
+{
+    showOnlyLooks(!showsOnlyLooks_);
+    tableContacts_->refilter();
 }
 
 void ReviewController::OnNotes(View* /*sender*/)
@@ -327,10 +356,39 @@ void ReviewController::jumpToNext(GroupWarning warning)
     }
 }
 
+void ReviewController::showOnlyLooks(bool showsOnlyLooks)
+{
+    showsOnlyLooks_ = showsOnlyLooks;
+    needsLook_->setChecked(showsOnlyLooks);
+    btnAllRows_->setHidden(!showsOnlyLooks);
+}
+
+std::string ReviewController::warningOf(std::size_t row, std::string_view onlyHere) const
+{
+    std::string text;
+    const auto add = [&text](std::string_view sentence) {
+        text += text.empty() || sentence.empty() ? "" : " ";
+        text += sentence;
+    };
+    const bool loses = warnings_.hasWarning(row, GroupWarning::LosesEveryCopy);
+    if (loses) {
+        add(rowText(GroupWarning::LosesEveryCopy));
+    }
+    if (warnings_.hasWarning(row, GroupWarning::SharesOnlyEmptyFields)) {
+        add(rowText(GroupWarning::SharesOnlyEmptyFields));
+    }
+    if (!loses) {
+        // When no copy is left, everything is only here.
+        add(onlyHere);
+    }
+    return text;
+}
+
 void ReviewController::marksChanged(std::span<const std::size_t> rows)
 {
     warnings_.rowsEdited(ContactsParser::parser(), rows);
     showWarnings();
+    cards_.rowsEdited(rows);
     showCheckedPeople();
     // An edit changes the sign of every row in its group.
     tableContacts_->setNeedsDisplay();

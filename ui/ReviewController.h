@@ -2,6 +2,7 @@
 
 #include "platform/TableView.h"
 #include "review/GroupWarnings.h"
+#include "ui/CardReview.h"
 #include "ui/CheckedCount.h"
 #include "ui/EmptyPage.h"
 #include "ui/MarkCommands.h"
@@ -76,8 +77,8 @@ public:
     std::string accessibleCellText(std::string_view title,
                                    std::optional<std::string_view> shown) override;
 
-    /// Remembers the job that has finished. The posting thread waits until this has run on the main
-    /// thread.
+    /// Reads the cards of the rows that the job has found or left, and remembers the job. The
+    /// posting thread reads the cards and then waits for the main thread.
     void OnFinished(const Notification& notification);
 
     void OnReload(View* sender);
@@ -88,6 +89,8 @@ public:
     void OnFilter(View* sender);
     void OnNextLastCopy(View* sender);
     void OnNextEmptyFields(View* sender);
+    /// Shows only the groups that need a look, or all rows again.
+    void OnNeedsLook(View* sender);
     /// Shows everything that the address book noted while it was read.
     void OnNotes(View* sender);
 
@@ -101,6 +104,9 @@ private:
     void showCheckedPeople();
     void enableCommands();
     void jumpToNext(GroupWarning warning);
+    void showOnlyLooks(bool showsOnlyLooks);
+    /// The sentences about a row; `onlyHere` is the one about what only it holds.
+    std::string warningOf(std::size_t row, std::string_view onlyHere) const;
     void marksChanged(std::span<const std::size_t> rows);
 
     ContactsController& contacts_;
@@ -109,10 +115,14 @@ private:
     LastJob lastJob_ = LastJob::None;
     bool areJobsRunning_ = false;
     bool isBookOpen_ = true;
+    bool showsOnlyLooks_ = false;
 
     TableView* tableContacts_;
     Button* btnLastCopies_;
     Button* btnEmptyFields_;
+    Command* needsLook_;
+    Button* btnAllRows_;
+    CardReview cards_;
     MarkCommands marks_;
     CheckedCount checkedCount_;
     EmptyPage emptyPage_;

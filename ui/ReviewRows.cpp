@@ -114,9 +114,18 @@ std::span<const TableColumn> reviewColumns()
     return kColumns;
 }
 
-std::string accessibleText(const ContactRecord& contact, std::string_view warning)
+std::string_view titleOfColumn(std::string_view identifier)
 {
-    const auto name = personName(contact);
+    const auto found =
+        std::find_if(kColumns.begin(), kColumns.end(),
+                     [&](const TableColumn& column) { return column.identifier == identifier; });
+    return found == kColumns.end() ? std::string_view() : found->title;
+}
+
+std::string accessibleText(const ContactRecord& contact, std::string_view warning,
+                           std::string_view substitute)
+{
+    const auto name = substitute.empty() ? personName(contact) : std::string(substitute);
     const auto shown = shownPart(name, kMaxSpokenBytes);
     auto text = windowText(shown);
     if (shown.size() < name.size()) {

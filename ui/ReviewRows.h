@@ -23,8 +23,13 @@ ContactRecord* recordInRow(std::ptrdiff_t row);
 /// The columns of the table; a column's identifier is a key of the contact record.
 std::span<const TableColumn> reviewColumns();
 
-/// What assistive technology reads of a row's check box; the warning may be empty.
-std::string accessibleText(const ContactRecord& contact, std::string_view warning);
+/// The title of the column with this identifier.
+std::string_view titleOfColumn(std::string_view identifier);
+
+/// What assistive technology reads of a row's check box; the warning may be empty. `substitute` is
+/// what to call a person whose name fields are blank, if anything.
+std::string accessibleText(const ContactRecord& contact, std::string_view warning,
+                           std::string_view substitute = {});
 
 /// As `TableViewDelegate::accessibleCellText`: "Home: 555-0100".
 std::string accessibleCellText(std::string_view title, std::optional<std::string_view> shown);

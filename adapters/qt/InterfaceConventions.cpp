@@ -10,6 +10,7 @@
 #include <QMetaEnum>
 #include <QPushButton>
 #include <QScreen>
+#include <QSplitter>
 #include <QStyle>
 #include <QWidget>
 
@@ -101,6 +102,19 @@ void applyInitialSize(QWidget& window)
     }
 }
 
+void applyShares(QSplitter& splitter)
+{
+    const auto shares = splitter.property("initialShares").toString().split(QLatin1Char(' '));
+    QList<int> sizes;
+    for (const auto& share : shares) {
+        splitter.setStretchFactor(static_cast<int>(sizes.size()), share.toInt());
+        // Only their proportions count, but sizes below the least are enlarged first.
+        constexpr int kLarge = 1000;
+        sizes.push_back(share.toInt() * kLarge);
+    }
+    splitter.setSizes(sizes);
+}
+
 void applyCommands(const QDialogButtonBox& box)
 {
     for (auto* const button : box.buttons()) {
@@ -130,6 +144,11 @@ void applyConventions(QWidget& window)
         applyMinimumSize(*widget);
     }
     applyInitialSize(window);
+    for (auto* const splitter : window.findChildren<QSplitter*>()) {
+        if (has(*splitter, "initialShares")) {
+            applyShares(*splitter);
+        }
+    }
     for (const auto* const box : window.findChildren<QDialogButtonBox*>()) {
         if (has(*box, "acceptCommand")) {
             applyCommands(*box);

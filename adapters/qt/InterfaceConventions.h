@@ -14,6 +14,8 @@ namespace dunmora {
 ///   its font;
 /// - `initialColumns` and `initialLines` on the window: its initial size in characters and lines of
 ///   its font, limited to the screen;
+/// - `initialShares` on a splitter: the shares of its space that its parts get, such as "5 3", at
+///   first and when the window is resized;
 /// - `acceptCommand` and `rejectCommand` on a button box: the commands of its two standard buttons,
 ///   which appear in the platform's order. The accepting button is the default button.
 ///

@@ -82,6 +82,7 @@ MainWindow::~MainWindow()
     interface_->window().setDelegate(nullptr);
     interface_->tableView(kTable).setDataSource(nullptr, nullptr);
     platform_.addressBook = nullptr;
+    platform_.cardSource = nullptr;
 }
 
 void MainWindow::show()
@@ -193,6 +194,7 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     try {
         book_ = makeAddressBook_(path);
         platform_.addressBook = book_.addressBook.get();
+        platform_.cardSource = book_.cardSource.get();
         bookName_ = name;
     } catch (...) {
         Settings::MsgBox(failureText(std::current_exception(), name));

@@ -56,7 +56,7 @@ struct FakePlatform {
     RecordingAlert alert;
     RecordingWorkspace workspace;
     FakeBundle bundle;
-    Platform platform{&addressBook, userDefaults, alert, workspace, bundle};
+    Platform platform{&addressBook, userDefaults, alert, workspace, bundle, &addressBook};
 };
 
 }  // namespace dunmora::test

@@ -5,6 +5,7 @@
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "review/CheckedPeople.h"
+#include "review/ReviewTexts.h"
 #include "tests/fakes/DesktopTest.h"
 #include "tests/fakes/People.h"
 #include "ui/ContactsController.h"
@@ -503,6 +504,43 @@ TEST_F(ReviewControllerTest, KeepsOneOfEachGroupThatWouldLoseAll)
     main_.command("OnKeepOneOfEach").use();
     EXPECT_EQ(contacts_.objectValue("check", 1), CellValue(true));
     EXPECT_EQ(contacts_.objectValue("check", 0), CellValue(false));
+}
+
+TEST_F(ReviewControllerTest, ShowsWhatOnlyOneCopyHoldsAfterASearchAndAfterADeletion)
+{
+    auto other = person("2", "Ann");
+    other.properties.push_back({"EMAIL", "", {"ann@example.com"}, std::nullopt});
+    searchIn({withMobile(person("1", "Ann")), other, person("3", "Ben"), person("4", "Ben")});
+    const std::size_t unique = review_.styleOfRow(0).warning.sign == Sign::OnlyHere ? 0 : 1;
+
+    EXPECT_EQ(review_.styleOfRow(unique).warning.sign, Sign::OnlyHere);
+    EXPECT_EQ(review_.styleOfRow(unique).warning.text, kOnlyHere);
+    EXPECT_EQ(review_.wholeWarning(unique).find("Only here: "), 0U);
+    EXPECT_NE(titleOf("btnOnlyHere"), "");
+
+    toggle({unique, 2, 3});
+    EXPECT_EQ(titleOf("btnOnlyHere"), "");
+}
+
+TEST_F(ReviewControllerTest, FiltersTheRowsThatNeedALook)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
+    ASSERT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
+    EXPECT_EQ(review_.rowFilter(""), nullptr);
+    EXPECT_TRUE(main_.button("btnAllRows").isHidden);
+
+    main_.command("OnNeedsLook").use();
+    const auto filter = review_.rowFilter("");
+    ASSERT_NE(filter, nullptr);
+    EXPECT_FALSE(filter->matches(0));
+    EXPECT_TRUE(filter->matches(2));
+    EXPECT_TRUE(main_.command("OnNeedsLook").isChecked);
+    EXPECT_FALSE(main_.button("btnAllRows").isHidden);
+    EXPECT_EQ(calls().back(), "MainWindow.tableContacts refilter");
+
+    main_.command("OnNeedsLook").use();
+    EXPECT_EQ(review_.rowFilter(""), nullptr);
+    EXPECT_FALSE(main_.command("OnNeedsLook").isChecked);
 }
 
 TEST_F(ReviewControllerTest, ShowsTheRowsOfAGroupTogether)

@@ -249,10 +249,28 @@ TEST_F(MainWindowTest, GivesTheTableThePlaceOfTheEmptyView)
     const auto place = empty.geometry();
 
     interface->view("vwEmpty").setHidden(true);
+    interface->view("vwReview").setHidden(false);
+    interface->view("vwDetails").setHidden(true);
     interface->view("tableContacts").setHidden(false);
     handleEvents();
 
-    EXPECT_EQ(table.geometry(), place);
+    EXPECT_EQ(QRect(table.mapTo(empty.parentWidget(), QPoint()), table.size()), place);
+}
+
+TEST_F(MainWindowTest, GivesTheTableMoreSpaceThanTheDetails)
+{
+    const auto interface = load("MainWindow");
+    interface->view("vwEmpty").setHidden(true);
+    interface->view("vwReview").setHidden(false);
+    interface->view("tableContacts").setHidden(false);
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    handleEvents();
+
+    const int table = widgetIn<QAbstractItemView>(window, "tableContacts").height();
+    const int details = widgetIn<QWidget>(window, "vwDetails").height();
+    EXPECT_GT(table, details);
+    EXPECT_GT(2 * details, table);
 }
 
 class UpdateWindowTest : public QtTest {
