@@ -25,6 +25,7 @@ public:
     /// Finds its outlets and connects its commands in the main interface. `reload` starts the
     /// reload command, after a restoration. Both must outlive this.
     UndoDelete(Interface& mainInterface, std::function<void()> reload);
+    ~UndoDelete() = default;
     UndoDelete(const UndoDelete&) = delete;
     UndoDelete& operator=(const UndoDelete&) = delete;
 
