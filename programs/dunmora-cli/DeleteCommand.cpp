@@ -288,7 +288,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     }
     backUpAndDelete(engine, session, uids, request);
     printResult(engine, uids, request, environment);
-    if (request.backup && !request.dryRun && !request.book.quiet) {
+    if (request.backup && !request.dryRun && !request.book.quiet && session.canRestore()) {
         reportWayBack(request, environment);
     }
     return ExitCode::Done;

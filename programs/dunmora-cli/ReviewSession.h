@@ -35,6 +35,8 @@ public:
 
     /// Only after `review`, which throws when there is no book.
     AddressBook& addressBook() const { return *platform_.book().addressBook; }
+    /// Whether a backup of the book can be restored into it.
+    bool canRestore() const { return platform_.book().cardRestorer != nullptr; }
     /// The book's whole cards; null when it has none.
     const CardSource* cards() const { return platform_.book().cardSource.get(); }
     /// The same, for a backup. Errors: CommandError when there are none.

@@ -145,6 +145,11 @@ TEST_F(RestoreCommandTest, RefusesABookIntoWhichNobodyCanBeRestored)
     EXPECT_EQ(run({"restore", backupOf({named("ann", "Ann")}), "b", "--yes"}), 1);
 
     EXPECT_EQ(err(), "dunmora-cli: Nobody can be restored into this address book.\n");
+
+    bookHoldsAnnTwice();
+    const auto backup = (folder_.path() / "removed.vcf").string();
+    EXPECT_EQ(run({"delete", "b", "--yes", "--backup", backup}), 0);
+    EXPECT_EQ(err().find("restore"), std::string::npos) << err();
 }
 
 TEST_F(RestoreCommandTest, IsNamedByADeletionWithABackup)
