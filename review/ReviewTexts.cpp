@@ -53,6 +53,27 @@ std::string_view rowText(GroupWarning warning)
                : "The fields compared are empty in these cards: they may be different people.";
 }
 
+std::string keptMarksText(std::size_t kept, std::size_t lost)
+{
+    constexpr auto kReason = ": their groups have changed.";
+    const auto marks = [](std::size_t count) {
+        return counted(count, "check mark", "check marks");
+    };
+    if (kept == 0) {
+        return marks(lost) + " not kept" + kReason;
+    }
+    return marks(kept) + " kept" +
+           (lost == 0 ? "." : ", " + std::to_string(lost) + " not" + kReason);
+}
+
+AlertContent lostMarksQuestion(std::size_t changed)
+{
+    return {"Open another address book?",
+            "You have changed " + counted(changed, "check mark", "check marks") +
+                " in this one. The changes will be lost.",
+            "Open", "Cancel"};
+}
+
 std::string markedText(std::size_t checked, std::size_t unchecked)
 {
     if (checked == 0 && unchecked == 0) {

@@ -45,6 +45,14 @@ inline constexpr std::string_view kOnlyHere = "Something in this copy is in no c
 /// A warning about one row of a group, as a full sentence.
 std::string_view rowText(GroupWarning warning);
 
+/// How many of the user's check marks were restored after another search, and how many were not:
+/// "12 check marks kept, 3 not: their groups have changed."
+std::string keptMarksText(std::size_t kept, std::size_t lost);
+
+/// The question before this many changes of check marks are lost to another address book; its
+/// alternate button cancels.
+AlertContent lostMarksQuestion(std::size_t changed);
+
 /// What a command has done to the check marks: "Checked 3 people and unchecked 1."
 std::string markedText(std::size_t checked, std::size_t unchecked);
 

@@ -1,7 +1,9 @@
 #include "ui/MarkCommands.h"
 
 #include "engine/ContactsParser.h"
+#include "platform/Alert.h"
 #include "platform/InterfaceLoader.h"
+#include "platform/Platform.h"
 #include "platform/TableView.h"
 #include "platform/TextField.h"
 #include "platform/View.h"
@@ -17,8 +19,9 @@
 namespace dunmora {
 
 MarkCommands::MarkCommands(Interface& mainInterface, const GroupWarnings& groups,
-                           MarksChanged marksChanged)
+                           KeptMarks::CardHash cardHash, MarksChanged marksChanged)
     : groups_(groups),
+      cardHash_(std::move(cardHash)),
       marksChanged_(std::move(marksChanged)),
       tableContacts_(&mainInterface.tableView("tableContacts")),
       txtResult_(&mainInterface.textField("txtResult")),
@@ -63,6 +66,35 @@ MarkCommands::MarkCommands(Interface& mainInterface, const GroupWarnings& groups
     enableCommands();
 }
 
+void MarkCommands::keepMarks()
+{
+    const auto& engine = ContactsParser::parser();
+    if (!engine.duplicates().empty()) {
+        kept_ = KeptMarks(engine, groups_, proposal_, cardHash_);
+    }
+}
+
+void MarkCommands::keepMarksBeforeDeletion()
+{
+    if (!beforeDeletions_.empty()) {
+        kept_ = std::move(beforeDeletions_.back());
+        beforeDeletions_.pop_back();
+    }
+}
+
+void MarkCommands::forgetMarks()
+{
+    kept_ = {};
+    beforeDeletions_.clear();
+}
+
+bool MarkCommands::mayLoseMarks() const
+{
+    return proposal_.changed() == 0 ||
+           Platform::current().alert.runModal(lostMarksQuestion(proposal_.changed())) ==
+               Alert::kDefaultButton;
+}
+
 void MarkCommands::jobsBegan()
 {
     areEnabled_ = false;
@@ -76,8 +108,10 @@ void MarkCommands::jobsEnded(After after)
     history_.clear();
     if (after == After::Search) {
         proposal_.searched(engine);
+        restoreMarks();
     } else if (after == After::Deletion) {
         proposal_.deleted(engine);
+        beforeDeletions_.push_back(std::exchange(kept_, {}));
     } else {
         proposal_.clear();
     }
@@ -97,6 +131,16 @@ void MarkCommands::run(const std::function<void()>& command)
     command();
     showResult(markedText(result_->checked, result_->unchecked));
     result_.reset();
+}
+
+void MarkCommands::restoreMarks()
+{
+    const auto kept = std::exchange(kept_, {});
+    if (kept.count() > 0) {
+        const auto restored = kept.restore(ContactsParser::parser(), groups_, cardHash_);
+        changed(restored.rows);
+        showResult(keptMarksText(restored.kept, restored.lost));
+    }
 }
 
 void MarkCommands::changed(std::span<const std::size_t> rows)

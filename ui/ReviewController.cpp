@@ -31,8 +31,10 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
       needsLook_(&mainInterface.command("OnNeedsLook")),
       btnAllRows_(&mainInterface.button("btnAllRows")),
       cards_(mainInterface, warnings_),
-      marks_(mainInterface, warnings_,
-             [this](std::span<const std::size_t> rows) { marksChanged(rows); }),
+      marks_(
+          mainInterface, warnings_,
+          [this](std::size_t row) { return cards_.properties().cardHash(row); },
+          [this](std::span<const std::size_t> rows) { marksChanged(rows); }),
       checkedCount_(mainInterface),
       emptyPage_(mainInterface),
       notes_(mainInterface)
@@ -71,8 +73,9 @@ void ReviewController::awakeFromNib()
 void ReviewController::setBookIsOpen(bool isOpen)
 {
     isBookOpen_ = isOpen;
-    // What was read of its cards belongs to the previous book.
+    // What is known of its rows belongs to the previous book.
     cards_.clear(CardReview::Details::Clear);
+    marks_.forgetMarks();
     showRows();
 }
 
@@ -80,6 +83,10 @@ void ReviewController::jobsBegan(std::string_view name)
 {
     areJobsRunning_ = true;
     lastJob_ = LastJob::None;
+    if (name != kThreadLoadContacts) {
+        // A load may follow, even if the job fails.
+        marks_.keepMarks();
+    }
     marks_.jobsBegan();
     warnings_.clear();
     // A deletion leaves the rows, their details and the notes on the screen.
@@ -228,6 +235,7 @@ void ReviewController::OnFinished(const Notification& notification)
 
 void ReviewController::OnReload(View* sender)
 {
+    marks_.keepMarks();
     contacts_.OnReload(sender);
 }
 

@@ -51,6 +51,14 @@ public:
     /// Sets whether there is an address book to read. Call it while no job runs.
     void setBookIsOpen(bool isOpen);
 
+    /// Asks the user whether the changes of check marks may be lost, if there are any. Call it
+    /// before another address book is opened.
+    bool mayLoseMarks() const { return marks_.mayLoseMarks(); }
+
+    /// Restores the marks from before the last deletion, which has just been undone, once the
+    /// running load and its search are over; in groups that are the same as then.
+    void restoreMarksBeforeDeletion() { marks_.keepMarksBeforeDeletion(); }
+
     /// A job was started while none was running: disables the commands that would start another and
     /// hides the warnings. `name` is the job's thread.
     void jobsBegan(std::string_view name);

@@ -191,6 +191,9 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
         Settings::MsgBox(quotedPath(path) + " does not exist.");
         return false;
     }
+    if (!review_.mayLoseMarks()) {
+        return false;
+    }
     try {
         book_ = makeAddressBook_(path);
         platform_.addressBook = book_.addressBook.get();
@@ -210,6 +213,7 @@ void MainWindow::reloadAfterRestoration()
 {
     // The load belongs to the running job, so nobody else announces it.
     review_.jobsBegan(kThreadLoadContacts);
+    review_.restoreMarksBeforeDeletion();
     contacts_.OnReload(nullptr);
 }
 

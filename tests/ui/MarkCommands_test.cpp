@@ -17,14 +17,19 @@ protected:
     void searchIn(std::vector<FakePerson> people)
     {
         platform_.addressBook = FakeAddressBook(std::move(people));
+        search();
+    }
+
+    void search()
+    {
         commands_.jobsBegan();
         auto& engine = ContactsParser::parser();
         engine.load();
         engine.findDupes();
         groups_.update(engine);
         table().rows = engine.duplicates().size();
-        commands_.jobsEnded(MarkCommands::After::Search);
         changes_.clear();
+        commands_.jobsEnded(MarkCommands::After::Search);
     }
 
     /// Two copies of Ann, three of Ben and two people whose compared fields are empty.
@@ -66,7 +71,9 @@ protected:
     GroupWarnings groups_;
     /// The rows that were reported as changed, step by step.
     std::vector<Rows> changes_;
-    MarkCommands commands_{main_, groups_, [this](std::span<const std::size_t> rows) {
+    std::uint64_t cardHash_ = 1;
+    MarkCommands commands_{main_, groups_, [this](std::size_t /*row*/) { return cardHash_; },
+                           [this](std::span<const std::size_t> rows) {
                                groups_.rowsEdited(ContactsParser::parser(), rows);
                                changes_.emplace_back(rows.begin(), rows.end());
                            }};
@@ -261,6 +268,117 @@ TEST_F(MarkCommandsTest, MoveOnlyToGroupsThatAreShown)
     table().hiddenRows = {0, 1, 2, 3, 4, 5, 6};
     use("OnNextGroup");
     EXPECT_EQ(table().selected, 5U);
+}
+
+TEST_F(MarkCommandsTest, KeepTheUsersMarksInAnotherSearch)
+{
+    searchInThreeGroups();
+    toggle({0, 3});
+    commands_.keepMarks();
+
+    search();
+
+    EXPECT_EQ(marks(), "xx--xxx");
+    EXPECT_EQ(changes_, (std::vector<Rows>{{0, 3}}));
+    EXPECT_EQ(result(), "2 check marks kept.");
+    EXPECT_FALSE(isEnabled("OnUndoMarks"));
+
+    use("OnRestoreProposal");
+    EXPECT_EQ(marks(), "-x-xxxx");
+}
+
+TEST_F(MarkCommandsTest, KeepTheUsersMarksUntilASearchSucceeds)
+{
+    searchInThreeGroups();
+    toggle({0});
+    commands_.keepMarks();
+    commands_.jobsBegan();
+    ContactsParser::parser().reset();
+    groups_.update(ContactsParser::parser());
+    commands_.jobsEnded(MarkCommands::After::Nothing);
+    commands_.keepMarks();
+
+    search();
+    EXPECT_EQ(marks(), "xx-xxxx");
+
+    search();
+    EXPECT_EQ(marks(), "-x-xxxx") << "they are restored once";
+}
+
+TEST_F(MarkCommandsTest, ReportMarksThatCannotBeKept)
+{
+    searchInThreeGroups();
+    toggle({0});
+    commands_.keepMarks();
+    cardHash_ = 2;
+
+    search();
+
+    EXPECT_EQ(marks(), "-x-xxxx");
+    EXPECT_EQ(result(), "1 check mark not kept: their groups have changed.");
+}
+
+TEST_F(MarkCommandsTest, RestoreTheMarksFromBeforeEachDeletionTheLastOneFirst)
+{
+    const auto endDeletion = [this] {
+        commands_.keepMarks();
+        commands_.jobsBegan();
+        commands_.jobsEnded(MarkCommands::After::Deletion);
+    };
+    searchInThreeGroups();
+    toggle({0});
+    endDeletion();
+    toggle({2});
+    endDeletion();
+
+    search();
+    EXPECT_EQ(marks(), "-x-xxxx") << "the deletions have used the marks up";
+
+    commands_.keepMarksBeforeDeletion();
+    search();
+    EXPECT_EQ(marks(), "xxxxxxx");
+
+    commands_.keepMarksBeforeDeletion();
+    search();
+    EXPECT_EQ(marks(), "xx-xxxx");
+
+    commands_.keepMarksBeforeDeletion();
+    search();
+    EXPECT_EQ(marks(), "-x-xxxx");
+}
+
+TEST_F(MarkCommandsTest, ForgetTheMarksOfAnotherBook)
+{
+    searchInThreeGroups();
+    toggle({0});
+    commands_.keepMarks();
+
+    commands_.forgetMarks();
+
+    search();
+    EXPECT_EQ(marks(), "-x-xxxx");
+}
+
+TEST_F(MarkCommandsTest, AskBeforeChangesAreLost)
+{
+    std::vector<std::string> questions;
+    int answer = Alert::kAlternateButton;
+    platform_.alert.onRunModal = [&](const AlertContent& content) {
+        questions.push_back(content.informativeText);
+        return answer;
+    };
+    searchInThreeGroups();
+    EXPECT_TRUE(commands_.mayLoseMarks());
+    EXPECT_TRUE(questions.empty());
+
+    toggle({0});
+    EXPECT_FALSE(commands_.mayLoseMarks());
+    EXPECT_EQ(questions, (std::vector<std::string>{
+                             "You have changed 1 check mark in this one. The changes will be "
+                             "lost."}));
+
+    answer = Alert::kDefaultButton;
+    EXPECT_TRUE(commands_.mayLoseMarks());
 }
 
 TEST_F(MarkCommandsTest, ShowTheirResultUntilTheNextEdit)

@@ -543,6 +543,63 @@ TEST_F(ReviewControllerTest, FiltersTheRowsThatNeedALook)
     EXPECT_FALSE(main_.command("OnNeedsLook").isChecked);
 }
 
+TEST_F(ReviewControllerTest, KeepsTheUsersMarksWhenTheBookIsReadAgain)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
+    toggle({0, 3});
+
+    search();
+
+    EXPECT_EQ(marks(), "xx--");
+    EXPECT_EQ(main_.textField("txtResult").stringValue, "2 check marks kept.");
+    EXPECT_EQ(titleOf("btnLastCopies"), "1 person would lose every copy");
+}
+
+TEST_F(ReviewControllerTest, KeepsTheUsersMarksWhenADeletionFails)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
+    toggle({2, 3});
+    review_.jobsBegan(kThreadDeleteCheckedContacts);
+    ContactsParser::parser().reset();
+    review_.jobFailed(kThreadDeleteCheckedContacts);
+
+    jobsRun_ = true;
+    contacts_.OnReload(nullptr);
+    finishJobs();
+
+    EXPECT_EQ(marks(), "-xx-");
+}
+
+TEST_F(ReviewControllerTest, ForgetsTheUsersMarksWhenAnotherBookIsOpened)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    toggle({0});
+    ContactsParser::parser().reset();
+
+    review_.setBookIsOpen(true);
+    search();
+
+    EXPECT_EQ(marks(), "-x");
+}
+
+TEST_F(ReviewControllerTest, RestoresTheMarksFromBeforeADeletion)
+{
+    const std::vector<FakePerson> people{person("1", "Ann"), person("2", "Ann"), person("3", "Ben"),
+                                         person("4", "Ben"), person("5", "Ben")};
+    searchIn(people);
+    toggle({0, 1, 4});
+    main_.command("OnDelete").use();
+    finishJobs();
+    ASSERT_EQ(marks(), "---") << "the second Ann, and the first and the third Ben";
+
+    bookHolds(people);
+    main_.command("OnReload").use();
+    review_.restoreMarksBeforeDeletion();
+    finishJobs();
+
+    EXPECT_EQ(marks(), "x--x-");
+}
+
 TEST_F(ReviewControllerTest, ShowsTheRowsOfAGroupTogether)
 {
     searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben"),

@@ -107,6 +107,28 @@ TEST_F(MainWindowTest, ReadsADroppedBookAtOnce)
     EXPECT_EQ(table().rows, 2U);
 }
 
+TEST_F(MainWindowTest, AsksBeforeAnotherBookReplacesChangedMarks)
+{
+    start(file_);
+    table().dataSource->setObjectValue(true, "check", 0);
+    table().delegate->rowsEdited(std::vector<std::size_t>{0});
+    int answer = Alert::kAlternateButton;
+    platform_.alert.onRunModal = [&](const AlertContent& /*content*/) { return answer; };
+
+    window_->open(file_);
+    EXPECT_EQ(alerts(), std::vector<std::string>{"Open another address book?"});
+    EXPECT_EQ(opened_.size(), 1U);
+
+    answer = Alert::kDefaultButton;
+    window_->open(file_);
+    EXPECT_EQ(opened_.size(), 2U);
+    application_.runUntilIdle();
+    EXPECT_NE(table().dataSource->objectValue("check", 0), CellValue(true));
+
+    window_->open(file_);
+    EXPECT_EQ(alerts().size(), 2U) << "no mark is changed";
+}
+
 TEST_F(MainWindowTest, ReadsTheBookThatWasOpenedLast)
 {
     FakeAddressBook other({person("zoe-1", "Zoe"), person("zoe-2", "Zoe"), person("zoe-3", "Zoe")});

@@ -91,6 +91,22 @@ TEST_F(UndoDeleteTest, PutsThePeopleBackAndReloads)
     EXPECT_FALSE(supervised_.isBusy());
 }
 
+TEST_F(UndoDeleteTest, RestoresTheMarksFromBeforeTheDeletion)
+{
+    start(file_);
+    table().selected = 1;
+    main_->command("OnKeepOnly").use();
+    deleteChecked();
+    ASSERT_EQ(table().rows, 1U);
+
+    undo();
+
+    ASSERT_EQ(table().rows, 2U);
+    EXPECT_EQ(table().dataSource->objectValue("check", 0), CellValue(true));
+    EXPECT_EQ(table().dataSource->objectValue("check", 1), CellValue(false));
+    EXPECT_EQ(main_->textField("txtResult").stringValue, "2 check marks kept.");
+}
+
 TEST_F(UndoDeleteTest, DisablesTheTableAndTheCommandsMeanwhile)
 {
     start(file_);
