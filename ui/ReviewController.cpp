@@ -154,7 +154,8 @@ RowStyle ReviewController::styleOfRow(std::size_t row)
     cards_.decorate(row, style);
     style.warning.text = warningOf(row, cards_.has(row) ? kOnlyHere : std::string_view());
     if (const auto* const record = recordInRow(static_cast<std::ptrdiff_t>(row))) {
-        style.accessibleText = accessibleText(*record, style.warning.text, style.substitute.text);
+        style.accessibleText = accessibleText(*record, style.warning.text, style.substitute.text,
+                                              copyText(row, rowsTogetherWith(row)));
     }
     return style;
 }

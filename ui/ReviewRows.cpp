@@ -122,8 +122,13 @@ std::string_view titleOfColumn(std::string_view identifier)
     return found == kColumns.end() ? std::string_view() : found->title;
 }
 
+std::string copyText(std::size_t row, RowRange group)
+{
+    return "copy " + std::to_string(row - group.first + 1) + " of " + std::to_string(group.size);
+}
+
 std::string accessibleText(const ContactRecord& contact, std::string_view warning,
-                           std::string_view substitute)
+                           std::string_view substitute, std::string_view copy)
 {
     const auto name = substitute.empty() ? personName(contact) : std::string(substitute);
     const auto shown = shownPart(name, kMaxSpokenBytes);
@@ -135,6 +140,8 @@ std::string accessibleText(const ContactRecord& contact, std::string_view warnin
         // The windows show no uid anywhere.
         text = "no name";
     }
+    text += copy.empty() ? "" : ", ";
+    text += copy;
     text += contact.isChecked() ? ", marked for deletion" : ", kept";
     if (!warning.empty()) {
         text += ". ";

@@ -26,10 +26,13 @@ std::span<const TableColumn> reviewColumns();
 /// The title of the column with this identifier.
 std::string_view titleOfColumn(std::string_view identifier);
 
-/// What assistive technology reads of a row's check box; the warning may be empty. `substitute` is
-/// what to call a person whose name fields are blank, if anything.
+/// Which copy of its group a row is: "copy 2 of 4".
+std::string copyText(std::size_t row, RowRange group);
+
+/// What assistive technology reads of a row's check box; the warning and the copy may be empty.
+/// `substitute` is what to call a person whose name fields are blank, if anything.
 std::string accessibleText(const ContactRecord& contact, std::string_view warning,
-                           std::string_view substitute = {});
+                           std::string_view substitute = {}, std::string_view copy = {});
 
 /// As `TableViewDelegate::accessibleCellText`: "Home: 555-0100".
 std::string accessibleCellText(std::string_view title, std::optional<std::string_view> shown);

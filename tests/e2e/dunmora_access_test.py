@@ -49,8 +49,8 @@ class AccessTest(DunmoraCase):
         names = [[table.cell(row, column).name for column in range(table.column_count)]
                  for row in range(table.row_count)]
         self.assertEqual([row[MARK] for row in names],
-                         ["Ann Lee, kept", "Ann Lee, marked for deletion",
-                          "Carl Ek, kept", "Carl Ek, marked for deletion"])
+                         ["Ann Lee, copy 1 of 2, kept", "Ann Lee, copy 2 of 2, marked for deletion",
+                          "Carl Ek, copy 1 of 2, kept", "Carl Ek, copy 2 of 2, marked for deletion"])
         self.assertTrue(all(name for row in names for name in row), names)
 
     def test_reaches_everything_under_the_table_by_keyboard(self):

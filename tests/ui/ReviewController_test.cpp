@@ -373,10 +373,10 @@ TEST_F(ReviewControllerTest, ReadsOutWhomARowIsAboutAndItsWarning)
 {
     searchIn({person("1", "Ann"), named("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
 
-    EXPECT_EQ(review_.styleOfRow(0).accessibleText, "Ann Lee, kept");
-    EXPECT_EQ(review_.styleOfRow(1).accessibleText, "Ann Lee, marked for deletion");
+    EXPECT_EQ(review_.styleOfRow(0).accessibleText, "Ann Lee, copy 1 of 2, kept");
+    EXPECT_EQ(review_.styleOfRow(1).accessibleText, "Ann Lee, copy 2 of 2, marked for deletion");
     EXPECT_EQ(review_.styleOfRow(2).accessibleText,
-              "Ben Lee, marked for deletion. " + std::string(kLossText));
+              "Ben Lee, copy 1 of 2, marked for deletion. " + std::string(kLossText));
     EXPECT_EQ(review_.styleOfRow(99).accessibleText, "");
 }
 

@@ -155,6 +155,8 @@ TEST(AccessibleText, NamesThePersonAndTheCheckMark)
 {
     auto record = contact({{kContactFirstName, "Ann"}, {kContactLastName, "Lee"}});
     EXPECT_EQ(accessibleText(record, ""), "Ann Lee, kept");
+    EXPECT_EQ(accessibleText(record, "", "", "copy 2 of 4"), "Ann Lee, copy 2 of 4, kept");
+    EXPECT_EQ(copyText(7, {6, 4}), "copy 2 of 4");
 
     record.setObject(true, kContactCheck);
     EXPECT_EQ(accessibleText(record, ""), "Ann Lee, marked for deletion");
