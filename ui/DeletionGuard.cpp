@@ -8,7 +8,7 @@ namespace dunmora {
 
 DeletionDecision decideOnDeletion(const ContactsParser& engine, const GroupWarnings& warnings)
 {
-    const auto doubts = deletionDoubts(engine, warnings);
+    const auto doubts = deletionDoubts(engine, warnings, Platform::current().cardSource);
     if (!doubts.areAny()) {
         return DeletionDecision::Delete;
     }

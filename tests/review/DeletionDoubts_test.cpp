@@ -103,6 +103,15 @@ TEST_F(DeletionDoubtsTest, AreBothInOneQuestion)
               "because their fields are empty.");
 }
 
+TEST_F(DeletionDoubtsTest, NamePeopleWithoutANameByTheirCards)
+{
+    auto firm = nobody("1");
+    firm.properties = {{"ORG", "", {"Acme"}, {}}};
+    reviewShows({firm, nobody("2")});
+
+    EXPECT_EQ(deletionDoubts(engine_, warnings_, &platform_.addressBook).lostNames, Names{"Acme"});
+}
+
 TEST_F(DeletionDoubtsTest, LeaveOneOfEachAndEveryBlankMatch)
 {
     reviewShows({named("1", "Ann"), named("2", "Ann"), nobody("3"), nobody("4"), person("5", "Ben"),
