@@ -57,6 +57,34 @@ private:
     std::unique_ptr<EdsAddressBook> book_;
 };
 
+TEST_F(EdsAddressBookTest, NamesTheBookOfAPersonAmongSeveral)
+{
+    desktop_.add("home", {"ann"});
+    desktop_.add("work", {"ann"});
+    auto& book = all();
+    const auto people = book.readPeople();
+
+    ASSERT_EQ(people.size(), 2U);
+    EXPECT_EQ(*people[0].source, (PersonSource{"eds:home", "Book home"}));
+    EXPECT_EQ(*people[1].source, (PersonSource{"eds:work", "Book work"}));
+    EXPECT_EQ(book.card(people[1].uid)->source, *people[1].source);
+}
+
+TEST_F(EdsAddressBookTest, KeepsTheReviewedCardsWhenOthersChangeThem)
+{
+    desktop_.add("home", {"ann"});
+    auto& book = one("home");
+    book.readPeople();
+    const auto reviewed = book.card("ann").value().properties;
+
+    desktop_.edit("home", "ann");
+    book.people();
+
+    EXPECT_EQ(book.card("ann").value().properties, reviewed);
+    book.readPeople();
+    EXPECT_NE(book.card("ann").value().properties, reviewed);
+}
+
 TEST_F(EdsAddressBookTest, DistinguishesPeopleOfDifferentBooks)
 {
     desktop_.add("home", {"ann", "ben"});

@@ -88,6 +88,17 @@ protected:
     MacAddressBook book_{stranded_};
 };
 
+TEST_F(MacAddressBookTest, HasNoCardOfSomebodyWhoHasChangedSinceTheReading)
+{
+    hold({"ann", "ben"});
+    book_.readPeople();
+
+    addresses_.rename("ann", "Anna");
+
+    EXPECT_FALSE(book_.card("ann"));
+    EXPECT_TRUE(book_.card("ben"));
+}
+
 TEST_F(MacAddressBookTest, ReturnsTheSixPropertiesOfAPerson)
 {
     const auto before = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());

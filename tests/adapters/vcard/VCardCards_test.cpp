@@ -1,0 +1,98 @@
+#include "tests/adapters/vcard/BookTest.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace dunmora::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class VCardCardsTest : public BookTest {
+protected:
+    static std::string withNote(const std::string& uid, const std::string& note)
+    {
+        return "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:" + uid + "\r\nNOTE:" + note +
+               "\r\nEND:VCARD\r\n";
+    }
+
+    static Texts notesOf(const VCardAddressBook& book, std::string_view uid)
+    {
+        Texts notes;
+        const auto card = book.card(uid).value();
+        for (const auto& property : card.properties) {
+            if (property.name == "NOTE") {
+                notes.push_back(property.components.at(0));
+            }
+        }
+        return notes;
+    }
+
+    std::filesystem::path folder() const { return file().parent_path(); }
+};
+
+TEST_F(VCardCardsTest, AreReadFromUtf16)
+{
+    write(file(), "\xFF\xFE" + utf16Little(withNote("a", "one") + withNote("b", "two")));
+    VCardAddressBook book(file());
+    book.readPeople();
+
+    EXPECT_EQ(notesOf(book, "a"), (Texts{"one"}));
+    EXPECT_EQ(notesOf(book, "b"), (Texts{"two"}));
+}
+
+TEST_F(VCardCardsTest, AreThoseOfTheIdsThatTheBookHasGiven)
+{
+    write(file(), withNote("a", "one") + withNote("a", "two") + withNote("", "three"));
+    VCardAddressBook book(file());
+    const auto people = book.readPeople();
+
+    ASSERT_EQ(people.size(), 3U);
+    EXPECT_EQ(notesOf(book, people[0].uid), (Texts{"one"}));
+    EXPECT_EQ(notesOf(book, people[1].uid), (Texts{"two"}));
+    EXPECT_EQ(notesOf(book, people[2].uid), (Texts{"three"}));
+}
+
+TEST_F(VCardCardsTest, NameTheFileAsTheFolderReachesIt)
+{
+    write(path("a.vcf"), withNote("a", "one"));
+    write(path("b.vcf"), withNote("b", "two"));
+    VCardAddressBook book(folder());
+    const auto people = book.readPeople();
+
+    ASSERT_EQ(people.size(), 2U);
+    EXPECT_EQ(*people[0].source, (PersonSource{path("a.vcf").string(), "a.vcf"}));
+    EXPECT_EQ(book.card("b")->source, (PersonSource{path("b.vcf").string(), "b.vcf"}));
+    VCardAddressBook opened(people[1].source->address);
+    EXPECT_EQ(uidsOf(opened.readPeople()), (Texts{"b"}));
+}
+
+TEST_F(VCardCardsTest, NameTheListsOfOtherFiles)
+{
+    write(path("a.vcf"), withNote("a", "one"));
+    write(path("lists.vcf"), "BEGIN:VCARD\r\nVERSION:4.0\r\nKIND:group\r\nFN:Choir\r\nMEMBER:urn:"
+                             "uuid:a\r\nEND:VCARD\r\n");
+    VCardAddressBook book(folder());
+    book.readPeople();
+
+    EXPECT_EQ(book.card("a")->lists, (Texts{"Choir"}));
+}
+
+TEST_F(VCardCardsTest, AreThoseOfTheReadingAfterTheFileHasChanged)
+{
+    write(file(), withNote("a", "one"));
+    VCardAddressBook book(file());
+    book.readPeople();
+
+    write(file(), withNote("a", "two"));
+
+    EXPECT_EQ(notesOf(book, "a"), (Texts{"one"}));
+    book.readPeople();
+    EXPECT_EQ(notesOf(book, "a"), (Texts{"two"}));
+}
+
+}  // namespace
+}  // namespace dunmora::test
