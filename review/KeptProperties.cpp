@@ -1,6 +1,7 @@
 #include "review/KeptProperties.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace dunmora {
