@@ -40,12 +40,6 @@ std::string uniqueText(std::size_t copies)
     return counted(copies, "copy holds something unique", "copies hold something unique");
 }
 
-std::string onlyHereText(std::size_t copies)
-{
-    return counted(copies, "checked copy holds something unique",
-                   "checked copies hold something unique");
-}
-
 std::string_view rowText(GroupWarning warning)
 {
     return warning == GroupWarning::LosesEveryCopy

@@ -36,9 +36,6 @@ std::string warningText(GroupWarning warning, std::size_t people);
 /// (`UniqueProperties`): "2 copies hold something unique".
 std::string uniqueText(std::size_t copies);
 
-/// A warning about this many checked copies that hold something unique; no full stop.
-std::string onlyHereText(std::size_t copies);
-
 /// A warning about one row that holds something unique, as a full sentence.
 inline constexpr std::string_view kOnlyHere = "Something in this copy is in no copy that is kept.";
 

@@ -85,7 +85,7 @@ void CardReview::update()
 {
     const auto count = reading_.properties.count();
     if (count > 0) {
-        btnOnlyHere_->setTitle(onlyHereText(count));
+        btnOnlyHere_->setTitle(dunmora::uniqueText(count));
     }
     btnOnlyHere_->setHidden(count == 0);
     updateDetails();

@@ -103,7 +103,7 @@ TEST_F(CardReviewTest, MarksAndCountsCheckedRowsThatHoldSomethingUnique)
     EXPECT_EQ(styleOf(0).warning.sign, Sign::None);
     EXPECT_EQ(styleOf(1).warning.sign, Sign::OnlyHere);
     EXPECT_NE(cards_.uniqueText(1).find("ann@example.com"), std::string::npos);
-    EXPECT_EQ(main_.button("btnOnlyHere").title, "1 checked copy holds something unique");
+    EXPECT_EQ(main_.button("btnOnlyHere").title, "1 copy holds something unique");
     EXPECT_FALSE(main_.button("btnOnlyHere").isHidden);
 
     check(1, false);
