@@ -139,7 +139,7 @@ class TerminalTest(BooksCase):
         self.assertRegex(self.run_cli("books").stdout, r"(?m)^colleagues +Colleagues +local +yes +4$")
 
         listing = self.run_cli("list", "eds:", "--format", "json")
-        self.assertEqual(listing.stderr, "")
+        self.assertEqual(listing.stderr, "dunmora-cli: warning: 1 copy holds something unique.\n")
         found = json.loads(listing.stdout)
         self.assertEqual([row["uid"] for group in found["groups"] for row in group["rows"]],
                          ["colleagues/ann-1", "colleagues/ann-2"])
@@ -148,7 +148,8 @@ class TerminalTest(BooksCase):
         deletion = self.run_cli("delete", "eds:colleagues", "--yes", "--backup", backup)
         command = f"dunmora-cli restore {backup} eds:colleagues"
         self.assertEqual((deletion.returncode, deletion.stderr),
-                         (0, f"dunmora-cli: To put these people back: {command}\n"))
+                         (0, "dunmora-cli: warning: 1 copy holds something unique, marked with * in the table.\n"
+                             f"dunmora-cli: To put these people back: {command}\n"))
         self.assertIn("1 person deleted.", deletion.stdout)
         self.assertEqual(backup.read_bytes(), before[b"ann-2"] + b"\r\n")
         self.assertEqual(self.cards("colleagues"), {uid: text for uid, text in before.items() if uid != b"ann-2"})
