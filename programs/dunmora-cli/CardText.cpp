@@ -139,10 +139,10 @@ void append(Document& document, const CardProperty& property)
     document.endObject();
 }
 
-/// The lines of the card that the other one does not have.
-std::vector<CardLine> onlyIn(const ShownCard& card, const ShownCard& other)
+/// The lines of the first card that the second one does not have.
+std::vector<CardLine> onlyIn(const ShownCard& shown, const ShownCard& compared)
 {
-    auto lines = cardLines(card.card, {&other.card, 1});
+    auto lines = cardLines(shown.card, {&compared.card, 1});
     std::erase_if(lines, [](const CardLine& line) { return line.verdict == CardVerdict::Same; });
     return lines;
 }
