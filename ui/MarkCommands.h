@@ -34,6 +34,7 @@ public:
     /// Finds its outlets and connects its commands in the main interface. All must outlive this.
     MarkCommands(Interface& mainInterface, const GroupWarnings& groups,
                  KeptMarks::CardHash cardHash, MarksChanged marksChanged);
+    ~MarkCommands() = default;
     MarkCommands(const MarkCommands&) = delete;
     MarkCommands& operator=(const MarkCommands&) = delete;
 
