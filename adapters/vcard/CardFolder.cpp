@@ -1,5 +1,6 @@
 #include "adapters/vcard/CardFolder.h"
 
+#include "adapters/posix/CardFileName.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
@@ -18,8 +19,7 @@ std::vector<std::filesystem::path> cardFilesIn(const std::filesystem::path& fold
         entry = std::filesystem::directory_iterator(folder, error);
     }
     while (!error && entry != std::filesystem::directory_iterator()) {
-        const auto name = entry->path().filename().string();
-        if (name.ends_with(".vcf") && !name.starts_with('.')) {
+        if (isCardFileName(entry->path().filename().string())) {
             paths.push_back(entry->path());
         }
         entry.increment(error);

@@ -1,5 +1,6 @@
 #include "programs/dunmora-cli/DeleteCommand.h"
 
+#include "adapters/posix/CardFileName.h"
 #include "adapters/posix/NewFile.h"
 #include "base/Settings.h"
 #include "engine/ContactsParser.h"
@@ -89,20 +90,6 @@ bool passesGuards(const ContactsParser& engine, const GroupWarnings& warnings,
                                 "delete them anyway.");
     }
     return lost.empty() && blank == 0;
-}
-
-std::filesystem::path folderOf(const std::filesystem::path& file)
-{
-    return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-}
-
-/// Whether the address book is a folder that would contain the new file as one of its card files.
-bool wouldJoinBook(const std::filesystem::path& file, const std::filesystem::path& book)
-{
-    std::error_code error;
-    return std::filesystem::is_directory(book, error) && file.extension() == ".vcf" &&
-           !file.filename().string().starts_with('.') &&
-           std::filesystem::equivalent(folderOf(file), book, error);
 }
 
 std::vector<const Person*> peopleWith(AddressBook& book, const std::vector<std::string>& uids)

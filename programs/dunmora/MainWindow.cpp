@@ -205,7 +205,7 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     }
     interface_->window().setTitle(std::string(name) + " – " + std::string(kName));
     review_.setBookIsOpen(true);
-    undoDelete_.bookOpened(book_.cardRestorer);
+    undoDelete_.bookOpened(path, book_.cardRestorer);
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "programs/dunmora/UndoDelete.h"
 
+#include "adapters/posix/CardFileName.h"
 #include "adapters/posix/NewFile.h"
 #include "base/JobNotifications.h"
 #include "base/JobThreads.h"
@@ -14,6 +15,7 @@
 #include "platform/SavePanel.h"
 #include "platform/TableView.h"
 #include "programs/dunmora/FailureText.h"
+#include "text/DisplayText.h"
 #include "ui/AppData.h"
 #include "ui/ProgressWindowController.h"
 
@@ -67,8 +69,9 @@ UndoDelete::UndoDelete(Interface& mainInterface, std::function<void()> reload)
     enableCommands(false);
 }
 
-void UndoDelete::bookOpened(std::shared_ptr<CardRestorer> restorer)
+void UndoDelete::bookOpened(std::filesystem::path book, std::shared_ptr<CardRestorer> restorer)
 {
+    book_ = std::move(book);
     restorer_ = std::move(restorer);
     result_.hide();
     enableCommands(false);
@@ -117,9 +120,16 @@ void UndoDelete::OnSaveRemoved() const
     }
     try {
         const auto cards = restorer_->lastRemovedCards();
-        if (const auto path = Desktop::current().savePanel.runModal(kFileName)) {
-            writeNewFile(*path, {cards});
+        const auto path = Desktop::current().savePanel.runModal(kFileName);
+        if (!path) {
+            return;
         }
+        if (wouldJoinBook(*path, book_)) {
+            Settings::MsgBox(quotedPath(*path) +
+                             " would become part of the address book. Choose another folder.");
+            return;
+        }
+        writeNewFile(*path, {cards});
     } catch (...) {
         Settings::MsgBox(failureText(std::current_exception(), ""));
     }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -29,9 +30,9 @@ public:
     UndoDelete(const UndoDelete&) = delete;
     UndoDelete& operator=(const UndoDelete&) = delete;
 
-    /// Another book was opened: what was deleted from the one before is forgotten. `restorer` may
-    /// be null.
-    void bookOpened(std::shared_ptr<CardRestorer> restorer);
+    /// The book at this path was opened: what was deleted from the one before is forgotten.
+    /// `restorer` may be null.
+    void bookOpened(std::filesystem::path book, std::shared_ptr<CardRestorer> restorer);
 
     /// Like the functions of `JobObserver`.
     void jobsBegan(std::string_view name);
@@ -40,7 +41,7 @@ public:
 
     /// Puts the people of the last deletion back, and reloads.
     void OnUndoDelete();
-    /// Saves the cards of those people in a file that the user chooses.
+    /// Saves the cards of those people in a file that the user chooses outside the book.
     void OnSaveRemoved() const;
 
     /// Thread body of the restoration. Thread: a worker.
@@ -53,6 +54,7 @@ private:
     void restored(const Restoration& result);
 
     std::function<void()> reload_;
+    std::filesystem::path book_;
     std::shared_ptr<CardRestorer> restorer_;
     DeletionResult result_;
     /// How many people there were when the running deletion began.

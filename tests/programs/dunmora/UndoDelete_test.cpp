@@ -243,6 +243,21 @@ TEST_F(UndoDeleteTest, SavesTheCardsOfTheRemovedPeople)
     EXPECT_NE(alerts().back().find("removed.vcf"), std::string::npos);
 }
 
+TEST_F(UndoDeleteTest, SavesNoFileThatWouldBecomePartOfTheBook)
+{
+    start(folder_.path());
+    deleteChecked();
+    desktop_.savePanel.choice = folder_.path() / "removed.vcf";
+
+    main_->command("OnSaveRemoved").use();
+
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "removed.vcf"));
+    EXPECT_EQ(alerts().back(),
+              "“" + (folder_.path() / "removed.vcf").string() +
+                  "” would become part of the address book. Choose another folder.");
+    EXPECT_TRUE(offersToUndo());
+}
+
 TEST_F(UndoDeleteTest, SavesNothingWhenThePanelIsCancelled)
 {
     start(file_);
