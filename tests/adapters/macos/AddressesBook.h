@@ -63,8 +63,9 @@ private:
     void* book_ = nullptr;
 };
 
-/// Sets the folder of the framework's own shared address book, and keeps it from starting a daemon.
-/// Call once per process, before any other use of the framework.
+/// Sets the folder of the framework's own shared address book, keeps it from starting a daemon, and
+/// corrects how Addresses writes vCards, which would crash. Call once per process, before any other
+/// use of the framework.
 void keepFrameworkPrivate(const std::filesystem::path& folder);
 
 /// Throws an Objective-C exception.

@@ -4,6 +4,7 @@
 
 #import <AddressBook/AddressBook.h>
 #import <Addresses/ADLocalAddressBook.h>
+#import <Addresses/ADRecord.h>
 #import <Foundation/Foundation.h>
 #import <objc/runtime.h>
 
@@ -83,6 +84,7 @@ namespace {
 AddressesBook::State* sharedState = nullptr;
 DunmoraTestBook* sharedBook = nil;
 IMP ownSharedAddressBook = nullptr;
+IMP ownRepresentation = nullptr;
 
 id sharedAddressBook(id self, SEL command)
 {
@@ -93,7 +95,19 @@ id sharedAddressBook(id self, SEL command)
     return sharedState->isMissing ? nil : sharedBook;
 }
 
+/// Addresses releases a record, which it does not own, before it writes the record's vCard.
+id representation(id self, SEL command, NSString* type)
+{
+    using Writer = id (*)(id, SEL, NSString*);
+    return reinterpret_cast<Writer>(ownRepresentation)([self retain], command, type);
+}
+
 id localCenter(id /*self*/, SEL /*command*/) { return [NSNotificationCenter defaultCenter]; }
+
+IMP replaceMethod(Class owner, SEL name, IMP implementation)
+{
+    return method_setImplementation(class_getInstanceMethod(owner, name), implementation);
+}
 
 IMP replaceClassMethod(Class owner, SEL name, IMP implementation)
 {
@@ -141,6 +155,8 @@ void keepFrameworkPrivate(const std::filesystem::path& folder)
                        reinterpret_cast<IMP>(localCenter));
     ownSharedAddressBook = replaceClassMethod([ADAddressBook class], @selector(sharedAddressBook),
                                               reinterpret_cast<IMP>(sharedAddressBook));
+    ownRepresentation = replaceMethod([ADRecord class], @selector(representationWithType:),
+                                      reinterpret_cast<IMP>(representation));
     [pool drain];
 }
 

@@ -26,10 +26,6 @@ public:
             property == "NamesTheListsOfAPerson") {
             return "The people of these tests have contact fields only.";
         }
-        if (property == "EndsEachCardWithALineEnd" || property == "ChangesNothing" ||
-            property == "KeepsTheCardsOfTheReadingAcrossADeletion") {
-            return "Addresses crashes when it lists people again whose vCards it has written.";
-        }
         if (property == "DiscardsRemovalsWhenSavingFails") {
             return "The framework cannot take removals back, and nothing more is deleted then.";
         }
