@@ -144,6 +144,17 @@ class Dunmora(Program):
         table = self.table
         return [table.cell(row, MARK).has("checked") for row in range(table.row_count)]
 
+    def focus_by_tab(self, control):
+        """Presses Tab until the control has the focus."""
+        main = self.main
+        for _ in range(20):
+            focused = self.wait_for(lambda: main.find(states=["focused"]), "focused control")
+            if focused == control:
+                return
+            self.press(main, "tab")
+            self.wait_for(lambda focused=focused: main.find(states=["focused"]) not in (None, focused), "next control")
+        raise AssertionError(f"Tab does not reach {control.name!r}")
+
     def click_mark(self, row):
         """Clicks the check box of a row, which is at the left of its cell."""
         cell = self.table.cell(row, MARK)

@@ -297,10 +297,15 @@ class ReviewTest(DunmoraCase):
         dunmora.total("1 duplicates of 2")
         self.assert_book(ANN_1 + JUNK + BEN)
 
-    def test_keeps_another_copy_deletes_and_undoes_by_keys_alone(self):
+    def test_steps_through_unique_copies_keeps_one_deletes_and_undoes_by_keys_alone(self):
         dunmora = self.start_searched()
         dunmora.wait_for(lambda: dunmora.table.has("focused"), "focused table")
-        dunmora.press(dunmora.main, "home", "down", "ctrl+k")
+        only_here = dunmora.button("2 copies hold something unique")
+        for row in (1, 3, 1):
+            dunmora.focus_by_tab(only_here)
+            dunmora.press(dunmora.main, "space")
+            dunmora.wait_for(lambda row=row: dunmora.table.cell(row, 1).has("selected"), f"jump to row {row}")
+        dunmora.press(dunmora.main, "ctrl+k")
         dunmora.wait_for_marks(True, False, False, True)
 
         dunmora.press(dunmora.main, "ctrl+Delete")
