@@ -17,6 +17,9 @@ struct ReadingNotes {
     /// Sentences for the user, such as which cards were skipped, or which book was left out and
     /// why. Empty when there is nothing to report.
     std::vector<std::string> remarks;
+    /// The names for the user of the books that the people come from, for an address book of books
+    /// with names. Empty for files.
+    std::vector<std::string> books = {};
 };
 
 /// The user's address book: lists people, collects removals, and writes them all at once.

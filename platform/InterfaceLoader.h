@@ -10,6 +10,7 @@ namespace dunmora {
 class Button;
 class CheckBox;
 class DetailsView;
+class Menu;
 class ProgressIndicator;
 class TableView;
 class TextField;
@@ -59,6 +60,7 @@ public:
     virtual ProgressIndicator& progressIndicator(std::string_view outlet) = 0;
     virtual TableView& tableView(std::string_view outlet) = 0;
     virtual DetailsView& detailsView(std::string_view outlet) = 0;
+    virtual Menu& menu(std::string_view outlet) = 0;
     virtual Command& command(std::string_view name) = 0;
 };
 

@@ -76,6 +76,7 @@ EdsAddressBook::Reading EdsAddressBook::read() const
         if (!content.isWritable) {
             reading.notes.remarks.push_back(name + " is read-only: nobody can be deleted from it.");
         }
+        reading.notes.books.push_back(books[i].name);
         const auto skipped = reading.listing->add(books[i], std::move(content.people));
         reading.batchSizes.push_back(content.isWritable ? content.batchSize : 0);
         if (skipped > 0) {

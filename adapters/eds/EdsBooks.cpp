@@ -67,4 +67,18 @@ std::vector<DesktopBook> listEdsBooks(ContactService& service)
     return summaries;
 }
 
+std::vector<DesktopBook> listEdsBookNames()
+{
+    return listEdsBookNames(*loadContactService());
+}
+
+std::vector<DesktopBook> listEdsBookNames(ContactService& service)
+{
+    std::vector<DesktopBook> names;
+    for (const auto& book : service.books()) {
+        names.push_back({book.uid, book.name, book.kind, {}, {}, {}});
+    }
+    return names;
+}
+
 }  // namespace dunmora

@@ -31,4 +31,9 @@ bool hasEdsBooks();
 std::vector<DesktopBook> listEdsBooks();
 std::vector<DesktopBook> listEdsBooks(ContactService& service);
 
+/// The same, but opens no book: `isWritable`, `people` and `failure` are empty.
+/// Thread: any; blocks for a few seconds at most.
+std::vector<DesktopBook> listEdsBookNames();
+std::vector<DesktopBook> listEdsBookNames(ContactService& service);
+
 }  // namespace dunmora

@@ -5,6 +5,7 @@
 #include "adapters/qt/QtCheckBox.h"
 #include "adapters/qt/QtCommand.h"
 #include "adapters/qt/QtDetailsView.h"
+#include "adapters/qt/QtMenu.h"
 #include "adapters/qt/QtProgressIndicator.h"
 #include "adapters/qt/QtTableView.h"
 #include "adapters/qt/QtText.h"
@@ -20,6 +21,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QTableView>
@@ -101,6 +103,16 @@ public:
         return *table;
     }
 
+    QtMenu& menuNamed(std::string_view outlet)
+    {
+        auto& widget = widgetNamed<QMenu>(outlet);
+        auto& menu = menus_[&widget];
+        if (!menu) {
+            menu = std::make_unique<QtMenu>(widget, [this] { return sessions_.blocks(*widget_); });
+        }
+        return *menu;
+    }
+
     bool hasCommand(std::string_view name) const { return commands_.find(name) != commands_.end(); }
 
     QtCommand& commandNamed(std::string_view name)
@@ -126,6 +138,7 @@ public:
         for (auto& [name, command] : commands_) {
             command.setHandler({});
         }
+        menus_.clear();
         dropHandler_ = {};
         window.setDelegate(nullptr);
         window.close();
@@ -239,6 +252,7 @@ private:
     // Outlives the outlets below, which refer to its widgets.
     std::unique_ptr<QWidget> widget_;
     std::map<const QTableView*, std::unique_ptr<QtTableView>> tables_;
+    std::map<const QMenu*, std::unique_ptr<QtMenu>> menus_;
 
 public:
     QtWindow window;
@@ -310,6 +324,11 @@ TableView& QtInterface::tableView(std::string_view outlet)
 DetailsView& QtInterface::detailsView(std::string_view outlet)
 {
     return content_->detailsViews.of(content_->widgetNamed<QListView>(outlet));
+}
+
+Menu& QtInterface::menu(std::string_view outlet)
+{
+    return content_->menuNamed(outlet);
 }
 
 Command& QtInterface::command(std::string_view name)

@@ -40,6 +40,7 @@ public:
     ProgressIndicator& progressIndicator(std::string_view outlet) override;
     TableView& tableView(std::string_view outlet) override;
     DetailsView& detailsView(std::string_view outlet) override;
+    Menu& menu(std::string_view outlet) override;
     Command& command(std::string_view name) override;
 
     bool hasCommand(std::string_view name) const;

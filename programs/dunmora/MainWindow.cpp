@@ -62,7 +62,10 @@ MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
       interface_(mainInterface()),
       contacts_(*interface_, [this] { delegate_.LoadContacts(); }),
       review_(*interface_, contacts_, [this] { return openBook(); }),
-      undoDelete_(*interface_, [this] { reloadAfterRestoration(); })
+      undoDelete_(*interface_, [this] { reloadAfterRestoration(); }),
+      systemBooks_(
+          *interface_, application_,
+          [this](std::string_view name, const std::filesystem::path& path) { openAs(name, path); })
 {
     auto& window = interface_->window();
     window.setTitle(std::string(kName));
@@ -102,12 +105,9 @@ void MainWindow::openAs(std::string_view name, const std::filesystem::path& path
     }
 }
 
-void MainWindow::offerSystemBook(const std::filesystem::path& name)
+void MainWindow::offerSystemBooks(const std::filesystem::path& name, SystemBooks::List list)
 {
-    systemBook_ = name;
-    interface_->command("OnOpenSystemBook").setHandler([this](View* /*sender*/) {
-        openAs(kSystemBook, systemBook_);
-    });
+    systemBooks_.offer(name, std::move(list));
 }
 
 void MainWindow::applicationDidFinishLaunching()
@@ -128,7 +128,7 @@ void MainWindow::applicationDidBecomeActive()
 void MainWindow::jobsBegan(std::string_view name)
 {
     jobsHaveBegun_ = true;
-    interface_->command("OnOpenSystemBook").setEnabled(false);
+    systemBooks_.jobsBegan();
     undoDelete_.jobsBegan(name);
     review_.jobsBegan(name);
 }
@@ -157,7 +157,8 @@ void MainWindow::jobsEnded()
 {
     review_.jobsEnded();
     undoDelete_.jobsEnded();
-    interface_->command("OnOpenSystemBook").setEnabled(true);
+    systemBooks_.jobsEnded();
+    updateTitle();
 }
 
 void MainWindow::connectCommands()
@@ -187,7 +188,8 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     // Before the launch there is no open book to keep: the first load reports what is wrong with
     // the path, and a later one finds a book that has appeared there since.
     std::error_code error;
-    if (isLaunched_ && path != systemBook_ && !std::filesystem::exists(path, error) && !error) {
+    if (isLaunched_ && !systemBooks_.contains(path) && !std::filesystem::exists(path, error) &&
+        !error) {
         Settings::MsgBox(quotedPath(path) + " does not exist.");
         return false;
     }
@@ -203,10 +205,29 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
         Settings::MsgBox(failureText(std::current_exception(), name));
         return false;
     }
-    interface_->window().setTitle(std::string(name) + " – " + std::string(kName));
+    setTitle(name);
     review_.setBookIsOpen(true);
     undoDelete_.bookOpened(path, book_.cardRestorer);
     return true;
+}
+
+void MainWindow::setTitle(std::string_view book)
+{
+    interface_->window().setTitle(std::string(book) + " – " + std::string(kName));
+}
+
+void MainWindow::updateTitle()
+{
+    if (!book_.addressBook) {
+        return;
+    }
+    std::string names;
+    for (const auto& name : book_.addressBook->notes().books) {
+        names += (names.empty() ? "" : ", ") + windowText(name);
+    }
+    if (!names.empty()) {
+        setTitle(names);
+    }
 }
 
 void MainWindow::reloadAfterRestoration()

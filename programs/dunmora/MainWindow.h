@@ -5,6 +5,7 @@
 #include "platform/InterfaceLoader.h"
 #include "platform/OpenedBook.h"
 #include "programs/dunmora/JobObserver.h"
+#include "programs/dunmora/SystemBooks.h"
 #include "programs/dunmora/UndoDelete.h"
 #include "ui/ContactsController.h"
 #include "ui/ReviewController.h"
@@ -53,12 +54,8 @@ public:
     /// Like `open`, with a name for the title instead of the last component of the path.
     void openAs(std::string_view name, const std::filesystem::path& path);
 
-    /// Adds the command that opens the system's own address book, by this name in place of a path.
-    /// Call it at most once, before any job runs.
-    void offerSystemBook(const std::filesystem::path& name);
-
-    /// The name for the user of the system's own address book.
-    static constexpr std::string_view kSystemBook = "Address Book";
+    /// Like `SystemBooks::offer`.
+    void offerSystemBooks(const std::filesystem::path& name, SystemBooks::List list);
 
     void applicationDidFinishLaunching() override;
     void applicationDidBecomeActive() override;
@@ -77,6 +74,9 @@ private:
     bool openBook();
     bool select(std::string_view name, const std::filesystem::path& path);
     void reloadAfterRestoration();
+    void setTitle(std::string_view book);
+    /// Names the books that were read, if the open one consists of books with names.
+    void updateTitle();
     void showAbout() const;
 
     SupervisedApplication& application_;
@@ -85,8 +85,6 @@ private:
     std::string bookName_;
     MakeAddressBook makeAddressBook_;
     std::string libraries_;
-    // Empty while none is offered.
-    std::filesystem::path systemBook_;
     bool isLaunched_ = false;
     bool jobsHaveBegun_ = false;
 
@@ -96,6 +94,7 @@ private:
     ContactsController contacts_;
     ReviewController review_;
     UndoDelete undoDelete_;
+    SystemBooks systemBooks_;
 };
 
 }  // namespace dunmora

@@ -86,7 +86,7 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     const std::filesystem::path own = systemAddressBookName();
     const bool isDefault = options.addressBook.empty() && hasSystemAddressBook();
     if (isDefault || options.addressBook == own) {
-        mainWindow.openAs(MainWindow::kSystemBook, own);
+        mainWindow.openAs(SystemBooks::kAll, own);
     } else if (!options.addressBook.empty()) {
         mainWindow.open(options.addressBook);
     }
@@ -124,7 +124,9 @@ void openFirst(MainWindow& mainWindow, const Options& options)
         "OnOpen", [&](const std::filesystem::path& path) { dropTarget->open(path); });
     MainWindow mainWindow(supervised, platform, openAddressBook, libraries());
     dropTarget = &mainWindow;
-    mainWindow.offerSystemBook(systemAddressBookName());
+    const bool hasSeveral = !severalAddressBooksName().empty();
+    mainWindow.offerSystemBooks(systemAddressBookName(),
+                                hasSeveral ? listDesktopBookNames : SystemBooks::List());
     openFirst(mainWindow, options);
     mainWindow.show();
     application.run(mainWindow);

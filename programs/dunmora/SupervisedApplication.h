@@ -4,7 +4,10 @@
 
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace dunmora {
 
@@ -36,6 +39,12 @@ public:
 
     /// Reports a thread that cannot be started as a failed job.
     void detachNewThread(std::string_view name, std::function<void()> body) override;
+    /// Runs the body on a new thread that is no job: it changes nothing that a job uses, and throws
+    /// nothing. Thread: the main thread; does not block. Errors: std::system_error.
+    void detachBackgroundThread(std::string_view name, std::function<void()> body)
+    {
+        application_.detachNewThread(name, std::move(body));
+    }
     void performOnMainThread(const std::function<void()>& work) override
     {
         application_.performOnMainThread(work);

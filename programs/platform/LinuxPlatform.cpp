@@ -49,6 +49,11 @@ std::vector<DesktopBook> listDesktopBooks()
     return listEdsBooks();
 }
 
+std::vector<DesktopBook> listDesktopBookNames()
+{
+    return listEdsBookNames();
+}
+
 OpenedBook openAddressBook(const std::filesystem::path& path)
 {
     if (isEdsName(path.string())) {

@@ -37,6 +37,11 @@ std::vector<DesktopBook> listDesktopBooks()
     throw PlatformError("A Mac has one address book only. Its name is macos:.");
 }
 
+std::vector<DesktopBook> listDesktopBookNames()
+{
+    return listDesktopBooks();
+}
+
 OpenedBook openAddressBook(const std::filesystem::path& path)
 {
     if (path == kMacAddressBookName) {

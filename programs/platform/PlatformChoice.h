@@ -37,6 +37,10 @@ bool hasSystemAddressBook();
 /// Errors: PlatformError when they cannot be listed.
 std::vector<DesktopBook> listDesktopBooks();
 
+/// The same without reading anybody: only uids, names and kinds.
+/// Thread: any; blocks for a few seconds at most. Errors: as above.
+std::vector<DesktopBook> listDesktopBookNames();
+
 /// Opens the address book with this name or path; nothing is read yet.
 /// Errors: PlatformError when there can be no such address book.
 OpenedBook openAddressBook(const std::filesystem::path& path);

@@ -188,9 +188,15 @@ class Dunmora(Program):
         self.button("Reload")
         return self.wait_for_main_alone()
 
-    def choose(self, menu, item):
-        """Clicks an item of a menu: choose("Edit", "Keep One of Each")."""
+    def choose(self, menu, *items):
+        """Clicks an item of a menu or a submenu: choose("Edit", "Keep One of Each")."""
         main = self.main
         self.wait_until_active(main)
         self.click(self.wait_for(lambda: main.find("menu bar").find("menu item", menu), f"menu {menu!r}"))
-        self.click(self.wait_for(lambda: main.find("menu item", item, ["showing", "enabled"]), f"entry {item!r}"))
+        for item in items:
+            self.click(self.wait_for(lambda item=item: self.menu_entry(item), f"entry {item!r}"))
+
+    def menu_entry(self, item):
+        """Returns an entry of an open menu, which may open a submenu; None while it cannot be used."""
+        states = ["showing", "enabled"]
+        return self.main.find("menu item", item, states) or self.main.find("menu", item, states)

@@ -31,6 +31,46 @@ void FakeCommand::use(View* sender) const
     }
 }
 
+void FakeMenu::setEntries(std::vector<MenuEntry> newEntries)
+{
+    entries = std::move(newEntries);
+}
+
+void FakeMenu::setOpeningHandler(std::function<void()> handler)
+{
+    opening = std::move(handler);
+}
+
+void FakeMenu::setEnabled(bool enabled)
+{
+    isEnabled = enabled;
+}
+
+void FakeMenu::open() const
+{
+    if (opening) {
+        opening();
+    }
+}
+
+void FakeMenu::choose(std::size_t entry) const
+{
+    if (isEnabled) {
+        // A copy: the handler may replace the entries.
+        const auto run = entries.at(entry).run;
+        run();
+    }
+}
+
+std::vector<std::string> FakeMenu::titles() const
+{
+    std::vector<std::string> titles;
+    for (const auto& entry : entries) {
+        titles.push_back(entry.title);
+    }
+    return titles;
+}
+
 FakeWindow::FakeWindow(std::string name, CallLog& log) : name_(std::move(name)), log_(log) {}
 
 void FakeWindow::setTitle(const std::string& text)
@@ -122,6 +162,11 @@ FakeTableView& FakeInterface::tableView(std::string_view outlet)
 FakeDetailsView& FakeInterface::detailsView(std::string_view outlet)
 {
     return outletIn(detailsViews_, outlet);
+}
+
+FakeMenu& FakeInterface::menu(std::string_view outlet)
+{
+    return menus_[std::string(outlet)];
 }
 
 FakeCommand& FakeInterface::command(std::string_view name)

@@ -1,16 +1,19 @@
 #pragma once
 
 #include "platform/InterfaceLoader.h"
+#include "platform/Menu.h"
 #include "platform/Window.h"
 #include "tests/fakes/CallLog.h"
 #include "tests/fakes/FakeControls.h"
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora::test {
 
@@ -29,6 +32,23 @@ public:
     /// Empty while it has the title of its interface file.
     std::string title;
     bool isChecked = false;
+};
+
+class FakeMenu final : public Menu {
+public:
+    void setEntries(std::vector<MenuEntry> newEntries) override;
+    void setOpeningHandler(std::function<void()> handler) override;
+    void setEnabled(bool enabled) override;
+
+    /// Does what the user does who opens the menu around this one.
+    void open() const;
+    /// Chooses the entry at this index of an enabled menu.
+    void choose(std::size_t entry) const;
+    std::vector<std::string> titles() const;
+
+    std::vector<MenuEntry> entries;
+    std::function<void()> opening;
+    bool isEnabled = true;
 };
 
 /// A window that logs each call as "Interface call value".
@@ -68,6 +88,7 @@ public:
     FakeProgressIndicator& progressIndicator(std::string_view outlet) override;
     FakeTableView& tableView(std::string_view outlet) override;
     FakeDetailsView& detailsView(std::string_view outlet) override;
+    FakeMenu& menu(std::string_view outlet) override;
     FakeCommand& command(std::string_view name) override;
 
     FakeWindow fakeWindow;
@@ -88,6 +109,7 @@ private:
     Outlets<FakeProgressIndicator> progressIndicators_;
     Outlets<FakeTableView> tableViews_;
     Outlets<FakeDetailsView> detailsViews_;
+    std::map<std::string, FakeMenu> menus_;
     std::map<std::string, FakeCommand> commands_;
 };
 

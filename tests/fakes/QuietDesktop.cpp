@@ -40,6 +40,7 @@ public:
     CheckBox& checkBox(std::string_view outlet) override { missing(outlet); }
     TableView& tableView(std::string_view outlet) override { missing(outlet); }
     DetailsView& detailsView(std::string_view outlet) override { missing(outlet); }
+    Menu& menu(std::string_view outlet) override { missing(outlet); }
     Command& command(std::string_view name) override { missing(name); }
 
 private:

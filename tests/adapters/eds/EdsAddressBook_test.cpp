@@ -155,6 +155,22 @@ TEST_F(EdsAddressBookTest, SkipsPeopleWithoutAUniqueId)
                     "properties. They stay in the address book unchanged."});
 }
 
+TEST_F(EdsAddressBookTest, NamesTheBooksThatItReads)
+{
+    desktop_.add("home", {});
+    desktop_.add("company", {"boss"}).content.isWritable = false;
+    desktop_.add("work", {"ann"});
+    auto& book = all();
+    EXPECT_EQ(book.notes().books, Lines());
+
+    book.readPeople();
+
+    EXPECT_EQ(book.notes().books, (Lines{"Book home", "Book work"}));
+    auto& readOnly = one("company");
+    readOnly.readPeople();
+    EXPECT_EQ(readOnly.notes().books, Lines{"Book company"});
+}
+
 TEST_F(EdsAddressBookTest, OmitsReadOnlyBooksAndNamesThem)
 {
     desktop_.add("home", {"ann"});
@@ -532,6 +548,22 @@ TEST_F(EdsAddressBookTest, SummarizesEveryBook)
     EXPECT_EQ(books[2].isWritable, std::nullopt);
     EXPECT_EQ(books[2].people, std::nullopt);
     EXPECT_EQ(books[2].failure, "The server is away.");
+}
+
+TEST_F(EdsAddressBookTest, ListsTheNamesOfTheBooksWithoutReadingThem)
+{
+    desktop_.add("home", {"a"});
+    desktop_.add("server", {}).content.failure = "The server is away.";
+    FakeContactService service(desktop_);
+
+    const auto books = listEdsBookNames(service);
+
+    EXPECT_EQ(desktop_.readings, 0U);
+    ASSERT_EQ(books.size(), 2U);
+    EXPECT_EQ(books[0].uid, "home");
+    EXPECT_EQ(books[0].name, "Book home");
+    EXPECT_EQ(books[1].uid, "server");
+    EXPECT_EQ(books[1].failure, "");
 }
 
 TEST(EdsName, IsOneBooksOrAll)

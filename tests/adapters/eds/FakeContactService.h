@@ -4,6 +4,7 @@
 #include "platform/PlatformError.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -90,6 +91,8 @@ public:
     }
 
     std::vector<Book> books;
+    /// How often books were read.
+    std::size_t readings = 0;
     /// The uids passed to each call of `remove`.
     std::vector<std::vector<std::string>> removals;
     /// Called before each removal; a result that it returns replaces the removal.
@@ -123,6 +126,7 @@ public:
 
     std::vector<BookContent> read(const std::vector<std::string>& books) override
     {
+        ++desktop_.readings;
         std::vector<BookContent> contents;
         contents.reserve(books.size());
         for (const auto& book : books) {

@@ -60,7 +60,7 @@ std::string interfaceOf(const std::string& source)
 std::vector<Request> requests()
 {
     static const std::regex kRequest(
-        R"re(\b(view|button|checkBox|textField|progressIndicator|tableView|detailsView|command)\(\s*"(\w+)")re");
+        R"re(\b(view|button|checkBox|textField|progressIndicator|tableView|detailsView|menu|command)\(\s*"(\w+)")re");
     std::vector<Request> found;
     for (const char* const module : {"app", "ui", "update", "programs/dunmora"}) {
         const auto folder = path(DUNMORA_SOURCES) / module;
@@ -109,6 +109,7 @@ void fulfil(Interface& interface, const Request& request)
         {"progressIndicator", [&] { interface.progressIndicator(request.name); }},
         {"tableView", [&] { interface.tableView(request.name); }},
         {"detailsView", [&] { interface.detailsView(request.name); }},
+        {"menu", [&] { interface.menu(request.name); }},
         {"command", [&] { interface.command(request.name); }},
     };
     outlets.at(request.kind)();

@@ -1,3 +1,4 @@
+#include "platform/Menu.h"
 #include "tests/adapters/qt/QtTest.h"
 #include "tests/fakes/TemporaryFolder.h"
 
@@ -6,6 +7,7 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
@@ -147,6 +149,57 @@ TEST_F(QtInterfaceTest, AllowsACommandOnlyWhileItHasAHandlerAndIsEnabled)
     EXPECT_EQ(enabled(), both);
     interface->command("OnOpen").setHandler({});
     EXPECT_EQ(enabled(), neither);
+}
+
+TEST_F(QtInterfaceTest, AddsEntriesToAMenu)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    auto& books = widgetIn<QMenu>(window, "menuSystemBooks");
+    auto& menu = interface->menu("menuSystemBooks");
+    const auto titles = [&] {
+        QStringList texts;
+        for (const auto* const action : books.actions()) {
+            texts += action->isSeparator() ? QStringLiteral("-") : action->text();
+        }
+        return texts;
+    };
+    const auto all = titles();
+    EXPECT_EQ(all.size(), 1);
+    std::vector<std::string> chosen;
+
+    const auto chooseWork = [&] {
+        chosen.emplace_back("Work");
+        menu.setEntries({});
+    };
+    menu.setEntries(
+        {{"Family", [&] { chosen.emplace_back("Family"); }}, {"Work & Co.", chooseWork}});
+
+    EXPECT_EQ(titles(), all + QStringList({QStringLiteral("-"), QStringLiteral("Family"),
+                                           QStringLiteral("Work && Co.")}));
+    books.actions().at(2)->trigger();
+    books.actions().at(3)->trigger();
+    EXPECT_EQ(chosen, (std::vector<std::string>{"Family", "Work"}));
+    EXPECT_EQ(titles(), all);
+}
+
+TEST_F(QtInterfaceTest, AsksForTheEntriesOfAMenuWhenTheMenuAroundItOpens)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    auto& books = widgetIn<QMenu>(window, "menuSystemBooks");
+    auto& menu = interface->menu("menuSystemBooks");
+    int openings = 0;
+    menu.setOpeningHandler([&] { ++openings; });
+
+    widgetIn<QMenu>(window, "menuFile").popup(QPoint());
+    widgetIn<QMenu>(window, "menuFile").hide();
+
+    EXPECT_EQ(openings, 1);
+    menu.setEnabled(false);
+    EXPECT_FALSE(books.menuAction()->isEnabled());
 }
 
 TEST_F(QtInterfaceTest, KeepsTheMnemonicOfACommandWithANewTitle)

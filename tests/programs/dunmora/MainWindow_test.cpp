@@ -251,7 +251,7 @@ TEST_F(MainWindowTest, OpensTheBookThatTheUserChooses)
 TEST_F(MainWindowTest, OpensTheAddressBookOfTheSystem)
 {
     makeWindow();
-    window_->offerSystemBook("system:");
+    window_->offerSystemBooks("system:", {});
     window_->open(file_);
     window_->applicationDidFinishLaunching();
     window_->applicationDidBecomeActive();
@@ -265,6 +265,24 @@ TEST_F(MainWindowTest, OpensTheAddressBookOfTheSystem)
     EXPECT_EQ(title(), "Address Book – Dunmora");
     EXPECT_EQ(table().rows, 2U);
     EXPECT_TRUE(alerts().empty());
+}
+
+TEST_F(MainWindowTest, NamesTheBooksOfTheSystemThatWereRead)
+{
+    book_.readingNotes.books = {"Family", "Work\n& Co."};
+    makeWindow();
+    window_->offerSystemBooks("system:", {});
+    window_->open(file_);
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    window_->applicationDidFinishLaunching();
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+    EXPECT_EQ(title(), "Family, Work & Co. – Dunmora");
+
+    book_.readingNotes.books = {};
+    window_->open(file_);
+    application_.runUntilIdle();
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
 }
 
 TEST_F(MainWindowTest, EndsTheProgramWhenItCloses)
