@@ -31,6 +31,9 @@ class CardRestorer {
 public:
     virtual ~CardRestorer() = default;
 
+    /// How many saves can be undone, also those that failed after they had removed somebody.
+    virtual std::size_t deletions() const = 0;
+
     /// How many people `restoreLast` would put back: those whom the last save that was not undone
     /// removed, without those who have been put back since. 0 when there is nothing to undo.
     virtual std::size_t lastRemoved() const = 0;

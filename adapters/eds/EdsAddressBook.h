@@ -44,6 +44,7 @@ public:
     std::optional<PersonCard> card(std::string_view uid) const override;
 
     // Each person returns to the book that the person was removed from.
+    std::size_t deletions() const override { return deletions_.size(); }
     std::size_t lastRemoved() const override;
     std::string lastRemovedCards() const override;
     Restoration restoreLast() override;

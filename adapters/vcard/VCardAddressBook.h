@@ -44,6 +44,7 @@ public:
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
 
+    std::size_t deletions() const override { return deletions_.size(); }
     std::size_t lastRemoved() const override;
     std::string lastRemovedCards() const override;
     Restoration restoreLast() override;

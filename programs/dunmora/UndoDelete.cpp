@@ -81,8 +81,10 @@ void UndoDelete::jobsBegan(std::string_view name)
 {
     restored_.reset();
     peopleBefore_.reset();
+    removedByFailure_.reset();
     if (name == kThreadDeleteCheckedContacts) {
         peopleBefore_ = ContactsParser::parser().contacts().size();
+        deletionsBefore_ = deletions();
     }
     result_.hide();
     enableCommands(true);
@@ -90,6 +92,9 @@ void UndoDelete::jobsBegan(std::string_view name)
 
 void UndoDelete::jobFailed()
 {
+    if (peopleBefore_ && deletions() > deletionsBefore_) {
+        removedByFailure_ = restorer_->lastRemoved();
+    }
     peopleBefore_.reset();
 }
 
@@ -98,6 +103,8 @@ void UndoDelete::jobsEnded()
     enableCommands(false);
     if (peopleBefore_) {
         result_.showDeleted(*peopleBefore_ - ContactsParser::parser().contacts().size(), canUndo());
+    } else if (removedByFailure_) {
+        result_.showDeleted(*removedByFailure_, canUndo());
     } else if (restored_) {
         result_.showRestored(*restored_);
     }
@@ -141,6 +148,11 @@ void UndoDelete::RestoreDeleted()
                                                  "Restoring deleted people...");
     const auto result = restorer_->restoreLast();
     Desktop::current().application.performOnMainThread([&] { restored(result); });
+}
+
+std::size_t UndoDelete::deletions() const
+{
+    return restorer_ != nullptr ? restorer_->deletions() : 0;
 }
 
 bool UndoDelete::canUndo() const

@@ -49,6 +49,7 @@ public:
     void RestoreDeleted();
 
 private:
+    std::size_t deletions() const;
     bool canUndo() const;
     void enableCommands(bool areJobsRunning);
     void restored(const Restoration& result);
@@ -57,8 +58,11 @@ private:
     std::filesystem::path book_;
     std::shared_ptr<CardRestorer> restorer_;
     DeletionResult result_;
-    /// How many people there were when the running deletion began.
+    /// How many people, and how many saves to undo, there were when the running deletion began.
     std::optional<std::size_t> peopleBefore_;
+    std::size_t deletionsBefore_ = 0;
+    /// How many people the deletion that failed before the running reload has removed.
+    std::optional<std::size_t> removedByFailure_;
     /// How many people the restoration before the running reload put back.
     std::optional<std::size_t> restored_;
 

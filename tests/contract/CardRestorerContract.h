@@ -214,14 +214,17 @@ TYPED_TEST_P(CardRestorerContract, UndoesSeveralDeletionsLastFirst)
     const auto before = this->allCards();
     this->deletes({"b"});
     this->deletes({"a", "d"});
+    EXPECT_EQ(this->restorer().deletions(), 2U);
     EXPECT_EQ(this->restorer().lastRemoved(), 2U);
 
     EXPECT_EQ(this->restorer().restoreLast().restored, 2U);
 
     EXPECT_EQ(this->sortedUids(), (std::vector<std::string>{"a", "c", "d", "e"}));
+    EXPECT_EQ(this->restorer().deletions(), 1U);
     EXPECT_EQ(this->restorer().lastRemoved(), 1U);
     EXPECT_EQ(this->restorer().restoreLast().restored, 1U);
     EXPECT_EQ(this->allCards(), before);
+    EXPECT_EQ(this->restorer().deletions(), 0U);
     EXPECT_EQ(this->restorer().lastRemoved(), 0U);
 }
 

@@ -94,11 +94,13 @@ void FakeAddressBook::removeRecord(const Person& person)
 void FakeAddressBook::save()
 {
     ++savesAsked_;
-    const auto removals = std::exchange(pending_, {});
+    auto removals = std::exchange(pending_, {});
     if (removals.empty()) {
         return;
     }
     onSave();
+    const auto failsAfter = std::exchange(removalsBeforeFailure, std::nullopt);
+    removals.resize(std::min(removals.size(), failsAfter.value_or(removals.size())));
     Deletion deletion;
     std::vector<FakePerson> rest;
     for (std::size_t i = 0; i < stored_.size(); ++i) {
@@ -113,6 +115,9 @@ void FakeAddressBook::save()
     if (!deletion.people.empty()) {
         deletion.rest = storedCards();
         deletions_.push_back(std::move(deletion));
+    }
+    if (failsAfter) {
+        throw PlatformError("Not everybody was deleted.");
     }
 }
 

@@ -53,6 +53,7 @@ public:
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
 
+    std::size_t deletions() const override { return deletions_.size(); }
     std::size_t lastRemoved() const override;
     std::string lastRemovedCards() const override;
     Restoration restoreLast() override;
@@ -81,6 +82,9 @@ public:
     std::function<void()> onSave = [] {};
     std::function<void()> onCards = [] {};
     std::function<void()> onRestore = [] {};
+
+    /// How many people the next save removes before it fails; by default it does not fail.
+    std::optional<std::size_t> removalsBeforeFailure;
 
 private:
     /// What one save removed.

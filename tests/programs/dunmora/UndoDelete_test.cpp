@@ -279,5 +279,43 @@ TEST_F(UndoDeleteTest, DoesNotReportADeletionThatFailed)
     EXPECT_FALSE(offersToUndo());
 }
 
+TEST_F(UndoDeleteTest, ReportsWhomADeletionRemovedBeforeItFailed)
+{
+    book_ =
+        FakeAddressBook({person("ann-1", "Ann"), person("ann-2", "Ann"), person("ann-3", "Ann")});
+    start(file_);
+    book_.removalsBeforeFailure = 1;
+
+    deleteChecked();
+
+    EXPECT_EQ(alerts(), (Lines{"Confirm to delete", "Not everybody was deleted."}));
+    EXPECT_EQ(book_.storedUids(), (Lines{"ann-1", "ann-3"}));
+    EXPECT_EQ(report(), "1 person deleted.");
+    EXPECT_FALSE(main_->button("btnUndoDelete").isHidden);
+    ASSERT_TRUE(offersToUndo());
+
+    undo();
+    EXPECT_EQ(book_.storedUids(), (Lines{"ann-1", "ann-2", "ann-3"}));
+    EXPECT_EQ(report(), "1 person restored.");
+}
+
+TEST_F(UndoDeleteTest, ReportsNoEarlierDeletionAfterOneThatRemovedNobody)
+{
+    book_ =
+        FakeAddressBook({person("ann-1", "Ann"), person("ann-2", "Ann"), person("ann-3", "Ann")});
+    start(file_);
+    deleteChecked();
+    book_.addBehindTheBack(person("ann-4", "Ann"));
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+    book_.removalsBeforeFailure = 0;
+
+    deleteChecked();
+
+    EXPECT_EQ(book_.storedUids(), (Lines{"ann-1", "ann-4"}));
+    EXPECT_EQ(report(), "");
+    EXPECT_TRUE(offersToUndo());
+}
+
 }  // namespace
 }  // namespace dunmora::test
