@@ -6,6 +6,8 @@
 
 namespace dunmora {
 
+QtButton::QtButton(QAbstractButton& widget) : widget_(widget), announcement_(widget) {}
+
 void QtButton::setTitle(const std::string& title)
 {
     widget_.setText(withoutMnemonic(toQString(title)));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/qt/AppearanceAnnouncement.h"
 #include "platform/Button.h"
 
 class QAbstractButton;
@@ -10,13 +11,14 @@ namespace dunmora {
 class QtButton final : public Button {
 public:
     /// `widget` must outlive the button.
-    explicit QtButton(QAbstractButton& widget) : widget_(widget) {}
+    explicit QtButton(QAbstractButton& widget);
 
     void setTitle(const std::string& title) override;
     void setHidden(bool hidden) override;
 
 private:
     QAbstractButton& widget_;
+    AppearanceAnnouncement announcement_;
 };
 
 }  // namespace dunmora

@@ -15,7 +15,10 @@ constexpr char16_t kEllipsis = 0x2026;
 }  // namespace
 
 QtTextField::QtTextField(QLabel& widget)
-    : widget_(widget), text_(widget.text().toStdString()), redraw_([this] { draw(); })
+    : widget_(widget),
+      announcement_(widget),
+      text_(widget.text().toStdString()),
+      redraw_([this] { draw(); })
 {
     widget_.setTextFormat(Qt::PlainText);
 }

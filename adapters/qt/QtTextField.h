@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/qt/AppearanceAnnouncement.h"
 #include "adapters/qt/Redraw.h"
 #include "platform/TextField.h"
 
@@ -25,6 +26,7 @@ private:
     void draw();
 
     QLabel& widget_;
+    AppearanceAnnouncement announcement_;
     std::mutex mutex_;
     std::string text_;
     Redraw redraw_;

@@ -2,7 +2,6 @@
 
 #include "adapters/qt/Symbols.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QSignalBlocker>
@@ -95,10 +94,8 @@ void TableFilterBar::takeFocus()
 
 void TableFilterBar::showCount(const QString& text)
 {
-    if (count_ != nullptr && count_->text() != text) {
+    if (count_ != nullptr) {
         count_->setText(text);
-        QAccessibleEvent event(count_, QAccessible::NameChanged);
-        QAccessible::updateAccessibility(&event);
     }
 }
 
