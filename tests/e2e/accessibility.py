@@ -201,6 +201,66 @@ class Accessible:
         return text + "".join(child.tree(depth + 1) for child in children)
 
 
+class Announcements:
+    """A context manager that notes what programs report by themselves: new names, and changed check marks.
+
+    Create it before the program starts.
+    """
+
+    EVENTS = {"object:property-change:accessible-name": ("PropertyChange", "accessible-name"),
+              "object:state-changed:checked": ("StateChanged", "checked")}
+
+    def __init__(self, bus):
+        self.bus = bus
+        self.context = GLib.MainContext.default()
+
+    def __enter__(self):
+        self.new_names, self.toggled = [], []
+        self.subscriptions = []
+        for event, (member, detail) in self.EVENTS.items():
+            self.subscriptions.append(self.bus.signal_subscribe(
+                None, "org.a11y.atspi.Event.Object", member, None, detail, Gio.DBusSignalFlags.NONE, self.note))
+            self.register("RegisterEvent", event)
+        return self
+
+    def __exit__(self, *_):
+        for subscription in self.subscriptions:
+            self.bus.signal_unsubscribe(subscription)
+        for event in self.EVENTS:
+            self.register("DeregisterEvent", event)
+
+    def register(self, method, event):
+        call(self.bus, REGISTRY, "/org/a11y/atspi/registry", REGISTRY, method, GLib.Variant("(s)", (event,)))
+
+    def note(self, _bus, sender, path, _interface, member, arguments):
+        try:
+            name = Accessible(self.bus, sender, path).name
+        except Gone:
+            return
+        if member == "PropertyChange":
+            self.new_names.append(name)
+        else:
+            self.toggled.append((name, bool(arguments[1])))
+
+    def collect(self):
+        while self.context.iteration(False):
+            pass
+
+    def has(self, *names):
+        """Whether all of these names have been reported since the last `clear`."""
+        self.collect()
+        return set(names) <= set(self.new_names)
+
+    def has_toggled(self, *toggled):
+        """Whether these are the check marks reported since the last `clear`: pairs of a name and its new state."""
+        self.collect()
+        return set(toggled) == set(self.toggled)
+
+    def clear(self):
+        self.collect()
+        self.new_names, self.toggled = [], []
+
+
 class AccessibilityBus:
     """The bus on which a desktop's programs describe themselves to assistive technology."""
 

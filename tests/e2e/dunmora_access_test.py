@@ -2,10 +2,13 @@
 """Checks accessibility and light or dark windows: dunmora_access_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
 import windowcase
+from accessibility import Announcements
 from bigbook import big_book
 from dunmora import MARK
 from dunmoracase import BOOK, BROKEN, DORA_1, DORA_2, NOBODY_1, NOBODY_2, DunmoraCase
 from portal import DARK, LIGHT, SettingsPortal
+
+ONLY_HERE = "Something in this copy is in no copy that is kept."
 
 
 class AccessTest(DunmoraCase):
@@ -49,8 +52,8 @@ class AccessTest(DunmoraCase):
         names = [[table.cell(row, column).name for column in range(table.column_count)]
                  for row in range(table.row_count)]
         self.assertEqual([row[MARK] for row in names],
-                         ["Ann Lee, copy 1 of 2, kept", "Ann Lee, copy 2 of 2, marked for deletion",
-                          "Carl Ek, copy 1 of 2, kept", "Carl Ek, copy 2 of 2, marked for deletion"])
+                         ["Ann Lee, copy 1 of 2, kept", f"Ann Lee, copy 2 of 2, marked for deletion. {ONLY_HERE}",
+                          "Carl Ek, copy 1 of 2, kept", f"Carl Ek, copy 2 of 2, marked for deletion. {ONLY_HERE}"])
         self.assertTrue(all(name for row in names for name in row), names)
 
     def test_reaches_everything_under_the_table_by_keyboard(self):
@@ -59,14 +62,82 @@ class AccessTest(DunmoraCase):
         dunmora.select(0)
 
         reached = []
-        for _ in range(4):
+        for _ in range(6):
             focused = dunmora.wait_for(lambda: main.find(states=["focused"]), "focused control")
             reached.append(focused.name)
             dunmora.press(main, "tab")
             dunmora.wait_for(lambda: main.find(states=["focused"]) not in (None, focused), "next control")
 
-        self.assertEqual(reached, ["Duplicates", "1 person would lose every copy", "2 people share only empty fields",
+        self.assertEqual(reached, ["Duplicates", "Details", "1 person would lose every copy",
+                                   "2 people share only empty fields", "3 copies hold something unique",
                                    "1 card was skipped"])
+
+
+class AnnouncementTest(DunmoraCase):
+    """A screen reader hears what changes away from the keyboard focus."""
+
+    def setUp(self):
+        super().setUp()
+        self.heard = self.enterContext(Announcements(self.desktop.accessibility.bus))
+
+    def assert_heard(self, dunmora, *names):
+        dunmora.wait_for(lambda: self.heard.has(*names), f"announcement of {names}")
+
+    def test_announces_counts_and_the_results_of_commands(self):
+        dunmora = self.start_searched()
+        self.assert_heard(dunmora, "4 duplicates of 5", "2 checked", "2 copies hold something unique")
+        dunmora.select_all()
+        self.heard.clear()
+
+        dunmora.choose("Edit", "Check Selected")
+        self.assert_heard(dunmora, "4 checked", "Checked 2 people.", "2 people would lose every copy")
+
+        self.heard.clear()
+        dunmora.press(dunmora.main, "ctrl+z")
+        self.assert_heard(dunmora, "2 checked", "Unchecked 2 people.", "2 copies hold something unique")
+
+    def test_announces_a_deletion(self):
+        dunmora = self.start_searched()
+        self.heard.clear()
+
+        dunmora.press(self.delete_checked(dunmora), "enter")
+
+        self.assert_heard(dunmora, "2 people deleted.", "2 duplicates of 3", "0 checked")
+
+    def test_announces_a_warning_each_time_it_appears(self):
+        dunmora = self.start_searched()
+        warning = "1 person would lose every copy"
+        dunmora.select(0)
+        dunmora.press(dunmora.main, "space")
+        self.assert_heard(dunmora, warning)
+        dunmora.press(dunmora.main, "space")
+        self.assert_heard(dunmora, "2 checked")
+        self.heard.clear()
+
+        dunmora.press(dunmora.main, "space")
+        self.assert_heard(dunmora, warning)
+
+    def test_announces_how_many_rows_a_filter_finds(self):
+        dunmora = self.start_searched()
+        dunmora.select(0)
+        self.heard.clear()
+
+        dunmora.press(dunmora.main, "ctrl+f")
+        dunmora.type(dunmora.main, "0101")
+
+        self.assert_heard(dunmora, "1 of 4 match")
+
+    def test_announces_a_mark_that_is_toggled_from_another_column(self):
+        dunmora = self.start_searched()
+        dunmora.select(0, column=2)
+        self.heard.clear()
+
+        dunmora.press(dunmora.main, "space")
+
+        loses = "Every copy of this person is checked: none would be left."
+        dunmora.wait_for(lambda: self.heard.has_toggled((f"Ann Lee, copy 1 of 2, marked for deletion. {loses}", True)),
+                         "announcement of the mark")
+        self.assert_heard(dunmora, "3 checked", "1 person would lose every copy")
 
 
 class AppearanceTest(DunmoraCase):
