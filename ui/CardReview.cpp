@@ -69,6 +69,7 @@ void CardReview::setReading(Reading reading)
 void CardReview::clear(Details details)
 {
     setReading({});
+    areRowsCurrent_ = false;
     btnOnlyHere_->setHidden(true);
     if (details == Details::Clear) {
         pane_.show(kNoSelection, {}, "");
@@ -83,6 +84,7 @@ void CardReview::rowsEdited(std::span<const std::size_t> rows)
 
 void CardReview::update()
 {
+    areRowsCurrent_ = true;
     const auto count = reading_.properties.count();
     if (count > 0) {
         btnOnlyHere_->setTitle(dunmora::uniqueText(count));
@@ -93,7 +95,7 @@ void CardReview::update()
 
 void CardReview::updateDetails()
 {
-    if (!pane_.isShown()) {
+    if (!pane_.isShown() || !areRowsCurrent_) {
         return;
     }
     const auto row = tableContacts_->selectedRow();

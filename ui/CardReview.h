@@ -42,8 +42,8 @@ public:
     /// Shows what was read. Thread: the main thread, also during a job.
     void setReading(Reading reading);
 
-    /// Forgets everything about the rows, such as before a job changes them. `Keep` leaves the
-    /// details on the screen.
+    /// Forgets everything about the rows, such as before a job changes them; until the next
+    /// `update` the engine is not used. `Keep` leaves the details on the screen.
     enum class Details { Keep, Clear };
     void clear(Details details);
 
@@ -51,7 +51,7 @@ public:
     void rowsEdited(std::span<const std::size_t> rows);
     /// Shows the count and the details again, once the groups are up to date.
     void update();
-    /// Shows the details of the selected row.
+    /// Shows the details of the selected row, unless the rows were cleared.
     void updateDetails();
 
     bool has(std::size_t row) const { return reading_.properties.has(row); }
@@ -72,6 +72,8 @@ private:
     TableView* tableContacts_;
     Button* btnOnlyHere_;
     Reading reading_;
+    /// Whether no job has changed the rows since `update`.
+    bool areRowsCurrent_ = false;
     /// By row: a table asks for a name whenever it draws it.
     std::unordered_map<std::size_t, std::string> substitutes_;
     DetailsPane pane_;

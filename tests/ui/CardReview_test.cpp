@@ -235,6 +235,23 @@ TEST_F(CardReviewTest, ForgetsTheRows)
     EXPECT_EQ(lineTitled("E-mail"), "");
 }
 
+TEST_F(CardReviewTest, LeavesTheDetailsAloneDuringAJob)
+{
+    reviewShows({person("1"), withEmail(person("2"), "ann@example.com")});
+    select(1);
+    const auto before = heading();
+    cards_.clear(CardReview::Details::Keep);
+
+    select(0);
+    main_.command("OnDetails").use();
+    main_.command("OnDetails").use();
+    EXPECT_EQ(heading(), before) << "a job may be changing the rows";
+
+    cards_.setReading(CardReview::read());
+    cards_.update();
+    EXPECT_NE(heading(), before);
+}
+
 TEST_F(CardReviewTest, ShowsAtMostSomeHundredLinesOfACard)
 {
     auto big = person("2");
