@@ -85,7 +85,7 @@ void MarkCommands::keepMarksBeforeDeletion()
 void MarkCommands::forgetMarks()
 {
     kept_ = {};
-    beforeDeletions_.clear();
+    forgetMarksBeforeDeletions();
 }
 
 bool MarkCommands::mayLoseMarks() const

@@ -44,6 +44,8 @@ public:
     /// Remembers those that the user had set before the last deletion instead, because it is being
     /// undone. The deletion before becomes the last one.
     void keepMarksBeforeDeletion();
+    /// Forgets those before all deletions: it is not known any more which one is the last.
+    void forgetMarksBeforeDeletions() { beforeDeletions_.clear(); }
     /// Forgets all remembered marks: another book will be read.
     void forgetMarks();
 

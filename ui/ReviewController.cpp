@@ -114,6 +114,10 @@ void ReviewController::jobFailed(std::string_view name)
     } else {
         lastJob_ = LastJob::None;
     }
+    if (name == kThreadDeleteCheckedContacts) {
+        // It may have removed people, so that it may be the deletion that is undone next.
+        marks_.forgetMarksBeforeDeletions();
+    }
 }
 
 void ReviewController::jobsEnded()

@@ -59,6 +59,10 @@ public:
     /// running load and its search are over; in groups that are the same as then.
     void restoreMarksBeforeDeletion() { marks_.keepMarksBeforeDeletion(); }
 
+    /// Forgets all marks from before deletions: somebody could not be restored, so that the same
+    /// deletion may be undone again.
+    void forgetMarksBeforeDeletions() { marks_.forgetMarksBeforeDeletions(); }
+
     /// A job was started while none was running: disables the commands that would start another and
     /// hides the warnings. `name` is the job's thread.
     void jobsBegan(std::string_view name);

@@ -62,7 +62,7 @@ MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
       interface_(mainInterface()),
       contacts_(*interface_, [this] { delegate_.LoadContacts(); }),
       review_(*interface_, contacts_, [this] { return openBook(); }),
-      undoDelete_(*interface_, [this] { reloadAfterRestoration(); }),
+      undoDelete_(*interface_, [this](const Restoration& result) { reloadAfter(result); }),
       systemBooks_(
           *interface_, application_,
           [this](std::string_view name, const std::filesystem::path& path) { openAs(name, path); })
@@ -230,11 +230,14 @@ void MainWindow::updateTitle()
     }
 }
 
-void MainWindow::reloadAfterRestoration()
+void MainWindow::reloadAfter(const Restoration& result)
 {
     // The load belongs to the running job, so nobody else announces it.
     review_.jobsBegan(kThreadLoadContacts);
     review_.restoreMarksBeforeDeletion();
+    if (!result.failures.empty()) {
+        review_.forgetMarksBeforeDeletions();
+    }
     contacts_.OnReload(nullptr);
 }
 

@@ -73,7 +73,7 @@ private:
     /// Lets the user choose a book. Returns whether it has been opened.
     bool openBook();
     bool select(std::string_view name, const std::filesystem::path& path);
-    void reloadAfterRestoration();
+    void reloadAfter(const Restoration& result);
     void setTitle(std::string_view book);
     /// Names the books that were read, if the open one consists of books with names.
     void updateTitle();

@@ -57,7 +57,7 @@ void showNotes(const Restoration& result)
 
 }  // namespace
 
-UndoDelete::UndoDelete(Interface& mainInterface, std::function<void()> reload)
+UndoDelete::UndoDelete(Interface& mainInterface, Reload reload)
     : reload_(std::move(reload)),
       result_(mainInterface),
       tableContacts_(&mainInterface.tableView("tableContacts")),
@@ -179,7 +179,7 @@ void UndoDelete::restored(const Restoration& result)
     // The table asks for the number of rows only while it is enabled.
     ContactsParser::parser().reset();
     tableContacts_->setEnabled(true);
-    reload_();
+    reload_(result);
 }
 
 }  // namespace dunmora

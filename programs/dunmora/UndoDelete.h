@@ -23,9 +23,11 @@ class TableView;
 /// Thread: the main thread, except `RestoreDeleted`. Errors: none.
 class UndoDelete final {
 public:
-    /// Finds its outlets and connects its commands in the main interface. `reload` starts the
-    /// reload command, after a restoration. Both must outlive this.
-    UndoDelete(Interface& mainInterface, std::function<void()> reload);
+    /// Starts the reload command after a restoration.
+    using Reload = std::function<void(const Restoration& result)>;
+
+    /// Finds its outlets and connects its commands in the main interface, which must outlive this.
+    UndoDelete(Interface& mainInterface, Reload reload);
     ~UndoDelete() = default;
     UndoDelete(const UndoDelete&) = delete;
     UndoDelete& operator=(const UndoDelete&) = delete;
@@ -54,7 +56,7 @@ private:
     void enableCommands(bool areJobsRunning);
     void restored(const Restoration& result);
 
-    std::function<void()> reload_;
+    Reload reload_;
     std::filesystem::path book_;
     std::shared_ptr<CardRestorer> restorer_;
     DeletionResult result_;

@@ -51,6 +51,14 @@ protected:
         commands_.edited(rows);
     }
 
+    /// Ends a deletion that has changed nothing.
+    void endDeletion()
+    {
+        commands_.keepMarks();
+        commands_.jobsBegan();
+        commands_.jobsEnded(MarkCommands::After::Deletion);
+    }
+
     void use(const std::string& command) { main_.command(command).use(); }
     bool isEnabled(const std::string& command) { return main_.command(command).isEnabled; }
     std::string result() { return main_.textField("txtResult").stringValue; }
@@ -320,11 +328,6 @@ TEST_F(MarkCommandsTest, ReportMarksThatCannotBeKept)
 
 TEST_F(MarkCommandsTest, RestoreTheMarksFromBeforeEachDeletionTheLastOneFirst)
 {
-    const auto endDeletion = [this] {
-        commands_.keepMarks();
-        commands_.jobsBegan();
-        commands_.jobsEnded(MarkCommands::After::Deletion);
-    };
     searchInThreeGroups();
     toggle({0});
     endDeletion();
@@ -351,12 +354,30 @@ TEST_F(MarkCommandsTest, ForgetTheMarksOfAnotherBook)
 {
     searchInThreeGroups();
     toggle({0});
+    endDeletion();
     commands_.keepMarks();
 
     commands_.forgetMarks();
 
     search();
     EXPECT_EQ(marks(), "-x-xxxx");
+    commands_.keepMarksBeforeDeletion();
+    search();
+    EXPECT_EQ(marks(), "-x-xxxx");
+}
+
+TEST_F(MarkCommandsTest, ForgetTheMarksBeforeDeletionsThatCannotBeToldApart)
+{
+    searchInThreeGroups();
+    toggle({0});
+    endDeletion();
+
+    commands_.forgetMarksBeforeDeletions();
+
+    commands_.keepMarks();
+    commands_.keepMarksBeforeDeletion();
+    search();
+    EXPECT_EQ(marks(), "xx-xxxx") << "the current ones are kept instead";
 }
 
 TEST_F(MarkCommandsTest, AskBeforeChangesAreLost)

@@ -600,6 +600,31 @@ TEST_F(ReviewControllerTest, RestoresTheMarksFromBeforeADeletion)
     EXPECT_EQ(marks(), "x--x-");
 }
 
+TEST_F(ReviewControllerTest, RestoresNoMarksFromBeforeADeletionThatFailed)
+{
+    const std::vector<FakePerson> people{person("1", "Ann"), person("2", "Ann"), person("3", "Ben"),
+                                         person("4", "Ben"), person("5", "Ben")};
+    searchIn(people);
+    toggle({0, 1});
+    main_.command("OnDelete").use();
+    finishJobs();
+    bookHolds(people);
+    search();
+    review_.jobsBegan(kThreadDeleteCheckedContacts);
+    ContactsParser::parser().reset();
+    review_.jobFailed(kThreadDeleteCheckedContacts);
+    jobsRun_ = true;
+    contacts_.OnReload(nullptr);
+    finishJobs();
+    ASSERT_EQ(marks(), "-x-xx");
+
+    main_.command("OnReload").use();
+    review_.restoreMarksBeforeDeletion();
+    finishJobs();
+
+    EXPECT_EQ(marks(), "-x-xx") << "it may have removed people, which are restored first";
+}
+
 TEST_F(ReviewControllerTest, ShowsTheRowsOfAGroupTogether)
 {
     searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben"),

@@ -224,6 +224,37 @@ TEST_F(UndoDeleteTest, NamesThePeopleWhoCouldNotBePutBack)
     EXPECT_TRUE(offersToUndo());
 }
 
+TEST_F(UndoDeleteTest, KeepsTheCurrentMarksWhenTheSameDeletionIsUndoneAgain)
+{
+    book_ =
+        FakeAddressBook({person("ann-1", "Ann"), person("ann-2", "Ann"), person("ben-1", "Ben"),
+                         person("ben-2", "Ben"), person("zoe-1", "Zoe"), person("zoe-2", "Zoe")});
+    start(file_);
+    const auto keepAllOf = [this](std::size_t row) {
+        table().selected = row;
+        main_->command("OnKeepAll").use();
+    };
+    const auto isZoeChecked = [this] {
+        return table().dataSource->objectValue("check", table().rows - 1) == CellValue(true);
+    };
+    keepAllOf(2);
+    keepAllOf(4);
+    deleteChecked();
+    table().selected = 1;
+    main_->command("OnKeepOnly").use();
+    deleteChecked();
+    ASSERT_EQ(book_.storedUids(), (Lines{"ann-1", "ben-1", "zoe-1", "zoe-2"}));
+    book_.addBehindTheBack(person("ben-2", "Somebody else"));
+    undo();
+    ASSERT_FALSE(isZoeChecked());
+    main_->command("OnRestoreProposal").use();
+    ASSERT_TRUE(isZoeChecked());
+
+    undo();
+
+    EXPECT_TRUE(isZoeChecked()) << "not as before the first deletion, which is not undone yet";
+}
+
 TEST_F(UndoDeleteTest, SavesTheCardsOfTheRemovedPeople)
 {
     start(file_);
