@@ -356,6 +356,7 @@ void ReviewController::enableCommands()
     for (auto* const command : startCommands_) {
         command->setEnabled(!areJobsRunning_);
     }
+    needsLook_->setEnabled(!areJobsRunning_);
     const auto haveRows = !areJobsRunning_ && contacts_.numberOfRows() > 0;
     for (auto* const command : rowCommands_) {
         command->setEnabled(haveRows);

@@ -543,6 +543,15 @@ TEST_F(ReviewControllerTest, FiltersTheRowsThatNeedALook)
     EXPECT_FALSE(main_.command("OnNeedsLook").isChecked);
 }
 
+TEST_F(ReviewControllerTest, FiltersNoRowsDuringAJob)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann")});
+    EXPECT_TRUE(areEnabled({"OnNeedsLook"}, true));
+
+    review_.jobsBegan(kThreadFindDuplicates);
+    EXPECT_TRUE(areEnabled({"OnNeedsLook"}, false));
+}
+
 TEST_F(ReviewControllerTest, KeepsTheUsersMarksWhenTheBookIsReadAgain)
 {
     searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ben"), person("4", "Ben")});
