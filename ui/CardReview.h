@@ -27,6 +27,7 @@ class CardReview final {
 public:
     /// Finds its outlets and connects its commands in the main interface. Both must outlive this.
     CardReview(Interface& mainInterface, const GroupWarnings& groups);
+    ~CardReview() = default;
     CardReview(const CardReview&) = delete;
     CardReview& operator=(const CardReview&) = delete;
 

@@ -24,6 +24,7 @@ public:
     /// Finds its outlets and connects its command in the main interface, which must outlive this.
     /// `wasShown` is called when the user shows the pane again.
     DetailsPane(Interface& mainInterface, std::function<void()> wasShown);
+    ~DetailsPane() = default;
     DetailsPane(const DetailsPane&) = delete;
     DetailsPane& operator=(const DetailsPane&) = delete;
 
