@@ -110,6 +110,22 @@ std::string mediaTypeOf(const Property& property, std::string_view media)
     return mediaType;
 }
 
+/// What the parameters say of a property whose value is empty: the label of an address
+/// (RFC 6350 §6.3.1), the user's name in a social network. Empty when they say nothing.
+std::string valueInParameters(const Property& property, std::string_view name)
+{
+    const auto* const wanted = name == "ADR"               ? "LABEL"
+                               : name == "X-SOCIALPROFILE" ? "X-USER"
+                                                           : nullptr;
+    for (auto parameters = property.parameters; wanted != nullptr && !parameters.empty();) {
+        const auto parameter = takeParameter(parameters);
+        if (equalsIgnoringCase(parameter.name, wanted)) {
+            return syntaxText(withoutQuotes(parameter.value));
+        }
+    }
+    return {};
+}
+
 /// A data: URI with base64 content.
 std::optional<CardProperty::Binary> dataOf(std::string_view uri)
 {
@@ -168,6 +184,7 @@ private:
             return;
         } else {
             addComponents(result, property);
+            useParametersIfBlank(result, property);
         }
         result_.push_back(std::move(result));
     }
@@ -186,6 +203,17 @@ private:
             const auto component = takeComponent(text);
             result.components.emplace_back(card_.unescaped(component));
             hasMore = component.size() < size;
+        }
+    }
+
+    static void useParametersIfBlank(CardProperty& result, const Property& property)
+    {
+        const auto& components = result.components;
+        if (std::all_of(components.begin(), components.end(),
+                        [](const std::string& text) { return trimmed(text).empty(); })) {
+            if (auto value = valueInParameters(property, result.name); !value.empty()) {
+                result.components = {std::move(value)};
+            }
         }
     }
 

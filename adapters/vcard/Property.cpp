@@ -40,13 +40,6 @@ std::size_t parameterEnd(std::string_view text)
     return i;
 }
 
-std::string_view withoutQuotes(std::string_view value)
-{
-    return value.size() >= 2 && value.front() == '"' && value.back() == '"'
-               ? value.substr(1, value.size() - 2)
-               : value;
-}
-
 ValueEncoding valueEncoding(std::string_view parameters)
 {
     ValueEncoding encoding;
@@ -126,6 +119,13 @@ PropertyHead headOf(std::string_view unfolded)
     }
     const auto colon = valueColon(unfolded, end);
     return {end, std::min(colon, unfolded.size()), colon != std::string_view::npos};
+}
+
+std::string_view withoutQuotes(std::string_view value)
+{
+    return value.size() >= 2 && value.front() == '"' && value.back() == '"'
+               ? value.substr(1, value.size() - 2)
+               : value;
 }
 
 Parameter takeParameter(std::string_view& parameters)

@@ -95,6 +95,9 @@ struct Parameter {
 /// Removes the first parameter from a list such as `;TYPE="home,voice";PREF=1` and returns it.
 Parameter takeParameter(std::string_view& parameters);
 
+/// The value without the quotation marks around it, if there are any.
+std::string_view withoutQuotes(std::string_view value);
+
 /// How the bytes of a value are written (RFC 2045 §6).
 enum class TransferEncoding : std::uint8_t { Plain, QuotedPrintable, Base64 };
 

@@ -54,6 +54,15 @@ Texts in40(const std::string& properties)
     return shown(read(card("4.0", properties)));
 }
 
+TEST(CardProperties, TakeAMissingValueFromTheParameterThatHasIt)
+{
+    EXPECT_EQ(in40("ADR;LABEL=\"1 Main St, Rome\":;;;;;;\r\n"), Texts{"ADR=1 Main St, Rome"});
+    EXPECT_EQ(in40("ADR;LABEL=\"1 Main St\":;;2 Main St;;;;\r\n"), Texts{"ADR=||2 Main St||||"});
+    EXPECT_EQ(in30("X-SOCIALPROFILE;TYPE=twitter;x-user=ann:\r\n"),
+              Texts{"X-SOCIALPROFILE[twitter]=ann"});
+    EXPECT_EQ(in30("NOTE;LABEL=x:\r\n"), Texts{"NOTE="});
+}
+
 TEST(CardProperties, KeepTheOrderOfTheCard)
 {
     EXPECT_EQ(in30("NOTE:x\r\nFN:Ann\r\nemail:ann@example.org\r\nX-Thing:y\r\n"),
