@@ -1,5 +1,6 @@
-// Runs every job of the real program with windows on a big book and measures how long user events
-// wait for the main thread. No time is a failure, because computers differ and have other work.
+// Runs every job of the real program with windows on a big book, and the commands that change or
+// show all of its rows, and measures how long user events wait for the main thread. No time is a
+// failure, because computers differ and have other work.
 //
 //     event_loop_bench [CARDS]
 
@@ -15,6 +16,7 @@
 #include "bench/QtDesktop.h"
 #include "bench/big_book.h"
 #include "engine/ContactsParser.h"
+#include "platform/OpenedBook.h"
 #include "platform/Platform.h"
 #include "programs/dunmora/MainWindow.h"
 #include "programs/dunmora/SupervisedApplication.h"
@@ -23,9 +25,17 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QBuffer>
+#include <QByteArray>
+#include <QImage>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QRandomGenerator>
+#include <QTableView>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <exception>
@@ -34,27 +44,17 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace dunmora::bench {
 
 namespace {
-
-/// The stages of a run, from reading the book to showing the table.
-struct Search {
-    std::string load;
-    std::string find;
-    std::string table;
-};
-
-const Search kFirst{"load", "find", "table"};
-const Search kSecond{"open and load", "find again", "table again"};
-constexpr auto kDelete = "delete";
-constexpr auto kTableOfRest = "table of the rest";
 
 QWidget* shownWindow(const QString& name)
 {
@@ -111,7 +111,8 @@ public:
         window_.emplace(
             supervised_, platform_,
             [](const std::filesystem::path& path) {
-                return std::make_shared<VCardAddressBook>(path);
+                const auto book = std::make_shared<VCardAddressBook>(path);
+                return OpenedBook{book, book, book};
             },
             "");
     }
@@ -142,8 +143,7 @@ public:
     /// Runs a command of the main window. Returns when the jobs that it starts have ended.
     void use(const char* command)
     {
-        auto* const window = shownWindow(QStringLiteral("MainWindow"));
-        auto* const action = window->findChild<QAction*>(QLatin1String(command));
+        auto* const action = mainWindowsOwn<QAction>(command);
         if (action == nullptr || !action->isEnabled()) {
             throw std::runtime_error(std::string(command) + " cannot be used");
         }
@@ -151,7 +151,61 @@ public:
         settle();
     }
 
+    /// Presses a key in the table, `times` as fast as the windows are drawn.
+    void press(Qt::Key key, int times = 1)
+    {
+        auto* const table = mainWindowsOwn<QTableView>("tableContacts");
+        for (int i = 0; i < times; ++i) {
+            QKeyEvent pressed(QEvent::KeyPress, key, Qt::NoModifier);
+            QCoreApplication::sendEvent(table, &pressed);
+            QCoreApplication::processEvents();
+        }
+        settle();
+    }
+
+    void selectAll()
+    {
+        mainWindowsOwn<QTableView>("tableContacts")->selectAll();
+        settle();
+    }
+
+    /// Selects a row by its place in the table.
+    void select(int row)
+    {
+        mainWindowsOwn<QTableView>("tableContacts")->selectRow(row);
+        settle();
+    }
+
+    /// Scrolls through the table's first rows.
+    void scrollThrough(int rows)
+    {
+        auto* const table = mainWindowsOwn<QTableView>("tableContacts");
+        for (int row = 0; row < std::min(rows, table->model()->rowCount()); row += kRowsInView) {
+            table->scrollTo(table->model()->index(row, 0), QAbstractItemView::PositionAtTop);
+            QCoreApplication::processEvents();
+        }
+        settle();
+    }
+
+    /// Types into the filter, letter by letter.
+    void filterFor(const QString& text)
+    {
+        auto* const line = mainWindowsOwn<QLineEdit>("tableContactsFilter");
+        for (int letters = 1; letters <= text.size(); ++letters) {
+            line->setText(text.left(letters));
+            settle();
+        }
+    }
+
 private:
+    static constexpr int kRowsInView = 15;
+
+    template <typename Object>
+    static Object* mainWindowsOwn(const char* name)
+    {
+        return shownWindow(QStringLiteral("MainWindow"))->findChild<Object*>(QLatin1String(name));
+    }
+
     /// Handles events until no job is running and the windows are drawn.
     void settle()
     {
@@ -192,50 +246,164 @@ void printRow(const Cells&... cells)
     ((std::cout << std::setw(kColumnWidth) << cells), ...) << std::endl;
 }
 
+/// People with a photo of two megabytes, each of them twice.
+std::string cardsWithPhotos(std::size_t people)
+{
+    constexpr int kWidth = 1800;
+    constexpr int kHeight = 1350;
+    QImage noise(kWidth, kHeight, QImage::Format_RGB32);
+    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(noise.bits()),
+                                          kWidth * kHeight);
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    buffer.open(QIODevice::WriteOnly);
+    noise.save(&buffer, "JPEG");
+    const auto photo = jpeg.toBase64().toStdString();
+
+    std::string text;
+    for (std::size_t i = 0; i < 2 * people; ++i) {
+        text += "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:photo-" + std::to_string(i) + "\r\nN:Photo" +
+                std::to_string(i / 2) + ";Ann;;;\r\nPHOTO;ENCODING=b;TYPE=JPEG:" + photo +
+                "\r\nEND:VCARD\r\n";
+    }
+    return text;
+}
+
+/// Copies of one person, each with an e-mail address that the others do not have.
+std::string copiesOfOnePerson(std::size_t copies)
+{
+    std::string text;
+    for (std::size_t i = 0; i < copies; ++i) {
+        const auto number = std::to_string(i);
+        text += "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:copy-" + number +
+                "\r\nN:Lee;Ann;;;\r\nTEL;TYPE=CELL:+1 555 0100\r\nEMAIL:ann" + number +
+                "@example.com\r\nEND:VCARD\r\n";
+    }
+    return text;
+}
+
+/// Does one thing after the other, each as a stage of its own.
+class Course final {
+public:
+    explicit Course(EventLoopWatch& watch) : watch_(watch) {}
+
+    /// Begins a stage that lasts until the next one begins. Thread: any.
+    void begin(const std::string& stage)
+    {
+        {
+            const std::lock_guard guard(mutex_);
+            stages_.push_back(stage);
+        }
+        watch_.begin(stage);
+    }
+
+    template <typename Work>
+    void run(const std::string& stage, const Work& work)
+    {
+        begin(stage);
+        work();
+        watch_.end();
+    }
+
+    void print(std::size_t cards) const
+    {
+        printRow("of " + std::to_string(cards), "took ms", "longest gap ms", "its work ms");
+        for (const auto& stage : stages_) {
+            const auto seen = watch_.seenIn(stage);
+            printRow(stage, seen.lasted.count(), seen.longestGap.count(), seen.longestWork.count());
+        }
+    }
+
+private:
+    EventLoopWatch& watch_;
+    std::mutex mutex_;
+    std::vector<std::string> stages_;
+};
+
+/// The commands that change the marks of all rows.
+void changeAllMarks(Course& course, Program& program)
+{
+    program.scrollThrough(10'000);
+    program.selectAll();
+    course.run("Select All, Space", [&] { program.press(Qt::Key_Space); });
+    course.run("Space again", [&] { program.press(Qt::Key_Space); });
+    course.run("Check All Shown", [&] { program.use("OnCheckShown"); });
+    course.run("undo", [&] { program.use("OnUndoMarks"); });
+    course.run("redo", [&] { program.use("OnRedoMarks"); });
+    course.run("Keep One of Each", [&] { program.use("OnKeepOneOfEach"); });
+    course.run("Uncheck All Shown", [&] { program.use("OnUncheckShown"); });
+    course.run("Restore Proposal", [&] { program.use("OnRestoreProposal"); });
+    program.select(1);
+    course.run("Space in one row", [&] { program.press(Qt::Key_Space); });
+}
+
+/// The commands that show other rows or details.
+void look(Course& course, Program& program, int rowsWithPhotos)
+{
+    program.press(Qt::Key_Home);
+    course.run("arrow key, photos", [&] { program.press(Qt::Key_Down, rowsWithPhotos); });
+    constexpr int kSteps = 200;
+    course.run("arrow key", [&] { program.press(Qt::Key_Down, kSteps); });
+    course.run("Need a Look", [&] { program.use("OnNeedsLook"); });
+    course.run("all rows again", [&] { program.use("OnNeedsLook"); });
+    program.use("OnFilter");
+    course.run("filter", [&] { program.filterFor(QStringLiteral("ann")); });
+    program.selectAll();
+    course.run("filter, Space", [&] { program.press(Qt::Key_Space); });
+    course.run("filter removed", [&] { program.press(Qt::Key_Escape); });
+}
+
 void measure(std::size_t cards)
 {
+    constexpr std::size_t kPeopleWithPhotos = 4;
     const test::TemporaryFolder folder;
     const auto file = folder.path() / "book.vcf";
-    test::write(file, bigBook({.cards = cards, .percentWithCopy = 100}));
+    const auto oneGroup = folder.path() / "one.vcf";
+    test::write(file,
+                cardsWithPhotos(kPeopleWithPhotos) +
+                    bigBook({.cards = cards - 2 * kPeopleWithPhotos, .percentWithCopy = 100}));
+    test::write(oneGroup, copiesOfOnePerson(cards));
 
     EventLoopWatch watch;
-    const Search* search = &kFirst;
+    Course course(watch);
+    std::string run;
     // The first observer, because the others' work on the main thread is the table's stage.
     NotificationCenter::defaultCenter().addObserver(
         &watch, kMsgFinished, [&](const Notification& notification) {
             if (notification.text() == kJobFinding) {
-                watch.begin(search->table);
+                course.begin("table" + run);
             } else if (notification.text() == kJobDeleting) {
-                watch.begin(kTableOfRest);
+                course.begin("table of the rest");
             }
         });
-    const User user([&] { watch.begin(search->find); });
+    const User user([&] { course.begin("find" + run); });
     Program program(folder.path());
     program.launch(file);
 
-    watch.begin(search->load);
-    program.activate();
-    watch.end();
+    course.run("load", [&] { program.activate(); });
+    requireRows(cards);
+    changeAllMarks(course, program);
+    look(course, program, 2 * kPeopleWithPhotos);
+
+    program.use("OnUncheckShown");
+    run = " again";
+    course.run("Reload", [&] { program.use("OnReload"); });
     requireRows(cards);
 
-    search = &kSecond;
-    watch.begin(search->load);
-    program.open(file);
-    watch.end();
-    requireRows(cards);
-
-    watch.begin(kDelete);
-    program.use("OnDelete");
-    watch.end();
+    program.use("OnRestoreProposal");
+    course.run("delete", [&] { program.use("OnDelete"); });
     requireRows(cards / 2);
 
+    run = " one group";
+    course.run("open", [&] { program.open(oneGroup); });
+    requireRows(cards);
+    program.select(static_cast<int>(cards) - 1);
+    course.run("Keep Only This Copy", [&] { program.use("OnKeepOnly"); });
+    course.run("its undo", [&] { program.use("OnUndoMarks"); });
+    course.run("its arrow key", [&] { program.press(Qt::Key_Up, 20); });
+
     NotificationCenter::defaultCenter().removeObserver(&watch, kMsgFinished);
-    printRow("of " + std::to_string(cards), "took ms", "longest gap ms", "its work ms");
-    for (const auto& stage : {kFirst.load, kFirst.find, kFirst.table, kSecond.load, kSecond.find,
-                              kSecond.table, std::string(kDelete), std::string(kTableOfRest)}) {
-        const auto seen = watch.seenIn(stage);
-        printRow(stage, seen.lasted.count(), seen.longestGap.count(), seen.longestWork.count());
-    }
+    course.print(cards);
 }
 
 }  // namespace
