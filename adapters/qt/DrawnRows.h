@@ -24,8 +24,8 @@ public:
     void clear();
     /// Begins a new frame, for which each row is read again.
     void beginFrame() { ++frame_; }
-    /// Reads the check marks and styles of all rows, so that they are right even when the next
-    /// frame must not ask.
+    /// Reads the check marks and styles of all rows, so that they are right in the next frames,
+    /// which must not ask. Takes too long to do after each edit.
     void refreshMarks();
 
     /// Returns the row as it is in the current frame; null for a row that is not cached while the

@@ -305,7 +305,7 @@ void QtTableView::edit(std::span<const std::size_t> sourceRows, std::string_view
 
 void QtTableView::redraw()
 {
-    model_.refreshMarks();
+    model_.beginFrame();
     if (widget_ != nullptr) {
         widget_->viewport()->update();
     }

@@ -21,6 +21,12 @@ bool TableModel::setDataSource(TableViewDataSource* dataSource, TableViewDelegat
     return haveColumnsChanged;
 }
 
+void TableModel::freeze()
+{
+    drawnRows_.refreshMarks();
+    reader_.setAsking(false);
+}
+
 bool TableModel::reload(bool isAsking)
 {
     beginResetModel();
@@ -105,7 +111,7 @@ void TableModel::edit(std::span<const std::size_t> sourceRows, std::string_view 
 {
     if (isAsking()) {
         reader_.edit(sourceRows, column, isChecked);
-        refreshMarks();
+        beginFrame();
     }
 }
 

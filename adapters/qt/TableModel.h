@@ -25,8 +25,8 @@ public:
     /// Returns whether the columns have changed.
     bool setDataSource(TableViewDataSource* dataSource, TableViewDelegate* delegate);
 
-    /// Stops asking until the next `reload`; rows that were drawn stay as they are.
-    void freeze() { reader_.setAsking(false); }
+    /// Stops asking until the next `reload`; rows that were drawn stay as they are now.
+    void freeze();
     bool isAsking() const { return reader_.isAsking(); }
     /// Null while the delegate may not be asked.
     TableViewDelegate* delegate() const { return reader_.delegate(); }
@@ -55,7 +55,6 @@ public:
     void beginFrame() { drawnRows_.beginFrame(); }
     /// The row as the current frame shows it; null for one that is blank.
     const DrawnRow* drawnRow(int row) const;
-    void refreshMarks() { drawnRows_.refreshMarks(); }
     /// The text of the cell, or what is drawn instead because it is blank.
     static const QString& shownText(const DrawnRow& drawn, std::size_t column);
     static bool isSubstitute(const DrawnRow& drawn, std::size_t column);

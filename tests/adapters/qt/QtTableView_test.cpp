@@ -211,9 +211,9 @@ TEST(QtTableView, AsksNothingWhileItIsDisabled)
     TableWindow shown(1'000);
     shown.draw();
     shown.table.beginFiltering();
+    shown.table.setEnabled(false);
     const auto questions = shown.rows.questions();
     const auto countQuestions = shown.rows.countQuestions;
-    shown.table.setEnabled(false);
 
     shown.draw();
     shown.widget.verticalScrollBar()->setValue(shown.widget.verticalScrollBar()->maximum() / 2);
@@ -281,6 +281,26 @@ TEST(QtTableView, LeavesARowThatItHasNotDrawnBlankWhileItIsDisabled)
     EXPECT_FALSE(shown.index(900, 0).data(Qt::CheckStateRole).isValid());
     EXPECT_EQ(shown.accessibleName(900, kHome), QStringLiteral("Home=blank"));
     EXPECT_FALSE(shown.accessibleCell(900, 0).state().checked);
+}
+
+TEST(QtTableView, AsksAfterAnEditOnlyAboutRowsInView)
+{
+    TableWindow shown(1'000);
+    shown.draw();
+    const auto first = shown.rows.questions();
+    for (int row = 0; row < 1'000; row += 5) {
+        shown.widget.scrollTo(shown.index(row, 0));
+        shown.draw();
+    }
+    shown.widget.scrollToTop();
+    shown.draw();
+    shown.select(0, 0);
+    const auto questions = shown.rows.questions();
+
+    shown.table.editSelectedRows("check", CheckState::On);
+    shown.draw();
+
+    EXPECT_LT(shown.rows.questions() - questions, 4 * first);
 }
 
 TEST(QtTableView, KeepsTheMarksOfRowsThatWereEditedOutOfView)
