@@ -95,8 +95,28 @@ ContactsParser& ContactsParser::parser()
     return engine;
 }
 
+ContactRecord* ContactsParser::recordInRow(std::size_t row)
+{
+    return const_cast<ContactRecord*>(std::as_const(*this).recordInRow(row));
+}
+
+const ContactRecord* ContactsParser::recordInRow(std::size_t row) const
+{
+    if (row >= duplicates_.size()) {
+        return nullptr;
+    }
+    if (records_.empty() || recordsFound_ != contacts_.positionsChanged()) {
+        findRecords();
+    }
+    const auto position = records_[row];
+    const auto* const record = position == Contacts::kNowhere ? nullptr : contacts_.at(position);
+    // Somebody who was not there may have been stored since.
+    return record != nullptr ? record : contacts_.find(duplicates_[row]);
+}
+
 void ContactsParser::reset()
 {
+    records_.clear();
     duplicates_.clear();
     contactGroups_.clear();
 }
@@ -132,6 +152,7 @@ void ContactsParser::findDupes()
 {
     lock();
     postMessage("Sorting contacts...");
+    records_.clear();
     duplicates_.clear();
     Undo undo([this] { reset(); });
 
@@ -161,6 +182,7 @@ void ContactsParser::findDupes()
 
     contactGroups_ = std::move(groups);
     markDeletedContacts();
+    findRecords();
     undo.dismiss();
     unlock();
     postFinished(kJobFinding);
@@ -206,10 +228,12 @@ void ContactsParser::deleteContacts(const Uids& uids)
         }
         // Hashed, and the rows in one sweep: row by row, tens of thousands of people would take
         // minutes.
+        records_.clear();
         std::erase_if(duplicates_, [&](const std::string& uid) { return removed.contains(uid); });
         for (const auto* person : removals) {
             contacts_.erase(person->uid);
         }
+        findRecords();
 
         progress->total = static_cast<std::int32_t>(removals.size());
         std::int32_t counter = 0;
@@ -229,6 +253,14 @@ void ContactsParser::deleteContacts(const Uids& uids)
 std::string ContactsParser::keyForContact(const ContactRecord& contact) const
 {
     return matchKey(contact, chosenMatchFields());
+}
+
+void ContactsParser::findRecords() const
+{
+    records_.resize(duplicates_.size());
+    std::transform(duplicates_.begin(), duplicates_.end(), records_.begin(),
+                   [this](const std::string& uid) { return contacts_.positionOf(uid); });
+    recordsFound_ = contacts_.positionsChanged();
 }
 
 void ContactsParser::postMessage(std::string_view text)

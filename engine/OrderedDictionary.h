@@ -89,6 +89,7 @@ public:
 
     void clear()
     {
+        ++positionsChanged_;
         entries_.clear();
         index_ = {};
         size_ = 0;
@@ -101,6 +102,26 @@ public:
         const auto position = positionOf(key);
         return position == TextIndex::kNowhere ? nullptr : &entries_[position].value;
     }
+
+    static constexpr auto kNowhere = TextIndex::kNowhere;
+
+    /// Where the value under the key is, for `at`; `kNowhere` if there is none.
+    std::size_t positionOf(std::string_view key) const { return index_.find(key, hasKey(key)); }
+
+    /// The value at a position that `positionOf` has returned since `positionsChanged` changed
+    /// last; null once its key has been removed.
+    Value* at(std::size_t position)
+    {
+        return const_cast<Value*>(std::as_const(*this).at(position));
+    }
+    const Value* at(std::size_t position) const
+    {
+        const auto& entry = entries_[position];
+        return entry.erased ? nullptr : &entry.value;
+    }
+
+    /// How often values have moved to other positions.
+    std::size_t positionsChanged() const { return positionsChanged_; }
 
     /// The value under the key, default-constructed if there is none.
     Value& operator[](std::string_view key)
@@ -140,11 +161,10 @@ private:
         };
     }
 
-    std::size_t positionOf(std::string_view key) const { return index_.find(key, hasKey(key)); }
-
     /// Drops the erased entries and rebuilds the index with space for `count` keys.
     void rebuild(std::size_t count)
     {
+        ++positionsChanged_;
         std::erase_if(entries_, [](const Entry& entry) { return entry.erased; });
         index_.reset(count);
         for (std::size_t i = 0; i < entries_.size(); ++i) {
@@ -155,6 +175,7 @@ private:
     std::vector<Entry> entries_;
     TextIndex index_;
     std::size_t size_ = 0;
+    std::size_t positionsChanged_ = 0;
 };
 
 }  // namespace dunmora

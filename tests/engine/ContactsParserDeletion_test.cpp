@@ -31,6 +31,15 @@ TEST_F(DeletionTest, RemovesExactlyThePeopleNamedAndSavesOnce)
     EXPECT_EQ(engine_.duplicates(), (Uids{"1", "3"}));
 }
 
+TEST_F(DeletionTest, FindsTheRecordsOfTheRowsThatAreLeft)
+{
+    engine_.deleteContacts({"1", "4"});
+
+    EXPECT_EQ(engine_.recordInRow(0), engine_.contacts().find("2"));
+    EXPECT_EQ(engine_.recordInRow(1), engine_.contacts().find("3"));
+    EXPECT_EQ(engine_.recordInRow(2), nullptr);
+}
+
 TEST_F(DeletionTest, ReportsStepsOfTwo)
 {
     const NotificationRecorder recorder;

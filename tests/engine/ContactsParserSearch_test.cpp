@@ -285,5 +285,60 @@ TEST_F(ContactsParserTest, ForgetsMarksWithTheNextLoad)
     EXPECT_EQ(checkedUids(), Uids{});
 }
 
+// The records of the rows.
+
+using RowRecordTest = ContactsParserTest;
+
+TEST_F(RowRecordTest, AreThoseUnderTheUidsOfTheRows)
+{
+    loadAndFind({named("1", "Ben"), named("2", "Ann"), named("3", "Ben"), named("4", "Ann")});
+
+    ASSERT_EQ(engine_.duplicates().size(), 4U);
+    for (std::size_t row = 0; row < engine_.duplicates().size(); ++row) {
+        EXPECT_EQ(engine_.recordInRow(row), engine_.contacts().find(engine_.duplicates()[row]));
+    }
+    EXPECT_EQ(engine_.recordInRow(4), nullptr);
+}
+
+TEST_F(RowRecordTest, AreFoundAgainAfterOtherPeopleWereStored)
+{
+    loadAndFind({named("1", "Ann"), named("2", "Ann")});
+    for (int i = 0; i < 1'000; ++i) {
+        engine_.contacts()["new" + std::to_string(i)];
+    }
+
+    EXPECT_EQ(engine_.recordInRow(0), engine_.contacts().find("1"));
+    EXPECT_EQ(engine_.recordInRow(1), engine_.contacts().find("2"));
+}
+
+TEST_F(RowRecordTest, AreNullForPeopleWhoWereRemoved)
+{
+    loadAndFind({named("1", "Ann"), named("2", "Ann")});
+    engine_.contacts().erase("1");
+    EXPECT_EQ(engine_.recordInRow(0), nullptr);
+
+    engine_.contacts()["1"];
+    EXPECT_EQ(engine_.recordInRow(0), engine_.contacts().find("1"));
+
+    engine_.contacts().clear();
+    EXPECT_EQ(engine_.recordInRow(0), nullptr);
+}
+
+TEST_F(RowRecordTest, FollowAnotherSearch)
+{
+    loadAndFind({named("1", "Ann"), named("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
+
+    engine_.contacts().find("1")->setObject("Ben", kContactFirstName);
+    engine_.contacts().find("2")->setObject("Cid", kContactFirstName);
+    engine_.findDupes();
+
+    ASSERT_EQ(engine_.duplicates(), (Uids{"1", "3", "4"}));
+    EXPECT_EQ(engine_.recordInRow(0), engine_.contacts().find("1"));
+    EXPECT_EQ(engine_.recordInRow(1), engine_.contacts().find("3"));
+
+    engine_.reset();
+    EXPECT_EQ(engine_.recordInRow(0), nullptr);
+}
+
 }  // namespace
 }  // namespace dunmora::test

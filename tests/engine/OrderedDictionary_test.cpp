@@ -86,6 +86,40 @@ TEST(OrderedDictionary, IsEmptyAfterClear)
     EXPECT_EQ(keysOf(dictionary), Keys{});
 }
 
+TEST(OrderedDictionary, FindsAValueAtItsPositionUntilItIsErased)
+{
+    OrderedDictionary<int> dictionary;
+    dictionary["a"] = 1;
+    dictionary["b"] = 2;
+    const auto position = dictionary.positionOf("b");
+
+    dictionary.erase("a");
+    EXPECT_EQ(*dictionary.at(position), 2);
+
+    dictionary.erase("b");
+    EXPECT_EQ(dictionary.at(position), nullptr);
+    EXPECT_EQ(dictionary.positionOf("b"), OrderedDictionary<int>::kNowhere);
+}
+
+TEST(OrderedDictionary, CountsWhenPositionsChange)
+{
+    OrderedDictionary<int> dictionary;
+    dictionary.reserve(3);
+    const auto before = dictionary.positionsChanged();
+    dictionary["a"] = 1;
+    dictionary["b"] = 2;
+    dictionary.erase("a");
+    EXPECT_EQ(dictionary.positionsChanged(), before);
+
+    // More than there is space for.
+    dictionary.reserve(1'000);
+    const auto afterMore = dictionary.positionsChanged();
+    EXPECT_GT(afterMore, before);
+
+    dictionary.clear();
+    EXPECT_GT(dictionary.positionsChanged(), afterMore);
+}
+
 TEST(OrderedDictionary, AgreesWithAStandardMapThroughAnyMixOfSteps)
 {
     std::mt19937 random(7);
