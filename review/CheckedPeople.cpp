@@ -44,7 +44,7 @@ std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnin
 {
     auto rows = warnings.firstRowsThatLoseEveryCopy();
     for (const auto row : rows) {
-        engine.contacts().find(engine.duplicates()[row])->setObject(false, kContactCheck);
+        engine.recordInRow(row)->setObject(false, kContactCheck);
     }
     return rows;
 }

@@ -10,7 +10,7 @@ namespace {
 void mark(ContactsParser& engine, std::size_t row, bool isChecked,
           std::vector<std::size_t>& changed)
 {
-    auto* const contact = engine.contacts().find(engine.duplicates()[row]);
+    auto* const contact = engine.recordInRow(row);
     if (contact != nullptr && contact->isChecked() != isChecked) {
         contact->setObject(isChecked, kContactCheck);
         changed.push_back(row);

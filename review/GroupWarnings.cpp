@@ -8,9 +8,9 @@ namespace dunmora {
 namespace {
 
 /// False for a person whom the engine does not know.
-bool isChecked(const ContactsParser& engine, const std::string& uid)
+bool isChecked(const ContactsParser& engine, std::size_t row)
 {
-    const auto* const contact = engine.contacts().find(uid);
+    const auto* const contact = engine.recordInRow(row);
     return contact != nullptr && contact->isChecked();
 }
 
@@ -44,8 +44,7 @@ void GroupWarnings::clear()
 void GroupWarnings::update(const ContactsParser& engine)
 {
     clear();
-    const auto& uids = engine.duplicates();
-    groupOfRow_.reserve(uids.size());
+    groupOfRow_.reserve(engine.duplicates().size());
     for (const auto& group : duplicateGroups(engine)) {
         sharingOnlyEmptyFields_ += group.sharesOnlyEmptyFields ? group.uids.size() : 0;
         groupOfRow_.insert(groupOfRow_.end(), group.uids.size(),
@@ -54,17 +53,16 @@ void GroupWarnings::update(const ContactsParser& engine)
     }
     isChecked_.resize(groupOfRow_.size());
     for (std::size_t row = 0; row < isChecked_.size(); ++row) {
-        setChecked(row, isChecked(engine, uids[row]));
+        setChecked(row, isChecked(engine, row));
     }
     checkedElsewhere_ = countOfChecked(engine) - checkedRows_;
 }
 
 void GroupWarnings::rowsEdited(const ContactsParser& engine, std::span<const std::size_t> rows)
 {
-    const auto& uids = engine.duplicates();
     for (const auto row : rows) {
-        if (row < isChecked_.size() && row < uids.size()) {
-            setChecked(row, isChecked(engine, uids[row]));
+        if (row < isChecked_.size() && row < engine.duplicates().size()) {
+            setChecked(row, isChecked(engine, row));
         }
     }
 }

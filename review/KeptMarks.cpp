@@ -17,7 +17,7 @@ namespace {
 
 bool isMarked(const ContactsParser& engine, std::size_t row)
 {
-    const auto* const contact = engine.contacts().find(engine.duplicates()[row]);
+    const auto* const contact = engine.recordInRow(row);
     return contact != nullptr && contact->isChecked();
 }
 
@@ -109,7 +109,7 @@ KeptMarks::Restored KeptMarks::restore(ContactsParser& engine, const GroupWarnin
             continue;
         }
         for (std::size_t i = 0; i < rows.size(); ++i) {
-            auto* const contact = engine.contacts().find(uids[rows[i]]);
+            auto* const contact = engine.recordInRow(rows[i]);
             if (contact != nullptr && contact->isChecked() != group.copies[i].isChecked) {
                 contact->setObject(group.copies[i].isChecked, kContactCheck);
                 restored.rows.push_back(rows[i]);

@@ -8,11 +8,10 @@ namespace {
 
 std::vector<std::size_t> toggled(ContactsParser& engine, std::span<const std::uint32_t> step)
 {
-    const auto& uids = engine.duplicates();
     std::vector<std::size_t> rows;
     rows.reserve(step.size());
     for (const auto row : step) {
-        auto* const contact = row < uids.size() ? engine.contacts().find(uids[row]) : nullptr;
+        auto* const contact = engine.recordInRow(row);
         if (contact != nullptr) {
             contact->setObject(!contact->isChecked(), kContactCheck);
             rows.push_back(row);

@@ -10,7 +10,7 @@ namespace {
 
 bool isMarked(const ContactsParser& engine, std::size_t row)
 {
-    const auto* const contact = engine.contacts().find(engine.duplicates()[row]);
+    const auto* const contact = engine.recordInRow(row);
     return contact != nullptr && contact->isChecked();
 }
 
@@ -85,7 +85,7 @@ std::vector<std::size_t> ProposedMarks::restore(ContactsParser& engine) const
 {
     std::vector<std::size_t> changed;
     for (std::size_t row = 0; row < proposed_.size(); ++row) {
-        auto* const contact = engine.contacts().find(engine.duplicates()[row]);
+        auto* const contact = engine.recordInRow(row);
         if (contact != nullptr && contact->isChecked() != proposed_[row]) {
             contact->setObject(static_cast<bool>(proposed_[row]), kContactCheck);
             changed.push_back(row);

@@ -48,8 +48,7 @@ private:
 
 bool isChecked(const ContactsParser& engine, std::size_t row)
 {
-    const auto& uids = engine.duplicates();
-    const auto* const contact = row < uids.size() ? engine.contacts().find(uids[row]) : nullptr;
+    const auto* const contact = engine.recordInRow(row);
     return contact != nullptr && contact->isChecked();
 }
 
@@ -183,7 +182,7 @@ std::string UniqueProperties::substituteName(std::size_t row) const
     if (row >= rows_.size() || row >= engine_->duplicates().size()) {
         return {};
     }
-    const auto* const record = engine_->contacts().find(engine_->duplicates()[row]);
+    const auto* const record = engine_->recordInRow(row);
     return record == nullptr ? std::string() : dunmora::substituteName(*record, cards_);
 }
 

@@ -102,11 +102,8 @@ std::string_view repeatedLetter(std::string_view typed)
 
 ContactRecord* recordInRow(std::ptrdiff_t row)
 {
-    auto& engine = ContactsParser::parser();
-    const auto& uids = engine.duplicates();
     // A negative row becomes a huge unsigned index.
-    const auto index = static_cast<std::size_t>(row);
-    return index < uids.size() ? engine.contacts().find(uids[index]) : nullptr;
+    return ContactsParser::parser().recordInRow(static_cast<std::size_t>(row));
 }
 
 std::span<const TableColumn> reviewColumns()
