@@ -1,8 +1,11 @@
 #include "adapters/posix/FileCreation.h"
 
+#include "adapters/posix/Descriptor.h"
 #include "adapters/posix/FileChanges.h"
+#include "adapters/posix/FileMetadata.h"
 #include "tests/adapters/posix/FileTest.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -48,6 +51,52 @@ TEST_F(FileCreationTest, CreatesTheFileUnderAllOfItsNames)
     EXPECT_EQ(contentOf(path("ann.vcf")), "new content");
     EXPECT_EQ(inodeOf(path("also.vcf")), inodeOf(path("ann.vcf")));
     EXPECT_EQ(fs::read_symlink(path("link.vcf")), "ann.vcf");
+}
+
+/// What another user's process does to a file of that user, who has no other group.
+std::string setMetadataAsUser(const FileMetadata& metadata, const fs::path& file)
+{
+    constexpr uid_t kUser = 1234;
+    constexpr gid_t kGroup = 2345;
+    const auto descriptor = openFile(file, O_RDONLY);
+    EXPECT_EQ(chown(file.c_str(), kUser, kUser), 0);
+    const auto group = getegid();
+    EXPECT_EQ(setegid(kGroup), 0);
+    EXPECT_EQ(seteuid(kUser), 0);
+    auto remarks = setMetadata(metadata, descriptor, file);
+    EXPECT_EQ(seteuid(0), 0);
+    EXPECT_EQ(setegid(group), 0);
+    return remarks;
+}
+
+TEST_F(FileCreationTest, GivesTheGroupBackWithoutTheOwner)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "Only root can give files away.";
+    }
+    write(path("ann.vcf"), "");
+
+    const auto remarks = setMetadataAsUser({0664, 3456, 2345, {}}, path("ann.vcf"));
+
+    struct stat status {};
+    ASSERT_EQ(stat(path("ann.vcf").c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, 2345U);
+    EXPECT_EQ(status.st_mode & 07777U, 0664U);
+    EXPECT_EQ(remarks, about(path("ann.vcf"), "could not be given its owner again."));
+}
+
+TEST_F(FileCreationTest, GivesAnotherGroupNoAccess)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "Only root can give files away.";
+    }
+    write(path("ann.vcf"), "");
+
+    const auto remarks = setMetadataAsUser({0660, 3456, 3456, {}}, path("ann.vcf"));
+
+    EXPECT_EQ(fs::status(path("ann.vcf")).permissions(), fs::perms(0600));
+    EXPECT_EQ(remarks, about(path("ann.vcf"), "could not be given its owner and group again. Its "
+                                              "new group has no access to it."));
 }
 
 TEST_F(FileCreationTest, CreatesNothingBeforeItIsApplied)
