@@ -413,6 +413,21 @@ TEST_F(VCardFolderUndoTest, PutsAFileBackUnderAnotherNameWhenItsOwnIsTaken)
     EXPECT_EQ(contentOf(path("a-3.vcf")), card("a"));
 }
 
+TEST_F(VCardFolderUndoTest, ShortensALongNameToMakeAnotherOne)
+{
+    constexpr std::size_t kLongest = 255;
+    const auto ending = std::string("\u00e9.vcf");
+    const auto start = std::string(kLongest - ending.size(), 'a');
+    write(path(start + ending), card("a"));
+    deletes({"a"});
+    write(path(start + ending), card("x"));
+
+    undo();
+
+    EXPECT_EQ(contentOf(path(start + ending)), card("x"));
+    EXPECT_EQ(contentOf(path(start + "-2.vcf")), card("a"));
+}
+
 TEST_F(VCardFolderUndoTest, NeverTakesTheNameOfAnythingElse)
 {
     write(path("a.vcf"), card("a"));
