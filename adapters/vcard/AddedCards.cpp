@@ -96,15 +96,20 @@ void AddedCards::compareWith(const CardFile& file)
     CardReader::Cards cards;
     file.read(reader, cards);
     for (std::size_t i = 0; i < cards.people.size(); ++i) {
-        const auto same = byText_.equal_range(comparable(textOf(file, cards.ranges[i])));
-        for (auto found = same.first; found != same.second; ++found) {
-            cards_[found->second].isPresent = true;
-        }
-        const auto equal = byUid_.equal_range(std::string(cards.people[i].uid));
-        for (auto found = equal.first; found != equal.second; ++found) {
-            cards_[found->second].isUidTaken = true;
-        }
+        markAll(byText_, comparable(textOf(file, cards.ranges[i])), &AddedCard::isPresent);
+        markAll(byUid_, std::string(cards.people[i].uid), &AddedCard::isUidTaken);
     }
+}
+
+/// Marks the cards with this key, and forgets it: with thousands of equal cards on both sides, each
+/// of the book's would otherwise visit every one.
+void AddedCards::markAll(Index& index, const std::string& key, bool AddedCard::*mark)
+{
+    const auto [begin, end] = index.equal_range(key);
+    for (auto found = begin; found != end; ++found) {
+        cards_[found->second].*mark = true;
+    }
+    index.erase(begin, end);
 }
 
 std::optional<std::string> converted(std::string_view card, FileEncoding from, FileEncoding to)

@@ -49,12 +49,17 @@ public:
     void compareWith(const CardFile& file);
 
 private:
+    // Cards by their texts, or by their uids.
+    using Index = std::unordered_multimap<std::string, std::size_t, TextHash>;
+
+    void markAll(Index& index, const std::string& key, bool AddedCard::*mark);
+
     std::vector<AddedCard> cards_;
     FileEncoding encoding_;
     std::vector<std::size_t> skipped_;
     std::size_t groups_ = 0;
-    std::unordered_multimap<std::string, std::size_t, TextHash> byText_;
-    std::unordered_multimap<std::string, std::size_t, TextHash> byUid_;
+    Index byText_;
+    Index byUid_;
 };
 
 /// The card in another encoding. Nothing when it cannot be converted without a loss, such as a card

@@ -20,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -231,6 +232,10 @@ private:
         }
         for (const auto& link : places.links) {
             // Through a name that is another file now, the link would lead to that file.
+            std::error_code error;
+            if (hasAll && std::filesystem::read_symlink(link.path, error) == link.text) {
+                continue;
+            }
             if (hasAll && names_.take(link.path)) {
                 names.links.push_back(link);
             } else {

@@ -158,6 +158,19 @@ TEST_F(VCardUndoTest, AddsPeopleInTheEncodingThatTheFileHasNow)
     EXPECT_EQ(contentOf(file()), card("x") + card("a"));
 }
 
+TEST_F(VCardUndoTest, ReportsNoLinkThatIsStillThere)
+{
+    write(path("target.vcf"), card("a") + card("b"));
+    fs::create_symlink("target.vcf", file());
+    deletes({"b"});
+    fs::remove(path("target.vcf"));
+
+    const auto result = undo();
+
+    EXPECT_EQ(contentOf(file()), card("b"));
+    EXPECT_EQ(result.remarks.size(), 1U);
+}
+
 TEST_F(VCardUndoTest, ChangesNothingWhenTheEncodingCannotHoldACard)
 {
     auto latin = card("a");
@@ -723,6 +736,19 @@ TEST_F(VCardFolderRestoreTest, MakesNoFileNameOfADangerousUid)
 
     EXPECT_EQ(namesIn(folder()), (Names{"restored-2.vcf", "restored-3.vcf", "restored.vcf"}));
     EXPECT_EQ(uidsIn(folder()).size(), 3U);
+}
+
+TEST_F(VCardFolderRestoreTest, ComparesManyEqualCardsInTime)
+{
+    // One by one, this would take minutes.
+    constexpr int kMany = 50'000;
+    std::string many;
+    for (int i = 0; i < kMany; ++i) {
+        many += card("a");
+    }
+    write(path("a.vcf"), many);
+
+    EXPECT_EQ(restore(many).present, static_cast<std::size_t>(kMany));
 }
 
 TEST_F(VCardFolderRestoreTest, KeepsAUtf16CardReadable)
