@@ -28,11 +28,6 @@ EdsBackup readBackup(std::string_view content);
 /// What to call the person of a card in a message; it can be anything.
 std::string nameIn(const ContactText& person);
 
-/// A text that is equal for cards that hold the same. The uid does not count, and neither does what
-/// the service or a server changes by itself: the modification date, the order of the properties,
-/// how the lines are folded, and properties about the storage of the card.
-std::string comparable(std::string_view card);
-
 /// The card with this uid, for one that has none.
 std::string withUid(std::string_view card, std::string_view uid);
 

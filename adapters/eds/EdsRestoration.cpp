@@ -2,6 +2,7 @@
 
 #include "adapters/eds/EdsCards.h"
 #include "adapters/eds/StoredPictures.h"
+#include "adapters/vcard/ComparableCard.h"
 #include "text/DisplayText.h"
 #include "text/TextHash.h"
 
@@ -72,14 +73,14 @@ EdsRestoration::People EdsRestoration::peopleToAdd(const ServiceBook& book,
     if (std::any_of(people.begin(), people.end(),
                     [](const ContactText& person) { return person.uid.empty(); })) {
         for (const auto& person : content.people) {
-            texts.insert(comparable(wholeCard(book, person.card, pictures_)));
+            texts.insert(comparableCard(wholeCard(book, person.card, pictures_)));
         }
     }
     People added;
     added.reserve(people.size());
     for (auto& person : people) {
         if (person.uid.empty()) {
-            if (!texts.insert(comparable(person.card)).second) {
+            if (!texts.insert(comparableCard(person.card)).second) {
                 ++result_.present;
                 continue;
             }
@@ -181,8 +182,8 @@ void EdsRestoration::handleFailure(const ServiceBook& book, const People& batch,
 bool EdsRestoration::isSame(const ServiceBook& book, const std::string& stored,
                             const ContactText& added) const
 {
-    return stored == added.card || comparable(wholeCard(book, stored, pictures_)) ==
-                                       comparable(wholeCard(book, added.card, pictures_));
+    return stored == added.card || comparableCard(wholeCard(book, stored, pictures_)) ==
+                                       comparableCard(wholeCard(book, added.card, pictures_));
 }
 
 bool EdsRestoration::isHopeless() const

@@ -284,29 +284,6 @@ TEST_F(EdsRestorationTest, ReportsWhatABackupContainsBesidesReadablePeople)
     EXPECT_EQ(result.remarks, Lines{"1 list of the backup was not restored: only people are."});
 }
 
-TEST(EdsCards, IgnoresWhatTheServiceChangesByItself)
-{
-    EXPECT_EQ(comparable("BEGIN:VCARD\nVERSION:2.1\nUID:a\nTEL;HOME;VOICE:555\nNOTE:one tw\n o\n"
-                         "END:VCARD"),
-              comparable("BEGIN:VCARD\r\nVERSION:3.0\r\nNOTE:one two\r\n"
-                         "TEL;X-EVOLUTION-E164=555,\"+1\";TYPE=\"voice,home\":555\r\n"
-                         "X-EVOLUTION-WEBDAV-ETAG:5\r\nREV:2024\r\nUID:b\r\nEND:VCARD\r\n"));
-}
-
-TEST(EdsCards, DistinguishesCardsThatHoldSomethingElse)
-{
-    const std::string card =
-        "BEGIN:VCARD\nitem1.TEL;TYPE=HOME:555\nitem1.X-ABLabel:Boat\nEND:VCARD";
-    for (const auto* const other :
-         {"BEGIN:VCARD\nitem1.TEL;TYPE=HOME:556\nitem1.X-ABLabel:Boat\nEND:VCARD",
-          "BEGIN:VCARD\nitem1.TEL;TYPE=WORK:555\nitem1.X-ABLabel:Boat\nEND:VCARD",
-          "BEGIN:VCARD\nitem1.TEL;TYPE=HOME:555\nitem2.X-ABLabel:Boat\nEND:VCARD",
-          "BEGIN:VCARD\nitem1.TEL;TYPE=HOME:555\nEND:VCARD",
-          "BEGIN:VCARD\nitem1.TEL;TYPE=HOME;X-A=1:555\nitem1.X-ABLabel:Boat\nEND:VCARD"}) {
-        EXPECT_NE(comparable(card), comparable(other)) << other;
-    }
-}
-
 TEST(EdsCards, NamesAPersonByWhatTheCardHas)
 {
     EXPECT_EQ(nameIn({"a", "BEGIN:VCARD\nN:Lee;Ann\nEND:VCARD\n"}), "Ann Lee");
