@@ -5,8 +5,13 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace dunmora {
+
+/// What messages call the framework's address book.
+constexpr std::string_view kMacBookTitle = "The address book of this Mac";
 
 /// The framework's shared address book, and the people in it at one moment.
 ///
@@ -31,6 +36,9 @@ public:
     /// The person as a vCard, in UTF-8; empty when the framework returns none.
     std::optional<std::string> vCard(std::size_t index) const;
 
+    /// The names of the groups that the person is in.
+    std::vector<std::string> groups(std::size_t index) const;
+
     /// Returns the person with this uid; nothing when there is none. Needs no list of people.
     static std::optional<FrameworkCard> card(const std::string& uid);
 
@@ -38,10 +46,18 @@ public:
     /// framework did so.
     bool removeRecord(std::size_t index);
 
+    /// Adds a person with what the vCard holds, until `save`, and returns the person as the
+    /// framework now has them, without groups. Nothing when the framework refuses.
+    std::optional<FrameworkCard> add(const std::string& vCard);
+    /// Removes those who were added through this object. Returns whether the framework did so.
+    bool removeAdded();
+
     /// Returns whether the framework has saved the book.
     bool save();
 
 private:
+    // Retained.
+    std::vector<void*> added_;
     void* book_ = nullptr;
     void* people_ = nullptr;
     std::size_t size_ = 0;

@@ -72,6 +72,19 @@ std::optional<std::string> vCardOf(ABPerson* person)
     return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
 }
 
+std::vector<std::string> groupsOf(ABPerson* person)
+{
+    std::vector<std::string> names;
+    NSArray* const groups = [person parentGroups];
+    for (NSUInteger i = 0; i < [groups count]; ++i) {
+        ABRecord* const group = [groups objectAtIndex:i];
+        if (auto name = textOf([group valueForProperty:kABGroupNameProperty])) {
+            names.push_back(std::move(*name));
+        }
+    }
+    return names;
+}
+
 ABAddressBook* addressBook(void* book) { return static_cast<ABAddressBook*>(book); }
 
 } // namespace
@@ -87,6 +100,9 @@ FrameworkBook::FrameworkBook()
 
 FrameworkBook::~FrameworkBook()
 {
+    for (void* const person : added_) {
+        [static_cast<ABPerson*>(person) release];
+    }
     [static_cast<NSArray*>(people_) release];
     [addressBook(book_) release];
 }
@@ -106,6 +122,11 @@ std::optional<std::string> FrameworkBook::vCard(std::size_t index) const
     return vCardOf(personIn(people_, index));
 }
 
+std::vector<std::string> FrameworkBook::groups(std::size_t index) const
+{
+    return groupsOf(personIn(people_, index));
+}
+
 std::optional<FrameworkCard> FrameworkBook::card(const std::string& uid)
 {
     NSString* const identifier = [NSString stringWithUTF8String:uid.c_str()];
@@ -118,20 +139,38 @@ std::optional<FrameworkCard> FrameworkBook::card(const std::string& uid)
     }
     // Kept until the pool drains: the book may release its own reference meanwhile.
     ABPerson* const person = [[static_cast<ABPerson*>(record) retain] autorelease];
-    FrameworkCard card{copyOf(person), vCardOf(person), {}};
-    NSArray* const groups = [person parentGroups];
-    for (NSUInteger i = 0; i < [groups count]; ++i) {
-        ABRecord* const group = [groups objectAtIndex:i];
-        if (auto name = textOf([group valueForProperty:kABGroupNameProperty])) {
-            card.groups.push_back(std::move(*name));
-        }
-    }
-    return card;
+    return FrameworkCard{copyOf(person), vCardOf(person), groupsOf(person)};
 }
 
 bool FrameworkBook::removeRecord(std::size_t index)
 {
     return [addressBook(book_) removeRecord:personIn(people_, index)];
+}
+
+std::optional<FrameworkCard> FrameworkBook::add(const std::string& vCard)
+{
+    NSData* const bytes = [NSData dataWithBytes:vCard.data() length:vCard.size()];
+    ABPerson* const person = [[[ABPerson alloc] initWithVCardRepresentation:bytes] autorelease];
+    if (person == nil) {
+        return std::nullopt;
+    }
+    // Before the framework has the person, so that nobody in it is forgotten.
+    added_.push_back([person retain]);
+    if (![addressBook(book_) addRecord:person]) {
+        [static_cast<ABPerson*>(added_.back()) release];
+        added_.pop_back();
+        return std::nullopt;
+    }
+    return FrameworkCard{copyOf(person), vCardOf(person), {}};
+}
+
+bool FrameworkBook::removeAdded()
+{
+    bool isDone = true;
+    for (void* const person : added_) {
+        isDone = [addressBook(book_) removeRecord:static_cast<ABPerson*>(person)] && isDone;
+    }
+    return isDone;
 }
 
 bool FrameworkBook::save() { return [addressBook(book_) save]; }

@@ -4,6 +4,7 @@
 #include "adapters/macos/FrameworkCall.h"
 #include "adapters/vcard/CardProperties.h"
 #include "platform/PlatformError.h"
+#include "text/DisplayText.h"
 #include "text/TextHash.h"
 
 #include <algorithm>
@@ -15,9 +16,8 @@ namespace dunmora {
 
 namespace {
 
-constexpr std::string_view kBook = "The address book of this Mac";
 constexpr std::string_view kNothingMore =
-    " The removals cannot be undone, so Dunmora deletes nothing more. Restart Dunmora.";
+    " The change cannot be undone, so Dunmora changes nothing more. Restart Dunmora.";
 
 const PersonSource& macSource()
 {
@@ -35,8 +35,8 @@ void requireBook(const FrameworkBook& book)
     }
 }
 
-/// The person's name for the user.
-std::string nameOf(const FrameworkPerson& person)
+/// What to call the person in a message.
+std::string plainNameOf(const FrameworkPerson& person)
 {
     std::string name = person.firstName.value_or("");
     const auto& lastName = person.lastName.value_or("");
@@ -44,7 +44,26 @@ std::string nameOf(const FrameworkPerson& person)
     if (name.empty()) {
         name = person.nickname.value_or("");
     }
-    return "“" + (name.empty() ? person.uid : name) + "”";
+    return name.empty() ? person.uid : name;
+}
+
+std::string nameOf(const FrameworkPerson& person)
+{
+    return quotedText(plainNameOf(person));
+}
+
+/// The person's vCard, with a line end after it.
+std::string cardAt(const FrameworkBook& book, std::size_t index, const FrameworkPerson& person)
+{
+    auto card = book.vCard(index);
+    // A card in another encoding is refused too: a file of cards must be one text.
+    if (!card || !card->starts_with("BEGIN:VCARD")) {
+        throw PlatformError(nameOf(person) + " cannot be written as a vCard.");
+    }
+    if (!card->ends_with('\n')) {
+        *card += "\r\n";
+    }
+    return *std::move(card);
 }
 
 PeopleListing listPeople()
@@ -53,12 +72,12 @@ PeopleListing listPeople()
     // alive.
     constexpr std::size_t kPeoplePerPool = 256;
     std::vector<FrameworkPerson> people;
-    callFramework(kBook, [&] {
+    callFramework(kMacBookTitle, [&] {
         const FrameworkBook book;
         requireBook(book);
         people.reserve(book.size());
         while (people.size() < book.size()) {
-            callObjectiveC(kBook, [&] {
+            callObjectiveC(kMacBookTitle, [&] {
                 const auto end = std::min(people.size() + kPeoplePerPool, book.size());
                 while (people.size() < end) {
                     people.push_back(book.person(people.size()));
@@ -66,18 +85,20 @@ PeopleListing listPeople()
             });
         }
     });
-    return PeopleListing(std::move(people), macSource());
+    return {std::move(people), macSource()};
 }
 
-/// The positions of these people in the book, in its order; those who are gone are omitted.
-std::vector<std::pair<std::size_t, const FrameworkPerson*>>
-find(const FrameworkBook& book, const std::vector<const FrameworkPerson*>& wanted)
+/// The positions of people in the book, in its order.
+using Found = std::vector<std::pair<std::size_t, const FrameworkPerson*>>;
+
+/// Those who are gone are omitted.
+Found find(const FrameworkBook& book, const std::vector<const FrameworkPerson*>& wanted)
 {
     std::unordered_map<std::string_view, const FrameworkPerson*, TextHash> byUid;
     for (const auto* person : wanted) {
         byUid.emplace(person->uid, person);
     }
-    std::vector<std::pair<std::size_t, const FrameworkPerson*>> found;
+    Found found;
     for (std::size_t i = 0; i < book.size() && !byUid.empty(); ++i) {
         // As in the listing, the first person with a uid is the one who has it.
         const auto match = byUid.find(book.uid(i));
@@ -89,8 +110,7 @@ find(const FrameworkBook& book, const std::vector<const FrameworkPerson*>& wante
     return found;
 }
 
-void requireUnchanged(const FrameworkBook& book,
-                      const std::vector<std::pair<std::size_t, const FrameworkPerson*>>& found)
+void requireUnchanged(const FrameworkBook& book, const Found& found)
 {
     for (const auto& [index, person] : found) {
         if (book.person(index) != *person) {
@@ -101,15 +121,45 @@ void requireUnchanged(const FrameworkBook& book,
     }
 }
 
+/// What puts these people back.
+std::vector<MacCard> cardsOf(const FrameworkBook& book, const Found& found)
+{
+    std::vector<MacCard> cards;
+    cards.reserve(found.size());
+    for (const auto& [index, person] : found) {
+        callObjectiveC(kMacBookTitle, [&, index = index, person = person] {
+            cards.push_back({{person->uid},
+                             cardAt(book, index, *person),
+                             plainNameOf(*person),
+                             book.groups(index)});
+        });
+    }
+    return cards;
+}
+
+/// The uids of everyone else.
+std::unordered_set<std::string, TextHash> uidsWithout(const FrameworkBook& book, const Found& found)
+{
+    std::unordered_set<std::string, TextHash> uids;
+    uids.reserve(book.size());
+    for (std::size_t i = 0; i < book.size(); ++i) {
+        uids.insert(book.uid(i));
+    }
+    for (const auto& [index, person] : found) {
+        uids.erase(person->uid);
+    }
+    return uids;
+}
+
 }  // namespace
 
-MacAddressBook::StrandedRemovals& MacAddressBook::strandedRemovalsOfTheProcess()
+MacAddressBook::StrandedChanges& MacAddressBook::strandedChangesOfTheProcess()
 {
-    static StrandedRemovals stranded = false;
+    static StrandedChanges stranded = false;
     return stranded;
 }
 
-MacAddressBook::MacAddressBook(StrandedRemovals& stranded) : stranded_(stranded) {}
+MacAddressBook::MacAddressBook(StrandedChanges& stranded) : stranded_(stranded) {}
 
 std::span<const Person> MacAddressBook::readPeople()
 {
@@ -130,7 +180,7 @@ std::span<const Person> MacAddressBook::people()
 void MacAddressBook::removeRecord(const Person& person)
 {
     try {
-        refuseWhereRemovalsAreStranded();
+        refuseWhereChangesAreStranded();
         removals_.push_back(listed(person).uid);
     } catch (...) {
         removals_.clear();
@@ -144,34 +194,46 @@ void MacAddressBook::save()
     if (removals.empty()) {
         return;
     }
-    refuseWhereRemovalsAreStranded();
     std::vector<const FrameworkPerson*> people;
     people.reserve(removals.size());
     for (const auto& uid : removals) {
         people.push_back(&asReviewed(uid));
     }
+    Deletion deletion;
+    change([&] {
+        FrameworkBook book;
+        requireBook(book);
+        const auto found = find(book, people);
+        requireUnchanged(book, found);
+        if (found.empty()) {
+            return;
+        }
+        Deletion prepared{cardsOf(book, found), uidsWithout(book, found)};
+        // Any early exit from here on leaves removals in the framework.
+        stranded_ = true;
+        for (const auto& [index, person] : found) {
+            if (!book.removeRecord(index)) {
+                throw PlatformError("macOS did not remove " + nameOf(*person) +
+                                    " from the address book. Nobody was deleted.");
+            }
+        }
+        if (!book.save()) {
+            throw PlatformError(std::string(kMacBookTitle) + " could not be saved.");
+        }
+        stranded_ = false;
+        deletion = std::move(prepared);
+    });
+    if (!deletion.people.empty()) {
+        deletions_.push_back(std::move(deletion));
+    }
+}
+
+/// Runs work on the framework's thread that changes the address book.
+void MacAddressBook::change(const std::function<void()>& work) const
+{
+    refuseWhereChangesAreStranded();
     try {
-        callFramework(kBook, [&] {
-            FrameworkBook book;
-            requireBook(book);
-            const auto found = find(book, people);
-            requireUnchanged(book, found);
-            if (found.empty()) {
-                return;
-            }
-            // Any early exit from here on leaves removals in the framework.
-            stranded_ = true;
-            for (const auto& [index, person] : found) {
-                if (!book.removeRecord(index)) {
-                    throw PlatformError("macOS did not remove " + nameOf(*person) +
-                                        " from the address book. Nobody was deleted.");
-                }
-            }
-            if (!book.save()) {
-                throw PlatformError(std::string(kBook) + " could not be saved.");
-            }
-            stranded_ = false;
-        });
+        callFramework(kMacBookTitle, work);
     } catch (const PlatformError& error) {
         if (stranded_) {
             throw PlatformError(std::string(error.what()) + std::string(kNothingMore));
@@ -191,8 +253,8 @@ ReadingNotes MacAddressBook::notes() const
     }
     if (stranded_) {
         notes.remarks.emplace_back(
-            "A deletion could not be saved. Its people are not shown, although they may still be "
-            "in the address book. Restart Dunmora to see them.");
+            "A change could not be saved. The address book may hold other people than those shown "
+            "here. Restart Dunmora to see them.");
     }
     return notes;
 }
@@ -213,10 +275,10 @@ const FrameworkPerson& MacAddressBook::listed(const Person& view) const
     return *person;
 }
 
-void MacAddressBook::refuseWhereRemovalsAreStranded() const
+void MacAddressBook::refuseWhereChangesAreStranded() const
 {
     if (stranded_) {
-        throw PlatformError("An earlier deletion could not be saved." + std::string(kNothingMore));
+        throw PlatformError("An earlier change could not be saved." + std::string(kNothingMore));
     }
 }
 
@@ -227,22 +289,14 @@ std::string MacAddressBook::cards(std::span<const Person* const> people) const
         wanted.push_back(&asReviewed(listed(*view).uid));
     }
     std::unordered_map<std::string_view, std::string, TextHash> cards;
-    callFramework(kBook, [&] {
+    callFramework(kMacBookTitle, [&] {
         const FrameworkBook book;
         requireBook(book);
         const auto found = find(book, wanted);
         requireUnchanged(book, found);
         for (const auto& [index, person] : found) {
-            callObjectiveC(kBook, [&, index = index, person = person] {
-                auto card = book.vCard(index);
-                // A card in another encoding is refused too: the file must be one text.
-                if (!card || !card->starts_with("BEGIN:VCARD")) {
-                    throw PlatformError(nameOf(*person) + " cannot be written as a vCard.");
-                }
-                if (!card->ends_with('\n')) {
-                    *card += "\r\n";
-                }
-                cards.emplace(person->uid, std::move(*card));
+            callObjectiveC(kMacBookTitle, [&, index = index, person = person] {
+                cards.emplace(person->uid, cardAt(book, index, *person));
             });
         }
     });
@@ -257,6 +311,68 @@ std::string MacAddressBook::cards(std::span<const Person* const> people) const
     return content;
 }
 
+std::size_t MacAddressBook::lastRemoved() const
+{
+    return deletions_.empty() ? 0 : deletions_.back().people.size();
+}
+
+std::string MacAddressBook::lastRemovedCards() const
+{
+    std::string content;
+    if (!deletions_.empty()) {
+        for (const auto& person : deletions_.back().people) {
+            content += person.card;
+        }
+    }
+    return content;
+}
+
+Restoration MacAddressBook::restoreLast()
+{
+    if (deletions_.empty()) {
+        return {};
+    }
+    auto& deletion = deletions_.back();
+    // Those who stayed, and those whom we have put back, are other people, whatever they hold.
+    const auto canBeBack = [&](const std::string& uid) {
+        return !deletion.others.contains(uid) && !returned_.contains(uid);
+    };
+    Restoration result;
+    change([&] {
+        FrameworkBook book;
+        requireBook(book);
+        MacRestoration restoration(book, stranded_);
+        deletion.people = restoration.restore(deletion.people, canBeBack, Mode::Write);
+        returned_.insert(restoration.added().begin(), restoration.added().end());
+        result = restoration.result();
+    });
+    if (deletion.people.empty()) {
+        deletions_.pop_back();
+    }
+    return result;
+}
+
+Restoration MacAddressBook::restore(std::string_view backup, Mode mode)
+{
+    Restoration notes;
+    const auto people = readMacBackup(backup, notes);
+    Restoration result;
+    change([&] {
+        FrameworkBook book;
+        requireBook(book);
+        MacRestoration restoration(book, stranded_);
+        restoration.restore(
+            people, [](const std::string& /*uid*/) { return true; }, mode);
+        result = restoration.result();
+    });
+    const auto append = [](std::vector<std::string>& texts, const std::vector<std::string>& more) {
+        texts.insert(texts.end(), more.begin(), more.end());
+    };
+    append(result.failures, notes.failures);
+    append(result.remarks, notes.remarks);
+    return result;
+}
+
 std::optional<PersonCard> MacAddressBook::card(std::string_view uid) const
 {
     const auto* const reviewed = reading_.find(std::string(uid));
@@ -264,7 +380,7 @@ std::optional<PersonCard> MacAddressBook::card(std::string_view uid) const
         return std::nullopt;
     }
     std::optional<FrameworkCard> current;
-    callFramework(kBook, [&] { current = FrameworkBook::card(reviewed->uid); });
+    callFramework(kMacBookTitle, [&] { current = FrameworkBook::card(reviewed->uid); });
     // Somebody who has changed since is another card than the reviewed one.
     if (!current || !current->vCard || current->person != *reviewed) {
         return std::nullopt;

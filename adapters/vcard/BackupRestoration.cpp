@@ -58,22 +58,6 @@ Cards cardsToAdd(const AddedCards& cards, Restoration& result)
     return added;
 }
 
-/// Names what the backup contains besides people.
-void noteTheRest(const AddedCards& cards, Restoration& result)
-{
-    if (const auto count = cards.skipped().size(); count > 0) {
-        result.failures.push_back(
-            counted(count, "card of the backup was not restored because it breaks off or has no ",
-                    "cards of the backup were not restored because they break off or have no ") +
-            "properties.");
-    }
-    if (cards.groups() > 0) {
-        result.remarks.push_back(
-            counted(cards.groups(), "list of the backup was not restored: only people are.",
-                    "lists of the backup were not restored: only people are."));
-    }
-}
-
 void append(Restoration& result, Restoration&& more)
 {
     result.restored += more.restored;
@@ -175,6 +159,21 @@ void restoreToFolder(const std::filesystem::path& path, std::uintmax_t largest, 
 
 }  // namespace
 
+void noteWhatIsNotRestored(const AddedCards& cards, Restoration& result)
+{
+    if (const auto count = cards.skipped().size(); count > 0) {
+        result.failures.push_back(
+            counted(count, "card of the backup was not restored because it breaks off or has no ",
+                    "cards of the backup were not restored because they break off or have no ") +
+            "properties.");
+    }
+    if (cards.groups() > 0) {
+        result.remarks.push_back(
+            counted(cards.groups(), "list of the backup was not restored: only people are.",
+                    "lists of the backup were not restored: only people are."));
+    }
+}
+
 Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t largest,
                           std::string_view backup, CardRestorer::Mode mode)
 {
@@ -192,7 +191,7 @@ Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t larg
         throw PlatformError(quotedPath(book) + " is neither a file nor a folder.");
     }
     Restoration result;
-    noteTheRest(cards, result);
+    noteWhatIsNotRestored(cards, result);
     if (is_directory(status)) {
         restoreToFolder(book, largest, cards, mode, result);
     } else {

@@ -8,6 +8,12 @@
 
 namespace dunmora {
 
+class AddedCards;
+
+/// Names what a backup contains besides people.
+/// Thread: any. Errors: none.
+void noteWhatIsNotRestored(const AddedCards& backup, Restoration& result);
+
 /// Implements `CardRestorer::restore` for a file, at its end, and for a folder, as one new file for
 /// each card. Books and backups of more than `largest` bytes are refused.
 /// Thread: any; blocks on the disk. Errors: PlatformError when nothing was changed.

@@ -46,7 +46,7 @@ OpenedBook openAddressBook(const std::filesystem::path& path)
 {
     if (path == kMacAddressBookName) {
         const auto book = std::make_shared<MacAddressBook>();
-        return {book, book};
+        return {book, book, book};
     }
     const auto book = std::make_shared<VCardAddressBook>(path);
     return {book, book, book};

@@ -27,6 +27,13 @@ public:
         /// How many removals succeed before the fault.
         std::size_t removalsBefore = 0;
         Fault save = Fault::None;
+        Fault add = Fault::None;
+        /// How many additions succeed before the fault.
+        std::size_t additionsBefore = 0;
+        /// The uid of an added person with this first name; Addresses numbers them if it is null.
+        std::string (*uidOfAdded)(const std::string& firstName) = nullptr;
+        /// Writes and reads vCards that hold every contact field. Those of Addresses hold less.
+        bool hasWholeCards = false;
     };
 
     AddressesBook();
@@ -40,6 +47,10 @@ public:
     void hold(const std::vector<FakePerson>& people);
     /// Changes the person's first name, as another program would, and the framework notices.
     void rename(const std::string& uid, const std::string& firstName);
+    /// Adds the person, as another program would.
+    void add(const FakePerson& person);
+    /// Adds a group with one member, as another program would.
+    void addGroup(const std::string& name, const std::string& uid);
     /// Removes the person, as another program would.
     void take(const std::string& uid);
     /// Replaces the person's file with one that cannot be read.
@@ -56,6 +67,8 @@ public:
     const std::filesystem::path& folder() const { return folder_.path(); }
 
 private:
+    /// Makes Addresses read the person's file again.
+    void forget(const std::string& uid);
     std::filesystem::path fileOf(const std::string& uid) const;
 
     TemporaryFolder folder_;

@@ -1,15 +1,24 @@
 #include "tests/adapters/macos/AddressesBook.h"
 
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "tests/fakes/FakeCard.h"
 
 #import <AddressBook/AddressBook.h>
 #import <Addresses/ADLocalAddressBook.h>
+#import <Addresses/ADPerson.h>
 #import <Addresses/ADRecord.h>
 #import <Foundation/Foundation.h>
 #import <objc/runtime.h>
 
 using dunmora::test::AddressesBook;
+using dunmora::test::cardOf;
+using dunmora::test::FakePerson;
 using dunmora::test::Fault;
+using dunmora::test::peopleOf;
 
 namespace {
 
@@ -28,10 +37,17 @@ bool isRefused(Fault fault)
 
 } // namespace
 
+/// What Addresses does not declare.
+@interface ADLocalAddressBook (DunmoraTestBook)
+- (NSString*)_nextValidID;
+@end
+
 @interface DunmoraTestBook : ADLocalAddressBook {
     AddressesBook::State* state_;
+    NSString* nextUid_;
 }
 - (void)setState:(AddressesBook::State*)state;
+- (void)forget:(NSString*)uid;
 @end
 
 @implementation DunmoraTestBook
@@ -62,6 +78,53 @@ bool isRefused(Fault fault)
     return ordered;
 }
 
+- (void)forget:(NSString*)uid
+{
+    [_cache removeObjectForKey:uid];
+}
+
+- (NSString*)_nextValidID
+{
+    return nextUid_ != nil ? nextUid_ : [super _nextValidID];
+}
+
+- (BOOL)addRecord:(ADRecord*)record
+{
+    if (state_->add != Fault::None && state_->additionsBefore-- == 0) {
+        if (isRefused(state_->add)) {
+            return NO;
+        }
+    }
+    NSString* const firstName = [record valueForProperty:kABFirstNameProperty];
+    nextUid_ = state_->uidOfAdded != nullptr && firstName != nil
+                   ? stringOf(state_->uidOfAdded(textOf(firstName)))
+                   : nil;
+    const BOOL isAdded = [super addRecord:record];
+    nextUid_ = nil;
+    if (isAdded) {
+        // Addresses never gives a uid again, so it would show and delete who had it before.
+        [_cache removeObjectForKey:[record uniqueId]];
+        [_deleted removeObjectForKey:[record uniqueId]];
+        std::erase(state_->order, textOf([record uniqueId]));
+        state_->order.push_back(textOf([record uniqueId]));
+    }
+    return isAdded;
+}
+
+/// Addresses returns itself in place of each group.
+- (NSArray*)groupsContainingRecord:(ADRecord*)record
+{
+    NSMutableArray* const found = [NSMutableArray array];
+    NSArray* const groups = [self groups];
+    for (NSUInteger i = 0; i < [groups count]; ++i) {
+        if ([[[groups objectAtIndex:i] valueForProperty:@"Members"]
+                containsObject:[record uniqueId]]) {
+            [found addObject:[groups objectAtIndex:i]];
+        }
+    }
+    return found;
+}
+
 - (BOOL)removeRecord:(ADRecord*)record
 {
     if (state_->remove != Fault::None && state_->removalsBefore-- == 0) {
@@ -85,6 +148,8 @@ AddressesBook::State* sharedState = nullptr;
 DunmoraTestBook* sharedBook = nil;
 IMP ownSharedAddressBook = nullptr;
 IMP ownRepresentation = nullptr;
+IMP ownVCard = nullptr;
+IMP ownInitWithVCard = nullptr;
 
 id sharedAddressBook(id self, SEL command)
 {
@@ -100,6 +165,61 @@ id representation(id self, SEL command, NSString* type)
 {
     using Writer = id (*)(id, SEL, NSString*);
     return reinterpret_cast<Writer>(ownRepresentation)([self retain], command, type);
+}
+
+std::optional<std::string> textIn(ADRecord* record, NSString* property)
+{
+    NSString* const text = [record valueForProperty:property];
+    return text != nil ? std::optional<std::string>(textOf(text)) : std::nullopt;
+}
+
+FakePerson personOf(ADRecord* record)
+{
+    FakePerson person{textOf([record uniqueId]),
+                      textIn(record, kABFirstNameProperty),
+                      textIn(record, kABLastNameProperty),
+                      textIn(record, kABNicknameProperty),
+                      {},
+                      {}};
+    ABMultiValue* const phones = [record valueForProperty:kABPhoneProperty];
+    if ([phones count] > 0) {
+        person.phones.emplace();
+    }
+    for (NSUInteger i = 0; i < [phones count]; ++i) {
+        person.phones->push_back(
+            {textOf([phones labelAtIndex:i]), textOf([phones valueAtIndex:i])});
+    }
+    return person;
+}
+
+id vCardRepresentation(id self, SEL command)
+{
+    if (sharedState == nullptr || !sharedState->hasWholeCards) {
+        using Getter = id (*)(id, SEL);
+        return reinterpret_cast<Getter>(ownVCard)(self, command);
+    }
+    const auto card = cardOf(personOf(self));
+    return [NSData dataWithBytes:card.data() length:card.size()];
+}
+
+id initWithVCardRepresentation(id self, SEL command, NSData* card)
+{
+    if (sharedState == nullptr || !sharedState->hasWholeCards) {
+        using Reader = id (*)(id, SEL, NSData*);
+        return reinterpret_cast<Reader>(ownInitWithVCard)(self, command, card);
+    }
+    const auto person = peopleOf({static_cast<const char*>([card bytes]), [card length]}).front();
+    ADRecord* const record = [self init];
+    [record setValue:stringOf(person.firstName.value_or("")) forProperty:kABFirstNameProperty];
+    [record setValue:stringOf(person.lastName.value_or("")) forProperty:kABLastNameProperty];
+    [record setValue:stringOf(person.nickname.value_or("")) forProperty:kABNicknameProperty];
+    ABMutableMultiValue* const phones =
+        [[[ABMutableMultiValue alloc] initWithType:kABMultiStringProperty] autorelease];
+    for (const auto& phone : person.phones.value_or(std::vector<FakePerson::Phone>())) {
+        [phones addValue:stringOf(phone.value) withLabel:stringOf(phone.label.value_or(""))];
+    }
+    [record setValue:phones forProperty:kABPhoneProperty];
+    return record;
 }
 
 id localCenter(id /*self*/, SEL /*command*/) { return [NSNotificationCenter defaultCenter]; }
@@ -147,6 +267,13 @@ void AddressesBook::rename(const std::string& uid, const std::string& firstName)
     [pool drain];
 }
 
+void AddressesBook::forget(const std::string& uid)
+{
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    [static_cast<DunmoraTestBook*>(book_) forget:stringOf(uid)];
+    [pool drain];
+}
+
 void keepFrameworkPrivate(const std::filesystem::path& folder)
 {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
@@ -157,6 +284,10 @@ void keepFrameworkPrivate(const std::filesystem::path& folder)
                                               reinterpret_cast<IMP>(sharedAddressBook));
     ownRepresentation = replaceMethod([ADRecord class], @selector(representationWithType:),
                                       reinterpret_cast<IMP>(representation));
+    ownVCard = replaceMethod([ADPerson class], @selector(vCardRepresentation),
+                             reinterpret_cast<IMP>(vCardRepresentation));
+    ownInitWithVCard = replaceMethod([ADPerson class], @selector(initWithVCardRepresentation:),
+                                     reinterpret_cast<IMP>(initWithVCardRepresentation));
     [pool drain];
 }
 

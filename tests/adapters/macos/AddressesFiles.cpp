@@ -67,6 +67,21 @@ void AddressesBook::hold(const std::vector<FakePerson>& people)
     }
 }
 
+void AddressesBook::add(const FakePerson& person)
+{
+    write(fileOf(person.uid), propertyList(person));
+    std::erase(state_->order, person.uid);
+    state_->order.push_back(person.uid);
+    forget(person.uid);
+}
+
+void AddressesBook::addGroup(const std::string& name, const std::string& uid)
+{
+    write(fileOf(name), "{\n" + entry("Type", "Group") + entry("UID", quoted(name)) +
+                            entry("GroupName", quoted(name)) +
+                            entry("Members", "(" + quoted(uid) + ")") + "}\n");
+}
+
 void AddressesBook::take(const std::string& uid)
 {
     std::filesystem::remove(fileOf(uid));

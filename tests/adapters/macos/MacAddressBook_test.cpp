@@ -71,8 +71,8 @@ protected:
         addresses_.mendSaving();
         const auto before = addresses_.uidsSeenByOthers();
         EXPECT_EQ(failureOfDeleting({before.back()}),
-                  "An earlier deletion could not be saved. The removals cannot be undone, so "
-                  "Dunmora deletes nothing more. Restart Dunmora.");
+                  "An earlier change could not be saved. The change cannot be undone, so "
+                  "Dunmora changes nothing more. Restart Dunmora.");
         MacAddressBook another(stranded_);
         EXPECT_THROW(another.removeRecord(another.readPeople().back()), PlatformError);
         book_.save();
@@ -84,7 +84,7 @@ protected:
     }
 
     AddressesBook addresses_;
-    MacAddressBook::StrandedRemovals stranded_ = false;
+    MacAddressBook::StrandedChanges stranded_ = false;
     MacAddressBook book_{stranded_};
 };
 
@@ -259,8 +259,8 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsAfterASaveThatFailed)
     addresses_.breakSaving();
 
     EXPECT_EQ(failureOfDeleting({"a"}),
-              "The address book of this Mac could not be saved. The removals cannot be undone, so "
-              "Dunmora deletes nothing more. Restart Dunmora.");
+              "The address book of this Mac could not be saved. The change cannot be undone, so "
+              "Dunmora changes nothing more. Restart Dunmora.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();
@@ -273,7 +273,7 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsAfterASaveThatThrew)
 
     EXPECT_EQ(failureOfDeleting({"a"}),
               "The address book of this Mac reported an error: The database is damaged. The "
-              "removals cannot be undone, so Dunmora deletes nothing more. Restart Dunmora.");
+              "change cannot be undone, so Dunmora changes nothing more. Restart Dunmora.");
 
     expectRefusalForGood();
 }
@@ -286,7 +286,7 @@ TEST_F(MacAddressBookTest, RefusesAllDeletionsWhenARemovalInTheMiddleIsRefused)
 
     EXPECT_EQ(failureOfDeleting({"a", "b"}),
               "macOS did not remove “Ann Lee” from the address book. Nobody was deleted. The "
-              "removals cannot be undone, so Dunmora deletes nothing more. Restart Dunmora.");
+              "change cannot be undone, so Dunmora changes nothing more. Restart Dunmora.");
 
     EXPECT_EQ(addresses_.uidsSeenByOthers(), (Uids{"a", "b", "c"}));
     expectRefusalForGood();

@@ -1,5 +1,7 @@
 #include "adapters/macos/MacUserDefaults.h"
 #include "platform/AddressBook.h"
+#include "platform/CardRestorer.h"
+#include "platform/CardSource.h"
 #include "platform/PlatformError.h"
 #include "programs/platform/PlatformChoice.h"
 #include "tests/adapters/macos/AddressesBook.h"
@@ -16,10 +18,15 @@ TEST(MacPlatform, OpensTheAddressBookOfTheMacByItsName)
     AddressesBook addresses;
     addresses.hold({FakePerson()});
 
-    const auto book = openAddressBook("macos:").addressBook;
+    const auto opened = openAddressBook("macos:");
+    const auto book = opened.addressBook;
 
     ASSERT_EQ(book->readPeople().size(), 1U);
     EXPECT_EQ(book->readPeople()[0].firstName, "Ann");
+    ASSERT_TRUE(opened.cardSource);
+    EXPECT_TRUE(opened.cardSource->card(FakePerson().uid));
+    ASSERT_TRUE(opened.cardRestorer);
+    EXPECT_EQ(opened.cardRestorer->lastRemoved(), 0U);
     EXPECT_EQ(systemAddressBookName(), "macos:");
     EXPECT_TRUE(hasSystemAddressBook());
 }

@@ -17,6 +17,7 @@ FOUNDATION_EXPORT NSString* const kABGroupNameProperty;
 @end
 
 @interface ABPerson : ABRecord
+- (instancetype)initWithVCardRepresentation:(NSData*)vCardData;
 - (NSData*)vCardRepresentation;
 - (NSArray*)parentGroups;
 @end
@@ -31,6 +32,7 @@ FOUNDATION_EXPORT NSString* const kABGroupNameProperty;
 + (ABAddressBook*)sharedAddressBook;
 - (NSArray*)people;
 - (ABRecord*)recordForUniqueId:(NSString*)uniqueId;
+- (BOOL)addRecord:(ABRecord*)record;
 - (BOOL)removeRecord:(ABRecord*)record;
 - (BOOL)save;
 @end

@@ -62,6 +62,7 @@ __attribute__((objc_root_class))
 @end
 
 @interface NSData : NSObject
++ (instancetype)dataWithBytes:(const void*)bytes length:(NSUInteger)length;
 @property (readonly) NSUInteger length;
 @property (readonly) const void* bytes;
 @end
