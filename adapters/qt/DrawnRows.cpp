@@ -7,8 +7,8 @@ namespace dunmora {
 
 namespace {
 
-/// Far more than a screen shows; they take some megabytes.
-constexpr std::size_t kMaxRows = 10'000;
+/// Far more than a screen shows, and few enough to be read at once before a deletion.
+constexpr std::size_t kMaxRows = 2'000;
 
 }  // namespace
 
