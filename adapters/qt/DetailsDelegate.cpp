@@ -9,6 +9,7 @@
 #include <QTextLayout>
 
 #include <algorithm>
+#include <cmath>
 
 namespace dunmora {
 
@@ -35,7 +36,7 @@ int layOut(QTextLayout& layout, int width)
         height += line.height();
     }
     layout.endLayout();
-    return static_cast<int>(height + 0.5);
+    return static_cast<int>(std::lround(height));
 }
 
 int heightOf(const QString& text, const QFont& font, int width)

@@ -15,7 +15,7 @@ namespace {
 constexpr std::array kFormats{"jpeg", "png", "gif", "webp", "bmp"};
 /// Takes some hundredths of a second to decode.
 constexpr qint64 kMaxPixels = 24'000'000;
-constexpr qsizetype kMaxBytes = 16 * 1024 * 1024;
+constexpr qsizetype kMaxBytes = qsizetype{16} * 1024 * 1024;
 /// Sharp at the height of a few lines, on a screen with small pixels, too.
 constexpr QSize kThumbnail(256, 256);
 

@@ -10,9 +10,9 @@ namespace dunmora {
 
 class AddedCards;
 
-/// Names what a backup contains besides people.
+/// Names what a backup, whose people are `cards`, contains besides them.
 /// Thread: any. Errors: none.
-void noteWhatIsNotRestored(const AddedCards& backup, Restoration& result);
+void noteWhatIsNotRestored(const AddedCards& cards, Restoration& result);
 
 /// Implements `CardRestorer::restore` for a file, at its end, and for a folder, as one new file for
 /// each card. Books and backups of more than `largest` bytes are refused.

@@ -22,11 +22,11 @@ int searchError(const std::filesystem::path& path)
 /// The text without the last character (RFC 3629) that does not fit into so many bytes.
 std::string_view cutTo(std::string_view text, std::size_t size)
 {
-    constexpr auto isInside = [](char c) {
+    constexpr auto kIsInside = [](char c) {
         return (static_cast<unsigned char>(c) & 0xC0U) == 0x80;
     };
     size = std::min(size, text.size());
-    while (size > 0 && size < text.size() && isInside(text[size])) {
+    while (size > 0 && size < text.size() && kIsInside(text[size])) {
         --size;
     }
     return text.substr(0, size);
@@ -55,7 +55,7 @@ std::filesystem::path FreeNames::takeLike(const std::filesystem::path& path)
     auto& tried = tried_[path];
     while (true) {
         ++tried;
-        const auto name = tried == 1 ? path : numbered(path, tried);
+        auto name = tried == 1 ? path : numbered(path, tried);
         const int error = searchError(name);
         const bool isUsed = error == 0 || (error == ENOENT && !taken_.insert(name).second);
         if (!isUsed) {
