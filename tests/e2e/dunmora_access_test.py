@@ -4,10 +4,13 @@
 import windowcase
 from accessibility import Announcements
 from bigbook import big_book
+from cards import card
 from dunmora import MARK
 from dunmoracase import BOOK, BROKEN, DORA_1, DORA_2, NOBODY_1, NOBODY_2, DunmoraCase
 from portal import DARK, LIGHT, SettingsPortal
 
+DETAILS_OF_ANN_2 = ["Name: Ann Lee; same in the kept copy", "X-ODD: whatever; only here",
+                    "Phone (home): +1 555 0101; only here"]
 ONLY_HERE = "Something in this copy is in no copy that is kept."
 
 
@@ -71,6 +74,37 @@ class AccessTest(DunmoraCase):
         self.assertEqual(reached, ["Duplicates", "Details", "1 person would lose every copy",
                                    "2 people share only empty fields", "3 copies hold something unique",
                                    "1 card was skipped"])
+
+
+    def test_reads_the_details_of_a_person_by_keyboard(self):
+        dunmora = self.start_searched()
+        main = dunmora.main
+        dunmora.select(1)
+
+        def details():
+            return main.find("list", "Details")
+
+        def lines():
+            return [line.name for line in details().children]
+
+        dunmora.wait_for(lambda: lines() == DETAILS_OF_ANN_2, "details")
+        dunmora.press(main, "f9")
+        dunmora.wait_for(lambda: details() is None, "end of the details")
+        dunmora.press(main, "f9", "tab", "down")
+        dunmora.wait_for(lambda: details() and details().has("focused"), "keyboard focus in the details")
+        dunmora.wait_for(lambda: [line.name for line in details().children if line.has("selected")] ==
+                         DETAILS_OF_ANN_2[1:2], "selected line")
+
+    def test_shows_only_rows_that_need_a_look(self):
+        dunmora = self.start_searched(BOOK + card("eva-1", "Eva", "Ng", "TEL:+1 555 0105") +
+                                      card("eva-2", "Eva", "Ng", "TEL:+1 555 0105"))
+        self.assertEqual(dunmora.table.row_count, 6)
+
+        dunmora.choose("View", "Show Only Rows That Need a Look")
+        dunmora.wait_for(lambda: dunmora.table.row_count == 4, "rows with a sign")
+
+        dunmora.click(dunmora.button("Only rows that need a look"))
+        dunmora.wait_for(lambda: dunmora.table.row_count == 6, "all rows")
 
 
 class AnnouncementTest(DunmoraCase):
