@@ -253,7 +253,7 @@ std::string cardsWithPhotos(std::size_t people)
     constexpr int kHeight = 1350;
     QImage noise(kWidth, kHeight, QImage::Format_RGB32);
     QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(noise.bits()),
-                                          kWidth * kHeight);
+                                          qsizetype{kWidth} * kHeight);
     QByteArray jpeg;
     QBuffer buffer(&jpeg);
     buffer.open(QIODevice::WriteOnly);
@@ -275,9 +275,11 @@ std::string copiesOfOnePerson(std::size_t copies)
     std::string text;
     for (std::size_t i = 0; i < copies; ++i) {
         const auto number = std::to_string(i);
-        text += "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:copy-" + number +
-                "\r\nN:Lee;Ann;;;\r\nTEL;TYPE=CELL:+1 555 0100\r\nEMAIL:ann" + number +
-                "@example.com\r\nEND:VCARD\r\n";
+        text += "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:copy-";
+        text += number;
+        text += "\r\nN:Lee;Ann;;;\r\nTEL;TYPE=CELL:+1 555 0100\r\nEMAIL:ann";
+        text += number;
+        text += "@example.com\r\nEND:VCARD\r\n";
     }
     return text;
 }
