@@ -113,7 +113,7 @@ std::span<const TableColumn> reviewColumns()
 
 std::string_view titleOfColumn(std::string_view identifier)
 {
-    const auto found =
+    const auto* const found =
         std::find_if(kColumns.begin(), kColumns.end(),
                      [&](const TableColumn& column) { return column.identifier == identifier; });
     return found == kColumns.end() ? std::string_view() : found->title;
