@@ -106,8 +106,10 @@ TEST(QtDetailsView, CopiesTheWholeCurrentValueAndNothingElse)
 TEST(QtDetailsView, StaysWhereItIsWhenOnlyTheVerdictsChange)
 {
     DetailsWindow shown;
+    constexpr int kLines = 40;
     std::vector<DetailsLine> lines;
-    for (int i = 0; i < 40; ++i) {
+    lines.reserve(kLines);
+    for (int i = 0; i < kLines; ++i) {
         lines.push_back(line("Title " + std::to_string(i), "value", Sign::Same, "same"));
     }
     shown.show(lines);

@@ -455,10 +455,12 @@ TEST(TableLooks, HeadersHaveNames)
 
 TEST(TableLooks, DrawsRowsQuieterThatAFilterShowsOnlyTogetherWithOthers)
 {
-    for (const auto& [base, text] : {std::pair(Qt::white, Qt::black), {Qt::black, Qt::white}}) {
+    for (const auto& colours : {std::pair(Qt::white, Qt::black), {Qt::black, Qt::white}}) {
+        // A lambda cannot use a structured binding.
+        const auto base = colours.first;
         TableWindow shown(4);
         shown.rows.showsGroups = true;
-        shown.widget.setPalette(palette(base, text));
+        shown.widget.setPalette(palette(base, colours.second));
         shown.rows.rows[0].texts["lname"] = "WWWWWW";
         shown.rows.rows[1].texts["lname"] = "WWWWWW";
         shown.rows.rows[0].texts["nickname"] = "Five";

@@ -235,7 +235,8 @@ TEST_F(UndoDeleteTest, KeepsTheCurrentMarksWhenTheSameDeletionIsUndoneAgain)
         main_->command("OnKeepAll").use();
     };
     const auto isZoeChecked = [this] {
-        return table().dataSource->objectValue("check", table().rows - 1) == CellValue(true);
+        return table().dataSource->objectValue(
+                   "check", static_cast<std::ptrdiff_t>(table().rows - 1)) == CellValue(true);
     };
     keepAllOf(2);
     keepAllOf(4);
