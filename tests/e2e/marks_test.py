@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """Decides about groups by keys and menus in the real window: marks_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
+import time
+
 import windowcase
 from cards import card
 from dunmoracase import ANNS, BOOK, DunmoraCase
@@ -50,12 +52,19 @@ class MarksTest(DunmoraCase):
         self.press("alt+up", "ctrl+shift+k")
         self.dunmora.wait_for_marks(False, False, False, False, False)
 
+    def open_context_menu(self, key):
+        self.press(key)
+        # AT-SPI does not show when this menu opens, and until then the table gets the keys.
+        time.sleep(2)
+
     def test_keeps_another_copy_by_the_context_menu(self):
         self.dunmora.select(3)
-        self.press("shift+F10", "down", "enter")
+        self.open_context_menu("shift+F10")
+        self.press("down", "enter")
         self.dunmora.wait_for_marks(False, True, True, False, True)
 
-        self.press("Menu", "a")
+        self.open_context_menu("Menu")
+        self.press("a")
         self.dunmora.wait_for_marks(False, True, False, False, False)
 
     def test_filters_whole_groups_and_checks_only_those_that_match(self):
