@@ -42,8 +42,8 @@ inline constexpr std::string_view kOnlyHere = "Something in this copy is in no c
 /// A warning about one row of a group, as a full sentence.
 std::string_view rowText(GroupWarning warning);
 
-/// How many of the user's check marks were restored after another search, and how many were not:
-/// "12 check marks kept, 3 not: their groups have changed."
+/// The result of restoring the user's check marks after another search: "12 check marks kept, 3
+/// not: their groups have changed."
 std::string keptMarksText(std::size_t kept, std::size_t lost);
 
 /// The question before this many changes of check marks are lost to another address book; its

@@ -104,7 +104,7 @@ std::filesystem::path nameFor(const AddedCards::AddedCard& card)
 }
 
 /// Compares the cards with those of the folder and returns the metadata for new files in it: the
-/// permissions of the first file, so that whoever may read the others may read them too.
+/// permissions of its first file, so that users who can read the old files can read the new ones.
 FileMetadata compareWithFolder(const std::filesystem::path& folder, std::uintmax_t largest,
                                AddedCards& cards)
 {
