@@ -20,25 +20,30 @@ std::string nameOrUid(const ContactRecord& contact, const CardSource* cards)
     return name.empty() ? "(no name, uid " + std::string(contact.text(kContactUid)) + ")" : name;
 }
 
-std::size_t checkedRows(const ContactsParser& engine)
+std::size_t countOfCheckedRows(const ContactsParser& engine)
 {
     std::size_t count = 0;
     for (std::size_t row = 0; row < engine.duplicates().size(); ++row) {
-        const auto* const contact = engine.recordInRow(row);
-        count += contact != nullptr && contact->isChecked() ? 1 : 0;
+        count += isCheckedRow(engine, row) ? 1 : 0;
     }
     return count;
 }
 
-std::size_t checkedPeople(const ContactsParser& engine)
+}  // namespace
+
+bool isCheckedRow(const ContactsParser& engine, std::size_t row)
+{
+    const auto* const contact = engine.recordInRow(row);
+    return contact != nullptr && contact->isChecked();
+}
+
+std::size_t countOfChecked(const ContactsParser& engine)
 {
     const auto& contacts = engine.contacts();
     return static_cast<std::size_t>(
         std::count_if(contacts.begin(), contacts.end(),
                       [](const auto& contact) { return contact.value.isChecked(); }));
 }
-
-}  // namespace
 
 std::vector<std::string> checkedUids(const ContactsParser& engine)
 {
@@ -55,7 +60,7 @@ std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine)
 {
     // Usually there is nobody, and a table of all duplicates would take longer than everything else
     // that precedes a deletion.
-    if (checkedRows(engine) == checkedPeople(engine)) {
+    if (countOfCheckedRows(engine) == countOfChecked(engine)) {
         return {};
     }
     const std::unordered_set<std::string_view, TextHash> duplicates(engine.duplicates().begin(),
@@ -63,6 +68,13 @@ std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine)
     auto uids = checkedUids(engine);
     std::erase_if(uids, [&](const std::string& uid) { return duplicates.contains(uid); });
     return uids;
+}
+
+void uncheckWithoutDuplicates(ContactsParser& engine)
+{
+    for (const auto& uid : checkedWithoutDuplicates(engine)) {
+        engine.contacts().find(uid)->setObject(false, kContactCheck);
+    }
 }
 
 std::vector<std::size_t> keepOneOfEach(ContactsParser& engine, const GroupWarnings& warnings)

@@ -81,9 +81,7 @@ std::vector<std::size_t> leaveDoubtsOut(ContactsParser& engine, GroupWarnings& w
     const auto kept = keepOneOfEach(engine, warnings);
     rows.insert(rows.end(), kept.begin(), kept.end());
     std::sort(rows.begin(), rows.end());
-    for (const auto& uid : checkedWithoutDuplicates(engine)) {
-        engine.contacts().find(uid)->setObject(false, kContactCheck);
-    }
+    uncheckWithoutDuplicates(engine);
     warnings.update(engine);
     return rows;
 }

@@ -1,29 +1,10 @@
 #include "review/GroupWarnings.h"
 
 #include "engine/ContactsParser.h"
+#include "review/CheckedPeople.h"
 #include "review/DuplicateGroups.h"
 
 namespace dunmora {
-
-namespace {
-
-/// False for a person whom the engine does not know.
-bool isChecked(const ContactsParser& engine, std::size_t row)
-{
-    const auto* const contact = engine.recordInRow(row);
-    return contact != nullptr && contact->isChecked();
-}
-
-std::size_t countOfChecked(const ContactsParser& engine)
-{
-    std::size_t people = 0;
-    for (const auto& contact : engine.contacts()) {
-        people += contact.value.isChecked() ? 1 : 0;
-    }
-    return people;
-}
-
-}  // namespace
 
 bool GroupWarnings::Group::has(GroupWarning warning) const
 {
@@ -53,7 +34,7 @@ void GroupWarnings::update(const ContactsParser& engine)
     }
     isChecked_.resize(groupOfRow_.size());
     for (std::size_t row = 0; row < isChecked_.size(); ++row) {
-        setChecked(row, isChecked(engine, row));
+        setChecked(row, isCheckedRow(engine, row));
     }
     checkedElsewhere_ = countOfChecked(engine) - checkedRows_;
 }
@@ -62,7 +43,7 @@ void GroupWarnings::rowsEdited(const ContactsParser& engine, std::span<const std
 {
     for (const auto row : rows) {
         if (row < isChecked_.size() && row < engine.duplicates().size()) {
-            setChecked(row, isChecked(engine, row));
+            setChecked(row, isCheckedRow(engine, row));
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "review/KeptMarks.h"
 
 #include "engine/ContactsParser.h"
+#include "review/CheckedPeople.h"
 #include "review/GroupWarnings.h"
 #include "review/ProposedMarks.h"
 #include "text/TextHash.h"
@@ -14,12 +15,6 @@
 namespace dunmora {
 
 namespace {
-
-bool isMarked(const ContactsParser& engine, std::size_t row)
-{
-    const auto* const contact = engine.recordInRow(row);
-    return contact != nullptr && contact->isChecked();
-}
 
 /// The rows of the people with the uids of `copies`, in that order, among the rows of a group that
 /// has as many; none when it has other members.
@@ -59,7 +54,7 @@ KeptMarks::KeptMarks(const ContactsParser& engine, const GroupWarnings& groups,
         const auto rows = groups.rowsOfGroup(number);
         Group group;
         for (auto row = rows.first; row < rows.first + rows.size; ++row) {
-            group.changed += isMarked(engine, row) != proposal.isChecked(row) ? 1 : 0;
+            group.changed += isCheckedRow(engine, row) != proposal.isChecked(row) ? 1 : 0;
         }
         if (group.changed == 0) {
             continue;
@@ -67,7 +62,7 @@ KeptMarks::KeptMarks(const ContactsParser& engine, const GroupWarnings& groups,
         group.copies.reserve(rows.size);
         for (auto row = rows.first; row < rows.first + rows.size; ++row) {
             group.copies.push_back(
-                {engine.duplicates()[row], cardHash(row), isMarked(engine, row)});
+                {engine.duplicates()[row], cardHash(row), isCheckedRow(engine, row)});
         }
         count_ += group.changed;
         groups_.push_back(std::move(group));

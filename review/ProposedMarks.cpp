@@ -1,6 +1,7 @@
 #include "review/ProposedMarks.h"
 
 #include "engine/ContactsParser.h"
+#include "review/CheckedPeople.h"
 
 #include <algorithm>
 
@@ -8,17 +9,11 @@ namespace dunmora {
 
 namespace {
 
-bool isMarked(const ContactsParser& engine, std::size_t row)
-{
-    const auto* const contact = engine.recordInRow(row);
-    return contact != nullptr && contact->isChecked();
-}
-
 std::vector<bool> marksOfRows(const ContactsParser& engine)
 {
     std::vector<bool> marks(engine.duplicates().size());
     for (std::size_t row = 0; row < marks.size(); ++row) {
-        marks[row] = isMarked(engine, row);
+        marks[row] = isCheckedRow(engine, row);
     }
     return marks;
 }
@@ -73,7 +68,7 @@ void ProposedMarks::rowsEdited(const ContactsParser& engine, std::span<const std
 {
     for (const auto row : rows) {
         if (row < before_.size()) {
-            const bool isChanged = isMarked(engine, row) != before_[row];
+            const bool isChanged = isCheckedRow(engine, row) != before_[row];
             changed_ += isChanged ? 1 : 0;
             changed_ -= isChanged_[row] ? 1 : 0;
             isChanged_[row] = isChanged;

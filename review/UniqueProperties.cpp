@@ -3,6 +3,7 @@
 #include "engine/ContactsParser.h"
 #include "platform/CardSource.h"
 #include "platform/PlatformError.h"
+#include "review/CheckedPeople.h"
 #include "review/DuplicateGroups.h"
 #include "review/SubstituteName.h"
 #include "text/TextHash.h"
@@ -46,12 +47,6 @@ private:
     std::unordered_map<std::string, std::uint32_t, TextHash> numbers_;
 };
 
-bool isChecked(const ContactsParser& engine, std::size_t row)
-{
-    const auto* const contact = engine.recordInRow(row);
-    return contact != nullptr && contact->isChecked();
-}
-
 }  // namespace
 
 void UniqueProperties::read(const ContactsParser& engine, const CardSource* cards)
@@ -91,7 +86,7 @@ void UniqueProperties::rowsEdited(const ContactsParser& engine, std::span<const 
         return;
     }
     texts_.clear();
-    kept_.rowsEdited(rows, [&](std::size_t row) { return isChecked(engine, row); });
+    kept_.rowsEdited(rows, [&](std::size_t row) { return isCheckedRow(engine, row); });
 }
 
 bool UniqueProperties::has(std::size_t row) const

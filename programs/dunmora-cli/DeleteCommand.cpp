@@ -53,9 +53,7 @@ bool asks(const DeleteRequest& request)
 void keepOne(ContactsParser& engine, GroupWarnings& warnings)
 {
     warnings.rowsEdited(engine, keepOneOfEach(engine, warnings));
-    for (const auto& uid : checkedWithoutDuplicates(engine)) {
-        engine.contacts().find(uid)->setObject(false, kContactCheck);
-    }
+    uncheckWithoutDuplicates(engine);
 }
 
 /// "Ann Lee, Ben Lee". Never shortened: these names are shown nowhere else.
