@@ -6,6 +6,7 @@
 #include "review/GroupWarnings.h"
 #include "review/PersonName.h"
 #include "text/Counted.h"
+#include "text/DisplayText.h"
 
 #include <algorithm>
 
@@ -49,7 +50,7 @@ DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings&
     DeletionDoubts doubts{lost.size(), {}, warnings.checkedPeopleWhoShareOnlyEmptyFields()};
     for (std::size_t i = 0; i < std::min(lost.size(), kMaxNames); ++i) {
         const auto name = personName(*engine.contacts().find(lost[i]), cards);
-        doubts.lostNames.push_back(name.empty() ? "no name" : name);
+        doubts.lostNames.push_back(name.empty() ? "no name" : windowText(name));
     }
     return doubts;
 }

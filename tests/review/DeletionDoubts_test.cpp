@@ -48,6 +48,15 @@ TEST_F(DeletionDoubtsTest, AreNoneWhileEveryGroupKeepsACopy)
     EXPECT_FALSE(deletionDoubts(engine_, warnings_).areAny());
 }
 
+TEST_F(DeletionDoubtsTest, NameNobodyInSeveralLines)
+{
+    reviewShows({named("1", "Ann\n\nNobody would be lost.", "Lee"), named("2", "Ben")});
+    check("1", true);
+
+    EXPECT_EQ(deletionDoubts(engine_, warnings_).lostNames,
+              (Names{"Ann  Nobody would be lost. Lee"}));
+}
+
 TEST_F(DeletionDoubtsTest, NameTheFirstFivePeopleWhoWouldBeLost)
 {
     std::vector<FakePerson> people;
