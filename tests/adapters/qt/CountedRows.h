@@ -2,7 +2,6 @@
 
 #include "platform/TableView.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -113,14 +112,18 @@ public:
 
     RowRange rowsTogetherWith(std::size_t row) override
     {
-        const auto isInGroup = [group = rows[row].style.group](const Row& other) {
-            return other.style.group == group;
+        const auto isInGroup = [&](std::size_t other) {
+            return rows[other].style.group == rows[row].style.group;
         };
-        const auto size = std::count_if(rows.begin(), rows.end(), isInGroup);
-        const auto first = std::find_if(rows.begin(), rows.end(), isInGroup) - rows.begin();
-        return showsGroups
-                   ? RowRange{static_cast<std::size_t>(first), static_cast<std::size_t>(size)}
-                   : RowRange{row, 1};
+        auto first = row;
+        auto end = row + 1;
+        while (showsGroups && first > 0 && isInGroup(first - 1)) {
+            --first;
+        }
+        while (showsGroups && end < rows.size() && isInGroup(end)) {
+            ++end;
+        }
+        return {first, end - first};
     }
 
     std::unique_ptr<RowFilter> rowFilter(std::string_view typed) override
