@@ -20,6 +20,7 @@ constexpr char kEnd = '\0';
 
 // The kinds of keys that no property has the name of.
 constexpr std::string_view kListKind = "a list";
+constexpr std::string_view kPhoneEndingKind = "a phone's ending";
 constexpr std::string_view kFormattedName = "FN";
 
 bool isBookkeeping(std::string_view name)
@@ -229,11 +230,15 @@ void CardKeys::addName(const CardProperty& property)
 void CardKeys::addPhone(const CardProperty& property)
 {
     const auto keys = phoneKeys(componentOf(property, 0));
-    for (const auto& key : keys.needs) {
-        needed_.push_back(keyOf(property.name, key));
+    for (const auto& text : keys.texts) {
+        addBoth(property.name, text);
     }
-    for (const auto& key : keys.provides) {
-        provided_.push_back(keyOf(property.name, key));
+    for (const auto& ending : keys.endings) {
+        const auto national = keyOf(kPhoneEndingKind, ending);
+        const auto international = ~national;
+        const bool isNational = keys.kind == PhoneKeys::Kind::National;
+        needed_.push_back(isNational ? international : national);
+        provided_.push_back(isNational ? national : international);
     }
 }
 

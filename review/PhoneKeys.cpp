@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <utility>
 
 namespace dunmora {
 
@@ -102,32 +103,26 @@ PhoneKeys phoneKeys(std::string_view number)
 {
     const auto parsedNumber = parsed(number);
     PhoneKeys keys;
-    const auto addBoth = [&](const std::string& key) {
-        keys.needs.push_back(key);
-        keys.provides.push_back(key);
-    };
     if (!parsedNumber) {
-        addBoth("text " + withFoldedWhiteSpace(number));
+        keys.texts.push_back("text " + withFoldedWhiteSpace(number));
         return keys;
     }
 
     const auto& digits = parsedNumber->digits;
     const auto end = parsedNumber->extension.empty() ? "" : "x" + parsedNumber->extension;
-    addBoth("digits " + digits + end);
+    keys.texts.push_back("digits " + digits + end);
     if (!parsedNumber->hasPlus && !digits.starts_with("00")) {
-        const auto national = digits.substr(digits.starts_with('0') ? 1 : 0);
+        auto national = digits.substr(digits.starts_with('0') ? 1 : 0);
         if (national.size() >= kFewestSharedDigits) {
-            keys.needs.push_back("ending " + national + end);
-            keys.provides.push_back("national " + national + end);
+            keys.endings.push_back(std::move(national) + end);
         }
         return keys;
     }
+    keys.kind = PhoneKeys::Kind::International;
     const auto international = parsedNumber->hasPlus ? digits : digits.substr(2);
-    addBoth("+" + international + end);
+    keys.texts.push_back("+" + international + end);
     for (std::size_t first = 0; first + kFewestSharedDigits <= international.size(); ++first) {
-        const auto ending = international.substr(first) + end;
-        keys.needs.push_back("national " + ending);
-        keys.provides.push_back("ending " + ending);
+        keys.endings.push_back(international.substr(first) + end);
     }
     return keys;
 }

@@ -6,11 +6,16 @@
 
 namespace dunmora {
 
-/// By what a telephone number is recognised in another card. Two numbers are the same when one
-/// needs a key that the other provides.
+/// By what a telephone number is recognised in another card. Two numbers are the same when they
+/// share one of `texts`, or when one is international, the other is national, and they share one of
+/// `endings`.
 struct PhoneKeys {
-    std::vector<std::string> needs;
-    std::vector<std::string> provides;
+    enum class Kind { International, National };
+
+    std::vector<std::string> texts;
+    /// All endings of an international number that are long enough; the one of a national number.
+    std::vector<std::string> endings;
+    Kind kind = Kind::National;
 };
 
 /// The keys of a number. Two numbers are the same when their digits and extensions are equal, or
@@ -18,8 +23,6 @@ struct PhoneKeys {
 /// at least seven. White space and the usual punctuation are ignored; a number with anything else
 /// in it, such as letters or digits of another script, is the same only as the equal text.
 ///
-/// The keys of a pair are found without comparing all pairs: an international number provides each
-/// of its endings, and a national number needs one.
 /// Thread: any. Errors: none.
 PhoneKeys phoneKeys(std::string_view number);
 
