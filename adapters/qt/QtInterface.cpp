@@ -29,7 +29,6 @@
 #include <QUrl>
 
 #include <map>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -55,14 +54,17 @@ private:
     std::map<const Widget*, std::unique_ptr<Outlet>> outlets_;
 };
 
-/// The single local file or folder that is dropped; none for anything else.
-std::optional<std::filesystem::path> droppedPath(const QDropEvent& event)
+/// The local files and folders that are dropped; none if anything else is among them.
+std::vector<std::filesystem::path> droppedPaths(const QDropEvent& event)
 {
-    const auto urls = event.mimeData()->urls();
-    if (urls.size() != 1 || !urls.front().isLocalFile()) {
-        return std::nullopt;
+    std::vector<std::filesystem::path> paths;
+    for (const auto& url : event.mimeData()->urls()) {
+        if (!url.isLocalFile()) {
+            return {};
+        }
+        paths.emplace_back(QFile::encodeName(url.toLocalFile()).toStdString());
     }
-    return std::filesystem::path(QFile::encodeName(urls.front().toLocalFile()).toStdString());
+    return paths;
 }
 
 }  // namespace
@@ -222,26 +224,26 @@ private:
 
     bool handleDrag(QDropEvent& event)
     {
-        const auto path = droppedPath(event);
-        if (!dropHandler_ || !path || !dropCommand_->isUsable()) {
+        auto paths = droppedPaths(event);
+        if (!dropHandler_ || paths.empty() || !dropCommand_->isUsable()) {
             event.ignore();
             return true;
         }
         event.setDropAction(Qt::CopyAction);
         event.accept();
         if (event.type() == QEvent::Drop) {
-            // The program that the file comes from waits until this event is handled.
+            // The program that the files come from waits until this event is handled.
             QMetaObject::invokeMethod(
-                this, [this, dropped = *path] { drop(dropped); }, Qt::QueuedConnection);
+                this, [this, dropped = std::move(paths)] { drop(dropped); }, Qt::QueuedConnection);
         }
         return true;
     }
 
-    void drop(const std::filesystem::path& path) const
+    void drop(const std::vector<std::filesystem::path>& paths) const
     {
         const auto handler = dropHandler_;
         if (handler && dropCommand_->isUsable() && !sessions_.blocks(*widget_)) {
-            handler(path);
+            handler(paths);
         }
     }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QWidget;
 
@@ -23,8 +24,9 @@ class ModalSessions;
 /// stays blank until its next text.
 class QtInterface final : public Interface {
 public:
-    /// Called with a file or folder that the user dropped on the window.
-    using DropHandler = std::function<void(std::filesystem::path)>;
+    /// Called with the files and folders, at least one, that the user dropped on the window
+    /// together.
+    using DropHandler = std::function<void(const std::vector<std::filesystem::path>&)>;
 
     /// `window` has had `applyConventions` applied; `sessions` must outlive the interface.
     QtInterface(std::unique_ptr<QWidget> window, ModalSessions& sessions);
@@ -45,7 +47,7 @@ public:
 
     bool hasCommand(std::string_view name) const;
 
-    /// Accepts a file or folder dropped on the window while this command is usable.
+    /// Accepts files and folders dropped on the window while this command is usable.
     void setDropHandler(std::string_view command, DropHandler handler);
 
 private:

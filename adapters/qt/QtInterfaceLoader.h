@@ -17,7 +17,7 @@ public:
     /// Loads the files from another folder.
     QtInterfaceLoader(ModalSessions& sessions, std::string folder);
 
-    /// Accepts a file or folder dropped on any window loaded from now on that has this command,
+    /// Accepts files and folders dropped on any window loaded from now on that has this command,
     /// while the command is usable.
     void setDropHandler(std::string command, QtInterface::DropHandler handler);
 

@@ -98,6 +98,15 @@ void MainWindow::open(const std::filesystem::path& path)
     openAs(bookName(path), path);
 }
 
+void MainWindow::openDropped(const std::vector<std::filesystem::path>& paths)
+{
+    if (paths.size() > 1) {
+        Settings::MsgBox("One address book is opened at a time. Drop a single file or folder.");
+        return;
+    }
+    open(paths.front());
+}
+
 void MainWindow::openAs(std::string_view name, const std::filesystem::path& path)
 {
     if (select(name, path) && isLaunched_) {

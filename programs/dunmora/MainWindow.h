@@ -16,6 +16,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
@@ -45,11 +46,15 @@ public:
     /// Shows the window.
     void show();
 
-    /// Opens the address book of the command line, or one dropped on the window. It is read at once
-    /// or, before the launch, at the first activation. A path that does not exist or cannot be an
+    /// Opens the address book of the command line. It is read at once or, before the launch, at the
+    /// first activation. A path that does not exist or cannot be an
     /// address book is reported to the user, and the open book stays open. A book that cannot be
     /// read becomes the open book, and loading it reports the error. Does nothing while a job runs.
     void open(const std::filesystem::path& path);
+
+    /// Opens the address book dropped on the window. If several were dropped together, opens none
+    /// and shows a message. `paths` is not empty.
+    void openDropped(const std::vector<std::filesystem::path>& paths);
 
     /// Like `open`, with a name for the title instead of the last component of the path.
     void openAs(std::string_view name, const std::filesystem::path& path);

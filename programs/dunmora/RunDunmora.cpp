@@ -34,6 +34,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 /// Links the icon, which nothing else refers to. The macro must be used outside every namespace.
 static void linkIcon()
@@ -120,8 +121,9 @@ void openFirst(MainWindow& mainWindow, const Options& options)
 
     // Set before the window is shown, so before anything can be dropped on it.
     MainWindow* dropTarget = nullptr;
-    interfaceLoader.setDropHandler(
-        "OnOpen", [&](const std::filesystem::path& path) { dropTarget->open(path); });
+    interfaceLoader.setDropHandler("OnOpen", [&](const std::vector<std::filesystem::path>& paths) {
+        dropTarget->openDropped(paths);
+    });
     MainWindow mainWindow(supervised, platform, openAddressBook, libraries());
     dropTarget = &mainWindow;
     const bool hasSeveral = !severalAddressBooksName().empty();

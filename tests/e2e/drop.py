@@ -1,4 +1,4 @@
-"""Drops a file on a window, as a file manager does (XDND protocol, version 5)."""
+"""Drops files on a window, as a file manager does (XDND protocol, version 5)."""
 
 import Xlib.X
 import Xlib.Xatom
@@ -10,11 +10,11 @@ VERSION = 5
 
 
 class FileDrag:
-    """The drag of one file from a window of this process to another program's."""
+    """The drag of some files from a window of this process to another program's."""
 
-    def __init__(self, screen, path):
+    def __init__(self, screen, *paths):
         self.screen = screen
-        self.content = f"file://{path}\r\n".encode()
+        self.content = "".join(f"file://{path}\r\n" for path in paths).encode()
         self.window = screen.root.create_window(0, 0, 1, 1, 0, Xlib.X.CopyFromParent)
         self.window.set_selection_owner(self.atom("XdndSelection"), Xlib.X.CurrentTime)
 
@@ -22,7 +22,7 @@ class FileDrag:
         return self.screen.atom(name)
 
     def drop(self, target):
-        """Drops the file in the middle of an XWindow; returns whether the window accepted it."""
+        """Drops the files in the middle of an XWindow; returns whether the window accepted it."""
         x, y, width, height = target.extents
         x, y = x + width // 2, y + height // 2
         self.screen.move(x, y)
@@ -42,19 +42,19 @@ class FileDrag:
         self.screen.display.sync()
 
     def receive(self, message):
-        """Waits for this message from the target; until then sends it the file's name when it requests that."""
+        """Waits for this message from the target; until then sends it the files' names when it requests them."""
         def received():
             while self.screen.display.pending_events():
                 event = self.screen.display.next_event()
                 if event.type == Xlib.X.SelectionRequest:
-                    self.send_name(event)
+                    self.send_names(event)
                 elif event.type == Xlib.X.ClientMessage and event.client_type == self.atom(message):
                     return event.data[1]
             return None
 
         return wait_for(received, message)
 
-    def send_name(self, request):
+    def send_names(self, request):
         request.requestor.change_property(request.property, request.target, 8, self.content)
         request.requestor.send_event(Xlib.protocol.event.SelectionNotify(
             time=request.time, requestor=request.requestor, selection=request.selection, target=request.target,

@@ -6,7 +6,8 @@ import pathlib
 import windowcase
 from bigbook import big_book
 from drop import FileDrag
-from dunmora import CONFIRMATION, DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK, NO_FIELD, is_alert, texts_of
+from dunmora import (CONFIRMATION, DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK, NO_FIELD, SEVERAL_BOOKS, is_alert,
+                     texts_of)
 from dunmoracase import (ANN_1, ANN_2, ANNS, BEN, BOOK, BROKEN, CARL_1, CARL_2, CARLS, DORA_1, DORA_2, JUNK, NOBODY_1,
                          NOBODY_2, DunmoraCase)
 
@@ -530,6 +531,17 @@ class DropTest(DunmoraCase):
 
         dunmora.total("2 duplicates of 2")
         self.assertIn("other.vcf", main.name)
+
+    def test_opens_none_of_several_books_that_are_dropped_together(self):
+        other = self.books / "other.vcf"
+        other.write_bytes(DORA_1 + DORA_2)
+        dunmora = self.start_searched()
+
+        self.assertTrue(FileDrag(dunmora.screen, other, self.book).drop(dunmora.x_window(dunmora.main)))
+        dunmora.press(dunmora.alert(SEVERAL_BOOKS), "enter")
+
+        dunmora.wait_for_main_alone()
+        self.assertEqual(dunmora.names(), ANNS + CARLS)
 
     def test_accepts_no_book_while_it_asks(self):
         dunmora = self.start(self.book)

@@ -506,27 +506,31 @@ bool drop(QWidget& window, const QList<QUrl>& urls)
     return enter.isAccepted() && event.isAccepted();
 }
 
-TEST_F(QtInterfaceTest, AcceptsOneDroppedFileWhileTheCommandIsUsable)
+TEST_F(QtInterfaceTest, AcceptsDroppedFilesWhileTheCommandIsUsable)
 {
     const auto interface = load("MainWindow");
     interface->window().show();
     auto& window = shownWindow(QStringLiteral("MainWindow"));
-    std::vector<std::filesystem::path> dropped;
-    interface->setDropHandler("OnOpen",
-                              [&](const std::filesystem::path& path) { dropped.push_back(path); });
+    std::vector<std::vector<std::filesystem::path>> dropped;
+    interface->setDropHandler("OnOpen", [&](const std::vector<std::filesystem::path>& paths) {
+        dropped.push_back(paths);
+    });
     const auto book = QUrl::fromLocalFile(QStringLiteral("/books/M\u00fcller & Co.vcf"));
 
     EXPECT_FALSE(drop(window, {book}));
 
     interface->command("OnOpen").setHandler([](View* /*sender*/) {});
     EXPECT_TRUE(drop(window, {book}));
-    EXPECT_FALSE(drop(window, {book, book}));
+    EXPECT_TRUE(drop(window, {book, QUrl::fromLocalFile(QStringLiteral("/cards"))}));
+    EXPECT_FALSE(drop(window, {}));
     EXPECT_FALSE(drop(window, {QUrl(QStringLiteral("http://example.com/a.vcf"))}));
+    EXPECT_FALSE(drop(window, {book, QUrl(QStringLiteral("http://example.com/a.vcf"))}));
 
     interface->command("OnOpen").setEnabled(false);
     EXPECT_FALSE(drop(window, {book}));
 
-    EXPECT_EQ(dropped, std::vector<std::filesystem::path>{"/books/M\xc3\xbcller & Co.vcf"});
+    const std::filesystem::path path = "/books/M\xc3\xbcller & Co.vcf";
+    EXPECT_EQ(dropped, (std::vector<std::vector<std::filesystem::path>>{{path}, {path, "/cards"}}));
 }
 
 TEST_F(QtInterfaceTest, IgnoresAFileDroppedJustBeforeAJobOrASession)
@@ -537,7 +541,8 @@ TEST_F(QtInterfaceTest, IgnoresAFileDroppedJustBeforeAJobOrASession)
     auto& window = shownWindow(QStringLiteral("MainWindow"));
     int drops = 0;
     main->command("OnOpen").setHandler([](View* /*sender*/) {});
-    main->setDropHandler("OnOpen", [&](const std::filesystem::path& /*path*/) { ++drops; });
+    main->setDropHandler("OnOpen",
+                         [&](const std::vector<std::filesystem::path>& /*paths*/) { ++drops; });
     const auto letGo = [&window] {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(QStringLiteral("/book.vcf"))});
@@ -571,7 +576,8 @@ TEST_F(QtInterfaceTest, AcceptsNothingDroppedDuringASession)
     auto& window = shownWindow(QStringLiteral("MainWindow"));
     int drops = 0;
     main->command("OnOpen").setHandler([](View* /*sender*/) {});
-    main->setDropHandler("OnOpen", [&](const std::filesystem::path& /*path*/) { ++drops; });
+    main->setDropHandler("OnOpen",
+                         [&](const std::vector<std::filesystem::path>& /*paths*/) { ++drops; });
 
     soon([&] {
         EXPECT_FALSE(drop(window, {QUrl::fromLocalFile(QStringLiteral("/book.vcf"))}));

@@ -248,6 +248,36 @@ TEST_F(MainWindowTest, OpensTheBookThatTheUserChooses)
     EXPECT_EQ(table().rows, 2U);
 }
 
+TEST_F(MainWindowTest, OpensTheBookThatIsDroppedOnIt)
+{
+    const auto other = folder_.path() / "other.vcf";
+    write(other, "");
+    start(file_);
+
+    window_->openDropped({other});
+    application_.runUntilIdle();
+
+    EXPECT_EQ(opened_, (Paths{file_, other}));
+    EXPECT_EQ(title(), "other.vcf – Dunmora");
+    EXPECT_TRUE(alerts().empty());
+}
+
+TEST_F(MainWindowTest, OpensNoneOfSeveralBooksDroppedTogether)
+{
+    const auto other = folder_.path() / "other.vcf";
+    write(other, "");
+    start(file_);
+
+    window_->openDropped({other, folder_.path()});
+    application_.runUntilIdle();
+
+    EXPECT_EQ(opened_, Paths{file_});
+    EXPECT_EQ(title(), "address-book.vcf – Dunmora");
+    EXPECT_EQ(table().rows, 2U);
+    EXPECT_EQ(alerts(),
+              Lines{"One address book is opened at a time. Drop a single file or folder."});
+}
+
 TEST_F(MainWindowTest, OpensTheAddressBookOfTheSystem)
 {
     makeWindow();
