@@ -39,7 +39,7 @@ void EmptyPage::show(Emptiness emptiness)
                  Offer::AnotherBook);
         break;
     case Emptiness::NoDuplicates:
-        setTexts("No duplicates found", "Choose Reload to compare other fields.",
+        setTexts("No duplicates found", "Choose Edit > Match Fields… to compare other fields.",
                  Offer::AnotherBook);
         break;
     case Emptiness::NoneLeft:

@@ -45,6 +45,7 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
         return &command;
     };
     startCommands_ = {connect("OnReload", &ReviewController::OnReload),
+                      connect("OnMatchFields", &ReviewController::OnReload),
                       connect("OnOpen", &ReviewController::OnOpen)};
     rowCommands_ = {connect("OnDelete", &ReviewController::OnDelete),
                     connect("OnFilter", &ReviewController::OnFilter)};

@@ -154,6 +154,17 @@ class MatchFieldsTest(DunmoraCase):
         self.assertEqual(self.states(dunmora.dialog),
                          {name: name in (*DEFAULT_FIELDS, MOBILE_FIELD) for name in FIELDS})
 
+    def test_asks_again_by_menu(self):
+        dunmora = self.start_searched()
+
+        dunmora.choose("Edit", "Match Fields…")
+        dialog = dunmora.dialog
+        dunmora.click(dialog.find("check box", MOBILE_FIELD))
+        dunmora.search()
+
+        dunmora.label("No duplicates found")
+        dunmora.total("0 duplicates of 5")
+
     def test_asks_for_at_least_one_field(self):
         dunmora = self.start(self.book)
         dialog = dunmora.dialog

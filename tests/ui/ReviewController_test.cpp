@@ -196,6 +196,21 @@ TEST_F(ReviewControllerTest, SaysThatItWorksAndDisablesTheCommands)
     EXPECT_EQ(titleOf("btnLastCopies"), "");
 }
 
+TEST_F(ReviewControllerTest, ReloadsByMatchFieldsToo)
+{
+    searchIn({person("1", "Ann"), person("2", "Ann"), person("3", "Ann")});
+    toggle({1});
+    ASSERT_EQ(marks(), "--x");
+
+    main_.command("OnMatchFields").use();
+    EXPECT_EQ(contacts_.numberOfRows(), 0U);
+    EXPECT_TRUE(areEnabled({"OnReload", "OnMatchFields"}, false));
+    finishJobs();
+
+    EXPECT_EQ(marks(), "--x");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnMatchFields"}, true));
+}
+
 TEST_F(ReviewControllerTest, ShowsTheTableWhenThereAreDuplicates)
 {
     searchIn({person("1", "Ann"), person("2", "Ann")});
@@ -211,8 +226,9 @@ TEST_F(ReviewControllerTest, SaysThatNoDuplicatesWereFound)
 {
     searchIn({person("1", "Ann"), person("2", "Ben")});
 
-    EXPECT_EQ(emptiness(), "No duplicates found | Choose Reload to compare other fields. | Open");
-    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen"}, true));
+    EXPECT_EQ(emptiness(), "No duplicates found | "
+                           "Choose Edit > Match Fields… to compare other fields. | Open");
+    EXPECT_TRUE(areEnabled({"OnReload", "OnMatchFields", "OnOpen"}, true));
     EXPECT_TRUE(areEnabled({"OnDelete", "OnFilter"}, false));
     EXPECT_TRUE(showsTotal());
 }
