@@ -27,7 +27,8 @@ void EmptyPage::show(Emptiness emptiness)
                  Offer::AnotherBook);
         break;
     case Emptiness::Working:
-        setTexts("Looking for duplicates…", "This may take a moment.", Offer::Nothing);
+        // The progress window says the rest.
+        setTexts("Looking for duplicates…", "", Offer::Nothing);
         break;
     case Emptiness::NoBook:
         setTexts("No address book is open",
@@ -80,6 +81,7 @@ void EmptyPage::setTexts(std::string_view title, std::string_view hint, Offer of
 {
     txtEmptyTitle_->setStringValue(title);
     txtEmptyHint_->setStringValue(hint);
+    txtEmptyHint_->setHidden(hint.empty());
     btnEmptyOpen_->setHidden(offer == Offer::Nothing);
 }
 

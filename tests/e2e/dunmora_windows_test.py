@@ -23,6 +23,8 @@ class StartTest(DunmoraCase):
         dunmora.wait_for(lambda: 0 < bar.value < bar.maximum, "movement of the bar")
         stack = [window for window in dunmora.screen.windows if window.process_id == dunmora.process.pid]
         self.assertEqual(text, ["Loading Contacts..."])
+        # Only the progress window says that it takes time.
+        self.assertEqual(texts_of(main), ["Looking for duplicates…"])
         self.assertEqual(stack, [dunmora.x_window(main), dunmora.x_window(progress)])
         # It never takes the focus from the main window.
         dunmora.wait_until_active(main)
