@@ -13,8 +13,7 @@ EmptyPage::EmptyPage(Interface& mainInterface)
       txtEmptyHint_(&mainInterface.textField("txtEmptyHint")),
       btnEmptyOpen_(&mainInterface.button("btnEmptyOpen")),
       vwReview_(&mainInterface.view("vwReview")),
-      tableContacts_(&mainInterface.tableView("tableContacts")),
-      txtTotal_(&mainInterface.textField("txtTotal"))
+      tableContacts_(&mainInterface.tableView("tableContacts"))
 {
 }
 
@@ -60,10 +59,6 @@ void EmptyPage::show(Emptiness emptiness)
         setTexts("The search failed", "Choose Reload to try again.", Offer::Nothing);
         break;
     }
-    const bool wasSearched = emptiness == Emptiness::NoPeople ||
-                             emptiness == Emptiness::NoDuplicates ||
-                             emptiness == Emptiness::NoneLeft;
-    txtTotal_->setHidden(!wasSearched);
     tableContacts_->setHidden(true);
     vwReview_->setHidden(true);
     vwEmpty_->setHidden(false);
@@ -74,7 +69,6 @@ void EmptyPage::hide()
     vwEmpty_->setHidden(true);
     vwReview_->setHidden(false);
     tableContacts_->setHidden(false);
-    txtTotal_->setHidden(false);
 }
 
 void EmptyPage::setTexts(std::string_view title, std::string_view hint, Offer offer)

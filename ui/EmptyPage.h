@@ -32,10 +32,9 @@ public:
     /// Finds its outlets in the main interface, which must outlive the page.
     explicit EmptyPage(Interface& mainInterface);
 
-    /// Shows the page instead of the table. The total stays visible only when it belongs to the
-    /// last search.
+    /// Shows the page instead of the table.
     void show(Emptiness emptiness);
-    /// Shows the table and the total again.
+    /// Shows the table again.
     void hide();
 
 private:
@@ -49,7 +48,6 @@ private:
     Button* btnEmptyOpen_;
     View* vwReview_;
     TableView* tableContacts_;
-    TextField* txtTotal_;
 };
 
 }  // namespace dunmora

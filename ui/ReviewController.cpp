@@ -10,6 +10,7 @@
 #include "platform/Desktop.h"
 #include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
+#include "platform/TextField.h"
 #include "review/DeletionDoubts.h"
 #include "review/ReviewTexts.h"
 #include "ui/ContactsController.h"
@@ -30,6 +31,7 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
       btnEmptyFields_(&mainInterface.button("btnEmptyFields")),
       needsLook_(&mainInterface.command("OnNeedsLook")),
       btnAllRows_(&mainInterface.button("btnAllRows")),
+      txtTotal_(&mainInterface.textField("txtTotal")),
       cards_(mainInterface, warnings_),
       marks_(
           mainInterface, warnings_,
@@ -77,6 +79,7 @@ void ReviewController::setBookIsOpen(bool isOpen)
     // What is known of its rows belongs to the previous book.
     cards_.clear(CardReview::Details::Clear);
     marks_.forgetMarks();
+    txtTotal_->setStringValue("");
     showRows();
 }
 

@@ -23,6 +23,7 @@ class Button;
 class Command;
 class ContactsController;
 class Interface;
+class TextField;
 class View;
 struct Notification;
 
@@ -134,6 +135,7 @@ private:
     Button* btnEmptyFields_;
     Command* needsLook_;
     Button* btnAllRows_;
+    TextField* txtTotal_;
     CardReview cards_;
     MarkCommands marks_;
     CheckedCount checkedCount_;

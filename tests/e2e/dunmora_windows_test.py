@@ -201,6 +201,19 @@ class MatchFieldsTest(DunmoraCase):
                 dunmora.kill()
         self.assert_book(BOOK)
 
+    def test_keeps_the_total_line_until_the_next_search_has_ended(self):
+        dunmora = self.start_searched()
+        dunmora.total("4 duplicates of 5")
+
+        dunmora.click(dunmora.button("Reload"))
+        dialog = dunmora.dialog
+        self.assertEqual(texts_of(dunmora.main), ["Looking for duplicates…", "4 duplicates of 5"])
+        dunmora.press(dialog, "escape")
+
+        dunmora.wait_for_main_alone()
+        dunmora.label("The search was cancelled")
+        dunmora.total("4 duplicates of 5")
+
     def test_blocks_the_main_window_while_it_asks(self):
         dunmora = self.start(self.book)
         main, dialog = dunmora.main, dunmora.dialog
