@@ -75,6 +75,13 @@ void awaitStatus(const std::string& book,
     }
 }
 
+/// Returns when everybody can see the status; the library only sends it.
+void report(const std::string& book, ESourceConnectionStatus reported)
+{
+    e_source_set_connection_status(sourceOf(book).get(), reported);
+    awaitStatus(book, [&](auto status) { return status == reported; });
+}
+
 }  // namespace
 
 class OtherClient::Connection final {
@@ -214,12 +221,23 @@ void OtherClient::refresh(const std::string& book)
 
 void OtherClient::loseServer(const std::string& book)
 {
-    e_source_set_connection_status(sourceOf(book).get(), E_SOURCE_CONNECTION_STATUS_DISCONNECTED);
+    report(book, E_SOURCE_CONNECTION_STATUS_DISCONNECTED);
+}
+
+void OtherClient::keepLosingServer(const std::string& book, const std::atomic<bool>& isDone)
+{
+    const auto source = sourceOf(book);
+    // The library sends changes only.
+    for (bool isOdd = false; !isDone; isOdd = !isOdd) {
+        e_source_set_connection_status(source.get(), isOdd ? E_SOURCE_CONNECTION_STATUS_DISCONNECTED
+                                                           : E_SOURCE_CONNECTION_STATUS_SSL_FAILED);
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
 }
 
 void OtherClient::claimServer(const std::string& book)
 {
-    e_source_set_connection_status(sourceOf(book).get(), E_SOURCE_CONNECTION_STATUS_CONNECTED);
+    report(book, E_SOURCE_CONNECTION_STATUS_CONNECTED);
 }
 
 void OtherClient::add(const std::string& book, const std::vector<std::string>& cards)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -41,6 +42,9 @@ public:
     /// Makes the service report that it has lost a book's server, as it does when the network goes
     /// down.
     static void loseServer(const std::string& book);
+    /// The same again and again, because an answer of the server makes the service report that it
+    /// is connected.
+    static void keepLosingServer(const std::string& book, const std::atomic<bool>& isDone);
     /// Makes the service report that it is connected to a book's server, as it does after the
     /// process that was connected is killed.
     static void claimServer(const std::string& book);
