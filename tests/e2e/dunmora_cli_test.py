@@ -79,11 +79,11 @@ class EndToEnd(unittest.TestCase):
         self.assertEqual(code, 0)
         return json.loads(out)
 
-    def run_on_terminal(self, *arguments, answer=None, stdout=None):
-        """Runs the program on a new terminal and types the answer to its question. Returns the exit code and
+    def run_on_terminal(self, *arguments, answer=None, stdout=None, command=None):
+        """Runs the program, or a command, on a new terminal and types the answer to its question. Returns the exit code and
         everything that the terminal showed."""
         master, slave = pty.openpty()
-        with subprocess.Popen([PROGRAM, *map(str, arguments)], stdin=slave, stdout=stdout or slave, stderr=slave,
+        with subprocess.Popen(command or [PROGRAM, *map(str, arguments)], stdin=slave, stdout=stdout or slave, stderr=slave,
                               env=self.environment, start_new_session=True, preexec_fn=own_terminal) as process:
             os.close(slave)
             try:
@@ -416,6 +416,28 @@ class FieldsTest(EndToEnd):
         self.assertTrue(err.endswith("dunmora-cli: The match fields could not be stored.\n"), err)
 
 
+class ExamplesTest(EndToEnd):
+    def test_run_as_they_are_in_the_help(self):
+        """Every example runs in a folder with the files that it names; the desktop's books may be missing."""
+        self.environment["PATH"] = os.pathsep.join([os.path.dirname(PROGRAM), os.environ["PATH"]])
+        contacts = self.folder / "contacts.vcf"
+        for command in ("list", "delete", "restore", "show", "diff", "fields", "books", "help"):
+            code, out, _ = self.run_program("help", command)
+            self.assertEqual(code, 0)
+            examples = out.rpartition("\nExamples:\n")[2].splitlines()
+            self.assertEqual(len(examples), 2, out)
+            for example in examples:
+                for file in self.folder.glob("*.vcf"):
+                    file.unlink()
+                contacts.write_bytes(BOOK)
+                if command == "restore":
+                    contacts.write_bytes(BOOK_WITHOUT_ANN_2)
+                    (self.folder / "removed.vcf").write_bytes(ANN_2)
+                code, shown = self.run_on_terminal(command=["sh", "-c", f"cd '{self.folder}' && {example}"],
+                                                   answer=b"y\n")
+                self.assertIn(code, (0, 1) if command == "books" else (0,), f"{example}: {shown}")
+
+
 class UsageErrorTest(EndToEnd):
     def test_is_reported_in_one_line(self):
         for arguments in (["tidy"], ["list"], ["list", self.book, "--format", "xml"], ["list", self.book, "more"],
@@ -439,6 +461,14 @@ class UsageErrorTest(EndToEnd):
 
         self.assertEqual((code, out), (2, ""))
         self.assertTrue(err.startswith("Usage:\n"))
+
+    def test_blames_the_word_that_is_wrong(self):
+        self.assertEqual(self.run_program("lst", self.book),
+                         (2, "", "dunmora-cli: There is no command “lst”. Did you mean “list”? "
+                          "See: dunmora-cli help\n"))
+        self.assertEqual(self.run_program("list", "--formt", "json", self.book),
+                         (2, "", "dunmora-cli: list has no option “--formt”. Did you mean “--format”? "
+                          "See: dunmora-cli help list\n"))
 
     def test_does_not_count_help_or_version_as_an_error(self):
         for command in ([], ["list"], ["delete"], ["fields"]):

@@ -1,9 +1,42 @@
+#include "programs/dunmora-cli/CommandLine.h"
 #include "tests/programs/dunmora-cli/CliTest.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace dunmora::test {
 namespace {
+
+const std::vector<std::string> kCommands{"list", "delete", "restore", "show",
+                                         "diff", "fields", "books",   "help"};
+
+/// The lines after the last title of a help.
+std::vector<std::string> examplesIn(const std::string& help)
+{
+    const std::string kTitle = "\nExamples:\n";
+    const auto title = help.rfind(kTitle);
+    EXPECT_NE(title, std::string::npos) << help;
+    std::istringstream lines(help.substr(title + kTitle.size()));
+    std::vector<std::string> examples;
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_TRUE(line.starts_with("  ")) << line;
+        examples.push_back(line.substr(2));
+    }
+    return examples;
+}
+
+/// The words of a command for a shell without the first one and without redirections.
+std::vector<std::string> argumentsOf(const std::string& command)
+{
+    std::istringstream words(command.substr(0, command.find(" < ")));
+    std::vector<std::string> arguments;
+    std::string word;
+    words >> word;
+    while (words >> word) {
+        arguments.push_back(word);
+    }
+    return arguments;
+}
 
 class CommandLineTest : public CliTest {
 protected:
@@ -105,6 +138,99 @@ TEST_F(CommandLineTest, RefusesUnknownArguments)
     expectWrongUse({"list", ""}, "empty");
     expectWrongUse({"delete", "book.vcf", "--yes", "--backup="}, "backup");
     expectWrongUse({"fields", "home", "work"}, "work");
+}
+
+TEST_F(CommandLineTest, SuggestsTheCommandThatWasProbablyMeant)
+{
+    for (const auto& [typed, meant] :
+         std::vector<std::pair<std::string, std::string>>{{"lst", "list"},
+                                                          {"lsit", "list"},
+                                                          {"LIST", "list"},
+                                                          {"delte", "delete"},
+                                                          {"hlp", "help"},
+                                                          {"bookss", "books"}}) {
+        std::string text = "There is no command “";
+        text += typed;
+        text += "”. Did you mean “";
+        text += meant;
+        text += "”? See: dunmora-cli help\n";
+        expectWrongUse({typed, "book.vcf"}, text);
+    }
+    expectWrongUse({"lst", "show", "book.vcf", "ann"}, "There is no command “lst”");
+    expectWrongUse({"lst", "--help"}, "There is no command “lst”");
+}
+
+TEST_F(CommandLineTest, NamesTheCommandsWhenNoneIsNear)
+{
+    expectWrongUse({"tidy"}, "There is no command “tidy”. A command is needed: list, delete, "
+                             "restore, show, diff, fields, books or help. See: dunmora-cli help\n");
+    expectWrongUse({""}, "There is no command “”. A command is needed");
+}
+
+TEST_F(CommandLineTest, BlamesTheUnknownOptionAndNotWhatFollowsIt)
+{
+    const std::string kText =
+        "list has no option “--formt”. Did you mean “--format”? See: dunmora-cli help list\n";
+    expectWrongUse({"list", "--formt", "json", "one.vcf"}, kText);
+    expectWrongUse({"list", "one.vcf", "--formt=json"}, kText);
+    expectWrongUse({"list", "one.vcf", "--match", "home", "--formt", "json"}, kText);
+    expectWrongUse({"list", "--formt"}, kText);
+    expectWrongUse(
+        {"--formt", "json", "one.vcf"},
+        "There is no option “--formt”. Did you mean “--format”? See: dunmora-cli help\n");
+    expectWrongUse({"delete", "one.vcf", "-backup", "new.vcf"},
+                   "delete has no option “-backup”. Did you mean “--backup”?");
+    expectWrongUse({"list", "one.vcf", "--colour"},
+                   "list has no option “--colour”. See: dunmora-cli help list\n");
+}
+
+TEST_F(CommandLineTest, TakesTheValueOfAnOptionForNoOption)
+{
+    expectWrongUse({"delete", "one.vcf", "--check", "--odd", "two.vcf"}, "not expected: two.vcf");
+    expectWrongUse({"list", "one.vcf", "--", "--three"}, "not expected: --three");
+}
+
+TEST_F(CommandLineTest, NamesTheHelpOfTheCommand)
+{
+    expectWrongUse({"list"}, "ADDRESS-BOOK is required. See: dunmora-cli help list\n");
+    expectWrongUse({"--yes", "delete"}, "A command is needed before “--yes”: list, delete,");
+}
+
+TEST_F(CommandLineTest, PrintsTheHelpOfACommandByItsName)
+{
+    for (const auto& command : kCommands) {
+        EXPECT_EQ(run({command, "--help"}), 0) << command;
+        const auto help = out();
+        EXPECT_EQ(run({"help", command}), 0) << command;
+        EXPECT_EQ(out(), help);
+        EXPECT_EQ(err(), "");
+    }
+
+    run({"--help"});
+    const auto help = out();
+    EXPECT_EQ(run({"help"}), 0);
+    EXPECT_EQ(out(), help);
+}
+
+TEST_F(CommandLineTest, HasNoHelpForAnUnknownCommand)
+{
+    expectWrongUse({"help", "nonsense"}, "There is no command “nonsense”. A command is needed");
+    expectWrongUse({"help", "lst"}, "Did you mean “list”?");
+    expectWrongUse({"help", "list", "show"}, "show");
+}
+
+TEST_F(CommandLineTest, EndsTheHelpOfEachCommandWithTwoExamples)
+{
+    for (const auto& command : kCommands) {
+        run({"help", command});
+
+        const auto examples = examplesIn(out());
+        ASSERT_EQ(examples.size(), 2U) << out();
+        for (const auto& example : examples) {
+            EXPECT_TRUE(example.starts_with("dunmora-cli " + command)) << example;
+            EXPECT_NO_THROW(parseCommandLine(argumentsOf(example), "", "")) << example;
+        }
+    }
 }
 
 TEST_F(CommandLineTest, ShowsNoControlCharacterOfAWrongArgument)
