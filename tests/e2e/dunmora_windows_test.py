@@ -278,6 +278,17 @@ class ReviewTest(DunmoraCase):
         dunmora.choose("Edit", "Uncheck Selected")
         dunmora.wait_for_marks(False, False, False, False)
 
+    def test_marks_by_shortcuts(self):
+        dunmora = self.start_searched()
+        dunmora.select_all()
+
+        dunmora.press(dunmora.main, "ctrl+t")
+        dunmora.wait_for_marks(True, True, True, True)
+        dunmora.press(dunmora.main, "ctrl+shift+o")
+        dunmora.wait_for_marks(False, True, False, True)
+        dunmora.press(dunmora.main, "ctrl+shift+t")
+        dunmora.wait_for_marks(False, False, False, False)
+
     def test_does_not_delete_when_nothing_is_checked(self):
         dunmora = self.start_searched()
 

@@ -97,7 +97,6 @@ private:
 };
 
 using ControllersTest = QtTest;
-using MainWindowTest = QtTest;
 
 void fulfil(Interface& interface, const Request& request)
 {
@@ -237,7 +236,47 @@ INSTANTIATE_TEST_SUITE_P(All, InterfaceFilesTest,
                          testing::Values("FilterWindow", "MainWindow", "ProgressWindow",
                                          "UpdateWindow"));
 
+/// Keys with a meaning of their own in text fields, input methods, dialogs or desktops, on any
+/// platform.
+constexpr auto kTakenKeys =
+    "Ctrl+A Ctrl+C Ctrl+D Ctrl+E Ctrl+H Ctrl+M Ctrl+N Ctrl+P Ctrl+S Ctrl+U Ctrl+V Ctrl+X Ctrl+Y "
+    "Ctrl+Shift+A Ctrl+Shift+E Ctrl+Shift+S Ctrl+Shift+U Space Shift+Space Ctrl+Space Del "
+    "Shift+Del Ctrl+Backspace Ctrl+Left Ctrl+Right Ctrl+Home Ctrl+End Ctrl+Ins Shift+Ins Tab "
+    "Ctrl+Tab F1 F10 Shift+F10 Alt+F4 Alt+Left Alt+Right Return Ctrl+Return Esc";
+
+TEST_P(InterfaceFilesTest, UsesEachShortcutOnceAndNoneThatIsTaken)
+{
+    auto& window = show();
+
+    const auto taken = QString::fromLatin1(kTakenKeys).split(QLatin1Char(' '));
+    QStringList used;
+    for (const auto* const action : window.findChildren<QAction*>()) {
+        SCOPED_TRACE(action->objectName().toStdString());
+        const bool hasItsUsualMeaning = action->property("standardKey").isValid();
+        for (const auto& shortcut : action->shortcuts()) {
+            const auto keys = shortcut.toString(QKeySequence::PortableText);
+            EXPECT_FALSE(used.contains(keys)) << keys.toStdString();
+            EXPECT_TRUE(hasItsUsualMeaning || !taken.contains(keys)) << keys.toStdString();
+            // Desktops use this combination for themselves.
+            EXPECT_FALSE(keys.startsWith(QStringLiteral("Ctrl+Alt+"))) << keys.toStdString();
+            used.push_back(keys);
+        }
+    }
+}
+
 using MainWindowTest = QtTest;
+
+TEST_F(MainWindowTest, GivesTheCommandsOfAReviewShortcuts)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+
+    for (const char* const name : {"OnCheckSelected", "OnUncheckSelected", "OnKeepOneOfEach",
+                                   "OnKeepOnly", "OnKeepAll", "OnDelete", "OnFilter"}) {
+        EXPECT_FALSE(widgetIn<QAction>(window, name).shortcut().isEmpty()) << name;
+    }
+}
 
 TEST_F(MainWindowTest, GivesTheTableThePlaceOfTheEmptyView)
 {
