@@ -11,6 +11,8 @@ enum class ExitCode {
     /// The address book could not be read or saved, or the deletion was refused.
     Failed = 1,
     WrongUse = 2,
+    /// There are duplicates, and the user wants that to count as a failure.
+    Found = 3,
 };
 
 /// An error that ends a command: one line for the user, and the exit code.

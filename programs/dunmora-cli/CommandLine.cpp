@@ -7,7 +7,8 @@ namespace dunmora {
 
 const std::string_view kUsage =
     "Usage:\n"
-    "  dunmora-cli list   ADDRESS-BOOK [--match FIELDS] [--format table|json|csv] [--quiet]\n"
+    "  dunmora-cli list   ADDRESS-BOOK [--match FIELDS] [--format table|json|csv]\n"
+    "                     [--fail-if-found] [--quiet]\n"
     "  dunmora-cli delete ADDRESS-BOOK [--match FIELDS] [--check UID]... [--uncheck UID]...\n"
     "                     [--keep-one] [--dry-run] [--yes] [--backup FILE] [--allow-last-copy]\n"
     "                     [--allow-blank-match] [--format table|json] [--quiet]\n"
@@ -86,7 +87,7 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
         return PrintRequest{std::string(call.what()) + '\n'};
     }
     if (parser.isCommand("list")) {
-        return ListRequest{bookRequest(parser)};
+        return ListRequest{bookRequest(parser), parser.failIfFound};
     }
     if (parser.isCommand("delete")) {
         return deleteRequest(parser);

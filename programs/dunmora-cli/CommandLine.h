@@ -25,6 +25,7 @@ struct BookRequest {
 /// `dunmora-cli list`
 struct ListRequest {
     BookRequest book;
+    bool failIfFound = false;
 };
 
 /// `dunmora-cli delete`

@@ -13,7 +13,8 @@ namespace {
 
 constexpr auto kExitCodes =
     "Exit status: 0 success; 1 the address book could not be read or saved, somebody could not be "
-    "restored, or the command was refused or declined; 2 usage error.";
+    "restored, or the command was refused or declined; 2 usage error; 3 list --fail-if-found "
+    "found duplicates.";
 
 /// What `--format` accepts; only a review can be CSV.
 constexpr std::array kFormats{OutputFormat::Table, OutputFormat::Json};
@@ -63,6 +64,8 @@ CommandParser::CommandParser(const std::string& version, const std::string& syst
                             "  dunmora-cli list contacts.vcf\n"
                             "  dunmora-cli list contacts.vcf --match lastname,mobile --format csv");
     addBookOptions(list, kReviewFormats, systemBookHelp);
+    list.add_flag("--fail-if-found", failIfFound,
+                  "Exit with status 3 when there are duplicates, after printing them");
     auto& deletionCommand = addCommand("delete", "Deletes the checked duplicates", version,
                                        "  dunmora-cli delete contacts.vcf --dry-run\n"
                                        "  dunmora-cli delete contacts.vcf --backup removed.vcf");

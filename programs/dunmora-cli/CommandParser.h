@@ -41,6 +41,7 @@ public:
     // A value is used only when its option was given.
 
     BookRequest book;
+    bool failIfFound = false;
     DeleteRequest deletion;
     RestoreRequest restoration;
     std::vector<std::string> uids;

@@ -88,7 +88,7 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     if (!request.book.quiet) {
         warn(engine, cards, request.book, environment);
     }
-    return ExitCode::Done;
+    return request.failIfFound && !groups.empty() ? ExitCode::Found : ExitCode::Done;
 }
 
 }  // namespace dunmora

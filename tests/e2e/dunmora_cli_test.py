@@ -12,6 +12,7 @@ import json
 import os
 import pathlib
 import pty
+import re
 import select
 import shutil
 import signal
@@ -25,7 +26,9 @@ import unittest
 from cards import card
 
 PROGRAM = ""
-SAMPLE = pathlib.Path(__file__).parents[2] / "samples" / "address-book.vcf"
+ROOT = pathlib.Path(__file__).parents[2]
+SAMPLE = ROOT / "samples" / "address-book.vcf"
+README = ROOT / "README.md"
 SECONDS = 20
 QUESTION = (
     "Confirm to delete\r\n"
@@ -193,6 +196,11 @@ class ListTest(EndToEnd):
         self.addCleanup(os.close, writer)
 
         self.assertEqual(self.run_program("list", self.book, stdout=writer), (1, "", NO_OUTPUT))
+
+    def test_fails_when_it_finds_duplicates_and_that_is_asked_for(self):
+        self.assertEqual(self.run_program("list", self.book, "--fail-if-found")[0], 3)
+        self.book.write_bytes(BOOK_WITHOUT_ANN_2)
+        self.assertEqual(self.run_program("list", self.book, "--fail-if-found"), (0, "0 duplicates of 2\n", ""))
 
     def test_lists_the_sample(self):
         review = self.listed(SAMPLE)
@@ -416,12 +424,35 @@ class FieldsTest(EndToEnd):
         self.assertTrue(err.endswith("dunmora-cli: The match fields could not be stored.\n"), err)
 
 
-class ExamplesTest(EndToEnd):
-    def test_run_as_they_are_in_the_help(self):
-        """Every example runs in a folder with the files that it names; the desktop's books may be missing."""
+COMMANDS = ("list", "delete", "restore", "show", "diff", "fields", "books", "help")
+
+
+def options_in_readme():
+    """Returns the pairs of command and option in the table of the README."""
+    pairs = set()
+    for line in README.read_text().partition("| option | commands |")[2].partition("\n\n")[0].splitlines()[2:]:
+        _, options, commands, *_ = re.split(r"(?<!\\)\|", line)
+        names = re.findall(r"[a-z]+", commands)
+        if names[:2] == ["all", "but"]:
+            names = [name for name in COMMANDS if name not in names]
+        pairs.update((name, option) for name in names for option in re.findall(r"--[a-z-]+", options))
+    return pairs
+
+
+class HelpTest(EndToEnd):
+    def test_has_the_options_of_the_readme(self):
+        options = set()
+        for command in COMMANDS:
+            _, out, _ = self.run_program("help", command)
+            options.update((command, option) for option in re.findall(r"^  (--[a-z-]+)", out, re.MULTILINE))
+
+        self.assertEqual({pair for pair in options if pair[1] != "--version"}, options_in_readme())
+
+    def test_has_examples_that_run(self):
+        """Runs every example in a folder with the files that it names. The desktop's books may be missing."""
         self.environment["PATH"] = os.pathsep.join([os.path.dirname(PROGRAM), os.environ["PATH"]])
         contacts = self.folder / "contacts.vcf"
-        for command in ("list", "delete", "restore", "show", "diff", "fields", "books", "help"):
+        for command in COMMANDS:
             code, out, _ = self.run_program("help", command)
             self.assertEqual(code, 0)
             examples = out.rpartition("\nExamples:\n")[2].splitlines()

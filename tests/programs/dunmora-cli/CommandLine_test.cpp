@@ -80,8 +80,8 @@ TEST_F(CommandLineTest, PrintsItsHelpOnStandardOutput)
 TEST_F(CommandLineTest, ExplainsEveryOptionOfACommand)
 {
     EXPECT_EQ(run({"list", "--help"}), 0);
-    for (const std::string part :
-         {"ADDRESS-BOOK", "--match", "--format", "--quiet", "csv", "local time"}) {
+    for (const std::string part : {"ADDRESS-BOOK", "--match", "--format", "--quiet", "csv",
+                                   "local time", "--fail-if-found"}) {
         EXPECT_NE(out().find(part), std::string::npos) << part;
     }
 

@@ -53,6 +53,34 @@ TEST_F(ListTest, PrintsTheReviewAsExactlyThisJson)
     EXPECT_EQ(err(), "");
 }
 
+TEST_F(ListTest, FailsWhenDuplicatesAreFoundAndThatIsAskedFor)
+{
+    bookHoldsAnnTwice();
+    EXPECT_EQ(run({"list", "b"}), 0);
+    const auto table = out();
+
+    EXPECT_EQ(run({"list", "b", "--fail-if-found"}), 3);
+    EXPECT_EQ(out(), table);
+    EXPECT_EQ(run({"list", "b", "--fail-if-found", "--quiet", "--format", "json"}), 3);
+    EXPECT_EQ(jsonAt(out(), "/duplicates"), "2");
+}
+
+TEST_F(ListTest, SucceedsWithoutDuplicates)
+{
+    bookHolds({named("ann", "Ann"), named("ben", "Ben")});
+
+    EXPECT_EQ(run({"list", "b", "--fail-if-found"}), 0);
+    EXPECT_EQ(out(), "0 duplicates of 2\n");
+}
+
+TEST_F(ListTest, PrintsTheWarningsBeforeItFails)
+{
+    bookHolds({named("1", "", ""), named("2", "", "")});
+
+    EXPECT_EQ(run({"list", "b", "--fail-if-found"}), 3);
+    EXPECT_NE(err().find("warning: 1 person would lose every copy."), std::string::npos) << err();
+}
+
 TEST_F(ListTest, PrintsNoGroupsAsAnEmptyList)
 {
     EXPECT_EQ(run({"list", "book.vcf", "--format", "json"}), 0);
