@@ -26,8 +26,10 @@ struct TableColumn {
     std::string_view title;
     enum class Kind {
         Text,
-        /// Shares the width that the other columns leave free.
+        /// Shares the width that no column needs.
         WideText,
+        /// Points in time, which are never cut off.
+        Date,
         CheckBox,
         /// The note of each row (`RowStyle::note`), which is not the data source's.
         Note
@@ -132,6 +134,10 @@ public:
     /// The title of the notes' column, asked whenever the table is reloaded; empty for a table
     /// without notes. It lives as long as the program.
     virtual std::string_view noteTitle() = 0;
+
+    /// Returns a text that the column has room for whatever its cells contain; empty for none. It
+    /// lives as long as the program.
+    virtual std::string_view leastText(std::string_view column) = 0;
 
     /// The selected row has changed (`TableView::selectedRow`); changes in a row are merged.
     virtual void selectedRowDidChange() = 0;

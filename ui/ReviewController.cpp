@@ -178,6 +178,11 @@ std::string_view ReviewController::noteTitle()
     return cards_.noteTitle();
 }
 
+std::string_view ReviewController::leastText(std::string_view column)
+{
+    return dunmora::leastText(column);
+}
+
 void ReviewController::selectedRowDidChange()
 {
     cards_.updateDetails();

@@ -79,6 +79,7 @@ public:
     RowStyle styleOfRow(std::size_t row) override;
     std::string wholeWarning(std::size_t row) override;
     std::string_view noteTitle() override;
+    std::string_view leastText(std::string_view column) override;
     void selectedRowDidChange() override;
     void rowsEdited(std::span<const std::size_t> rows) override;
     RowRange rowsTogetherWith(std::size_t row) override;

@@ -26,6 +26,9 @@ constexpr Kind kindOf(const ContactField& field)
     if (field.kind == FieldKind::Check) {
         return Kind::CheckBox;
     }
+    if (field.kind == FieldKind::Modified) {
+        return Kind::Date;
+    }
     return field.key == kContactFirstName || field.key == kContactLastName ? Kind::WideText
                                                                            : Kind::Text;
 }
@@ -117,6 +120,14 @@ std::string_view titleOfColumn(std::string_view identifier)
         std::find_if(kColumns.begin(), kColumns.end(),
                      [&](const TableColumn& column) { return column.identifier == identifier; });
     return found == kColumns.end() ? std::string_view() : found->title;
+}
+
+std::string_view leastText(std::string_view column)
+{
+    const auto& match = contactField(column).match;
+    return match && ContactsParser::parser().searchedFields().test(match->place)
+               ? "+49 (711) 5550-1000"
+               : std::string_view();
 }
 
 std::string copyText(std::size_t row, RowRange group)

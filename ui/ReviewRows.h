@@ -26,6 +26,10 @@ std::span<const TableColumn> reviewColumns();
 /// The title of the column with this identifier.
 std::string_view titleOfColumn(std::string_view identifier);
 
+/// As `TableViewDelegate::leastText`: a typical number for a column by which the search compared,
+/// which must be readable even if its first rows are empty.
+std::string_view leastText(std::string_view column);
+
 /// Which copy of its group a row is: "copy 2 of 4".
 std::string copyText(std::size_t row, RowRange group);
 

@@ -2,31 +2,12 @@
 
 #include "adapters/qt/OneLineText.h"
 
-#include <QDateTime>
-#include <QLocale>
-
 #include <algorithm>
 #include <chrono>
 #include <utility>
 #include <variant>
 
 namespace dunmora {
-
-namespace {
-
-QString shownText(const CellValue& value)
-{
-    if (const auto* text = std::get_if<std::string_view>(&value)) {
-        return oneLineText(*text);
-    }
-    if (const auto* time = std::get_if<std::chrono::sys_seconds>(&value)) {
-        const auto local = QDateTime::fromSecsSinceEpoch(time->time_since_epoch().count());
-        return QLocale().toString(local, QLocale::ShortFormat);
-    }
-    return {};
-}
-
-}  // namespace
 
 bool RowReader::setDataSource(TableViewDataSource* dataSource, TableViewDelegate* delegate)
 {
@@ -76,7 +57,14 @@ QString RowReader::text(std::size_t row, std::size_t column) const
         return oneLineText(style(row).note);
     }
     const auto shown = value(row, columns_[column].identifier);
-    return shown ? shownText(*shown) : QString();
+    if (!shown) {
+        return {};
+    }
+    if (const auto* text = std::get_if<std::string_view>(&*shown)) {
+        return oneLineText(*text);
+    }
+    const auto* const time = std::get_if<std::chrono::sys_seconds>(&*shown);
+    return time == nullptr ? QString() : dates_.text(*time);
 }
 
 bool RowReader::isChecked(std::size_t row, std::string_view column) const
@@ -96,6 +84,13 @@ QString RowReader::wholeWarning(std::size_t row) const
 {
     auto* const asked = delegate();
     return asked == nullptr ? QString() : oneLineText(asked->wholeWarning(row));
+}
+
+QString RowReader::leastText(std::size_t column) const
+{
+    auto* const asked = delegate();
+    return asked == nullptr ? QString()
+                            : oneLineText(asked->leastText(columns_[column].identifier));
 }
 
 QString RowReader::countText(std::size_t shown, std::size_t all) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/qt/DateFormat.h"
 #include "platform/TableView.h"
 
 #include <QString>
@@ -47,6 +48,10 @@ public:
     RowStyle style(std::size_t row) const;
     /// The whole warning of the row; empty while asking is not allowed.
     QString wholeWarning(std::size_t row) const;
+    /// A text that the column must have room for; empty for none and while asking is not allowed.
+    QString leastText(std::size_t column) const;
+
+    const DateFormat& dates() const { return dates_; }
 
     // These are about no row and can always be asked. They are empty without a delegate.
     QString countText(std::size_t shown, std::size_t all) const;
@@ -63,6 +68,7 @@ private:
     TableViewDelegate* delegate_ = nullptr;
     bool isAsking_ = false;
     std::vector<TableColumn> columns_;
+    DateFormat dates_;
 };
 
 }  // namespace dunmora

@@ -8,14 +8,14 @@
 #include <QTableView>
 
 #include <algorithm>
-#include <numeric>
 
 namespace dunmora {
 
 namespace {
 
-/// Enough to estimate the others.
-constexpr std::size_t kSampledRows = 200;
+/// Enough to estimate the others. Prime, so that the samples are not all first copies when every
+/// group has the same size.
+constexpr std::size_t kSampledRows = 199;
 /// In letters of average width.
 constexpr int kLeastLetters = 8;
 constexpr int kMostLetters = 28;
@@ -34,7 +34,7 @@ TableColumnWidths::TableColumnWidths(QTableView& table, const TableModel& model,
 void TableColumnWidths::columnsChanged()
 {
     wereResizedByUser_ = false;
-    wanted_ = natural();
+    columns_ = measured();
     fit();
 }
 
@@ -43,7 +43,7 @@ void TableColumnWidths::rowsChanged()
     if (wereResizedByUser_ || !model_.isAsking() || model_.rows().sourceRowCount() == 0) {
         return;
     }
-    wanted_ = natural();
+    columns_ = measured();
     fit();
 }
 
@@ -51,11 +51,13 @@ void TableColumnWidths::metricsChanged()
 {
     const int letter = std::max(table_.fontMetrics().averageCharWidth(), 1);
     if (wereResizedByUser_ || !model_.isAsking()) {
-        for (int& width : wanted_) {
-            width = width * letter / std::max(letter_, 1);
+        for (auto& column : columns_) {
+            for (int* const width : {&column.wanted, &column.whole}) {
+                *width = *width * letter / std::max(letter_, 1);
+            }
         }
     } else {
-        wanted_ = natural();
+        columns_ = measured();
     }
     letter_ = letter;
     fit();
@@ -63,27 +65,20 @@ void TableColumnWidths::metricsChanged()
 
 void TableColumnWidths::fit()
 {
-    if (wanted_.empty()) {
+    if (columns_.empty()) {
         return;
     }
     const QScopedValueRollback guard(isFitting_, true);
-    auto widths = wanted_;
-    const int spare = table_.viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0);
-    if (spare > 0) {
-        std::vector<std::size_t> stretched;
-        for (std::size_t i = 0; i < widths.size(); ++i) {
-            if (stretches(i)) {
-                stretched.push_back(i);
-            }
-        }
-        if (stretched.empty()) {
-            stretched.push_back(widths.size() - 1);
-        }
-        const int share = spare / static_cast<int>(stretched.size());
-        for (const auto column : stretched) {
-            widths[column] += share;
-        }
-        widths[stretched.back()] += spare % static_cast<int>(stretched.size());
+    std::vector<int> widths;
+    int spare = table_.viewport()->width();
+    for (const auto& column : columns_) {
+        widths.push_back(column.wanted);
+        spare -= column.wanted;
+    }
+    if (spare > 0 && wereResizedByUser_) {
+        widths.back() += spare;
+    } else if (spare > 0) {
+        shareRest(widths, widenCutColumns(widths, spare));
     }
     auto& header = *table_.horizontalHeader();
     for (std::size_t i = 0; i < widths.size(); ++i) {
@@ -93,62 +88,106 @@ void TableColumnWidths::fit()
 
 void TableColumnWidths::sectionResized(int section, int width)
 {
-    if (isFitting_ || section < 0 || static_cast<std::size_t>(section) >= wanted_.size()) {
+    if (isFitting_ || section < 0 || static_cast<std::size_t>(section) >= columns_.size()) {
         return;
     }
     if (!wereResizedByUser_) {
         // From now on the widths on the screen are the wanted ones.
         wereResizedByUser_ = true;
-        for (std::size_t i = 0; i + 1 < wanted_.size(); ++i) {
-            wanted_[i] = table_.horizontalHeader()->sectionSize(static_cast<int>(i));
+        for (std::size_t i = 0; i + 1 < columns_.size(); ++i) {
+            columns_[i].wanted = table_.horizontalHeader()->sectionSize(static_cast<int>(i));
         }
     }
-    wanted_[static_cast<std::size_t>(section)] = width;
+    columns_[static_cast<std::size_t>(section)].wanted = width;
     fit();
 }
 
-std::vector<int> TableColumnWidths::natural() const
+std::vector<TableColumnWidths::Width> TableColumnWidths::measured() const
 {
-    std::vector<int> widths;
+    std::vector<Width> columns;
     for (std::size_t i = 0; i < model_.columns().size(); ++i) {
         const int title = table_.horizontalHeader()->sectionSizeHint(static_cast<int>(i));
-        const int content = model_.columns()[i].kind == TableColumn::Kind::CheckBox
-                                ? delegate_.checkColumnWidth()
-                                : naturalTextWidth(i);
-        widths.push_back(std::max(title, content));
+        const int check = delegate_.checkColumnWidth();
+        const auto content = model_.columns()[i].kind == TableColumn::Kind::CheckBox
+                                 ? Width{check, check}
+                                 : textWidth(i);
+        columns.push_back({std::max(title, content.wanted), std::max(title, content.whole)});
     }
-    return widths;
+    return columns;
 }
 
-int TableColumnWidths::naturalTextWidth(std::size_t column) const
+TableColumnWidths::Width TableColumnWidths::textWidth(std::size_t column) const
 {
     const auto metrics = table_.fontMetrics();
     const int letter = metrics.averageCharWidth();
     std::vector<int> widths;
-    const auto rows =
-        model_.isAsking() ? std::min(model_.rows().sourceRowCount(), kSampledRows) : 0;
-    for (std::size_t row = 0; row < rows; ++row) {
-        const auto text = model_.sourceText(row, column);
+    const auto rows = model_.isAsking() ? model_.rows().sourceRowCount() : 0;
+    const auto samples = std::min(rows, kSampledRows);
+    for (std::size_t i = 0; i < samples; ++i) {
+        const auto text = model_.sourceText(i * rows / samples, column);
         if (!text.isEmpty()) {
             widths.push_back(metrics.horizontalAdvance(text.left(qsizetype{2} * kMostLetters)));
         }
     }
-    int width = 0;
-    if (!widths.empty()) {
-        // Ignore the longest twentieth; a tool tip shows texts that are cut.
-        const auto most =
-            widths.begin() + static_cast<std::ptrdiff_t>((widths.size() - 1) * 19 / 20);
-        std::nth_element(widths.begin(), most, widths.end());
-        width = *most;
-    }
-    return std::clamp(width, kLeastLetters * letter, kMostLetters * letter) +
-           delegate_.textMargins() + letter;
+    std::sort(widths.begin(), widths.end());
+    // Ignore the longest twentieth; a tool tip shows texts that are cut.
+    const int most = widths.empty() ? 0 : widths[(widths.size() - 1) * 19 / 20];
+    const int longest = widths.empty() ? 0 : widths.back();
+    const int least = rows == 0 ? 0 : leastWidth(column);
+    const int margins = delegate_.textMargins() + letter;
+    return {std::max(std::clamp(most, kLeastLetters * letter, kMostLetters * letter), least) +
+                margins,
+            std::max(longest, least) + margins};
 }
 
-bool TableColumnWidths::stretches(std::size_t column) const
+int TableColumnWidths::leastWidth(std::size_t column) const
 {
-    return wereResizedByUser_ ? column + 1 == wanted_.size()
-                              : model_.columns()[column].kind == TableColumn::Kind::WideText;
+    const auto metrics = table_.fontMetrics();
+    const int text = metrics.horizontalAdvance(model_.leastText(column));
+    return model_.columns()[column].kind == TableColumn::Kind::Date
+               ? std::max(text, model_.dates().greatestWidth(metrics))
+               : text;
+}
+
+int TableColumnWidths::widenCutColumns(std::vector<int>& widths, int spare) const
+{
+    const auto missing = [&](std::size_t column) {
+        return columns_[column].whole - widths[column];
+    };
+    std::vector<std::size_t> cut;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        if (missing(i) > 0) {
+            cut.push_back(i);
+        }
+    }
+    // Those that need least come first, so that they leave more to the others.
+    std::sort(cut.begin(), cut.end(),
+              [&](std::size_t one, std::size_t other) { return missing(one) < missing(other); });
+    for (std::size_t i = 0; i < cut.size(); ++i) {
+        const int share = spare / static_cast<int>(cut.size() - i);
+        const int given = std::min(share, missing(cut[i]));
+        widths[cut[i]] += given;
+        spare -= given;
+    }
+    return spare;
+}
+
+void TableColumnWidths::shareRest(std::vector<int>& widths, int spare) const
+{
+    std::vector<std::size_t> wide;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        if (model_.columns()[i].kind == TableColumn::Kind::WideText) {
+            wide.push_back(i);
+        }
+    }
+    if (wide.empty()) {
+        wide.push_back(widths.size() - 1);
+    }
+    const int share = spare / static_cast<int>(wide.size());
+    for (const auto column : wide) {
+        widths[column] += share;
+    }
+    widths[wide.back()] += spare % static_cast<int>(wide.size());
 }
 
 }  // namespace dunmora

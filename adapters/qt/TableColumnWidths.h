@@ -11,9 +11,9 @@ namespace dunmora {
 class TableCellDelegate;
 class TableModel;
 
-/// Sizes the columns of a table. They fit the contents of the first rows; spare width goes to the
-/// columns that are wide text. After the user has resized a column, each keeps its width and the
-/// last one takes the rest.
+/// Sizes the columns of a table. They fit most texts of rows throughout the table; spare width goes
+/// first to the columns that cut the others, then to those that are wide text. After the user has
+/// resized a column, each keeps its width and the last one takes the rest.
 ///
 /// Thread: the main thread. Errors: none.
 class TableColumnWidths final {
@@ -34,16 +34,27 @@ public:
     void sectionResized(int section, int width);
 
 private:
-    std::vector<int> natural() const;
-    int naturalTextWidth(std::size_t column) const;
-    bool stretches(std::size_t column) const;
+    struct Width {
+        /// Cuts few texts.
+        int wanted = 0;
+        /// Cuts none, unless it is very long.
+        int whole = 0;
+    };
+
+    std::vector<Width> measured() const;
+    Width textWidth(std::size_t column) const;
+    int leastWidth(std::size_t column) const;
+    /// Gives each column that cuts texts an equal share, or what it needs if that is less. Returns
+    /// the width that is left.
+    int widenCutColumns(std::vector<int>& widths, int spare) const;
+    void shareRest(std::vector<int>& widths, int spare) const;
 
     QTableView& table_;
     const TableModel& model_;
     const TableCellDelegate& delegate_;
-    /// The width of each column before spare width is distributed.
-    std::vector<int> wanted_;
-    /// The average width of a letter when `wanted_` was computed.
+    /// The widths of each column before spare width is distributed.
+    std::vector<Width> columns_;
+    /// The average width of a letter when `columns_` was computed.
     int letter_;
     bool wereResizedByUser_ = false;
     bool isFitting_ = false;

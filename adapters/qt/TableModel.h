@@ -50,6 +50,9 @@ public:
     std::optional<int> checkColumn() const { return reader_.checkColumn(); }
     /// The text that the cell would show.
     QString sourceText(std::size_t sourceRow, std::size_t column) const;
+    /// A text that the column must have room for, if any.
+    QString leastText(std::size_t column) const { return reader_.leastText(column); }
+    const DateFormat& dates() const { return reader_.dates(); }
 
     /// Begins a new frame, for which each row is read once.
     void beginFrame() { drawnRows_.beginFrame(); }

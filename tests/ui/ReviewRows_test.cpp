@@ -59,6 +59,23 @@ TEST_F(ReviewRowsTest, HasAValueUnderEachColumnsIdentifier)
     }
 }
 
+TEST_F(ReviewRowsTest, HasRoomForANumberInTheColumnsThatWereCompared)
+{
+    platform_.userDefaults.setBool("filterHome", true);
+    EXPECT_EQ(leastText(kContactHome), "") << "not searched yet";
+    engine_.findDupes();
+
+    std::vector<std::string_view> columns;
+    for (const auto& column : reviewColumns()) {
+        if (!leastText(column.identifier).empty()) {
+            columns.push_back(column.identifier);
+        }
+    }
+
+    EXPECT_EQ(columns, (std::vector{kContactFirstName, kContactLastName, kContactHome}));
+    EXPECT_EQ(reviewColumns().back().kind, TableColumn::Kind::Date);
+}
+
 TEST_F(ReviewRowsTest, HasTheCheckBoxFirstAndAColumnForEveryOtherFieldButTheUid)
 {
     std::vector<std::string> titles;

@@ -46,7 +46,7 @@ public:
             {"home", "Home"},
             {"work", "Work"},
             {"mobile", "Mobile"},
-            {"modified", "Modified"},
+            {"modified", "Modified", Kind::Date},
         }};
         return kColumns;
     }
@@ -100,6 +100,11 @@ public:
     }
 
     std::string_view noteTitle() override { return notesTitle; }
+
+    std::string_view leastText(std::string_view column) override
+    {
+        return column == leastColumn ? leastColumnText : std::string_view();
+    }
 
     void selectedRowDidChange() override { ++selectedRowChanges; }
 
@@ -186,6 +191,9 @@ public:
     /// What `wholeWarning` adds to the warning in the style.
     std::string moreWarning;
     std::string_view notesTitle;
+    /// The column that has room for a text, and the text.
+    std::string_view leastColumn;
+    std::string_view leastColumnText;
     /// A filter that is in effect while the user has typed nothing: the row's first name.
     std::string filteredName;
     std::vector<Edit> edits;
