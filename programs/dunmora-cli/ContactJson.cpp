@@ -1,8 +1,15 @@
 #include "programs/dunmora-cli/ContactJson.h"
 
 #include "engine/ContactsParser.h"
+#include "programs/dunmora-cli/DeletionWarnings.h"
 #include "programs/dunmora-cli/TimeText.h"
+#include "review/GroupWarnings.h"
 #include "review/UniqueProperties.h"
+#include "text/TextHash.h"
+
+#include <algorithm>
+#include <array>
+#include <unordered_set>
 
 // Written by hand rather than through a document tree: tens of thousands of people are printed in
 // a fraction of the time, and the shape never changes.
@@ -33,6 +40,62 @@ void appendCounts(std::string& out, const ContactsParser& engine)
     out += std::to_string(engine.contacts().size());
     out += R"(,"duplicates":)";
     out += std::to_string(engine.duplicates().size());
+}
+
+struct NamedWarning {
+    GroupWarning warning;
+    std::string_view name;
+};
+
+constexpr std::array kWarnings{
+    NamedWarning{GroupWarning::LosesEveryCopy, "loses_every_copy"},
+    NamedWarning{GroupWarning::SharesOnlyEmptyFields, "shares_only_empty_fields"}};
+// Also the name of the list of what that is.
+constexpr std::string_view kOnlyHereName = "only_here";
+
+/// Appends the counts of people with each warning, in the order of `kWarnings`, and of those who
+/// hold something unique.
+void appendWarningCounts(std::string& out, const std::array<std::size_t, kWarnings.size()>& people,
+                         std::size_t onlyHere)
+{
+    out += R"(,"warnings":{)";
+    for (std::size_t i = 0; i < kWarnings.size(); ++i) {
+        out += '"';
+        out += kWarnings[i].name;
+        out += "\":" + std::to_string(people[i]) + ',';
+    }
+    out += '"';
+    out += kOnlyHereName;
+    out += "\":" + std::to_string(onlyHere) + '}';
+}
+
+/// Appends the names of the warnings about one row; `has` returns whether it has a `GroupWarning`.
+template <typename Has>
+void appendRowWarnings(std::string& out, const Has& has, bool holdsSomethingUnique)
+{
+    out += R"(,"warnings":[)";
+    const auto append = [&](std::string_view name) {
+        out += out.ends_with('[') ? "\"" : ",\"";
+        out += name;
+        out += '"';
+    };
+    for (const auto& [warning, name] : kWarnings) {
+        if (has(warning)) {
+            append(name);
+        }
+    }
+    if (holdsSomethingUnique) {
+        append(kOnlyHereName);
+    }
+    out += ']';
+}
+
+void appendRemarks(std::string& out, std::span<const std::string> remarks,
+                   JsonCharacters characters)
+{
+    out += R"(,"remarks":)";
+    appendList(out, remarks,
+               [&](const std::string& remark) { appendJsonText(out, remark, characters); });
 }
 
 void appendValue(std::string& out, const ContactRecord& record, const ContactField& field,
@@ -72,8 +135,9 @@ void appendOnlyHere(std::string& out, const std::vector<OnlyHere>& properties,
     });
 }
 
-void appendRow(std::string& out, const ContactRecord& record, const PersonSource* source,
-               const std::vector<OnlyHere>& onlyHere, JsonCharacters characters)
+/// Appends a row up to its warnings.
+void appendContact(std::string& out, const ContactRecord& record, const PersonSource* source,
+                   JsonCharacters characters)
 {
     char before = '{';
     for (const auto& field : kContactFields) {
@@ -90,15 +154,13 @@ void appendRow(std::string& out, const ContactRecord& record, const PersonSource
     } else {
         appendJsonText(out, source->address, characters);
     }
-    appendOnlyHere(out, onlyHere, characters);
-    out += '}';
 }
 
 }  // namespace
 
 std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
-                       const UniqueProperties& cards, const ReviewHead& head,
-                       JsonCharacters characters)
+                       const GroupWarnings& warnings, const UniqueProperties& cards,
+                       const ReviewHead& head, JsonCharacters characters)
 {
     std::string out = R"({"schema":1,"addressBook":)";
     appendJsonText(out, head.addressBook, characters);
@@ -108,6 +170,10 @@ std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGr
     appendCounts(out, engine);
     out += R"(,"skipped":)";
     out += std::to_string(head.skipped);
+    appendRemarks(out, head.remarks, characters);
+    appendWarningCounts(
+        out, {warnings.peopleWhoLoseEveryCopy(), warnings.peopleWhoShareOnlyEmptyFields()},
+        cards.count());
     out += R"(,"groups":)";
     appendList(out, groups, [&](const DuplicateGroup& group) {
         out += R"({"key":)";
@@ -115,8 +181,12 @@ std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGr
         out += R"(,"rows":)";
         auto row = group.firstRow;
         appendList(out, group.uids, [&](const std::string& uid) {
-            appendRow(out, *engine.contacts().find(uid), cards.source(row), cards.onlyHere(row),
-                      characters);
+            appendContact(out, *engine.contacts().find(uid), cards.source(row), characters);
+            appendRowWarnings(
+                out, [&](GroupWarning warning) { return warnings.hasWarning(row, warning); },
+                cards.has(row));
+            appendOnlyHere(out, cards.onlyHere(row), characters);
+            out += '}';
             ++row;
         });
         out += '}';
@@ -126,13 +196,38 @@ std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGr
 }
 
 std::string deletionJson(const ContactsParser& engine, std::span<const std::string> deleted,
-                         bool dryRun, JsonCharacters characters)
+                         bool dryRun, const DeletionWarnings& warnings,
+                         std::span<const std::string> remarks, JsonCharacters characters)
 {
     std::string out = R"({"schema":1,"dryRun":)";
     out += dryRun ? "true" : "false";
     out += R"(,"deleted":)";
     appendList(out, deleted, [&](const std::string& uid) { appendJsonText(out, uid, characters); });
     appendCounts(out, engine);
+    appendRemarks(out, remarks, characters);
+    appendWarningCounts(out, {warnings.losesEveryCopy, warnings.sharesOnlyEmptyFields},
+                        warnings.onlyHere);
+    const std::unordered_set<std::string_view, TextHash> uids(deleted.begin(), deleted.end());
+    std::vector<const DeletionWarnings::Row*> rows;
+    for (const auto& row : warnings.rows) {
+        if (uids.contains(row.uid)) {
+            rows.push_back(&row);
+        }
+    }
+    out += R"(,"rows":)";
+    appendList(out, rows, [&](const DeletionWarnings::Row* row) {
+        out += R"({"uid":)";
+        appendJsonText(out, row->uid, characters);
+        appendRowWarnings(
+            out,
+            [&](GroupWarning warning) {
+                return std::find(row->warnings.begin(), row->warnings.end(), warning) !=
+                       row->warnings.end();
+            },
+            row->holdsSomethingUnique);
+        appendOnlyHere(out, row->onlyHere, characters);
+        out += '}';
+    });
     out += "}\n";
     return out;
 }

@@ -14,6 +14,7 @@
 #include "programs/dunmora-cli/ContactJson.h"
 #include "programs/dunmora-cli/ContactTable.h"
 #include "programs/dunmora-cli/DeletionMarks.h"
+#include "programs/dunmora-cli/DeletionWarnings.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/MemoryError.h"
 #include "programs/dunmora-cli/Report.h"
@@ -188,6 +189,7 @@ std::string resultText(const ContactsParser& engine, std::size_t deleted,
 }
 
 void printResult(const ContactsParser& engine, std::vector<std::string> uids,
+                 const DeletionWarnings& warnings, const std::vector<std::string>& remarks,
                  const DeleteRequest& request, const CliEnvironment& environment)
 {
     // The engine still has people whom another program removed from the book in the meantime: they
@@ -200,7 +202,8 @@ void printResult(const ContactsParser& engine, std::vector<std::string> uids,
                     {.table = [&] { return resultText(engine, uids.size(), request); },
                      .json =
                          [&](JsonCharacters characters) {
-                             return deletionJson(engine, uids, request.dryRun, characters);
+                             return deletionJson(engine, uids, request.dryRun, warnings, remarks,
+                                                 characters);
                          }});
         });
     } catch (const CommandError& error) {
@@ -247,11 +250,12 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     if (request.keepOne) {
         keepOne(engine, warnings);
     }
+    const auto remarks = session.addressBook().notes().remarks;
     const auto uids = checkedUids(engine);
     if (uids.empty()) {
         Settings::MsgBox(kNobodyChecked);
         if (request.book.format == OutputFormat::Json) {
-            printResult(engine, uids, request, environment);
+            printResult(engine, uids, {}, remarks, request, environment);
         }
         return ExitCode::Done;
     }
@@ -271,8 +275,15 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
         report(environment, "Nothing was deleted.");
         return ExitCode::Failed;
     }
+    // Nobody knows any more after the deletion.
+    DeletionWarnings known;
+    if (request.book.format == OutputFormat::Json) {
+        namingBookInMemoryErrors(request.book.addressBook, [&] {
+            known = deletionWarnings(engine, uids, warnings, properties);
+        });
+    }
     backUpAndDelete(engine, session, uids, request);
-    printResult(engine, uids, request, environment);
+    printResult(engine, uids, known, remarks, request, environment);
     if (request.backup && !request.dryRun && !request.book.quiet && session.canRestore()) {
         reportWayBack(request, environment);
     }

@@ -43,11 +43,9 @@ std::string asTable(const ContactsParser& engine, const std::vector<DuplicateGro
     return table + totalText(engine) + '\n';
 }
 
-void warn(const ContactsParser& engine, const UniqueProperties& properties,
+void warn(const GroupWarnings& warnings, const UniqueProperties& properties,
           const BookRequest& request, const CliEnvironment& environment)
 {
-    GroupWarnings warnings;
-    warnings.update(engine);
     const auto warnOf = [&](GroupWarning warning, std::size_t people) {
         if (people > 0) {
             report(environment, "warning: " + warningText(warning, people) + '.');
@@ -72,8 +70,11 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     UniqueProperties cards;
     namingBookInMemoryErrors(request.book.addressBook,
                              [&] { cards.read(engine, session.cards()); });
-    const ReviewHead head{request.book.addressBook, namesOf(fields),
-                          session.addressBook().notes().cardsSkipped};
+    GroupWarnings warnings;
+    warnings.update(engine);
+    const auto notes = session.addressBook().notes();
+    const ReviewHead head{request.book.addressBook, namesOf(fields), notes.cardsSkipped,
+                          notes.remarks};
 
     printAs(environment, request.book.format,
             {.table =
@@ -82,11 +83,11 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
                  },
              .json =
                  [&](JsonCharacters characters) {
-                     return reviewJson(engine, groups, cards, head, characters);
+                     return reviewJson(engine, groups, warnings, cards, head, characters);
                  },
              .csv = [&](CsvTexts texts) { return contactCsv(engine, groups, cards, texts); }});
     if (!request.book.quiet) {
-        warn(engine, cards, request.book, environment);
+        warn(warnings, cards, request.book, environment);
     }
     return request.failIfFound && !groups.empty() ? ExitCode::Found : ExitCode::Done;
 }

@@ -45,6 +45,12 @@ UNIQUE = "dunmora-cli: warning: 1 copy holds something unique.\n"
 UNIQUE_IN_TABLE = "dunmora-cli: warning: 1 copy holds something unique, marked with * in the table.\n"
 BOOK = ANN_1 + b"text between cards\r\n" + BEN + ANN_2
 BOOK_WITHOUT_ANN_2 = BOOK[: -len(ANN_2)]
+DELETED = {
+    "schema": 1, "deleted": ["ann-2"], "contacts": 2, "duplicates": 1, "remarks": [],
+    "warnings": {"loses_every_copy": 0, "shares_only_empty_fields": 0, "only_here": 1},
+    "rows": [{"uid": "ann-2", "warnings": ["only_here"],
+              "only_here": [{"property": "X-ODD", "value": "whatever"}]}],
+}
 
 
 def own_terminal():
@@ -125,13 +131,14 @@ class ListTest(EndToEnd):
     def test_prints_the_review_as_json(self):
         row = {"uid": "ann-1", "fname": "Ann", "lname": "Lee", "nickname": "", "home": "", "work": "",
                "mobile": "+1 555 0100", "modified": "2024-05-01T10:00:00Z", "check": False,
-               "source": str(self.book), "only_here": []}
-        copy = {**row, "uid": "ann-2", "mobile": "", "check": True,
+               "source": str(self.book), "warnings": [], "only_here": []}
+        copy = {**row, "uid": "ann-2", "mobile": "", "check": True, "warnings": ["only_here"],
                 "only_here": [{"property": "X-ODD", "value": "whatever"}]}
 
         self.assertEqual(self.listed(self.book), {
             "schema": 1, "addressBook": str(self.book), "match": ["firstname", "lastname"], "contacts": 3,
-            "duplicates": 2, "skipped": 0,
+            "duplicates": 2, "skipped": 0, "remarks": [],
+            "warnings": {"loses_every_copy": 0, "shares_only_empty_fields": 0, "only_here": 1},
             "groups": [{"key": "Ann-Lee-", "rows": [row, copy]}]})
         self.assert_untouched()
 
@@ -217,8 +224,7 @@ class DeleteTest(EndToEnd):
 
         self.assertEqual((code, err), (0, UNIQUE + "dunmora-cli: To put these people back: dunmora-cli restore "
                                        f"{self.backup} {self.book}\n"))
-        self.assertEqual(json.loads(out), {"schema": 1, "dryRun": False, "deleted": ["ann-2"], "contacts": 2,
-                                           "duplicates": 1})
+        self.assertEqual(json.loads(out), {**DELETED, "dryRun": False})
         self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
         self.assertEqual(self.backup.read_bytes(), ANN_2)
 
@@ -283,8 +289,7 @@ class DeleteTest(EndToEnd):
         code, out, _ = self.run_program("delete", self.book, "--dry-run", "--format", "json", "--backup", self.backup)
 
         self.assertEqual(code, 0)
-        self.assertEqual(json.loads(out), {"schema": 1, "dryRun": True, "deleted": ["ann-2"], "contacts": 2,
-                                           "duplicates": 1})
+        self.assertEqual(json.loads(out), {**DELETED, "dryRun": True})
         self.assert_untouched()
 
     def test_refuses_to_delete_what_may_not_have_been_reviewed(self):

@@ -59,9 +59,47 @@ TEST_F(DeleteTest, PrintsExactlyThisJson)
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json", "--uncheck", "b1"}), 0);
     EXPECT_EQ(out(), R"({"schema":1,"dryRun":false,"deleted":["b2","a2"],)"
-                     R"("contacts":3,"duplicates":2})"
+                     R"("contacts":3,"duplicates":2,"remarks":[],"warnings":{"loses_every_copy":0,)"
+                     R"("shares_only_empty_fields":0,"only_here":0},"rows":[)"
+                     R"({"uid":"b2","warnings":[],"only_here":[]},)"
+                     R"({"uid":"a2","warnings":[],"only_here":[]}]})"
                      "\n");
     EXPECT_EQ(err(), "");
+}
+
+TEST_F(DeleteTest, PrintsTheWarningsInJsonAsTheyWereBeforeTheDeletion)
+{
+    auto unique = named("2", "", "");
+    unique.properties = {{"EMAIL", "", {"two@example.org"}, {}}};
+    bookHolds({named("1", "", ""), unique, withMobile(named("3", "Ann")), named("4", "Ann"),
+               named("5", "Cid")});
+    book_.readingNotes.remarks = {"1 card was skipped."};
+
+    for (const std::string dryRun : {"--dry-run", "--yes"}) {
+        EXPECT_EQ(run({"delete", "b", dryRun, "--format", "json", "--quiet", "--check", "5",
+                       "--allow-last-copy", "--allow-blank-match"}),
+                  0);
+        EXPECT_EQ(jsonAt(out(), "/remarks"), R"(["1 card was skipped."])");
+        EXPECT_EQ(jsonAt(out(), "/warnings"),
+                  R"({"loses_every_copy":2,"shares_only_empty_fields":2,"only_here":1})");
+        EXPECT_EQ(jsonAt(out(), "/rows/0"),
+                  R"({"uid":"1","warnings":["loses_every_copy","shares_only_empty_fields"],)"
+                  R"("only_here":[]})");
+        EXPECT_EQ(jsonAt(out(), "/rows/1/only_here"),
+                  R"([{"property":"EMAIL","value":"two@example.org"}])");
+        EXPECT_EQ(jsonAt(out(), "/rows/2"), R"({"uid":"4","warnings":[],"only_here":[]})");
+        EXPECT_EQ(jsonAt(out(), "/rows/3/warnings"), R"(["loses_every_copy"])");
+    }
+}
+
+TEST_F(DeleteTest, CountsInJsonOnlyTheCheckedWhoShareOnlyEmptyFields)
+{
+    bookHolds({named("1", "", ""), named("2", "", ""), named("3", "", "")});
+
+    EXPECT_EQ(
+        run({"delete", "b", "--yes", "--format", "json", "--keep-one", "--allow-blank-match"}), 0);
+    EXPECT_EQ(jsonAt(out(), "/warnings"),
+              R"({"loses_every_copy":0,"shares_only_empty_fields":2,"only_here":0})");
 }
 
 TEST_F(DeleteTest, ListsInJsonOnlyThoseWhoAreReallyGone)
@@ -76,6 +114,7 @@ TEST_F(DeleteTest, ListsInJsonOnlyThoseWhoAreReallyGone)
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--format", "json"}), 0);
     EXPECT_EQ(jsonAt(out(), "/deleted"), R"(["a3"])");
+    EXPECT_EQ(jsonAt(out(), "/rows"), R"([{"uid":"a3","warnings":[],"only_here":[]}])");
     EXPECT_EQ(jsonAt(out(), "/contacts"), "2");
 }
 
@@ -239,7 +278,9 @@ TEST_F(DeleteTest, PrintsJsonWithNobodyDeletedWhenNobodyIsChecked)
     bookHoldsAnnTwice();
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--uncheck", "ann-2", "--format", "json"}), 0);
-    EXPECT_EQ(out(), R"({"schema":1,"dryRun":false,"deleted":[],"contacts":3,"duplicates":2})"
+    EXPECT_EQ(out(), R"({"schema":1,"dryRun":false,"deleted":[],"contacts":3,"duplicates":2,)"
+                     R"("remarks":[],"warnings":{"loses_every_copy":0,)"
+                     R"("shares_only_empty_fields":0,"only_here":0},"rows":[]})"
                      "\n");
     EXPECT_EQ(err(), "No contact checked to be deleted!\n");
     expectUnchanged();
@@ -632,8 +673,9 @@ TEST_F(DeleteTest, NeedsNeitherYesNorATerminalForADryRun)
     bookHoldsAnnTwice();
 
     EXPECT_EQ(run({"delete", "b", "--dry-run", "--format", "json"}), 0);
-    EXPECT_EQ(out(), R"({"schema":1,"dryRun":true,"deleted":["ann-2"],"contacts":2,"duplicates":1})"
-                     "\n");
+    EXPECT_TRUE(out().starts_with(
+        R"({"schema":1,"dryRun":true,"deleted":["ann-2"],"contacts":2,"duplicates":1,)"))
+        << out();
     expectUnchanged();
 }
 

@@ -41,12 +41,15 @@ TEST_F(ListTest, PrintsTheReviewAsExactlyThisJson)
     EXPECT_EQ(
         out(),
         R"({"schema":1,"addressBook":"my book.vcf","match":["firstname","lastname"],"contacts":3,)"
-        R"("duplicates":2,"skipped":3,"groups":[{"key":"Ann-Lee-","rows":[{"uid":"uid-1",)"
+        R"("duplicates":2,"skipped":3,"remarks":[],"warnings":{"loses_every_copy":0,)"
+        R"("shares_only_empty_fields":0,"only_here":1},"groups":[{"key":"Ann-Lee-","rows":[{"uid":"uid-1",)"
         R"("fname":"Ann","lname":"Lee","nickname":"","home":"","work":"","mobile":"+1 555 0100",)"
-        R"("modified":"2024-05-01T10:00:00Z","check":false,"source":"people.vcf","only_here":[]},)"
+        R"("modified":"2024-05-01T10:00:00Z","check":false,"source":"people.vcf",)"
+        R"("warnings":[],"only_here":[]},)"
         R"({"uid":"uid-2","fname":"Ann",)"
         R"("lname":"Lee","nickname":"Annie","home":"555-0100","work":"555-0101",)"
-        R"("mobile":"555-0102","modified":null,"check":true,"source":"people.vcf","only_here":[)"
+        R"("mobile":"555-0102","modified":null,"check":true,"source":"people.vcf",)"
+        R"("warnings":["only_here"],"only_here":[)"
         R"({"property":"NICKNAME","value":"Annie"},{"property":"TEL","value":"555-0101"},)"
         R"({"property":"TEL","value":"555-0102"}]}]}]})"
         "\n");
@@ -81,12 +84,35 @@ TEST_F(ListTest, PrintsTheWarningsBeforeItFails)
     EXPECT_NE(err().find("warning: 1 person would lose every copy."), std::string::npos) << err();
 }
 
+TEST_F(ListTest, PrintsItsWarningsAsDataEvenWhenItIsQuiet)
+{
+    auto unique = named("2", "", "");
+    unique.properties = {{"EMAIL", "", {"two@example.org"}, {}}};
+    bookHolds({named("1", "", ""), unique, withMobile(named("3", "Ann")), named("4", "Ann")});
+    book_.readingNotes.remarks = {"1 card was skipped.", "“b” is odd."};
+
+    EXPECT_EQ(run({"list", "b", "--format", "json", "--quiet"}), 0);
+
+    EXPECT_EQ(err(), "");
+    EXPECT_EQ(jsonAt(out(), "/remarks"), R"(["1 card was skipped.","“b” is odd."])");
+    EXPECT_EQ(jsonAt(out(), "/warnings"),
+              R"({"loses_every_copy":1,"shares_only_empty_fields":2,"only_here":1})");
+    EXPECT_EQ(jsonAt(out(), "/groups/0/rows/0/warnings"),
+              R"(["loses_every_copy","shares_only_empty_fields"])");
+    EXPECT_EQ(jsonAt(out(), "/groups/0/rows/1/warnings"),
+              R"(["loses_every_copy","shares_only_empty_fields","only_here"])");
+    EXPECT_EQ(jsonAt(out(), "/groups/1/rows/1/warnings"), "[]");
+}
+
 TEST_F(ListTest, PrintsNoGroupsAsAnEmptyList)
 {
     EXPECT_EQ(run({"list", "book.vcf", "--format", "json"}), 0);
-    EXPECT_EQ(out(), R"({"schema":1,"addressBook":"book.vcf","match":["firstname","lastname"],)"
-                     R"("contacts":0,"duplicates":0,"skipped":0,"groups":[]})"
-                     "\n");
+    EXPECT_EQ(
+        out(),
+        R"({"schema":1,"addressBook":"book.vcf","match":["firstname","lastname"],)"
+        R"("contacts":0,"duplicates":0,"skipped":0,"remarks":[],"warnings":{"loses_every_copy":0,)"
+        R"("shares_only_empty_fields":0,"only_here":0},"groups":[]})"
+        "\n");
 }
 
 TEST_F(ListTest, NamesTheMatchFieldsOfTheJsonInTheOrderOfTheKey)
