@@ -45,8 +45,8 @@ AddressBook& openBook()
 {
     auto* const book = Platform::current().addressBook;
     if (book == nullptr) {
-        throw PlatformError("No address book is open. Choose File > Open… to open a vCard file or "
-                            "a folder of them.");
+        throw PlatformError("No address book is open. Choose File > Open… to open a vCard file, "
+                            "or File > Open Folder… to open a folder of them.");
     }
     return *book;
 }

@@ -23,7 +23,7 @@
 namespace dunmora {
 
 ReviewController::ReviewController(Interface& mainInterface, ContactsController& contacts,
-                                   std::function<bool()> openBook)
+                                   std::function<bool(OpenPanel::Kind)> openBook)
     : contacts_(contacts),
       openBook_(std::move(openBook)),
       tableContacts_(&mainInterface.tableView("tableContacts")),
@@ -48,7 +48,8 @@ ReviewController::ReviewController(Interface& mainInterface, ContactsController&
     };
     startCommands_ = {connect("OnReload", &ReviewController::OnReload),
                       connect("OnMatchFields", &ReviewController::OnReload),
-                      connect("OnOpen", &ReviewController::OnOpen)};
+                      connect("OnOpen", &ReviewController::OnOpen),
+                      connect("OnOpenFolder", &ReviewController::OnOpenFolder)};
     rowCommands_ = {connect("OnDelete", &ReviewController::OnDelete),
                     connect("OnFilter", &ReviewController::OnFilter)};
     connect("OnNextLastCopy", &ReviewController::OnNextLastCopy);
@@ -270,7 +271,14 @@ void ReviewController::OnDelete(View* sender)
 
 void ReviewController::OnOpen(View* sender)
 {
-    if (openBook_()) {
+    if (openBook_(OpenPanel::Kind::File)) {
+        contacts_.OnReload(sender);
+    }
+}
+
+void ReviewController::OnOpenFolder(View* sender)
+{
+    if (openBook_(OpenPanel::Kind::Folder)) {
         contacts_.OnReload(sender);
     }
 }

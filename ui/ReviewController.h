@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/OpenPanel.h"
 #include "platform/TableView.h"
 #include "review/GroupWarnings.h"
 #include "ui/CardReview.h"
@@ -40,7 +41,7 @@ public:
     /// choose another address book and returns whether one was chosen. All must outlive the
     /// controller.
     ReviewController(Interface& mainInterface, ContactsController& contacts,
-                     std::function<bool()> openBook);
+                     std::function<bool(OpenPanel::Kind)> openBook);
     ~ReviewController() override;
     ReviewController(const ReviewController&) = delete;
     ReviewController& operator=(const ReviewController&) = delete;
@@ -100,6 +101,7 @@ public:
     /// unchecked, even if the confirmation is then cancelled.
     void OnDelete(View* sender);
     void OnOpen(View* sender);
+    void OnOpenFolder(View* sender);
     void OnFilter(View* sender);
     void OnNextLastCopy(View* sender);
     void OnNextEmptyFields(View* sender);
@@ -124,7 +126,7 @@ private:
     void marksChanged(std::span<const std::size_t> rows);
 
     ContactsController& contacts_;
-    std::function<bool()> openBook_;
+    std::function<bool(OpenPanel::Kind)> openBook_;
     GroupWarnings warnings_;
     LastJob lastJob_ = LastJob::None;
     bool areJobsRunning_ = false;

@@ -2,6 +2,7 @@
 
 #include "adapters/qt/ModalSessions.h"
 #include "adapters/qt/QtAlert.h"
+#include "adapters/qt/QtPath.h"
 #include "text/DisplayText.h"
 
 #include <QAbstractItemView>
@@ -37,16 +38,6 @@ QString chosenFolder(const QFileDialog& dialog)
     return dialog.directory().absolutePath();
 }
 
-std::filesystem::path pathOf(const QString& text)
-{
-    return QFile::encodeName(text).toStdString();
-}
-
-QString textOf(const std::filesystem::path& path)
-{
-    return QFile::decodeName(QByteArray::fromStdString(path.string()));
-}
-
 /// Reports a missing file in an alert of ours: Qt's own message box would keep the main window from
 /// closing.
 class FileDialog final : public QFileDialog {
@@ -74,25 +65,29 @@ private:
 
 }  // namespace
 
-std::optional<std::filesystem::path> QtOpenPanel::runModal()
+std::optional<std::filesystem::path> QtOpenPanel::runModal(Kind kind,
+                                                           const std::filesystem::path& folder)
 {
-    const auto start = folder_.empty()
-                           ? QStandardPaths::writableLocation(QStandardPaths::HomeLocation)
-                           : textOf(folder_);
-    FileDialog dialog(sessions_, QStringLiteral("Open Address Book"), start);
+    const auto start = startFolder({folder, lastFolder_}, QStandardPaths::HomeLocation);
+    const bool isForFiles = kind == Kind::File;
+    FileDialog dialog(sessions_,
+                      isForFiles ? QStringLiteral("Open Address Book")
+                                 : QStringLiteral("Open Folder of vCard Files"),
+                      textOf(start));
     // A native dialog would have no button for folders and its own idea of modality.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     // Otherwise the dialog lets the user rename and delete files and whole folders.
     dialog.setOption(QFileDialog::ReadOnly);
     dialog.setWindowModality(Qt::NonModal);
-    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setFileMode(isForFiles ? QFileDialog::ExistingFile : QFileDialog::Directory);
     dialog.setNameFilters(
         {QStringLiteral("vCard files (*.vcf *.vcard)"), QStringLiteral("All files (*)")});
 
     std::optional<std::filesystem::path> choice;
     QPushButton openFolder(QStringLiteral("Open This &Folder"));
     // Without a button box the panel still opens files.
-    if (auto* const buttons = dialog.findChild<QDialogButtonBox*>()) {
+    if (auto* const buttons = dialog.findChild<QDialogButtonBox*>();
+        isForFiles && buttons != nullptr) {
         buttons->addButton(&openFolder, QDialogButtonBox::ActionRole);
     }
     QObject::connect(&openFolder, &QPushButton::clicked, &dialog, [&] {
@@ -105,7 +100,7 @@ std::optional<std::filesystem::path> QtOpenPanel::runModal()
     sessions_.run(dialog);
 
     if (choice) {
-        folder_ = pathOf(dialog.directory().absolutePath());
+        lastFolder_ = pathOf(dialog.directory().absolutePath());
     }
     return choice;
 }

@@ -2,6 +2,7 @@
 
 #include "adapters/qt/ModalSessions.h"
 #include "adapters/qt/QtAlert.h"
+#include "adapters/qt/QtPath.h"
 #include "adapters/qt/QtText.h"
 #include "text/DisplayText.h"
 
@@ -14,11 +15,6 @@
 namespace dunmora {
 
 namespace {
-
-std::filesystem::path pathOf(const QString& text)
-{
-    return QFile::encodeName(text).toStdString();
-}
 
 /// Reports a file that exists in an alert of ours: Qt's own message box would offer to replace it,
 /// and keep the main window from closing.
@@ -53,12 +49,11 @@ private:
 
 }  // namespace
 
-std::optional<std::filesystem::path> QtSavePanel::runModal(const std::string& name)
+std::optional<std::filesystem::path> QtSavePanel::runModal(const std::string& name,
+                                                           const std::filesystem::path& folder)
 {
-    const auto start = folder_.empty()
-                           ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                           : QFile::decodeName(QByteArray::fromStdString(folder_.string()));
-    FileDialog dialog(sessions_, start);
+    const auto start = startFolder({folder, lastFolder_}, QStandardPaths::DocumentsLocation);
+    FileDialog dialog(sessions_, textOf(start));
     // As in QtOpenPanel: a native dialog would have its own idea of modality.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
@@ -77,7 +72,7 @@ std::optional<std::filesystem::path> QtSavePanel::runModal(const std::string& na
     sessions_.run(dialog);
 
     if (choice) {
-        folder_ = pathOf(dialog.directory().absolutePath());
+        lastFolder_ = pathOf(dialog.directory().absolutePath());
     }
     return choice;
 }

@@ -12,12 +12,13 @@ public:
     /// `sessions` must outlive the panel.
     explicit QtSavePanel(ModalSessions& sessions) : sessions_(sessions) {}
 
-    std::optional<std::filesystem::path> runModal(const std::string& name) override;
+    std::optional<std::filesystem::path> runModal(const std::string& name,
+                                                  const std::filesystem::path& folder) override;
 
 private:
     ModalSessions& sessions_;
-    // The folder that the next panel shows first.
-    std::filesystem::path folder_;
+    // Where the next panel starts if it is not told.
+    std::filesystem::path lastFolder_;
 };
 
 }  // namespace dunmora

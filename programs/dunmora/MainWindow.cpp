@@ -7,7 +7,6 @@
 #include "platform/Alert.h"
 #include "platform/Bundle.h"
 #include "platform/Desktop.h"
-#include "platform/OpenPanel.h"
 #include "platform/Platform.h"
 #include "platform/TableView.h"
 #include "platform/Window.h"
@@ -38,17 +37,22 @@ std::unique_ptr<Interface> mainInterface()
     return interface;
 }
 
-/// The name of the address book for its user: the last component of its path, even if that is
-/// relative or ends with a separator.
-std::string bookName(const std::filesystem::path& path)
+/// The absolute path of the address book, without a separator at its end.
+std::filesystem::path wholePath(const std::filesystem::path& path)
 {
     std::error_code error;
     auto whole = std::filesystem::absolute(path, error).lexically_normal();
     if (error) {
         whole = path;
     }
-    const auto name = (whole.has_filename() ? whole : whole.parent_path()).filename();
-    return name.empty() ? whole.string() : name.string();
+    return whole.has_filename() ? whole : whole.parent_path();
+}
+
+/// The name of the address book for its user: the last component of its path.
+std::string bookName(const std::filesystem::path& path)
+{
+    const auto whole = wholePath(path);
+    return whole.has_filename() ? whole.filename().string() : whole.string();
 }
 
 }  // namespace
@@ -61,7 +65,7 @@ MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
       libraries_(std::move(libraries)),
       interface_(mainInterface()),
       contacts_(*interface_, [this] { delegate_.LoadContacts(); }),
-      review_(*interface_, contacts_, [this] { return openBook(); }),
+      review_(*interface_, contacts_, [this](OpenPanel::Kind kind) { return openBook(kind); }),
       undoDelete_(*interface_, [this](const Restoration& result) { reloadAfter(result); }),
       systemBooks_(
           *interface_, application_,
@@ -183,9 +187,9 @@ void MainWindow::connectCommands()
     connect("OnAbout", [this] { showAbout(); });
 }
 
-bool MainWindow::openBook()
+bool MainWindow::openBook(OpenPanel::Kind kind)
 {
-    const auto path = Desktop::current().openPanel.runModal();
+    const auto path = Desktop::current().openPanel.runModal(kind, bookFolder_);
     return path && select(bookName(*path), *path);
 }
 
@@ -210,13 +214,14 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
         platform_.addressBook = book_.addressBook.get();
         platform_.cardSource = book_.cardSource.get();
         bookName_ = name;
+        bookFolder_ = systemBooks_.contains(path) ? "" : wholePath(path).parent_path();
     } catch (...) {
         Settings::MsgBox(failureText(std::current_exception(), name));
         return false;
     }
     setTitle(name);
     review_.setBookIsOpen(true);
-    undoDelete_.bookOpened(path, book_.cardRestorer);
+    undoDelete_.bookOpened(path, bookFolder_, book_.cardRestorer);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "app/DunmoraAppDelegate.h"
 #include "platform/Application.h"
 #include "platform/InterfaceLoader.h"
+#include "platform/OpenPanel.h"
 #include "platform/OpenedBook.h"
 #include "programs/dunmora/JobObserver.h"
 #include "programs/dunmora/SystemBooks.h"
@@ -76,7 +77,7 @@ public:
 private:
     void connectCommands();
     /// Lets the user choose a book. Returns whether it has been opened.
-    bool openBook();
+    bool openBook(OpenPanel::Kind kind);
     bool select(std::string_view name, const std::filesystem::path& path);
     void reloadAfter(const Restoration& result);
     void setTitle(std::string_view book);
@@ -88,6 +89,8 @@ private:
     Platform& platform_;
     OpenedBook book_;
     std::string bookName_;
+    // The folder that contains the open book; empty for a book of the system.
+    std::filesystem::path bookFolder_;
     MakeAddressBook makeAddressBook_;
     std::string libraries_;
     bool isLaunched_ = false;

@@ -69,9 +69,11 @@ UndoDelete::UndoDelete(Interface& mainInterface, Reload reload)
     enableCommands(false);
 }
 
-void UndoDelete::bookOpened(std::filesystem::path book, std::shared_ptr<CardRestorer> restorer)
+void UndoDelete::bookOpened(std::filesystem::path book, std::filesystem::path folder,
+                            std::shared_ptr<CardRestorer> restorer)
 {
     book_ = std::move(book);
+    folder_ = std::move(folder);
     restorer_ = std::move(restorer);
     result_.hide();
     enableCommands(false);
@@ -127,7 +129,7 @@ void UndoDelete::OnSaveRemoved() const
     }
     try {
         const auto cards = restorer_->lastRemovedCards();
-        const auto path = Desktop::current().savePanel.runModal(kFileName);
+        const auto path = Desktop::current().savePanel.runModal(kFileName, folder_);
         if (!path) {
             return;
         }

@@ -33,8 +33,10 @@ public:
     UndoDelete& operator=(const UndoDelete&) = delete;
 
     /// The book at this path was opened: what was deleted from the one before is forgotten.
+    /// `folder` is where the user starts to look for a place to save cards, as in `SavePanel`;
     /// `restorer` may be null.
-    void bookOpened(std::filesystem::path book, std::shared_ptr<CardRestorer> restorer);
+    void bookOpened(std::filesystem::path book, std::filesystem::path folder,
+                    std::shared_ptr<CardRestorer> restorer);
 
     /// Like the functions of `JobObserver`.
     void jobsBegan(std::string_view name);
@@ -58,6 +60,7 @@ private:
 
     Reload reload_;
     std::filesystem::path book_;
+    std::filesystem::path folder_;
     std::shared_ptr<CardRestorer> restorer_;
     DeletionResult result_;
     /// How many people, and how many saves to undo, there were when the running deletion began.

@@ -23,7 +23,8 @@ CONFIRMATION = (
 # The button of the command, whose title has the number of people checked.
 DELETE = r"Delete( \d+)? Checked…?"
 NOTHING_CHECKED = "No contact checked to be deleted!"
-NO_BOOK = "No address book is open. Choose File > Open… to open a vCard file or a folder of them."
+NO_BOOK = ("No address book is open. Choose File > Open… to open a vCard file, "
+           "or File > Open Folder… to open a folder of them.")
 SEVERAL_BOOKS = "One address book is opened at a time. Drop a single file or folder."
 NO_FIELD = "You should choose at least one field as match condition!"
 

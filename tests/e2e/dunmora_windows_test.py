@@ -97,6 +97,19 @@ class StartTest(DunmoraCase):
 
         dunmora.total("4 duplicates of 6")
 
+    def test_opens_a_folder_by_keyboard_beside_the_open_book(self):
+        other = self.books / "other"
+        other.mkdir()
+        (other / "dora.vcf").write_bytes(DORA_1 + DORA_2)
+        dunmora = self.start_searched()
+
+        dunmora.press(dunmora.main, "ctrl+shift+f")
+        # Relative to the folder in which the panel starts.
+        self.open_by_keyboard(dunmora, "other")
+        dunmora.search()
+
+        dunmora.total("2 duplicates of 2")
+
     def test_keeps_its_book_when_the_open_panel_is_cancelled(self):
         dunmora = self.start_searched()
 

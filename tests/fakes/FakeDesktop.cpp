@@ -2,14 +2,19 @@
 
 namespace dunmora::test {
 
-std::optional<std::filesystem::path> FakeSavePanel::runModal(const std::string& name)
+std::optional<std::filesystem::path> FakeSavePanel::runModal(const std::string& name,
+                                                             const std::filesystem::path& folder)
 {
     names.push_back(name);
+    folders.push_back(folder);
     return choice;
 }
 
-std::optional<std::filesystem::path> FakeOpenPanel::runModal()
+std::optional<std::filesystem::path> FakeOpenPanel::runModal(Kind kind,
+                                                             const std::filesystem::path& folder)
 {
+    kinds.push_back(kind);
+    folders.push_back(folder);
     return choice;
 }
 

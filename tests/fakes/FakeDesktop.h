@@ -18,19 +18,25 @@ namespace dunmora::test {
 /// Returns the file that the test has chosen.
 class FakeOpenPanel final : public OpenPanel {
 public:
-    std::optional<std::filesystem::path> runModal() override;
+    std::optional<std::filesystem::path> runModal(Kind kind,
+                                                  const std::filesystem::path& folder) override;
 
     std::optional<std::filesystem::path> choice;
+    /// What was looked for so far, and the folders in which the panel started.
+    std::vector<Kind> kinds;
+    std::vector<std::filesystem::path> folders;
 };
 
 /// Returns the path that the test has chosen.
 class FakeSavePanel final : public SavePanel {
 public:
-    std::optional<std::filesystem::path> runModal(const std::string& name) override;
+    std::optional<std::filesystem::path> runModal(const std::string& name,
+                                                  const std::filesystem::path& folder) override;
 
     std::optional<std::filesystem::path> choice;
-    /// The names proposed so far.
+    /// The names proposed so far, and the folders in which the panel started.
     std::vector<std::string> names;
+    std::vector<std::filesystem::path> folders;
 };
 
 /// A fake for every port of a program with windows, installed as the desktop during its lifetime.

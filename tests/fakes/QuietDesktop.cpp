@@ -104,12 +104,14 @@ void QuietApplication::performOnMainThread(const std::function<void()>& work)
     work();
 }
 
-std::optional<std::filesystem::path> QuietSavePanel::runModal(const std::string& /*name*/)
+std::optional<std::filesystem::path>
+QuietSavePanel::runModal(const std::string& /*name*/, const std::filesystem::path& /*folder*/)
 {
     return std::nullopt;
 }
 
-std::optional<std::filesystem::path> QuietOpenPanel::runModal()
+std::optional<std::filesystem::path>
+QuietOpenPanel::runModal(Kind /*kind*/, const std::filesystem::path& /*folder*/)
 {
     return std::nullopt;
 }

@@ -58,13 +58,15 @@ public:
 /// A panel that the user cancels.
 class QuietOpenPanel final : public OpenPanel {
 public:
-    std::optional<std::filesystem::path> runModal() override;
+    std::optional<std::filesystem::path> runModal(Kind kind,
+                                                  const std::filesystem::path& folder) override;
 };
 
 /// A panel that the user cancels.
 class QuietSavePanel final : public SavePanel {
 public:
-    std::optional<std::filesystem::path> runModal(const std::string& name) override;
+    std::optional<std::filesystem::path> runModal(const std::string& name,
+                                                  const std::filesystem::path& folder) override;
 };
 
 /// Opens no connection.

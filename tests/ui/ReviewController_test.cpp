@@ -169,8 +169,12 @@ protected:
     DunmoraAppDelegate delegate_;
     ContactsController contacts_{main_, [this] { delegate_.LoadContacts(); }};
     bool choosesABook_ = true;
+    std::vector<OpenPanel::Kind> kindsOpened_;
     bool jobsRun_ = false;
-    ReviewController review_{main_, contacts_, [this] { return choosesABook_; }};
+    ReviewController review_{main_, contacts_, [this](OpenPanel::Kind kind) {
+                                 kindsOpened_.push_back(kind);
+                                 return choosesABook_;
+                             }};
 };
 
 TEST_F(ReviewControllerTest, SaysWhatToDoBeforeTheFirstSearch)
@@ -232,7 +236,7 @@ TEST_F(ReviewControllerTest, SaysThatNoDuplicatesWereFound)
 
     EXPECT_EQ(emptiness(), "No duplicates found | "
                            "Choose Edit > Match Fields… to compare other fields. | Open");
-    EXPECT_TRUE(areEnabled({"OnReload", "OnMatchFields", "OnOpen"}, true));
+    EXPECT_TRUE(areEnabled({"OnReload", "OnMatchFields", "OnOpen", "OnOpenFolder"}, true));
     EXPECT_TRUE(areEnabled({"OnDelete", "OnFilter"}, false));
     EXPECT_EQ(total(), "0 duplicates of 2");
 }
@@ -350,7 +354,8 @@ TEST_F(ReviewControllerTest, LeavesTheTableOnTheScreenDuringADeletion)
     EXPECT_EQ(emptiness(), "");
     EXPECT_EQ(titleOf("btnLastCopies"), "");
     EXPECT_EQ(titleOf("btnNotes"), "1 card was skipped");
-    EXPECT_TRUE(areEnabled({"OnReload", "OnOpen", "OnDelete", "OnKeepOneOfEach"}, false));
+    EXPECT_TRUE(
+        areEnabled({"OnReload", "OnOpen", "OnOpenFolder", "OnDelete", "OnKeepOneOfEach"}, false));
 
     finishJobs();
 
@@ -860,6 +865,19 @@ TEST_F(ReviewControllerTest, ReadsTheBookThatTheUserOpens)
     EXPECT_EQ(application_.threads.size(), jobs);
 }
 
+TEST_F(ReviewControllerTest, ReadsTheFolderThatTheUserOpens)
+{
+    main_.command("OnOpenFolder").use();
+    finishJobs();
+    EXPECT_EQ(application_.threads.front(), kThreadLoadContacts);
+    EXPECT_EQ(kindsOpened_, std::vector{OpenPanel::Kind::Folder});
+
+    const auto jobs = application_.threads.size();
+    choosesABook_ = false;
+    main_.command("OnOpenFolder").use();
+    EXPECT_EQ(application_.threads.size(), jobs);
+}
+
 TEST_F(ReviewControllerTest, ShowsTheNotesOfTheLastReading)
 {
     platform_.addressBook.readingNotes = {3, {"Two of “a.vcf”.", "One of “b.vcf”."}};
@@ -922,7 +940,7 @@ TEST_F(ReviewControllerTest, IgnoresJobsAfterItIsDestroyed)
 {
     {
         FakeInterface other("Other", log_);
-        ReviewController review(other, contacts_, [] { return false; });
+        ReviewController review(other, contacts_, [](OpenPanel::Kind /*kind*/) { return false; });
         review.awakeFromNib();
     }
 

@@ -43,14 +43,27 @@ protected:
 
     /// Shows the panel in the folder, acts as the user, and returns the choice.
     std::optional<std::filesystem::path>
-    choose(const std::function<void(QFileDialog& dialog)>& user)
+    choose(const std::function<void(QFileDialog& dialog)>& user,
+           OpenPanel::Kind kind = OpenPanel::Kind::File)
     {
         soon([&] {
             auto& dialog = shownDialog();
             dialog.setDirectory(QString::fromStdString(folder.path().string()));
             user(dialog);
         });
-        return panel.runModal();
+        return panel.runModal(kind, "");
+    }
+
+    /// Returns the folder in which the panel starts for this one.
+    std::filesystem::path startFor(const std::filesystem::path& start)
+    {
+        QString shown;
+        soon([&] {
+            shown = shownDialog().directory().absolutePath();
+            press(shownDialog(), Qt::Key_Escape);
+        });
+        panel.runModal(OpenPanel::Kind::File, start);
+        return shown.toStdString();
     }
 
     static QPushButton& folderButton(QFileDialog& dialog)
@@ -198,15 +211,29 @@ TEST_F(QtOpenPanelTest, CanBeUsedWithoutAMouse)
 TEST_F(QtOpenPanelTest, StartsInTheFolderOfTheLastChoice)
 {
     choose([](QFileDialog& dialog) { click(folderButton(dialog)); });
-    QString start;
 
-    soon([&] {
-        start = shownDialog().directory().absolutePath();
-        press(shownDialog(), Qt::Key_Escape);
-    });
-    panel.runModal();
+    EXPECT_EQ(startFor(""), folder.path());
+}
 
-    EXPECT_EQ(start.toStdString(), folder.path().string());
+TEST_F(QtOpenPanelTest, StartsInTheFolderGivenIfThatExists)
+{
+    choose([](QFileDialog& dialog) { click(folderButton(dialog)); });
+
+    EXPECT_EQ(startFor(folder.path() / "cards"), folder.path() / "cards");
+    EXPECT_EQ(startFor(folder.path() / "gone"), folder.path());
+}
+
+TEST_F(QtOpenPanelTest, LetsTheUserLookForAFolder)
+{
+    const auto choice = choose(
+        [](QFileDialog& dialog) {
+            EXPECT_THROW(folderButton(dialog), std::runtime_error);
+            dialog.findChild<QLineEdit*>()->setText(QStringLiteral("cards"));
+            press(dialog, Qt::Key_Return);
+        },
+        OpenPanel::Kind::Folder);
+
+    EXPECT_EQ(choice, folder.path() / "cards");
 }
 
 }  // namespace

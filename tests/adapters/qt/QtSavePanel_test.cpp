@@ -38,7 +38,7 @@ protected:
             dialog.setDirectory(QString::fromStdString(folder.path().string()));
             user(dialog);
         });
-        return panel.runModal("Removed People.vcf");
+        return panel.runModal("Removed People.vcf", "");
     }
 
     static void type(QFileDialog& dialog, const char* name)
@@ -70,6 +70,14 @@ TEST_F(QtSavePanelTest, AddsTheEndingOfTheFormat)
 {
     EXPECT_EQ(choose([](QFileDialog& dialog) { type(dialog, "removed"); }),
               folder.path() / "removed.vcf");
+}
+
+TEST_F(QtSavePanelTest, StartsInTheFolderGiven)
+{
+    soon([] { press(shownDialog(), Qt::Key_Return); });
+
+    EXPECT_EQ(panel.runModal("Removed People.vcf", folder.path()),
+              folder.path() / "Removed People.vcf");
 }
 
 TEST_F(QtSavePanelTest, NeverChoosesAFileThatExists)

@@ -89,8 +89,8 @@ TEST_F(MainWindowTest, ExplainsHowToOpenABookWhenThereIsNone)
 {
     start(std::nullopt);
 
-    EXPECT_EQ(alerts(), Lines{"No address book is open. Choose File > Open… to open a vCard file "
-                              "or a folder of them."});
+    EXPECT_EQ(alerts(), Lines{"No address book is open. Choose File > Open… to open a vCard file, "
+                              "or File > Open Folder… to open a folder of them."});
     EXPECT_EQ(emptiness(), "No address book is open");
     EXPECT_FALSE(main_->button("btnEmptyOpen").isHidden);
     EXPECT_TRUE(main_->command("OnOpen").isEnabled);
@@ -246,6 +246,56 @@ TEST_F(MainWindowTest, OpensTheBookThatTheUserChooses)
     EXPECT_EQ(opened_, Paths{file_});
     EXPECT_EQ(title(), "address-book.vcf – Dunmora");
     EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, OpensTheFolderThatTheUserChooses)
+{
+    start(file_);
+
+    desktop_.openPanel.choice = folder_.path();
+    main_->command("OnOpenFolder").use();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(desktop_.openPanel.kinds, std::vector{OpenPanel::Kind::Folder});
+    EXPECT_EQ(opened_, (Paths{file_, folder_.path()}));
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, LetsTheUserChooseBesideTheOpenBook)
+{
+    const auto cards = folder_.path() / "cards";
+    std::filesystem::create_directory(cards);
+    start(std::nullopt);
+    auto& panel = desktop_.openPanel;
+    const auto open = [&](const std::filesystem::path& path) {
+        panel.choice = path;
+        main_->command("OnOpen").use();
+        application_.runUntilIdle();
+    };
+
+    open(file_);
+    open(cards / "");
+    open(folder_.path() / "missing" / "gone.vcf");
+    open(std::filesystem::relative(file_));
+    open(file_);
+
+    const auto folder = folder_.path();
+    EXPECT_EQ(panel.folders, (Paths{"", folder, folder, folder, folder}));
+    EXPECT_EQ(panel.kinds, std::vector(5, OpenPanel::Kind::File));
+}
+
+TEST_F(MainWindowTest, LetsThePanelDecideWhereToStartWithABookOfTheSystem)
+{
+    makeWindow();
+    window_->offerSystemBooks("system:", {});
+    window_->open("system:ann");
+    window_->applicationDidFinishLaunching();
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+
+    main_->command("OnOpen").use();
+
+    EXPECT_EQ(desktop_.openPanel.folders, Paths{""});
 }
 
 TEST_F(MainWindowTest, OpensTheBookThatIsDroppedOnIt)

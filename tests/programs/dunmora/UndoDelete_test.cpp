@@ -266,6 +266,7 @@ TEST_F(UndoDeleteTest, SavesTheCardsOfTheRemovedPeople)
     main_->command("OnSaveRemoved").use();
 
     EXPECT_EQ(desktop_.savePanel.names, Lines{"Removed People.vcf"});
+    EXPECT_EQ(desktop_.savePanel.folders, std::vector{folder_.path()});
     EXPECT_EQ(contentOf(file), book_.lastRemovedCards());
     EXPECT_FALSE(contentOf(file).empty());
     EXPECT_TRUE(offersToUndo());
