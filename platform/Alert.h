@@ -5,6 +5,10 @@
 
 namespace dunmora {
 
+/// Whether an alert reports that something could not be done. A question, which has an alternate
+/// button, is never a failure.
+enum class AlertStyle { Notice, Failure };
+
 /// The texts and buttons of an alert, as plain UTF-8.
 struct AlertContent {
     std::string messageText;
@@ -14,6 +18,7 @@ struct AlertContent {
     std::optional<std::string> alternateButton;
     /// A third button, only beside an alternate one.
     std::optional<std::string> otherButton = std::nullopt;
+    AlertStyle style = AlertStyle::Notice;
 };
 
 /// Shows a question or a notice that the user must respond to before continuing.

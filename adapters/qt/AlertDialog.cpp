@@ -117,6 +117,23 @@ QWidget* makeText(const QString& text, const QFont& font, const QString& accessi
     return makeScrollArea(text, font, accessibleName, parent);
 }
 
+/// The icon at the left: the desktop's own, or ours if its theme has none.
+struct Sign {
+    const char* themeIcon;
+    const char* ownIcon;
+    /// What a screen reader calls it.
+    const char* name;
+};
+
+Sign signOf(const AlertContent& content)
+{
+    if (content.style == AlertStyle::Failure) {
+        return {"dialog-error", "loss", "Error"};
+    }
+    return content.alternateButton ? Sign{"dialog-warning", "doubt", "Question"}
+                                   : Sign{"dialog-information", "information", "Information"};
+}
+
 /// Gives the dialog the role of an alert, which screen readers announce without being asked.
 QAccessibleInterface* accessibleAlert(const QString& /*className*/, QObject* object)
 {
@@ -136,20 +153,20 @@ AlertDialog::AlertDialog(const AlertContent& content, QWidget* parent) : QDialog
     const int margin = style()->pixelMetric(QStyle::PM_LayoutLeftMargin, nullptr, this);
     grid->setHorizontalSpacing(2 * margin);
     grid->setVerticalSpacing(margin);
-    addIcon(*grid, content.alternateButton.has_value());
+    addSign(*grid, content);
     addTexts(*grid, content);
     addButtons(*grid, content);
 }
 
-/// Shows the desktop's own icon, or ours if its theme has none.
-void AlertDialog::addIcon(QGridLayout& grid, bool isQuestion)
+void AlertDialog::addSign(QGridLayout& grid, const AlertContent& content)
 {
-    const auto icon = isQuestion ? QIcon::fromTheme(QStringLiteral("dialog-warning"),
-                                                    symbolIcon(QStringLiteral("doubt")))
-                                 : QIcon::fromTheme(QStringLiteral("dialog-information"),
-                                                    symbolIcon(QStringLiteral("information")));
+    const auto sign = signOf(content);
+    const auto icon =
+        QIcon::fromTheme(QLatin1String(sign.themeIcon), symbolIcon(QLatin1String(sign.ownIcon)));
     const int size = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
     auto* const label = new QLabel(this);
+    label->setObjectName(QStringLiteral("sign"));
+    label->setAccessibleName(QLatin1String(sign.name));
     label->setPixmap(icon.pixmap(QSize(size, size), devicePixelRatioF()));
     grid.addWidget(label, 0, 0, 2, 1, Qt::AlignTop);
 }

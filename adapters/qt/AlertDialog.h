@@ -8,9 +8,9 @@ class QGridLayout;
 
 namespace dunmora {
 
-/// The window of an alert: an icon, a message with an explanation below it, and one to three
-/// buttons. It is sized to fit its texts; a long text scrolls. The default button accepts the
-/// dialog, the third one ends it with `kOther`; Escape and the close control reject it.
+/// The window of an alert: a sign for its style, a message with an explanation below it, and
+/// one to three buttons. It is sized to fit its texts; a long text scrolls. The default button
+/// accepts the dialog, the third one ends it with `kOther`; Escape and the close control reject it.
 ///
 /// Thread: the main thread. Errors: none.
 class AlertDialog final : public QDialog {
@@ -27,7 +27,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void addIcon(QGridLayout& grid, bool isQuestion);
+    void addSign(QGridLayout& grid, const AlertContent& content);
     void addTexts(QGridLayout& grid, const AlertContent& content);
     void addButtons(QGridLayout& grid, const AlertContent& content);
 };

@@ -51,8 +51,9 @@ public:
     {
         for (const auto& file : selectedFiles()) {
             if (!QFileInfo::exists(file)) {
-                QtAlert::runModal(sessions_, {quotedPath(pathOf(file)) + " does not exist.", "",
-                                              "OK", std::nullopt});
+                QtAlert::runModal(sessions_,
+                                  {quotedPath(pathOf(file)) + " does not exist.", "", "OK",
+                                   std::nullopt, std::nullopt, AlertStyle::Failure});
                 return;
             }
         }

@@ -34,9 +34,10 @@ public:
                 break;
             }
             if (info.exists() || info.isSymLink()) {
-                QtAlert::runModal(sessions_, {quotedPath(pathOf(file)) +
-                                                  " already exists. Choose another name or folder.",
-                                              "", "OK", std::nullopt});
+                QtAlert::runModal(
+                    sessions_,
+                    {quotedPath(pathOf(file)) + " already exists. Choose another name or folder.",
+                     "", "OK", std::nullopt, std::nullopt, AlertStyle::Failure});
                 return;
             }
         }

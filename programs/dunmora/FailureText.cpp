@@ -1,9 +1,12 @@
 #include "programs/dunmora/FailureText.h"
 
+#include "platform/Alert.h"
+#include "platform/Platform.h"
 #include "platform/PlatformError.h"
 #include "review/ReviewTexts.h"
 
 #include <new>
+#include <optional>
 
 namespace dunmora {
 
@@ -20,6 +23,12 @@ std::string failureText(const std::exception_ptr& failure, std::string_view book
     } catch (...) {
         return "An unexpected error occurred.";
     }
+}
+
+void showFailure(const std::string& text)
+{
+    Platform::current().alert.runModal(
+        {text, "", "OK", std::nullopt, std::nullopt, AlertStyle::Failure});
 }
 
 }  // namespace dunmora

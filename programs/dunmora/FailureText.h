@@ -12,4 +12,7 @@ namespace dunmora {
 /// Thread: any.
 std::string failureText(const std::exception_ptr& failure, std::string_view book);
 
+/// Shows this text as a failure and waits for the user's OK. Thread: any.
+void showFailure(const std::string& text);
+
 }  // namespace dunmora

@@ -148,7 +148,7 @@ void MainWindow::jobsBegan(std::string_view name)
 
 void MainWindow::jobFailed(std::string_view name, const std::exception_ptr& failure)
 {
-    Settings::MsgBox(failureText(failure, bookName_));
+    showFailure(failureText(failure, bookName_));
     auto& app = AppData::app();
     if (app.progress()) {
         app.progress()->close();
@@ -203,7 +203,7 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
     std::error_code error;
     if (isLaunched_ && !systemBooks_.contains(path) && !std::filesystem::exists(path, error) &&
         !error) {
-        Settings::MsgBox(quotedPath(path) + " does not exist.");
+        showFailure(quotedPath(path) + " does not exist.");
         return false;
     }
     if (!review_.mayLoseMarks()) {
@@ -216,7 +216,7 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
         bookName_ = name;
         bookFolder_ = systemBooks_.contains(path) ? "" : wholePath(path).parent_path();
     } catch (...) {
-        Settings::MsgBox(failureText(std::current_exception(), name));
+        showFailure(failureText(std::current_exception(), name));
         return false;
     }
     setTitle(name);

@@ -5,7 +5,6 @@
 #include "base/JobNotifications.h"
 #include "base/JobThreads.h"
 #include "base/NotificationCenter.h"
-#include "base/Settings.h"
 #include "engine/ContactsParser.h"
 #include "platform/Alert.h"
 #include "platform/Application.h"
@@ -45,14 +44,15 @@ void showNotes(const Restoration& result)
     if (result.failures.empty() && result.remarks.empty()) {
         return;
     }
-    auto lines = linesOf(result);
+    AlertContent notes{"Everyone is in the address book again", linesOf(result), "OK",
+                       std::nullopt};
     if (!result.failures.empty()) {
-        lines += "\nChoose Edit > Save Removed People… to save their cards in a file.";
+        notes.messageText = "Not everyone could be restored";
+        notes.informativeText +=
+            "\nChoose Edit > Save Removed People… to save their cards in a file.";
+        notes.style = AlertStyle::Failure;
     }
-    Platform::current().alert.runModal({result.failures.empty()
-                                            ? "Everyone is in the address book again"
-                                            : "Not everyone could be restored",
-                                        lines, "OK", std::nullopt});
+    Platform::current().alert.runModal(notes);
 }
 
 }  // namespace
@@ -134,13 +134,13 @@ void UndoDelete::OnSaveRemoved() const
             return;
         }
         if (wouldJoinBook(*path, book_)) {
-            Settings::MsgBox(quotedPath(*path) +
-                             " would become part of the address book. Choose another folder.");
+            showFailure(quotedPath(*path) +
+                        " would become part of the address book. Choose another folder.");
             return;
         }
         writeNewFile(*path, {cards});
     } catch (...) {
-        Settings::MsgBox(failureText(std::current_exception(), ""));
+        showFailure(failureText(std::current_exception(), ""));
     }
 }
 

@@ -15,6 +15,7 @@ class FailureTest(DunmoraCase):
     def fail_with(self, dunmora, text):
         """Waits for an alert with this text over the progress window and confirms it."""
         alert = dunmora.alert(text)
+        self.assertTrue(alert.find("graphic", "Error"))
         self.assertTrue([window for window in dunmora.windows if is_progress(window)])
         dunmora.press(alert, "enter")
 

@@ -188,7 +188,9 @@ class MatchFieldsTest(DunmoraCase):
         dunmora.wait_for(lambda: not any(self.states(dialog).values()), "empty boxes")
 
         dunmora.press(dialog, "enter")
-        dunmora.press(dunmora.alert(NO_FIELD), "enter")
+        alert = dunmora.alert(NO_FIELD)
+        self.assertTrue(alert.find("graphic", "Information"))
+        dunmora.press(alert, "enter")
         dunmora.wait_for(lambda: not [window for window in dunmora.windows if is_alert(window)], "end of the alert")
         dunmora.click(dialog.find("check box", MOBILE_FIELD))
         dunmora.wait_for(lambda: self.states(dialog)[MOBILE_FIELD], "mark")

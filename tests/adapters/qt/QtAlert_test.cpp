@@ -1,10 +1,13 @@
 #include "adapters/qt/QtAlert.h"
 
 #include "adapters/qt/AlertDialog.h"
+#include "adapters/qt/Symbols.h"
 #include "tests/adapters/qt/QtTest.h"
 
 #include <QAccessible>
 #include <QDialogButtonBox>
+#include <QIcon>
+#include <QImage>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -66,6 +69,20 @@ protected:
         return widgetIn<QLabel>(dialog, name).text();
     }
 
+    /// What a screen reader calls the alert's sign.
+    static QString nameOfSign(AlertDialog& dialog)
+    {
+        return widgetIn<QLabel>(dialog, "sign").accessibleName();
+    }
+
+    /// Whether the alert's sign is our own one with this name.
+    static bool hasSign(AlertDialog& dialog, const char* name)
+    {
+        const auto sign = widgetIn<QLabel>(dialog, "sign").pixmap();
+        const auto expected = symbolIcon(QLatin1String(name)).pixmap(sign.size());
+        return sign.toImage() == expected.toImage();
+    }
+
     /// Shows the alert, acts as the user, and returns the response.
     int answer(const AlertContent& content, const std::function<void(AlertDialog& dialog)>& user)
     {
@@ -118,6 +135,27 @@ TEST_F(QtAlertTest, CanOfferAThirdButton)
               Alert::kDefaultButton);
     EXPECT_EQ(answer(content, [](AlertDialog& dialog) { press(dialog, Qt::Key_Escape); }),
               Alert::kAlternateButton);
+}
+
+TEST_F(QtAlertTest, HasASignForNoticesQuestionsAndFailures)
+{
+    // A theme without icons.
+    const auto theme = QIcon::themeName();
+    QIcon::setThemeName(QStringLiteral("none"));
+    auto failure = notice;
+    failure.style = AlertStyle::Failure;
+    const auto expect = [this](const AlertContent& content, const char* sign, const char* name) {
+        answer(content, [&](AlertDialog& dialog) {
+            EXPECT_TRUE(hasSign(dialog, sign));
+            EXPECT_EQ(nameOfSign(dialog), QLatin1String(name));
+            press(dialog, Qt::Key_Escape);
+        });
+    };
+
+    expect(notice, "information", "Information");
+    expect(question, "doubt", "Question");
+    expect(failure, "loss", "Error");
+    QIcon::setThemeName(theme);
 }
 
 TEST_F(QtAlertTest, TreatsEnterAsTheDefaultButton)

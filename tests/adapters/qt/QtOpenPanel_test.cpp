@@ -136,6 +136,8 @@ TEST_F(QtOpenPanelTest, ReportsAMissingFileAndLetsOtherWindowsClose)
                 qtModal = QApplication::activeModalWidget();
                 auto* const alert = dialog.findChild<AlertDialog*>();
                 reported = alert->findChild<QLabel*>(QStringLiteral("message"))->text();
+                EXPECT_EQ(alert->findChild<QLabel*>(QStringLiteral("sign"))->accessibleName(),
+                          QStringLiteral("Error"));
                 press(*alert, Qt::Key_Return);
             });
             dialog.findChild<QLineEdit*>()->setText(QString::fromLatin1(name));

@@ -89,6 +89,8 @@ TEST_F(QtSavePanelTest, NeverChoosesAFileThatExists)
         soon([&] {
             auto* const alert = dialog.findChild<AlertDialog*>();
             reported = alert->findChild<QLabel*>(QStringLiteral("message"))->text();
+            EXPECT_EQ(alert->findChild<QLabel*>(QStringLiteral("sign"))->accessibleName(),
+                      QStringLiteral("Error"));
             press(*alert, Qt::Key_Return);
         });
         type(dialog, "old.vcf");

@@ -65,7 +65,7 @@ TEST_F(JobFailureTest, OfALoadIsReportedWhileTheProgressWindowIsOpen)
     main_->command("OnReload").use();
     application_.runUntilIdle();
 
-    EXPECT_EQ(alerts(), Lines{"“address-book.vcf” cannot be read."});
+    EXPECT_EQ(failures(), Lines{"“address-book.vcf” cannot be read."});
     EXPECT_EQ(platform_.alert.shown.front().defaultButton, "OK");
     EXPECT_EQ(progressWasVisible_, std::vector{true});
     EXPECT_EQ(wasBusy_, std::vector{true});
@@ -134,7 +134,7 @@ TEST_F(JobFailureTest, OfASearchIsReportedAsUnexpected)
     start(file_);
     center.removeObserver(this, kMsgShowMessage);
 
-    EXPECT_EQ(alerts(), Lines{"An unexpected error occurred: index 7"});
+    EXPECT_EQ(failures(), Lines{"An unexpected error occurred: index 7"});
     EXPECT_EQ(progressWasVisible_, std::vector{true});
     EXPECT_EQ(emptiness(), "The search failed");
     expectIdle();
@@ -172,6 +172,7 @@ TEST_F(JobFailureTest, OfADeletionIsFollowedByAReload)
     application_.runUntilIdle();
 
     EXPECT_EQ(alerts(), (Lines{"Confirm to delete", "“address-book.vcf” is read-only."}));
+    EXPECT_EQ(failures(), Lines{"“address-book.vcf” is read-only."});
     EXPECT_EQ(progressWasVisible_, std::vector{true});
     EXPECT_EQ(application_.threads,
               (Lines{"LoadContacts", "FindDuplicates", "DeleteCheckedContacts", "LoadContacts",

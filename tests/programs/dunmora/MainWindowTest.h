@@ -79,6 +79,18 @@ protected:
         return texts;
     }
 
+    /// The messages of the alerts so far that report a failure.
+    std::vector<std::string> failures() const
+    {
+        std::vector<std::string> texts;
+        for (const auto& alert : platform_.alert.shown) {
+            if (alert.style == AlertStyle::Failure) {
+                texts.push_back(alert.messageText);
+            }
+        }
+        return texts;
+    }
+
     TemporaryFolder folder_;
     std::filesystem::path file_ = folder_.path() / "address-book.vcf";
     FakeAddressBook book_{{person("ann-1", "Ann"), person("ben", "Ben"), person("ann-2", "Ann")}};

@@ -176,7 +176,8 @@ TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheNewOneDoesNotExist)
     window_->open(folder_.path() / "gone.vcf");
     application_.runUntilIdle();
 
-    EXPECT_EQ(alerts(), Lines{"“" + (folder_.path() / "gone.vcf").string() + "” does not exist."});
+    EXPECT_EQ(failures(),
+              Lines{"“" + (folder_.path() / "gone.vcf").string() + "” does not exist."});
     EXPECT_EQ(opened_, Paths{file_});
     EXPECT_EQ(title(), "address-book.vcf – Dunmora");
     EXPECT_EQ(application_.threads.size(), jobs);
@@ -206,7 +207,7 @@ TEST_F(MainWindowTest, KeepsTheOpenBookWhenTheNewOneCannotBeCreated)
     window_->open(folder_.path());
     application_.runUntilIdle();
 
-    EXPECT_EQ(alerts(), Lines{"There is no such service."});
+    EXPECT_EQ(failures(), Lines{"There is no such service."});
     EXPECT_EQ(title(), "address-book.vcf – Dunmora");
     main_->command("OnReload").use();
     application_.runUntilIdle();
@@ -426,6 +427,7 @@ TEST_F(MainWindowTest, ShowsTheVersionAndTheLibraries)
                                      "Built with Toolkit 1.0 and Hash 2.0.");
     EXPECT_EQ(about.defaultButton, "OK");
     EXPECT_EQ(about.alternateButton, std::nullopt);
+    EXPECT_EQ(about.style, AlertStyle::Notice);
 }
 
 TEST_F(MainWindowTest, FailsWithAMessageWhenItsInterfaceCannotBeLoaded)
