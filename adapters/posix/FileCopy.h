@@ -27,6 +27,12 @@ std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file);
 /// Gives a file these extended attributes and removes the others where the system allows it.
 bool setAttributes(const std::vector<FileAttribute>& attributes, const Descriptor& file);
 
+/// The value of one extended attribute. Errors: nullopt, also when there is none.
+std::optional<std::string> attributeOf(const Descriptor& file, const std::string& name);
+
+/// Gives a file one more extended attribute, or another value of it.
+bool setAttribute(const FileAttribute& attribute, const Descriptor& file);
+
 /// Copies the extended attributes, access control lists included, and removes those that only `to`
 /// has where the system allows it.
 bool copyAttributes(const Descriptor& from, const Descriptor& to);

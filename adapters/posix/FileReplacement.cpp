@@ -13,10 +13,11 @@
 
 namespace dunmora {
 
-FileReplacement::FileReplacement(LockedFile file, Pieces content)
+FileReplacement::FileReplacement(LockedFile file, Pieces content,
+                                 const std::optional<FileAttribute>& mark)
     : file_((file.checkFolders(file.targets(), kCannotBeChanged), std::move(file))),
       content_(std::move(content)),
-      newFile_(file_, content_),
+      newFile_(file_, content_, mark),
       old_(file_.name(), identityOf(file_.status()), file_.expected())
 {
 }

@@ -3,12 +3,14 @@
 #include "adapters/posix/DisplacedFile.h"
 #include "adapters/posix/FileBytes.h"
 #include "adapters/posix/FileChange.h"
+#include "adapters/posix/FileCopy.h"
 #include "adapters/posix/LockedFile.h"
 #include "adapters/posix/OpenFiles.h"
 #include "adapters/posix/Pieces.h"
 #include "adapters/posix/PreparedFile.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,8 +22,10 @@ namespace dunmora {
 /// over the old one, which cannot be checked or reverted afterwards.
 class FileReplacement final : public FileChange {
 public:
-    /// Writes the content to a `PreparedFile`. The content must stay valid.
-    FileReplacement(LockedFile file, Pieces content);
+    /// Writes the content to a `PreparedFile`. The content must stay valid. `mark` is an attribute
+    /// that the new file gets where the system allows it.
+    FileReplacement(LockedFile file, Pieces content,
+                    const std::optional<FileAttribute>& mark = std::nullopt);
 
     const Pieces& content() const { return content_; }
 

@@ -57,15 +57,20 @@ std::optional<std::vector<std::string>> attributeNames(const Descriptor& file)
     return names;
 }
 
-/// The attribute's value. Errors: nullopt, and errno.
-std::optional<std::string> attribute(const Descriptor& file, const std::string& name)
+}  // namespace
+
+std::optional<std::string> attributeOf(const Descriptor& file, const std::string& name)
 {
     return textOf([&](char* buffer, std::size_t size) {
         return fgetxattr(file.number(), name.c_str(), buffer, size);
     });
 }
 
-}  // namespace
+bool setAttribute(const FileAttribute& attribute, const Descriptor& file)
+{
+    return fsetxattr(file.number(), attribute.name.c_str(), attribute.value.data(),
+                     attribute.value.size(), 0) == 0;
+}
 
 std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file)
 {
@@ -75,7 +80,7 @@ std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file)
     }
     std::vector<FileAttribute> attributes;
     for (const auto& name : *names) {
-        auto value = attribute(file, name);
+        auto value = attributeOf(file, name);
         if (!value) {
             return std::nullopt;
         }
@@ -98,9 +103,7 @@ bool setAttributes(const std::vector<FileAttribute>& attributes, const Descripto
         }
     }
     return std::all_of(attributes.begin(), attributes.end(), [&](const FileAttribute& each) {
-        return each.value == attribute(file, each.name) ||
-               fsetxattr(file.number(), each.name.c_str(), each.value.data(), each.value.size(),
-                         0) == 0;
+        return each.value == attributeOf(file, each.name) || setAttribute(each, file);
     });
 }
 

@@ -33,6 +33,19 @@ std::optional<std::string> textOf(const Call& call)
 
 }  // namespace
 
+std::optional<std::string> attributeOf(const Descriptor& file, const std::string& name)
+{
+    return textOf([&](char* buffer, std::size_t size) {
+        return fgetxattr(file.number(), name.c_str(), buffer, size, 0, 0);
+    });
+}
+
+bool setAttribute(const FileAttribute& attribute, const Descriptor& file)
+{
+    return fsetxattr(file.number(), attribute.name.c_str(), attribute.value.data(),
+                     attribute.value.size(), 0, 0) == 0;
+}
+
 std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file)
 {
     const auto names = textOf(
@@ -44,9 +57,7 @@ std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file)
     for (std::size_t begin = 0; begin < names->size();) {
         std::string name = names->c_str() + begin;
         begin += name.size() + 1;
-        auto value = textOf([&](char* buffer, std::size_t size) {
-            return fgetxattr(file.number(), name.c_str(), buffer, size, 0, 0);
-        });
+        auto value = attributeOf(file, name);
         if (!value) {
             return std::nullopt;
         }
@@ -58,10 +69,8 @@ std::optional<std::vector<FileAttribute>> attributesOf(const Descriptor& file)
 bool setAttributes(const std::vector<FileAttribute>& attributes, const Descriptor& file)
 {
     // The attributes that the system gives every new file cannot be removed.
-    return std::all_of(attributes.begin(), attributes.end(), [&](const FileAttribute& each) {
-        return fsetxattr(file.number(), each.name.c_str(), each.value.data(), each.value.size(), 0,
-                         0) == 0;
-    });
+    return std::all_of(attributes.begin(), attributes.end(),
+                       [&](const FileAttribute& each) { return setAttribute(each, file); });
 }
 
 bool copyAttributes(const Descriptor& from, const Descriptor& to)

@@ -1,7 +1,6 @@
 #include "adapters/posix/PreparedFile.h"
 
 #include "adapters/posix/FileContent.h"
-#include "adapters/posix/FileCopy.h"
 #include "adapters/posix/FileError.h"
 #include "adapters/posix/TemporaryName.h"
 
@@ -76,11 +75,16 @@ void copyMetadata(const LockedFile& from, const Descriptor& to)
 
 }  // namespace
 
-PreparedFile::PreparedFile(const LockedFile& old, const Pieces& content)
+PreparedFile::PreparedFile(const LockedFile& old, const Pieces& content,
+                           const std::optional<FileAttribute>& mark)
     : oldName_(old.name()), whatFails_(kCannotBeChanged)
 {
-    prepare(old.targets().front(), content,
-            [&](const Descriptor& file) { copyMetadata(old, file); });
+    prepare(old.targets().front(), content, [&](const Descriptor& file) {
+        copyMetadata(old, file);
+        if (mark) {
+            setAttribute(*mark, file);
+        }
+    });
 }
 
 PreparedFile::PreparedFile(std::filesystem::path name, const std::filesystem::path& target,

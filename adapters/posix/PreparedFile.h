@@ -2,6 +2,7 @@
 
 #include "adapters/posix/Descriptor.h"
 #include "adapters/posix/FileBytes.h"
+#include "adapters/posix/FileCopy.h"
 #include "adapters/posix/FileIdentity.h"
 #include "adapters/posix/LockedFile.h"
 #include "adapters/posix/Pieces.h"
@@ -10,6 +11,7 @@
 #include <filesystem>
 #include <functional>
 #include <list>
+#include <optional>
 #include <string_view>
 
 namespace dunmora {
@@ -24,7 +26,9 @@ namespace dunmora {
 /// Thread: one at a time; blocks on the disk. Errors: PlatformError about the file.
 class PreparedFile final {
 public:
-    PreparedFile(const LockedFile& old, const Pieces& content);
+    /// `mark` is one more attribute, set where the system allows it.
+    PreparedFile(const LockedFile& old, const Pieces& content,
+                 const std::optional<FileAttribute>& mark = std::nullopt);
 
     /// Prepares a file that takes nobody's place but will be at `target`. `setMetadata` gives it
     /// what it has besides its content. `name` is for errors.

@@ -9,6 +9,7 @@
 #include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardAppending.h"
 #include "adapters/vcard/CardFolder.h"
+#include "adapters/vcard/ForeignFile.h"
 #include "adapters/vcard/FreeNames.h"
 #include "adapters/vcard/ReadBack.h"
 #include "adapters/vcard/Restoring.h"
@@ -24,6 +25,7 @@
 #include <list>
 #include <memory>
 #include <set>
+#include <span>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -65,10 +67,12 @@ void append(Restoration& result, Restoration&& more)
     std::move(more.remarks.begin(), more.remarks.end(), std::back_inserter(result.remarks));
 }
 
-void restoreToFile(const std::filesystem::path& path, std::uintmax_t largest, AddedCards& cards,
-                   CardRestorer::Mode mode, Restoration& result)
+void restoreToFile(const std::filesystem::path& path, std::uintmax_t largest,
+                   std::span<const Deletion> deletions, AddedCards& cards, CardRestorer::Mode mode,
+                   Restoration& result)
 {
     const CardFile file(path, readFile(path, largest).bytes);
+    checkTakesCards(file, deletions);
     cards.compareWith(file);
     const auto appendix = appendixTo(file, cards, cardsToAdd(cards, result));
     for (const auto* const card : appendix.unsuitable) {
@@ -175,7 +179,8 @@ void noteWhatIsNotRestored(const AddedCards& cards, Restoration& result)
 }
 
 Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t largest,
-                          std::string_view backup, CardRestorer::Mode mode)
+                          std::span<const Deletion> deletions, std::string_view backup,
+                          CardRestorer::Mode mode)
 {
     const auto file = cardFileOf("backup", backup);
     AddedCards cards(file);
@@ -195,7 +200,7 @@ Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t larg
     if (is_directory(status)) {
         restoreToFolder(book, largest, cards, mode, result);
     } else {
-        restoreToFile(book, largest, cards, mode, result);
+        restoreToFile(book, largest, deletions, cards, mode, result);
     }
     return result;
 }

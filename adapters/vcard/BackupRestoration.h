@@ -1,9 +1,11 @@
 #pragma once
 
+#include "adapters/vcard/Deletion.h"
 #include "platform/CardRestorer.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string_view>
 
 namespace dunmora {
@@ -15,9 +17,11 @@ class AddedCards;
 void noteWhatIsNotRestored(const AddedCards& cards, Restoration& result);
 
 /// Implements `CardRestorer::restore` for a file, at its end, and for a folder, as one new file for
-/// each card. Books and backups of more than `largest` bytes are refused.
+/// each card. Books and backups of more than `largest` bytes are refused, and so is a file without
+/// cards, unless one of the `deletions` made since the book was opened has left it like that.
 /// Thread: any; blocks on the disk. Errors: PlatformError when nothing was changed.
 Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t largest,
-                          std::string_view backup, CardRestorer::Mode mode);
+                          std::span<const Deletion> deletions, std::string_view backup,
+                          CardRestorer::Mode mode);
 
 }  // namespace dunmora

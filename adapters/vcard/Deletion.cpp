@@ -1,14 +1,20 @@
 #include "adapters/vcard/Deletion.h"
 
+#include "adapters/posix/Descriptor.h"
 #include "adapters/vcard/AddedCards.h"
 #include "platform/PlatformError.h"
 
+#include <fcntl.h>
+
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
 namespace dunmora {
 
 namespace {
+
+constexpr auto kRemainderMark = "user.dunmora.remainder";
 
 RemovedFile recordOf(const CardFile& file, const LockedFile& locked)
 {
@@ -57,6 +63,31 @@ RemovedFile removedWith(const CardFile& file, const LockedFile& locked)
         record.bytes += piece;
     }
     return record;
+}
+
+FileAttribute remainderMark(const Pieces& content)
+{
+    const auto hash = contentHash(content);
+    return {kRemainderMark, std::to_string(hash.size) + ' ' + std::to_string(hash.high) + ' ' +
+                                std::to_string(hash.low)};
+}
+
+bool isRemainder(const CardFile& file, std::span<const Deletion> deletions)
+{
+    const Pieces content = {file.bytes()};
+    const auto hash = contentHash(content);
+    const bool isOfThisRun =
+        std::any_of(deletions.begin(), deletions.end(), [&](const Deletion& deletion) {
+            return std::any_of(deletion.files.begin(), deletion.files.end(),
+                               [&](const RemovedFile& removed) {
+                                   return !removed.isWholeFile && removed.after == hash;
+                               });
+        });
+    if (isOfThisRun) {
+        return true;
+    }
+    const auto opened = openFile(file.names().front(), O_RDONLY | O_NONBLOCK);
+    return opened.isOpen() && attributeOf(opened, kRemainderMark) == remainderMark(content).value;
 }
 
 std::size_t Deletion::people() const

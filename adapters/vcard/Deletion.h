@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/posix/FileCopy.h"
 #include "adapters/posix/FileCreation.h"
 #include "adapters/posix/FileMetadata.h"
 #include "adapters/posix/LockedFile.h"
@@ -9,6 +10,8 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -51,6 +54,14 @@ struct Deletion {
     /// Errors: PlatformError when some are UTF-16 and others are not.
     std::string cards() const;
 };
+
+/// An attribute for a file in which a deletion leaves text but no card. It tells later runs that
+/// this very content is what remained. Thread: any. Errors: std::bad_alloc.
+FileAttribute remainderMark(const Pieces& content);
+
+/// Whether the file is as a deletion has left it: one of these, or one of an earlier run, where the
+/// file system keeps attributes. Thread: any; blocks on the disk. Errors: std::bad_alloc.
+bool isRemainder(const CardFile& file, std::span<const Deletion> deletions);
 
 /// Notes what will be removed from a file when the ranges in `removed` are cut out of it, besides
 /// those that are cut out already. `locked` is the same file.

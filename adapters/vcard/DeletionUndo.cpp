@@ -6,6 +6,7 @@
 #include "adapters/posix/LockedFile.h"
 #include "adapters/vcard/AddedCards.h"
 #include "adapters/vcard/CardAppending.h"
+#include "adapters/vcard/ForeignFile.h"
 #include "adapters/vcard/FreeNames.h"
 #include "adapters/vcard/ReadBack.h"
 #include "adapters/vcard/Restoring.h"
@@ -128,6 +129,7 @@ private:
 
     void append(const RemovedFile& removed, const CardFile& file, LockedFile locked)
     {
+        checkTakesCards(file, {});
         const auto removedCards = cardFileOf(removed.names.front(), removed.bytes);
         AddedCards cards(removedCards);
         cards.compareWith(file);

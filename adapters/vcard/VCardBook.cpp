@@ -10,6 +10,7 @@
 #include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardFolder.h"
 #include "adapters/vcard/CardProperties.h"
+#include "adapters/vcard/ForeignFile.h"
 #include "adapters/vcard/HardLinks.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
@@ -50,7 +51,8 @@ std::string withInterruptedDeletions(std::string message, const std::filesystem:
 
 }  // namespace
 
-VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
+VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
+                     std::span<const Deletion> deletions)
 {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
@@ -71,7 +73,7 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest)
     // The people refer to these, so the list must not grow while they are read.
     sources_.reserve(files_.size());
     for (std::size_t i = 0; i < files_.size(); ++i) {
-        readCards(i);
+        readCards(i, deletions);
         if (auto remark = hardLinkRemark(files_[i].names(), links_[i]); !remark.empty()) {
             notes_.remarks.push_back(std::move(remark));
         }
@@ -115,7 +117,7 @@ void VCardBook::readFileAt(const std::filesystem::path& path, std::uintmax_t lar
     }
 }
 
-void VCardBook::readCards(std::size_t fileIndex)
+void VCardBook::readCards(std::size_t fileIndex, std::span<const Deletion> deletions)
 {
     const auto& file = files_[fileIndex];
     const auto& path = file.names().front();
@@ -142,6 +144,9 @@ void VCardBook::readCards(std::size_t fileIndex)
     }
     placeCards(fileIndex);
     noteSkippedCards(file);
+    if (isForeign(file, cards_)) {
+        noteForeignFile(file, deletions);
+    }
 }
 
 void VCardBook::placeCards(std::size_t fileIndex)
@@ -171,9 +176,21 @@ void VCardBook::noteSkippedCards(const CardFile& file)
                 : std::to_string(count) + " cards in " + name + " (the first in line " + line +
                       ") were skipped because they break off or have no properties. They stay in "
                       "the file unchanged.");
-    } else if (cards_.ranges.empty() && cards_.groups.empty() && !isBlankContent(file.text())) {
-        notes_.remarks.push_back(name + " contains no vCards.");
     }
+}
+
+void VCardBook::noteForeignFile(const CardFile& file, std::span<const Deletion> deletions)
+{
+    const auto name = quotedPath(file.names().front());
+    if (isRemainder(file, deletions)) {
+        notes_.remarks.push_back(name + " contains no vCards.");
+        return;
+    }
+    const auto description = describeForeign(file.bytes());
+    if (!isFolder_) {
+        throw PlatformError(name + " is " + description + ". Export as vCard (.vcf).");
+    }
+    notes_.remarks.push_back(name + " was skipped: it is " + description + ".");
 }
 
 std::span<const Person> VCardBook::people()
@@ -312,9 +329,15 @@ std::unique_ptr<FileChange> VCardBook::prepared(FileRemovals& removals, LockedFo
         return removal;
     }
     removals.record = removedFrom(file, removals.ranges, locked);
-    auto replacement = std::make_unique<FileReplacement>(std::move(locked), std::move(content));
+    const auto remaining = cardsWithout(removals);
+    std::optional<FileAttribute> mark;
+    if (remaining.empty() && isForeign(content)) {
+        mark = remainderMark(content);
+    }
+    auto replacement =
+        std::make_unique<FileReplacement>(std::move(locked), std::move(content), mark);
     checkReadBack(file.names().front(), replacement->newContent(), replacement->content(),
-                  cardsWithout(removals));
+                  remaining);
     if (mayClose) {
         replacement->closeFiles();
     }

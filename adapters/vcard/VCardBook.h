@@ -34,7 +34,10 @@ namespace dunmora {
 class VCardBook final {
 public:
     /// Reads a file, or the files of a folder, unless they take more than `largest` bytes.
-    VCardBook(const std::filesystem::path& path, std::uintmax_t largest);
+    /// `deletions` have been made since the book was opened. Errors: also for a file without cards
+    /// that none of them has left like that.
+    VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
+              std::span<const Deletion> deletions);
 
     /// Everyone who was read and has not been deleted. Discards pending removals.
     std::span<const Person> people();
@@ -77,8 +80,9 @@ private:
 
     void readFileAt(const std::filesystem::path& path, std::uintmax_t largest);
     void noteInterruptedDeletions(const std::filesystem::path& path);
-    void readCards(std::size_t fileIndex);
+    void readCards(std::size_t fileIndex, std::span<const Deletion> deletions);
     void noteSkippedCards(const CardFile& file);
+    void noteForeignFile(const CardFile& file, std::span<const Deletion> deletions);
     void placeCards(std::size_t fileIndex);
     std::string_view textOf(const CardText& card) const;
     void discardPending();

@@ -193,6 +193,42 @@ class ListTest(EndToEnd):
             self.assertEqual((code, out), (1, ""))
             self.assertRegex(err, r"\Adunmora-cli: [^\n\x1b]+\n\Z")
 
+    def test_refuses_a_file_that_is_no_vcard_file(self):
+        for content, kind in ((b"\xef\xbb\xbfFirst Name,Last Name\r\nAnn,Lee\r\n", "is a CSV file, not"),
+                              ("First;Last\r\nAnn;Lee\r\n".encode("utf-16"), "is a CSV file, not"),
+                              (b"version: 1\n\ndn: cn=Ann\ncn: Ann\n", "is an LDIF file, not"),
+                              (b"PK\x05\x06" + bytes(18), "is a zip archive, not"),
+                              (b"Hello\n", "is not")):
+            self.book.write_bytes(content)
+            for command in (["list"], ["list", "--quiet"], ["delete", "--yes"]):
+                self.assertEqual(self.run_program(*command, self.book),
+                                 (1, "", f"dunmora-cli: “{self.book}” {kind} a vCard file. Export as vCard (.vcf).\n"))
+            self.assertEqual(self.book.read_bytes(), content)
+
+    def test_restores_nobody_into_a_file_that_is_no_vcard_file(self):
+        self.backup.write_bytes(ANN_1)
+        self.book.write_bytes(b"First,Last\nAnn,Lee\n")
+
+        self.assertEqual(self.run_program("restore", self.backup, self.book, "--yes"),
+                         (1, "", f"dunmora-cli: “{self.book}” was not changed: it is a CSV file, not a vCard file.\n"))
+        self.assertEqual(self.book.read_bytes(), b"First,Last\nAnn,Lee\n")
+
+    def test_reads_a_file_whose_people_it_has_deleted(self):
+        content = b"My friends, and others\n" + card("1", "Ann", "Lee") + card("2", "Ann", "Lee")
+        self.book.write_bytes(content)
+        delete = ("delete", self.book, "--yes", "--allow-last-copy", "--backup", self.backup)
+        self.assertEqual(self.run_program(*delete)[0], 0)
+        self.assertEqual(self.book.read_bytes(), b"My friends, and others\n")
+        try:
+            os.getxattr(self.book, "user.dunmora.remainder")
+        except OSError:
+            self.skipTest("the file system keeps no attributes")
+
+        code, out, err = self.run_program("list", self.book)
+        self.assertEqual((code, err.splitlines()[-1]), (0, f"dunmora-cli: note: “{self.book}” contains no vCards."), out)
+        self.assertEqual(self.run_program("restore", self.backup, self.book, "--yes")[0], 0)
+        self.assertEqual(self.book.read_bytes(), content)
+
     def test_reports_that_the_disk_of_the_output_is_full(self):
         with open("/dev/full", "wb") as full:
             self.assertEqual(self.run_program("list", self.book, stdout=full), (1, "", NO_OUTPUT))

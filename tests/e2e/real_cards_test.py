@@ -21,7 +21,7 @@ UTF_16 = {codecs.BOM_UTF16_LE: "utf-16-le", codecs.BOM_UTF16_BE: "utf-16-be"}
 
 
 def holds_cards(file):
-    return file.is_file() and (file.suffix in (".vcf", ".vcard") or b"BEGIN:VCARD" in file.read_bytes())
+    return file.is_file() and b"BEGIN:VCARD" in file.read_bytes().replace(b"\0", b"").upper()
 
 
 def is_made_of(original, remaining, cards):

@@ -1,5 +1,7 @@
 #include "tests/oracle/RealCards.h"
 
+#include "adapters/posix/FileContent.h"
+#include "adapters/vcard/ForeignFile.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,7 +21,8 @@ std::vector<std::filesystem::path> realCardFiles()
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(realCardFolder())) {
         if (entry.is_regular_file() && entry.path().filename() != "ORIGIN.txt" &&
-            entry.path().extension() != ".tsv") {
+            entry.path().extension() != ".tsv" &&
+            !isForeign({entry.path(), readFile(entry.path()).bytes})) {
             files.push_back(entry.path());
         }
     }

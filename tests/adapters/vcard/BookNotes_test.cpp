@@ -2,6 +2,7 @@
 #include "tests/adapters/vcard/BookTest.h"
 
 #include <gtest/gtest.h>
+#include <sys/xattr.h>
 
 #include <string>
 #include <vector>
@@ -9,7 +10,9 @@
 namespace dunmora::test {
 namespace {
 
+using namespace std::string_literals;
 using Remarks = std::vector<std::string>;
+using Uids = std::vector<std::string>;
 
 class BookNotesTest : public BookTest {
 protected:
@@ -97,13 +100,94 @@ TEST_F(BookNotesTest, AreEmptyForAnEmptyFileOrFolder)
     EXPECT_EQ(notesOf(folder()).remarks, Remarks());
 }
 
-TEST_F(BookNotesTest, ReportAFileWithoutCards)
+TEST_F(BookNotesTest, NameTheFilesOfAFolderThatAreNoVCardFiles)
 {
-    const Remarks remarks = {"“" + file().string() + "” contains no vCards."};
+    write(folder() / "a.vcf", "first,last\nAnn,Lee\n");
+    write(folder() / "b.vcf", card("b"));
+    write(folder() / "c.vcf", "Hello");
+    write(folder() / "d.vcf", "\r\n");
 
-    EXPECT_EQ(notesOfFile("first,last\nAnn,Lee\n").remarks, remarks);
-    EXPECT_EQ(notesOfFile(std::string(1, '\0')).remarks, remarks);
-    EXPECT_EQ(notesOfFile("\xFF\xFE" + utf16Little("Ann Lee\r\n")).remarks, remarks);
+    EXPECT_EQ(
+        notesOf(folder()).remarks,
+        (Remarks{about(folder() / "a.vcf", "was skipped: it is a CSV file, not a vCard file."),
+                 about(folder() / "c.vcf", "was skipped: it is not a vCard file.")}));
+    EXPECT_EQ(uidsIn(folder()), Uids{"b"});
+}
+
+TEST_F(BookNotesTest, ReportAFileWhosePeopleHaveBeenDeleted)
+{
+    write(file(), "; my friends, and others\r\n" + card("a") + card("b"));
+    VCardAddressBook book(file());
+    book.readPeople();
+    ask(book, {"a", "b"});
+    book.save();
+
+    EXPECT_EQ(uidsOf(book.readPeople()), Uids());
+    EXPECT_EQ(book.notes().remarks, Remarks{about(file(), "contains no vCards.")});
+}
+
+TEST_F(BookNotesTest, ReportAFileWhosePeopleWereDeletedInAnEarlierRun)
+{
+    const auto text = "; my friends, and others\r\n"s;
+    write(file(), text + card("a"));
+    removeFrom(file(), {"a"});
+    if (getxattr(file().c_str(), "user.dunmora.remainder", nullptr, 0) < 0) {
+        GTEST_SKIP() << "The file system keeps no attributes.";
+    }
+
+    EXPECT_EQ(notesOf(file()).remarks, Remarks{about(file(), "contains no vCards.")});
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks{about(file(), "contains no vCards.")});
+
+    // In place, so that the attribute stays.
+    write(file(), "first,last\nAnn,Lee\n");
+    EXPECT_EQ(failureOf([&] { notesOf(file()); }),
+              about(file(), "is a CSV file, not a vCard file. Export as vCard (.vcf)."));
+}
+
+TEST_F(BookNotesTest, LeaveNoMarkWhereAnythingOfACardRemains)
+{
+    for (const auto& rest : {""s, "\r\n"s, card("b"), open_, group_}) {
+        write(file(), card("a") + rest);
+        removeFrom(file(), {"a"});
+
+        EXPECT_LT(getxattr(file().c_str(), "user.dunmora.remainder", nullptr, 0), 0) << rest;
+    }
+}
+
+/// A file that is opened by itself.
+class ForeignBookTest : public BookNotesTest {
+protected:
+    std::string failureWith(const std::string& content) const
+    {
+        return failureOf([&] { notesOfFile(content); });
+    }
+};
+
+TEST_F(ForeignBookTest, IsRefusedByItsKind)
+{
+    EXPECT_EQ(failureWith("first,last\nAnn,Lee\n"),
+              about(file(), "is a CSV file, not a vCard file. Export as vCard (.vcf)."));
+    EXPECT_EQ(failureWith("version: 1\ndn: cn=Ann\n"),
+              about(file(), "is an LDIF file, not a vCard file. Export as vCard (.vcf)."));
+    EXPECT_EQ(failureWith("PK\3\4"),
+              about(file(), "is a zip archive, not a vCard file. Export as vCard (.vcf)."));
+    const auto unknown = about(file(), "is not a vCard file. Export as vCard (.vcf).");
+    EXPECT_EQ(failureWith("Hello"), unknown);
+    EXPECT_EQ(failureWith(std::string(1, '\0')), unknown);
+    EXPECT_EQ(failureWith("\xFF\xFE" + utf16Little("Ann Lee\r\n")), unknown);
+}
+
+TEST_F(ForeignBookTest, IsRefusedWhenItTakesThePlaceOfTheBook)
+{
+    write(file(), "text\r\n" + card("a"));
+    VCardAddressBook book(file());
+    book.readPeople();
+    ask(book, {"a"});
+    book.save();
+    write(file(), "first,last\nAnn,Lee\n");
+
+    EXPECT_EQ(failureOf([&] { book.readPeople(); }),
+              about(file(), "is a CSV file, not a vCard file. Export as vCard (.vcf)."));
 }
 
 TEST_F(BookNotesTest, AddUpTheFilesOfAFolder)

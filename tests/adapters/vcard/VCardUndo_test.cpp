@@ -225,6 +225,18 @@ TEST_F(VCardUndoTest, WritesNothingWhenTheEndOfTheFileWouldHideThePeople)
     EXPECT_EQ(book().lastRemoved(), 1U);
 }
 
+TEST_F(VCardUndoTest, AddsNobodyToAFileThatIsNoVCardFileAnyMore)
+{
+    write(file(), card("a") + card("b"));
+    deletes({"a"});
+    write(file(), "first,last\nAnn,Lee\n");
+
+    EXPECT_EQ(failureOf([&] { undo(); }),
+              about(file(), "was not changed: it is a CSV file, not a vCard file."));
+    EXPECT_EQ(contentOf(file()), "first,last\nAnn,Lee\n");
+    EXPECT_EQ(book().lastRemoved(), 1U);
+}
+
 TEST_F(VCardUndoTest, CreatesAFileThatIsGone)
 {
     write(file(), card("a") + card("b"));
@@ -678,6 +690,41 @@ TEST_F(VCardRestoreTest, RefusesABookThatDoesNotExist)
     EXPECT_EQ(failureOf([&] { restore(card("a")); }), about(file(), "does not exist."));
 
     EXPECT_EQ(namesIn(folder()), Names());
+}
+
+TEST_F(VCardRestoreTest, RefusesAFileThatIsNoVCardFile)
+{
+    write(file(), "first,last\nAnn,Lee\n");
+
+    for (const auto mode : {Mode::Write, Mode::DryRun}) {
+        EXPECT_EQ(failureOf([&] { restore(card("a"), mode); }),
+                  about(file(), "was not changed: it is a CSV file, not a vCard file."));
+    }
+    EXPECT_EQ(contentOf(file()), "first,last\nAnn,Lee\n");
+}
+
+TEST_F(VCardRestoreTest, AddsPeopleWhereAnEarlierRunHasDeletedAll)
+{
+    write(file(), "text\r\n" + card("a"));
+    removeFrom(file(), {"a"});
+    if (getxattr(file().c_str(), "user.dunmora.remainder", nullptr, 0) < 0) {
+        GTEST_SKIP() << "The file system keeps no attributes.";
+    }
+
+    EXPECT_EQ(restore(card("a")).restored, 1U);
+    EXPECT_EQ(contentOf(file()), "text\r\n" + card("a"));
+}
+
+TEST_F(VCardRestoreTest, AddsPeopleWhereTheBookHasDeletedAll)
+{
+    write(file(), "text\r\n" + card("a"));
+    VCardAddressBook book(file());
+    book.readPeople();
+    ask(book, {"a"});
+    book.save();
+
+    EXPECT_EQ(book.restore(card("a"), Mode::Write).restored, 1U);
+    EXPECT_EQ(contentOf(file()), "text\r\n" + card("a"));
 }
 
 TEST_F(VCardRestoreTest, RefusesAReadOnlyFile)
