@@ -2,9 +2,12 @@
 
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/CommandLine.h"
+#include "programs/dunmora-cli/FieldLines.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/TableLayout.h"
+#include "programs/dunmora-cli/TableStyle.h"
+#include "programs/dunmora-cli/TerminalText.h"
 #include "text/DisplayText.h"
 
 #include <array>
@@ -19,7 +22,23 @@ namespace {
 
 using Line = std::array<std::string, 5>;
 
-std::string asTable(const std::vector<DesktopBook>& books)
+/// Each value on a line of its own, where the table is too wide.
+std::string asStack(const std::vector<Line>& lines, std::size_t width)
+{
+    std::string out;
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        FieldLines fields(width, "");
+        for (std::size_t j = 1; j < lines[i].size(); ++j) {
+            fields.add(lines[0][j], lines[i][j], FieldLines::Break::WhereNeeded);
+        }
+        fields.add(lines[0][0], lines[i][0], FieldLines::Break::Never);
+        out += out.empty() ? "" : "\n";
+        fields.append(out, "");
+    }
+    return out;
+}
+
+std::string asTable(const std::vector<DesktopBook>& books, const TableStyle& style)
 {
     constexpr auto kUnknown = "?";
     std::vector<Line> lines{{"UID", "Name", "Kind", "Writable", "People"}};
@@ -36,10 +55,16 @@ std::string asTable(const std::vector<DesktopBook>& books)
     }
     std::string out;
     for (const auto& line : lines) {
+        std::string text;
         for (std::size_t i = 0; i < line.size(); ++i) {
-            layout.appendCell(out, i, line[i]);
+            layout.appendCell(text, i, line[i]);
         }
-        TableLayout::endLine(out);
+        TableLayout::endLine(text);
+        // The line's end takes no column.
+        if (style.width && displayWidth(text) > *style.width + 1) {
+            return asStack(lines, *style.width);
+        }
+        out += text;
     }
     return out;
 }
@@ -77,7 +102,7 @@ ExitCode listBooks(const BooksRequest& request, const CliEnvironment& environmen
 {
     const auto books = environment.listDesktopBooks();
     printAs(environment, request.format,
-            {.table = [&] { return asTable(books); },
+            {.table = [&] { return asTable(books, outputStyle(environment, request.width, {})); },
              .json = [&](JsonCharacters characters) { return asJson(books, characters); }});
     for (const auto& book : books) {
         if (!request.quiet && !book.failure.empty()) {

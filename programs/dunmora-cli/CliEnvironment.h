@@ -28,7 +28,7 @@ struct CliEnvironment {
     bool outIsTerminal = false;
     bool errIsTerminal = false;
     /// Columns of the terminal behind `err`.
-    std::size_t terminalWidth = 80;
+    std::size_t errColumns = 80;
     /// Whether a terminal may be given colours.
     bool wantsColour = false;
 
@@ -39,6 +39,8 @@ struct CliEnvironment {
     /// The name that opens several address books at once, into which nobody can be restored; a
     /// book's uid may follow it. Empty where there is none.
     std::string severalBooksName = {};
+    /// Columns of the terminal behind `out`.
+    std::size_t outColumns = 80;
 };
 
 }  // namespace dunmora

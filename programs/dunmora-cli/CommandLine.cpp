@@ -8,16 +8,16 @@ namespace dunmora {
 const std::string_view kUsage =
     "Usage:\n"
     "  dunmora-cli list   ADDRESS-BOOK [--match FIELDS] [--format table|json|csv]\n"
-    "                     [--fail-if-found] [--quiet]\n"
+    "                     [--fail-if-found] [--wide] [--quiet]\n"
     "  dunmora-cli delete ADDRESS-BOOK [--match FIELDS] [--check UID]... [--uncheck UID]...\n"
     "                     [--keep-one] [--dry-run] [--yes] [--backup FILE] [--allow-last-copy]\n"
-    "                     [--allow-blank-match] [--format table|json] [--quiet]\n"
+    "                     [--allow-blank-match] [--format table|json] [--wide] [--quiet]\n"
     "  dunmora-cli restore BACKUP ADDRESS-BOOK [--dry-run] [--yes] [--format table|json] "
     "[--quiet]\n"
     "  dunmora-cli show   ADDRESS-BOOK UID... [--format table|json] [--quiet]\n"
     "  dunmora-cli diff   ADDRESS-BOOK UID UID [--format table|json] [--quiet]\n"
     "  dunmora-cli fields [FIELDS]\n"
-    "  dunmora-cli books  [--format table|json] [--quiet]\n"
+    "  dunmora-cli books  [--format table|json] [--wide] [--quiet]\n"
     "  dunmora-cli help [COMMAND]\n"
     "  dunmora-cli --help | --version\n";
 
@@ -102,7 +102,7 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
         return DiffRequest{bookRequest(parser), parser.uids};
     }
     if (parser.isCommand("books")) {
-        return BooksRequest{parser.book.format, parser.book.quiet};
+        return BooksRequest{parser.book.format, parser.book.quiet, parser.book.width};
     }
     if (parser.isCommand("help")) {
         return PrintRequest{parser.helpOf(parser.helpedCommand)};

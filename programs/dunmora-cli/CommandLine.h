@@ -2,6 +2,7 @@
 
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/OutputFormat.h"
+#include "programs/dunmora-cli/TableStyle.h"
 
 #include <filesystem>
 #include <optional>
@@ -20,6 +21,7 @@ struct BookRequest {
     std::optional<MatchFieldChoice> match;
     OutputFormat format = OutputFormat::Table;
     bool quiet = false;
+    TableWidth width = TableWidth::Fits;
 };
 
 /// `dunmora-cli list`
@@ -74,6 +76,7 @@ struct FieldsRequest {
 struct BooksRequest {
     OutputFormat format = OutputFormat::Table;
     bool quiet = false;
+    TableWidth width = TableWidth::Fits;
 };
 
 /// `--help` and `--version`: a text for standard output.

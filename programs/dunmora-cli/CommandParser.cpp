@@ -96,6 +96,7 @@ CommandParser::CommandParser(const std::string& version, const std::string& syst
                              "  dunmora-cli books\n"
                              "  dunmora-cli books --format json");
     addFormatOption(books, kFormats);
+    addWideOption(books);
     addQuietOption(books);
     auto& help = addCommand("help", "Shows the help of a command", version,
                             "  dunmora-cli help\n"
@@ -163,6 +164,13 @@ void CommandParser::addQuietOption(CLI::App& command)
     command.add_flag("--quiet", book.quiet, "Show errors only: no progress, notes or warnings");
 }
 
+void CommandParser::addWideOption(CLI::App& command)
+{
+    command.add_flag_callback(
+        "--wide", [this] { book.width = TableWidth::Wide; },
+        "Show the whole table, however wide, on a terminal too");
+}
+
 void CommandParser::addBookArgument(CLI::App& command, const std::string& systemBookHelp)
 {
     command
@@ -182,6 +190,7 @@ void CommandParser::addBookOptions(CLI::App& command, std::span<const OutputForm
                         " (default: the stored ones)")
         ->type_name("FIELDS");
     addFormatOption(command, formats);
+    addWideOption(command);
     addQuietOption(command);
 }
 

@@ -55,6 +55,7 @@ private:
                          const std::string& version, const std::string& examples);
     void addFormatOption(CLI::App& command, std::span<const OutputFormat> formats);
     void addQuietOption(CLI::App& command);
+    void addWideOption(CLI::App& command);
     void addBookArgument(CLI::App& command, const std::string& systemBookHelp);
     void addBookOptions(CLI::App& command, std::span<const OutputFormat> formats,
                         const std::string& systemBookHelp);

@@ -1,128 +1,142 @@
 #include "programs/dunmora-cli/ContactTable.h"
 
 #include "engine/ContactsParser.h"
+#include "programs/dunmora-cli/ContactCells.h"
+#include "programs/dunmora-cli/ContactTableFit.h"
+#include "programs/dunmora-cli/FieldLines.h"
 #include "programs/dunmora-cli/TableLayout.h"
-#include "programs/dunmora-cli/TimeText.h"
+#include "programs/dunmora-cli/TerminalText.h"
 #include "review/SubstituteName.h"
 #include "review/UniqueProperties.h"
-#include "text/DisplayText.h"
 
+#include <algorithm>
 #include <array>
-#include <cstddef>
 #include <string_view>
 
 namespace dunmora {
 
 namespace {
 
-// The check mark comes first and has no title. The uid comes last: it is the widest and needs no
-// padding there.
-constexpr auto kColumns = [] {
-    std::array<const ContactField*, kContactFields.size() - 1> columns{};
-    std::size_t count = 0;
-    for (const auto& field : kContactFields) {
-        if (field.kind != FieldKind::Uid && field.kind != FieldKind::Check) {
-            columns[count++] = &field;
-        }
-    }
-    columns[count] = &contactField(kContactUid);
-    return columns;
-}();
-
-/// Wider cells overflow their column: one very long name must not widen every line.
-constexpr std::size_t kWidestColumn = 40;
+/// Below a check mark, its star and a blank.
+constexpr std::string_view kNoMark = "     ";
 
 constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kDim = "\x1b[2m";
 constexpr std::string_view kRed = "\x1b[31m";
 constexpr std::string_view kNormal = "\x1b[0m";
 
-/// The person's name when it replaces the blank first name.
-std::string substituteName(const ContactRecord& record, const ContactField& field,
-                           const TableCards& cards)
-{
-    return field.key == kContactFirstName ? substituteName(record, cards.cards) : std::string();
-}
+/// The person to draw.
+struct DrawnPerson {
+    ContactCells cells;
+    /// As wide as `kNoMark`.
+    std::string mark;
+    bool isNameDim = false;
+};
 
-/// The cell's text, cut and safe to display: a view of the record or of `buffer`, which is
-/// overwritten.
-std::string_view cellText(const ContactRecord& record, const ContactField& field,
-                          const TableCards& cards, std::string& buffer)
+/// Calls `visit` for the record of everyone whom the engine has.
+template <typename Visit>
+void forEachRecord(const ContactsParser& engine, UidSpan uids, const Visit& visit)
 {
-    buffer.clear();
-    appendDisplayText(buffer, substituteName(record, field, cards));
-    if (!buffer.empty()) {
-        return buffer;
-    }
-    if (!field.isText()) {
-        if (const auto time = record.objectForKey(field.key)) {
-            appendLocalTime(buffer, std::get<std::chrono::sys_seconds>(*time));
+    for (const auto& uid : uids) {
+        if (const auto* const record = engine.contacts().find(uid)) {
+            visit(*record);
         }
-        return buffer;
     }
-    const auto text = record.text(field.key);
-    const auto shown = shownPart(text);
-    const bool isCut = shown.size() < text.size();
-    if (!isCut && isPlainAscii(text)) {
-        return text;
-    }
-    appendDisplayText(buffer, shown);
-    if (isCut) {
-        buffer += kEllipsis;
-    }
-    return buffer;
 }
 
-TableLayout layoutOf(const ContactsParser& engine, const std::vector<UidSpan>& blocks,
-                     const TableCards& cards)
+ColumnWidths widestCells(const ContactsParser& engine, const std::vector<UidSpan>& blocks,
+                         const TableCards& cards)
 {
-    TableLayout layout(kColumns.size(), kWidestColumn);
-    for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        layout.measure(i, kColumns[i]->title);
-    }
-    std::string buffer;
+    ColumnWidths widths{};
+    ContactCells cells;
     for (const auto& block : blocks) {
-        for (const auto& uid : block) {
-            const auto* const record = engine.contacts().find(uid);
-            for (std::size_t i = 0; record != nullptr && i < kColumns.size(); ++i) {
-                layout.measure(i, cellText(*record, *kColumns[i], cards, buffer));
+        forEachRecord(engine, block, [&](const ContactRecord& record) {
+            cells.read(record, cards.cards);
+            for (std::size_t i = 0; i < widths.size(); ++i) {
+                widths[i] = std::max(widths[i], displayWidth(cells.texts[i]));
             }
-        }
+        });
     }
-    return layout;
+    return widths;
 }
 
-void appendTitles(std::string& out, const TableLayout& layout, Colour colour)
+std::string markOf(const ContactRecord& record, bool isUnique, Colour colour)
+{
+    const bool isRed = record.isChecked() && colour == Colour::On;
+    std::string mark(isRed ? kRed : "");
+    mark += record.isChecked() ? "[x]" : "[ ]";
+    mark += isRed ? kNormal : "";
+    mark += isUnique ? "* " : "  ";
+    return mark;
+}
+
+/// Appends a piece of a cell, padded to the column's width unless it is the last one.
+void appendCell(std::string& out, std::string_view text, std::size_t width, bool isLast)
+{
+    out += text;
+    if (isLast) {
+        return;
+    }
+    const auto taken = displayWidth(text);
+    out.append(taken < width ? width - taken : 0, ' ');
+    out += TableLayout::kGap;
+}
+
+void appendTitles(std::string& out, const ContactTableFit& fit, Colour colour)
 {
     out += colour == Colour::On ? kBold : "";
-    out += "   ";
-    out += TableLayout::kGap;
-    for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        layout.appendCell(out, i, kColumns[i]->title);
+    out += kNoMark;
+    for (std::size_t i = 0; i < kTableColumns.size(); ++i) {
+        if (fit.isShown(i)) {
+            appendCell(out, kTableColumns[i]->title, fit.widths[i], fit.isLast(i));
+        }
     }
     out += colour == Colour::On ? kNormal : "";
     TableLayout::endLine(out);
 }
 
-void appendPerson(std::string& out, std::string& buffer, const ContactRecord& record,
-                  const TableLayout& layout, const TableCards& cards, Colour colour)
+/// Appends the person as one line, or several when a cell continues.
+void appendRow(std::string& out, DrawnPerson& person, const ContactTableFit& fit)
 {
-    const bool isDim = colour == Colour::On && hasBlankName(record);
-    const bool isRed = record.isChecked() && colour == Colour::On;
-    out += isRed ? kRed : "";
-    out += record.isChecked() ? "[x]" : "[ ]";
-    out += isRed ? kNormal : "";
-    // The star takes the first blank of the gap.
-    const bool isUnique = cards.unique.contains(record.text(kContactUid));
-    out += isUnique ? "*" : "";
-    out += TableLayout::kGap.substr(isUnique ? 1 : 0);
-    for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        const bool isName = isDim && kColumns[i]->key == kContactFirstName;
-        out += isName ? kDim : "";
-        layout.appendCell(out, i, cellText(record, *kColumns[i], cards, buffer));
-        out += isName ? kNormal : "";
+    std::array<std::string, kTableColumns.size()> cut;
+    auto& texts = person.cells.texts;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        texts[i] = fit.shownText(i, texts[i], cut[i]);
     }
-    TableLayout::endLine(out);
+    std::string_view mark = person.mark;
+    for (bool hasMore = true; hasMore;) {
+        hasMore = false;
+        out += mark;
+        mark = kNoMark;
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            if (!fit.isShown(i)) {
+                continue;
+            }
+            const auto piece = fit.takePiece(i, texts[i]);
+            hasMore = hasMore || !texts[i].empty();
+            const bool isDim =
+                person.isNameDim && kTableColumns[i]->key == kContactFirstName && !piece.empty();
+            out += isDim ? kDim : "";
+            appendCell(out, piece, fit.widths[i], fit.isLast(i));
+            out += isDim ? kNormal : "";
+        }
+        TableLayout::endLine(out);
+    }
+}
+
+/// Appends the person with a line for each value.
+void appendStacked(std::string& out, const DrawnPerson& person, std::size_t width)
+{
+    FieldLines lines(width, kNoMark);
+    for (std::size_t i = 0; i < kTableColumns.size(); ++i) {
+        const auto& field = *kTableColumns[i];
+        const auto breaks = field.kind == FieldKind::Uid ? FieldLines::Break::Never
+                                                         : FieldLines::Break::WhereNeeded;
+        const bool isDim = person.isNameDim && field.key == kContactFirstName;
+        lines.add(field.title, person.cells.texts[i], breaks, isDim ? kDim : "",
+                  isDim ? kNormal : "");
+    }
+    lines.append(out, person.mark);
 }
 
 }  // namespace
@@ -140,22 +154,36 @@ TableCards::TableCards(const ContactsParser& engine, const UniqueProperties& pro
 }
 
 std::string contactTable(const ContactsParser& engine, const std::vector<UidSpan>& blocks,
-                         const TableCards& cards, Colour colour)
+                         const TableCards& cards, const TableStyle& style)
 {
     std::string out;
     if (blocks.empty()) {
         return out;
     }
-    const auto layout = layoutOf(engine, blocks, cards);
-    appendTitles(out, layout, colour);
-    std::string buffer;
+    const ContactTableFit fit(widestCells(engine, blocks, cards), style, kNoMark.size());
+    if (!fit.isStacked) {
+        appendTitles(out, fit, style.colour);
+    }
+    DrawnPerson person;
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         out += i > 0 ? "\n" : "";
-        for (const auto& uid : blocks[i]) {
-            if (const auto* const record = engine.contacts().find(uid)) {
-                appendPerson(out, buffer, *record, layout, cards, colour);
+        forEachRecord(engine, blocks[i], [&](const ContactRecord& record) {
+            person.cells.read(record, cards.cards);
+            const bool isUnique = cards.unique.contains(record.text(kContactUid));
+            person.mark = markOf(record, isUnique, style.colour);
+            person.isNameDim = style.colour == Colour::On && hasBlankName(record);
+            if (fit.isStacked) {
+                appendStacked(out, person, *style.width);
+            } else {
+                appendRow(out, person, fit);
             }
-        }
+        });
+    }
+    std::string_view remark = fit.remark;
+    out += remark.empty() ? "" : "\n";
+    while (!remark.empty()) {
+        out += takeLine(remark, *style.width);
+        out += '\n';
     }
     return out;
 }

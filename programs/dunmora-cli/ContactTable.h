@@ -1,5 +1,6 @@
 #pragma once
 
+#include "programs/dunmora-cli/TableStyle.h"
 #include "text/TextHash.h"
 
 #include <span>
@@ -13,8 +14,6 @@ namespace dunmora {
 class CardSource;
 class ContactsParser;
 class UniqueProperties;
-
-enum class Colour { Off, On };
 
 /// People by their uids.
 using UidSpan = std::span<const std::string>;
@@ -33,9 +32,14 @@ struct TableCards {
 };
 
 /// A table for a terminal: a line of titles, a line per person, an empty line between blocks; check
-/// marks as "[x]" and "[ ]", times in local time. Wide cells are not truncated. All text is safe to
-/// display. Empty when there are no blocks.
+/// marks as "[x]" and "[ ]", times in local time. All text is safe to display. Empty when there are
+/// no blocks.
+///
+/// A table that has to fit omits columns without any content. Where the rest is too wide, the uid
+/// is left out, then other values are cut with an ellipsis, of a phone number the beginning, then
+/// other columns are left out; match fields continue on the next line. The last line names what is
+/// not shown. On a narrow terminal each value has a line of its own; nothing is cut there.
 std::string contactTable(const ContactsParser& engine, const std::vector<UidSpan>& blocks,
-                         const TableCards& cards, Colour colour);
+                         const TableCards& cards, const TableStyle& style);
 
 }  // namespace dunmora

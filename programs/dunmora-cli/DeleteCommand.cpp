@@ -139,16 +139,16 @@ void checkBackup(const ReviewSession& session, const std::vector<std::string>& u
 void show(const ContactsParser& engine, const std::vector<std::string>& uids,
           const TableCards& cards, const DeleteRequest& request, const CliEnvironment& environment)
 {
-    const auto table = [&](bool onTerminal) {
-        return contactTable(engine, {uids}, cards,
-                            onTerminal && environment.wantsColour ? Colour::On : Colour::Off);
+    const auto table = [&](const TableStyle& style) {
+        return contactTable(engine, {uids}, cards, style);
     };
+    const auto match = chosenMatchFields();
     const bool isResult = request.book.format == OutputFormat::Table;
     if (isResult) {
-        print(environment, table(environment.outIsTerminal));
+        print(environment, table(outputStyle(environment, request.book.width, match)));
     }
     if (asks(request) && !(isResult && environment.outIsTerminal)) {
-        environment.err << table(environment.errIsTerminal) << std::flush;
+        environment.err << table(errorStyle(environment, request.book.width, match)) << std::flush;
     }
 }
 

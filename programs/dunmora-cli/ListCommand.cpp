@@ -28,15 +28,14 @@ namespace dunmora {
 namespace {
 
 std::string asTable(const ContactsParser& engine, const std::vector<DuplicateGroup>& groups,
-                    const TableCards& cards, const CliEnvironment& environment)
+                    const TableCards& cards, const TableStyle& style)
 {
     std::vector<UidSpan> blocks;
     blocks.reserve(groups.size());
     for (const auto& group : groups) {
         blocks.push_back(group.uids);
     }
-    const bool colour = environment.outIsTerminal && environment.wantsColour;
-    auto table = contactTable(engine, blocks, cards, colour ? Colour::On : Colour::Off);
+    auto table = contactTable(engine, blocks, cards, style);
     if (!table.empty()) {
         table += '\n';
     }
@@ -79,7 +78,8 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     printAs(environment, request.book.format,
             {.table =
                  [&] {
-                     return asTable(engine, groups, {engine, cards, session.cards()}, environment);
+                     return asTable(engine, groups, {engine, cards, session.cards()},
+                                    outputStyle(environment, request.book.width, fields));
                  },
              .json =
                  [&](JsonCharacters characters) {

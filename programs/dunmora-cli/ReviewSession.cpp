@@ -43,7 +43,7 @@ ReviewSession::ReviewSession(const BookRequest& request, const CliEnvironment& e
         Settings::settings().setMatchFields(*request.match);
     }
     if (environment.errIsTerminal && !request.quiet) {
-        progressLine_.emplace(environment.err, environment.terminalWidth);
+        progressLine_.emplace(environment.err, environment.errColumns);
     }
 }
 

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -17,22 +18,32 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace {
-
-std::size_t terminalWidth()
-{
-    constexpr std::size_t kUsual = 80;
-    winsize size{};
-    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
-}
 
 std::string_view environmentVariable(const char* name)
 {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing of ours changes the environment
     const char* const value = std::getenv(name);
     return value != nullptr ? value : "";
+}
+
+/// The columns of the terminal behind a stream. The user's COLUMNS comes first (POSIX, Environment
+/// Variables).
+std::size_t terminalColumns(int stream)
+{
+    constexpr std::size_t kUsual = 80;
+    const auto preferred = environmentVariable("COLUMNS");
+    std::size_t columns = 0;
+    const auto* const end = preferred.data() + preferred.size();
+    const auto parsed = std::from_chars(preferred.data(), end, columns);
+    if (parsed.ec == std::errc() && parsed.ptr == end && columns > 0) {
+        return columns;
+    }
+    winsize size{};
+    return ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
 /// See https://no-color.org; a dumb terminal knows no colours.
@@ -49,8 +60,9 @@ int runProgram(const std::vector<std::string>& arguments)
     return runCli(arguments,
                   {openAddressBook, *preferences, bundle, std::cin, std::cout, std::cerr,
                    isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
-                   isatty(STDERR_FILENO) == 1, terminalWidth(), wantsColour(), listDesktopBooks,
-                   std::string(systemAddressBookHelp()), std::string(severalAddressBooksName())});
+                   isatty(STDERR_FILENO) == 1, terminalColumns(STDERR_FILENO), wantsColour(),
+                   listDesktopBooks, std::string(systemAddressBookHelp()),
+                   std::string(severalAddressBooksName()), terminalColumns(STDOUT_FILENO)});
 }
 
 }  // namespace

@@ -16,11 +16,13 @@ import re
 import select
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
 import termios
 import time
+import unicodedata
 import unittest
 
 from cards import card
@@ -58,6 +60,11 @@ def own_terminal():
     fcntl.ioctl(0, termios.TIOCSCTTY, 0)
 
 
+def width(text):
+    """The columns that the text takes on a terminal."""
+    return sum(0 if unicodedata.combining(c) else 2 if unicodedata.east_asian_width(c) in "WF" else 1 for c in text)
+
+
 class EndToEnd(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -88,10 +95,11 @@ class EndToEnd(unittest.TestCase):
         self.assertEqual(code, 0)
         return json.loads(out)
 
-    def run_on_terminal(self, *arguments, answer=None, stdout=None, command=None):
-        """Runs the program, or a command, on a new terminal and types the answer to its question. Returns the exit code and
-        everything that the terminal showed."""
+    def run_on_terminal(self, *arguments, answer=None, stdout=None, command=None, columns=0):
+        """Runs the program, or a command, on a new terminal and types the answer to its question. Returns the exit
+        code and everything that the terminal showed. A terminal of 0 columns does not know how many it has."""
         master, slave = pty.openpty()
+        fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
         with subprocess.Popen(command or [PROGRAM, *map(str, arguments)], stdin=slave, stdout=stdout or slave, stderr=slave,
                               env=self.environment, start_new_session=True, preexec_fn=own_terminal) as process:
             os.close(slave)
@@ -252,6 +260,75 @@ class ListTest(EndToEnd):
         self.assertEqual(review["duplicates"], sum(len(group["rows"]) for group in review["groups"]))
         for group in review["groups"]:
             self.assertGreaterEqual(len(group["rows"]), 2)
+
+
+class TableTest(EndToEnd):
+    """The table of people on terminals of different widths."""
+
+    UIDS = ("urn:uuid:a974c8a5-1c5b-5cf8-aca6-60d3a03df39f", "card-345dcadef490815681dedf741706c6e6")
+
+    def setUp(self):
+        super().setUp()
+        self.environment["NO_COLOR"] = "1"
+        self.names = (("美咲", "佐藤"), ("يوسف", "البيطار"), ("Zoe\u0308", "😀 Smith"))
+        self.book.write_bytes(b"".join(
+            card(f"{uid}{place}", *name, f"TEL;TYPE=CELL:+44 7700 900 {place}{copy}0", "TEL;TYPE=WORK:+1 (415) 555-0183")
+            for place, name in enumerate(self.names) for copy, uid in enumerate(self.UIDS)))
+
+    def shown(self, columns, *options):
+        code, shown = self.run_on_terminal("list", self.book, "--quiet", *options, columns=columns)
+        self.assertEqual(code, 0)
+        return shown.replace("\r\n", "\n")
+
+    def assert_fits(self, text, columns):
+        for line in text.splitlines():
+            self.assertLessEqual(width(line), columns, line)
+
+    def test_fits_every_terminal_and_cuts_no_name(self):
+        for columns in (52, 60, 80, 120):
+            text = self.shown(columns)
+
+            self.assert_fits(text, columns)
+            for name in self.names:
+                for part in name:
+                    self.assertEqual(text.count(part), 2, (columns, text))
+
+    def test_aligns_the_columns_in_every_script(self):
+        for columns in (60, 80, 120):
+            lines = [line for line in self.shown(columns).splitlines() if line.startswith("[")]
+
+            places = {width(line[:line.index("0183")]) for line in lines}
+            self.assertEqual(len(places), 1, lines)
+
+    def test_shows_the_uid_whole_or_says_what_does(self):
+        note = "Not shown: UID. Use --wide to show everything.\n"
+        self.assertNotIn("Nickname", self.shown(200), "empty for everybody")
+        for columns, isShown in ((52, True), (80, False), (200, True)):
+            text = self.shown(columns)
+
+            for uid in self.UIDS:
+                self.assertEqual(uid + "0\n" in text, isShown, text)
+            self.assertEqual("Not shown" in text, not isShown)
+        self.assertIn(note, self.shown(100))
+
+    def test_shows_everything_when_asked_and_when_it_is_no_terminal(self):
+        piped = self.run_program("list", self.book, "--quiet")[1]
+
+        self.assertEqual(self.shown(80, "--wide"), piped)
+        self.assertIn("Nickname", piped)
+        for uid in self.UIDS:
+            self.assertIn(uid + "0\n", piped)
+
+    def test_prefers_the_users_columns_to_those_of_the_terminal(self):
+        self.environment["COLUMNS"] = "60"
+        self.assertEqual(self.shown(200), self.shown(60))
+
+        for nonsense in ("", "0", "-1", "80x"):
+            self.environment["COLUMNS"] = nonsense
+            self.assertGreater(max(map(width, self.shown(200).splitlines())), 80, nonsense)
+
+    def test_takes_a_terminal_that_does_not_know_its_width_for_80_columns(self):
+        self.assertEqual(self.shown(0), self.shown(80))
 
 
 class DeleteTest(EndToEnd):

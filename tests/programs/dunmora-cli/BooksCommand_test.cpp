@@ -44,6 +44,34 @@ TEST_F(BooksCommandTest, AlignsEvenTheLongestName)
         << out();
 }
 
+TEST_F(BooksCommandTest, GivesEachValueALineWhereTheTableIsTooWide)
+{
+    environment_.outIsTerminal = true;
+    environment_.outColumns = 40;
+    books_ = {{"system-address-book", "Personal", "local", true, 120, ""},
+              {"c0ffee", "Firma Grün", "carddav", false, 7, ""}};
+
+    EXPECT_EQ(run({"books"}), 0);
+    EXPECT_EQ(out(), "Name      Personal\n"
+                     "Kind      local\n"
+                     "Writable  yes\n"
+                     "People    120\n"
+                     "UID       system-address-book\n"
+                     "\n"
+                     "Name      Firma Grün\n"
+                     "Kind      carddav\n"
+                     "Writable  no\n"
+                     "People    7\n"
+                     "UID       c0ffee\n");
+
+    EXPECT_EQ(run({"books", "--wide"}), 0);
+    EXPECT_TRUE(out().starts_with("UID                  Name        Kind")) << out();
+
+    environment_.outColumns = 60;
+    EXPECT_EQ(run({"books"}), 0);
+    EXPECT_TRUE(out().starts_with("UID                  Name        Kind")) << out();
+}
+
 TEST_F(BooksCommandTest, PrintsJson)
 {
     EXPECT_EQ(run({"books", "--format", "json"}), 0);

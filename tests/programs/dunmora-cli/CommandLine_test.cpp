@@ -80,15 +80,15 @@ TEST_F(CommandLineTest, PrintsItsHelpOnStandardOutput)
 TEST_F(CommandLineTest, ExplainsEveryOptionOfACommand)
 {
     EXPECT_EQ(run({"list", "--help"}), 0);
-    for (const std::string part : {"ADDRESS-BOOK", "--match", "--format", "--quiet", "csv",
-                                   "local time", "--fail-if-found"}) {
+    for (const std::string part : {"ADDRESS-BOOK", "--match", "--format", "--wide", "--quiet",
+                                   "csv", "local time", "--fail-if-found"}) {
         EXPECT_NE(out().find(part), std::string::npos) << part;
     }
 
     EXPECT_EQ(run({"delete", "--help"}), 0);
-    for (const std::string part :
-         {"ADDRESS-BOOK", "--match", "--check", "--uncheck", "--keep-one", "--dry-run", "--yes",
-          "--backup", "--allow-last-copy", "--allow-blank-match", "--format", "--quiet"}) {
+    for (const std::string part : {"ADDRESS-BOOK", "--match", "--check", "--uncheck", "--keep-one",
+                                   "--dry-run", "--yes", "--backup", "--allow-last-copy",
+                                   "--allow-blank-match", "--format", "--wide", "--quiet"}) {
         EXPECT_NE(out().find(part), std::string::npos) << part;
     }
 

@@ -28,5 +28,68 @@ TEST(DisplayWidth, DoesNotDependOnTheUsersLocale)
     std::setlocale(LC_ALL, before.c_str());  // NOLINT(concurrency-mt-unsafe)
 }
 
+TEST(DisplayWidth, CountsNoColumnForMarksThatJoinALetter)
+{
+    EXPECT_EQ(displayWidth("يوسف"), 4U);
+    EXPECT_EQ(displayWidth("يُوسُف"), 4U);
+}
+
+TEST(WithoutEnd, PutsAnEllipsisInPlaceOfWhatDoesNotFit)
+{
+    EXPECT_EQ(withoutEnd("Annabel", 7), "Annabel");
+    EXPECT_EQ(withoutEnd("Annabel", 6), "Annab…");
+    EXPECT_EQ(withoutEnd("王小明", 6), "王小明");
+    EXPECT_EQ(withoutEnd("王小明", 5), "王小…");
+    EXPECT_EQ(withoutEnd("王小明", 4), "王…");
+    EXPECT_EQ(withoutEnd("😀😀😀", 5), "😀😀…");
+}
+
+TEST(WithoutEnd, KeepsTheMarksOfItsLastLetter)
+{
+    EXPECT_EQ(withoutEnd("Zoe\u0308la", 4), "Zoe\u0308…");
+    EXPECT_EQ(withoutEnd("يُوسُف", 3), "يُو…");
+}
+
+TEST(WithoutBeginning, KeepsTheLastDigits)
+{
+    EXPECT_EQ(withoutBeginning("+44 131 496 0617", 16), "+44 131 496 0617");
+    EXPECT_EQ(withoutBeginning("+44 131 496 0617", 12), "…31 496 0617");
+    EXPECT_EQ(withoutBeginning("+44 131 496 0617", 9), "…496 0617");
+    EXPECT_EQ(withoutBeginning("+44 131 496 0617", 10), "…496 0617") << "no space in front";
+}
+
+TEST(WithoutBeginning, NeverBeginsWithAMark)
+{
+    EXPECT_EQ(withoutBeginning("Ze\u0308oe", 3), "…oe");
+    EXPECT_EQ(withoutBeginning("王小明", 4), "…明");
+}
+
+TEST(TakeLine, BreaksAtASpaceWhereThereIsOne)
+{
+    std::string_view text = "Maria del Carmen";
+    EXPECT_EQ(takeLine(text, 9), "Maria del");
+    EXPECT_EQ(takeLine(text, 9), "Carmen");
+    EXPECT_EQ(text, "");
+
+    text = "Maria del Carmen";
+    EXPECT_EQ(takeLine(text, 8), "Maria");
+    EXPECT_EQ(text, "del Carmen");
+}
+
+TEST(TakeLine, BreaksAWordThatDoesNotFitAndAlwaysTakesSomething)
+{
+    std::string_view text = "Annabel";
+    EXPECT_EQ(takeLine(text, 4), "Anna");
+    EXPECT_EQ(text, "bel");
+
+    text = "王小";
+    EXPECT_EQ(takeLine(text, 1), "王");
+    EXPECT_EQ(takeLine(text, 1), "小");
+
+    text = " x";
+    EXPECT_EQ(takeLine(text, 1), " ");
+    EXPECT_EQ(text, "x");
+}
+
 }  // namespace
 }  // namespace dunmora::test
