@@ -12,8 +12,8 @@
 #include "programs/dunmora-cli/CommandError.h"
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/ContactJson.h"
-#include "programs/dunmora-cli/ContactTable.h"
 #include "programs/dunmora-cli/DeletionMarks.h"
+#include "programs/dunmora-cli/DeletionTable.h"
 #include "programs/dunmora-cli/DeletionWarnings.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/MemoryError.h"
@@ -140,7 +140,7 @@ void show(const ContactsParser& engine, const std::vector<std::string>& uids,
           const TableCards& cards, const DeleteRequest& request, const CliEnvironment& environment)
 {
     const auto table = [&](const TableStyle& style) {
-        return contactTable(engine, {uids}, cards, style);
+        return deletionTable(engine, uids, cards, style);
     };
     const auto match = chosenMatchFields();
     const bool isResult = request.book.format == OutputFormat::Table;
@@ -152,8 +152,15 @@ void show(const ContactsParser& engine, const std::vector<std::string>& uids,
     }
 }
 
-bool userAgrees()
+/// What to call the address book: the name that the user gave, unless it is a book with a name.
+std::string bookName(const DeleteRequest& request, const ReadingNotes& notes)
 {
+    return quotedText(notes.books.size() == 1 ? notes.books.front() : request.book.addressBook);
+}
+
+bool userAgrees(std::size_t people, const std::string& book, const CliEnvironment& environment)
+{
+    environment.err << countOfPeople(people) << " will be deleted from " << book << ".\n";
     return Platform::current().alert.runModal(deletionQuestion()) != Alert::kAlternateButton;
 }
 
@@ -271,7 +278,8 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
                              [&] { properties.read(engine, session.cards()); });
     show(engine, uids, {engine, properties, session.cards()}, request, environment);
     reportUnique(properties, request.book, environment);
-    if (asks(request) && !userAgrees()) {
+    if (asks(request) &&
+        !userAgrees(uids.size(), bookName(request, session.addressBook().notes()), environment)) {
         report(environment, "Nothing was deleted.");
         return ExitCode::Failed;
     }

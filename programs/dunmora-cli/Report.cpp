@@ -4,6 +4,7 @@
 #include "programs/dunmora-cli/CommandError.h"
 #include "text/DisplayText.h"
 
+#include <cerrno>
 #include <ostream>
 
 namespace dunmora {
@@ -18,10 +19,15 @@ void report(const CliEnvironment& environment, std::string_view text)
 
 void print(const CliEnvironment& environment, std::string_view text)
 {
+    errno = 0;
     environment.out << text << std::flush;
-    if (!environment.out) {
+    if (environment.out) {
+        return;
+    }
+    if (errno != EPIPE) {
         throw CommandError(ExitCode::Failed, "The output could not be written.");
     }
+    environment.out.clear();
 }
 
 }  // namespace dunmora

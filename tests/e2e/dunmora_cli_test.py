@@ -33,6 +33,7 @@ SAMPLE = ROOT / "samples" / "address-book.vcf"
 README = ROOT / "README.md"
 SECONDS = 20
 QUESTION = (
+    "book.vcf”.\r\n"
     "Confirm to delete\r\n"
     "The checked contacts will be deleted from Address Book. \r\n"
     "Do you really want to continue?\r\n"
@@ -129,6 +130,13 @@ class EndToEnd(unittest.TestCase):
             if answer is not None and shown.endswith(b"[y/N] "):
                 os.write(master, answer)
                 answer = None
+
+    def closed_pipe(self):
+        """The end for writing of a pipe that nobody reads."""
+        reader, writer = os.pipe()
+        os.close(reader)
+        self.addCleanup(os.close, writer)
+        return writer
 
     def assert_untouched(self):
         self.assertEqual(self.book.read_bytes(), BOOK)
@@ -241,17 +249,14 @@ class ListTest(EndToEnd):
         with open("/dev/full", "wb") as full:
             self.assertEqual(self.run_program("list", self.book, stdout=full), (1, "", NO_OUTPUT))
 
-    def test_reports_that_the_reader_of_the_output_is_gone(self):
-        reader, writer = os.pipe()
-        os.close(reader)
-        self.addCleanup(os.close, writer)
+    def test_ends_quietly_when_the_reader_has_seen_enough(self):
+        for form in ("table", "json", "csv"):
+            code, _, err = self.run_program("list", self.book, "--quiet", "--format", form, stdout=self.closed_pipe())
 
-        self.assertEqual(self.run_program("list", self.book, stdout=writer), (1, "", NO_OUTPUT))
+            self.assertEqual((code, err), (0, ""))
 
-    def test_fails_when_it_finds_duplicates_and_that_is_asked_for(self):
-        self.assertEqual(self.run_program("list", self.book, "--fail-if-found")[0], 3)
-        self.book.write_bytes(BOOK_WITHOUT_ANN_2)
-        self.assertEqual(self.run_program("list", self.book, "--fail-if-found"), (0, "0 duplicates of 2\n", ""))
+        code, _, err = self.run_program("list", self.book, "--quiet", "--fail-if-found", stdout=self.closed_pipe())
+        self.assertEqual((code, err), (3, ""))
 
     def test_lists_the_sample(self):
         review = self.listed(SAMPLE)
@@ -444,6 +449,21 @@ class DeleteTest(EndToEnd):
 
         with open("/dev/full", "wb") as full:
             self.assertEqual(self.run_program("delete", self.book, "--yes", stdout=full), (1, "", NO_OUTPUT))
+        self.assert_untouched()
+
+    def test_deletes_wholly_when_the_reader_has_seen_enough(self):
+        code, _, err = self.run_program("delete", self.book, "--yes", "--quiet", stdout=self.closed_pipe())
+
+        self.assertEqual((code, err), (0, ""))
+        self.assertEqual(self.book.read_bytes(), BOOK_WITHOUT_ANN_2)
+
+    def test_reports_a_failure_when_the_reader_has_seen_enough(self):
+        with open(self.book, "rb") as locked:
+            fcntl.flock(locked, fcntl.LOCK_EX)
+            code, _, err = self.run_program("delete", self.book, "--yes", "--quiet", stdout=self.closed_pipe())
+
+        self.assertEqual(code, 1)
+        self.assertIn("locked", err)
         self.assert_untouched()
 
     def test_reports_that_the_limit_for_file_sizes_is_reached(self):

@@ -1,6 +1,7 @@
 #include "platform/PlatformError.h"
 #include "tests/fakes/FakeCard.h"
 #include "tests/programs/dunmora-cli/CliTest.h"
+#include "tests/programs/dunmora-cli/ClosedPipe.h"
 #include "tests/programs/dunmora-cli/ReferenceJson.h"
 
 #include <algorithm>
@@ -13,7 +14,8 @@ namespace {
 
 using Uids = std::vector<std::string>;
 
-constexpr auto kQuestion = "Confirm to delete\n"
+constexpr auto kQuestion = "1 person will be deleted from “book.vcf”.\n"
+                           "Confirm to delete\n"
                            "The checked contacts will be deleted from Address Book. \n"
                            "Do you really want to continue?\n"
                            "Okay/Cancel [y/N] ";
@@ -48,7 +50,6 @@ TEST_F(DeleteTest, DeletesTheCheckedCopiesAndSavesOnce)
     EXPECT_EQ(book_.writes(), 1U);
     EXPECT_EQ(err(), "");
     EXPECT_NE(out().find("[x]  Ann         Lee"), std::string::npos) << out();
-    EXPECT_EQ(out().find("ann-1"), std::string::npos) << out();
     EXPECT_TRUE(out().ends_with("ann-2\n\n1 person deleted.\n1 duplicates of 2\n")) << out();
 }
 
@@ -143,6 +144,50 @@ TEST_F(DeleteTest, ShowsThePeopleToBeDeletedBeforeItAsks)
     EXPECT_EQ(run({"delete", "book.vcf", "--quiet", "--format", "json"}), 1);
     EXPECT_EQ(out(), "");
     EXPECT_LT(err().find("ann-2\n"), err().find("Confirm to delete")) << err();
+}
+
+TEST_F(DeleteTest, ShowsThePeopleInTheOrderOfTheReviewBelowThoseWhoAreKept)
+{
+    bookHolds({named("b1", "Ben"), named("d", "Dan"), named("c1", "Cid"), named("a2", "Ann"),
+               withMobile(named("b2", "Ben")), named("c2", "Cid"), withMobile(named("a1", "Ann")),
+               named("b3", "Ben")});
+
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--check", "d", "--uncheck", "c1", "--uncheck", "c2",
+                   "--allow-last-copy"}),
+              0);
+
+    std::vector<std::string> lines;
+    std::istringstream table(out().substr(0, out().find("\n\n4 people")));
+    for (std::string line; std::getline(table, line);) {
+        lines.push_back(line.substr(0, 3) + line.substr(line.rfind(' ') + 1));
+    }
+    EXPECT_EQ(lines, (Uids{"   UID", "[ ]b2", "[x]b1", "[x]b3", "", "[ ]a1", "[x]a2", "", "[x]d"}))
+        << out();
+}
+
+TEST_F(DeleteTest, KeepsTheBooksOrderInJson)
+{
+    bookHolds({named("b1", "Ben"), named("a2", "Ann"), withMobile(named("b2", "Ben")),
+               withMobile(named("a1", "Ann")), named("b3", "Ben")});
+
+    EXPECT_EQ(run({"delete", "b", "--dry-run", "--format", "json"}), 0);
+    EXPECT_EQ(jsonAt(out(), "/deleted"), R"(["b1","a2","b3"])");
+}
+
+TEST_F(DeleteTest, NamesTheAddressBookOfTheDesktopInItsQuestion)
+{
+    bookHolds({withMobile(named("1", "Ann")), named("2", "Ann"), named("3", "Ann")});
+    everythingIsATerminal();
+
+    book_.readingNotes.books = {"Personal\n"};
+    EXPECT_EQ(run({"delete", "eds:c0ffee"}), 1);
+    EXPECT_NE(err().find("2 people will be deleted from “Personal␊”.\nConfirm"), std::string::npos)
+        << err();
+
+    book_.readingNotes.books = {"Personal", "Work"};
+    EXPECT_EQ(run({"delete", "eds:"}), 1);
+    EXPECT_NE(err().find("2 people will be deleted from “eds:”.\nConfirm"), std::string::npos)
+        << err();
 }
 
 TEST_F(DeleteTest, AcceptsTheseAnswersAsYes)
@@ -590,6 +635,34 @@ TEST_F(DeleteTest, ReportsTheDeletionWhenTheResultCannotBePrinted)
     EXPECT_EQ(err(), "dunmora-cli: The output could not be written. However, 1 person was "
                      "deleted.\n");
     EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
+}
+
+TEST_F(DeleteTest, DeletesEverybodyWhenTheReaderHasSeenEnough)
+{
+    bookHoldsAnnTwice();
+    ClosedPipe pipe;
+    std::ostream out(&pipe);
+    const CliEnvironment environment{
+        environment_.openAddressBook, userDefaults_, bundle_, in_, out, err_};
+    const Uids arguments{"delete", "book.vcf", "--yes"};
+
+    EXPECT_EQ(runCli(arguments, environment), 0);
+    EXPECT_EQ(err(), "");
+    EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
+}
+
+TEST_F(DeleteTest, ReportsAFailureWhenTheReaderHasSeenEnough)
+{
+    bookHoldsAnnTwice();
+    book_.onSave = [] { throw PlatformError("The disk is full."); };
+    ClosedPipe pipe;
+    std::ostream out(&pipe);
+    const CliEnvironment environment{
+        environment_.openAddressBook, userDefaults_, bundle_, in_, out, err_};
+    const Uids arguments{"delete", "book.vcf", "--yes"};
+
+    EXPECT_EQ(runCli(arguments, environment), 1);
+    EXPECT_EQ(err(), "dunmora-cli: The disk is full.\n");
 }
 
 TEST_F(DeleteTest, DeletesNobodyWhenTheBackupFails)

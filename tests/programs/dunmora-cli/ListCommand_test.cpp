@@ -1,6 +1,7 @@
 #include "platform/PlatformError.h"
 #include "tests/fakes/FakeCard.h"
 #include "tests/programs/dunmora-cli/CliTest.h"
+#include "tests/programs/dunmora-cli/ClosedPipe.h"
 #include "tests/programs/dunmora-cli/ReferenceJson.h"
 
 #include <cstdlib>
@@ -577,6 +578,23 @@ TEST_F(ListTest, ReportsThatTheOutputCannotBeWritten)
 
     EXPECT_EQ(runCli(arguments, environment), 1);
     EXPECT_EQ(err(), "dunmora-cli: The output could not be written.\n");
+}
+
+TEST_F(ListTest, EndsQuietlyWhenTheReaderHasSeenEnough)
+{
+    bookHoldsAnnTwice();
+    ClosedPipe pipe;
+    std::ostream out(&pipe);
+    const CliEnvironment environment{
+        environment_.openAddressBook, userDefaults_, bundle_, in_, out, err_};
+    for (const std::string format : {"table", "json", "csv"}) {
+        const std::vector<std::string> arguments{"list", "b", "--quiet", "--format", format};
+
+        EXPECT_EQ(runCli(arguments, environment), 0);
+        EXPECT_EQ(err(), "");
+    }
+    const std::vector<std::string> arguments{"list", "b", "--quiet", "--fail-if-found"};
+    EXPECT_EQ(runCli(arguments, environment), 3) << "as without the pipe";
 }
 
 TEST_F(ListTest, ReportsAnyFailureInOneLine)
