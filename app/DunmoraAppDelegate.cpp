@@ -4,7 +4,6 @@
 #include "base/NotificationCenter.h"
 #include "engine/ContactsParser.h"
 #include "platform/Desktop.h"
-#include "ui/AppData.h"
 #include "ui/FilterController.h"
 #include "ui/ProgressWindowController.h"
 #include "update/UpdateController.h"
@@ -69,11 +68,7 @@ void DunmoraAppDelegate::OnFinished(const Notification& notification)
 {
     const auto job = notification.text();
 
-    auto& shared = AppData::app();
-    if (shared.progress()) {
-        shared.progress()->close();
-    }
-    shared.setProgress(nullptr);
+    closeProgressWindow();
 
     if (job == kJobLoading) {
         FilterController dialog;

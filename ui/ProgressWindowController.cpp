@@ -82,4 +82,13 @@ void openProgressWindow(const void* sender)
     AppData::app().setProgress(std::move(progress));
 }
 
+void closeProgressWindow()
+{
+    auto& shared = AppData::app();
+    if (shared.progress()) {
+        shared.progress()->close();
+    }
+    shared.setProgress(nullptr);
+}
+
 }  // namespace dunmora

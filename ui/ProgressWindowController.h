@@ -46,4 +46,8 @@ private:
 /// Thread: the main thread. Errors: none.
 void openProgressWindow(const void* sender);
 
+/// Closes the progress window in `AppData`, if there is one, and removes it from there.
+/// Thread: the main thread. Errors: none.
+void closeProgressWindow();
+
 }  // namespace dunmora

@@ -13,7 +13,6 @@
 #include "programs/dunmora/FailureText.h"
 #include "programs/dunmora/SupervisedApplication.h"
 #include "text/DisplayText.h"
-#include "ui/AppData.h"
 #include "ui/ProgressWindowController.h"
 
 #include <optional>
@@ -148,12 +147,8 @@ void MainWindow::jobsBegan(std::string_view name)
 
 void MainWindow::jobFailed(std::string_view name, const std::exception_ptr& failure)
 {
+    closeProgressWindow();
     showFailure(failureText(failure, bookName_));
-    auto& app = AppData::app();
-    if (app.progress()) {
-        app.progress()->close();
-    }
-    app.setProgress(nullptr);
     ContactsParser::parser().reset();
     // A deletion has disabled the table, and only an enabled one asks for the number of rows.
     auto& table = interface_->tableView(kTable);

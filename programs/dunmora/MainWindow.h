@@ -67,8 +67,8 @@ public:
     void applicationDidBecomeActive() override;
 
     void jobsBegan(std::string_view name) override;
-    /// Shows the message over the progress window, then closes that window, empties the table and
-    /// makes the program usable again. After a failed deletion it reloads everything, because the
+    /// Closes the progress window, shows the message, then empties the table and makes the program
+    /// usable again. After a failed deletion it reloads everything, because the
     /// engine has already forgotten people who are still in the address book, and after a failed
     /// restoration, because nobody knows what the book contains.
     void jobFailed(std::string_view name, const std::exception_ptr& failure) override;

@@ -15,7 +15,6 @@
 #include "platform/TableView.h"
 #include "programs/dunmora/FailureText.h"
 #include "text/DisplayText.h"
-#include "ui/AppData.h"
 #include "ui/ProgressWindowController.h"
 
 #include <string>
@@ -171,12 +170,8 @@ void UndoDelete::enableCommands(bool areJobsRunning)
 
 void UndoDelete::restored(const Restoration& result)
 {
+    closeProgressWindow();
     showNotes(result);
-    auto& app = AppData::app();
-    if (app.progress()) {
-        app.progress()->close();
-    }
-    app.setProgress(nullptr);
     restored_ = result.restored;
     // The table asks for the number of rows only while it is enabled.
     ContactsParser::parser().reset();

@@ -13,10 +13,10 @@ from waiting import wait_for
 
 class FailureTest(DunmoraCase):
     def fail_with(self, dunmora, text):
-        """Waits for an alert with this text over the progress window and confirms it."""
+        """Waits for an alert with this text, with no progress window behind it, and confirms it."""
         alert = dunmora.alert(text)
         self.assertTrue(alert.find("graphic", "Error"))
-        self.assertTrue([window for window in dunmora.windows if is_progress(window)])
+        self.assertFalse([window for window in dunmora.windows if is_progress(window)])
         dunmora.press(alert, "enter")
 
     def test_reports_that_a_book_cannot_be_read(self):

@@ -57,7 +57,7 @@ protected:
     std::vector<bool> commandsWereEnabled_;
 };
 
-TEST_F(JobFailureTest, OfALoadIsReportedWhileTheProgressWindowIsOpen)
+TEST_F(JobFailureTest, OfALoadIsReportedOnceTheProgressWindowHasClosed)
 {
     start(file_);
     book_.onRead = [] { throw PlatformError("“address-book.vcf” cannot be read."); };
@@ -67,7 +67,7 @@ TEST_F(JobFailureTest, OfALoadIsReportedWhileTheProgressWindowIsOpen)
 
     EXPECT_EQ(failures(), Lines{"“address-book.vcf” cannot be read."});
     EXPECT_EQ(platform_.alert.shown.front().defaultButton, "OK");
-    EXPECT_EQ(progressWasVisible_, std::vector{true});
+    EXPECT_EQ(progressWasVisible_, std::vector{false});
     EXPECT_EQ(wasBusy_, std::vector{true});
     EXPECT_EQ(commandsWereEnabled_, std::vector{false});
 }
@@ -135,7 +135,7 @@ TEST_F(JobFailureTest, OfASearchIsReportedAsUnexpected)
     center.removeObserver(this, kMsgShowMessage);
 
     EXPECT_EQ(failures(), Lines{"An unexpected error occurred: index 7"});
-    EXPECT_EQ(progressWasVisible_, std::vector{true});
+    EXPECT_EQ(progressWasVisible_, std::vector{false});
     EXPECT_EQ(emptiness(), "The search failed");
     expectIdle();
     expectTheBookCanBeReadAgain();
@@ -173,7 +173,7 @@ TEST_F(JobFailureTest, OfADeletionIsFollowedByAReload)
 
     EXPECT_EQ(alerts(), (Lines{"Confirm to delete", "“address-book.vcf” is read-only."}));
     EXPECT_EQ(failures(), Lines{"“address-book.vcf” is read-only."});
-    EXPECT_EQ(progressWasVisible_, std::vector{true});
+    EXPECT_EQ(progressWasVisible_, std::vector{false});
     EXPECT_EQ(application_.threads,
               (Lines{"LoadContacts", "FindDuplicates", "DeleteCheckedContacts", "LoadContacts",
                      "FindDuplicates"}));

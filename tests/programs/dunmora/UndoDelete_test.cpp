@@ -213,10 +213,16 @@ TEST_F(UndoDeleteTest, NamesThePeopleWhoCouldNotBePutBack)
     deleteChecked();
     auto impostor = person("ann-2", "Somebody else");
     book_.addBehindTheBack(impostor);
+    bool wasProgressOpen = true;
+    platform_.alert.onRunModal = [&](const AlertContent& /*content*/) {
+        wasProgressOpen = AppData::app().progress() != nullptr;
+        return Alert::kDefaultButton;
+    };
 
     undo();
 
     ASSERT_EQ(platform_.alert.shown.size(), 2U);
+    EXPECT_FALSE(wasProgressOpen);
     const auto& alert = platform_.alert.shown.back();
     EXPECT_EQ(alert.messageText, "Not everyone could be restored");
     EXPECT_EQ(alert.style, AlertStyle::Failure);
