@@ -124,10 +124,13 @@ std::string_view titleOfColumn(std::string_view identifier)
 
 std::string_view leastText(std::string_view column)
 {
-    const auto& match = contactField(column).match;
-    return match && ContactsParser::parser().searchedFields().test(match->place)
-               ? "+49 (711) 5550-1000"
-               : std::string_view();
+    // The column of the note is no field.
+    const auto* const found =
+        std::find_if(kMatchFields.begin(), kMatchFields.end(),
+                     [&](const ContactField* field) { return field->key == column; });
+    const bool isCompared = found != kMatchFields.end() &&
+                            ContactsParser::parser().searchedFields().test((*found)->match->place);
+    return isCompared ? "+49 (711) 5550-1000" : std::string_view();
 }
 
 std::string copyText(std::size_t row, RowRange group)

@@ -73,6 +73,7 @@ TEST_F(ReviewRowsTest, HasRoomForANumberInTheColumnsThatWereCompared)
     }
 
     EXPECT_EQ(columns, (std::vector{kContactFirstName, kContactLastName, kContactHome}));
+    EXPECT_EQ(leastText("note"), "") << "no field";
     EXPECT_EQ(reviewColumns().back().kind, TableColumn::Kind::Date);
 }
 
