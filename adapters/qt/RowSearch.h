@@ -1,10 +1,10 @@
 #pragma once
 
 #include "adapters/qt/ShownRows.h"
+#include "adapters/qt/SlicedLoop.h"
 #include "platform/TableView.h"
 
 #include <QString>
-#include <QTimer>
 
 #include <cstddef>
 #include <functional>
@@ -30,15 +30,13 @@ public:
     void start(const QString& typed, std::unique_ptr<RowFilter> filter);
     /// Finishes the running search now, if there is one.
     void finish();
-    bool isRunning() const { return filter_ != nullptr; }
     /// Cancels the running search and forgets the last one: the rows have changed, or must not be
     /// asked about.
     void reset();
 
 private:
-    enum class Until { NextTurn, End };
-
-    void proceed(Until until);
+    void test(std::size_t index);
+    void completed();
 
     const ShownRows& rows_;
     Found found_;
@@ -46,13 +44,12 @@ private:
     std::string typed_;
     std::unique_ptr<RowFilter> filter_;
     ShownRows::SourceRows matches_;
-    std::size_t position_ = 0;
     bool searchesLastMatches_ = false;
     /// The last finished search. Empty texts have no filter, so an empty one means that there is
     /// none.
     std::string lastTyped_;
     ShownRows::SourceRows lastMatches_;
-    QTimer turn_;
+    SlicedLoop loop_;
 };
 
 }  // namespace dunmora
