@@ -27,6 +27,8 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QByteArray>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -161,6 +163,17 @@ public:
             QCoreApplication::processEvents();
         }
         settle();
+    }
+
+    /// Copies the selected rows. Returns when they are on the clipboard.
+    void copy()
+    {
+        QGuiApplication::clipboard()->clear();
+        QKeyEvent pressed(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier);
+        QCoreApplication::sendEvent(mainWindowsOwn<QTableView>("tableContacts"), &pressed);
+        while (QGuiApplication::clipboard()->text().isEmpty()) {
+            QCoreApplication::processEvents();
+        }
     }
 
     void selectAll()
@@ -329,6 +342,7 @@ void changeAllMarks(Course& course, Program& program)
     program.selectAll();
     course.run("Select All, Space", [&] { program.press(Qt::Key_Space); });
     course.run("Space again", [&] { program.press(Qt::Key_Space); });
+    course.run("Copy", [&] { program.copy(); });
     course.run("Check All Shown", [&] { program.use("OnCheckShown"); });
     course.run("undo", [&] { program.use("OnUndoMarks"); });
     course.run("redo", [&] { program.use("OnRedoMarks"); });

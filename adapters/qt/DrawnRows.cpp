@@ -39,22 +39,8 @@ const DrawnRow* DrawnRows::find(std::size_t row, std::optional<std::size_t> abov
         return &found->second;
     }
     auto& drawn = found == rows_.end() ? added(row) : found->second;
-    const auto& columns = reader_.columns();
-    drawn.texts.resize(columns.size());
     readMarks(row, drawn);
-    drawn.substituteColumn.reset();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].kind == TableColumn::Kind::Note) {
-            drawn.texts[i] = oneLineText(drawn.style.note);
-        } else if (columns[i].kind != TableColumn::Kind::CheckBox) {
-            drawn.texts[i] = reader_.text(row, i);
-        }
-        const auto& substitute = drawn.style.substitute;
-        if (!substitute.column.empty() && columns[i].identifier == substitute.column) {
-            drawn.substituteColumn = i;
-            drawn.substitute = oneLineText(substitute.text);
-        }
-    }
+    readTexts(row, drawn);
     drawn.beginsGroup = above && groupOf(*above) != drawn.style.group;
     drawn.frame = frame_;
     return &drawn;
@@ -67,6 +53,14 @@ const DrawnRow* DrawnRows::findFresh(std::size_t row, std::optional<std::size_t>
         found->second.frame = 0;
     }
     return find(row, above);
+}
+
+DrawnRow DrawnRows::read(std::size_t row) const
+{
+    DrawnRow drawn;
+    readMarks(row, drawn);
+    readTexts(row, drawn);
+    return drawn;
 }
 
 DrawnRow& DrawnRows::added(std::size_t row)
@@ -86,6 +80,25 @@ void DrawnRows::readMarks(std::size_t row, DrawnRow& drawn) const
         drawn.isChecked = reader_.isChecked(row, column.identifier);
     }
     drawn.style = reader_.style(row);
+}
+
+void DrawnRows::readTexts(std::size_t row, DrawnRow& drawn) const
+{
+    const auto& columns = reader_.columns();
+    drawn.texts.resize(columns.size());
+    drawn.substituteColumn.reset();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].kind == TableColumn::Kind::Note) {
+            drawn.texts[i] = oneLineText(drawn.style.note);
+        } else if (columns[i].kind != TableColumn::Kind::CheckBox) {
+            drawn.texts[i] = reader_.text(row, i);
+        }
+        const auto& substitute = drawn.style.substitute;
+        if (!substitute.column.empty() && columns[i].identifier == substitute.column) {
+            drawn.substituteColumn = i;
+            drawn.substitute = oneLineText(substitute.text);
+        }
+    }
 }
 
 std::size_t DrawnRows::groupOf(std::size_t row) const

@@ -33,10 +33,13 @@ public:
     const DrawnRow* find(std::size_t row, std::optional<std::size_t> above);
     /// Does the same, but reads the row again even within a frame.
     const DrawnRow* findFresh(std::size_t row, std::optional<std::size_t> above);
+    /// Reads the row, which is not cached. It begins no group.
+    DrawnRow read(std::size_t row) const;
 
 private:
     DrawnRow& added(std::size_t row);
     void readMarks(std::size_t row, DrawnRow& drawn) const;
+    void readTexts(std::size_t row, DrawnRow& drawn) const;
     std::size_t groupOf(std::size_t row) const;
 
     const RowReader& reader_;

@@ -4,9 +4,13 @@ class QWidget;
 
 namespace dunmora {
 
-/// Applies the dynamic properties that interface files use for what their format cannot express:
+/// Applies the dynamic properties that interface files use for what their format cannot express,
+/// except `forFocus`, which `QtInterface` reads:
 ///
 /// - `standardKey` on an action: the platform's shortcut, a name in QKeySequence::StandardKey;
+/// - `forFocus` on an action: the widget with the keyboard focus gets the shortcut as a key,
+/// because
+///   it knows what to copy;
 /// - `themeIcon` on actions and buttons: an icon of the desktop's theme; `symbol`: our own icon for
 ///   themes without it (see Symbols.h);
 /// - `fontScale` on a widget: a factor for the size of its font;

@@ -16,14 +16,18 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QFile>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QScopedValueRollback>
 #include <QTableView>
 #include <QThread>
 #include <QUrl>
@@ -193,6 +197,9 @@ private:
     void addAction(QAction& action, QtCommand& command)
     {
         command.addAction(action);
+        if (action.property("forFocus").toBool()) {
+            command.setHandler([this, &action](View*) { pressInFocus(action.shortcut()); });
+        }
         const bool isAlwaysUsable = action.property("alwaysUsable").toBool();
         connect(&action, &QAction::triggered, this, [this, &command, isAlwaysUsable] {
             command.restoreCheckMarks();
@@ -200,6 +207,18 @@ private:
                 command.use(nullptr);
             }
         });
+    }
+
+    /// Presses the keys in the widget that has the keyboard focus.
+    void pressInFocus(const QKeySequence& keys)
+    {
+        auto* const focused = widget_->focusWidget();
+        // If the widget does not know the keys, Qt uses the command again.
+        if (focused != nullptr && !keys.isEmpty() && !isPressing_) {
+            const QScopedValueRollback guard(isPressing_, true);
+            QKeyEvent press(QEvent::KeyPress, keys[0].key(), keys[0].keyboardModifiers());
+            QCoreApplication::sendEvent(focused, &press);
+        }
     }
 
     void addButton(QAbstractButton& button, QtCommand& command)
@@ -251,6 +270,7 @@ private:
     std::map<std::string, QtCommand, std::less<>> commands_;
     QtCommand* dropCommand_ = nullptr;
     DropHandler dropHandler_;
+    bool isPressing_ = false;
     // Outlives the outlets below, which refer to its widgets.
     std::unique_ptr<QWidget> widget_;
     std::map<const QTableView*, std::unique_ptr<QtTableView>> tables_;

@@ -27,7 +27,8 @@ QtTableView::QtTableView(QTableView& widget, QWidget* filterBar, QLineEdit* filt
       filterBar_(filterBar, filterLine,
                  {[this] { filterTyped(); }, [this] { filterLeft(); }, [this] { endFiltering(); }}),
       focus_(widget, filterBar_),
-      search_(model_.rows(), [this](const ShownRows::SourceRows& rows) { showFound(rows); })
+      search_(model_.rows(), [this](const ShownRows::SourceRows& rows) { showFound(rows); }),
+      copy_(model_)
 {
     setUpTable(widget);
     widget.setItemDelegate(&delegate_);
@@ -77,6 +78,7 @@ void QtTableView::setDataSource(TableViewDataSource* dataSource, TableViewDelega
 {
     dataSource_ = dataSource;
     search_.reset();
+    copy_.cancel();
     if (model_.setDataSource(dataSource, delegate) && widget_ != nullptr) {
         widths_.columnsChanged();
     }
@@ -96,6 +98,7 @@ void QtTableView::setEnabled(bool enabled)
         enable();
         focus_.restore();
     } else {
+        copy_.finish();
         model_.freeze();
         search_.reset();
         focus_.rememberDuring(enable);
@@ -109,6 +112,7 @@ void QtTableView::reloadData()
         return;
     }
     search_.reset();
+    copy_.cancel();
     clicks_.cancel();
     const bool hadSelection = !selection_.isEmpty();
     if (model_.reload(isEnabled_)) {
@@ -215,6 +219,13 @@ bool QtTableView::eventFilter(QObject* watched, QEvent* event)
             metricsChanged();
         }
         break;
+    case QEvent::ShortcutOverride:
+        // Otherwise the key would go to a menu's command.
+        if (!isForViewport && static_cast<const QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+            event->accept();
+            return true;
+        }
+        break;
     case QEvent::KeyPress:
         return !isForViewport && keyPressed(static_cast<const QKeyEvent&>(*event));
     case QEvent::Paint:
@@ -240,6 +251,10 @@ bool QtTableView::eventFilter(QObject* watched, QEvent* event)
 
 bool QtTableView::keyPressed(const QKeyEvent& key)
 {
+    if (key.matches(QKeySequence::Copy)) {
+        copySelectedRows();
+        return true;
+    }
     const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
     if (key.key() == Qt::Key_Home || key.key() == Qt::Key_End) {
         using End = TableSelection::End;
@@ -288,6 +303,13 @@ void QtTableView::toggleSelectedRows()
         std::all_of(rows.begin(), rows.end(),
                     [this, column](std::size_t row) { return model_.isChecked(row, column); });
     edit(rows, column, !areAllChecked);
+}
+
+void QtTableView::copySelectedRows()
+{
+    if (model_.isAsking()) {
+        copy_.start(selection_.sourceRows());
+    }
 }
 
 void QtTableView::edit(std::span<const std::size_t> sourceRows, std::string_view column,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/qt/CheckBoxClicks.h"
+#include "adapters/qt/RowCopy.h"
 #include "adapters/qt/RowSearch.h"
 #include "adapters/qt/TableCellDelegate.h"
 #include "adapters/qt/TableColumnWidths.h"
@@ -56,6 +57,7 @@ private:
 
     void toggleCheckBox(const QModelIndex& index);
     void toggleSelectedRows();
+    void copySelectedRows();
     void edit(std::span<const std::size_t> sourceRows, std::string_view column, bool isChecked);
     void redraw();
     /// Scrolls to a row and, if they fit, to all that belong together with it.
@@ -82,8 +84,9 @@ private:
     CheckBoxClicks clicks_;
     TableFilterBar filterBar_;
     TableFocus focus_;
-    /// Uses the members above, so it is destroyed before them.
+    // They use the members above, so they are destroyed before them.
     RowSearch search_;
+    RowCopy copy_;
 };
 
 }  // namespace dunmora

@@ -91,6 +91,18 @@ const QString& TableModel::shownText(const DrawnRow& drawn, std::size_t column)
     return isSubstitute(drawn, column) ? drawn.substitute : drawn.texts[column];
 }
 
+QString TableModel::tabSeparatedText(std::size_t sourceRow) const
+{
+    const auto drawn = drawnRows_.read(sourceRow);
+    QStringList texts;
+    for (std::size_t i = 0; i < columns().size(); ++i) {
+        if (columns()[i].kind != TableColumn::Kind::CheckBox) {
+            texts.push_back(shownText(drawn, i));
+        }
+    }
+    return texts.join(u'\t');
+}
+
 QString TableModel::wholeWarning(int row) const
 {
     const auto* const drawn = drawnRow(row);

@@ -61,6 +61,8 @@ public:
     /// The text of the cell, or what is drawn instead because it is blank.
     static const QString& shownText(const DrawnRow& drawn, std::size_t column);
     static bool isSubstitute(const DrawnRow& drawn, std::size_t column);
+    /// The row's texts, as the table shows them, with tabs between them; without the check box.
+    QString tabSeparatedText(std::size_t sourceRow) const;
     /// The whole warning of a row that was drawn.
     QString wholeWarning(int row) const;
 

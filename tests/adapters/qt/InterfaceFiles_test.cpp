@@ -1,9 +1,13 @@
+#include "platform/DetailsView.h"
+#include "tests/adapters/qt/CountedRows.h"
 #include "tests/adapters/qt/QtTest.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -311,6 +315,52 @@ TEST_F(MainWindowTest, GivesTheTableMoreSpaceThanTheDetails)
     const int details = widgetIn<QWidget>(window, "vwDetails").height();
     EXPECT_GT(table, details);
     EXPECT_GT(2 * details, table);
+}
+
+TEST_F(MainWindowTest, CopiesFromTheWidgetWithTheFocus)
+{
+    const auto interface = load("MainWindow");
+    CountedRows rows;
+    rows.rows.resize(1);
+    rows.rows[0].texts["fname"] = "Ann";
+    auto& table = interface->tableView("tableContacts");
+    table.setDataSource(&rows, &rows);
+    table.reloadData();
+    DetailsLine line;
+    line.value = "ann@example.com";
+    interface->detailsView("lstDetails").setLines({line});
+    interface->view("vwEmpty").setHidden(true);
+    interface->view("vwReview").setHidden(false);
+    table.setHidden(false);
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    auto& copy = widgetIn<QAction>(window, "OnCopy");
+    const auto copied = [] { return QGuiApplication::clipboard()->text(); };
+
+    table.selectRow(0);
+    copy.trigger();
+    EXPECT_TRUE(copied().startsWith(QStringLiteral("Ann\t"))) << copied().toStdString();
+    QGuiApplication::clipboard()->clear();
+    press(window, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(copied().startsWith(QStringLiteral("Ann\t"))) << copied().toStdString();
+
+    widgetIn<QAbstractItemView>(window, "lstDetails").setFocus();
+    copy.trigger();
+    EXPECT_EQ(copied(), QStringLiteral("ann@example.com"));
+
+    table.beginFiltering();
+    auto& filter = widgetIn<QLineEdit>(window, "tableContactsFilter");
+    filter.setText(QStringLiteral("lee"));
+    filter.selectAll();
+    copy.trigger();
+    EXPECT_EQ(copied(), QStringLiteral("lee"));
+
+    interface->command("OnNotes").setHandler([](View*) {});
+    widgetIn<QWidget>(window, "btnNotes").setVisible(true);
+    widgetIn<QWidget>(window, "btnNotes").setFocus();
+    copy.trigger();
+    EXPECT_EQ(copied(), QStringLiteral("lee")) << "a button has nothing to copy";
+    table.setDataSource(nullptr, nullptr);
 }
 
 class UpdateWindowTest : public QtTest {
