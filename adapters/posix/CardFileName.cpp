@@ -1,12 +1,19 @@
 #include "adapters/posix/CardFileName.h"
 
+#include "text/Ascii.h"
+
 #include <system_error>
 
 namespace dunmora {
 
 bool isCardFileName(std::string_view name)
 {
-    return name.ends_with(".vcf") && !name.starts_with('.');
+    const auto dot = name.rfind('.');
+    if (dot == std::string_view::npos || name.starts_with('.')) {
+        return false;
+    }
+    const auto extension = name.substr(dot);
+    return equalsIgnoringCase(extension, ".vcf") || equalsIgnoringCase(extension, ".vcard");
 }
 
 std::filesystem::path folderOf(const std::filesystem::path& file)

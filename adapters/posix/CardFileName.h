@@ -6,7 +6,7 @@
 namespace dunmora {
 
 /// Whether a file with this name, in a folder that is an address book, is one of its card files:
-/// "*.vcf", unless it is hidden.
+/// "*.vcf" or "*.vcard", in any case, unless it is hidden.
 bool isCardFileName(std::string_view name);
 
 /// The folder of a file, "." for a name alone.

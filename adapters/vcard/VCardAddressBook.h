@@ -21,8 +21,8 @@ namespace dunmora {
 class VCardBook;
 
 /// An address book of vCard 2.1, 3.0 and 4.0 cards (RFC 2426, RFC 6350): a file, or a folder with
-/// `*.vcf` files, which are read in file-name order, hidden ones excluded. A file may contain any
-/// number of cards.
+/// `*.vcf` and `*.vcard` files, which are read in file-name order, hidden ones excluded. A file may
+/// contain any number of cards.
 ///
 /// A deletion removes the bytes of the deleted cards and nothing else. It is refused, and nothing
 /// is written, when an affected file has changed since it was read. Each file is replaced as a

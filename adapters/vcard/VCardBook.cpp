@@ -65,6 +65,9 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
         throw PlatformError(quotedPath(path) + " is neither a file nor a folder.");
     }
     const auto files = isFolder_ ? cardFilesIn(path, notes_.remarks) : std::vector{path};
+    if (files.empty()) {
+        notes_.remarks.push_back(remarkAboutNoCardFiles(path));
+    }
     checkBookSize(path, files, largest);
     for (const auto& file : files) {
         readFileAt(file, largest);

@@ -175,7 +175,8 @@ void CommandParser::addBookArgument(CLI::App& command, const std::string& system
 {
     command
         .add_option("ADDRESS-BOOK", book.addressBook,
-                    "A vCard file or a folder whose *.vcf files hold the cards; " + systemBookHelp)
+                    "A vCard file, or a folder whose .vcf and .vcard files hold the cards; " +
+                        systemBookHelp)
         ->required()
         ->type_name("");
 }

@@ -221,6 +221,27 @@ class ListTest(EndToEnd):
                                  (1, "", f"dunmora-cli: “{self.book}” {kind} a vCard file. Export as vCard (.vcf).\n"))
             self.assertEqual(self.book.read_bytes(), content)
 
+    def test_reads_a_folder_of_files_with_either_extension_in_any_case(self):
+        people = self.folder / "people"
+        people.mkdir()
+        code, out, err = self.run_program("list", people)
+        self.assertEqual((code, err), (0, f"dunmora-cli: note: “{people}” contains no .vcf or .vcard files.\n"), out)
+
+        (people / "family").mkdir()
+        (people / "family" / "ann.vcf").write_bytes(ANN_1)
+        _, _, err = self.run_program("list", people)
+        self.assertIn(" Its subfolder “family” has some.\n", err)
+
+        (people / "ANN.VCF").write_bytes(ANN_1)
+        (people / "ann.vCard").write_bytes(ANN_2)
+        (people / "google.vcf").write_bytes(b"First,Last\nAnn,Lee\n")
+        self.assertEqual(self.listed(people)["contacts"], 2)
+        _, _, err = self.run_program("list", people)
+        self.assertIn(f"“{people}/google.vcf” was skipped: it is a CSV file, not a vCard file.\n", err)
+        code, _, err = self.run_program("delete", people, "--yes", "--backup", people / "backup.VCARD")
+        self.assertEqual(code, 2)
+        self.assertIn("would become part of the address book", err)
+
     def test_restores_nobody_into_a_file_that_is_no_vcard_file(self):
         self.backup.write_bytes(ANN_1)
         self.book.write_bytes(b"First,Last\nAnn,Lee\n")

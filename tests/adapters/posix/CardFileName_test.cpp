@@ -9,10 +9,14 @@
 namespace dunmora::test {
 namespace {
 
-TEST(CardFileName, EndsInVcfAndIsNotHidden)
+TEST(CardFileName, EndsInVcfOrVcardInAnyCaseAndIsNotHidden)
 {
-    EXPECT_TRUE(isCardFileName("ann.vcf"));
-    for (const auto* const name : {"ann.VCF", "ann.txt", ".ann.vcf", ".vcf", "vcf", ""}) {
+    for (const auto* const name :
+         {"ann.vcf", "ann.VCF", "ann.vCard", "ann.lee.Vcf", "a.vcf.vcard"}) {
+        EXPECT_TRUE(isCardFileName(name)) << name;
+    }
+    for (const auto* const name : {"ann.txt", "ann.vcf.bak", "ann.vcards", ".ann.vcf", ".vcf",
+                                   ".VCARD", "vcf", "annvcf", "ann.", ""}) {
         EXPECT_FALSE(isCardFileName(name)) << name;
     }
 }
@@ -24,8 +28,8 @@ TEST(CardFileName, JoinsTheBookThatIsItsFolder)
     std::filesystem::create_directory(book);
     std::filesystem::create_directory_symlink(book, folder.path() / "link");
 
-    for (const auto& file :
-         {book / "a.vcf", folder.path() / "link" / "a.vcf", book / ".." / "people" / "a.vcf"}) {
+    for (const auto& file : {book / "a.vcf", folder.path() / "link" / "a.vcf",
+                             book / ".." / "people" / "a.vcf", book / "a.VCF", book / "a.vcard"}) {
         EXPECT_TRUE(wouldJoinBook(file, book)) << file;
         EXPECT_TRUE(wouldJoinBook(file, folder.path() / "link")) << file;
     }

@@ -92,9 +92,8 @@ TEST_F(BookNotesTest, DoNotCountGroups)
     EXPECT_EQ(notes.remarks, Remarks());
 }
 
-TEST_F(BookNotesTest, AreEmptyForAnEmptyFileOrFolder)
+TEST_F(BookNotesTest, AreEmptyForAnEmptyFile)
 {
-    EXPECT_EQ(notesOf(folder()).remarks, Remarks());
     EXPECT_EQ(notesOfFile("").remarks, Remarks());
     EXPECT_EQ(notesOfFile("\xEF\xBB\xBF\r\n \t\r\n").remarks, Remarks());
     EXPECT_EQ(notesOf(folder()).remarks, Remarks());
@@ -201,6 +200,62 @@ TEST_F(BookNotesTest, AddUpTheFilesOfAFolder)
 
     EXPECT_EQ(notes.cardsSkipped, 3U);
     EXPECT_EQ(notes.remarks.size(), 3U);
+}
+
+TEST_F(BookNotesTest, ReportAFolderWithoutCardFiles)
+{
+    write(folder() / "note.txt", card("a"));
+    write(folder() / ".hidden.vcf", card("a"));
+
+    EXPECT_EQ(notesOf(folder()).remarks,
+              Remarks{about(folder(), "contains no .vcf or .vcard files.")});
+}
+
+TEST_F(BookNotesTest, NameSubfoldersWithCardFiles)
+{
+    const auto none = about(folder(), "contains no .vcf or .vcard files.");
+    const auto add = [&](const std::string& subfolder, const std::string& name) {
+        std::filesystem::create_directories(folder() / subfolder);
+        write(folder() / subfolder / name, card("a"));
+    };
+    add("empty", "note.txt");
+    add(".hidden", "a.vcf");
+    add("one/two/three", "a.vcf");
+    std::filesystem::create_directories(folder() / "links" / "a.vcf");
+    std::filesystem::create_directory_symlink("..", folder() / "links" / "circle");
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks{none});
+
+    add("work/old", "a.VCF");
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks{none + " Its subfolder “work/old” has some."});
+
+    add("family", "a.vcard");
+    EXPECT_EQ(notesOf(folder()).remarks,
+              Remarks{none + " Its subfolders “family” and “work/old” have some."});
+
+    add("choir", "a.vcf");
+    EXPECT_EQ(notesOf(folder()).remarks,
+              Remarks{none + " Its subfolders “choir”, “family” and “work/old” have some."});
+
+    add("band", "a.vcf");
+    add("dance", "a.vcf");
+    EXPECT_EQ(notesOf(folder()).remarks,
+              Remarks{none + " Its subfolders “band”, “choir”, “dance” and 2 more have some."});
+
+    write(folder() / "a.vcf", card("a"));
+    EXPECT_EQ(notesOf(folder()).remarks, Remarks());
+}
+
+TEST_F(BookNotesTest, DoNotSearchThousandsOfSubfolders)
+{
+    for (int i = 0; i < 200; ++i) {
+        std::filesystem::create_directory(folder() / std::to_string(1000 + i));
+    }
+    write(folder() / "1001" / "a.vcf", card("a"));
+    write(folder() / "1199" / "a.vcf", card("a"));
+
+    EXPECT_EQ(notesOf(folder()).remarks,
+              Remarks{about(folder(), "contains no .vcf or .vcard files. Its subfolder “1001” has "
+                                      "some.")});
 }
 
 TEST_F(BookNotesTest, NameWhatWasSkippedInAFolder)

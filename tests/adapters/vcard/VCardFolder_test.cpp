@@ -33,18 +33,19 @@ TEST_F(VCardFolderTest, IsReadInFileNameOrder)
     EXPECT_EQ(uidsIn(folder()), (Uids{"0", "1", "2", "3", "4", "5"}));
 }
 
-TEST_F(VCardFolderTest, ContainsOnlyVisibleVcfFiles)
+TEST_F(VCardFolderTest, ContainsOnlyVisibleVcfAndVcardFiles)
 {
     write(in("a.vcf"), card("a"));
     write(in(".hidden.vcf"), card("hidden"));
     write(in(".vcf"), card("hidden too"));
     write(in("b.vcf.bak"), card("backup"));
     write(in("c.VCF"), card("capitals"));
+    write(in("d.vCard"), card("long"));
     write(in("vcf"), card("no dot"));
     fs::create_directory(in("deeper"));
     write(in("deeper") / "d.vcf", card("deeper"));
 
-    EXPECT_EQ(uidsIn(folder()), (Uids{"a"}));
+    EXPECT_EQ(uidsIn(folder()), (Uids{"a", "capitals", "long"}));
 }
 
 TEST_F(VCardFolderTest, TouchesOnlyTheFilesOfRemovedPeople)
