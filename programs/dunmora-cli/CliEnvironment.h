@@ -3,6 +3,7 @@
 #include "platform/DesktopBook.h"
 #include "platform/OpenedBook.h"
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <iosfwd>
@@ -41,6 +42,10 @@ struct CliEnvironment {
     std::string severalBooksName = {};
     /// Columns of the terminal behind `out`.
     std::size_t outColumns = 80;
+    /// Whether the terminal cannot move its cursor back, so that no line can be drawn again.
+    bool isDumbTerminal = false;
+    /// Progress of a job that takes less is not shown.
+    std::chrono::milliseconds progressDelay{500};
 };
 
 }  // namespace dunmora

@@ -17,14 +17,18 @@ constexpr std::size_t kBarFrame = 8;
 
 }  // namespace
 
-ProgressLine::ProgressLine(std::ostream& err, std::size_t width) : err_(err), width_(width)
+ProgressLine::ProgressLine(std::ostream& err, std::size_t width, std::chrono::milliseconds delay)
+    : err_(err), width_(width), delay_(delay)
 {
+    if (delay_.count() > 0) {
+        timer_ = std::thread([this] { ShowWhenDue(); });
+    }
     auto& center = NotificationCenter::defaultCenter();
     center.addObserver(this, kMsgShowMessage,
                        [this](const Notification& each) { showMessage(each.text()); });
     center.addObserver(this, kMsgProgress,
                        [this](const Notification& each) { showProgress(each.progress()); });
-    center.addObserver(this, kMsgFinished, [this](const Notification& /*each*/) { clear(); });
+    center.addObserver(this, kMsgFinished, [this](const Notification& /*each*/) { endJob(); });
 }
 
 ProgressLine::~ProgressLine()
@@ -33,19 +37,59 @@ ProgressLine::~ProgressLine()
     for (const auto name : {kMsgShowMessage, kMsgProgress, kMsgFinished}) {
         center.removeObserver(this, name);
     }
-    clear();
+    endJob();
+    if (timer_.joinable()) {
+        {
+            const std::lock_guard lock(mutex_);
+            isClosing_ = true;
+        }
+        changed_.notify_all();
+        timer_.join();
+    }
 }
 
 void ProgressLine::showMessage(std::string_view text)
 {
+    const std::lock_guard lock(mutex_);
     clear();
     message_ = displayText(text);
-    draw(message_);
+    if (!due_) {
+        due_ = Clock::now() + delay_;
+        isVisible_ = delay_.count() == 0;
+        changed_.notify_all();
+    }
+    if (isVisible_) {
+        draw(message_);
+    }
+}
+
+void ProgressLine::ShowWhenDue()
+{
+    std::unique_lock lock(mutex_);
+    while (!isClosing_) {
+        if (!due_ || isVisible_) {
+            changed_.wait(lock);
+        } else if (const auto due = *due_; Clock::now() < due) {
+            changed_.wait_until(lock, due);
+        } else {
+            isVisible_ = true;
+            draw(message_);
+        }
+    }
+}
+
+void ProgressLine::endJob()
+{
+    const std::lock_guard lock(mutex_);
+    clear();
+    due_.reset();
+    isVisible_ = false;
 }
 
 void ProgressLine::showProgress(const Progress& progress)
 {
-    if (progress.total <= 0) {
+    const std::lock_guard lock(mutex_);
+    if (progress.total <= 0 || !isVisible_) {
         return;
     }
     // A deletion counts in steps of two and ends beyond its total.

@@ -42,8 +42,8 @@ ReviewSession::ReviewSession(const BookRequest& request, const CliEnvironment& e
     if (request.match) {
         Settings::settings().setMatchFields(*request.match);
     }
-    if (environment.errIsTerminal && !request.quiet) {
-        progressLine_.emplace(environment.err, environment.errColumns);
+    if (environment.errIsTerminal && !environment.isDumbTerminal && !request.quiet) {
+        progressLine_.emplace(environment.err, environment.errColumns, environment.progressDelay);
     }
 }
 

@@ -46,10 +46,17 @@ std::size_t terminalColumns(int stream)
     return ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
-/// See https://no-color.org; a dumb terminal knows no colours.
+/// Whether the terminal knows no control sequences, or nothing is known of it.
+bool isDumbTerminal()
+{
+    const auto terminal = environmentVariable("TERM");
+    return terminal.empty() || terminal == "dumb";
+}
+
+/// See https://no-color.org.
 bool wantsColour()
 {
-    return environmentVariable("NO_COLOR").empty() && environmentVariable("TERM") != "dumb";
+    return environmentVariable("NO_COLOR").empty() && !isDumbTerminal();
 }
 
 int runProgram(const std::vector<std::string>& arguments)
@@ -57,12 +64,12 @@ int runProgram(const std::vector<std::string>& arguments)
     using namespace dunmora;
     const auto preferences = userDefaults();
     BuildBundle bundle;
-    return runCli(arguments,
-                  {openAddressBook, *preferences, bundle, std::cin, std::cout, std::cerr,
-                   isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
-                   isatty(STDERR_FILENO) == 1, terminalColumns(STDERR_FILENO), wantsColour(),
-                   listDesktopBooks, std::string(systemAddressBookHelp()),
-                   std::string(severalAddressBooksName()), terminalColumns(STDOUT_FILENO)});
+    return runCli(arguments, {openAddressBook, *preferences, bundle, std::cin, std::cout, std::cerr,
+                              isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
+                              isatty(STDERR_FILENO) == 1, terminalColumns(STDERR_FILENO),
+                              wantsColour(), listDesktopBooks, std::string(systemAddressBookHelp()),
+                              std::string(severalAddressBooksName()),
+                              terminalColumns(STDOUT_FILENO), isDumbTerminal()});
 }
 
 }  // namespace

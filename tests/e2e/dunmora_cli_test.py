@@ -175,12 +175,33 @@ class ListTest(EndToEnd):
         self.assertTrue(out.endswith("\n\n2 duplicates of 3\n"), out)
         self.assertNotIn("\x1b", out)
 
-    def test_shows_colour_and_progress_on_a_terminal(self):
+    def test_shows_colour_on_a_terminal(self):
         code, shown = self.run_on_terminal("list", self.book)
 
         self.assertEqual(code, 0)
-        self.assertIn("\rLoading Contacts... [", shown)
         self.assertIn("\x1b[31m[x]\x1b[0m* Ann", shown)
+
+    def test_shows_the_progress_of_a_long_job_only(self):
+        self.assertNotIn("Loading", self.run_on_terminal("list", self.book)[1])
+
+        self.book.write_bytes(self.many_cards())
+        self.assertIn("\rLoading Contacts...", self.run_on_terminal("list", self.book)[1])
+
+    def test_shows_neither_progress_nor_colour_on_a_dumb_terminal(self):
+        self.book.write_bytes(self.many_cards() + BOOK)
+        for terminal in ("dumb", ""):
+            self.environment["TERM"] = terminal
+            code, shown = self.run_on_terminal("list", self.book)
+
+            self.assertEqual(code, 0)
+            self.assertNotIn("Loading", shown)
+            self.assertIn("[x]* Ann", shown)
+            self.assertNotIn("\x1b", shown)
+
+    @staticmethod
+    def many_cards():
+        """Enough people to read for more than half a second."""
+        return b"".join(card(str(i), f"A{i}") for i in range(100_000))
 
     def test_respects_no_color_and_quiet(self):
         self.environment["NO_COLOR"] = "1"

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <sstream>
@@ -21,6 +22,8 @@ namespace dunmora::test {
 /// makes it one.
 class CliTest : public testing::Test {
 protected:
+    CliTest() { environment_.progressDelay = std::chrono::milliseconds(0); }
+
     void bookHolds(std::vector<FakePerson> people) { book_ = FakeAddressBook(std::move(people)); }
 
     /// Ann twice, the first with a phone number, and Ben once.

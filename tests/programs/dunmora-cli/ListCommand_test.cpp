@@ -366,6 +366,15 @@ TEST_F(ListTest, ShowsMessagesAndABarOnATerminal)
     EXPECT_TRUE(err().ends_with(" \r")) << "cleared at the end";
 }
 
+TEST_F(ListTest, ShowsNoProgressOnADumbTerminal)
+{
+    environment_.errIsTerminal = true;
+    environment_.isDumbTerminal = true;
+
+    EXPECT_EQ(run({"list", "book.vcf"}), 0);
+    EXPECT_EQ(err(), "");
+}
+
 TEST_F(ListTest, ShowsNoProgressWhenQuietOrInAPipe)
 {
     bookHoldsAnnTwice();

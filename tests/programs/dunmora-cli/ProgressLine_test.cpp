@@ -5,11 +5,35 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <future>
 #include <optional>
 #include <sstream>
+#include <utility>
 
 namespace dunmora::test {
 namespace {
+
+constexpr std::chrono::milliseconds kAtOnce(0);
+
+/// A stream that reports when somebody has flushed it.
+class FlushedStream final : public std::stringbuf {
+public:
+    void waitForFlush() { flushed_.get_future().wait(); }
+
+protected:
+    int sync() override
+    {
+        if (!std::exchange(isFlushed_, true)) {
+            flushed_.set_value();
+        }
+        return 0;
+    }
+
+private:
+    bool isFlushed_ = false;
+    std::promise<void> flushed_;
+};
 
 class ProgressLineTest : public testing::Test {
 protected:
@@ -39,7 +63,7 @@ protected:
 
 TEST_F(ProgressLineTest, ShowsTheMessageThenTheBar)
 {
-    const ProgressLine line(err_, 80);
+    const ProgressLine line(err_, 80, kAtOnce);
 
     say(kMsgShowMessage, "Sorting...");
     EXPECT_EQ(drawn(), "\rSorting...");
@@ -49,7 +73,7 @@ TEST_F(ProgressLineTest, ShowsTheMessageThenTheBar)
 
 TEST_F(ProgressLineTest, DrawsAboutAHundredTimesPerPass)
 {
-    const ProgressLine line(err_, 80);
+    const ProgressLine line(err_, 80, kAtOnce);
     say(kMsgShowMessage, "Loading...");
 
     for (int i = 0; i < 100000; ++i) {
@@ -63,7 +87,7 @@ TEST_F(ProgressLineTest, DrawsAboutAHundredTimesPerPass)
 
 TEST_F(ProgressLineTest, StaysFullWhenADeletionCountsBeyondItsTotal)
 {
-    const ProgressLine line(err_, 80);
+    const ProgressLine line(err_, 80, kAtOnce);
     say(kMsgShowMessage, "Deleting...");
 
     for (int i = 0; i < 4; ++i) {
@@ -75,7 +99,7 @@ TEST_F(ProgressLineTest, StaysFullWhenADeletionCountsBeyondItsTotal)
 
 TEST_F(ProgressLineTest, HandlesTheLargestNumbers)
 {
-    const ProgressLine line(err_, 80);
+    const ProgressLine line(err_, 80, kAtOnce);
     say(kMsgShowMessage, "x");
 
     post(2147483646, 2147483647);
@@ -86,7 +110,7 @@ TEST_F(ProgressLineTest, HandlesTheLargestNumbers)
 
 TEST_F(ProgressLineTest, ClearsTheLineWhenTheJobEnds)
 {
-    const ProgressLine line(err_, 80);
+    const ProgressLine line(err_, 80, kAtOnce);
     say(kMsgShowMessage, "Sorting...");
     post(0, 1);
     const auto width = drawn().size() - std::string("\rSorting...").size() - 1;
@@ -98,7 +122,7 @@ TEST_F(ProgressLineTest, ClearsTheLineWhenTheJobEnds)
 
 TEST_F(ProgressLineTest, ClearsTheLineAndStopsListeningWhenDestroyed)
 {
-    std::optional<ProgressLine> line(std::in_place, err_, 80);
+    std::optional<ProgressLine> line(std::in_place, err_, 80, kAtOnce);
     say(kMsgShowMessage, "Sorting...");
     drawn();
 
@@ -110,10 +134,34 @@ TEST_F(ProgressLineTest, ClearsTheLineAndStopsListeningWhenDestroyed)
     EXPECT_EQ(drawn(), "");
 }
 
+TEST_F(ProgressLineTest, ShowsNothingOfAShortJob)
+{
+    {
+        const ProgressLine line(err_, 80, std::chrono::hours(1));
+        say(kMsgShowMessage, "Sorting...");
+        post(1, 4);
+        say(kMsgFinished, "finding");
+    }
+    EXPECT_EQ(drawn(), "");
+}
+
+TEST_F(ProgressLineTest, ShowsAJobThatIsBusyWithoutPostingAnything)
+{
+    FlushedStream stream;
+    std::ostream err(&stream);
+    const ProgressLine line(err, 80, std::chrono::milliseconds(1));
+
+    say(kMsgShowMessage, "Loading...");
+    stream.waitForFlush();
+    post(1, 2);
+
+    EXPECT_TRUE(stream.str().starts_with("\rLoading...\rLoading... [####")) << stream.str();
+}
+
 TEST_F(ProgressLineTest, NeverFillsTheLastColumn)
 {
     for (std::size_t width = 0; width < 70; ++width) {
-        const ProgressLine line(err_, width);
+        const ProgressLine line(err_, width, kAtOnce);
         say(kMsgShowMessage, "Finding duplicated contacts...");
         for (int i = 0; i < 10; ++i) {
             post(i, 10);
