@@ -1,5 +1,6 @@
 #include "adapters/qt/InterfaceConventions.h"
 
+#include "adapters/qt/FooterLayout.h"
 #include "adapters/qt/Symbols.h"
 
 #include <QAbstractButton>
@@ -142,6 +143,12 @@ void applyConventions(QWidget& window)
     for (auto* const widget : window.findChildren<QWidget*>()) {
         applyFont(*widget);
         applyMinimumSize(*widget);
+    }
+    for (auto* const widget : window.findChildren<QWidget*>()) {
+        if (has(*widget, "footer")) {
+            // The widget owns its layout.
+            new FooterLayout(*widget);
+        }
     }
     applyInitialSize(window);
     for (auto* const splitter : window.findChildren<QSplitter*>()) {

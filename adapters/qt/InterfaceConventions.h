@@ -20,6 +20,8 @@ namespace dunmora {
 ///   its font, limited to the screen;
 /// - `initialShares` on a splitter: the shares of its space that its parts get, such as "5 3", at
 ///   first and when the window is resized;
+/// - `footer` on a widget with a horizontal layout: its buttons get a line of their own, or shorter
+///   titles, where the line is too long for the window (see FooterLayout.h);
 /// - `acceptCommand` and `rejectCommand` on a button box: the commands of its two standard buttons,
 ///   which appear in the platform's order. The accepting button is the default button.
 ///

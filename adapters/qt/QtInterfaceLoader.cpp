@@ -1,6 +1,8 @@
 #include "adapters/qt/QtInterfaceLoader.h"
 
+#include "adapters/qt/ElidedLabel.h"
 #include "adapters/qt/InterfaceConventions.h"
+#include "adapters/qt/NoticeButton.h"
 #include "adapters/qt/QtInterface.h"
 #include "adapters/qt/QtText.h"
 
@@ -18,6 +20,28 @@ static void linkInterfaceFiles()
 }
 
 namespace dunmora {
+
+namespace {
+
+/// Creates our own widgets where Qt's would cut off a text that is too long.
+class WidgetLoader final : public QUiLoader {
+public:
+    QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override
+    {
+        QWidget* widget = nullptr;
+        if (className == QLatin1String("QLabel")) {
+            widget = new ElidedLabel(parent);
+        } else if (className == QLatin1String("QToolButton")) {
+            widget = new NoticeButton(parent);
+        } else {
+            return QUiLoader::createWidget(className, parent, name);
+        }
+        widget->setObjectName(name);
+        return widget;
+    }
+};
+
+}  // namespace
 
 QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions)
     : QtInterfaceLoader(sessions, ":/interfaces")
@@ -47,8 +71,8 @@ std::unique_ptr<QtInterface> QtInterfaceLoader::loadInterface(std::string_view n
     if (!file.open(QIODevice::ReadOnly)) {
         return nullptr;
     }
-    QUiLoader loader;
-    // Our files contain only Qt's own widgets.
+    WidgetLoader loader;
+    // Our files contain only Qt's own classes.
     loader.clearPluginPaths();
     std::unique_ptr<QWidget> window(loader.load(&file));
     if (!window) {

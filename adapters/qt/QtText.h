@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QRegularExpression>
 #include <QString>
 
 #include <string>
@@ -18,6 +19,13 @@ inline QString toQString(std::string_view text)
 inline QString withoutMnemonic(QString text)
 {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+/// The text that a control shows for its title, whose "&" mark a mnemonic or are escaped.
+inline QString withoutMarks(QString title)
+{
+    static const QRegularExpression kMark(QStringLiteral("&(.|$)"));
+    return title.replace(kMark, QStringLiteral("\\1"));
 }
 
 }  // namespace dunmora
