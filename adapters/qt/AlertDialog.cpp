@@ -57,10 +57,11 @@ bool isLong(const QString& text)
     return text.count(QLatin1Char('\n')) >= kMaximumLines || text.size() > kMaximumCharacters;
 }
 
-/// What an alert may take of the screen's width for its text.
-int maximumTextWidth(const QWidget& widget)
+/// What each of an alert's two texts may take of the screen.
+QSize maximumTextSize(const QWidget& widget)
 {
-    return widget.screen()->availableSize().width() / 2;
+    const auto screen = widget.screen()->availableSize();
+    return {screen.width() / 2, screen.height() * 2 / 5};
 }
 
 /// Wide enough for the longest line, up to the width at which lines wrap, and for the longest word,
@@ -70,7 +71,7 @@ int textWidth(const QLabel& label)
     const auto metrics = label.fontMetrics();
     const int wrapped =
         std::min({metrics.size(0, label.text()).width(), metrics.averageCharWidth() * kWrapColumns,
-                  maximumTextWidth(label)});
+                  maximumTextSize(label).width()});
     return std::max(wrapped, label.minimumSizeHint().width());
 }
 
@@ -83,6 +84,8 @@ QLabel* makeLabel(const QString& text, const QFont& font, QWidget& parent)
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setFixedWidth(textWidth(*label));
+    // The layout asks for the height at the width of its column, which the other text may widen.
+    label->setMinimumHeight(label->heightForWidth(label->width()));
     return label;
 }
 
@@ -97,8 +100,10 @@ QPlainTextEdit* makeScrollArea(const QString& text, const QFont& font,
     // Breaks a word that is wider than the area.
     area->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     const auto metrics = area->fontMetrics();
-    area->setMinimumSize(std::min(metrics.averageCharWidth() * kColumns, maximumTextWidth(parent)),
-                         metrics.lineSpacing() * kMaximumLines);
+    area->setMinimumSize(
+        QSize(metrics.averageCharWidth() * kColumns, metrics.lineSpacing() * kMaximumLines)
+            .boundedTo(maximumTextSize(parent)));
+    area->setMaximumHeight(maximumTextSize(parent).height());
     return area;
 }
 
@@ -108,10 +113,11 @@ QWidget* makeText(const QString& text, const QFont& font, const QString& accessi
 {
     if (!isLong(text)) {
         auto* const label = makeLabel(text, font, parent);
-        if (label->width() <= maximumTextWidth(parent)) {
+        const auto size = label->minimumSize();
+        if (size.boundedTo(maximumTextSize(parent)) == size) {
             return label;
         }
-        // Wider than fits beside the screen's other windows: only the scroll area can break a word.
+        // Only the scroll area can break a word, and scroll.
         delete label;
     }
     return makeScrollArea(text, font, accessibleName, parent);

@@ -1,6 +1,7 @@
 #include "adapters/qt/InterfaceConventions.h"
 
 #include "adapters/qt/FooterLayout.h"
+#include "adapters/qt/ScreenFit.h"
 #include "adapters/qt/Symbols.h"
 
 #include <QAbstractButton>
@@ -8,13 +9,13 @@
 #include <QDialogButtonBox>
 #include <QIcon>
 #include <QKeySequence>
+#include <QMainWindow>
 #include <QMetaEnum>
 #include <QPushButton>
-#include <QScreen>
 #include <QSplitter>
-#include <QStyle>
 #include <QWidget>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace dunmora {
@@ -71,26 +72,20 @@ void applyFont(QWidget& widget)
     }
 }
 
+/// Leaves some of the screen for what is around the widget.
 void applyMinimumSize(QWidget& widget)
 {
+    const auto most = spaceWithinFrame(widget) * 9 / 10;
     if (has(widget, "minimumLines")) {
-        widget.setMinimumHeight(widget.fontMetrics().lineSpacing() *
-                                widget.property("minimumLines").toInt());
+        widget.setMinimumHeight(
+            std::min(widget.fontMetrics().lineSpacing() * widget.property("minimumLines").toInt(),
+                     most.height()));
     }
     if (has(widget, "minimumColumns")) {
-        widget.setMinimumWidth(widget.fontMetrics().averageCharWidth() *
-                               widget.property("minimumColumns").toInt());
+        widget.setMinimumWidth(std::min(widget.fontMetrics().averageCharWidth() *
+                                            widget.property("minimumColumns").toInt(),
+                                        most.width()));
     }
-}
-
-/// The screen size left for a window inside its frame, estimated because the window manager has not
-/// created the frame yet.
-QSize availableSizeWithinFrame(const QWidget& window)
-{
-    const auto& style = *window.style();
-    const int edge = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &window);
-    const int title = style.pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
-    return window.screen()->availableSize() - QSize(2 * edge, title + edge);
 }
 
 void applyInitialSize(QWidget& window)
@@ -99,7 +94,7 @@ void applyInitialSize(QWidget& window)
         const auto metrics = window.fontMetrics();
         const QSize wanted(metrics.averageCharWidth() * window.property("initialColumns").toInt(),
                            metrics.lineSpacing() * window.property("initialLines").toInt());
-        window.resize(wanted.boundedTo(availableSizeWithinFrame(window)));
+        window.resize(wanted.boundedTo(spaceWithinFrame(window)));
     }
 }
 
@@ -151,6 +146,9 @@ void applyConventions(QWidget& window)
         }
     }
     applyInitialSize(window);
+    if (qobject_cast<QMainWindow*>(&window) != nullptr) {
+        limitMinimumSize(window);
+    }
     for (auto* const splitter : window.findChildren<QSplitter*>()) {
         if (has(*splitter, "initialShares")) {
             applyShares(*splitter);

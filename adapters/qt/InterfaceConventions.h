@@ -15,7 +15,7 @@ namespace dunmora {
 ///   themes without it (see Symbols.h);
 /// - `fontScale` on a widget: a factor for the size of its font;
 /// - `minimumColumns` and `minimumLines` on a widget: its minimum size in characters and lines of
-///   its font;
+///   its font, limited to most of the screen;
 /// - `initialColumns` and `initialLines` on the window: its initial size in characters and lines of
 ///   its font, limited to the screen;
 /// - `initialShares` on a splitter: the shares of its space that its parts get, such as "5 3", at

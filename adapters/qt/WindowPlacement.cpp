@@ -1,5 +1,7 @@
 #include "adapters/qt/WindowPlacement.h"
 
+#include "adapters/qt/ScreenFit.h"
+
 #include <QApplication>
 #include <QMainWindow>
 #include <QScreen>
@@ -50,6 +52,9 @@ QWidget* mainWindow()
 void showAboveMainWindow(QWidget& window)
 {
     const auto* const below = mainWindow();
+    if (!window.isVisible() && qobject_cast<QMainWindow*>(&window) == nullptr) {
+        fitToScreen(window);
+    }
     // Qt places windows that have a parent.
     if (!window.isVisible() && window.parentWidget() == nullptr && below != nullptr &&
         below != &window) {

@@ -1,5 +1,6 @@
 """A program with windows, started on a desktop and driven as a user would."""
 
+import math
 import pathlib
 import signal
 import subprocess
@@ -73,7 +74,7 @@ class Program:
     def x_window(self, window):
         """Returns the X server's window for this one, or None while the two disagree about its position."""
         extents = self.extents(window)
-        tolerance = self.scale - 1
+        tolerance = math.ceil(self.scale) - 1
 
         def is_there(found):
             return all(abs(one - other) <= tolerance for one, other in zip(found.extents, extents))

@@ -273,6 +273,24 @@ TEST_F(QtAlertTest, LetsALongMessageBeScrolledToo)
     });
 }
 
+TEST_F(QtAlertTest, ShowsEachLineOfAMessageAboveWiderDetails)
+{
+    const std::string details(2000, 'x');
+    const std::string button(100, 'x');
+    std::string message;
+    while (message.size() < 200) {
+        message += "41 people would be deleted ";
+    }
+
+    answer({message, details, button, "Cancel"}, [&](AlertDialog& dialog) {
+        handleEvents();
+        const auto& label = widgetIn<QLabel>(dialog, "message");
+        EXPECT_GT(widgetIn<QWidget>(dialog, "details").width(), label.width());
+        EXPECT_GE(label.height(), label.heightForWidth(label.width()));
+        dialog.accept();
+    });
+}
+
 TEST_F(QtAlertTest, IsWideEnoughForALongWord)
 {
     const AlertContent content{"Notes", std::string(30, 'W'), "OK", std::nullopt};

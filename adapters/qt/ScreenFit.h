@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QSize>
+
+class QWidget;
+
+namespace dunmora {
+
+/// The part of its screen that a window may fill within its frame: an estimate, because the window
+/// manager creates the frame only when it shows the window.
+/// Thread: the main thread.
+QSize spaceWithinFrame(const QWidget& window);
+
+/// Keeps the contents of a main window from making it larger than its screen: they get less space
+/// than they ask for.
+/// Thread: the main thread.
+void limitMinimumSize(QWidget& window);
+
+/// Makes a dialog that is about to be shown no larger than its screen. Contents that need more
+/// space scroll. Thread: the main thread.
+void fitToScreen(QWidget& dialog);
+
+}  // namespace dunmora
