@@ -1,8 +1,11 @@
 #include "adapters/qt/WindowPlacement.h"
 
+#include "adapters/qt/QtText.h"
 #include "adapters/qt/ScreenFit.h"
+#include "text/WindowTitle.h"
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QMainWindow>
 #include <QScreen>
 #include <QWindow>
@@ -19,6 +22,16 @@ QRect movedInto(const QRect& area, QRect place)
     place.moveLeft(std::max(area.left(), std::min(place.left(), area.right() - place.width() + 1)));
     place.moveTop(std::max(area.top(), std::min(place.top(), area.bottom() - place.height() + 1)));
     return place;
+}
+
+/// Otherwise Qt appends the program's name, after another dash than ours.
+void nameProgramIn(QWidget& window)
+{
+    const auto title = window.windowTitle();
+    const auto program = QGuiApplication::applicationDisplayName();
+    if (!title.isEmpty() && !title.endsWith(program)) {
+        window.setWindowTitle(toQString(windowTitle(title.toStdString(), program.toStdString())));
+    }
 }
 
 void placeAbove(QWidget& window, const QWidget& below)
@@ -52,6 +65,7 @@ QWidget* mainWindow()
 void showAboveMainWindow(QWidget& window)
 {
     const auto* const below = mainWindow();
+    nameProgramIn(window);
     if (!window.isVisible() && qobject_cast<QMainWindow*>(&window) == nullptr) {
         fitToScreen(window);
     }

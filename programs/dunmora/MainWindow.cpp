@@ -13,6 +13,7 @@
 #include "programs/dunmora/FailureText.h"
 #include "programs/dunmora/SupervisedApplication.h"
 #include "text/DisplayText.h"
+#include "text/WindowTitle.h"
 #include "ui/ProgressWindowController.h"
 
 #include <optional>
@@ -222,7 +223,7 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
 
 void MainWindow::setTitle(std::string_view book)
 {
-    interface_->window().setTitle(std::string(book) + " – " + std::string(kName));
+    interface_->window().setTitle(windowTitle(book, kName));
 }
 
 void MainWindow::updateTitle()

@@ -33,7 +33,7 @@ class SizesTest(DunmoraCase):
         return windowcase.WindowCase.start(self, *arguments, kind=kind)
 
     def assert_fits(self, dunmora, fits, what):
-        """Waits for the window and checks that its frame is on the screen."""
+        """Waits for the window and checks that its frame is on the screen and its title names the program."""
         window = dunmora.wait_for_window(fits, what)
         # Until then the window manager may not have placed it.
         dunmora.wait_for(lambda: any(dunmora.x_window(window).frame), f"frame of the {what}")
@@ -44,6 +44,7 @@ class SizesTest(DunmoraCase):
             self.assertGreaterEqual((x - left, y - top), (0, 0))
             self.assertLessEqual(x + width + right, WIDTH)
             self.assertLessEqual(y + height + bottom, HEIGHT)
+            self.assertRegex(x_window.title, "^(.+ – )?Dunmora$")
         return window
 
     def close(self, dunmora, window):

@@ -456,6 +456,22 @@ TEST_F(QtInterfaceTest, LetsAStatusWindowTakeTheFocusFromTheMainWindowOnly)
     EXPECT_TRUE(window.testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
+TEST_F(QtInterfaceTest, NamesTheProgramInEveryTitleAfterTheSameDash)
+{
+    QApplication::setApplicationDisplayName(QStringLiteral("Dunmora"));
+    const auto dialog = load("FilterWindow");
+    const auto status = load("ProgressWindow");
+
+    dialog->window().show();
+    status->window().show();
+
+    EXPECT_EQ(shownWindow(QStringLiteral("FilterWindow")).windowTitle(),
+              QStringLiteral("Find Duplicates – Dunmora"));
+    EXPECT_EQ(shownWindow(QStringLiteral("ProgressWindow")).windowTitle(),
+              QStringLiteral("Dunmora"));
+    QApplication::setApplicationDisplayName(QString());
+}
+
 TEST_F(QtInterfaceTest, ShowsTitlesAndTextsVerbatim)
 {
     const auto interface = load("MainWindow");
