@@ -83,6 +83,14 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
     }
 }
 
+VCardBook::VCardBook(const PersonSource& source, FileBytes bytes)
+{
+    files_.emplace_back(source.name, std::move(bytes));
+    sources_.reserve(1);
+    readCards(0, {});
+    sources_.front() = source;
+}
+
 /// Adds remarks about what a killed deletion has left beside the files.
 void VCardBook::noteInterruptedDeletions(const std::filesystem::path& path)
 {

@@ -38,6 +38,8 @@ public:
     /// that none of them has left like that.
     VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
               std::span<const Deletion> deletions);
+    /// Reads cards that are in no file and cannot be changed.
+    VCardBook(const PersonSource& source, FileBytes bytes);
 
     /// Everyone who was read and has not been deleted. Discards pending removals.
     std::span<const Person> people();

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -46,6 +47,11 @@ struct CliEnvironment {
     bool isDumbTerminal = false;
     /// Progress of a job that takes less is not shown.
     std::chrono::milliseconds progressDelay{500};
+
+    /// Opens the cards of standard input as a book that can only be read; nothing is read yet.
+    std::function<OpenedBook()> openStandardInput = nullptr;
+    /// Reads all of standard input, at most this many bytes. Errors: PlatformError.
+    std::function<std::string(std::uintmax_t largest)> readStandardInput = nullptr;
 };
 
 }  // namespace dunmora

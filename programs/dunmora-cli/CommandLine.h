@@ -16,6 +16,7 @@ namespace dunmora {
 
 /// Which address book to search, and how.
 struct BookRequest {
+    /// "-" is standard input, for a command that only reads.
     std::string addressBook;
     /// The match fields of this run; nullopt for those of the stored preferences.
     std::optional<MatchFieldChoice> match;
@@ -35,6 +36,9 @@ struct DeleteRequest {
     BookRequest book;
     std::vector<std::string> check;
     std::vector<std::string> uncheck;
+    /// Files with more of them, one uid per line; at most one is "-", standard input.
+    std::vector<std::string> checkFrom;
+    std::vector<std::string> uncheckFrom;
     bool keepOne = false;
     bool dryRun = false;
     bool yes = false;

@@ -41,12 +41,12 @@ std::vector<std::string> withEmptyValues(std::span<const std::string> arguments)
     return result;
 }
 
-/// An option with one value that may be repeated.
-void addUidOption(CLI::App& command, const std::string& name, std::vector<std::string>& uids,
-                  const std::string& description)
+/// An option with one value of this type that may be repeated.
+void addRepeatable(CLI::App& command, const std::string& name, const std::string& type,
+                   std::vector<std::string>& values, const std::string& description)
 {
-    command.add_option(name, uids, description)
-        ->type_name("UID")
+    command.add_option(name, values, description)
+        ->type_name(type)
         ->allow_extra_args(false)
         ->take_all();
 }
@@ -59,31 +59,37 @@ CommandParser::CommandParser(const std::string& version, const std::string& syst
     app_.set_version_flag("--version", version, "Print the version and exit");
     app_.footer(kExitCodes);
     app_.require_subcommand(1);
+    const auto bookHelp =
+        "A vCard file, or a folder whose .vcf and .vcard files hold the cards; " + systemBookHelp;
+    const auto readableBookHelp =
+        "A vCard file, - for standard input, or a folder whose .vcf and .vcard files hold the "
+        "cards; " +
+        systemBookHelp;
 
     auto& list = addCommand("list", "Shows the duplicates and what would be deleted", version,
                             "  dunmora-cli list contacts.vcf\n"
                             "  dunmora-cli list contacts.vcf --match lastname,mobile --format csv");
-    addBookOptions(list, kReviewFormats, systemBookHelp);
+    addBookOptions(list, kReviewFormats, readableBookHelp);
     list.add_flag("--fail-if-found", failIfFound,
                   "Exit with status 3 when there are duplicates, after printing them");
     auto& deletionCommand = addCommand("delete", "Deletes the checked duplicates", version,
                                        "  dunmora-cli delete contacts.vcf --dry-run\n"
                                        "  dunmora-cli delete contacts.vcf --backup removed.vcf");
-    addBookOptions(deletionCommand, kFormats, systemBookHelp);
+    addBookOptions(deletionCommand, kFormats, bookHelp);
     addDeleteOptions(deletionCommand);
     auto& restorationCommand =
         addCommand("restore", "Puts the people of a backup back into an address book", version,
                    "  dunmora-cli restore removed.vcf contacts.vcf --dry-run\n"
                    "  dunmora-cli restore removed.vcf contacts.vcf");
-    addRestoreOptions(restorationCommand, systemBookHelp);
+    addRestoreOptions(restorationCommand, bookHelp);
     auto& show = addCommand("show", "Shows the whole cards of people", version,
                             "  dunmora-cli show contacts.vcf ann-1\n"
                             "  dunmora-cli show contacts.vcf ann-1 ann-2 --format json");
-    addCardOptions(show, kAnyNumber, systemBookHelp);
+    addCardOptions(show, kAnyNumber, readableBookHelp);
     auto& diff = addCommand("diff", "Shows what differs between two people", version,
                             "  dunmora-cli diff contacts.vcf ann-1 ann-2\n"
-                            "  dunmora-cli diff contacts.vcf ann-1 ann-2 --format json");
-    addCardOptions(diff, 2, systemBookHelp);
+                            "  dunmora-cli diff - ann-1 ann-2 --format json < contacts.vcf");
+    addCardOptions(diff, 2, readableBookHelp);
     auto& fieldsCommand =
         addCommand("fields", "Shows or stores the match fields of the preferences", version,
                    "  dunmora-cli fields\n"
@@ -171,20 +177,15 @@ void CommandParser::addWideOption(CLI::App& command)
         "Show the whole table, however wide, on a terminal too");
 }
 
-void CommandParser::addBookArgument(CLI::App& command, const std::string& systemBookHelp)
+void CommandParser::addBookArgument(CLI::App& command, const std::string& bookHelp)
 {
-    command
-        .add_option("ADDRESS-BOOK", book.addressBook,
-                    "A vCard file, or a folder whose .vcf and .vcard files hold the cards; " +
-                        systemBookHelp)
-        ->required()
-        ->type_name("");
+    command.add_option("ADDRESS-BOOK", book.addressBook, bookHelp)->required()->type_name("");
 }
 
 void CommandParser::addBookOptions(CLI::App& command, std::span<const OutputFormat> formats,
-                                   const std::string& systemBookHelp)
+                                   const std::string& bookHelp)
 {
-    addBookArgument(command, systemBookHelp);
+    addBookArgument(command, bookHelp);
     command
         .add_option("--match", match,
                     "The fields to compare, separated by commas: " + matchFieldList() +
@@ -196,9 +197,9 @@ void CommandParser::addBookOptions(CLI::App& command, std::span<const OutputForm
 }
 
 /// The options of a command that prints the cards of people: as many as it takes, or at least one.
-void CommandParser::addCardOptions(CLI::App& command, int people, const std::string& systemBookHelp)
+void CommandParser::addCardOptions(CLI::App& command, int people, const std::string& bookHelp)
 {
-    addBookArgument(command, systemBookHelp);
+    addBookArgument(command, bookHelp);
     command.add_option("UID", uids, "The people, by the uids that list shows")
         ->required()
         ->type_name("")
@@ -209,8 +210,13 @@ void CommandParser::addCardOptions(CLI::App& command, int people, const std::str
 
 void CommandParser::addDeleteOptions(CLI::App& command)
 {
-    addUidOption(command, "--check", deletion.check, "Check this person for deletion");
-    addUidOption(command, "--uncheck", deletion.uncheck, "Uncheck this person");
+    addRepeatable(command, "--check", "UID", deletion.check, "Check this person for deletion");
+    addRepeatable(command, "--uncheck", "UID", deletion.uncheck, "Uncheck this person");
+    addRepeatable(command, "--check-from", "FILE", deletion.checkFrom,
+                  "Check the people whose UIDs are in this file, one per line; - is standard "
+                  "input and needs --yes");
+    addRepeatable(command, "--uncheck-from", "FILE", deletion.uncheckFrom,
+                  "Uncheck the people whose UIDs are in this file, likewise");
     command.add_flag("--keep-one", deletion.keepOne,
                      "Keep the first person of every group that would lose every copy, and people "
                      "in no group");
@@ -224,12 +230,12 @@ void CommandParser::addDeleteOptions(CLI::App& command)
                      "Delete people who share only empty fields");
 }
 
-void CommandParser::addRestoreOptions(CLI::App& command, const std::string& systemBookHelp)
+void CommandParser::addRestoreOptions(CLI::App& command, const std::string& bookHelp)
 {
     command.add_option("BACKUP", backup, "A vCard file with the people to restore")
         ->required()
         ->type_name("");
-    addBookArgument(command, systemBookHelp);
+    addBookArgument(command, bookHelp);
     command.add_flag("--dry-run", restoration.dryRun,
                      "Show how many people would be restored and write nothing");
     command.add_flag("--yes", restoration.yes, "Restore without asking");

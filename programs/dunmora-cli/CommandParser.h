@@ -56,12 +56,12 @@ private:
     void addFormatOption(CLI::App& command, std::span<const OutputFormat> formats);
     void addQuietOption(CLI::App& command);
     void addWideOption(CLI::App& command);
-    void addBookArgument(CLI::App& command, const std::string& systemBookHelp);
+    void addBookArgument(CLI::App& command, const std::string& bookHelp);
     void addBookOptions(CLI::App& command, std::span<const OutputFormat> formats,
-                        const std::string& systemBookHelp);
-    void addCardOptions(CLI::App& command, int people, const std::string& systemBookHelp);
+                        const std::string& bookHelp);
+    void addCardOptions(CLI::App& command, int people, const std::string& bookHelp);
     void addDeleteOptions(CLI::App& command);
-    void addRestoreOptions(CLI::App& command, const std::string& systemBookHelp);
+    void addRestoreOptions(CLI::App& command, const std::string& bookHelp);
 
     CLI::App app_;
 };

@@ -21,6 +21,7 @@
 #include "programs/dunmora-cli/RestoreCommand.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "programs/dunmora-cli/UidLists.h"
 #include "programs/dunmora-cli/UniqueWarning.h"
 #include "review/CheckedPeople.h"
 #include "review/GroupWarnings.h"
@@ -32,12 +33,14 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <iterator>
 #include <ostream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace dunmora {
@@ -244,6 +247,14 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
         throw CommandError(ExitCode::WrongUse,
                            "delete needs --yes when it cannot ask on a terminal.");
     }
+    const auto withListed = [&](std::vector<std::string> uids,
+                                const std::vector<std::string>& files) {
+        auto listed = readUidLists(files, request.book.quiet, environment);
+        std::move(listed.begin(), listed.end(), std::back_inserter(uids));
+        return uids;
+    };
+    const auto check = withListed(request.check, request.checkFrom);
+    const auto uncheck = withListed(request.uncheck, request.uncheckFrom);
     ReviewSession session(request.book, environment,
                           request.dryRun ? Changes::NotMade : Changes::Made);
     if (!insistOnMatchField(chosenMatchFields())) {
@@ -251,7 +262,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     }
 
     auto& engine = session.review();
-    applyMarks(engine, request.check, request.uncheck);
+    applyMarks(engine, check, uncheck);
     GroupWarnings warnings;
     warnings.update(engine);
     if (request.keepOne) {

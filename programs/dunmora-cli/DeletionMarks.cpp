@@ -39,7 +39,7 @@ void applyMarks(ContactsParser& engine, std::span<const std::string> check,
     for (const auto& uid : uncheck) {
         if (checked.contains(uid)) {
             throw CommandError(ExitCode::WrongUse,
-                               quotedText(uid) + " is given to both --check and --uncheck.");
+                               quotedText(uid) + " is to be both checked and unchecked.");
         }
     }
     for (const auto& uid : check) {

@@ -13,6 +13,7 @@
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "programs/dunmora-cli/StandardInput.h"
 #include "programs/dunmora-cli/UniqueWarning.h"
 #include "review/DuplicateGroups.h"
 #include "review/GroupWarnings.h"
@@ -67,7 +68,7 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     const auto& engine = session.review();
     const auto groups = duplicateGroups(engine);
     UniqueProperties cards;
-    namingBookInMemoryErrors(request.book.addressBook,
+    namingBookInMemoryErrors(shownBookName(request.book.addressBook),
                              [&] { cards.read(engine, session.cards()); });
     GroupWarnings warnings;
     warnings.update(engine);

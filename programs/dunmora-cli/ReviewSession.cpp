@@ -10,6 +10,7 @@
 #include "programs/dunmora-cli/DryRunAddressBook.h"
 #include "programs/dunmora-cli/MatchFieldNames.h"
 #include "programs/dunmora-cli/Report.h"
+#include "programs/dunmora-cli/StandardInput.h"
 
 #include <string>
 #include <utility>
@@ -20,7 +21,7 @@ namespace {
 
 OpenedBook openBook(const BookRequest& request, const CliEnvironment& environment, Changes changes)
 {
-    auto book = environment.openAddressBook(request.addressBook);
+    auto book = openForReading(request, environment);
     if (changes == Changes::NotMade) {
         book.addressBook = std::make_shared<DryRunAddressBook>(std::move(book.addressBook));
     }

@@ -12,6 +12,7 @@
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/RestoreCommand.h"
 #include "programs/dunmora-cli/ShowCommand.h"
+#include "programs/dunmora-cli/StandardInput.h"
 
 #include <exception>
 #include <ostream>
@@ -27,7 +28,7 @@ struct Runner {
 
     ExitCode operator()(const ListRequest& request) const
     {
-        return namingBookInMemoryErrors(request.book.addressBook,
+        return namingBookInMemoryErrors(shownBookName(request.book.addressBook),
                                         [&] { return listDuplicates(request, environment); });
     }
     ExitCode operator()(const DeleteRequest& request) const
@@ -42,12 +43,12 @@ struct Runner {
     }
     ExitCode operator()(const ShowRequest& request) const
     {
-        return namingBookInMemoryErrors(request.book.addressBook,
+        return namingBookInMemoryErrors(shownBookName(request.book.addressBook),
                                         [&] { return showCards(request, environment); });
     }
     ExitCode operator()(const DiffRequest& request) const
     {
-        return namingBookInMemoryErrors(request.book.addressBook,
+        return namingBookInMemoryErrors(shownBookName(request.book.addressBook),
                                         [&] { return showDifferences(request, environment); });
     }
     ExitCode operator()(const FieldsRequest& request) const

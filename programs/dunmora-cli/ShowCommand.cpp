@@ -7,6 +7,7 @@
 #include "programs/dunmora-cli/CommandLine.h"
 #include "programs/dunmora-cli/Report.h"
 #include "programs/dunmora-cli/ResultTexts.h"
+#include "programs/dunmora-cli/StandardInput.h"
 #include "text/DisplayText.h"
 
 #include <algorithm>
@@ -23,7 +24,7 @@ namespace {
 std::vector<ShownCard> readCards(const BookRequest& request, std::span<const std::string> uids,
                                  const CliEnvironment& environment)
 {
-    const auto book = environment.openAddressBook(request.addressBook);
+    const auto book = openForReading(request, environment);
     const auto people = book.addressBook->readPeople();
     if (!request.quiet) {
         for (const auto& remark : book.addressBook->notes().remarks) {

@@ -1,16 +1,20 @@
 #include "adapters/bundle/BuildBundle.h"
 #include "adapters/posix/ProcessSetup.h"
 #include "adapters/posix/ProcessShutdown.h"
+#include "adapters/posix/StreamContent.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
 #include "programs/dunmora-cli/RunCli.h"
+#include "programs/dunmora-cli/StandardInput.h"
 #include "programs/platform/PlatformChoice.h"
+#include "programs/platform/StandardInputBook.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -64,12 +68,27 @@ int runProgram(const std::vector<std::string>& arguments)
     using namespace dunmora;
     const auto preferences = userDefaults();
     BuildBundle bundle;
-    return runCli(arguments, {openAddressBook, *preferences, bundle, std::cin, std::cout, std::cerr,
-                              isatty(STDIN_FILENO) == 1, isatty(STDOUT_FILENO) == 1,
-                              isatty(STDERR_FILENO) == 1, terminalColumns(STDERR_FILENO),
-                              wantsColour(), listDesktopBooks, std::string(systemAddressBookHelp()),
-                              std::string(severalAddressBooksName()),
-                              terminalColumns(STDOUT_FILENO), isDumbTerminal()});
+    CliEnvironment environment{openAddressBook,
+                               *preferences,
+                               bundle,
+                               std::cin,
+                               std::cout,
+                               std::cerr,
+                               isatty(STDIN_FILENO) == 1,
+                               isatty(STDOUT_FILENO) == 1,
+                               isatty(STDERR_FILENO) == 1,
+                               terminalColumns(STDERR_FILENO),
+                               wantsColour(),
+                               listDesktopBooks,
+                               std::string(systemAddressBookHelp()),
+                               std::string(severalAddressBooksName()),
+                               terminalColumns(STDOUT_FILENO),
+                               isDumbTerminal()};
+    environment.openStandardInput = [] { return openStandardInput(kStandardInput); };
+    environment.readStandardInput = [](std::uintmax_t largest) {
+        return std::string(readStandardInput(largest).view());
+    };
+    return runCli(arguments, environment);
 }
 
 }  // namespace

@@ -604,6 +604,83 @@ class FieldsTest(EndToEnd):
         self.assertTrue(err.endswith("dunmora-cli: The match fields could not be stored.\n"), err)
 
 
+class StandardInputTest(EndToEnd):
+    def run_with_input(self, content, *arguments):
+        """Runs the program and writes this into its standard input."""
+        result = subprocess.run([PROGRAM, *map(str, arguments)], input=content, capture_output=True,
+                                env=self.environment, timeout=SECONDS, check=False)
+        return result.returncode, result.stdout.decode(), result.stderr.decode()
+
+    def test_is_read_as_an_address_book(self):
+        self.book.unlink()
+        code, out, err = self.run_with_input(BOOK, "list", "-", "--format", "json")
+
+        self.assertEqual((code, err), (0, UNIQUE))
+        review = json.loads(out)
+        self.assertEqual((review["addressBook"], review["contacts"], review["duplicates"]), ("-", 3, 2))
+        self.assertEqual({row["source"] for row in review["groups"][0]["rows"]}, {"-"})
+        code, out, _ = self.run_with_input(BOOK, "show", "-", "ben")
+        self.assertEqual((code, out.splitlines()[0]), (0, "ben in “standard input”"))
+        code, out, _ = self.run_with_input(BOOK, "diff", "-", "ann-1", "ann-2", "--format", "json")
+        self.assertEqual((code, json.loads(out)["people"][1]["only_here"]),
+                         (0, [{"property": "X-ODD", "value": "whatever"}]))
+
+    def test_is_named_in_remarks_and_errors(self):
+        code, out, err = self.run_with_input(b"BEGIN:VCARD\r\n" + BOOK, "list", "-", "--format", "json")
+        self.assertEqual((code, json.loads(out)["skipped"]), (0, 1))
+        self.assertIn("“standard input”", err)
+
+        folder = os.open(self.folder, os.O_RDONLY)
+        self.addCleanup(os.close, folder)
+        result = subprocess.run([PROGRAM, "list", "-"], stdin=folder, capture_output=True, env=self.environment,
+                                timeout=SECONDS, check=False)
+        self.assertEqual((result.returncode, result.stdout, result.stderr.decode()),
+                         (1, b"", "dunmora-cli: “standard input” cannot be read: Is a directory.\n"))
+
+    def test_is_expected_aloud_on_a_terminal(self):
+        master, slave = pty.openpty()
+        with subprocess.Popen([PROGRAM, "list", "-"], stdin=slave, stdout=slave, stderr=slave,
+                              env=self.environment, start_new_session=True, preexec_fn=own_terminal) as process:
+            os.close(slave)
+            try:
+                shown = b""
+                while b"Ctrl+D" not in shown:
+                    self.assertTrue(select.select([master], [], [], SECONDS)[0], shown)
+                    shown += os.read(master, 65536)
+                os.write(master, ANN_1.replace(b"\r\n", b"\n") + b"\x04")
+                shown += self.read_terminal(master, None)
+                self.assertEqual(process.wait(SECONDS), 0)
+            finally:
+                process.kill()
+                os.close(master)
+        self.assertIn(b"0 duplicates of 1", shown)
+
+    def test_cannot_be_changed(self):
+        for arguments in (["delete", "-", "--yes"], ["restore", self.book, "-", "--yes"]):
+            code, out, err = self.run_with_input(BOOK, *arguments)
+            self.assertEqual((code, out), (2, ""))
+            self.assertIn("cannot change standard input", err)
+
+    def test_is_not_a_file_that_is_called_dash(self):
+        (self.folder / "-").write_bytes(BOOK)
+        result = subprocess.run([PROGRAM, "list", "./-"], stdin=subprocess.DEVNULL, capture_output=True,
+                                cwd=self.folder, env=self.environment, timeout=SECONDS, check=False)
+        self.assertIn(b"2 duplicates of 3", result.stdout)
+
+    def test_has_the_people_to_check(self):
+        code, out, _ = self.run_with_input(b"ben\r\n\n", "delete", self.book, "--yes", "--check-from", "-",
+                                           "--allow-last-copy", "--format", "json")
+        self.assertEqual((code, json.loads(out)["deleted"]), (0, ["ben", "ann-2"]))
+
+    def test_may_be_a_pipe_with_a_name(self):
+        fifo = self.folder / "uids"
+        os.mkfifo(fifo)
+        with subprocess.Popen(["sh", "-c", 'sleep 0.2; echo ann-2 > "$0"', str(fifo)]):
+            code, out, _ = self.run_program("delete", self.book, "--yes", "--uncheck-from", fifo, "--check", "ben",
+                                            "--allow-last-copy", "--format", "json")
+        self.assertEqual((code, json.loads(out)["deleted"]), (0, ["ben"]))
+
+
 COMMANDS = ("list", "delete", "restore", "show", "diff", "fields", "books", "help")
 
 

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <sstream>
@@ -22,7 +23,15 @@ namespace dunmora::test {
 /// makes it one.
 class CliTest : public testing::Test {
 protected:
-    CliTest() { environment_.progressDelay = std::chrono::milliseconds(0); }
+    CliTest()
+    {
+        environment_.progressDelay = std::chrono::milliseconds(0);
+        environment_.openStandardInput = [this] {
+            opened_.emplace_back("standard input");
+            return lent(book_);
+        };
+        environment_.readStandardInput = [this](std::uintmax_t /*largest*/) { return typed_; };
+    }
 
     void bookHolds(std::vector<FakePerson> people) { book_ = FakeAddressBook(std::move(people)); }
 
@@ -58,7 +67,7 @@ protected:
     FakeBundle bundle_;
     /// What the user types.
     std::string typed_;
-    /// The names by which the address book was opened.
+    /// The names by which the address book was opened; "standard input" without one.
     std::vector<std::string> opened_;
     std::istringstream in_;
     std::ostringstream out_;

@@ -86,9 +86,10 @@ TEST_F(CommandLineTest, ExplainsEveryOptionOfACommand)
     }
 
     EXPECT_EQ(run({"delete", "--help"}), 0);
-    for (const std::string part : {"ADDRESS-BOOK", "--match", "--check", "--uncheck", "--keep-one",
-                                   "--dry-run", "--yes", "--backup", "--allow-last-copy",
-                                   "--allow-blank-match", "--format", "--wide", "--quiet"}) {
+    for (const std::string part :
+         {"ADDRESS-BOOK", "--match", "--check", "--uncheck", "--check-from", "--uncheck-from",
+          "--keep-one", "--dry-run", "--yes", "--backup", "--allow-last-copy",
+          "--allow-blank-match", "--format", "--wide", "--quiet"}) {
         EXPECT_NE(out().find(part), std::string::npos) << part;
     }
 
@@ -111,6 +112,7 @@ TEST_F(CommandLineTest, ExplainsTheNamesOfTheSystemsAddressBooks)
         EXPECT_NE(out().find("hold the cards; own: for the system's own\n"), std::string::npos)
             << out();
         EXPECT_EQ(out().find("eds:"), std::string::npos);
+        EXPECT_EQ(out().find("- for standard input") != std::string::npos, command == "list");
     }
 }
 

@@ -304,7 +304,7 @@ TEST_F(DeleteTest, RefusesAUidInBothCheckAndUncheck)
     bookHoldsAnnTwice();
 
     EXPECT_EQ(run({"delete", "b", "--yes", "--check", "ann-2", "--uncheck", "ann-2"}), 2);
-    EXPECT_EQ(err(), "dunmora-cli: “ann-2” is given to both --check and --uncheck.\n");
+    EXPECT_EQ(err(), "dunmora-cli: “ann-2” is to be both checked and unchecked.\n");
     expectUnchanged();
 }
 
