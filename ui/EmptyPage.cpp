@@ -1,11 +1,46 @@
 #include "ui/EmptyPage.h"
 
+#include "platform/AddressBook.h"
 #include "platform/Button.h"
 #include "platform/InterfaceLoader.h"
+#include "platform/Platform.h"
 #include "platform/TableView.h"
 #include "platform/TextField.h"
+#include "text/DisplayText.h"
+
+#include <cstddef>
+#include <vector>
 
 namespace dunmora {
+
+namespace {
+
+/// “Friends”, “Work” and “Club”.
+std::string listOf(const std::vector<std::string>& names)
+{
+    std::string text;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (i > 0) {
+            text += i + 1 == names.size() ? " and " : ", ";
+        }
+        text += "“" + windowText(names[i]) + "”";
+    }
+    return text;
+}
+
+/// A book that the program opened by itself is nothing that the user would call "this one".
+std::string emptyBookTitle()
+{
+    const auto* const book = Platform::current().addressBook;
+    const auto names = book != nullptr ? book->notes().books : std::vector<std::string>();
+    if (names.empty()) {
+        return "This address book is empty";
+    }
+    return names.size() == 1 ? "The address book " + listOf(names) + " is empty"
+                             : "The address books " + listOf(names) + " are empty";
+}
+
+}  // namespace
 
 EmptyPage::EmptyPage(Interface& mainInterface)
     : vwEmpty_(&mainInterface.view("vwEmpty")),
@@ -15,6 +50,11 @@ EmptyPage::EmptyPage(Interface& mainInterface)
       vwReview_(&mainInterface.view("vwReview")),
       tableContacts_(&mainInterface.tableView("tableContacts"))
 {
+}
+
+void EmptyPage::setReason(std::string_view reason)
+{
+    reason_ = windowText(reason);
 }
 
 void EmptyPage::show(Emptiness emptiness)
@@ -31,12 +71,12 @@ void EmptyPage::show(Emptiness emptiness)
         break;
     case Emptiness::NoBook:
         setTexts("No address book is open",
-                 "Open a vCard file or a folder of vCard files, or drop one on this window.",
+                 afterReason(
+                     "Open a vCard file or a folder of vCard files, or drop one on this window."),
                  Offer::AnotherBook);
         break;
     case Emptiness::NoPeople:
-        setTexts("This address book is empty", "Open another one to look for duplicates.",
-                 Offer::AnotherBook);
+        setTexts(emptyBookTitle(), "Open another one to look for duplicates.", Offer::AnotherBook);
         break;
     case Emptiness::NoDuplicates:
         setTexts("No duplicates found", "Choose Edit > Match Fields… to compare other fields.",
@@ -53,7 +93,8 @@ void EmptyPage::show(Emptiness emptiness)
         break;
     case Emptiness::LoadFailed:
         setTexts("The address book could not be read",
-                 "Choose Reload to try again, or open another one.", Offer::AnotherBook);
+                 afterReason("Choose Reload to try again, or open another one."),
+                 Offer::AnotherBook);
         break;
     case Emptiness::SearchFailed:
         setTexts("The search failed", "Choose Reload to try again.", Offer::Nothing);
@@ -69,6 +110,11 @@ void EmptyPage::hide()
     vwEmpty_->setHidden(true);
     vwReview_->setHidden(false);
     tableContacts_->setHidden(false);
+}
+
+std::string EmptyPage::afterReason(std::string_view advice) const
+{
+    return reason_ + (reason_.empty() ? "" : "\n") + std::string(advice);
 }
 
 void EmptyPage::setTexts(std::string_view title, std::string_view hint, Offer offer)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -32,7 +33,11 @@ public:
     /// Finds its outlets in the main interface, which must outlive the page.
     explicit EmptyPage(Interface& mainInterface);
 
-    /// Shows the page instead of the table.
+    /// Sets what the page shows in front of its advice: why there is no book, or why it could not
+    /// be read. Empty for nothing.
+    void setReason(std::string_view reason);
+
+    /// Shows the page instead of the table. An empty book is called by its names, if it has any.
     void show(Emptiness emptiness);
     /// Shows the table again.
     void hide();
@@ -41,7 +46,9 @@ private:
     enum class Offer { Nothing, AnotherBook };
 
     void setTexts(std::string_view title, std::string_view hint, Offer offer);
+    std::string afterReason(std::string_view advice) const;
 
+    std::string reason_;
     View* vwEmpty_;
     TextField* txtEmptyTitle_;
     TextField* txtEmptyHint_;

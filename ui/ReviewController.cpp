@@ -74,9 +74,10 @@ void ReviewController::awakeFromNib()
         this, kMsgFinished, [this](const Notification& notification) { OnFinished(notification); });
 }
 
-void ReviewController::setBookIsOpen(bool isOpen)
+void ReviewController::setBookIsOpen(bool isOpen, std::string_view reason)
 {
     isBookOpen_ = isOpen;
+    emptyPage_.setReason(reason);
     // What is known of its rows belongs to the previous book.
     cards_.clear(CardReview::Details::Clear);
     marks_.forgetMarks();
@@ -88,6 +89,7 @@ void ReviewController::jobsBegan(std::string_view name)
 {
     areJobsRunning_ = true;
     lastJob_ = LastJob::None;
+    emptyPage_.setReason({});
     if (name != kThreadLoadContacts) {
         // A load may follow, even if the job fails.
         marks_.keepMarks();
@@ -107,9 +109,10 @@ void ReviewController::jobsBegan(std::string_view name)
     }
 }
 
-void ReviewController::jobFailed(std::string_view name)
+void ReviewController::jobFailed(std::string_view name, std::string_view reason)
 {
     notes_.setNotes({});
+    emptyPage_.setReason(reason);
     // The reason is shown once all jobs have ended: a load follows a failed deletion.
     emptyPage_.show(Emptiness::Working);
     if (name == kThreadLoadContacts) {

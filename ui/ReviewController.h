@@ -50,8 +50,9 @@ public:
     /// the next job from that notification subscribe, so that this one sees the jobs end in order.
     void awakeFromNib();
 
-    /// Sets whether there is an address book to read. Call it while no job runs.
-    void setBookIsOpen(bool isOpen);
+    /// Sets whether there is an address book to read, and the reason for the page without one, if
+    /// there is any to show. Call it while no job runs.
+    void setBookIsOpen(bool isOpen, std::string_view reason = {});
 
     /// Asks the user whether the changes of check marks may be lost, if there are any. Call it
     /// before another address book is opened.
@@ -69,9 +70,9 @@ public:
     /// hides the warnings. `name` is the job's thread.
     void jobsBegan(std::string_view name);
 
-    /// A job's thread ended with an error, which the user has acknowledged; the engine no longer
-    /// has any rows.
-    void jobFailed(std::string_view name);
+    /// A job's thread ended with an error; the engine no longer has any rows. `reason` is shown on
+    /// the page in place of the table; empty when the user has acknowledged the error.
+    void jobFailed(std::string_view name, std::string_view reason = {});
 
     /// The last job has ended: shows the rows or why there are none, counts the warnings, and
     /// enables the commands.

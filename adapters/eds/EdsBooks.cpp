@@ -25,12 +25,15 @@ OpenedBook openEdsBook(std::string_view name)
     return {book, book, book};
 }
 
-bool hasEdsBooks()
+std::string edsBooksProblem()
 {
     try {
-        return loadContactService()->isAvailable();
-    } catch (const PlatformError&) {
-        return false;
+        return loadContactService()->isAvailable()
+                   ? ""
+                   : "This desktop has no address books that Dunmora can read: Evolution Data "
+                     "Server is not available.";
+    } catch (const PlatformError& error) {
+        return error.what();
     }
 }
 

@@ -3,6 +3,7 @@
 #include "platform/DesktopBook.h"
 #include "platform/OpenedBook.h"
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,9 +22,10 @@ bool isEdsName(std::string_view name);
 /// Errors: PlatformError when the module for these books is not installed.
 OpenedBook openEdsBook(std::string_view name);
 
-/// Whether the desktop's address books can be opened now.
+/// Why the desktop's address books cannot be opened now, in a sentence for the user; empty if they
+/// can.
 /// Thread: any; blocks for a moment. Errors: none.
-bool hasEdsBooks();
+std::string edsBooksProblem();
 
 /// Lists all address books that the user has enabled.
 /// Errors: PlatformError when the module for them is not installed, or the service cannot be

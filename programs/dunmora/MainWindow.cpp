@@ -118,6 +118,21 @@ void MainWindow::openAs(std::string_view name, const std::filesystem::path& path
     }
 }
 
+void MainWindow::openByDefault(std::string_view name, const std::filesystem::path& path)
+{
+    try {
+        replaceBook(name, path);
+        isDefaultBook_ = true;
+    } catch (...) {
+        explainNoBook(failureText(std::current_exception(), name));
+    }
+}
+
+void MainWindow::explainNoBook(std::string_view reason)
+{
+    review_.setBookIsOpen(false, reason);
+}
+
 void MainWindow::offerSystemBooks(const std::filesystem::path& name, SystemBooks::List list)
 {
     systemBooks_.offer(name, std::move(list));
@@ -131,9 +146,11 @@ void MainWindow::applicationDidFinishLaunching()
 
 void MainWindow::applicationDidBecomeActive()
 {
-    // A dropped book or the reload command may start the first load before the first activation. A
-    // second load at the same time would use the same people.
-    if (!jobsHaveBegun_) {
+    // Without a book there is nothing to load. Opening one starts the first load then. A dropped
+    // book or the reload command may start it even before the first activation; a second load at
+    // the same time would use the same people.
+    if (book_.addressBook && !jobsHaveBegun_) {
+        isUnaskedLoad_ = isDefaultBook_;
         delegate_.applicationDidBecomeActive();
     }
 }
@@ -149,13 +166,17 @@ void MainWindow::jobsBegan(std::string_view name)
 void MainWindow::jobFailed(std::string_view name, const std::exception_ptr& failure)
 {
     closeProgressWindow();
-    showFailure(failureText(failure, bookName_));
+    const auto text = failureText(failure, bookName_);
+    const bool isUnasked = isUnaskedLoad_ && name == kThreadLoadContacts;
+    if (!isUnasked) {
+        showFailure(text);
+    }
     ContactsParser::parser().reset();
     // A deletion has disabled the table, and only an enabled one asks for the number of rows.
     auto& table = interface_->tableView(kTable);
     table.setEnabled(true);
     table.reloadData();
-    review_.jobFailed(name);
+    review_.jobFailed(name, isUnasked ? text : "");
     undoDelete_.jobFailed();
     if (name == kThreadDeleteCheckedContacts || name == kThreadUndoDelete) {
         contacts_.OnReload(nullptr);
@@ -164,6 +185,7 @@ void MainWindow::jobFailed(std::string_view name, const std::exception_ptr& fail
 
 void MainWindow::jobsEnded()
 {
+    isUnaskedLoad_ = false;
     review_.jobsEnded();
     undoDelete_.jobsEnded();
     systemBooks_.jobsEnded();
@@ -206,19 +228,25 @@ bool MainWindow::select(std::string_view name, const std::filesystem::path& path
         return false;
     }
     try {
-        book_ = makeAddressBook_(path);
-        platform_.addressBook = book_.addressBook.get();
-        platform_.cardSource = book_.cardSource.get();
-        bookName_ = name;
-        bookFolder_ = systemBooks_.contains(path) ? "" : wholePath(path).parent_path();
+        replaceBook(name, path);
     } catch (...) {
         showFailure(failureText(std::current_exception(), name));
         return false;
     }
+    return true;
+}
+
+void MainWindow::replaceBook(std::string_view name, const std::filesystem::path& path)
+{
+    book_ = makeAddressBook_(path);
+    platform_.addressBook = book_.addressBook.get();
+    platform_.cardSource = book_.cardSource.get();
+    bookName_ = name;
+    bookFolder_ = systemBooks_.contains(path) ? "" : wholePath(path).parent_path();
+    isDefaultBook_ = false;
     setTitle(name);
     review_.setBookIsOpen(true);
     undoDelete_.bookOpened(path, bookFolder_, book_.cardRestorer);
-    return true;
 }
 
 void MainWindow::setTitle(std::string_view book)

@@ -60,6 +60,14 @@ public:
     /// Like `open`, with a name for the title instead of the last component of the path.
     void openAs(std::string_view name, const std::filesystem::path& path);
 
+    /// Opens this book at the first activation, because the user has named none. If it cannot be
+    /// opened or read then, the page in place of the table says why, without an alert: the user has
+    /// not asked for it. Call it before the launch.
+    void openByDefault(std::string_view name, const std::filesystem::path& path);
+
+    /// Shows on that page why no book is opened by default. Call it before the launch.
+    void explainNoBook(std::string_view reason);
+
     /// Like `SystemBooks::offer`.
     void offerSystemBooks(const std::filesystem::path& name, SystemBooks::List list);
 
@@ -68,9 +76,10 @@ public:
 
     void jobsBegan(std::string_view name) override;
     /// Closes the progress window, shows the message, then empties the table and makes the program
-    /// usable again. After a failed deletion it reloads everything, because the
-    /// engine has already forgotten people who are still in the address book, and after a failed
-    /// restoration, because nobody knows what the book contains.
+    /// usable again. A load that nobody has asked for shows its message on the page instead. After
+    /// a failed deletion it reloads everything, because the engine has already forgotten people who
+    /// are still in the address book, and after a failed restoration, because nobody knows what the
+    /// book contains.
     void jobFailed(std::string_view name, const std::exception_ptr& failure) override;
     void jobsEnded() override;
 
@@ -79,6 +88,8 @@ private:
     /// Lets the user choose a book. Returns whether it has been opened.
     bool openBook(OpenPanel::Kind kind);
     bool select(std::string_view name, const std::filesystem::path& path);
+    /// Errors: what creating the address book throws; the open book is then unchanged.
+    void replaceBook(std::string_view name, const std::filesystem::path& path);
     void reloadAfter(const Restoration& result);
     void setTitle(std::string_view book);
     /// Names the books that were read, if the open one consists of books with names.
@@ -95,6 +106,10 @@ private:
     std::string libraries_;
     bool isLaunched_ = false;
     bool jobsHaveBegun_ = false;
+    /// Whether the program has chosen the open book by itself.
+    bool isDefaultBook_ = false;
+    /// Whether the running load is the one that such a book begins with.
+    bool isUnaskedLoad_ = false;
 
     // Outlives the controllers, which use its outlets.
     std::unique_ptr<Interface> interface_;

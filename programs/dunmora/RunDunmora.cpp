@@ -81,15 +81,18 @@ std::string libraries()
     return text + "CLI11 and xxHash";
 }
 
-/// Opens the address book of the command line, or else the system's, if there is one.
+/// Opens the address book of the command line, or else the system's, if it can be opened.
 void openFirst(MainWindow& mainWindow, const Options& options)
 {
     const std::filesystem::path own = systemAddressBookName();
-    const bool isDefault = options.addressBook.empty() && hasSystemAddressBook();
-    if (isDefault || options.addressBook == own) {
+    if (options.addressBook == own) {
         mainWindow.openAs(SystemBooks::kAll, own);
     } else if (!options.addressBook.empty()) {
         mainWindow.open(options.addressBook);
+    } else if (const auto problem = systemAddressBookProblem(); !problem.empty()) {
+        mainWindow.explainNoBook(problem);
+    } else {
+        mainWindow.openByDefault(SystemBooks::kAll, own);
     }
 }
 

@@ -39,9 +39,9 @@ std::string_view systemAddressBookLibrary()
     return hasContactModule() ? "libebook" : "";
 }
 
-bool hasSystemAddressBook()
+std::string systemAddressBookProblem()
 {
-    return hasEdsBooks();
+    return edsBooksProblem();
 }
 
 std::vector<DesktopBook> listDesktopBooks()

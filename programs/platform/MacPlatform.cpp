@@ -26,10 +26,10 @@ std::string_view systemAddressBookLibrary()
     return "";
 }
 
-bool hasSystemAddressBook()
+std::string systemAddressBookProblem()
 {
     // Only reading it shows whether the user gives the program access.
-    return true;
+    return "";
 }
 
 std::vector<DesktopBook> listDesktopBooks()

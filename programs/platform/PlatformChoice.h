@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -30,8 +31,9 @@ std::string_view systemAddressBookHelp();
 /// belongs to the system or is not installed.
 std::string_view systemAddressBookLibrary();
 
-/// Whether the system's address book can be opened now. Blocks for a moment.
-bool hasSystemAddressBook();
+/// Why the system's address book cannot be opened now, in a sentence for the user; empty if it can.
+/// Blocks for a moment.
+std::string systemAddressBookProblem();
 
 /// Lists the desktop's address books, each of which has a name like "eds:UID".
 /// Errors: PlatformError when they cannot be listed.

@@ -15,7 +15,7 @@ import time
 import windowcase
 from cards import card
 from desktop import Desktop
-from dunmora import CONFIRMATION, Dunmora
+from dunmora import CONFIRMATION, is_alert
 from dunmoracase import ANN_1, ANN_2, ANNS, BEN, BOOK, CARL_1, CARL_2, CARLS, DunmoraCase
 
 SERVICES = sorted(pathlib.Path("/usr/share/dbus-1/services").glob("org.gnome.evolution.dataserver.[AS]*.service"))
@@ -128,7 +128,7 @@ class EmptyDesktopTest(BooksCase):
         dunmora = self.start()
         dunmora.search()
 
-        dunmora.label("This address book is empty")
+        dunmora.label("The address book “Personal” is empty")
         dunmora.click(dunmora.button("Open Address Book…"))
         panel = dunmora.open_panel
         dunmora.type(panel, str(self.book))
@@ -236,11 +236,70 @@ class WithoutServiceTest(BooksCase):
         self.assert_reports("There is no session bus (D-Bus). Could not connect: No such file or directory.",
                          DBUS_SESSION_BUS_ADDRESS=f"unix:path={self.home / 'nowhere'}")
 
+    def test_offers_to_open_a_book_without_the_service(self):
+        self.desktop.screen.count_new_windows()
+        dunmora = self.start()
+
+        dunmora.wait_for_main_alone()
+        dunmora.label("No address book is open")
+        dunmora.label("This desktop has no address books that Dunmora can read: Evolution Data Server is not available."
+                      "\nOpen a vCard file or a folder of vCard files, or drop one on this window.")
+        self.assertEqual(self.desktop.screen.count_new_windows(), 1)
+        dunmora.click(dunmora.button("Open Address Book…"))
+        panel = dunmora.open_panel
+        dunmora.type(panel, str(self.book))
+        dunmora.press(panel, "enter")
+        dunmora.search()
+        dunmora.total("4 duplicates of 5")
+
+    def test_offers_to_open_a_book_without_a_bus(self):
+        # Assistive technology needs the bus too, so only the windows themselves can be seen.
+        nowhere = str(self.home / "nowhere")
+        dunmora = self.start(settings={"DBUS_SESSION_BUS_ADDRESS": "", "XDG_RUNTIME_DIR": nowhere})
+
+        def windows():
+            return [window for window in dunmora.screen.windows if window.process_id == dunmora.process.pid]
+
+        dunmora.wait_for(lambda: windows() and dunmora.screen.active_window in windows(), "main window")
+        main = windows()
+        self.assertEqual(len(main), 1)
+        # Its command works at once, so no alert is in front of it.
+        dunmora.screen.press("ctrl+o")
+        dunmora.wait_for(lambda: len(windows()) == 2, "open panel")
+        dunmora.screen.press("escape")
+        dunmora.wait_for(lambda: windows() == main, "end of the open panel")
+
     def test_reports_it_in_the_window_if_the_book_was_named(self):
         dunmora = self.start("eds:")
         dunmora.press(dunmora.alert("The desktop's address books cannot be reached: Evolution Data Server is not "
                                     "installed."), "enter")
         dunmora.label("The address book could not be read")
+
+
+class BrokenServiceDesktop(Desktop):
+    """A desktop on which the service is installed, and ends as soon as it is started."""
+
+    def start_bus(self):
+        service = self.folder / "org.gnome.evolution.dataserver.Sources5.service"
+        service.write_text(f"[D-BUS Service]\nName={service.stem}\nExec=/bin/false\n")
+        self.services = [service]
+        return super().start_bus()
+
+
+class BrokenServiceTest(BooksCase):
+    kind_of_desktop = BrokenServiceDesktop
+
+    def test_shows_on_the_page_why_the_books_cannot_be_read(self):
+        dunmora = self.start()
+
+        dunmora.label("The address book could not be read")
+        dunmora.label(r"The desktop's address books cannot be reached: .+\n"
+                      "Choose Reload to try again, or open another one.")
+        dunmora.wait_for_main_alone()
+        # The user asks for the next reading.
+        dunmora.click(dunmora.button("Reload"))
+        alert = dunmora.wait_for_window(is_alert, "alert")
+        self.assertTrue(alert.find("graphic", "Error"))
 
 
 if __name__ == "__main__":

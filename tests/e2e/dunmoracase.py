@@ -1,5 +1,7 @@
 """Shared by the tests of `dunmora`: a book of a few people, and the program started on it."""
 
+import functools
+
 from cards import card
 from dunmora import CONFIRMATION, DELETE, NOTHING_CHECKED, Dunmora, is_alert
 from windowcase import WindowCase
@@ -21,8 +23,9 @@ BROKEN = b"BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Cut off\r\n"
 class DunmoraCase(WindowCase):
     """A test with a home folder that contains a book."""
 
-    def start(self, *arguments):
-        return super().start(*arguments, kind=Dunmora)
+    def start(self, *arguments, settings=None):
+        """Starts the program, with these environment variables changed."""
+        return super().start(*arguments, kind=functools.partial(Dunmora, settings=settings))
 
     def setUp(self):
         super().setUp()

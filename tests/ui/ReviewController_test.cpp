@@ -250,6 +250,18 @@ TEST_F(ReviewControllerTest, SaysThatTheBookIsEmpty)
     EXPECT_EQ(total(), "0 duplicates of 0");
 }
 
+TEST_F(ReviewControllerTest, NamesTheEmptyBooksThatHaveNames)
+{
+    const std::string advice = " | Open another one to look for duplicates. | Open";
+    platform_.addressBook.readingNotes.books = {"Per\nsonal"};
+    searchIn({});
+    EXPECT_EQ(emptiness(), "The address book “Per sonal” is empty" + advice);
+
+    platform_.addressBook.readingNotes.books = {"Family", "Work", "Club"};
+    searchIn({});
+    EXPECT_EQ(emptiness(), "The address books “Family”, “Work” and “Club” are empty" + advice);
+}
+
 TEST_F(ReviewControllerTest, SaysThatTheSearchWasCancelled)
 {
     theUserAnswers("OnCancel");
@@ -301,6 +313,22 @@ TEST_F(ReviewControllerTest, SaysThatTheBookCouldNotBeRead)
     EXPECT_EQ(titleOf("btnNotes"), "");
 }
 
+TEST_F(ReviewControllerTest, SaysWhyTheBookCouldNotBeReadUntilTheNextJob)
+{
+    main_.command("OnReload").use();
+    application_.runUntilIdle();
+    review_.jobFailed(kThreadLoadContacts, "The service has gone.");
+    finishJobs();
+    EXPECT_TRUE(emptiness().starts_with("The address book could not be read | The service has "
+                                        "gone.\nChoose Reload to try again"));
+
+    main_.command("OnReload").use();
+    application_.runUntilIdle();
+    review_.jobFailed(kThreadLoadContacts);
+    finishJobs();
+    EXPECT_TRUE(emptiness().starts_with("The address book could not be read | Choose Reload"));
+}
+
 TEST_F(ReviewControllerTest, SaysThatTheSearchFailed)
 {
     main_.command("OnReload").use();
@@ -319,6 +347,9 @@ TEST_F(ReviewControllerTest, SaysThatNoBookIsOpen)
         "Open a vCard file or a folder of vCard files, or drop one on this window. | Open";
     review_.setBookIsOpen(false);
     EXPECT_EQ(emptiness(), advice);
+
+    review_.setBookIsOpen(false, "There is\nnone.");
+    EXPECT_TRUE(emptiness().starts_with("No address book is open | There is none.\nOpen a"));
 
     main_.command("OnReload").use();
     application_.runUntilIdle();

@@ -56,6 +56,11 @@ protected:
         if (book) {
             window_->open(*book);
         }
+        launch();
+    }
+
+    void launch()
+    {
         window_->applicationDidFinishLaunching();
         window_->applicationDidBecomeActive();
         application_.runUntilIdle();
@@ -68,6 +73,8 @@ protected:
     {
         return main_->view("vwEmpty").isHidden ? "" : main_->textField("txtEmptyTitle").stringValue;
     }
+
+    std::string hint() { return main_->textField("txtEmptyHint").stringValue; }
 
     /// The messages of the alerts so far.
     std::vector<std::string> alerts() const

@@ -1,4 +1,7 @@
+#include "base/JobNotifications.h"
+#include "base/NotificationCenter.h"
 #include "tests/programs/dunmora/MainWindowTest.h"
+#include "ui/AppData.h"
 
 #include <stdexcept>
 
@@ -85,15 +88,135 @@ TEST_F(MainWindowTest, ReadsTheBookOfTheCommandLineAtTheFirstActivation)
     EXPECT_EQ(application_.threads.size(), 2U);
 }
 
-TEST_F(MainWindowTest, ExplainsHowToOpenABookWhenThereIsNone)
+TEST_F(MainWindowTest, OffersToOpenABookWhenThereIsNone)
 {
     start(std::nullopt);
 
-    EXPECT_EQ(alerts(), Lines{"No address book is open. Choose File > Open… to open a vCard file, "
-                              "or File > Open Folder… to open a folder of them."});
+    EXPECT_TRUE(alerts().empty());
+    EXPECT_TRUE(application_.threads.empty());
+    EXPECT_EQ(AppData::app().progress(), nullptr);
     EXPECT_EQ(emptiness(), "No address book is open");
     EXPECT_FALSE(main_->button("btnEmptyOpen").isHidden);
     EXPECT_TRUE(main_->command("OnOpen").isEnabled);
+}
+
+TEST_F(MainWindowTest, StartsTheFirstLoadOnceABookIsOpen)
+{
+    start(std::nullopt);
+    desktop_.openPanel.choice = file_;
+
+    main_->command("OnOpen").use();
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(application_.threads, (Lines{"LoadContacts", "FindDuplicates"}));
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, ExplainsHowToOpenABookWhenNoneCanBeReloaded)
+{
+    start(std::nullopt);
+
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(failures(),
+              Lines{"No address book is open. Choose File > Open… to open a vCard file, "
+                    "or File > Open Folder… to open a folder of them."});
+    EXPECT_EQ(emptiness(), "No address book is open");
+}
+
+TEST_F(MainWindowTest, ShowsOnThePageWhyNoBookIsOpenedByDefault)
+{
+    makeWindow();
+
+    window_->explainNoBook("This desktop has no address books.");
+    launch();
+
+    EXPECT_TRUE(alerts().empty());
+    EXPECT_TRUE(application_.threads.empty());
+    EXPECT_EQ(emptiness(), "No address book is open");
+    EXPECT_TRUE(hint().starts_with("This desktop has no address books.\nOpen a vCard file"));
+    EXPECT_EQ(title(), "Dunmora");
+}
+
+TEST_F(MainWindowTest, ReadsTheDefaultBookAtTheFirstActivation)
+{
+    makeWindow();
+    window_->openByDefault("Address Book", "desktop:");
+    EXPECT_EQ(title(), "Address Book – Dunmora");
+    EXPECT_TRUE(application_.threads.empty());
+
+    launch();
+
+    EXPECT_EQ(opened_, Paths{"desktop:"});
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, ShowsOnThePageWhyTheDefaultBookCannotBeOpened)
+{
+    makeWindow();
+    onMakeAddressBook = [] { throw PlatformError("There is no such service."); };
+
+    window_->openByDefault("Address Book", "desktop:");
+    launch();
+
+    EXPECT_TRUE(alerts().empty());
+    EXPECT_TRUE(application_.threads.empty());
+    EXPECT_EQ(emptiness(), "No address book is open");
+    EXPECT_TRUE(hint().starts_with("There is no such service.\n"));
+    EXPECT_EQ(title(), "Dunmora");
+}
+
+TEST_F(MainWindowTest, ShowsOnThePageWhyTheDefaultBookCannotBeRead)
+{
+    makeWindow();
+    book_.onRead = [] { throw PlatformError("The service has gone."); };
+
+    window_->openByDefault("Address Book", "desktop:");
+    launch();
+
+    EXPECT_TRUE(alerts().empty());
+    EXPECT_EQ(AppData::app().progress(), nullptr);
+    EXPECT_EQ(emptiness(), "The address book could not be read");
+    EXPECT_TRUE(hint().starts_with("The service has gone.\nChoose Reload"));
+    EXPECT_FALSE(main_->button("btnEmptyOpen").isHidden);
+
+    // The user asks for the next load.
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+    EXPECT_EQ(failures(), Lines{"The service has gone."});
+    EXPECT_TRUE(hint().starts_with("Choose Reload"));
+}
+
+TEST_F(MainWindowTest, ReportsABookThatReplacedTheDefaultOneBeforeTheFirstActivation)
+{
+    makeWindow();
+    book_.onRead = [] { throw PlatformError("It cannot be read."); };
+    window_->openByDefault("Address Book", "desktop:");
+
+    window_->open(file_);
+    launch();
+
+    EXPECT_EQ(failures(), Lines{"It cannot be read."});
+}
+
+TEST_F(MainWindowTest, ReportsASearchThatFailsInTheDefaultBook)
+{
+    makeWindow();
+    auto& center = NotificationCenter::defaultCenter();
+    center.addObserver(this, kMsgShowMessage, [](const Notification& notification) {
+        if (notification.text() == "Sorting contacts...") {
+            throw PlatformError("It cannot be sorted.");
+        }
+    });
+    window_->openByDefault("Address Book", "desktop:");
+    launch();
+    center.removeObserver(this, kMsgShowMessage);
+
+    EXPECT_EQ(failures(), Lines{"It cannot be sorted."});
 }
 
 TEST_F(MainWindowTest, ReadsADroppedBookAtOnce)
@@ -239,7 +362,7 @@ TEST_F(MainWindowTest, OpensTheBookThatTheUserChooses)
     main_->command("OnOpen").use();
     application_.runUntilIdle();
     EXPECT_TRUE(opened_.empty());
-    EXPECT_EQ(application_.threads, Lines{"LoadContacts"});
+    EXPECT_TRUE(application_.threads.empty());
 
     desktop_.openPanel.choice = file_;
     main_->command("OnOpen").use();
