@@ -145,6 +145,7 @@ void applyConventions(QWidget& window)
             new FooterLayout(*widget);
         }
     }
+    letMenusScroll(window);
     applyInitialSize(window);
     if (qobject_cast<QMainWindow*>(&window) != nullptr) {
         limitMinimumSize(window);

@@ -3,6 +3,8 @@
 #include <QEvent>
 #include <QLayout>
 #include <QMainWindow>
+#include <QMenu>
+#include <QProxyStyle>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -75,6 +77,18 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 };
 
+/// The user's style, except for its hint about high menus.
+class ScrollingMenuStyle final : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override
+    {
+        return hint == SH_Menu_Scrollable
+                   ? 1
+                   : QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+};
+
 }  // namespace
 
 QSize spaceWithinFrame(const QWidget& window)
@@ -114,6 +128,19 @@ void fitToScreen(QWidget& dialog)
     // Qt gives all others the size of their contents.
     if (dialog.testAttribute(Qt::WA_Resized)) {
         dialog.resize(dialog.size().boundedTo(space));
+    }
+}
+
+void letMenusScroll(QWidget& window)
+{
+    const auto menus = window.findChildren<QMenu*>();
+    if (menus.empty()) {
+        return;
+    }
+    auto* const style = new ScrollingMenuStyle;
+    style->setParent(&window);
+    for (auto* const menu : menus) {
+        menu->setStyle(style);
     }
 }
 

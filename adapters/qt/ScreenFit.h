@@ -20,4 +20,9 @@ void limitMinimumSize(QWidget& window);
 /// space scroll. Thread: the main thread.
 void fitToScreen(QWidget& dialog);
 
+/// Lets the menus of a window scroll when they are higher than its screen. Some styles would give
+/// them a second column, which may be past the screen's edge.
+/// Thread: the main thread.
+void letMenusScroll(QWidget& window);
+
 }  // namespace dunmora

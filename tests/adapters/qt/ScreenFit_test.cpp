@@ -9,7 +9,9 @@
 #include <QFont>
 #include <QLabel>
 #include <QLayout>
+#include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 
 #include <string>
 
@@ -120,6 +122,25 @@ TEST_F(ScreenFitTest, KeepsAnAlertWithLongTextsOnTheScreen)
         EXPECT_EQ(alert.focusWidget(), &button) << factor;
         EXPECT_FALSE(button.visibleRegion().isEmpty()) << factor;
     }
+}
+
+TEST_F(ScreenFitTest, LetsAHighMenuScroll)
+{
+    // More entries than fit below each other, but none too wide.
+    setLetters(3.6);
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    auto& menu = widgetIn<QMenu>(window, "menuEdit");
+
+    menu.popup(QPoint());
+    handleEvents();
+
+    const auto screen = window.screen()->availableSize();
+    EXPECT_GT(menu.sizeHint().height(), screen.height());
+    EXPECT_LE(menu.width(), screen.width());
+    EXPECT_LE(menu.height(), screen.height());
+    menu.close();
 }
 
 TEST_F(ScreenFitTest, LeavesADialogThatFitsAlone)
