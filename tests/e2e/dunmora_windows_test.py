@@ -65,14 +65,20 @@ class StartTest(DunmoraCase):
         dunmora.wait_for_main_alone()
         dunmora.label("No address book is open")
         self.assertEqual(dunmora.screen.count_new_windows(), 1)
-        dunmora.click(dunmora.button("Reload"))
-        dunmora.press(dunmora.alert(NO_BOOK), "enter")
-        dunmora.wait_for_main_alone()
         dunmora.click(dunmora.button("Open Address Book…"))
         self.open_by_keyboard(dunmora)
 
         dunmora.search()
         dunmora.total("4 duplicates of 5")
+
+    def test_explains_how_to_open_a_book_when_none_can_be_reloaded(self):
+        dunmora = self.start()
+
+        dunmora.click(dunmora.button("Reload", dunmora.wait_for_main_alone()))
+
+        dunmora.press(dunmora.alert(NO_BOOK), "enter")
+        dunmora.wait_until_idle()
+        dunmora.label("No address book is open")
 
     def open_by_keyboard(self, dunmora, book=None):
         panel = dunmora.open_panel
