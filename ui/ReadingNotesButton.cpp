@@ -27,6 +27,12 @@ std::string summaryOf(const ReadingNotes& notes)
     return {};
 }
 
+/// What the button shows: a remark says more than that there is one.
+std::string titleOf(const ReadingNotes& notes)
+{
+    return notes.remarks.size() == 1 ? notes.remarks.front() : summaryOf(notes);
+}
+
 std::string linesOf(const std::vector<std::string>& texts)
 {
     std::string lines;
@@ -47,11 +53,11 @@ ReadingNotesButton::ReadingNotesButton(Interface& mainInterface)
 void ReadingNotesButton::setNotes(ReadingNotes notes)
 {
     notes_ = std::move(notes);
-    const auto summary = summaryOf(notes_);
-    if (!summary.empty()) {
-        btnNotes_->setTitle(summary);
+    const auto title = titleOf(notes_);
+    if (!title.empty()) {
+        btnNotes_->setTitle(title);
     }
-    btnNotes_->setHidden(summary.empty());
+    btnNotes_->setHidden(title.empty());
 }
 
 void ReadingNotesButton::showAlert() const

@@ -7,8 +7,9 @@ namespace dunmora {
 class Button;
 class Interface;
 
-/// The button below the review table that summarizes what the address book noted while it was read,
-/// and shows all of it in an alert. Hidden while there is nothing to show.
+/// The button below the review table that shows what the address book noted while it was read: a
+/// remark alone as it is, several as their number. Shows all of it in an alert. Hidden while there
+/// is nothing to show.
 ///
 /// Thread: the main thread. Errors: none.
 class ReadingNotesButton final {

@@ -6,7 +6,10 @@
 
 namespace dunmora {
 
-QtButton::QtButton(QAbstractButton& widget) : widget_(widget), announcement_(widget) {}
+QtButton::QtButton(QAbstractButton& widget)
+    : widget_(widget), announcement_(widget), toolTip_(widget)
+{
+}
 
 void QtButton::setTitle(const std::string& title)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/qt/AppearanceAnnouncement.h"
+#include "adapters/qt/WholeTextToolTip.h"
 #include "platform/Button.h"
 
 class QAbstractButton;
@@ -19,6 +20,7 @@ public:
 private:
     QAbstractButton& widget_;
     AppearanceAnnouncement announcement_;
+    WholeTextToolTip toolTip_;
 };
 
 }  // namespace dunmora

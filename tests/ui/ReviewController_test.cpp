@@ -925,11 +925,27 @@ TEST_F(ReviewControllerTest, ShowsTheNotesOfTheLastReading)
     EXPECT_EQ(alert.alternateButton, std::nullopt);
 }
 
-TEST_F(ReviewControllerTest, CountsRemarksWhereNoCardWasSkipped)
+TEST_F(ReviewControllerTest, ShowsTheOnlyRemarkItself)
+{
+    platform_.addressBook.readingNotes = {1, {"1 card in “a.vcf” was skipped."}};
+    searchIn({person("1", "Ann")});
+    EXPECT_EQ(titleOf("btnNotes"), "1 card in “a.vcf” was skipped.");
+
+    platform_.addressBook.readingNotes = {0, {"“a.vcf” holds no vCard."}};
+    search();
+    EXPECT_EQ(titleOf("btnNotes"), "“a.vcf” holds no vCard.");
+
+    main_.command("OnNotes").use();
+
+    ASSERT_EQ(platform_.alert.shown.size(), 1U);
+    EXPECT_EQ(platform_.alert.shown.front().messageText, "1 remark about the address book");
+    EXPECT_EQ(platform_.alert.shown.front().informativeText, "“a.vcf” holds no vCard.");
+}
+
+TEST_F(ReviewControllerTest, CountsSeveralRemarksWhereNoCardWasSkipped)
 {
     platform_.addressBook.readingNotes = {0, {"“a.vcf” holds no vCard."}};
     searchIn({person("1", "Ann")});
-    EXPECT_EQ(titleOf("btnNotes"), "1 remark about the address book");
 
     platform_.addressBook.readingNotes.remarks.emplace_back("“b.vcf” was left out.");
     search();

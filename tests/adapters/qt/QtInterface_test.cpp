@@ -2,16 +2,19 @@
 #include "tests/adapters/qt/QtTest.h"
 #include "tests/fakes/TemporaryFolder.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QToolButton>
+#include <QToolTip>
 
 #include <atomic>
 #include <filesystem>
@@ -492,6 +495,32 @@ TEST_F(QtInterfaceTest, ShowsTitlesAndTextsVerbatim)
     const auto& total = widgetIn<QLabel>(window, "txtTotal");
     EXPECT_EQ(total.text(), QStringLiteral("<b>0 duplicates</b> \u00e9"));
     EXPECT_EQ(total.textFormat(), Qt::PlainText);
+}
+
+TEST_F(QtInterfaceTest, ShowsALongTitleOfTheFooterInAToolTip)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    const auto size = window.size();
+    auto& button = widgetIn<QToolButton>(window, "btnNotes");
+    const std::string remark = "“" + std::string(500, 'n') + ".vcf” was skipped & stays.";
+
+    interface->button("btnNotes").setTitle(remark);
+    interface->button("btnNotes").setHidden(false);
+    handleEvents();
+
+    EXPECT_EQ(window.size(), size);
+    EXPECT_LE(window.minimumSizeHint().width(), size.width());
+    EXPECT_LT(button.width(), button.sizeHint().width());
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&button)->text(QAccessible::Name).toStdString(),
+              remark);
+
+    QHelpEvent help(QEvent::ToolTip, {5, 5}, button.mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(&button, &help);
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("was skipped &amp; stays.")))
+        << QToolTip::text().toStdString();
+    QToolTip::hideText();
 }
 
 TEST_F(QtInterfaceTest, HidesAndShowsViews)
