@@ -559,6 +559,17 @@ class NotesTest(DunmoraCase):
         dunmora.total("4 duplicates of 5")
         self.assertFalse(dunmora.has_button(re.escape(remark)))
 
+    def test_refuses_a_file_that_is_no_vcard_file(self):
+        self.book.write_bytes(b"First,Last\nAnn,Lee\n")
+
+        dunmora = self.start(self.book)
+
+        alert = dunmora.alert(f"“{self.book}” is a CSV file, not a vCard file. Export as vCard (.vcf).")
+        dunmora.press(alert, "enter")
+        # No question about match fields follows.
+        dunmora.wait_for_main_alone()
+        dunmora.label("The address book could not be read")
+
     def test_leaves_a_broken_card_as_it_is(self):
         dunmora = self.start_searched(BOOK + BROKEN)
 
