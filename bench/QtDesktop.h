@@ -9,6 +9,7 @@
 #include "tests/fakes/QuietDesktop.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QEvent>
 
 namespace dunmora::bench {
@@ -33,8 +34,10 @@ struct QtDesktop {
 
     QtApplication application{*qobject_cast<QApplication*>(QCoreApplication::instance())};
     QtInterfaceLoader interfaceLoader{application.sessions()};
-    QtOpenPanel openPanel{application.sessions()};
-    QtSavePanel savePanel{application.sessions()};
+    // Not connected: a benchmark shows nothing on the desktop.
+    QDBusConnection bus{QStringLiteral("none")};
+    QtOpenPanel openPanel{application.sessions(), bus};
+    QtSavePanel savePanel{application.sessions(), bus};
     test::QuietConnectionOpener connectionOpener;
     QtTextFolding textFolding;
     Desktop desktop{application,      interfaceLoader, openPanel,

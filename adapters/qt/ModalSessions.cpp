@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QEventLoop>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
 
@@ -55,6 +56,12 @@ bool isPress(QEvent::Type type)
     return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick;
 }
 
+bool isEscape(const QEvent& event)
+{
+    return event.type() == QEvent::KeyPress &&
+           static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
+}
+
 bool isDrag(QEvent::Type type)
 {
     return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
@@ -95,11 +102,23 @@ ModalSessions::~ModalSessions() = default;
 
 void ModalSessions::run(QWidget& window)
 {
+    run(window, Start::Shown);
+}
+
+void ModalSessions::runHidden(QWidget& window)
+{
+    run(window, Start::Hidden);
+}
+
+void ModalSessions::run(QWidget& window, Start start)
+{
     closePopups();
     releaseMouse(window);
     Session session(window);
     running_.push_back(&session);
-    showAboveMainWindow(window);
+    if (start == Start::Shown) {
+        showAboveMainWindow(window);
+    }
     session.loop.exec();
     if (session.isRunning) {
         // All event loops are quitting: the process is about to end, and the user will never
@@ -165,7 +184,10 @@ bool ModalSessions::blocks(const QWidget& widget) const
 
 QWidget* ModalSessions::front() const
 {
-    return running_.empty() ? mainWindow() : &running_.back()->window;
+    const auto found = std::find_if(running_.rbegin(), running_.rend(), [](const auto* session) {
+        return session->window.isVisible();
+    });
+    return found == running_.rend() ? mainWindow() : &(*found)->window;
 }
 
 bool ModalSessions::eventFilter(QObject* watched, QEvent* event)
@@ -186,10 +208,9 @@ bool ModalSessions::eventFilter(QObject* watched, QEvent* event)
     if (type == QEvent::Shortcut && watched->property("alwaysUsable").toBool()) {
         return false;
     }
-    if (isPress(type)) {
-        auto& window = running_.back()->window;
-        window.raise();
-        window.activateWindow();
+    auto& window = running_.back()->window;
+    if (isPress(type) || (isEscape(*event) && !window.isVisible())) {
+        showAboveMainWindow(window);
     }
     if (isDrag(type)) {
         event->ignore();

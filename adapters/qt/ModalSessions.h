@@ -33,6 +33,10 @@ public:
     /// input to every other window. Sessions nest. The window stays open afterwards.
     void run(QWidget& window);
 
+    /// Like `run`, but keeps the window hidden until the user clicks a blocked window or presses
+    /// Escape in one. It is for a session in another program's window.
+    void runHidden(QWidget& window);
+
     /// Ends the innermost session, if any.
     void end();
 
@@ -44,8 +48,8 @@ public:
     /// `alwaysUsable` never is: it is independent of the current job.
     bool blocks(const QWidget& widget) const;
 
-    /// The parent for a new window: that of the innermost session, otherwise the main window; null
-    /// before there is one.
+    /// The parent for a new window: the visible one of the innermost session, otherwise the main
+    /// window; null before there is one.
     QWidget* front() const;
 
 protected:
@@ -53,7 +57,9 @@ protected:
 
 private:
     struct Session;
+    enum class Start { Shown, Hidden };
 
+    void run(QWidget& window, Start start);
     void endAt(std::vector<Session*>::iterator position);
     void releaseMouse(const QWidget& window);
     void regainFocus() const;

@@ -1,6 +1,7 @@
 #include "adapters/qt/QtOpenPanel.h"
 
 #include "adapters/qt/ModalSessions.h"
+#include "adapters/qt/PortalFileDialog.h"
 #include "adapters/qt/QtAlert.h"
 #include "adapters/qt/QtPath.h"
 #include "text/DisplayText.h"
@@ -38,6 +39,12 @@ QString chosenFolder(const QFileDialog& dialog)
     return dialog.directory().absolutePath();
 }
 
+QString titleOf(OpenPanel::Kind kind)
+{
+    return kind == OpenPanel::Kind::File ? QStringLiteral("Open Address Book")
+                                         : QStringLiteral("Open Folder of vCard Files");
+}
+
 /// Reports a missing file in an alert of ours: Qt's own message box would keep the main window from
 /// closing.
 class FileDialog final : public QFileDialog {
@@ -70,11 +77,27 @@ std::optional<std::filesystem::path> QtOpenPanel::runModal(Kind kind,
                                                            const std::filesystem::path& folder)
 {
     const auto start = startFolder({folder, lastFolder_}, QStandardPaths::HomeLocation);
+    const auto portalKind =
+        kind == Kind::File ? PortalFileDialog::Kind::OpenFile : PortalFileDialog::Kind::OpenFolder;
+    const auto result =
+        PortalFileDialog(sessions_, bus_).runModal({portalKind, titleOf(kind), start});
+    switch (result.end) {
+    case PortalFileDialog::End::Chosen:
+        lastFolder_ = result.path.parent_path();
+        return result.path;
+    case PortalFileDialog::End::Cancelled:
+        return std::nullopt;
+    case PortalFileDialog::End::Unavailable:
+        break;
+    }
+    return runOwnDialog(kind, start);
+}
+
+std::optional<std::filesystem::path> QtOpenPanel::runOwnDialog(Kind kind,
+                                                               const std::filesystem::path& start)
+{
     const bool isForFiles = kind == Kind::File;
-    FileDialog dialog(sessions_,
-                      isForFiles ? QStringLiteral("Open Address Book")
-                                 : QStringLiteral("Open Folder of vCard Files"),
-                      textOf(start));
+    FileDialog dialog(sessions_, titleOf(kind), textOf(start));
     // A native dialog would have no button for folders and its own idea of modality.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     // Otherwise the dialog lets the user rename and delete files and whole folders.

@@ -1,6 +1,7 @@
 #include "adapters/qt/QtSavePanel.h"
 
 #include "adapters/qt/ModalSessions.h"
+#include "adapters/qt/PortalFileDialog.h"
 #include "adapters/qt/QtAlert.h"
 #include "adapters/qt/QtPath.h"
 #include "adapters/qt/QtText.h"
@@ -16,28 +17,42 @@ namespace dunmora {
 
 namespace {
 
+constexpr auto kSuffix = "vcf";
+
+QString title()
+{
+    return QStringLiteral("Save Removed People");
+}
+
+/// Whether a file exists at the path, which is then reported to the user.
+bool isTaken(ModalSessions& sessions, const std::filesystem::path& path)
+{
+    const QFileInfo info(textOf(path));
+    if (!info.exists() && !info.isSymLink()) {
+        return false;
+    }
+    QtAlert::runModal(sessions,
+                      {quotedPath(path) + " already exists. Choose another name or folder.", "",
+                       "OK", std::nullopt, std::nullopt, AlertStyle::Failure});
+    return true;
+}
+
 /// Reports a file that exists in an alert of ours: Qt's own message box would offer to replace it,
 /// and keep the main window from closing.
 class FileDialog final : public QFileDialog {
 public:
     FileDialog(ModalSessions& sessions, const QString& folder)
-        : QFileDialog(sessions.front(), QStringLiteral("Save Removed People"), folder),
-          sessions_(sessions)
+        : QFileDialog(sessions.front(), title(), folder), sessions_(sessions)
     {
     }
 
     void accept() override
     {
         for (const auto& file : selectedFiles()) {
-            const QFileInfo info(file);
-            if (info.isDir()) {
+            if (QFileInfo(file).isDir()) {
                 break;
             }
-            if (info.exists() || info.isSymLink()) {
-                QtAlert::runModal(
-                    sessions_,
-                    {quotedPath(pathOf(file)) + " already exists. Choose another name or folder.",
-                     "", "OK", std::nullopt, std::nullopt, AlertStyle::Failure});
+            if (isTaken(sessions_, pathOf(file))) {
                 return;
             }
         }
@@ -53,7 +68,33 @@ private:
 std::optional<std::filesystem::path> QtSavePanel::runModal(const std::string& name,
                                                            const std::filesystem::path& folder)
 {
-    const auto start = startFolder({folder, lastFolder_}, QStandardPaths::DocumentsLocation);
+    auto start = startFolder({folder, lastFolder_}, QStandardPaths::DocumentsLocation);
+    while (true) {
+        const auto result =
+            PortalFileDialog(sessions_, bus_)
+                .runModal({PortalFileDialog::Kind::SaveFile, title(), start, toQString(name)});
+        if (result.end == PortalFileDialog::End::Unavailable) {
+            return runOwnDialog(name, start);
+        }
+        if (result.end == PortalFileDialog::End::Cancelled) {
+            return std::nullopt;
+        }
+        auto path = result.path;
+        if (!path.has_extension()) {
+            path.replace_extension(kSuffix);
+        }
+        start = path.parent_path();
+        // The desktop's dialog offers to replace a file.
+        if (!isTaken(sessions_, path)) {
+            lastFolder_ = start;
+            return path;
+        }
+    }
+}
+
+std::optional<std::filesystem::path> QtSavePanel::runOwnDialog(const std::string& name,
+                                                               const std::filesystem::path& start)
+{
     FileDialog dialog(sessions_, textOf(start));
     // As in QtOpenPanel: a native dialog would have its own idea of modality.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
@@ -61,7 +102,7 @@ std::optional<std::filesystem::path> QtSavePanel::runModal(const std::string& na
     dialog.setWindowModality(Qt::NonModal);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setDefaultSuffix(QStringLiteral("vcf"));
+    dialog.setDefaultSuffix(QString::fromLatin1(kSuffix));
     dialog.setNameFilters(
         {QStringLiteral("vCard files (*.vcf *.vcard)"), QStringLiteral("All files (*)")});
     dialog.selectFile(toQString(name));

@@ -22,6 +22,7 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <QDBusConnection>
 #include <QIcon>
 #include <QString>
 
@@ -108,10 +109,11 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     QtApplication application(qt);
     SupervisedApplication supervised(application);
     QtInterfaceLoader interfaceLoader(application.sessions());
-    QtOpenPanel openPanel(application.sessions());
+    const auto sessionBus = QDBusConnection::sessionBus();
+    QtOpenPanel openPanel(application.sessions(), sessionBus);
     QtConnectionOpener connectionOpener;
     const QtTextFolding textFolding;
-    QtSavePanel savePanel(application.sessions());
+    QtSavePanel savePanel(application.sessions(), sessionBus);
     const Desktop desktop{supervised,       interfaceLoader, openPanel,
                           connectionOpener, textFolding,     savePanel};
     Desktop::install(desktop);

@@ -89,6 +89,44 @@ TEST_F(ModalSessionsTest, BlocksClicksOnOtherWindows)
     EXPECT_EQ(main.clicks, 1);
 }
 
+TEST_F(ModalSessionsTest, KeepsAWindowHiddenUntilTheUserNeedsIt)
+{
+    const auto during = [this](const std::function<void()>& inside) {
+        soon([&] {
+            inside();
+            sessions.end(dialog.window);
+        });
+        sessions.runHidden(dialog.window);
+        dialog.window.hide();
+    };
+
+    during([&] {
+        press(main.window, Qt::Key_A);
+        EXPECT_FALSE(dialog.window.isVisible());
+        click(main.button);
+        EXPECT_TRUE(dialog.window.isVisible());
+    });
+    during([&] {
+        EXPECT_FALSE(dialog.window.isVisible());
+        press(main.window, Qt::Key_Escape);
+        EXPECT_TRUE(dialog.window.isVisible());
+    });
+    EXPECT_EQ(main.clicks, 0);
+    EXPECT_EQ(main.line.text(), QString());
+}
+
+TEST_F(ModalSessionsTest, GivesAnAlertOverAHiddenWindowAVisibleParent)
+{
+    QMainWindow visible;
+    visible.show();
+
+    soon([&] {
+        EXPECT_EQ(sessions.front(), &visible);
+        sessions.end(dialog.window);
+    });
+    sessions.runHidden(dialog.window);
+}
+
 TEST_F(ModalSessionsTest, BlocksKeysInOtherWindows)
 {
     during(dialog.window, [&] {

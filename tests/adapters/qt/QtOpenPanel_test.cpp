@@ -77,7 +77,8 @@ protected:
     }
 
     const TemporaryFolder folder;
-    QtOpenPanel panel{application.sessions()};
+    // Not connected to a desktop that shows its own dialog.
+    QtOpenPanel panel{application.sessions(), QDBusConnection(QStringLiteral("none"))};
 };
 
 TEST_F(QtOpenPanelTest, ChoosesNothingWhenCancelled)

@@ -48,7 +48,8 @@ protected:
     }
 
     const TemporaryFolder folder;
-    QtSavePanel panel{application.sessions()};
+    // Not connected to a desktop that shows its own dialog.
+    QtSavePanel panel{application.sessions(), QDBusConnection(QStringLiteral("none"))};
 };
 
 TEST_F(QtSavePanelTest, ProposesAName)
