@@ -67,8 +67,6 @@ FooterLayout::FooterLayout(QWidget& parent)
     parent.setLayout(this);
 }
 
-FooterLayout::~FooterLayout() = default;
-
 void FooterLayout::addItem(QLayoutItem* item)
 {
     items_.emplace_back(item);

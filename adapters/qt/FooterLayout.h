@@ -17,7 +17,6 @@ public:
     /// Takes the widgets of the parent's layout, which it replaces. Spacers are dropped: the label
     /// whose width is ignored gets the rest of its line.
     explicit FooterLayout(QWidget& parent);
-    ~FooterLayout() override;
 
     void addItem(QLayoutItem* item) override;
     int count() const override;
