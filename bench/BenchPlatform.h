@@ -39,6 +39,7 @@ public:
 
     std::span<const Person> readPeople() override { return people_; }
     std::span<const Person> people() override { return people_; }
+    void checkWritable(std::span<const std::string> /*uids*/) const override {}
     void removeRecord(const Person& /*person*/) override { refuse(); }
     void save() override { refuse(); }
     ReadingNotes notes() const override { return {}; }

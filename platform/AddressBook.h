@@ -43,6 +43,11 @@ public:
     /// removed since. Forgets the removals that were not saved.
     virtual std::span<const Person> people() = 0;
 
+    /// Throws when one of these people of the last reading cannot be removed because the place
+    /// where the person is kept is read-only, as far as that is known without reading or locking
+    /// anything. `save` may fail nevertheless.
+    virtual void checkWritable(std::span<const std::string> uids) const = 0;
+
     /// Marks a person of the last listing as removed; nothing is written before `save`.
     /// Errors: PlatformError when the person is not in the last listing or cannot be removed. All
     /// removals that were not saved are then forgotten.

@@ -147,15 +147,28 @@ const EdsListing& EdsAddressBook::listing() const
     return current_ ? *current_ : *reviewed_;
 }
 
+void EdsAddressBook::checkWritable(std::size_t book) const
+{
+    if (batchSizes_[book] == 0) {
+        throw PlatformError(quotedName(listing().books()[book]) +
+                            " is read-only: nobody can be deleted from it.");
+    }
+}
+
+void EdsAddressBook::checkWritable(std::span<const std::string> uids) const
+{
+    for (const auto& uid : uids) {
+        if (const auto* const entry = listing().find(uid)) {
+            checkWritable(entry->book);
+        }
+    }
+}
+
 void EdsAddressBook::removeRecord(const Person& person)
 {
     try {
         const auto position = listing().positionOf(person);
-        const auto book = listing().entry(position).book;
-        if (batchSizes_[book] == 0) {
-            throw PlatformError(quotedName(listing().books()[book]) +
-                                " is read-only: nobody can be deleted from it.");
-        }
+        checkWritable(listing().entry(position).book);
         isPending_[position] = true;
     } catch (const PlatformError&) {
         std::fill(isPending_.begin(), isPending_.end(), false);

@@ -36,6 +36,7 @@ public:
 
     std::span<const Person> readPeople() override;
     std::span<const Person> people() override;
+    void checkWritable(std::span<const std::string> uids) const override;
     void removeRecord(const Person& person) override;
     void save() override;
     ReadingNotes notes() const override { return notes_; }
@@ -67,6 +68,7 @@ private:
     std::vector<ServiceBook> chosenBooks() const;
     Reading read() const;
     const EdsListing& listing() const;
+    void checkWritable(std::size_t book) const;
 
     std::unique_ptr<ContactService> service_;
     std::optional<std::string> bookUid_;

@@ -50,6 +50,8 @@ public:
 
     std::span<const Person> readPeople() override;
     std::span<const Person> people() override;
+    /// The framework does not tell in advance.
+    void checkWritable(std::span<const std::string> /*uids*/) const override {}
     void removeRecord(const Person& person) override;
     void save() override;
     ReadingNotes notes() const override;

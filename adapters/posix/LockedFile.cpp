@@ -35,6 +35,16 @@ void checkWriteBits(const struct stat& status, const std::filesystem::path& path
     }
 }
 
+/// Throws unless the file may be written, without opening it.
+void checkAccess(const std::filesystem::path& target, const struct stat& status,
+                 const std::filesystem::path& name)
+{
+    checkWriteBits(status, name);
+    if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
+        throwFileError(name, kCannotBeChanged, errno);
+    }
+}
+
 /// The path with all links resolved. Errors: PlatformError about `name`.
 std::filesystem::path resolved(const std::filesystem::path& path, const std::filesystem::path& name)
 {
@@ -140,13 +150,23 @@ LockedFile LockedFile::open(Paths names)
     if (!S_ISREG(file.status_.st_mode)) {
         throwChanged(file.name());
     }
-    checkWriteBits(file.status_, file.name());
     // A descriptor for writing would make every other one useless for `WriterWatch`.
-    if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
-        throwFileError(file.name(), kCannotBeChanged, errno);
-    }
+    checkAccess(target, file.status_, file.name());
     file.checkUnchanged();
     return file;
+}
+
+void LockedFile::checkWritable(Paths names)
+{
+    LockedFile file(std::move(names));
+    file.resolveNames();
+    for (const auto& target : file.targets_) {
+        if (stat(target.c_str(), &file.status_) != 0) {
+            throwFileError(file.name(), kCannotBeChanged, errno);
+        }
+        checkAccess(target, file.status_, file.name());
+    }
+    file.checkFolders(file.targets_, kCannotBeChanged);
 }
 
 LockedFile::TryAgain LockedFile::tryAgainFor(std::chrono::milliseconds time)

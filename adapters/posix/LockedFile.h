@@ -28,6 +28,10 @@ public:
     /// Errors: also when the file is read-only or locked by another program.
     static LockedFile open(Paths names);
 
+    /// Throws as `open` and `checkFolders` do when the file or its folder is read-only; locks and
+    /// opens nothing.
+    static void checkWritable(Paths names);
+
     /// Called after each attempt to lock a file: pauses and returns true for another attempt, or
     /// returns false to give up.
     using TryAgain = std::function<bool()>;

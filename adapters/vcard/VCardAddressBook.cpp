@@ -30,6 +30,11 @@ std::span<const Person> VCardAddressBook::people()
     return book_ && !isStale_ ? book_->people() : readPeople();
 }
 
+void VCardAddressBook::checkWritable(std::span<const std::string> uids) const
+{
+    listing().checkWritable(uids);
+}
+
 void VCardAddressBook::removeRecord(const Person& person)
 {
     listing().removeRecord(person);

@@ -38,6 +38,7 @@ public:
 
     std::span<const Person> readPeople() override;
     std::span<const Person> people() override;
+    void checkWritable(std::span<const std::string> uids) const override;
     void removeRecord(const Person& person) override;
     void save() override;
     ReadingNotes notes() const override;

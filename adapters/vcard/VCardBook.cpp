@@ -250,6 +250,19 @@ std::size_t VCardBook::indexOf(const Person& person) const
     return static_cast<std::size_t>(&person - first);
 }
 
+void VCardBook::checkWritable(std::span<const std::string> uids) const
+{
+    std::vector<bool> isChecked(files_.size());
+    for (const auto& uid : uids) {
+        const auto person = uids_.find(uid);
+        if (!person || isChecked[cardTexts_[*person].file]) {
+            continue;
+        }
+        isChecked[cardTexts_[*person].file] = true;
+        LockedFile::checkWritable(files_[cardTexts_[*person].file].names());
+    }
+}
+
 void VCardBook::removeRecord(const Person& person)
 {
     try {

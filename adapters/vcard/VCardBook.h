@@ -45,6 +45,7 @@ public:
     std::span<const Person> people();
 
     /// Implement `AddressBook` and `CardSource`.
+    void checkWritable(std::span<const std::string> uids) const;
     void removeRecord(const Person& person);
     /// Adds to `deletion` what has been removed from each file, also when it throws.
     void save(Deletion& deletion);

@@ -4,6 +4,7 @@
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
+#include <array>
 #include <utility>
 
 namespace dunmora {
@@ -23,9 +24,16 @@ std::span<const Person> VCardStreamBook::people()
     return book_->people();
 }
 
-void VCardStreamBook::removeRecord(const Person& /*person*/)
+void VCardStreamBook::checkWritable(std::span<const std::string> uids) const
 {
-    throw PlatformError(quotedText(source_.name) + " cannot be changed.");
+    if (!uids.empty()) {
+        throw PlatformError(quotedText(source_.name) + " cannot be changed.");
+    }
+}
+
+void VCardStreamBook::removeRecord(const Person& person)
+{
+    checkWritable(std::array{std::string(person.uid)});
 }
 
 ReadingNotes VCardStreamBook::notes() const

@@ -35,6 +35,7 @@ public:
 
     std::span<const Person> readPeople() override { return people(); }
     std::span<const Person> people() override;
+    void checkWritable(std::span<const std::string> uids) const override;
     void removeRecord(const Person& person) override;
     void save() override {}
     ReadingNotes notes() const override;

@@ -280,6 +280,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     if (!passesGuards(engine, warnings, session.cards(), request, environment)) {
         return ExitCode::Failed;
     }
+    session.addressBook().checkWritable(uids);
     if (request.backup) {
         checkBackup(session, uids, request);
     }

@@ -14,6 +14,7 @@ public:
 
     std::span<const Person> readPeople() override { return book_->readPeople(); }
     std::span<const Person> people() override { return book_->people(); }
+    void checkWritable(std::span<const std::string> /*uids*/) const override {}
     void removeRecord(const Person& /*person*/) override {}
     void save() override {}
     ReadingNotes notes() const override { return book_->notes(); }

@@ -475,14 +475,25 @@ class DeleteTest(EndToEnd):
         self.assertEqual((self.book.read_bytes(), self.backup.read_bytes()), (BOOK, b"mine"))
 
     def test_keeps_the_backup_when_the_book_cannot_be_saved(self):
-        self.book.chmod(0o444)
-
-        code, out, err = self.run_program("delete", self.book, "--yes", "--format", "json", "--backup", self.backup)
+        with open(self.book, "rb") as locked:
+            fcntl.flock(locked, fcntl.LOCK_EX)
+            code, out, err = self.run_program("delete", self.book, "--yes", "--format", "json", "--backup",
+                                              self.backup)
 
         self.assertEqual((code, out), (1, ""))
-        self.assertIn("read-only", err)
+        self.assertIn("locked", err)
         self.assertIn(str(self.backup), err)
         self.assertEqual((self.book.read_bytes(), self.backup.read_bytes()), (BOOK, ANN_2))
+
+    def test_reports_a_read_only_book_before_anything_else(self):
+        self.book.chmod(0o444)
+        report = f"dunmora-cli: “{self.book}” cannot be changed: it is read-only.\n"
+
+        self.assertEqual(self.run_program("delete", self.book, "--yes", "--backup", self.backup), (1, "", report))
+        code, shown = self.run_on_terminal("delete", self.book, "--quiet")
+        self.assertEqual((code, shown.replace("\r", "")), (1, report))
+        self.assert_untouched()
+        self.assertEqual(self.run_program("delete", self.book, "--dry-run")[0], 0)
 
     def test_changes_nothing_when_it_cannot_print_who_is_deleted(self):
         closed = ["sh", "-c", 'exec "$@" >&-', "sh"]

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -47,6 +48,7 @@ public:
 
     std::span<const Person> readPeople() override;
     std::span<const Person> people() override;
+    void checkWritable(std::span<const std::string> uids) const override { onCheck(uids); }
     void removeRecord(const Person& person) override;
     void save() override;
     ReadingNotes notes() const override { return readingNotes; }
@@ -78,6 +80,7 @@ public:
 
     /// Called before each step, such as to fail there.
     std::function<void()> onRead = [] {};
+    std::function<void(std::span<const std::string> uids)> onCheck = [](auto /*uids*/) {};
     std::function<void()> onRemove = [] {};
     std::function<void()> onSave = [] {};
     std::function<void()> onCards = [] {};

@@ -193,6 +193,9 @@ TEST_F(EdsAddressBookTest, ShowsARequestedReadOnlyBookButDeletesNobodyFromIt)
     EXPECT_EQ(uidsOf(people), Lines{"boss"});
     EXPECT_EQ(book.notes().remarks,
               Lines{"“Book company” is read-only: nobody can be deleted from it."});
+    const Lines uids{"boss"};
+    EXPECT_EQ(failureOf([&] { book.checkWritable(uids); }),
+              "“Book company” is read-only: nobody can be deleted from it.");
     EXPECT_EQ(failureOf([&] { book.removeRecord(people[0]); }),
               "“Book company” is read-only: nobody can be deleted from it.");
     book.save();

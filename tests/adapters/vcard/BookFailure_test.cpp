@@ -140,6 +140,23 @@ TEST_F(BookFailureTest, RefusesAReadOnlyFile)
     expectBookAsItWas();
 }
 
+TEST_F(BookFailureTest, KnowsThatAFileIsReadOnlyBeforeAnybodyIsRemoved)
+{
+    const auto other = folder() / "other.vcf";
+    write(other, card("c"));
+    VCardAddressBook book(folder());
+    book.readPeople();
+    const std::vector<std::string> uids{"a", "b", "nobody"};
+    const std::vector<std::string> others{"c"};
+    EXPECT_NO_THROW(book.checkWritable(uids));
+
+    chmod(file().c_str(), 0444);
+
+    EXPECT_EQ(failureOf([&] { book.checkWritable(uids); }),
+              about(file(), "cannot be changed: it is read-only."));
+    EXPECT_NO_THROW(book.checkWritable(others)) << "another file";
+}
+
 TEST_F(BookFailureTest, ReportsMissingPermissionToWriteTheFile)
 {
     if (geteuid() != 0) {

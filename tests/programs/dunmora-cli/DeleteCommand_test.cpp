@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <new>
+#include <span>
 
 namespace dunmora::test {
 namespace {
@@ -721,6 +722,26 @@ TEST_F(DeleteTest, ReportsWhyTheBookCannotBeSaved)
     EXPECT_EQ(out(), "");
     EXPECT_EQ(err(), "dunmora-cli: “b” is read-only\n");
     EXPECT_EQ(book_.storedUids().size(), 3U);
+}
+
+TEST_F(DeleteTest, ReportsAReadOnlyBookBeforeItShowsOrAsksAnything)
+{
+    bookHoldsAnnTwice();
+    everythingIsATerminal();
+    book_.onCheck = [](std::span<const std::string> uids) {
+        EXPECT_EQ(Uids(uids.begin(), uids.end()), Uids{"ann-2"});
+        throw PlatformError("“b” is read-only.");
+    };
+    const auto backup = folder_.path() / "backup.vcf";
+
+    for (const auto* option : {"--quiet", "--yes"}) {
+        EXPECT_EQ(run({"delete", "b", "--quiet", option, "--backup", backup.string()}), 1);
+        EXPECT_EQ(out(), "");
+        EXPECT_EQ(err(), "dunmora-cli: “b” is read-only.\n");
+        EXPECT_FALSE(std::filesystem::exists(backup));
+        expectUnchanged();
+    }
+    EXPECT_EQ(run({"delete", "b", "--quiet", "--dry-run"}), 0) << "writes nothing";
 }
 
 // Dry run.
