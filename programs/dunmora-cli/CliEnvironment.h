@@ -2,6 +2,7 @@
 
 #include "platform/DesktopBook.h"
 #include "platform/OpenedBook.h"
+#include "programs/dunmora-cli/Charset.h"
 
 #include <chrono>
 #include <cstddef>
@@ -52,6 +53,9 @@ struct CliEnvironment {
     std::function<OpenedBook()> openStandardInput = nullptr;
     /// Reads all of standard input, at most this many bytes. Errors: PlatformError.
     std::function<std::string(std::uintmax_t largest)> readStandardInput = nullptr;
+    /// For texts on `out`, though not for JSON and CSV, which are data. `err` converts what is
+    /// written to it.
+    Charset charset = {};
 };
 
 }  // namespace dunmora

@@ -148,7 +148,7 @@ void show(const ContactsParser& engine, const std::vector<std::string>& uids,
     const auto match = chosenMatchFields();
     const bool isResult = request.book.format == OutputFormat::Table;
     if (isResult) {
-        print(environment, table(outputStyle(environment, request.book.width, match)));
+        printText(environment, table(outputStyle(environment, request.book.width, match)));
     }
     if (asks(request) && !(isResult && environment.outIsTerminal)) {
         environment.err << table(errorStyle(environment, request.book.width, match)) << std::flush;

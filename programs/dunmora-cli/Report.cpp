@@ -17,6 +17,11 @@ void report(const CliEnvironment& environment, std::string_view text)
     environment.err << line << std::flush;
 }
 
+void printText(const CliEnvironment& environment, std::string_view text)
+{
+    print(environment, environment.charset.encoded(text));
+}
+
 void print(const CliEnvironment& environment, std::string_view text)
 {
     errno = 0;

@@ -10,7 +10,7 @@ void printAs(const CliEnvironment& environment, OutputFormat format, const Resul
     const bool isTerminal = environment.outIsTerminal;
     switch (format) {
     case OutputFormat::Table:
-        print(environment, texts.table());
+        printText(environment, texts.table());
         break;
     case OutputFormat::Json:
         print(environment, texts.json(isTerminal ? JsonCharacters::Ascii : JsonCharacters::Utf8));

@@ -61,7 +61,7 @@ struct Runner {
     }
     ExitCode operator()(const PrintRequest& request) const
     {
-        print(environment, request.text);
+        printText(environment, request.text);
         return ExitCode::Done;
     }
 };

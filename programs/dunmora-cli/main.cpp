@@ -3,23 +3,28 @@
 #include "adapters/posix/ProcessShutdown.h"
 #include "adapters/posix/StreamContent.h"
 #include "platform/UserDefaults.h"
+#include "programs/dunmora-cli/Charset.h"
 #include "programs/dunmora-cli/CliEnvironment.h"
+#include "programs/dunmora-cli/EncodedStream.h"
 #include "programs/dunmora-cli/RunCli.h"
 #include "programs/dunmora-cli/StandardInput.h"
 #include "programs/platform/PlatformChoice.h"
 #include "programs/platform/StandardInputBook.h"
 
+#include <langinfo.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
+#include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -50,6 +55,26 @@ std::size_t terminalColumns(int stream)
     return ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
+/// The charset of the user's locale. That of a locale that is not installed here, such as one that
+/// the user brought along from another computer, is a part of its name.
+std::string charsetName()
+{
+    if (auto* const locale = newlocale(LC_CTYPE_MASK, "", nullptr); locale != nullptr) {
+        std::string name = nl_langinfo_l(CODESET, locale);
+        freelocale(locale);
+        return name;
+    }
+    for (const auto* const variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        if (const auto name = environmentVariable(variable); !name.empty()) {
+            const auto point = name.find('.');
+            return std::string(point == std::string_view::npos
+                                   ? std::string_view()
+                                   : name.substr(point + 1, name.find('@') - point - 1));
+        }
+    }
+    return {};
+}
+
 /// Whether the terminal knows no control sequences, or nothing is known of it.
 bool isDumbTerminal()
 {
@@ -68,12 +93,15 @@ int runProgram(const std::vector<std::string>& arguments)
     using namespace dunmora;
     const auto preferences = userDefaults();
     BuildBundle bundle;
+    const Charset charset(charsetName());
+    EncodedStream errBuffer(std::cerr, charset);
+    std::ostream err(&errBuffer);
     CliEnvironment environment{openAddressBook,
                                *preferences,
                                bundle,
                                std::cin,
                                std::cout,
-                               std::cerr,
+                               err,
                                isatty(STDIN_FILENO) == 1,
                                isatty(STDOUT_FILENO) == 1,
                                isatty(STDERR_FILENO) == 1,
@@ -84,6 +112,7 @@ int runProgram(const std::vector<std::string>& arguments)
                                std::string(severalAddressBooksName()),
                                terminalColumns(STDOUT_FILENO),
                                isDumbTerminal()};
+    environment.charset = charset;
     environment.openStandardInput = [] { return openStandardInput(kStandardInput); };
     environment.readStandardInput = [](std::uintmax_t largest) {
         return std::string(readStandardInput(largest).view());

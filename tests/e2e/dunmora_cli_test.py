@@ -80,6 +80,7 @@ class EndToEnd(unittest.TestCase):
             "PATH": os.environ["PATH"],
             "TERM": "xterm",
             "TZ": "UTC0",
+            "LC_ALL": "C.UTF-8",
         }
         # The options of a program built with sanitizers.
         self.environment.update({name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")})
@@ -290,6 +291,29 @@ class ListTest(EndToEnd):
     def test_reports_that_the_disk_of_the_output_is_full(self):
         with open("/dev/full", "wb") as full:
             self.assertEqual(self.run_program("list", self.book, stdout=full), (1, "", NO_OUTPUT))
+
+    def test_replaces_what_the_locale_cannot_show(self):
+        self.environment["NO_COLOR"] = "1"
+        self.book.write_bytes(card("1", "Zoë", "王") + card("2", "Zoë", "王"))
+        whole = self.run_program("list", self.book, "--quiet")[1]
+        data = [self.run_program("list", self.book, "--quiet", "--format", form)[1] for form in ("json", "csv")]
+        self.environment["LC_ALL"] = "C"
+
+        code, out, _ = self.run_program("list", self.book, "--quiet")
+        self.assertEqual((code, out), (0, whole.replace("Zoë", "Zo?").replace("王", "??")))
+        code, shown = self.run_on_terminal("list", self.book, "--quiet")
+        self.assertEqual(code, 0)
+        self.assertIn("]* Zo?         ??  ", shown)
+        self.assertEqual([self.run_program("list", self.book, "--quiet", "--format", form)[1]
+                          for form in ("json", "csv")], data)
+        code, shown = self.run_on_terminal("delete", self.book, "--keep-one", "--quiet", answer=b"n\n")
+        self.assertIn(f'1 person will be deleted from "{self.book}".\r\n', shown)
+
+    def test_believes_the_name_of_a_locale_that_is_not_installed(self):
+        self.book.write_bytes(card("1", "Zoë") + card("2", "Zoë"))
+        for locale, name in (("xx_XX.UTF-8", "Zoë"), ("xx_XX.utf8@euro", "Zoë"), ("xx_XX", "Zo?")):
+            self.environment["LC_ALL"] = locale
+            self.assertIn(f"]* {name} ", self.run_program("list", self.book, "--quiet")[1])
 
     def test_ends_quietly_when_the_reader_has_seen_enough(self):
         for form in ("table", "json", "csv"):
