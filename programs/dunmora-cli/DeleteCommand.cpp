@@ -235,7 +235,8 @@ void reportWayBack(const DeleteRequest& request, const CliEnvironment& environme
     const auto& book = request.book.addressBook;
     const bool isOne = book != environment.severalBooksName;
     report(environment, "To put these people back: " +
-                            restoreCommand(request.backup->string(), isOne ? book : book + "UID") +
+                            restoreCommand(request.backup->string(), isOne ? book : book + "UID",
+                                           environment.charset) +
                             (isOne ? "" : " (for the UID of one address book)"));
 }
 

@@ -107,12 +107,13 @@ ExitCode restorePeople(const RestoreRequest& request, const CliEnvironment& envi
     return result.failures.empty() ? ExitCode::Done : ExitCode::Failed;
 }
 
-std::string restoreCommand(const std::string& backup, const std::string& addressBook)
+std::string restoreCommand(const std::string& backup, const std::string& addressBook,
+                           const Charset& charset)
 {
     // An argument that begins with a dash would be taken for an option.
     const bool hasDash = backup.starts_with('-') || addressBook.starts_with('-');
-    return "dunmora-cli restore " + std::string(hasDash ? "-- " : "") + quotedForShell(backup) +
-           ' ' + quotedForShell(addressBook);
+    return "dunmora-cli restore " + std::string(hasDash ? "-- " : "") +
+           quotedForShell(backup, charset) + ' ' + quotedForShell(addressBook, charset);
 }
 
 }  // namespace dunmora

@@ -6,6 +6,7 @@
 
 namespace dunmora {
 
+class Charset;
 struct CliEnvironment;
 struct RestoreRequest;
 
@@ -14,6 +15,7 @@ struct RestoreRequest;
 ExitCode restorePeople(const RestoreRequest& request, const CliEnvironment& environment);
 
 /// The command that does this, to be typed into a shell.
-std::string restoreCommand(const std::string& backup, const std::string& addressBook);
+std::string restoreCommand(const std::string& backup, const std::string& addressBook,
+                           const Charset& charset);
 
 }  // namespace dunmora

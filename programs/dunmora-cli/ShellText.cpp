@@ -17,13 +17,13 @@ bool isHarmless(char c)
 
 }  // namespace
 
-std::string quotedForShell(std::string_view text)
+std::string quotedForShell(std::string_view text, const Charset& charset)
 {
     if (!text.empty() && std::all_of(text.begin(), text.end(), isHarmless)) {
         return std::string(text);
     }
     std::string word;
-    if (displayText(text) == text) {
+    if (displayText(text) == text && charset.encoded(text) == text) {
         for (const char c : text) {
             word += c == '\'' ? std::string("'\\''") : std::string(1, c);
         }

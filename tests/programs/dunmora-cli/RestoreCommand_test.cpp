@@ -227,6 +227,8 @@ TEST(ShellText, ShowsPlainNamesAsTheyAreAndHidesControls)
     EXPECT_EQ(quotedForShell("/tmp/a-b_c.vcf"), "/tmp/a-b_c.vcf");
     EXPECT_EQ(quotedForShell("eds:c0ffee"), "eds:c0ffee");
     EXPECT_EQ(quotedForShell("Grün"), "'Grün'");
+    EXPECT_EQ(quotedForShell("Grün", Charset("ISO-8859-1")), "$'Gr\\xc3\\xbcn'")
+        << "the bytes of the name, whatever the terminal can show";
     EXPECT_EQ(quotedForShell("\x1B[2J"), "$'\\x1b\\x5b2J'");
 }
 
