@@ -2,6 +2,7 @@
 
 #include "adapters/qt/QtApplication.h"
 #include "adapters/qt/QtInterfaceLoader.h"
+#include "adapters/qt/QtNumberFormat.h"
 #include "adapters/qt/QtOpenPanel.h"
 #include "adapters/qt/QtSavePanel.h"
 #include "adapters/qt/QtTextFolding.h"
@@ -40,8 +41,9 @@ struct QtDesktop {
     QtSavePanel savePanel{application.sessions(), bus};
     test::QuietConnectionOpener connectionOpener;
     QtTextFolding textFolding;
-    Desktop desktop{application,      interfaceLoader, openPanel,
-                    connectionOpener, textFolding,     savePanel};
+    QtNumberFormat numberFormat;
+    Desktop desktop{application, interfaceLoader, openPanel,   connectionOpener,
+                    textFolding, savePanel,       numberFormat};
 };
 
 }  // namespace dunmora::bench

@@ -232,8 +232,8 @@ private:
 
     QtDesktop qt_;
     SupervisedApplication supervised_{qt_.application};
-    Desktop desktop_{supervised_,          qt_.interfaceLoader, qt_.openPanel,
-                     qt_.connectionOpener, qt_.textFolding,     qt_.savePanel};
+    Desktop desktop_{supervised_,     qt_.interfaceLoader, qt_.openPanel,   qt_.connectionOpener,
+                     qt_.textFolding, qt_.savePanel,       qt_.numberFormat};
     IniUserDefaults userDefaults_;
     QtAlert alert_{qt_.application};
     QtWorkspace workspace_{qt_.application};

@@ -5,6 +5,7 @@ namespace dunmora {
 class Application;
 class ConnectionOpener;
 class InterfaceLoader;
+class NumberFormat;
 class OpenPanel;
 class SavePanel;
 class TextFolding;
@@ -18,6 +19,7 @@ struct Desktop {
     ConnectionOpener& connectionOpener;
     const TextFolding& textFolding;
     SavePanel& savePanel;
+    const NumberFormat& numberFormat;
 
     /// Sets the ports that the core uses.
     /// Thread: the main thread, before any job runs. `desktop` must outlive its use.

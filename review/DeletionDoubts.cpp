@@ -5,7 +5,6 @@
 #include "review/GroupMarks.h"
 #include "review/GroupWarnings.h"
 #include "review/PersonName.h"
-#include "text/Counted.h"
 #include "text/DisplayText.h"
 
 #include <algorithm>
@@ -16,27 +15,27 @@ namespace {
 
 constexpr std::size_t kMaxNames = 5;
 
-std::string lossText(const DeletionDoubts& doubts)
+std::string lossText(const DeletionDoubts& doubts, NumberText number)
 {
-    return countOfPeople(doubts.lost) + " would be deleted completely";
+    return countOfPeople(doubts.lost, number) + " would be deleted completely";
 }
 
-std::string emptyFieldsText(const DeletionDoubts& doubts)
+std::string emptyFieldsText(const DeletionDoubts& doubts, NumberText number)
 {
     return counted(doubts.sharingOnlyEmptyFields,
                    "person matches only because their fields are empty",
-                   "people match only because their fields are empty");
+                   "people match only because their fields are empty", number);
 }
 
 /// "Ann Lee, Ben Lee and 3 more."
-std::string enumerated(const DeletionDoubts& doubts)
+std::string enumerated(const DeletionDoubts& doubts, NumberText number)
 {
     std::string text;
     for (const auto& name : doubts.lostNames) {
         text += (text.empty() ? "" : ", ") + name;
     }
     if (doubts.lost > doubts.lostNames.size()) {
-        text += " and " + std::to_string(doubts.lost - doubts.lostNames.size()) + " more";
+        text += " and " + number(doubts.lost - doubts.lostNames.size()) + " more";
     }
     return text + ".";
 }
@@ -55,20 +54,20 @@ DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings&
     return doubts;
 }
 
-AlertContent doubtQuestion(const DeletionDoubts& doubts)
+AlertContent doubtQuestion(const DeletionDoubts& doubts, NumberText number)
 {
     AlertContent content{"", "", "Leave Them Out", "Cancel", "Delete Them Too"};
     if (doubts.lost == 0) {
-        content.messageText = emptyFieldsText(doubts);
+        content.messageText = emptyFieldsText(doubts, number);
         content.informativeText = "They may be different people. Leave Them Out unchecks them.";
         return content;
     }
-    content.messageText = lossText(doubts);
-    content.informativeText = enumerated(doubts) + "\n\n";
+    content.messageText = lossText(doubts, number);
+    content.informativeText = enumerated(doubts, number) + "\n\n";
     if (doubts.sharingOnlyEmptyFields == 0) {
         content.informativeText += "Leave Them Out keeps one copy of each person.";
     } else {
-        content.informativeText += emptyFieldsText(doubts) +
+        content.informativeText += emptyFieldsText(doubts, number) +
                                    ".\n\nLeave Them Out keeps one copy of each person and unchecks "
                                    "those who match only because their fields are empty.";
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Alert.h"
+#include "text/Counted.h"
 
 #include <cstddef>
 #include <string>
@@ -31,7 +32,7 @@ DeletionDoubts deletionDoubts(const ContactsParser& engine, const GroupWarnings&
 
 /// The question about these doubts, of which there is at least one. The default button leaves the
 /// people out, the other button deletes them too, and the alternate one cancels.
-AlertContent doubtQuestion(const DeletionDoubts& doubts);
+AlertContent doubtQuestion(const DeletionDoubts& doubts, NumberText number = plainNumber);
 
 /// Unchecks everyone who gives rise to a doubt: the first person of every group that would lose
 /// every copy, everyone in a group that shares only empty fields, and everyone who is checked

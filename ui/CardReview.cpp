@@ -8,6 +8,7 @@
 #include "platform/PlatformError.h"
 #include "review/GroupWarnings.h"
 #include "review/ReviewTexts.h"
+#include "ui/GroupedNumber.h"
 #include "ui/ReviewRows.h"
 
 #include <algorithm>
@@ -87,7 +88,7 @@ void CardReview::update()
     areRowsCurrent_ = true;
     const auto count = reading_.properties.count();
     if (count > 0) {
-        btnOnlyHere_->setTitle(dunmora::uniqueText(count));
+        btnOnlyHere_->setTitle(dunmora::uniqueText(count, groupedNumber));
     }
     btnOnlyHere_->setHidden(count == 0);
     updateDetails();

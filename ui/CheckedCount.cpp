@@ -2,6 +2,7 @@
 
 #include "platform/InterfaceLoader.h"
 #include "platform/TextField.h"
+#include "ui/GroupedNumber.h"
 
 #include <string>
 
@@ -22,7 +23,7 @@ CheckedCount::CheckedCount(Interface& mainInterface)
 
 void CheckedCount::show(std::size_t people)
 {
-    const auto count = std::to_string(people);
+    const auto count = groupedNumber(people);
     txtChecked_->setStringValue(count + " checked");
     txtChecked_->setHidden(false);
     onDelete_->setTitle(people > 0 ? "Delete " + count + " Checked…" : kDeleteNobody);

@@ -3,6 +3,7 @@
 #include "platform/Alert.h"
 #include "platform/Platform.h"
 #include "review/DeletionDoubts.h"
+#include "ui/GroupedNumber.h"
 
 namespace dunmora {
 
@@ -12,7 +13,7 @@ DeletionDecision decideOnDeletion(const ContactsParser& engine, const GroupWarni
     if (!doubts.areAny()) {
         return DeletionDecision::Delete;
     }
-    switch (Platform::current().alert.runModal(doubtQuestion(doubts))) {
+    switch (Platform::current().alert.runModal(doubtQuestion(doubts, groupedNumber))) {
     case Alert::kDefaultButton:
         return DeletionDecision::LeaveOut;
     case Alert::kOtherButton:

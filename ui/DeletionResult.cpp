@@ -4,6 +4,7 @@
 #include "platform/InterfaceLoader.h"
 #include "platform/TextField.h"
 #include "text/Counted.h"
+#include "ui/GroupedNumber.h"
 
 namespace dunmora {
 
@@ -18,12 +19,12 @@ DeletionResult::DeletionResult(Interface& mainInterface)
 
 void DeletionResult::showDeleted(std::size_t people, bool canUndo)
 {
-    show(countOfPeople(people) + " deleted.", canUndo);
+    show(countOfPeople(people, groupedNumber) + " deleted.", canUndo);
 }
 
 void DeletionResult::showRestored(std::size_t people)
 {
-    show(countOfPeople(people) + " restored.", false);
+    show(countOfPeople(people, groupedNumber) + " restored.", false);
 }
 
 void DeletionResult::hide()

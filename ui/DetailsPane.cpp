@@ -4,6 +4,7 @@
 #include "platform/InterfaceLoader.h"
 #include "platform/TextField.h"
 #include "text/DisplayText.h"
+#include "ui/GroupedNumber.h"
 
 #include <algorithm>
 #include <string>
@@ -92,7 +93,7 @@ void DetailsPane::show(std::string_view heading, std::span<const CardLine> lines
     }
     if (lines.size() > kMostLines) {
         DetailsLine more;
-        more.value = std::to_string(lines.size() - kMostLines) + " more";
+        more.value = groupedNumber(lines.size() - kMostLines) + " more";
         more.accessibleText = more.value;
         shown.push_back(std::move(more));
     }

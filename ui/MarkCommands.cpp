@@ -11,6 +11,7 @@
 #include "review/GroupMarks.h"
 #include "review/GroupWarnings.h"
 #include "review/ReviewTexts.h"
+#include "ui/GroupedNumber.h"
 #include "ui/ReviewRows.h"
 
 #include <string_view>
@@ -91,8 +92,8 @@ void MarkCommands::forgetMarks()
 bool MarkCommands::mayLoseMarks() const
 {
     return proposal_.changed() == 0 ||
-           Platform::current().alert.runModal(lostMarksQuestion(proposal_.changed())) ==
-               Alert::kDefaultButton;
+           Platform::current().alert.runModal(
+               lostMarksQuestion(proposal_.changed(), groupedNumber)) == Alert::kDefaultButton;
 }
 
 void MarkCommands::jobsBegan()
@@ -129,7 +130,7 @@ void MarkCommands::run(const std::function<void()>& command)
 {
     result_ = Result();
     command();
-    showResult(markedText(result_->checked, result_->unchecked));
+    showResult(markedText(result_->checked, result_->unchecked, groupedNumber));
     result_.reset();
 }
 
@@ -139,7 +140,7 @@ void MarkCommands::restoreMarks()
     if (kept.count() > 0) {
         const auto restored = kept.restore(ContactsParser::parser(), groups_, cardHash_);
         changed(restored.rows);
-        showResult(keptMarksText(restored.kept, restored.lost));
+        showResult(keptMarksText(restored.kept, restored.lost, groupedNumber));
     }
 }
 

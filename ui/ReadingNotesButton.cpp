@@ -5,6 +5,7 @@
 #include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
 #include "text/Counted.h"
+#include "ui/GroupedNumber.h"
 
 #include <string>
 #include <utility>
@@ -18,11 +19,11 @@ namespace {
 std::string summaryOf(const ReadingNotes& notes)
 {
     if (notes.cardsSkipped > 0) {
-        return counted(notes.cardsSkipped, "card was skipped", "cards were skipped");
+        return counted(notes.cardsSkipped, "card was skipped", "cards were skipped", groupedNumber);
     }
     if (!notes.remarks.empty()) {
         return counted(notes.remarks.size(), "remark about the address book",
-                       "remarks about the address book");
+                       "remarks about the address book", groupedNumber);
     }
     return {};
 }

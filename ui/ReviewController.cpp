@@ -15,6 +15,7 @@
 #include "review/ReviewTexts.h"
 #include "ui/ContactsController.h"
 #include "ui/DeletionGuard.h"
+#include "ui/GroupedNumber.h"
 #include "ui/LookFilter.h"
 #include "ui/ReviewRows.h"
 
@@ -350,7 +351,7 @@ void ReviewController::showWarnings()
 {
     const auto show = [](Button& button, GroupWarning warning, std::size_t people) {
         if (people > 0) {
-            button.setTitle(warningText(warning, people));
+            button.setTitle(warningText(warning, people, groupedNumber));
         }
         button.setHidden(people == 0);
     };

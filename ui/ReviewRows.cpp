@@ -9,6 +9,7 @@
 #include "text/DisplayText.h"
 #include "text/Utf8.h"
 #include "ui/ContactFilter.h"
+#include "ui/GroupedNumber.h"
 #include "ui/NamePrefix.h"
 
 #include <array>
@@ -135,7 +136,7 @@ std::string_view leastText(std::string_view column)
 
 std::string copyText(std::size_t row, RowRange group)
 {
-    return "copy " + std::to_string(row - group.first + 1) + " of " + std::to_string(group.size);
+    return "copy " + groupedNumber(row - group.first + 1) + " of " + groupedNumber(group.size);
 }
 
 std::string accessibleText(const ContactRecord& contact, std::string_view warning,
@@ -171,7 +172,7 @@ std::string accessibleCellText(std::string_view title, std::optional<std::string
 
 std::string countText(std::size_t found, std::size_t all)
 {
-    const auto count = std::to_string(found) + " of " + std::to_string(all) + " match";
+    const auto count = groupedNumber(found) + " of " + groupedNumber(all) + " match";
     return found == 0 && all > 0 ? "No matches: " + count : count;
 }
 

@@ -7,6 +7,7 @@
 #include "adapters/qt/QtApplication.h"
 #include "adapters/qt/QtConnectionOpener.h"
 #include "adapters/qt/QtInterfaceLoader.h"
+#include "adapters/qt/QtNumberFormat.h"
 #include "adapters/qt/QtOpenPanel.h"
 #include "adapters/qt/QtSavePanel.h"
 #include "adapters/qt/QtTextFolding.h"
@@ -113,9 +114,10 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     QtOpenPanel openPanel(application.sessions(), sessionBus);
     QtConnectionOpener connectionOpener;
     const QtTextFolding textFolding;
+    const QtNumberFormat numberFormat;
     QtSavePanel savePanel(application.sessions(), sessionBus);
-    const Desktop desktop{supervised,       interfaceLoader, openPanel,
-                          connectionOpener, textFolding,     savePanel};
+    const Desktop desktop{supervised,  interfaceLoader, openPanel,   connectionOpener,
+                          textFolding, savePanel,       numberFormat};
     Desktop::install(desktop);
 
     const auto preferences = userDefaults();

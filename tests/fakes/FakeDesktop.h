@@ -6,6 +6,7 @@
 #include "tests/fakes/FakeApplication.h"
 #include "tests/fakes/FakeConnections.h"
 #include "tests/fakes/FakeInterface.h"
+#include "tests/fakes/FakeNumberFormat.h"
 #include "tests/fakes/FakeTextFolding.h"
 
 #include <filesystem>
@@ -51,9 +52,11 @@ struct FakeDesktop {
     FakeSavePanel savePanel;
     FakeConnections connections;
     FakeTextFolding textFolding;
+    FakeNumberFormat numberFormat;
     // Destroyed first: it waits for the threads, which use the others.
     FakeApplication application;
-    Desktop desktop{application, interfaceLoader, openPanel, connections, textFolding, savePanel};
+    Desktop desktop{application, interfaceLoader, openPanel,   connections,
+                    textFolding, savePanel,       numberFormat};
 };
 
 }  // namespace dunmora::test

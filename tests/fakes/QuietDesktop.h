@@ -7,6 +7,7 @@
 #include "platform/OpenPanel.h"
 #include "platform/ProgressIndicator.h"
 #include "platform/SavePanel.h"
+#include "tests/fakes/FakeNumberFormat.h"
 #include "tests/fakes/FakeTextFolding.h"
 
 #include <cstddef>
@@ -88,9 +89,10 @@ struct QuietDesktop {
     QuietOpenPanel openPanel;
     QuietConnectionOpener connectionOpener;
     FakeTextFolding textFolding;
+    FakeNumberFormat numberFormat;
     QuietSavePanel savePanel;
-    Desktop desktop{application,      interfaceLoader, openPanel,
-                    connectionOpener, textFolding,     savePanel};
+    Desktop desktop{application, interfaceLoader, openPanel,   connectionOpener,
+                    textFolding, savePanel,       numberFormat};
 };
 
 }  // namespace dunmora::test

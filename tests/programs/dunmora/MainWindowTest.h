@@ -112,7 +112,8 @@ protected:
     SupervisedApplication supervised_{application_};
     Desktop supervisedDesktop_{supervised_,          loader_,
                                desktop_.openPanel,   desktop_.connections,
-                               desktop_.textFolding, desktop_.savePanel};
+                               desktop_.textFolding, desktop_.savePanel,
+                               desktop_.numberFormat};
     std::optional<MainWindow> window_;
     FakeInterface* main_ = nullptr;
 };
