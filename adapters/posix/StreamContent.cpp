@@ -29,7 +29,7 @@ namespace {
 FileBytes readStream(const Descriptor& stream, const std::filesystem::path& name,
                      std::uintmax_t largest)
 {
-    constexpr std::size_t kFirstCapacity = 64 * 1024;
+    constexpr auto kFirstCapacity = std::size_t{1} << 16U;
     std::size_t capacity = kFirstCapacity;
     auto bytes = FileBytes::allocate(capacity);
     std::size_t size = 0;
