@@ -24,6 +24,8 @@ struct DetailsLine {
     std::string picture;
     /// What assistive technology reads of the line.
     std::string accessibleText;
+    /// Whether the title is a heading for the lines below it.
+    bool isHeading = false;
 
     bool operator==(const DetailsLine&) const = default;
 };

@@ -18,6 +18,8 @@ namespace {
 /// In letters of average width. A narrower view has no room for three columns.
 constexpr int kLeastLettersOfColumns = 66;
 constexpr int kTitleLetters = 20;
+/// Likewise, for a view without verdicts.
+constexpr int kLeastLettersOfTwoColumns = 44;
 /// In lines of text.
 constexpr int kPictureLines = 5;
 
@@ -70,6 +72,7 @@ struct DetailsDelegate::Places {
 DetailsDelegate::DetailsDelegate(const QListView& list, const DetailsModel& model)
     : list_(list),
       model_(model),
+      hasVerdicts_(!list.property("withoutVerdicts").toBool()),
       only_(symbolIcon(QStringLiteral("only"))),
       same_(symbolIcon(QStringLiteral("same"))),
       different_(symbolIcon(QStringLiteral("different")))
@@ -96,11 +99,11 @@ void DetailsDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
 
     painter->save();
     painter->setClipRect(option.rect, Qt::IntersectClip);
-    painter->setFont(list_.font());
+    painter->setFont(fontOf(line));
     if (isCurrent) {
         painter->fillRect(option.rect, base);
     }
-    drawText(*painter, places.title.translated(origin), line.title, quiet);
+    drawText(*painter, places.title.translated(origin), line.title, line.isHeading ? ink : quiet);
     drawText(*painter, places.value.translated(origin), line.value,
              line.sign == DetailsLine::Sign::Same ? quiet : ink);
     if (!line.picture.isNull()) {
@@ -122,7 +125,7 @@ QSize DetailsDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
 
 DetailsDelegate::Places DetailsDelegate::placesOf(const DrawnDetails& line, int width) const
 {
-    const auto font = list_.font();
+    const auto font = fontOf(line);
     const auto metrics = list_.fontMetrics();
     const int letter = metrics.averageCharWidth();
     const int lineHeight = metrics.height();
@@ -159,7 +162,10 @@ DetailsDelegate::Places DetailsDelegate::placesOf(const DrawnDetails& line, int 
     };
 
     int bottom = above;
-    if (width < kLeastLettersOfColumns * letter) {
+    if (line.isHeading) {
+        bottom = place(places.title, gap, bottom + lineHeight / 2, right - gap, line.title);
+    } else if (width <
+               (hasVerdicts_ ? kLeastLettersOfColumns : kLeastLettersOfTwoColumns) * letter) {
         bottom = place(places.title, gap, bottom, right - gap, line.title);
         bottom = placeValue(gap, bottom, right - gap);
         if (hasSign || !line.verdict.isEmpty()) {
@@ -167,15 +173,22 @@ DetailsDelegate::Places DetailsDelegate::placesOf(const DrawnDetails& line, int 
         }
         bottom += above;
     } else {
-        const int titleWidth = kTitleLetters * letter;
+        const int titleWidth = hasVerdicts_ ? kTitleLetters * letter : (right - gap) * 3 / 5;
         const int valueLeft = gap + titleWidth + gap;
-        const int valueWidth = (right - valueLeft) * 11 / 20;
+        const int valueWidth = hasVerdicts_ ? (right - valueLeft) * 11 / 20 : right - valueLeft;
         bottom = std::max({place(places.title, gap, above, titleWidth, line.title),
                            placeValue(valueLeft, above, valueWidth),
                            placeVerdict(valueLeft + valueWidth + gap, above)});
     }
     places.height = std::max(bottom, above + lineHeight) + above;
     return places;
+}
+
+QFont DetailsDelegate::fontOf(const DrawnDetails& line) const
+{
+    auto font = list_.font();
+    font.setBold(font.bold() || line.isHeading);
+    return font;
 }
 
 const QIcon& DetailsDelegate::iconOf(DetailsLine::Sign sign) const

@@ -2,6 +2,7 @@
 
 #include "platform/DetailsView.h"
 
+#include <QFont>
 #include <QIcon>
 #include <QListView>
 #include <QStyledItemDelegate>
@@ -12,7 +13,8 @@ class DetailsModel;
 struct DrawnDetails;
 
 /// Draws the lines of a details view: title, value, and the verdict with its sign, side by side or,
-/// in a narrow view, one below the other. What is the same elsewhere is drawn quietly.
+/// in a narrow view, one below the other. What is the same elsewhere is drawn quietly. A heading
+/// takes the whole width.
 ///
 /// Thread: the main thread. Errors: none.
 class DetailsDelegate final : public QStyledItemDelegate {
@@ -32,10 +34,12 @@ private:
 
     /// Where the parts of a line are in a view of this width, from its top left corner.
     Places placesOf(const DrawnDetails& line, int width) const;
+    QFont fontOf(const DrawnDetails& line) const;
     const QIcon& iconOf(DetailsLine::Sign sign) const;
 
     const QListView& list_;
     const DetailsModel& model_;
+    bool hasVerdicts_;
     QIcon only_;
     QIcon same_;
     QIcon different_;

@@ -35,8 +35,8 @@ QString shownValue(std::string_view value)
 
 DrawnDetails drawnDetails(const DetailsLine& line)
 {
-    return {oneLineText(line.title), shownValue(line.value), line.sign, oneLineText(line.verdict),
-            decodedPicture(line.picture)};
+    return {oneLineText(line.title),   shownValue(line.value),       line.sign,
+            oneLineText(line.verdict), decodedPicture(line.picture), line.isHeading};
 }
 
 bool haveSameTitles(const std::vector<DetailsLine>& some, const std::vector<DetailsLine>& others)

@@ -19,6 +19,7 @@ struct DrawnDetails {
     QString verdict;
     /// Null when the line has no picture or it cannot be decoded.
     QImage picture;
+    bool isHeading = false;
 };
 
 /// The lines of a details view as a Qt model.

@@ -78,7 +78,7 @@ void QtDetailsView::selectFirst() const
 void QtDetailsView::copyCurrentValue() const
 {
     const auto current = widget_ == nullptr ? QModelIndex() : widget_->currentIndex();
-    if (current.isValid()) {
+    if (current.isValid() && !model_.drawn(current.row()).isHeading) {
         QGuiApplication::clipboard()->setText(model_.value(current.row()));
     }
 }

@@ -11,7 +11,8 @@
 
 namespace dunmora {
 
-/// A list view that shows a card's details.
+/// A list view that shows a card's details, or titled lines of another kind: its dynamic property
+/// `withoutVerdicts` gives the space of the verdicts to the titles.
 class QtDetailsView final : public QObject, public DetailsView {
 public:
     /// The widget may be destroyed first; then nothing happens.

@@ -151,6 +151,53 @@ TEST(QtDetailsView, PutsTheVerdictBelowTheValueInANarrowView)
     EXPECT_GT(narrow.place(0).height(), 2 * wide.place(0).height());
 }
 
+TEST(QtDetailsView, GivesAHeadingTheWholeWidthAndAnotherLook)
+{
+    DetailsWindow shown;
+    auto heading = line(std::string(60, 'x'), "");
+    const auto ordinary = heading;
+    heading.isHeading = true;
+
+    // The first line may be highlighted.
+    shown.show({line("A", "a"), ordinary, heading});
+
+    const auto left = [&](int row) { return shown.drawn(row).copy(0, 0, 100, 40); };
+    EXPECT_GT(shown.place(1).height(), 2 * shown.place(0).height());
+    EXPECT_LT(shown.place(2).height(), 2 * shown.place(0).height());
+    EXPECT_NE(left(1), left(2));
+}
+
+TEST(QtDetailsView, CopiesNoHeading)
+{
+    auto heading = line("File", "");
+    heading.isHeading = true;
+    DetailsWindow shown;
+    shown.show({heading, line("Reload", "F5")});
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    QFocusEvent focus(QEvent::FocusIn);
+    QApplication::sendEvent(&shown.list, &focus);
+
+    QTest::keyClick(&shown.list, Qt::Key_C, Qt::ControlModifier);
+
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("before"));
+}
+
+TEST(QtDetailsView, GivesTitlesTheSpaceOfTheVerdictsInAViewWithoutThem)
+{
+    const std::vector lines{line("Check or uncheck the selected rows", "Space")};
+    DetailsWindow cards;
+    QListView list;
+    list.setProperty("withoutVerdicts", true);
+    list.resize(900, 300);
+    list.show();
+    QtDetailsView view(list);
+    cards.show(lines);
+    view.setLines(lines);
+    DetailsWindow::settle();
+
+    EXPECT_LT(list.visualRect(list.model()->index(0, 0)).height(), cards.place(0).height());
+}
+
 TEST(QtDetailsView, SignsDifferInMoreThanTheirColour)
 {
     DetailsWindow shown;
