@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
@@ -43,6 +44,18 @@ public:
     virtual void setChecked(bool checked) = 0;
 };
 
+/// Keys of an interface and what they do, as plain UTF-8.
+struct Shortcut {
+    /// The menu or the part of the window that the keys belong to.
+    std::string group;
+    /// The title that the interface file gives the command, or what the keys do.
+    std::string title;
+    /// As the platform writes them: "Ctrl+R, F5".
+    std::string keys;
+
+    bool operator==(const Shortcut&) const = default;
+};
+
 /// The contents of an interface file: a window, outlets with the names of the controllers' fields,
 /// and commands. It owns them all; destroying it closes the window.
 ///
@@ -62,6 +75,10 @@ public:
     virtual DetailsView& detailsView(std::string_view outlet) = 0;
     virtual Menu& menu(std::string_view outlet) = 0;
     virtual Command& command(std::string_view name) = 0;
+
+    /// The shortcuts of the menus' commands, in the menus' order, and then the keys that the parts
+    /// of the window handle themselves. Those of a group follow each other.
+    virtual std::vector<Shortcut> shortcuts() const = 0;
 };
 
 /// Creates interfaces from their files.

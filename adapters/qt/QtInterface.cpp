@@ -1,5 +1,6 @@
 #include "adapters/qt/QtInterface.h"
 
+#include "adapters/qt/InterfaceShortcuts.h"
 #include "adapters/qt/ModalSessions.h"
 #include "adapters/qt/QtButton.h"
 #include "adapters/qt/QtCheckBox.h"
@@ -77,7 +78,10 @@ std::vector<std::filesystem::path> droppedPaths(const QDropEvent& event)
 class QtInterface::Content final : public QObject {
 public:
     Content(std::unique_ptr<QWidget> widget, ModalSessions& sessions)
-        : sessions_(sessions), widget_(std::move(widget)), window(*widget_, closeRequest())
+        : sessions_(sessions),
+          widget_(std::move(widget)),
+          shortcuts(shortcutsIn(*widget_)),
+          window(*widget_, closeRequest())
     {
         findCommands();
         widget_->installEventFilter(this);
@@ -277,6 +281,7 @@ private:
     std::map<const QMenu*, std::unique_ptr<QtMenu>> menus_;
 
 public:
+    const std::vector<Shortcut> shortcuts;
     QtWindow window;
     Outlets<QtView, QWidget> views;
     Outlets<QtButton, QAbstractButton> buttons;
@@ -356,6 +361,11 @@ Menu& QtInterface::menu(std::string_view outlet)
 Command& QtInterface::command(std::string_view name)
 {
     return content_->commandNamed(name);
+}
+
+std::vector<Shortcut> QtInterface::shortcuts() const
+{
+    return content_->shortcuts;
 }
 
 bool QtInterface::hasCommand(std::string_view name) const

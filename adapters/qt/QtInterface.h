@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 class QWidget;
@@ -44,6 +45,7 @@ public:
     DetailsView& detailsView(std::string_view outlet) override;
     Menu& menu(std::string_view outlet) override;
     Command& command(std::string_view name) override;
+    std::vector<Shortcut> shortcuts() const override;
 
     bool hasCommand(std::string_view name) const;
 

@@ -37,7 +37,9 @@ void nameProgramIn(QWidget& window)
 void placeAbove(QWidget& window, const QWidget& below)
 {
     window.ensurePolished();
-    window.adjustSize();
+    if (!window.property("initialColumns").isValid()) {
+        window.adjustSize();
+    }
     // Creates the native window, which the transient parent needs.
     window.winId();
     window.windowHandle()->setTransientParent(below.windowHandle());

@@ -69,7 +69,8 @@ MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
       undoDelete_(*interface_, [this](const Restoration& result) { reloadAfter(result); }),
       systemBooks_(
           *interface_, application_,
-          [this](std::string_view name, const std::filesystem::path& path) { openAs(name, path); })
+          [this](std::string_view name, const std::filesystem::path& path) { openAs(name, path); }),
+      shortcuts_(*interface_)
 {
     auto& window = interface_->window();
     window.setTitle(std::string(kName));
@@ -200,6 +201,7 @@ void MainWindow::connectCommands()
     connect("OnClose", [this] { interface_->window().close(); });
     connect("OnQuit", [this] { application_.terminate(this); });
     connect("OnCheckForUpdate", [this] { delegate_.OnCheckForUpdate(nullptr); });
+    connect("OnShortcuts", [this] { shortcuts_.showWindow(this); });
     connect("OnWebsite", [] { Settings::Website(); });
     connect("OnSupport", [] { Settings::Support(); });
     connect("OnAbout", [this] { showAbout(); });

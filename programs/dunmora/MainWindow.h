@@ -10,6 +10,7 @@
 #include "programs/dunmora/UndoDelete.h"
 #include "ui/ContactsController.h"
 #include "ui/ReviewController.h"
+#include "ui/ShortcutsController.h"
 
 #include <exception>
 #include <filesystem>
@@ -118,6 +119,7 @@ private:
     ReviewController review_;
     UndoDelete undoDelete_;
     SystemBooks systemBooks_;
+    ShortcutsController shortcuts_;
 };
 
 }  // namespace dunmora

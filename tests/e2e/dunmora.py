@@ -49,6 +49,10 @@ def is_update(window):
     return window.name.startswith("Software Update")
 
 
+def is_shortcuts(window):
+    return window.name.startswith("Keyboard Shortcuts")
+
+
 def is_open_panel(window):
     return window.role in ("dialog", "file chooser") and bool(window.find_all("text"))
 

@@ -6,9 +6,10 @@ import re
 
 import windowcase
 from bigbook import big_book
+from desktop import Desktop
 from drop import FileDrag
 from dunmora import (CONFIRMATION, DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK, NO_FIELD, SEVERAL_BOOKS, is_alert,
-                     texts_of)
+                     is_shortcuts, texts_of)
 from dunmoracase import (ANN_1, ANN_2, ANNS, BEN, BOOK, BROKEN, CARL_1, CARL_2, CARLS, DORA_1, DORA_2, JUNK, NOBODY_1,
                          NOBODY_2, DunmoraCase)
 
@@ -590,6 +591,77 @@ class AboutTest(DunmoraCase):
         self.assertRegex(text, r"Qt 6\.\d.*CLI11.*xxHash")
         has_module = pathlib.Path(self.executable).with_name("dunmora-eds.so").exists()
         self.assertEqual("libebook" in text, has_module)
+
+
+class ShortcutsTest(DunmoraCase):
+    LISTED = {"File", "Delete Checked…: Ctrl+Del", "Check Selected: Ctrl+T", "Keyboard Shortcuts: Ctrl+?",
+              "In the table", "Check or uncheck the selected rows: Space", "In the filter",
+              "Close the filter and show all rows: Esc"}
+
+    def lines(self, shortcuts):
+        return [line.name for line in shortcuts.find("list", "Keyboard shortcuts").children]
+
+    def test_are_listed_by_their_own_shortcut_whichever_key_has_the_question_mark(self):
+        dunmora = self.start_searched()
+        for layout in ("us", "de", "fr"):
+            with self.subTest(layout), dunmora.screen.keyboard(layout):
+                dunmora.press(dunmora.main, "ctrl+?")
+                shortcuts = dunmora.wait_for_window(is_shortcuts, "list of shortcuts")
+                self.assertLessEqual(self.LISTED, set(self.lines(shortcuts)))
+
+                dunmora.press(shortcuts, "escape")
+                dunmora.wait_for_main_alone()
+
+    def test_are_read_line_by_line_and_closed_by_keyboard(self):
+        dunmora = self.start_searched()
+        dunmora.choose("Help", "Keyboard Shortcuts")
+        shortcuts = dunmora.wait_for_window(is_shortcuts, "list of shortcuts")
+
+        def selected():
+            lines = shortcuts.find("list", "Keyboard shortcuts").children
+            return [index for index, line in enumerate(lines) if line.has("selected")]
+
+        dunmora.wait_for(lambda: selected() == [0], "first line")
+        dunmora.press(shortcuts, "down")
+        dunmora.wait_for(lambda: selected() == [1], "second line")
+        dunmora.press(shortcuts, "end")
+        dunmora.wait_for(lambda: selected() == [len(self.lines(shortcuts)) - 1], "last line")
+        dunmora.press(shortcuts, "enter")
+        dunmora.wait_for_main_alone()
+
+    def test_stay_open_beside_the_review(self):
+        dunmora = self.start_searched()
+        dunmora.press(dunmora.main, "ctrl+?")
+        shortcuts = dunmora.wait_for_window(is_shortcuts, "list of shortcuts")
+
+        dunmora.x_window(dunmora.main).activate()
+        dunmora.press(dunmora.main, "ctrl+shift+o", "ctrl+a", "ctrl+t")
+        dunmora.wait_for_marks(True, True, True, True)
+        self.assertIn(shortcuts, dunmora.windows)
+
+        dunmora.press(dunmora.main, "ctrl+?")
+        dunmora.press(shortcuts, "escape")
+        dunmora.wait_for_main_alone()
+
+
+class SmallScreenTest(DunmoraCase):
+    """Letters of twice the size on a small screen."""
+
+    @staticmethod
+    def kind_of_desktop():
+        return Desktop(800, 600)
+
+    def test_lists_the_shortcuts_within_the_screen(self):
+        dunmora = self.start(self.book, settings={"QT_SCALE_FACTOR": "2"})
+        dunmora.press(dunmora.dialog, "escape")
+        dunmora.wait_for_main_alone()
+        dunmora.press(dunmora.main, "ctrl+?")
+        shortcuts = dunmora.wait_for_window(is_shortcuts, "list of shortcuts")
+
+        x, y, width, height = dunmora.extents(shortcuts)
+        self.assertTrue(x >= 0 and y >= 0 and x + width <= 800 and y + height <= 600, (x, y, width, height))
+        close = shortcuts.find("push button", "Close")
+        dunmora.wait_for(lambda: close.has("showing"), "close button")
 
 
 class DropTest(DunmoraCase):

@@ -1,5 +1,8 @@
 """The X server as a user sees it: windows, a keyboard, a mouse, and the pixels on the screen."""
 
+import contextlib
+import subprocess
+
 import Xlib.display
 import Xlib.error
 import Xlib.X
@@ -11,6 +14,7 @@ KEYS = {
     "alt": "Alt_L", "ctrl": "Control_L", "shift": "Shift_L", "escape": "Escape", "enter": "Return", "space": "space",
     "tab": "Tab", "up": "Up", "down": "Down", "left": "Left", "right": "Right", "home": "Home", "end": "End",
     "pageup": "Prior", "pagedown": "Next", "backspace": "BackSpace", "delete": "Delete", "f5": "F5", "f9": "F9",
+    "?": "question",
 }
 
 
@@ -151,6 +155,21 @@ class Screen:
         self.display.sync()
 
     # Keyboard and mouse
+
+    @contextlib.contextmanager
+    def keyboard(self, layout):
+        """Gives the keyboard another layout, such as "de"; it is American before and after."""
+        self.set_keyboard(layout)
+        try:
+            yield
+        finally:
+            self.set_keyboard("us")
+
+    def set_keyboard(self, layout):
+        subprocess.run(["setxkbmap", "-display", self.display.get_display_name(), layout], check=True)
+        first, last = self.display.display.info.min_keycode, self.display.display.info.max_keycode
+        self.display.refresh_keyboard_mapping(Xlib.protocol.event.MappingNotify(
+            request=Xlib.X.MappingKeyboard, first_keycode=first, count=last - first + 1))
 
     def key_and_shift(self, keysym):
         for code, index in self.display.keysym_to_keycodes(keysym):

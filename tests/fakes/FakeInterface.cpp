@@ -174,6 +174,11 @@ FakeCommand& FakeInterface::command(std::string_view name)
     return commands_[std::string(name)];
 }
 
+std::vector<Shortcut> FakeInterface::shortcuts() const
+{
+    return fakeShortcuts;
+}
+
 FakeInterfaceLoader::FakeInterfaceLoader() = default;
 FakeInterfaceLoader::~FakeInterfaceLoader() = default;
 

@@ -90,8 +90,10 @@ public:
     FakeDetailsView& detailsView(std::string_view outlet) override;
     FakeMenu& menu(std::string_view outlet) override;
     FakeCommand& command(std::string_view name) override;
+    std::vector<Shortcut> shortcuts() const override;
 
     FakeWindow fakeWindow;
+    std::vector<Shortcut> fakeShortcuts;
 
 private:
     template <typename Control>

@@ -42,6 +42,7 @@ public:
     DetailsView& detailsView(std::string_view outlet) override { missing(outlet); }
     Menu& menu(std::string_view outlet) override { missing(outlet); }
     Command& command(std::string_view name) override { missing(name); }
+    std::vector<Shortcut> shortcuts() const override { return {}; }
 
 private:
     [[noreturn]] static void missing(std::string_view name)

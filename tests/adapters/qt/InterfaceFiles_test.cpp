@@ -16,6 +16,7 @@
 #include <QScreen>
 #include <QToolButton>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -238,7 +239,7 @@ TEST_P(InterfaceFilesTest, LetsEveryCommandBeReachedByKeyboard)
 
 INSTANTIATE_TEST_SUITE_P(All, InterfaceFilesTest,
                          testing::Values("FilterWindow", "MainWindow", "ProgressWindow",
-                                         "UpdateWindow"));
+                                         "ShortcutsWindow", "UpdateWindow"));
 
 /// Keys with a meaning of their own in text fields, input methods, dialogs or desktops, on any
 /// platform.
@@ -280,6 +281,44 @@ TEST_F(MainWindowTest, GivesTheCommandsOfAReviewShortcuts)
                                    "OnKeepOnly", "OnKeepAll", "OnDelete", "OnFilter"}) {
         EXPECT_FALSE(widgetIn<QAction>(window, name).shortcut().isEmpty()) << name;
     }
+}
+
+TEST_F(MainWindowTest, ListsItsShortcutsInTheOrderOfTheMenusAndThenTheKeysOfItsParts)
+{
+    const auto interface = load("MainWindow");
+    interface->command("OnDelete").setTitle("Delete 3 Checked…");
+    interface->window().show();
+    const auto& window = shownWindow(QStringLiteral("MainWindow"));
+
+    const auto shortcuts = interface->shortcuts();
+
+    std::vector<std::string> groups;
+    std::map<std::string, std::string> keys;
+    for (const auto& shortcut : shortcuts) {
+        if (groups.empty() || groups.back() != shortcut.group) {
+            groups.push_back(shortcut.group);
+        }
+        EXPECT_TRUE(keys.emplace(shortcut.group + " > " + shortcut.title, shortcut.keys).second);
+        EXPECT_FALSE(shortcut.title.empty());
+        EXPECT_FALSE(shortcut.keys.empty()) << shortcut.title;
+    }
+    EXPECT_EQ(groups,
+              (std::vector<std::string>{"File", "Edit", "View", "Group", "Help", "In the window",
+                                        "In the table", "In the filter", "In the details"}));
+    EXPECT_EQ(keys["File > Delete Checked…"], "Ctrl+Del");
+    EXPECT_EQ(keys["Help > Keyboard Shortcuts"], "Ctrl+?");
+    EXPECT_EQ(keys["In the table > Check or uncheck the selected rows"], "Space");
+    EXPECT_EQ(keys["In the table > Go to the person whose name begins with them"], "Letters");
+    EXPECT_EQ(keys["In the table > Go to the first or the last row"], "Home, End");
+    // No shortcut is omitted.
+    std::ptrdiff_t commands = 0;
+    for (const auto* const action :
+         window.findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly)) {
+        commands += action->shortcuts().isEmpty() ? 0 : 1;
+    }
+    EXPECT_EQ(commands, std::count_if(shortcuts.begin(), shortcuts.end(), [](const auto& shortcut) {
+                  return !shortcut.group.starts_with("In the");
+              }));
 }
 
 TEST_F(MainWindowTest, GivesTheTableThePlaceOfTheEmptyView)
@@ -361,6 +400,21 @@ TEST_F(MainWindowTest, CopiesFromTheWidgetWithTheFocus)
     copy.trigger();
     EXPECT_EQ(copied(), QStringLiteral("lee")) << "a button has nothing to copy";
     table.setDataSource(nullptr, nullptr);
+}
+
+using ShortcutsWindowTest = QtTest;
+
+TEST_F(ShortcutsWindowTest, KeepsItsInitialSizeAboveTheMainWindow)
+{
+    const auto main = load("MainWindow");
+    main->window().show();
+    const auto interface = load("ShortcutsWindow");
+
+    interface->window().show();
+
+    const auto& window = shownWindow(QStringLiteral("ShortcutsWindow"));
+    EXPECT_EQ(window.height(),
+              window.property("initialLines").toInt() * window.fontMetrics().lineSpacing());
 }
 
 class UpdateWindowTest : public QtTest {

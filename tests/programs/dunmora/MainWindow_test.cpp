@@ -523,6 +523,17 @@ TEST_F(MainWindowTest, OpensTheWebsiteAndTheSupportAddress)
     EXPECT_TRUE(platform_.workspace.opened[1].starts_with("mailto:"));
 }
 
+TEST_F(MainWindowTest, ListsItsShortcutsFromTheMenu)
+{
+    makeWindow();
+    main_->fakeShortcuts = {{"File", "Reload", "F5"}};
+
+    main_->command("OnShortcuts").use();
+
+    EXPECT_TRUE(loader_.last->fakeWindow.isVisible);
+    EXPECT_EQ(loader_.last->detailsView("lstShortcuts").lines.size(), 2U);
+}
+
 TEST_F(MainWindowTest, ChecksForUpdatesAtLaunchAndFromTheMenu)
 {
     makeWindow();
