@@ -90,7 +90,6 @@ void ReviewController::jobsBegan(std::string_view name)
 {
     areJobsRunning_ = true;
     lastJob_ = LastJob::None;
-    emptyPage_.setReason({});
     if (name != kThreadLoadContacts) {
         // A load may follow, even if the job fails.
         marks_.keepMarks();
@@ -113,7 +112,10 @@ void ReviewController::jobsBegan(std::string_view name)
 void ReviewController::jobFailed(std::string_view name, std::string_view reason)
 {
     notes_.setNotes({});
-    emptyPage_.setReason(reason);
+    // Why none is open stays true.
+    if (isBookOpen_) {
+        emptyPage_.setReason(reason);
+    }
     // The reason is shown once all jobs have ended: a load follows a failed deletion.
     emptyPage_.show(Emptiness::Working);
     if (name == kThreadLoadContacts) {

@@ -140,6 +140,12 @@ TEST_F(MainWindowTest, ShowsOnThePageWhyNoBookIsOpenedByDefault)
     EXPECT_EQ(emptiness(), "No address book is open");
     EXPECT_TRUE(hint().starts_with("This desktop has no address books.\nOpen a vCard file"));
     EXPECT_EQ(title(), "Dunmora");
+
+    // The alert says only that no book is open.
+    main_->command("OnReload").use();
+    application_.runUntilIdle();
+    EXPECT_EQ(failures().size(), 1U);
+    EXPECT_TRUE(hint().starts_with("This desktop has no address books.\nOpen a vCard file"));
 }
 
 TEST_F(MainWindowTest, ReadsTheDefaultBookAtTheFirstActivation)
