@@ -199,7 +199,13 @@ void VCardBook::noteForeignFile(const CardFile& file, std::span<const Deletion> 
     }
     const auto description = describeForeign(file.bytes());
     if (!isFolder_) {
-        throw PlatformError(name + " is " + description + ". Export as vCard (.vcf).");
+        auto message = name + " is " + description + ". Export as vCard (.vcf).";
+        // Nobody asks for the remarks of a book that is refused, and people may be in what an
+        // interrupted deletion has left.
+        for (const auto& remark : notes_.remarks) {
+            appendSentences(message, remark);
+        }
+        throw PlatformError(message);
     }
     notes_.remarks.push_back(name + " was skipped: it is " + description + ".");
 }

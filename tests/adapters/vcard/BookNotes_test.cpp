@@ -379,5 +379,17 @@ TEST_F(InterruptedDeletionTest, IsReportedWithAMissingFile)
               about(file(), "does not exist. ") + sentence(file()));
 }
 
+TEST_F(InterruptedDeletionTest, IsReportedWithAFileThatIsRefused)
+{
+    const TemporaryFolder elsewhere;
+    const auto target = elsewhere.path() / "real.vcf";
+    write(target, "Hello");
+    leftover(target);
+    std::filesystem::create_symlink(target, file());
+
+    EXPECT_EQ(failureOf([&] { notesOf(file()); }),
+              about(file(), "is not a vCard file. Export as vCard (.vcf). ") + sentence(target));
+}
+
 }  // namespace
 }  // namespace dunmora::test
