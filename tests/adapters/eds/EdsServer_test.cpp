@@ -418,6 +418,7 @@ TEST_F(EdsServerTest, DoesNotCountQueuedAdditionsAsDone)
         server_.awaitHeldChange();
         std::atomic<bool> isDone = false;
         std::thread loss([&] { OtherClient::keepLosingServer(uid_, isDone); });
+        OtherClient::awaitLoss(uid_);
         server_.letGo();
         addition.join();
         isDone = true;
