@@ -21,7 +21,7 @@ CONFIRMATION = (
     "The checked contacts will be deleted from Address Book. \nDo you really want to continue?",
 )
 # The button of the command, whose title has the number of people checked.
-DELETE = r"Delete( \d+)? Checked…?"
+DELETE = r"Delete( [\d,]+)? Checked…?"
 NOTHING_CHECKED = "No contact checked to be deleted!"
 NO_BOOK = ("No address book is open. Choose File > Open… to open a vCard file, "
            "or File > Open Folder… to open a folder of them.")
