@@ -1,5 +1,7 @@
 #include "adapters/qt/FooterLayout.h"
 
+#include "adapters/qt/NoticeButton.h"
+
 #include <QAbstractButton>
 #include <QFontMetrics>
 #include <QStyle>
@@ -25,12 +27,15 @@ bool takesTheRest(const QLayoutItem& item)
     return item.widget()->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored;
 }
 
-/// The width of the whole text. A label that takes the rest always wants the same: the lines must
-/// not change whenever its text does.
+/// A label that takes the rest always wants the same: the lines must not change whenever its text
+/// does.
 int wantedWidth(const QLayoutItem& item)
 {
-    return takesTheRest(item) ? item.widget()->fontMetrics().averageCharWidth() * kLettersOfTheRest
-                              : item.sizeHint().width();
+    if (takesTheRest(item)) {
+        return item.widget()->fontMetrics().averageCharWidth() * kLettersOfTheRest;
+    }
+    const auto* const notice = dynamic_cast<const NoticeButton*>(item.widget());
+    return notice == nullptr ? item.sizeHint().width() : notice->leastSentenceWidth();
 }
 
 /// A label may lose its whole text.
@@ -166,12 +171,19 @@ void FooterLayout::placeLine(const Items& line, const QRect& place) const
     std::transform(line.begin(), line.end(), widths.begin(),
                    [](const auto* item) { return wantedWidth(*item); });
     int spare = place.width() - widthOf(line);
+    for (std::size_t i = 0; i < line.size() && spare > 0; ++i) {
+        if (!takesTheRest(*line[i])) {
+            const int gained = std::min(spare, line[i]->sizeHint().width() - widths[i]);
+            widths[i] += gained;
+            spare -= gained;
+        }
+    }
     for (auto i = line.size(); i-- > 0;) {
         if (spare > 0 && takesTheRest(*line[i])) {
             widths[i] += spare;
             spare = 0;
         } else if (spare < 0) {
-            // A button shows either its whole title or its shortest one.
+            // A button shows either enough of its title or its shortest one.
             const int gained =
                 isButton(*line[i]) ? widths[i] - leastWidth(*line[i]) : std::min(widths[i], -spare);
             widths[i] -= gained;

@@ -8,8 +8,8 @@
 namespace dunmora {
 
 /// One line of labels followed by buttons. In a narrow window the buttons get a line of their own.
-/// Where even that is too short, they shrink to their minimum widths, the last one first, and then
-/// the labels do.
+/// Long notices are cut. Where even that is too wide, the buttons shrink to their minimum widths,
+/// the last one first, and then the labels do.
 ///
 /// Thread: the main thread. Errors: none.
 class FooterLayout final : public QLayout {

@@ -8,25 +8,33 @@
 #include <QStylePainter>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace dunmora {
+
+namespace {
+
+/// Fewer letters of a sentence that is cut say less than its number. The sentences that count
+/// something are shorter.
+constexpr int kLeastLetters = 40;
+
+}  // namespace
 
 QSize NoticeButton::minimumSizeHint() const
 {
-    const auto metrics = fontMetrics();
-    auto size = sizeHint();
-    size.rwidth() += metrics.size(Qt::TextShowMnemonic, number()).width() -
-                     metrics.size(Qt::TextShowMnemonic, text()).width();
-    return size;
+    return {frameWidth() + fontMetrics().size(Qt::TextShowMnemonic, number()).width(),
+            sizeHint().height()};
 }
 
-bool NoticeButton::showsSentence() const
+int NoticeButton::leastSentenceWidth() const
 {
-    return width() >= sizeHint().width();
+    return std::min(sizeHint().width(),
+                    frameWidth() + kLeastLetters * fontMetrics().averageCharWidth());
 }
 
 bool NoticeButton::event(QEvent* event)
 {
-    if (event->type() == QEvent::ToolTip && !showsSentence()) {
+    if (event->type() == QEvent::ToolTip && width() < sizeHint().width()) {
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
                            toolTipText({withoutMarks(text()), toolTip()}), this);
         return true;
@@ -38,9 +46,10 @@ void NoticeButton::paintEvent(QPaintEvent* /*event*/)
 {
     QStyleOptionToolButton option;
     initStyleOption(&option);
-    if (!showsSentence()) {
-        option.text = number();
-    }
+    option.text = showsSentence()
+                      ? fontMetrics().elidedText(text(), Qt::ElideRight, width() - frameWidth(),
+                                                 Qt::TextShowMnemonic)
+                      : number();
     QStylePainter(this).drawComplexControl(QStyle::CC_ToolButton, option);
 }
 
@@ -49,6 +58,11 @@ QString NoticeButton::number() const
     const auto sentence = text();
     const bool hasNumber = !sentence.isEmpty() && sentence.front().isDigit();
     return hasNumber ? sentence.section(QLatin1Char(' '), 0, 0) : QString();
+}
+
+int NoticeButton::frameWidth() const
+{
+    return sizeHint().width() - fontMetrics().size(Qt::TextShowMnemonic, text()).width();
 }
 
 }  // namespace dunmora

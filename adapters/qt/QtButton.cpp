@@ -6,10 +6,7 @@
 
 namespace dunmora {
 
-QtButton::QtButton(QAbstractButton& widget)
-    : widget_(widget), announcement_(widget), toolTip_(widget)
-{
-}
+QtButton::QtButton(QAbstractButton& widget) : widget_(widget), announcement_(widget) {}
 
 void QtButton::setTitle(const std::string& title)
 {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "adapters/qt/AppearanceAnnouncement.h"
-#include "adapters/qt/WholeTextToolTip.h"
 #include "platform/Button.h"
 
 class QAbstractButton;
@@ -20,7 +19,6 @@ public:
 private:
     QAbstractButton& widget_;
     AppearanceAnnouncement announcement_;
-    WholeTextToolTip toolTip_;
 };
 
 }  // namespace dunmora

@@ -73,8 +73,8 @@ class AccessTest(DunmoraCase):
 
         self.assertEqual(reached, ["Duplicates", "Details", "1 person would lose every copy",
                                    "2 people share only empty fields", "3 copies hold something unique",
-                                   "1 card was skipped"])
-
+                                   f"1 card in “{self.book}” (line 27) was skipped because it breaks off or has no "
+                                   "properties. It stays in the file unchanged."])
 
     def test_reads_the_details_of_a_person_by_keyboard(self):
         dunmora = self.start_searched()

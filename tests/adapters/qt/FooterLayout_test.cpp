@@ -80,6 +80,27 @@ TEST_F(FooterLayoutTest, ShortensTheLastButtonFirst)
     EXPECT_EQ(skipped.width(), skipped.minimumSizeHint().width());
 }
 
+TEST_F(FooterLayoutTest, CutsALongSentenceAndGivesItTheSpareWidth)
+{
+    skipped.setText(QStringLiteral(
+        "1 card in a file was skipped because it breaks off. It stays in the file."));
+    layout->invalidate();
+    const int shortest =
+        losses.sizeHint().width() + layout->spacing() + skipped.leastSentenceWidth();
+
+    setWidth(shortest + 10);
+    EXPECT_TRUE(losses.showsSentence());
+    EXPECT_TRUE(skipped.showsSentence());
+    EXPECT_EQ(skipped.width(), skipped.leastSentenceWidth() + 10);
+
+    setWidth(shortest - 1);
+    EXPECT_TRUE(losses.showsSentence());
+    EXPECT_EQ(skipped.width(), skipped.minimumSizeHint().width());
+
+    setWidth(wholeWidth());
+    EXPECT_EQ(skipped.y(), total.y());
+}
+
 TEST_F(FooterLayoutTest, CutsTheLabelsLast)
 {
     setWidth(layout->minimumSize().width());

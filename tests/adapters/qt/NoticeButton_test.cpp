@@ -58,6 +58,24 @@ TEST_F(NoticeButtonTest, ShowsOnlyItsSignWhenItsSentenceHasNoNumber)
     EXPECT_EQ(notice.minimumSizeHint().width(), notice.sizeHint().width() - text.width());
 }
 
+TEST_F(NoticeButtonTest, CutsALongSentence)
+{
+    notice.setText(QStringLiteral("1 card in a file was skipped because it breaks off there"));
+    const int least = notice.leastSentenceWidth();
+    EXPECT_LT(least, notice.sizeHint().width());
+    notice.resize(least, notice.height());
+    const auto cut = notice.grab().toImage();
+    count.setText(notice.fontMetrics().elidedText(
+        notice.text(), Qt::ElideRight,
+        least - (count.sizeHint().width() -
+                 count.fontMetrics().size(Qt::TextShowMnemonic, count.text()).width())));
+    count.resize(notice.size());
+
+    EXPECT_TRUE(notice.showsSentence());
+    EXPECT_EQ(cut, count.grab().toImage());
+    EXPECT_TRUE(toolTip().contains(notice.text()));
+}
+
 TEST_F(NoticeButtonTest, KeepsItsSentenceAsToolTipAndAccessibleName)
 {
     notice.setToolTip(QStringLiteral("Show them"));
