@@ -1,5 +1,7 @@
 #include "adapters/qt/InterfaceShortcuts.h"
 
+#include "adapters/qt/QtText.h"
+
 #include <QAction>
 #include <QKeySequence>
 #include <QMenu>
@@ -11,11 +13,6 @@
 namespace dunmora {
 
 namespace {
-
-QString withoutMarks(QString title)
-{
-    return title.remove(QLatin1Char('&'));
-}
 
 /// As the platform writes them. Platforms add keys of old keyboards after the first two.
 QString textOf(const QList<QKeySequence>& keys)
