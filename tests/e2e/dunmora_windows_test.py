@@ -6,7 +6,6 @@ import re
 
 import windowcase
 from bigbook import big_book
-from desktop import Desktop
 from drop import FileDrag
 from dunmora import (CONFIRMATION, DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK, NO_FIELD, SEVERAL_BOOKS, is_alert,
                      is_shortcuts, texts_of)
@@ -642,26 +641,6 @@ class ShortcutsTest(DunmoraCase):
         dunmora.press(dunmora.main, "ctrl+?")
         dunmora.press(shortcuts, "escape")
         dunmora.wait_for_main_alone()
-
-
-class SmallScreenTest(DunmoraCase):
-    """Letters of twice the size on a small screen."""
-
-    @staticmethod
-    def kind_of_desktop():
-        return Desktop(800, 600)
-
-    def test_lists_the_shortcuts_within_the_screen(self):
-        dunmora = self.start(self.book, settings={"QT_SCALE_FACTOR": "2"})
-        dunmora.press(dunmora.dialog, "escape")
-        dunmora.wait_for_main_alone()
-        dunmora.press(dunmora.main, "ctrl+?")
-        shortcuts = dunmora.wait_for_window(is_shortcuts, "list of shortcuts")
-
-        x, y, width, height = dunmora.extents(shortcuts)
-        self.assertTrue(x >= 0 and y >= 0 and x + width <= 800 and y + height <= 600, (x, y, width, height))
-        close = shortcuts.find("push button", "Close")
-        dunmora.wait_for(lambda: close.has("showing"), "close button")
 
 
 class DropTest(DunmoraCase):

@@ -1,13 +1,11 @@
 #!/usr/bin/python3
 """Checks that windows with large letters fit on a small screen: sizes_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
-import functools
-
 import windowcase
 from bigbook import big_book
 from cards import card
 from desktop import Desktop
-from dunmora import DEFAULT_FIELDS, NO_FIELD, Dunmora, is_alert, is_update
+from dunmora import DEFAULT_FIELDS, NO_FIELD, is_alert, is_shortcuts, is_update
 from dunmoracase import BOOK, BROKEN, NOBODY_1, NOBODY_2, DunmoraCase
 
 WIDTH, HEIGHT = 800, 600
@@ -30,8 +28,7 @@ class SizesTest(DunmoraCase):
     scale = 2
 
     def start(self, *arguments):
-        kind = functools.partial(Dunmora, settings={"QT_SCALE_FACTOR": str(self.scale)})
-        return windowcase.WindowCase.start(self, *arguments, kind=kind)
+        return super().start(*arguments, settings={"QT_SCALE_FACTOR": str(self.scale)})
 
     def assert_fits(self, dunmora, fits, what):
         """Waits for the window and checks that its frame is on the screen and its title names the program."""
@@ -113,6 +110,10 @@ class SizesTest(DunmoraCase):
         self.close(dunmora, self.assert_fits(dunmora, is_alert, "alert"))
         dunmora.press(main, "alt+h", "c")
         self.close(dunmora, self.assert_fits(dunmora, is_update, "update window"))
+        dunmora.press(main, "ctrl+?")
+        shortcuts = self.assert_fits(dunmora, is_shortcuts, "list of shortcuts")
+        dunmora.wait_for(lambda: shortcuts.find("push button", "Close").has("showing"), "close button")
+        self.close(dunmora, shortcuts)
         dunmora.press(main, "ctrl+o")
         panel = dunmora.open_panel
         self.close(dunmora, self.assert_fits(dunmora, lambda window: window == panel, "open panel"))
