@@ -51,8 +51,8 @@ public:
     PortalFileDialog(ModalSessions& sessions, QDBusConnection bus);
 
     /// Shows the dialog once and handles events until it ends. The user's input to this program is
-    /// blocked; a click on the main window offers to give the dialog up. A reply that does not name
-    /// one local file or folder is reported to the user and counts as cancelled.
+    /// blocked; a click or Escape in the main window offers to give the dialog up. A reply that
+    /// does not name one local file or folder is reported to the user and counts as cancelled.
     Result runModal(const Question& question);
 
 private:
