@@ -120,6 +120,7 @@ TEST_F(BookNotesTest, ReportAFileWhosePeopleHaveBeenDeleted)
     book.readPeople();
     ask(book, {"a", "b"});
     book.save();
+    removeMark(file());
 
     EXPECT_EQ(uidsOf(book.readPeople()), Uids());
     EXPECT_EQ(book.notes().remarks, Remarks{about(file(), "contains no vCards.")});

@@ -1,6 +1,7 @@
 #include "tests/adapters/vcard/BookTest.h"
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 #include <algorithm>
 #include <utility>
@@ -75,6 +76,12 @@ void removeFrom(const std::filesystem::path& book, const std::vector<std::string
     VCardAddressBook reader(book);
     ask(reader, uids);
     reader.save();
+}
+
+void removeMark(const std::filesystem::path& file)
+{
+    // It has none where the file system keeps no attributes.
+    static_cast<void>(removexattr(file.c_str(), "user.dunmora.remainder"));
 }
 
 void writeLater(const std::filesystem::path& path, std::string_view content)

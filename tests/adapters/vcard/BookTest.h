@@ -33,6 +33,10 @@ void ask(AddressBook& book, const std::vector<std::string>& uids);
 /// Removes these people through a new `VCardAddressBook`.
 void removeFrom(const std::filesystem::path& book, const std::vector<std::string>& uids);
 
+/// Removes the attribute by which a later run recognizes what a deletion has left, so that only the
+/// book that made the deletion knows it.
+void removeMark(const std::filesystem::path& file);
+
 /// Differs after any change of the file: its inode, size and times.
 std::string traceOf(const std::filesystem::path& path);
 

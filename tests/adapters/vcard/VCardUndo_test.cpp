@@ -722,6 +722,7 @@ TEST_F(VCardRestoreTest, AddsPeopleWhereTheBookHasDeletedAll)
     book.readPeople();
     ask(book, {"a"});
     book.save();
+    removeMark(file());
 
     EXPECT_EQ(book.restore(card("a"), Mode::Write).restored, 1U);
     EXPECT_EQ(contentOf(file()), "text\r\n" + card("a"));
