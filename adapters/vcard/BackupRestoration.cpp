@@ -25,7 +25,6 @@
 #include <list>
 #include <memory>
 #include <set>
-#include <span>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -68,11 +67,11 @@ void append(Restoration& result, Restoration&& more)
 }
 
 void restoreToFile(const std::filesystem::path& path, std::uintmax_t largest,
-                   std::span<const Deletion> deletions, AddedCards& cards, CardRestorer::Mode mode,
+                   const Remainders& remainders, AddedCards& cards, CardRestorer::Mode mode,
                    Restoration& result)
 {
     const CardFile file(path, readFile(path, largest).bytes);
-    checkTakesCards(file, deletions);
+    checkTakesCards(file, remainders);
     cards.compareWith(file);
     const auto appendix = appendixTo(file, cards, cardsToAdd(cards, result));
     for (const auto* const card : appendix.unsuitable) {
@@ -179,7 +178,7 @@ void noteWhatIsNotRestored(const AddedCards& cards, Restoration& result)
 }
 
 Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t largest,
-                          std::span<const Deletion> deletions, std::string_view backup,
+                          const Remainders& remainders, std::string_view backup,
                           CardRestorer::Mode mode)
 {
     const auto file = cardFileOf("backup", backup);
@@ -200,7 +199,7 @@ Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t larg
     if (is_directory(status)) {
         restoreToFolder(book, largest, cards, mode, result);
     } else {
-        restoreToFile(book, largest, deletions, cards, mode, result);
+        restoreToFile(book, largest, remainders, cards, mode, result);
     }
     return result;
 }

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <span>
 #include <string_view>
 
 namespace dunmora {
@@ -18,10 +17,10 @@ void noteWhatIsNotRestored(const AddedCards& cards, Restoration& result);
 
 /// Implements `CardRestorer::restore` for a file, at its end, and for a folder, as one new file for
 /// each card. Books and backups of more than `largest` bytes are refused, and so is a file without
-/// cards, unless one of the `deletions` made since the book was opened has left it like that.
+/// cards, unless it is one of the `remainders` of deletions made since the book was opened.
 /// Thread: any; blocks on the disk. Errors: PlatformError when nothing was changed.
 Restoration restoreBackup(const std::filesystem::path& book, std::uintmax_t largest,
-                          std::span<const Deletion> deletions, std::string_view backup,
+                          const Remainders& remainders, std::string_view backup,
                           CardRestorer::Mode mode);
 
 }  // namespace dunmora

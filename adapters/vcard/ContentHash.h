@@ -2,6 +2,7 @@
 
 #include "adapters/posix/Pieces.h"
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 
@@ -13,7 +14,7 @@ struct ContentHash {
     std::uint64_t high = 0;
     std::uint64_t low = 0;
 
-    bool operator==(const ContentHash&) const = default;
+    auto operator<=>(const ContentHash&) const = default;
 };
 
 /// The hash of the joined pieces. Thread: any. Errors: std::bad_alloc.

@@ -6,7 +6,6 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -72,18 +71,23 @@ FileAttribute remainderMark(const Pieces& content)
                                 std::to_string(hash.low)};
 }
 
-bool isRemainder(const CardFile& file, std::span<const Deletion> deletions)
+Remainders remaindersOf(std::span<const Deletion> deletions)
+{
+    Remainders remainders;
+    for (const auto& deletion : deletions) {
+        for (const auto& removed : deletion.files) {
+            if (!removed.isWholeFile) {
+                remainders.insert(removed.after);
+            }
+        }
+    }
+    return remainders;
+}
+
+bool isRemainder(const CardFile& file, const Remainders& ofThisRun)
 {
     const Pieces content = {file.bytes()};
-    const auto hash = contentHash(content);
-    const bool isOfThisRun =
-        std::any_of(deletions.begin(), deletions.end(), [&](const Deletion& deletion) {
-            return std::any_of(deletion.files.begin(), deletion.files.end(),
-                               [&](const RemovedFile& removed) {
-                                   return !removed.isWholeFile && removed.after == hash;
-                               });
-        });
-    if (isOfThisRun) {
+    if (ofThisRun.contains(contentHash(content))) {
         return true;
     }
     const auto opened = openFile(file.names().front(), O_RDONLY | O_NONBLOCK);

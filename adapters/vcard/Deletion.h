@@ -10,7 +10,7 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -59,9 +59,15 @@ struct Deletion {
 /// this very content is what remained. Thread: any. Errors: std::bad_alloc.
 FileAttribute remainderMark(const Pieces& content);
 
-/// Whether the file is as a deletion has left it: one of these, or one of an earlier run, where the
-/// file system keeps attributes. Thread: any; blocks on the disk. Errors: std::bad_alloc.
-bool isRemainder(const CardFile& file, std::span<const Deletion> deletions);
+/// What deletions have left of the files that they changed.
+using Remainders = std::set<ContentHash>;
+
+/// Thread: any. Errors: std::bad_alloc.
+Remainders remaindersOf(std::span<const Deletion> deletions);
+
+/// Whether the file is as a deletion has left it: one of this run, or one of an earlier run, where
+/// the file system keeps attributes. Thread: any; blocks on the disk. Errors: std::bad_alloc.
+bool isRemainder(const CardFile& file, const Remainders& ofThisRun);
 
 /// Notes what will be removed from a file when the ranges in `removed` are cut out of it, besides
 /// those that are cut out already. `locked` is the same file.

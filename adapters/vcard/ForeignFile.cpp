@@ -181,9 +181,9 @@ bool isForeign(const Pieces& content)
     return isForeign(cardFileOf({}, bytes));
 }
 
-void checkTakesCards(const CardFile& file, std::span<const Deletion> deletions)
+void checkTakesCards(const CardFile& file, const Remainders& remainders)
 {
-    if (isForeign(file) && !isRemainder(file, deletions)) {
+    if (isForeign(file) && !isRemainder(file, remainders)) {
         throw PlatformError(quotedPath(file.names().front()) + " was not changed: it is " +
                             describeForeign(file.bytes()) + ".");
     }

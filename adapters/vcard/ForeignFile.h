@@ -5,7 +5,6 @@
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/Deletion.h"
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,10 +20,10 @@ bool isForeign(const CardFile& file, const CardReader::Cards& cards);
 bool isForeign(const CardFile& file);
 bool isForeign(const Pieces& content);
 
-/// Refuses to add cards to a foreign file, unless it is one because a deletion, perhaps one of
-/// these, has left it like that.
+/// Refuses to add cards to a foreign file, unless a deletion has left it like that: one of these
+/// `remainders`, or one of an earlier run.
 /// Thread: any; blocks on the disk. Errors: PlatformError when it is refused.
-void checkTakesCards(const CardFile& file, std::span<const Deletion> deletions);
+void checkTakesCards(const CardFile& file, const Remainders& remainders);
 
 /// What a foreign file is, by its content: "a CSV file, not a vCard file", the same for LDIF and
 /// zip, and "not a vCard file" for anything else.

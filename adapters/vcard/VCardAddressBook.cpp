@@ -21,7 +21,7 @@ std::span<const Person> VCardAddressBook::readPeople()
     // Frees the old book first, because two large ones may not fit in memory.
     book_.reset();
     isStale_ = false;
-    book_ = std::make_unique<VCardBook>(path_, largest_, deletions_);
+    book_ = std::make_unique<VCardBook>(path_, largest_, remaindersOf(deletions_));
     return book_->people();
 }
 
@@ -86,7 +86,7 @@ Restoration VCardAddressBook::restoreLast()
 
 Restoration VCardAddressBook::restore(std::string_view backup, Mode mode)
 {
-    auto result = restoreBackup(path_, largest_, deletions_, backup, mode);
+    auto result = restoreBackup(path_, largest_, remaindersOf(deletions_), backup, mode);
     isStale_ = isStale_ || result.restored > 0;
     return result;
 }

@@ -52,7 +52,7 @@ std::string withInterruptedDeletions(std::string message, const std::filesystem:
 }  // namespace
 
 VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
-                     std::span<const Deletion> deletions)
+                     const Remainders& remainders)
 {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
@@ -76,7 +76,7 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
     // The people refer to these, so the list must not grow while they are read.
     sources_.reserve(files_.size());
     for (std::size_t i = 0; i < files_.size(); ++i) {
-        readCards(i, deletions);
+        readCards(i, remainders);
         if (auto remark = hardLinkRemark(files_[i].names(), links_[i]); !remark.empty()) {
             notes_.remarks.push_back(std::move(remark));
         }
@@ -128,7 +128,7 @@ void VCardBook::readFileAt(const std::filesystem::path& path, std::uintmax_t lar
     }
 }
 
-void VCardBook::readCards(std::size_t fileIndex, std::span<const Deletion> deletions)
+void VCardBook::readCards(std::size_t fileIndex, const Remainders& remainders)
 {
     const auto& file = files_[fileIndex];
     const auto& path = file.names().front();
@@ -156,7 +156,7 @@ void VCardBook::readCards(std::size_t fileIndex, std::span<const Deletion> delet
     placeCards(fileIndex);
     noteSkippedCards(file);
     if (isForeign(file, cards_)) {
-        noteForeignFile(file, deletions);
+        noteForeignFile(file, remainders);
     }
 }
 
@@ -190,10 +190,10 @@ void VCardBook::noteSkippedCards(const CardFile& file)
     }
 }
 
-void VCardBook::noteForeignFile(const CardFile& file, std::span<const Deletion> deletions)
+void VCardBook::noteForeignFile(const CardFile& file, const Remainders& remainders)
 {
     const auto name = quotedPath(file.names().front());
-    if (isRemainder(file, deletions)) {
+    if (isRemainder(file, remainders)) {
         notes_.remarks.push_back(name + " contains no vCards.");
         return;
     }

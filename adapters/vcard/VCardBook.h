@@ -34,10 +34,10 @@ namespace dunmora {
 class VCardBook final {
 public:
     /// Reads a file, or the files of a folder, unless they take more than `largest` bytes.
-    /// `deletions` have been made since the book was opened. Errors: also for a file without cards
-    /// that none of them has left like that.
+    /// `remainders` are of deletions made since the book was opened. Errors: also for a file
+    /// without cards that is none of them.
     VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
-              std::span<const Deletion> deletions);
+              const Remainders& remainders);
     /// Reads cards that are in no file and cannot be changed.
     VCardBook(const PersonSource& source, FileBytes bytes);
 
@@ -83,9 +83,9 @@ private:
 
     void readFileAt(const std::filesystem::path& path, std::uintmax_t largest);
     void noteInterruptedDeletions(const std::filesystem::path& path);
-    void readCards(std::size_t fileIndex, std::span<const Deletion> deletions);
+    void readCards(std::size_t fileIndex, const Remainders& remainders);
     void noteSkippedCards(const CardFile& file);
-    void noteForeignFile(const CardFile& file, std::span<const Deletion> deletions);
+    void noteForeignFile(const CardFile& file, const Remainders& remainders);
     void placeCards(std::size_t fileIndex);
     std::string_view textOf(const CardText& card) const;
     void discardPending();
