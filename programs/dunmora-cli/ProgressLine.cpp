@@ -21,7 +21,7 @@ ProgressLine::ProgressLine(std::ostream& err, std::size_t width, std::chrono::mi
     : err_(err), width_(width), delay_(delay)
 {
     if (delay_.count() > 0) {
-        timer_ = std::thread([this] { ShowWhenDue(); });
+        timer_ = std::thread([this] { showWhenDue(); });
     }
     auto& center = NotificationCenter::defaultCenter();
     center.addObserver(this, kMsgShowMessage,
@@ -63,7 +63,7 @@ void ProgressLine::showMessage(std::string_view text)
     }
 }
 
-void ProgressLine::ShowWhenDue()
+void ProgressLine::showWhenDue()
 {
     std::unique_lock lock(mutex_);
     while (!isClosing_) {

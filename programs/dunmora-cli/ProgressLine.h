@@ -34,7 +34,7 @@ private:
     void endJob();
     void draw(const std::string& line);
     void clear();
-    void ShowWhenDue();
+    void showWhenDue();
 
     std::ostream& err_;
     std::size_t width_;
