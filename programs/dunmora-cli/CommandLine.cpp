@@ -28,6 +28,8 @@ const std::string_view kUsage =
 
 namespace {
 
+constexpr std::string_view kFileCalledDash = "For a file called “-”, write ./-";
+
 BookRequest bookRequest(const CommandParser& parser)
 {
     auto book = parser.book;
@@ -45,8 +47,8 @@ void insistOnBookToChange(const BookRequest& book, const std::string& command)
 {
     if (book.addressBook == kStandardInput) {
         throw CommandError(ExitCode::WrongUse,
-                           command + " cannot change standard input. Name an address book; a file "
-                                     "that is called - is ./-");
+                           command + " cannot change standard input. Name an address book. " +
+                               std::string(kFileCalledDash));
     }
 }
 
@@ -57,7 +59,7 @@ std::filesystem::path backupFile(const CommandParser& parser)
     }
     if (parser.backup == kStandardInput) {
         throw CommandError(ExitCode::WrongUse,
-                           "A backup needs a file. One that is called - is ./-");
+                           "The backup must be a file. " + std::string(kFileCalledDash));
     }
     return parser.backup;
 }

@@ -42,8 +42,8 @@ TEST_F(StandardInputTest, CannotBeChanged)
     for (const Texts& arguments :
          {Texts{"delete", "-", "--yes"}, Texts{"delete", "-", "--dry-run"}}) {
         EXPECT_EQ(run(arguments), 2);
-        EXPECT_EQ(err(), "dunmora-cli: delete cannot change standard input. Name an address book; "
-                         "a file that is called - is ./-\n");
+        EXPECT_EQ(err(), "dunmora-cli: delete cannot change standard input. Name an address book. "
+                         "For a file called “-”, write ./-\n");
     }
     EXPECT_EQ(run({"restore", "removed.vcf", "-", "--yes"}), 2);
     EXPECT_NE(err().find("restore cannot change standard input."), std::string::npos) << err();
@@ -56,7 +56,8 @@ TEST_F(StandardInputTest, IsNoBackup)
     for (const Texts& arguments : {Texts{"restore", "-", "book.vcf", "--yes"},
                                    Texts{"delete", "book.vcf", "--yes", "--backup", "-"}}) {
         EXPECT_EQ(run(arguments), 2);
-        EXPECT_EQ(err(), "dunmora-cli: A backup needs a file. One that is called - is ./-\n");
+        EXPECT_EQ(err(),
+                  "dunmora-cli: The backup must be a file. For a file called “-”, write ./-\n");
     }
     EXPECT_TRUE(opened_.empty());
 }
