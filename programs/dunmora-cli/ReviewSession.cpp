@@ -28,6 +28,14 @@ OpenedBook openBook(const BookRequest& request, const CliEnvironment& environmen
     return book;
 }
 
+/// Whether a line for progress can be drawn. Where the user types the cards it would be drawn over
+/// them.
+bool showsProgress(const BookRequest& request, const CliEnvironment& environment)
+{
+    const bool isTyped = request.addressBook == kStandardInput && environment.inIsTerminal;
+    return environment.errIsTerminal && !environment.isDumbTerminal && !request.quiet && !isTyped;
+}
+
 }  // namespace
 
 ReviewSession::ReviewSession(const BookRequest& request, const CliEnvironment& environment,
@@ -43,7 +51,7 @@ ReviewSession::ReviewSession(const BookRequest& request, const CliEnvironment& e
     if (request.match) {
         Settings::settings().setMatchFields(*request.match);
     }
-    if (environment.errIsTerminal && !environment.isDumbTerminal && !request.quiet) {
+    if (showsProgress(request, environment)) {
         progressLine_.emplace(environment.err, environment.errColumns, environment.progressDelay);
     }
 }

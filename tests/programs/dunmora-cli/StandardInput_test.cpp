@@ -78,6 +78,18 @@ TEST_F(StandardInputTest, IsExpectedAloudOnATerminal)
     EXPECT_EQ(err(), "");
 }
 
+TEST_F(StandardInputTest, ShowsNoProgressWhereItIsTyped)
+{
+    everythingIsATerminal();
+
+    EXPECT_EQ(run({"list", "-"}), 0);
+    EXPECT_EQ(err().find("Loading"), std::string::npos) << err();
+
+    environment_.inIsTerminal = false;
+    EXPECT_EQ(run({"list", "-"}), 0);
+    EXPECT_NE(err().find("Loading"), std::string::npos) << err();
+}
+
 TEST_F(StandardInputTest, HasItsNameInErrors)
 {
     book_.onRead = [] { throw std::bad_alloc(); };
