@@ -18,7 +18,8 @@ public:
     explicit Charset(const std::string& name);
 
     /// The UTF-8 text in this charset. Quotation marks that it does not have become plain ones, the
-    /// ellipsis of a cut a tilde, and any other character a "?" for each column it takes.
+    /// ellipsis of a cut a tilde, and any other character a "?" for each column it takes, or one
+    /// when it takes none.
     std::string encoded(std::string_view text) const;
 
 private:
