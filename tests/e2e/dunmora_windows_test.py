@@ -112,7 +112,7 @@ class StartTest(DunmoraCase):
         (other / "dora.vcf").write_bytes(DORA_1 + DORA_2)
         dunmora = self.start_searched()
 
-        dunmora.press(dunmora.main, "ctrl+shift+f")
+        dunmora.press(dunmora.main, "ctrl+shift+d")
         # Relative to the folder in which the panel starts.
         self.open_by_keyboard(dunmora, "other")
         dunmora.search()

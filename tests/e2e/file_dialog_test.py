@@ -85,7 +85,7 @@ class OpenTest(FileDialogCase):
         portal = self.portal()
         dunmora = self.start_searched()
 
-        call = self.call(dunmora, portal, "ctrl+shift+f")
+        call = self.call(dunmora, portal, "ctrl+shift+d")
         portal.respond(CHOSEN, uri(self.books))
         dunmora.search()
 

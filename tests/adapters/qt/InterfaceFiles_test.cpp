@@ -245,7 +245,8 @@ INSTANTIATE_TEST_SUITE_P(All, InterfaceFilesTest,
 /// platform.
 constexpr auto kTakenKeys =
     "Ctrl+A Ctrl+C Ctrl+D Ctrl+E Ctrl+H Ctrl+M Ctrl+N Ctrl+P Ctrl+S Ctrl+U Ctrl+V Ctrl+X Ctrl+Y "
-    "Ctrl+Shift+A Ctrl+Shift+E Ctrl+Shift+S Ctrl+Shift+U Space Shift+Space Ctrl+Space Del "
+    "Ctrl+Shift+A Ctrl+Shift+E Ctrl+Shift+F Ctrl+Shift+S Ctrl+Shift+U Space Shift+Space Ctrl+Space "
+    "Del "
     "Shift+Del Ctrl+Backspace Ctrl+Left Ctrl+Right Ctrl+Home Ctrl+End Ctrl+Ins Shift+Ins Tab "
     "Ctrl+Tab F1 F10 Shift+F10 Alt+F4 Alt+Left Alt+Right Return Ctrl+Return Esc";
 
