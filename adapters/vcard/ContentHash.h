@@ -14,6 +14,7 @@ struct ContentHash {
     std::uint64_t high = 0;
     std::uint64_t low = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer here
     auto operator<=>(const ContentHash&) const = default;
 };
 
