@@ -82,6 +82,12 @@ class Dunmora(Program):
     def open_panel(self):
         return self.wait_for_window(is_open_panel, "open panel")
 
+    def choose_book(self, path):
+        """Opens a book in the open panel of the program itself."""
+        panel = self.open_panel
+        self.type(panel, str(path))
+        self.press(panel, "enter")
+
     def alert(self, *texts):
         """Waits for an alert and returns it; fails if its texts are not these."""
         alert = self.wait_for_window(is_alert, "alert")

@@ -52,9 +52,7 @@ class FileDialogCase(DunmoraCase):
         dunmora.wait_for_marks(True, True, False, True)
 
     def choose_in_own_dialog(self, dunmora):
-        panel = dunmora.open_panel
-        dunmora.type(panel, str(self.other))
-        dunmora.press(panel, "enter")
+        dunmora.choose_book(self.other)
         dunmora.search()
         dunmora.total("2 duplicates of 2")
 

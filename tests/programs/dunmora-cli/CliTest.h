@@ -57,6 +57,15 @@ protected:
         return runCli(arguments, environment_);
     }
 
+    /// Runs with this as the standard output.
+    int runInto(std::streambuf& buffer, const std::vector<std::string>& arguments)
+    {
+        std::ostream out(&buffer);
+        const CliEnvironment environment{
+            environment_.openAddressBook, userDefaults_, bundle_, in_, out, err_};
+        return runCli(arguments, environment);
+    }
+
     std::string out() const { return out_.str(); }
     std::string err() const { return err_.str(); }
 

@@ -642,12 +642,9 @@ TEST_F(DeleteTest, DeletesEverybodyWhenTheReaderHasSeenEnough)
 {
     bookHoldsAnnTwice();
     ClosedPipe pipe;
-    std::ostream out(&pipe);
-    const CliEnvironment environment{
-        environment_.openAddressBook, userDefaults_, bundle_, in_, out, err_};
     const Uids arguments{"delete", "book.vcf", "--yes"};
 
-    EXPECT_EQ(runCli(arguments, environment), 0);
+    EXPECT_EQ(runInto(pipe, arguments), 0);
     EXPECT_EQ(err(), "");
     EXPECT_EQ(book_.storedUids(), (Uids{"ann-1", "ben"}));
 }
@@ -657,12 +654,9 @@ TEST_F(DeleteTest, ReportsAFailureWhenTheReaderHasSeenEnough)
     bookHoldsAnnTwice();
     book_.onSave = [] { throw PlatformError("The disk is full."); };
     ClosedPipe pipe;
-    std::ostream out(&pipe);
-    const CliEnvironment environment{
-        environment_.openAddressBook, userDefaults_, bundle_, in_, out, err_};
     const Uids arguments{"delete", "book.vcf", "--yes"};
 
-    EXPECT_EQ(runCli(arguments, environment), 1);
+    EXPECT_EQ(runInto(pipe, arguments), 1);
     EXPECT_EQ(err(), "dunmora-cli: The disk is full.\n");
 }
 

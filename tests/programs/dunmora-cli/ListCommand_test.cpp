@@ -580,12 +580,9 @@ TEST_F(ListTest, ReportsThatTheOutputCannotBeWritten)
 {
     bookHoldsAnnTwice();
     FullDisk disk;
-    std::ostream full(&disk);
-    const CliEnvironment environment{
-        environment_.openAddressBook, userDefaults_, bundle_, in_, full, err_};
     const std::vector<std::string> arguments{"list", "book.vcf"};
 
-    EXPECT_EQ(runCli(arguments, environment), 1);
+    EXPECT_EQ(runInto(disk, arguments), 1);
     EXPECT_EQ(err(), "dunmora-cli: The output could not be written.\n");
 }
 
@@ -593,17 +590,14 @@ TEST_F(ListTest, EndsQuietlyWhenTheReaderHasSeenEnough)
 {
     bookHoldsAnnTwice();
     ClosedPipe pipe;
-    std::ostream out(&pipe);
-    const CliEnvironment environment{
-        environment_.openAddressBook, userDefaults_, bundle_, in_, out, err_};
     for (const std::string format : {"table", "json", "csv"}) {
         const std::vector<std::string> arguments{"list", "b", "--quiet", "--format", format};
 
-        EXPECT_EQ(runCli(arguments, environment), 0);
+        EXPECT_EQ(runInto(pipe, arguments), 0);
         EXPECT_EQ(err(), "");
     }
     const std::vector<std::string> arguments{"list", "b", "--quiet", "--fail-if-found"};
-    EXPECT_EQ(runCli(arguments, environment), 3) << "as without the pipe";
+    EXPECT_EQ(runInto(pipe, arguments), 3) << "as without the pipe";
 }
 
 TEST_F(ListTest, ReportsAnyFailureInOneLine)
