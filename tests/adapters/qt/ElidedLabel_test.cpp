@@ -24,7 +24,7 @@ protected:
         label.resize(label.sizeHint());
     }
 
-    ~ElidedLabelTest() override { QToolTip::hideText(); }
+    void TearDown() override { QToolTip::hideText(); }
 
     QString toolTip()
     {

@@ -26,7 +26,7 @@ protected:
         count.resize(count.sizeHint());
     }
 
-    ~NoticeButtonTest() override { QToolTip::hideText(); }
+    void TearDown() override { QToolTip::hideText(); }
 
     QString toolTip()
     {
