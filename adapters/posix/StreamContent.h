@@ -12,7 +12,7 @@ namespace dunmora {
 inline constexpr auto kStandardInputName = "standard input";
 
 // Read a stream of at most `largest` bytes to its end: a pipe, a terminal or a file.
-// Thread: any; wait for whoever writes the stream.
+// Thread: any; wait for the program that writes the stream.
 // Errors: PlatformError with the stream's name and the reason. A stream that fails is never taken
 // for one that has ended.
 

@@ -216,7 +216,7 @@ void CommandParser::addDeleteOptions(CLI::App& command)
                   "Check the people whose UIDs are in this file, one per line; - is standard "
                   "input and needs --yes");
     addRepeatable(command, "--uncheck-from", "FILE", deletion.uncheckFrom,
-                  "Uncheck the people whose UIDs are in this file, likewise");
+                  "The same, but uncheck them");
     command.add_flag("--keep-one", deletion.keepOne,
                      "Keep the first person of every group that would lose every copy, and people "
                      "in no group");
