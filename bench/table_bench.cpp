@@ -3,6 +3,7 @@
 #include "bench/BenchPlatform.h"
 #include "bench/QtDesktop.h"
 #include "engine/ContactsParser.h"
+#include "platform/OpenPanel.h"
 #include "platform/TableView.h"
 #include "platform/Window.h"
 #include "ui/ContactsController.h"
@@ -94,7 +95,7 @@ private:
 
 public:
     ContactsController contacts{*interface_, [this] { delegate_.LoadContacts(); }};
-    ReviewController review{*interface_, contacts, [] { return false; }};
+    ReviewController review{*interface_, contacts, [](OpenPanel::Kind /*kind*/) { return false; }};
     QTableView& table = widgetNamed<QTableView>("tableContacts");
     QLineEdit& filter = widgetNamed<QLineEdit>("tableContactsFilter");
 };
