@@ -23,13 +23,6 @@ constexpr std::string_view kAutoCheckForUpdates = "AutoCheckForUpdates";
 constexpr auto kRequest = "/update/?app=dunmoraapp";
 constexpr auto kLatestVersion = "You are running the latest version.";
 
-/// Never destroyed, because code that runs at process exit may still use it.
-std::unique_ptr<UpdateController>& sharedUpdater()
-{
-    static auto& shared = *new std::unique_ptr<UpdateController>;
-    return shared;
-}
-
 /// `view` is null when the window could not be loaded.
 void hide(View* view, bool hidden)
 {
@@ -49,28 +42,10 @@ UpdateController::UpdateController() : WindowController("UpdateWindow")
     setup();
 }
 
-UpdateController::~UpdateController()
-{
-    replaceTransfer();
-    for (const auto& replaced : replaced_) {
-        if (const auto connection = replaced.lock()) {
-            connection->cancel();
-        }
-    }
-}
-
 UpdateController& UpdateController::updater()
 {
-    auto& shared = sharedUpdater();
-    if (!shared) {
-        shared = std::make_unique<UpdateController>();
-    }
-    return *shared;
-}
-
-void UpdateController::endUpdater()
-{
-    sharedUpdater().reset();
+    static auto& shared = *new UpdateController;
+    return shared;
 }
 
 void UpdateController::windowDidLoad(Interface& interface)
@@ -137,7 +112,7 @@ void UpdateController::CheckForUpdate(bool showWindow)
         this->showWindow(this);
     }
     // The earlier result is ignored even when no new connection can be opened.
-    replaceTransfer();
+    releaseTransfer();
     const auto host = Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
     conn_ = Desktop::current().connectionOpener.openConnection(
         "http://" + host.value_or("") + kRequest, *this);
@@ -233,15 +208,6 @@ void UpdateController::connectionDidFinishLoading(const Connection& connection)
         }
     }
     showControls();
-    releaseTransfer();
-}
-
-void UpdateController::replaceTransfer()
-{
-    std::erase_if(replaced_, [](const auto& replaced) { return replaced.expired(); });
-    if (conn_) {
-        replaced_.push_back(conn_);
-    }
     releaseTransfer();
 }
 

@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace dunmora {
 
@@ -21,6 +20,8 @@ class View;
 /// Runs the update check and owns the small window that shows its outcome. A silent check shows the
 /// window only when a newer version is available; a check that the user requested shows it at once.
 ///
+/// An instance must outlive its unfinished transfers, because they report to it.
+///
 /// Thread: the main thread. Errors: none.
 class UpdateController final : public WindowController,
                                public WindowDelegate,
@@ -28,17 +29,12 @@ class UpdateController final : public WindowController,
 public:
     /// Loads the window without showing it. Checks also run when its interface file is missing.
     UpdateController();
-    /// Cancels all unfinished transfers, because they report to this object.
-    ~UpdateController() override;
+    ~UpdateController() override = default;
     UpdateController(const UpdateController&) = delete;
     UpdateController& operator=(const UpdateController&) = delete;
 
-    /// Returns the shared instance, which is created on first use and kept until the process ends.
+    /// The shared instance, created on first use and never destroyed.
     static UpdateController& updater();
-
-    /// Destroys the shared instance; the next use creates a new one. A caller that removes the
-    /// desktop before the process ends, such as a test, calls this first.
-    static void endUpdater();
 
     /// Starts a check, silently or with the window shown. A silent check does nothing when the user
     /// has turned the automatic check off. An earlier transfer is not cancelled, but its result is
@@ -70,8 +66,7 @@ private:
     void showActivity();
     void showControls();
     void setMessage(std::string_view text);
-    /// Releases the current transfer, which continues, but whose result is ignored from now on.
-    void replaceTransfer();
+    /// Releases the current transfer. If it has not ended, it continues, but its result is ignored.
     void releaseTransfer();
 
     Button* btnDownload_ = nullptr;
@@ -86,8 +81,6 @@ private:
     /// The body received so far; empty optional when no transfer is held.
     std::optional<std::string> netData_;
     std::shared_ptr<Connection> conn_;
-    /// Replaced transfers that may still be running and report to this object.
-    std::vector<std::weak_ptr<Connection>> replaced_;
 };
 
 }  // namespace dunmora

@@ -4,14 +4,25 @@
 #include "ui/AppData.h"
 #include "update/UpdateController.h"
 
+#include <memory>
+#include <utility>
+
 namespace dunmora::test {
 
 namespace {
 
+/// Replaces the shared updater, which the program never destroys, by one that uses the current
+/// desktop.
+void replaceUpdater()
+{
+    auto& shared = UpdateController::updater();
+    std::destroy_at(&shared);
+    std::construct_at(&shared);
+}
+
 void resetSharedState()
 {
     AppData::app().setProgress(nullptr);
-    UpdateController::endUpdater();
     ContactsParser::parser().reset();
     ContactsParser::parser().contacts().clear();
 }
@@ -28,7 +39,13 @@ FreshSharedState::~FreshSharedState()
     resetSharedState();
 }
 
-DesktopTest::DesktopTest() = default;
+DesktopTest::DesktopTest()
+{
+    replaceUpdater();
+    updateWindow_ = std::exchange(loader_.last, nullptr);
+    log_.clear();
+}
+
 DesktopTest::~DesktopTest() = default;
 
 void DesktopTest::TearDown()

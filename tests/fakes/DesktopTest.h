@@ -40,6 +40,8 @@ protected:
     FakeApplication& application_ = desktop_.application;
     FakeInterfaceLoader& loader_ = desktop_.interfaceLoader;
     CallLog& log_ = desktop_.interfaceLoader.log;
+    /// The window of the shared updater, which is a new one in each test.
+    FakeInterface* updateWindow_ = nullptr;
 
 private:
     FreshSharedState freshSharedState_;

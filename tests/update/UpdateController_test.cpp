@@ -89,15 +89,12 @@ TEST_F(UpdateControllerTest, LoadsItsWindowInTheBusyLayoutWithoutShowingIt)
                               "show vwActivity", "hide btnDownload"}));
 }
 
-TEST_F(UpdateControllerTest, HasOneSharedInstanceCreatedOnFirstUse)
+TEST_F(UpdateControllerTest, HasOneSharedInstance)
 {
-    UpdateController::endUpdater();
     auto& shared = UpdateController::updater();
 
     EXPECT_EQ(&UpdateController::updater(), &shared);
     EXPECT_NE(&shared, &controller);
-
-    UpdateController::endUpdater();
 }
 
 TEST_F(UpdateControllerTest, RequestsTheLatestVersionWithoutAnyUserData)
@@ -581,35 +578,6 @@ TEST_F(UpdateControllerTest, ChecksWhenItsInterfaceFileIsMissing)
     withoutWindow.OnDownload(nullptr);
 
     EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
-}
-
-TEST_F(UpdateControllerTest, CancelsItsTransfersWhenDestroyed)
-{
-    {
-        UpdateController shortLived;
-        shortLived.CheckForUpdate(false);
-        shortLived.CheckForUpdate(false);
-        shortLived.CheckForUpdate(true);
-    }
-
-    ASSERT_EQ(transfers(), 3U);
-    for (const auto& connection : desktop.connections.opened) {
-        EXPECT_TRUE(connection->isCancelled);
-    }
-}
-
-TEST_F(UpdateControllerTest, DoesNotOwnAReplacedTransfer)
-{
-    {
-        UpdateController shortLived;
-        shortLived.CheckForUpdate(false);
-        shortLived.CheckForUpdate(true);
-
-        EXPECT_EQ(desktop.connections.opened.front().use_count(), 1);
-        desktop.connections.opened.erase(desktop.connections.opened.begin());
-    }
-
-    EXPECT_TRUE(transfer().isCancelled);
 }
 
 }  // namespace dunmora::test

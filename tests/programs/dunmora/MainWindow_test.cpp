@@ -545,13 +545,12 @@ TEST_F(MainWindowTest, ChecksForUpdatesAtLaunchAndFromTheMenu)
     makeWindow();
     window_->applicationDidFinishLaunching();
     EXPECT_EQ(desktop_.connections.opened.size(), 1U);
-    auto& update = *loader_.last;
-    EXPECT_FALSE(update.fakeWindow.isVisible);
+    EXPECT_FALSE(updateWindow_->fakeWindow.isVisible);
 
     main_->command("OnCheckForUpdate").use();
 
     EXPECT_EQ(desktop_.connections.opened.size(), 2U);
-    EXPECT_TRUE(update.fakeWindow.isVisible);
+    EXPECT_TRUE(updateWindow_->fakeWindow.isVisible);
 }
 
 TEST_F(MainWindowTest, ShowsTheVersionAndTheLibraries)
