@@ -8,7 +8,7 @@ set(DUNMORA_CODESIGN_IDENTITY "-" CACHE STRING
 
 # macOS allows plain HTTP, which the update service uses, only to hosts listed in Info.plist.
 set(DUNMORA_TRANSPORT_SECURITY "")
-if(DUNMORA_UPDATE_HOST)
+if(NOT DUNMORA_UPDATE_HOST STREQUAL "")
     string(REGEX REPLACE ":[0-9]+$" "" host "${DUNMORA_UPDATE_HOST}")
     string(CONCAT DUNMORA_TRANSPORT_SECURITY
         "\n\t<key>NSAppTransportSecurity</key>\n\t<dict>\n"

@@ -1,6 +1,17 @@
 #include "adapters/bundle/BuildBundle.h"
 
+#include <utility>
+
 namespace dunmora {
+
+namespace {
+
+std::optional<std::string> unlessEmpty(std::string value)
+{
+    return value.empty() ? std::nullopt : std::optional(std::move(value));
+}
+
+}  // namespace
 
 std::optional<std::string> BuildBundle::objectForInfoDictionaryKey(std::string_view key) const
 {
@@ -8,7 +19,7 @@ std::optional<std::string> BuildBundle::objectForInfoDictionaryKey(std::string_v
         return DUNMORA_VERSION;
     }
     if (key == "DunmoraUpdateHost") {
-        return DUNMORA_UPDATE_HOST;
+        return unlessEmpty(DUNMORA_UPDATE_HOST);
     }
     return std::nullopt;
 }

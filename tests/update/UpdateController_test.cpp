@@ -114,6 +114,15 @@ TEST_F(UpdateControllerTest, RequestsItFromTheHostInTheBundle)
     EXPECT_EQ(transfer().url, "http://127.0.0.1:8080/update/?app=dunmoraapp");
 }
 
+TEST_F(UpdateControllerTest, RequestsItFromNoHostInABuildWithoutAnUpdateService)
+{
+    platform.bundle.updateHost.reset();
+
+    controller.CheckForUpdate(false);
+
+    EXPECT_EQ(transfer().url, "http:///update/?app=dunmoraapp") << "no adapter can open this";
+}
+
 TEST_F(UpdateControllerTest, SendsNothingAtStartUpWhenTheAutomaticCheckIsOff)
 {
     platform.userDefaults.setBool(kAutomatic, false);

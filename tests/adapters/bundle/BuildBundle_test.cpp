@@ -2,16 +2,29 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <string_view>
+
 namespace dunmora::test {
 namespace {
 
-TEST(BuildBundle, HasOnlyTheVersionAndTheUpdateHost)
+TEST(BuildBundle, HasTheVersion)
 {
-    const BuildBundle bundle;
+    EXPECT_EQ(BuildBundle().objectForInfoDictionaryKey("CFBundleVersion"), "1.2");
+}
 
-    EXPECT_EQ(bundle.objectForInfoDictionaryKey("CFBundleVersion"), PROJECT_VERSION);
-    EXPECT_EQ(bundle.objectForInfoDictionaryKey("DunmoraUpdateHost"), DUNMORA_UPDATE_HOST);
-    EXPECT_EQ(bundle.objectForInfoDictionaryKey("CFBundleName"), std::nullopt);
+TEST(BuildBundle, HasTheUpdateHostOnlyInABuildWithAnUpdateService)
+{
+    const std::string_view host = DUNMORA_UPDATE_HOST;
+
+    EXPECT_EQ(BuildBundle().objectForInfoDictionaryKey("DunmoraUpdateHost"),
+              host.empty() ? std::nullopt : std::optional<std::string>(host));
+}
+
+TEST(BuildBundle, HasNothingElse)
+{
+    EXPECT_EQ(BuildBundle().objectForInfoDictionaryKey("CFBundleName"), std::nullopt);
 }
 
 }  // namespace

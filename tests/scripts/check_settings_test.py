@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Tests which versions and update services the build accepts, and what it writes into the Mac's Info.plist.
+
+    check_settings_test.py PATH-OF-CMAKE PATH-OF-THE-COMPILER [UNITTEST-OPTION]...
+"""
+
+import pathlib
+import plistlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SERVICE = "update.example.com:8080"
+
+
+def words_of(message):
+    """Returns a message of CMake, which breaks its lines, in one line."""
+    return " ".join(message.split())
+
+
+class CheckSettings(unittest.TestCase):
+    """Runs the check alone."""
+
+    cmake: str
+
+    def check(self, version="0.1", host=SERVICE):
+        """Returns the message of the check; empty if it accepts both."""
+        run = subprocess.run([self.cmake, f"-DPROJECT_VERSION={version}", f"-DDUNMORA_UPDATE_HOST={host}", "-P",
+                              ROOT / "cmake/CheckSettings.cmake"], capture_output=True, text=True, check=False)
+        self.assertEqual(run.returncode != 0, bool(run.stderr))
+        return words_of(run.stderr)
+
+    def test_accepts_a_number_with_one_digit_after_the_point_as_the_version(self):
+        for version in ("0.1", "1.0", "12.9"):
+            self.assertEqual(self.check(version=version), "", version)
+
+    def test_refuses_every_other_version(self):
+        for version in ("", "1", "1.", ".1", "1.10", "1.2.3", "1.2.3.4", "v1.2", "1.2b", "1,2"):
+            self.assertIn(f'The version "{version}" must be a number', self.check(version=version))
+
+    def test_accepts_a_host_a_host_with_a_port_and_none(self):
+        for host in ("", "localhost", "update.example.com", SERVICE, "127.0.0.1:65535", "xn--bcher-kva.example"):
+            self.assertEqual(self.check(host=host), "", host)
+
+    def test_refuses_every_other_update_service(self):
+        for host in ("https://update.example.com", "http://update.example.com:80", "//update.example.com",
+                     "update.example.com/", "update.example.com/path", "update.example.com?app", "update.example.com#a",
+                     "user@update.example.com", "update.example.com:", "update.example.com:0",
+                     "update.example.com:65536", "update.example.com:123456", "update.example.com:http",
+                     "update..example.com", ".example.com", "example.com.", "-", "a b", "bücher.example", "a;b", "a\nb"):
+            self.assertIn("must be host or host:port", self.check(host=host), host)
+
+
+class Configure(unittest.TestCase):
+    """Configures the whole project."""
+
+    cmake: str
+    compiler: str
+
+    def setUp(self):
+        self.build = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+
+    def configure(self, *settings):
+        return subprocess.run([self.cmake, "-S", ROOT, "-B", self.build, f"-DCMAKE_CXX_COMPILER={self.compiler}",
+                               "-DDUNMORA_QT=OFF", "-DDUNMORA_EDS=OFF", "-DDUNMORA_TESTS=OFF", *settings],
+                              capture_output=True, text=True, check=False)
+
+    def transport_security(self):
+        with open(self.build / "Info.plist", "rb") as file:
+            return plistlib.load(file).get("NSAppTransportSecurity")
+
+    def test_has_no_update_service_by_default(self):
+        run = self.configure()
+
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertIn("DUNMORA_UPDATE_HOST:STRING=", (self.build / "CMakeCache.txt").read_text().splitlines())
+        self.assertIsNone(self.transport_security())
+
+    def test_allows_plain_http_to_the_update_service_on_a_mac(self):
+        run = self.configure(f"-DDUNMORA_UPDATE_HOST={SERVICE}")
+
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertEqual(self.transport_security(), {
+            "NSExceptionDomains": {"update.example.com": {"NSExceptionAllowsInsecureHTTPLoads": True}}})
+
+    def test_stops_at_an_address_in_place_of_a_host(self):
+        run = self.configure("-DDUNMORA_UPDATE_HOST=https://update.example.com/")
+
+        self.assertNotEqual(run.returncode, 0)
+        self.assertIn("must be host or host:port", words_of(run.stderr))
+
+    def test_stops_at_a_version_that_is_not_a_decimal_number(self):
+        project = self.build / "version.cmake"
+        project.write_text("set(PROJECT_VERSION 1.10)\n")
+
+        run = self.configure(f"-DCMAKE_PROJECT_Dunmora_INCLUDE={project}")
+
+        self.assertNotEqual(run.returncode, 0)
+        self.assertIn('The version "1.10" must be a number', words_of(run.stderr))
+
+
+if __name__ == "__main__":
+    CheckSettings.cmake = Configure.cmake = sys.argv.pop(1)
+    Configure.compiler = sys.argv.pop(1)
+    unittest.main()
