@@ -1,6 +1,7 @@
 #include "adapters/posix/FileContent.h"
 
 #include "adapters/posix/FileError.h"
+#include "adapters/posix/ReadToEnd.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
@@ -9,7 +10,6 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
 #include <utility>
 
 namespace dunmora {
@@ -34,29 +34,11 @@ FileContent readFile(const Descriptor& file, const std::filesystem::path& path,
         throw PlatformError(quotedPath(path) + " is neither a file nor a folder.");
     }
     // The extra byte detects the end of the file, and a file that grows meanwhile.
-    std::size_t capacity = static_cast<std::size_t>(status.st_size) + 1;
-    auto bytes = FileBytes::allocate(capacity);
-    std::size_t size = 0;
-    while (true) {
-        const auto count = readSome(file, bytes.get() + size, capacity - size);
-        if (count < 0) {
-            throwFileError(path, kCannotBeRead, errno);
-        }
-        if (count == 0) {
-            break;
-        }
-        size += static_cast<std::size_t>(count);
-        if (size > largest) {
-            throwFileError(path, kCannotBeRead, EFBIG);
-        }
-        if (size == capacity) {
-            auto larger = FileBytes::allocate(2 * capacity);
-            std::memcpy(larger.get(), bytes.get(), size);
-            bytes = std::move(larger);
-            capacity *= 2;
-        }
+    auto bytes = readToEnd(file, path, static_cast<std::size_t>(status.st_size) + 1, largest);
+    if (bytes.view().size() > largest) {
+        throwFileError(path, kCannotBeRead, EFBIG);
     }
-    return {identityOf(status), status.st_nlink, FileBytes(std::move(bytes), size)};
+    return {identityOf(status), status.st_nlink, std::move(bytes)};
 }
 
 }  // namespace dunmora

@@ -1,6 +1,7 @@
 #include "adapters/posix/StreamContent.h"
 
 #include "adapters/posix/FileError.h"
+#include "adapters/posix/ReadToEnd.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
@@ -9,9 +10,7 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
 #include <string>
-#include <utility>
 
 namespace dunmora {
 
@@ -30,28 +29,11 @@ FileBytes readStream(const Descriptor& stream, const std::filesystem::path& name
                      std::uintmax_t largest)
 {
     constexpr auto kFirstCapacity = std::size_t{1} << 16U;
-    std::size_t capacity = kFirstCapacity;
-    auto bytes = FileBytes::allocate(capacity);
-    std::size_t size = 0;
-    while (true) {
-        const auto count = readSome(stream, bytes.get() + size, capacity - size);
-        if (count < 0) {
-            throwFileError(name, kCannotBeRead, errno);
-        }
-        if (count == 0) {
-            return {std::move(bytes), size};
-        }
-        size += static_cast<std::size_t>(count);
-        if (size > largest) {
-            throwTooLarge(name, largest);
-        }
-        if (size == capacity) {
-            auto larger = FileBytes::allocate(2 * capacity);
-            std::memcpy(larger.get(), bytes.get(), size);
-            bytes = std::move(larger);
-            capacity *= 2;
-        }
+    auto bytes = readToEnd(stream, name, kFirstCapacity, largest);
+    if (bytes.view().size() > largest) {
+        throwTooLarge(name, largest);
     }
+    return bytes;
 }
 
 FileBytes readStreamAt(const std::filesystem::path& path, std::uintmax_t largest)
