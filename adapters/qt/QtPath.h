@@ -22,7 +22,7 @@ inline QString textOf(const std::filesystem::path& path)
     return QFile::decodeName(QByteArray::fromStdString(path.string()));
 }
 
-/// The first of these folders that exists, or else one of the user's own.
+/// The first of these folders that exists, or else the standard one.
 inline std::filesystem::path startFolder(std::initializer_list<std::filesystem::path> folders,
                                          QStandardPaths::StandardLocation otherwise)
 {

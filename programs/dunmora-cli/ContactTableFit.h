@@ -34,7 +34,7 @@ struct ContactTableFit {
     /// The part of the cell that is shown: a view of it or of `buffer`.
     std::string_view shownText(std::size_t column, std::string_view cell,
                                std::string& buffer) const;
-    /// Returns what goes on the next line of the shown part; `text` becomes the rest.
+    /// Removes as much from the beginning of the shown part as fits in one line, and returns it.
     std::string_view takePiece(std::size_t column, std::string_view& text) const;
 
 private:

@@ -55,8 +55,8 @@ std::size_t terminalColumns(int stream)
     return ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
-/// The charset of the user's locale. That of a locale that is not installed here, such as one that
-/// the user brought along from another computer, is a part of its name.
+/// The locale's charset. Where the locale is not installed, such as that of another computer from
+/// which the user has logged in, its name says which one it is.
 std::string charsetName()
 {
     if (auto* const locale = newlocale(LC_CTYPE_MASK, "", nullptr); locale != nullptr) {
