@@ -24,6 +24,11 @@ public:
     /// changes nothing.
     /// Thread: the main thread.
     virtual void startAnimation() = 0;
+
+    /// Ends the animation and leaves an empty bar, which shows values again. Without an animation,
+    /// changes nothing.
+    /// Thread: the main thread.
+    virtual void stopAnimation() = 0;
 };
 
 }  // namespace dunmora

@@ -90,6 +90,13 @@ void UpdateController::setMessage(std::string_view text)
     }
 }
 
+void UpdateController::stopProgress()
+{
+    if (progressIndicator_ != nullptr) {
+        progressIndicator_->stopAnimation();
+    }
+}
+
 void UpdateController::CheckForUpdate(bool showWindow)
 {
     const auto& defaults = Platform::current().userDefaults;
@@ -118,6 +125,8 @@ void UpdateController::CheckForUpdate(bool showWindow)
         "http://" + host.value_or("") + kRequest, *this);
     if (conn_) {
         netData_.emplace();
+    } else {
+        stopProgress();
     }
 }
 
@@ -177,6 +186,7 @@ void UpdateController::didFailWithError(const Connection& connection,
     }
     hide(btnDownload_, true);
     setMessage("Failed to check updates due to:'" + description + "'");
+    stopProgress();
     releaseTransfer();
 }
 

@@ -66,6 +66,8 @@ private:
     void showActivity();
     void showControls();
     void setMessage(std::string_view text);
+    /// Stops the bar of the busy layout, because nothing is under way.
+    void stopProgress();
     /// Releases the current transfer. If it has not ended, it continues, but its result is ignored.
     void releaseTransfer();
 

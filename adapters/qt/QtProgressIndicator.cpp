@@ -27,8 +27,7 @@ int stepsOf(double minimum, double maximum, double value)
 QtProgressIndicator::QtProgressIndicator(QProgressBar& widget)
     : widget_(widget), redraw_([this] { draw(); })
 {
-    widget_.setRange(0, kSteps);
-    widget_.setValue(0);
+    showNothing();
 }
 
 void QtProgressIndicator::startAnimation()
@@ -36,9 +35,22 @@ void QtProgressIndicator::startAnimation()
     widget_.setRange(0, 0);
 }
 
+void QtProgressIndicator::stopAnimation()
+{
+    if (widget_.maximum() == 0) {
+        showNothing();
+    }
+}
+
 void QtProgressIndicator::setHidden(bool hidden)
 {
     widget_.setHidden(hidden);
+}
+
+void QtProgressIndicator::showNothing()
+{
+    widget_.setRange(0, kSteps);
+    widget_.setValue(0);
 }
 
 void QtProgressIndicator::draw()

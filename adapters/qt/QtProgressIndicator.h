@@ -9,7 +9,8 @@ class QProgressBar;
 
 namespace dunmora {
 
-/// A progress bar of an interface. It shows values until `startAnimation`.
+/// A progress bar of an interface. It shows values, except between `startAnimation` and
+/// `stopAnimation`.
 class QtProgressIndicator final : public ProgressIndicator {
 public:
     /// `widget` must outlive the indicator.
@@ -19,10 +20,12 @@ public:
     void setMaxValue(double value) override { maximum_.store(value, std::memory_order_relaxed); }
     void setDoubleValue(double value) override { value_.store(value, std::memory_order_relaxed); }
     void startAnimation() override;
+    void stopAnimation() override;
     void setHidden(bool hidden) override;
     void setNeedsDisplay() override { redraw_.request(); }
 
 private:
+    void showNothing();
     void draw();
 
     QProgressBar& widget_;

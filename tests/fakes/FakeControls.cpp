@@ -84,6 +84,11 @@ void FakeProgressIndicator::startAnimation()
     note("startAnimation");
 }
 
+void FakeProgressIndicator::stopAnimation()
+{
+    note("stopAnimation");
+}
+
 void FakeDetailsView::setLines(std::vector<DetailsLine> newLines)
 {
     lines = std::move(newLines);

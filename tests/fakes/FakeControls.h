@@ -92,6 +92,7 @@ public:
     void setMaxValue(double value) override;
     void setDoubleValue(double value) override;
     void startAnimation() override;
+    void stopAnimation() override;
 };
 
 /// A table that draws nothing; the test reads rows from the data source and edits them itself.

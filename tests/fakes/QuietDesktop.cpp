@@ -80,6 +80,7 @@ void QuietProgressIndicator::setDoubleValue(double value)
 }
 
 void QuietProgressIndicator::startAnimation() {}
+void QuietProgressIndicator::stopAnimation() {}
 
 std::unique_ptr<Interface> QuietInterfaceLoader::load(std::string_view /*name*/)
 {

@@ -29,6 +29,7 @@ public:
     void setMaxValue(double value) override;
     void setDoubleValue(double value) override;
     void startAnimation() override;
+    void stopAnimation() override;
 
     double minValue = 0;
     double maxValue = 0;

@@ -343,7 +343,8 @@ TEST_F(UpdateControllerTest, ShowsWhyACheckFailedAndKeepsTheBusyLayout)
 
     EXPECT_EQ(calls(), (Calls{"hide btnDownload",
                               "UpdateWindow.labelMessage setStringValue Failed to check updates "
-                              "due to:'Host dunmora.invalid not found'"}));
+                              "due to:'Host dunmora.invalid not found'",
+                              "UpdateWindow.progressIndicator stopAnimation"}));
     EXPECT_EQ(message(), "Failed to check updates due to:'Host dunmora.invalid not found'");
     EXPECT_TRUE(isShown());
     EXPECT_TRUE(isInBusyLayout());
@@ -459,6 +460,7 @@ TEST_F(UpdateControllerTest, StaysBusyWhenNoConnectionCanBeOpened)
     EXPECT_TRUE(isShown());
     EXPECT_TRUE(isInBusyLayout());
     EXPECT_EQ(message(), "");
+    EXPECT_EQ(calls().back(), "UpdateWindow.progressIndicator stopAnimation");
 }
 
 TEST_F(UpdateControllerTest, IgnoresAnEarlierTransferWhenNoConnectionCanBeOpened)

@@ -69,6 +69,20 @@ TEST_F(QtProgressIndicatorTest, IsBusyOnceItsAnimationStarts)
     EXPECT_EQ(bar.minimum(), bar.maximum());
 }
 
+TEST_F(QtProgressIndicatorTest, IsEmptyAndShowsValuesOnceItsAnimationStops)
+{
+    indicator.startAnimation();
+
+    indicator.stopAnimation();
+
+    EXPECT_LT(bar.minimum(), bar.maximum());
+    EXPECT_EQ(bar.value(), bar.minimum());
+    EXPECT_DOUBLE_EQ(drawn(0, 10, 5), 0.5);
+
+    indicator.stopAnimation();
+    EXPECT_EQ(bar.value(), bar.maximum() / 2) << "there was no animation to stop";
+}
+
 TEST_F(QtProgressIndicatorTest, DrawsTheLargestValues)
 {
     constexpr auto kLargest = std::numeric_limits<std::int32_t>::max();
