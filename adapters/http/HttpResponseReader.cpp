@@ -110,20 +110,22 @@ std::string_view HttpResponseReader::readBody(std::string_view bytes)
 std::string_view HttpResponseReader::readBytesOfLine(std::string_view bytes)
 {
     const auto end = bytes.find('\n');
-    const auto size = std::min(end, bytes.size());
-    framingSize_ += size + 1;
+    const bool endsLine = end != std::string_view::npos;
+    const auto piece = bytes.substr(0, endsLine ? end + 1 : end);
+    framingSize_ += piece.size();
     if (framingSize_ > kMaxFramingSize) {
         throw PlatformError("The server's response is too long.");
     }
-    line_ += bytes.substr(0, size);
-    if (end == std::string_view::npos) {
+    line_ += piece;
+    if (!endsLine) {
         return {};
     }
+    line_.pop_back();
     if (line_.ends_with('\r')) {
         line_.pop_back();
     }
     readLine(std::exchange(line_, {}));
-    return bytes.substr(end + 1);
+    return bytes.substr(piece.size());
 }
 
 void HttpResponseReader::readLine(std::string_view line)
@@ -184,13 +186,16 @@ void HttpResponseReader::readHeaderField(std::string_view line)
         return;
     }
     const auto colon = line.find(':');
+    if (colon == std::string_view::npos) {
+        fields_.last = nullptr;
+        return;
+    }
     const auto name = line.substr(0, colon);
     const auto is = [&](std::string_view known) { return equalsIgnoringCase(name, known); };
-    fields_.last = colon == std::string_view::npos ? nullptr
-                   : is("location")                ? &fields_.location
-                   : is("content-length")          ? &fields_.contentLength
-                   : is("transfer-encoding")       ? &fields_.transferEncoding
-                                                   : nullptr;
+    fields_.last = is("location")            ? &fields_.location
+                   : is("content-length")    ? &fields_.contentLength
+                   : is("transfer-encoding") ? &fields_.transferEncoding
+                                             : nullptr;
     if (fields_.last != nullptr) {
         fields_.last->emplace_back(line.substr(colon + 1));
     }

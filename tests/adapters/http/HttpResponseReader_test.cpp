@@ -205,6 +205,28 @@ TEST(HttpResponseReader, LimitsTheBytesOutsideTheBody)
     }
 }
 
+TEST(HttpResponseReader, LimitsAHeadTheSameWhateverTheSizeOfThePieces)
+{
+    constexpr std::size_t kLimit = std::size_t{1} << 20U;
+    const auto begin = "HTTP/1.1 204 No Content\r\nX: "s;
+    const auto end = "\r\n\r\n"s;
+    const auto longest = begin + std::string(kLimit - begin.size() - end.size(), 'x') + end;
+    const auto tooLong = "HTTP/1.1 204 No Contents" + longest.substr(begin.find('\r'));
+    ASSERT_EQ(tooLong.size(), kLimit + 1);
+
+    for (const std::size_t size : {std::size_t{1}, std::size_t{2}, std::size_t{1000}, 2 * kLimit}) {
+        const auto readInPieces = [&](std::string_view response) {
+            HttpResponseReader reader;
+            for (std::size_t at = 0; at < response.size(); at += size) {
+                reader.receive(response.substr(at, size));
+            }
+            return reader.isComplete();
+        };
+        EXPECT_TRUE(readInPieces(longest)) << size;
+        EXPECT_THROW(readInPieces(tooLong), PlatformError) << size;
+    }
+}
+
 TEST(HttpResponseReader, KeepsEveryByteOfABody)
 {
     EXPECT_EQ(bodyOf(kChunked + "4\r\n\r\n\0\n\r\n0\r\n\r\n"s), "\r\n\0\n"s);
