@@ -181,7 +181,7 @@ void HttpResponseReader::readHeaderField(std::string_view line)
 {
     if (isBlank(line.front())) {
         if (fields_.last != nullptr) {
-            fields_.last->back().append(" ").append(trimmed(line));
+            (fields_.*fields_.last).back().append(" ").append(trimmed(line));
         }
         return;
     }
@@ -192,12 +192,12 @@ void HttpResponseReader::readHeaderField(std::string_view line)
     }
     const auto name = line.substr(0, colon);
     const auto is = [&](std::string_view known) { return equalsIgnoringCase(name, known); };
-    fields_.last = is("location")            ? &fields_.location
-                   : is("content-length")    ? &fields_.contentLength
-                   : is("transfer-encoding") ? &fields_.transferEncoding
+    fields_.last = is("location")            ? &HeaderFields::location
+                   : is("content-length")    ? &HeaderFields::contentLength
+                   : is("transfer-encoding") ? &HeaderFields::transferEncoding
                                              : nullptr;
     if (fields_.last != nullptr) {
-        fields_.last->emplace_back(line.substr(colon + 1));
+        (fields_.*fields_.last).emplace_back(line.substr(colon + 1));
     }
 }
 

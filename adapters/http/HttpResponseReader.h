@@ -59,7 +59,8 @@ private:
         std::vector<std::string> contentLength;
         std::vector<std::string> transferEncoding;
         // The field that a folded line (RFC 9112 §5.2) continues; null when that field is ignored.
-        std::vector<std::string>* last = nullptr;
+        // A pointer to a member, so that a copy continues its own field.
+        std::vector<std::string> HeaderFields::*last = nullptr;
     };
 
     bool isInBody() const;

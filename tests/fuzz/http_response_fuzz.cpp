@@ -22,6 +22,9 @@ std::optional<std::string> read(std::string_view bytes, std::size_t pieceSize)
         for (std::size_t at = 0; at < bytes.size(); at += pieceSize) {
             reader.receive(bytes.substr(at, pieceSize));
             read += reader.takeBody();
+            // A copy continues where the original was.
+            const auto copy = reader;
+            reader = copy;
         }
         reader.receiveEnd();
     } catch (const dunmora::PlatformError&) {

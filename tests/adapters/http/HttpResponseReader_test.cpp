@@ -181,6 +181,19 @@ INSTANTIATE_TEST_SUITE_P(
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
                     "fffffffffffffffff\r\nx\r\n0\r\n\r\n"));
 
+TEST(HttpResponseReader, ContinuesAFoldedLineInACopy)
+{
+    HttpResponseReader original;
+    original.receive("HTTP/1.1 302 Found\r\nLocation: /a\r\n");
+
+    auto copy = original;
+    copy.receive(" /b\r\n\r\n");
+    original.receive("\r\n");
+
+    EXPECT_EQ(copy.head()->location, "/a /b");
+    EXPECT_EQ(original.head()->location, "/a");
+}
+
 TEST(HttpResponseReader, LimitsTheBytesOutsideTheBody)
 {
     for (const auto& [begin, again] :
