@@ -35,6 +35,15 @@ std::string onlyValue(const std::vector<std::string>& values)
     return std::string(only);
 }
 
+/// Whether the text has a blank or a control character, which no field name may have (RFC 9110
+/// §5.6.2).
+bool hasBlankOrControl(std::string_view text)
+{
+    constexpr char kDelete = 0x7f;
+    return std::any_of(text.begin(), text.end(),
+                       [](char c) { return (c >= 0 && c <= ' ') || c == kDelete; });
+}
+
 /// Whether the status is a redirect (RFC 9110 §15.4).
 bool isRedirect(int status)
 {
@@ -191,6 +200,10 @@ void HttpResponseReader::readHeaderField(std::string_view line)
         return;
     }
     const auto name = line.substr(0, colon);
+    // A client that trims the name and one that does not would disagree on where the body ends.
+    if (hasBlankOrControl(name)) {
+        rejectResponse();
+    }
     const auto is = [&](std::string_view known) { return equalsIgnoringCase(name, known); };
     fields_.last = is("location")            ? &HeaderFields::location
                    : is("content-length")    ? &HeaderFields::contentLength

@@ -181,6 +181,14 @@ INSTANTIATE_TEST_SUITE_P(
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
                     "fffffffffffffffff\r\nx\r\n0\r\n\r\n"));
 
+INSTANTIATE_TEST_SUITE_P(
+    BlankBeforeTheColon, RefusedResponseTest,
+    testing::Values("HTTP/1.1 200 OK\r\nContent-Length : 2\r\n\r\nx",
+                    "HTTP/1.1 200 OK\r\nContent-Length\t: 1\r\n\r\nx",
+                    "HTTP/1.1 200 OK\r\nContent-Length\r: 1\r\n\r\nx",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding : chunked\r\n\r\n1\r\nx\r\n0\r\n\r\n",
+                    "HTTP/1.1 302 Found\r\nLocation : /a\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nX : y\r\nContent-Length: 1\r\n\r\nx"));
 TEST(HttpResponseReader, ContinuesAFoldedLineInACopy)
 {
     HttpResponseReader original;
