@@ -59,6 +59,15 @@ bool isRedirect(int status)
     }
 }
 
+/// Whether the values of Content-Encoding name anything that a recipient would have to decode.
+bool isEncoded(const std::vector<std::string>& values)
+{
+    return std::any_of(values.begin(), values.end(), [](const auto& value) {
+        const auto coding = trimmed(value);
+        return !coding.empty() && !equalsIgnoringCase(coding, "identity");
+    });
+}
+
 /// Returns the unsigned number that the whole text represents; rejects any other text.
 std::uint64_t number(std::string_view text, int base)
 {
@@ -206,6 +215,7 @@ void HttpResponseReader::readHeaderField(std::string_view line)
     }
     const auto is = [&](std::string_view known) { return equalsIgnoringCase(name, known); };
     fields_.last = is("location")            ? &HeaderFields::location
+                   : is("content-encoding")  ? &HeaderFields::contentEncoding
                    : is("content-length")    ? &HeaderFields::contentLength
                    : is("transfer-encoding") ? &HeaderFields::transferEncoding
                                              : nullptr;
@@ -227,7 +237,13 @@ void HttpResponseReader::beginBody()
     head_ = HttpResponseHead{status_, isRedirect(status_) ? onlyValue(fields_.location) : ""};
     if (status_ == kNoContent || status_ == kNotModified) {
         part_ = Part::Complete;
-    } else if (const auto coding = onlyValue(fields_.transferEncoding); !coding.empty()) {
+        return;
+    }
+    // Nobody reads the body of a redirect.
+    if (head_->location.empty() && isEncoded(fields_.contentEncoding)) {
+        throw PlatformError("The server's response has an encoding that was not requested.");
+    }
+    if (const auto coding = onlyValue(fields_.transferEncoding); !coding.empty()) {
         if (!equalsIgnoringCase(coding, "chunked")) {
             rejectResponse();
         }

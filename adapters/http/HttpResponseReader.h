@@ -56,6 +56,7 @@ private:
     /// The values of the header fields that matter, in the order received.
     struct HeaderFields {
         std::vector<std::string> location;
+        std::vector<std::string> contentEncoding;
         std::vector<std::string> contentLength;
         std::vector<std::string> transferEncoding;
         // The field that a folded line (RFC 9112 §5.2) continues; null when that field is ignored.

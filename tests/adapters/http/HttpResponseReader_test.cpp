@@ -189,6 +189,28 @@ INSTANTIATE_TEST_SUITE_P(
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding : chunked\r\n\r\n1\r\nx\r\n0\r\n\r\n",
                     "HTTP/1.1 302 Found\r\nLocation : /a\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nX : y\r\nContent-Length: 1\r\n\r\nx"));
+INSTANTIATE_TEST_SUITE_P(
+    Encoded, RefusedResponseTest,
+    testing::Values(
+        "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 1\r\n\r\nx",
+        "HTTP/1.1 404 Not Found\r\ncontent-encoding:br\r\n\r\nx",
+        "HTTP/1.1 200 OK\r\nContent-Encoding: identity\r\nContent-Encoding: gzip\r\n\r\nx",
+        "HTTP/1.1 200 OK\r\nContent-Encoding: identity, gzip\r\n\r\nx",
+        "HTTP/1.1 200 OK\r\nContent-Encoding:\r\n gzip\r\n\r\nx",
+        "HTTP/1.1 302 Found\r\nContent-Encoding: gzip\r\n\r\nx"));
+
+TEST(HttpResponseReader, AcceptsABodyThatIsNotEncoded)
+{
+    for (const std::string coding : {"identity", "Identity ", ""}) {
+        EXPECT_EQ(bodyOf("HTTP/1.1 200 OK\r\nContent-Encoding: " + coding + "\r\n\r\nx"), "x");
+    }
+}
+
+TEST(HttpResponseReader, IgnoresHowTheBodyOfARedirectIsEncoded)
+{
+    EXPECT_EQ(locationOf(302, "Location: /a\r\nContent-Encoding: gzip\r\n"), "/a");
+}
+
 TEST(HttpResponseReader, ContinuesAFoldedLineInACopy)
 {
     HttpResponseReader original;
