@@ -248,8 +248,8 @@ void HttpResponseReader::beginBody()
             rejectResponse();
         }
         part_ = Part::ChunkSize;
-    } else if (const auto length = onlyValue(fields_.contentLength); !length.empty()) {
-        missing_ = number(length, 10);
+    } else if (!fields_.contentLength.empty()) {
+        missing_ = number(onlyValue(fields_.contentLength), 10);
         part_ = missing_ == 0 ? Part::Complete : Part::BodyOfKnownLength;
     } else {
         part_ = Part::BodyUntilClose;

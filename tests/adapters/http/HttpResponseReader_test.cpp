@@ -173,6 +173,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "HTTP/1.1 200 OK\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\nxx",
                     "HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: gzip, chunked\r\n\r\n0\r\n\r\n",
+                    "HTTP/1.1 200 OK\r\nContent-Length:\r\n\r\nx",
                     "HTTP/1.1 302 Found\r\nLocation: /a\r\nLocation: /b\r\n\r\n",
                     "HTTP/1.1 302 Found\r\nLocation: /a\r\nLocation: /a\r\n /b\r\n\r\n",
                     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nx\r\n0\r\n\r\n",
