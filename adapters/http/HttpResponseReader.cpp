@@ -89,9 +89,9 @@ void HttpResponseReader::receive(std::string_view bytes)
     }
 }
 
-void HttpResponseReader::receiveEnd()
+void HttpResponseReader::receiveEnd(Close close)
 {
-    if (part_ == Part::BodyUntilClose) {
+    if (part_ == Part::BodyUntilClose && close == Close::Complete) {
         part_ = Part::Complete;
     }
     if (!isComplete()) {

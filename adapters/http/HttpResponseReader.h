@@ -24,13 +24,17 @@ struct HttpResponseHead {
 /// Thread: any, one at a time.
 class HttpResponseReader final {
 public:
+    /// How the connection was closed. The close is incomplete when somebody between here and the
+    /// server may have cut the connection (RFC 9112 §9.8).
+    enum class Close { Complete, Incomplete };
+
     /// Reads the next bytes; ignores bytes after the end of the response.
     /// Errors: PlatformError for a malformed response; the reader must not be used after that.
     void receive(std::string_view bytes);
 
-    /// Handles the end of the connection, which ends a body without a length.
-    /// Errors: PlatformError when the response is truncated.
-    void receiveEnd();
+    /// Handles the end of the connection, which ends a body without a length if it is complete.
+    /// Errors: PlatformError when the response is or may be truncated.
+    void receiveEnd(Close close);
 
     /// The head of the final response, once it is complete.
     const std::optional<HttpResponseHead>& head() const { return head_; }

@@ -17,6 +17,8 @@ namespace dunmora {
 
 namespace {
 
+using Close = HttpResponseReader::Close;
+
 constexpr int kMaximumRedirects = 20;
 constexpr std::size_t kMaximumBody = std::size_t{1} << 20U;
 // The size of the socket's read buffer.
@@ -148,6 +150,11 @@ void QtConnection::connectThrough(const QNetworkProxy& proxy)
             &QtConnection::sendRequest);
     connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readResponse);
     connect(socket_, &QSslSocket::errorOccurred, this, &QtConnection::handleError);
+    close_ = Close::Complete;
+    if (encrypts) {
+        close_ = Close::Incomplete;
+        connect(socket_, &QSslSocket::alertReceived, this, &QtConnection::handleAlert);
+    }
 
     forwarder_.reset();
     if (!encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability)) {
@@ -199,10 +206,20 @@ void QtConnection::handleError()
     }
 }
 
+/// The socket reports the same error whether the server closes a TLS connection or somebody cuts
+/// it. Only the server can send the alert. Where Qt's TLS does not report alerts, a body needs a
+/// length.
+void QtConnection::handleAlert(QSsl::AlertLevel /*level*/, QSsl::AlertType type)
+{
+    if (type == QSsl::AlertType::CloseNotify) {
+        close_ = Close::Complete;
+    }
+}
+
 void QtConnection::handleEndOfResponse()
 {
     try {
-        response_.receiveEnd();
+        response_.receiveEnd(close_);
     } catch (const PlatformError& error) {
         fail(toQString(error.what()));
         return;

@@ -7,6 +7,7 @@
 #include <QBasicTimer>
 #include <QNetworkProxy>
 #include <QObject>
+#include <QSsl>
 #include <QUrl>
 
 #include <chrono>
@@ -54,6 +55,7 @@ private:
     void sendRequest();
     void readResponse();
     void handleError();
+    void handleAlert(QSsl::AlertLevel level, QSsl::AlertType type);
     void handleEndOfResponse();
     void handleHead();
     void handleBody();
@@ -79,6 +81,7 @@ private:
     std::optional<QNetworkProxy> forwarder_;
     QSslSocket* socket_ = nullptr;
     HttpResponseReader response_;
+    HttpResponseReader::Close close_ = HttpResponseReader::Close::Complete;
     bool hasHead_ = false;
 };
 

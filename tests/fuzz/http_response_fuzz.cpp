@@ -12,9 +12,11 @@ namespace {
 
 using dunmora::HttpResponseReader;
 using dunmora::test::require;
+using Close = HttpResponseReader::Close;
 
 /// Reads a response in pieces of this size. Returns its head and body; nothing when it is rejected.
-std::optional<std::string> read(std::string_view bytes, std::size_t pieceSize)
+std::optional<std::string> read(std::string_view bytes, std::size_t pieceSize,
+                                Close close = Close::Complete)
 {
     HttpResponseReader reader;
     std::string read;
@@ -26,7 +28,7 @@ std::optional<std::string> read(std::string_view bytes, std::size_t pieceSize)
             const auto copy = reader;
             reader = copy;
         }
-        reader.receiveEnd();
+        reader.receiveEnd(close);
     } catch (const dunmora::PlatformError&) {
         return std::nullopt;
     }
@@ -46,6 +48,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto whole = read(response, std::max<std::size_t>(size, 1));
 
     require(!whole || whole->size() <= response.size() + 8, "the result is longer than the input");
+    const auto cut = read(response, std::max<std::size_t>(size, 1), Close::Incomplete);
+    require(!cut || cut == whole, "the result depends on how the connection was closed");
     require(read(response, 1) == whole, "the result depends on the size of the pieces");
     require(read(response, 7) == whole, "the result depends on the size of the pieces");
     return 0;

@@ -15,12 +15,14 @@ using namespace std::string_literals;
 
 const auto kChunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"s;
 
+using Close = HttpResponseReader::Close;
+
 /// Reads a complete response and the end of the connection.
-HttpResponseReader read(std::string_view bytes)
+HttpResponseReader read(std::string_view bytes, Close close = Close::Complete)
 {
     HttpResponseReader reader;
     reader.receive(bytes);
-    reader.receiveEnd();
+    reader.receiveEnd(close);
     return reader;
 }
 
@@ -72,6 +74,20 @@ TEST(HttpResponseReader, ReadsABodyUntilTheConnectionCloses)
 {
     EXPECT_EQ(bodyOf("HTTP/1.0 200 OK\r\n\r\n0.2\nURL"), "0.2\nURL");
     EXPECT_EQ(bodyOf("HTTP/1.0 200\r\n\r\n"), "");
+}
+
+TEST(HttpResponseReader, RefusesABodyWithoutALengthAfterAnIncompleteClose)
+{
+    EXPECT_THROW(read("HTTP/1.0 200 OK\r\n\r\n0.2\nURL", Close::Incomplete), PlatformError);
+    EXPECT_THROW(read("HTTP/1.0 200 OK\r\n\r\n", Close::Incomplete), PlatformError);
+}
+
+TEST(HttpResponseReader, NeedsNoCompleteCloseWhenTheEndOfTheBodyIsKnown)
+{
+    for (const auto& response :
+         {"HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx"s, kChunked + "1\r\nx\r\n0\r\n\r\n"}) {
+        EXPECT_EQ(read(response, Close::Incomplete).takeBody(), "x");
+    }
 }
 
 TEST(HttpResponseReader, AcceptsLineFeedsAsLineEnds)

@@ -17,6 +17,8 @@
 #include <string_view>
 #include <vector>
 
+#include <sys/socket.h>
+
 namespace dunmora::test {
 
 namespace {
@@ -257,27 +259,108 @@ TEST_F(QtConnectionTest, FollowsRedirectsToInternationalHostNames)
     }
 }
 
+/// An https server that clients trust during its lifetime.
+class TrustedServer final {
+public:
+    TrustedServer()
+    {
+        auto trusting = before_;
+        trusting.setCaCertificates({LoopbackServer::certificate()});
+        QSslConfiguration::setDefaultConfiguration(trusting);
+    }
+    ~TrustedServer() { QSslConfiguration::setDefaultConfiguration(before_); }
+    TrustedServer(const TrustedServer&) = delete;
+    TrustedServer& operator=(const TrustedServer&) = delete;
+
+    LoopbackServer* operator->() { return &server_; }
+
+private:
+    QSslConfiguration before_ = QSslConfiguration::defaultConfiguration();
+    LoopbackServer server_{LoopbackServer::Protocol::Https};
+};
+
 TEST_F(QtConnectionTest, FollowsRedirectsToAnEncryptedServerAndBack)
 {
-    LoopbackServer encrypted(LoopbackServer::Protocol::Https);
-    auto trusting = QSslConfiguration::defaultConfiguration();
-    const auto before = trusting;
-    trusting.setCaCertificates({LoopbackServer::certificate()});
-    QSslConfiguration::setDefaultConfiguration(trusting);
+    TrustedServer encrypted;
     const auto sendTo = [](const std::string& url) {
         return httpResponse(302, {}, "Location: " + QByteArray::fromStdString(url) + "\r\n");
     };
-    encrypted.respondWith(sendTo(server.url("/end")));
+    encrypted->respondWith(sendTo(server.url("/end")));
     server.respond = [&](const std::string& path, QTcpSocket& socket) {
-        socket.write(path == "/end" ? httpResponse(200, kThreeLines) : sendTo(encrypted.url("/x")));
+        socket.write(path == "/end" ? httpResponse(200, kThreeLines)
+                                    : sendTo(encrypted->url("/x")));
         socket.disconnectFromHost();
     };
 
     get("/begin");
 
-    QSslConfiguration::setDefaultConfiguration(before);
     expectFinished(kThreeLines);
-    EXPECT_EQ(delegate.redirects, (Events{encrypted.url("/x"), server.url("/end")}));
+    EXPECT_EQ(delegate.redirects, (Events{encrypted->url("/x"), server.url("/end")}));
+}
+
+/// An encrypted server that ends the connection with or without the closure alert of TLS.
+class EncryptedEndTest : public QtConnectionTest {
+protected:
+    /// Gets the response from the server, which then closes the connection.
+    void getAndClose(const QByteArray& response)
+    {
+        encrypted->respondWith(response);
+        getEncrypted();
+    }
+
+    /// Gets the response from the server, after which the connection ends, as if somebody had cut
+    /// it.
+    void getAndCut(const QByteArray& response)
+    {
+        encrypted->respond = [response](const std::string& /*path*/, QTcpSocket& socket) {
+            socket.write(response);
+            socket.flush();
+            ::shutdown(static_cast<int>(socket.socketDescriptor()), SHUT_WR);
+        };
+        getEncrypted();
+    }
+
+    TrustedServer encrypted;
+
+private:
+    void getEncrypted()
+    {
+        connection = opener->openConnection(encrypted->url(), delegate);
+        handleEventsUntil([&] { return delegate.hasEnded(); });
+        handleEvents();
+    }
+};
+
+TEST_F(EncryptedEndTest, IsTheEndOfABodyWithoutALength)
+{
+    getAndClose("HTTP/1.0 200 OK\r\n\r\n" + kThreeLines);
+
+    expectFinished(kThreeLines);
+}
+
+TEST_F(EncryptedEndTest, IsTheEndOfALongBodyWithoutALength)
+{
+    const QByteArray body(kMaximumBody, 'x');
+
+    getAndClose("HTTP/1.0 200 OK\r\n\r\n" + body);
+
+    expectFinished(body);
+}
+
+TEST_F(EncryptedEndTest, IsNotTheEndOfABodyWhenTheConnectionIsCut)
+{
+    getAndCut("HTTP/1.0 200 OK\r\n\r\n" + kThreeLines);
+
+    EXPECT_EQ(delegate.events, (Events{"response", "failed"}));
+    EXPECT_EQ(delegate.failure,
+              "The server closed the connection before the response was complete.");
+}
+
+TEST_F(EncryptedEndTest, DoesNotMatterAfterABodyOfAKnownLength)
+{
+    getAndCut(httpResponse(200, kThreeLines));
+
+    expectFinished(kThreeLines);
 }
 
 TEST_F(QtConnectionTest, FailsForAnUntrustedCertificate)
