@@ -7,6 +7,7 @@
 #include <QNetworkProxy>
 #include <QSslSocket>
 #include <QString>
+#include <QTcpSocket>
 #include <QTimerEvent>
 
 #include <string_view>
@@ -143,31 +144,48 @@ void QtConnection::lookUpProxy()
 
 void QtConnection::connectThrough(const QNetworkProxy& proxy)
 {
-    const bool encrypts = isEncrypted(url_);
-    socket_ = new QSslSocket(this);
-    socket_->setReadBufferSize(kReadBuffer);
-    connect(socket_, encrypts ? &QSslSocket::encrypted : &QSslSocket::connected, this,
-            &QtConnection::sendRequest);
-    connect(socket_, &QSslSocket::readyRead, this, &QtConnection::readResponse);
-    connect(socket_, &QSslSocket::errorOccurred, this, &QtConnection::handleError);
-    close_ = Close::Complete;
-    if (encrypts) {
-        close_ = Close::Incomplete;
-        connect(socket_, &QSslSocket::alertReceived, this, &QtConnection::handleAlert);
-    }
-
     forwarder_.reset();
-    if (!encrypts && proxy.capabilities().testFlag(QNetworkProxy::CachingCapability)) {
-        forwarder_ = proxy;
-    }
-    socket_->setProxy(forwarder_ ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
-    if (encrypts) {
-        socket_->connectToHostEncrypted(url_.host(), static_cast<quint16>(url_.port(kHttpsPort)));
-    } else if (forwarder_) {
-        socket_->connectToHost(proxy.hostName(), proxy.port());
+    if (isEncrypted(url_)) {
+        connectEncrypted(proxy);
     } else {
-        socket_->connectToHost(url_.host(), static_cast<quint16>(url_.port(kHttpPort)));
+        connectPlain(proxy);
     }
+}
+
+void QtConnection::connectEncrypted(const QNetworkProxy& proxy)
+{
+    auto* const socket = new QSslSocket(this);
+    use(*socket);
+    connect(socket, &QSslSocket::encrypted, this, &QtConnection::sendRequest);
+    connect(socket, &QSslSocket::alertReceived, this, &QtConnection::handleAlert);
+    close_ = Close::Incomplete;
+    socket->setProxy(proxy);
+    socket->connectToHostEncrypted(url_.host(), static_cast<quint16>(url_.port(kHttpsPort)));
+}
+
+/// Without QSslSocket, which loads the TLS library on the main thread even if it encrypts nothing.
+void QtConnection::connectPlain(const QNetworkProxy& proxy)
+{
+    auto* const socket = new QTcpSocket(this);
+    use(*socket);
+    connect(socket, &QTcpSocket::connected, this, &QtConnection::sendRequest);
+    close_ = Close::Complete;
+    if (proxy.capabilities().testFlag(QNetworkProxy::CachingCapability)) {
+        forwarder_ = proxy;
+        socket->setProxy(QNetworkProxy::NoProxy);
+        socket->connectToHost(proxy.hostName(), proxy.port());
+    } else {
+        socket->setProxy(proxy);
+        socket->connectToHost(url_.host(), static_cast<quint16>(url_.port(kHttpPort)));
+    }
+}
+
+void QtConnection::use(QTcpSocket& socket)
+{
+    socket_ = &socket;
+    socket.setReadBufferSize(kReadBuffer);
+    connect(&socket, &QTcpSocket::readyRead, this, &QtConnection::readResponse);
+    connect(&socket, &QTcpSocket::errorOccurred, this, &QtConnection::handleError);
 }
 
 void QtConnection::sendRequest()

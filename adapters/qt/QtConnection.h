@@ -16,8 +16,8 @@
 #include <memory>
 #include <optional>
 
-class QSslSocket;
 class QString;
+class QTcpSocket;
 
 namespace dunmora {
 
@@ -52,6 +52,9 @@ private:
     void get(const QUrl& url);
     void lookUpProxy();
     void connectThrough(const QNetworkProxy& proxy);
+    void connectEncrypted(const QNetworkProxy& proxy);
+    void connectPlain(const QNetworkProxy& proxy);
+    void use(QTcpSocket& socket);
     void sendRequest();
     void readResponse();
     void handleError();
@@ -79,7 +82,7 @@ private:
     std::unique_ptr<ProxyLookup> proxyLookup_;
     // The proxy that forwards a plain request; none when the socket tunnels or connects directly.
     std::optional<QNetworkProxy> forwarder_;
-    QSslSocket* socket_ = nullptr;
+    QTcpSocket* socket_ = nullptr;
     HttpResponseReader response_;
     HttpResponseReader::Close close_ = HttpResponseReader::Close::Complete;
     bool hasHead_ = false;

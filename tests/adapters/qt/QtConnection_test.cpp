@@ -6,11 +6,14 @@
 #include <QNetworkProxy>
 #include <QSslCertificate>
 #include <QSslConfiguration>
+#include <QSslSocket>
 #include <QTimer>
 #include <QUrl>
 
 #include <chrono>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -140,6 +143,32 @@ TEST_F(QtConnectionTest, ReportsTheResponseItsBodyAndItsEnd)
     expectFinished(kThreeLines);
 }
 
+/// Whether this process has loaded the system's library for encryption.
+bool hasEncryption()
+{
+    std::ifstream maps("/proc/self/maps");
+    const std::string all(std::istreambuf_iterator<char>(maps), {});
+    return all.find("/libssl") != std::string::npos;
+}
+
+TEST_F(QtConnectionTest, LoadsNoEncryptionForAPlainServer)
+{
+    // An earlier test in the same process may have loaded it.
+    const bool before = hasEncryption();
+    server.respond = [](const std::string& path, QTcpSocket& socket) {
+        socket.write(path == "/" ? httpResponse(302, {}, "Location: /end\r\n")
+                                 : httpResponse(200, kThreeLines));
+        socket.disconnectFromHost();
+    };
+
+    get();
+
+    expectFinished(kThreeLines);
+    EXPECT_EQ(hasEncryption(), before);
+    // What loads it is seen here.
+    EXPECT_TRUE(QSslSocket::supportsSsl() && hasEncryption());
+}
+
 TEST_F(QtConnectionTest, JoinsAChunkedBody)
 {
     server.respondWith("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
@@ -157,6 +186,16 @@ TEST_F(QtConnectionTest, AcceptsABodyEndedByTheConnection)
     get();
 
     expectFinished(kThreeLines);
+}
+
+TEST_F(QtConnectionTest, AcceptsALongBodyEndedByTheConnection)
+{
+    const QByteArray body(kMaximumBody, 'x');
+    server.respondWith("HTTP/1.0 200 OK\r\n\r\n" + body);
+
+    get();
+
+    expectFinished(body);
 }
 
 TEST_F(QtConnectionTest, AcceptsAnEmptyBody)
