@@ -395,6 +395,16 @@ TEST_F(EncryptedEndTest, IsNotTheEndOfABodyWhenTheConnectionIsCut)
               "The server closed the connection before the response was complete.");
 }
 
+TEST_F(EncryptedEndTest, IsForgottenAfterARedirectToAPlainServer)
+{
+    server.respondWith("HTTP/1.0 200 OK\r\n\r\n" + kThreeLines);
+
+    getAndCut(
+        httpResponse(302, {}, "Location: " + QByteArray::fromStdString(server.url()) + "\r\n"));
+
+    expectFinished(kThreeLines);
+}
+
 TEST_F(EncryptedEndTest, DoesNotMatterAfterABodyOfAKnownLength)
 {
     getAndCut(httpResponse(200, kThreeLines));
