@@ -763,12 +763,12 @@ INSTANTIATE_TEST_SUITE_P(All, SilentServerTest,
 
 TEST_F(QtConnectionTest, WaitsForASlowServerAsLongAsBytesArrive)
 {
-    useTimeout(200ms);
+    useTimeout(500ms);
     QTimer drip;
     server.respond = [&](const std::string& /*path*/, QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\nContent-Length: 12\r\n\r\n");
         QObject::connect(&drip, &QTimer::timeout, &socket, [&socket] { socket.write("x"); });
-        drip.start(40ms);
+        drip.start(60ms);
     };
 
     get();
