@@ -14,6 +14,14 @@ enum class WindowLevel {
     Status,
 };
 
+/// Whether a window that is shown takes the keyboard focus.
+enum class KeyboardFocus {
+    /// The user asked for the window.
+    Take,
+    /// The window appears by itself: the next key press is meant for the focused window.
+    Leave,
+};
+
 /// Is notified before a window closes.
 ///
 /// Thread: the main thread. Errors: none.
@@ -39,10 +47,10 @@ public:
     /// `delegate` may be null; it must stay alive until it is replaced or the window is destroyed.
     virtual void setDelegate(WindowDelegate* delegate) = 0;
 
-    /// Shows the window in front of the others at its level. A floating window does not take the
-    /// keyboard focus; a status window takes it only from the main window, not from a dialog or
-    /// another program.
-    virtual void show() = 0;
+    /// Shows the window in front of the others at its level. A floating window never takes the
+    /// keyboard focus.
+    virtual void show(KeyboardFocus focus) = 0;
+    void show() { show(KeyboardFocus::Take); }
 
     /// Closes the window, notifying its delegate first.
     virtual void close() = 0;

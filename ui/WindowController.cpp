@@ -1,7 +1,6 @@
 #include "ui/WindowController.h"
 
 #include "platform/Desktop.h"
-#include "platform/Window.h"
 
 namespace dunmora {
 
@@ -17,10 +16,10 @@ Window* WindowController::window()
     return &interface_->window();
 }
 
-void WindowController::showWindow(const void* /*sender*/)
+void WindowController::showWindow(const void* /*sender*/, KeyboardFocus focus)
 {
     if (auto* const loaded = window()) {
-        loaded->show();
+        loaded->show(focus);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/InterfaceLoader.h"
+#include "platform/Window.h"
 
 #include <memory>
 #include <string>
@@ -21,7 +22,7 @@ public:
     Window* window();
 
     /// Shows the window; does nothing when it cannot be loaded. The sender is ignored.
-    void showWindow(const void* sender);
+    void showWindow(const void* sender, KeyboardFocus focus = KeyboardFocus::Take);
 
     /// Closes the window if it was ever loaded.
     void close();

@@ -202,7 +202,7 @@ void UpdateController::connectionDidFinishLoading(const Connection& connection)
         setMessage(newer->message);
         hide(btnDownload_, false);
         if (!ifShowWindow_) {
-            showWindow(this);
+            showWindow(this, KeyboardFocus::Leave);
         }
     } else {
         setMessage(kLatestVersion);

@@ -3,12 +3,10 @@
 #include "adapters/qt/OneLineText.h"
 #include "adapters/qt/WindowPlacement.h"
 
-#include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QWidget>
 
-#include <algorithm>
 #include <utility>
 
 namespace dunmora {
@@ -30,20 +28,6 @@ Qt::WindowFlags flagsOf(WindowLevel level)
         break;
     }
     return Qt::Window;
-}
-
-/// Whether the user is working in a dialog or another program rather than the main window or this
-/// one.
-bool isUserElsewhere(const QWidget& window)
-{
-    // A dialog that was just shown counts even before it gets the keyboard focus.
-    const auto windows = QApplication::topLevelWidgets();
-    const auto* const main = mainWindow();
-    return QGuiApplication::applicationState() != Qt::ApplicationActive ||
-           std::any_of(windows.begin(), windows.end(), [&](const QWidget* other) {
-               return other != &window && other != main && other->isVisible() &&
-                      !other->testAttribute(Qt::WA_ShowWithoutActivating);
-           });
 }
 
 bool isEscape(QEvent& event)
@@ -71,20 +55,17 @@ void QtWindow::setLevel(WindowLevel level)
 {
     level_ = level;
     const bool wasVisible = widget_.isVisible();
-    widget_.setAttribute(Qt::WA_ShowWithoutActivating, level == WindowLevel::Floating);
     // Changing the flags hides the window.
     widget_.setWindowFlags(flagsOf(level));
     if (wasVisible) {
-        show();
+        show(KeyboardFocus::Leave);
     }
 }
 
-void QtWindow::show()
+void QtWindow::show(KeyboardFocus focus)
 {
-    if (level_ == WindowLevel::Status) {
-        // The user did not open it: the next key press is meant for the focused window.
-        widget_.setAttribute(Qt::WA_ShowWithoutActivating, isUserElsewhere(widget_));
-    }
+    widget_.setAttribute(Qt::WA_ShowWithoutActivating,
+                         focus == KeyboardFocus::Leave || level_ == WindowLevel::Floating);
     showAboveMainWindow(widget_);
 }
 

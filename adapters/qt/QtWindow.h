@@ -23,7 +23,8 @@ public:
     void setTitle(const std::string& title) override;
     void setLevel(WindowLevel level) override;
     void setDelegate(WindowDelegate* delegate) override { delegate_ = delegate; }
-    void show() override;
+    using Window::show;
+    void show(KeyboardFocus focus) override;
     void close() override;
 
     QWidget& widget() const { return widget_; }

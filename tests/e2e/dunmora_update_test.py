@@ -79,6 +79,42 @@ class SilentCheckTest(UpdateCase):
         dunmora.wait_until_idle()
         self.assertEqual(dunmora.names(), ANNS + CARLS)
 
+    def test_the_offer_takes_no_key_from_the_filter(self):
+        reply = Reply(NEWER, held=True)
+        dunmora = self.start_with(reply)
+        main = dunmora.main
+        dunmora.press(main, "ctrl+f")
+        field = dunmora.wait_for(lambda: main.find("text", states=["focused"]), "filter")
+        dunmora.screen.count_activations()
+
+        dunmora.screen.type("+1 5")
+        reply.resume()
+        dunmora.screen.type("55 0")
+        window = dunmora.wait_for_window(is_update, "update window")
+        self.wait_for_outcome(dunmora, window, NEWS)
+        dunmora.screen.type("100")
+
+        dunmora.wait_for(lambda: field.text == "+1 555 0100", "every letter in the filter")
+        dunmora.screen.press("enter")
+        dunmora.wait_for(lambda: not field.has("focused"), "keyboard focus in the table")
+        dunmora.screen.press("ctrl+f")
+        dunmora.screen.press("escape")
+        dunmora.wait_for(lambda: not main.find_all("text"), "end of the filter")
+        self.assertIn(window, dunmora.windows)
+        self.assertEqual(dunmora.screen.count_activations(), 0)
+
+    def test_the_menu_command_gives_the_keyboard_to_the_offer(self):
+        reply = Reply(NEWER, held=True)
+        dunmora = self.start_with(reply)
+        reply.resume()
+        window = dunmora.wait_for_window(is_update, "update window")
+        dunmora.wait_until_active(dunmora.main)
+
+        self.check_from_menu(dunmora)
+        dunmora.press(window, "escape")
+
+        dunmora.wait_for_main_alone()
+
     def test_nothing_is_shown_when_there_is_nothing_new(self):
         for reply in (Reply(SAME), Reply(UNREADABLE), Reply(b""), Reply(SAME, status=500), Hangup()):
             with self.subTest(reply.body):

@@ -92,9 +92,10 @@ void FakeWindow::setDelegate(WindowDelegate* newDelegate)
     delegate = newDelegate;
 }
 
-void FakeWindow::show()
+void FakeWindow::show(KeyboardFocus newFocus)
 {
     isVisible = true;
+    focus = newFocus;
     log_.add(name_ + " show");
 }
 

@@ -59,13 +59,16 @@ public:
     void setTitle(const std::string& text) override;
     void setLevel(WindowLevel newLevel) override;
     void setDelegate(WindowDelegate* newDelegate) override;
-    void show() override;
+    using Window::show;
+    void show(KeyboardFocus newFocus) override;
     void close() override;
 
     std::string title;
     WindowLevel level = WindowLevel::Normal;
     WindowDelegate* delegate = nullptr;
     bool isVisible = false;
+    /// As the last call of `show` asked for.
+    KeyboardFocus focus = KeyboardFocus::Leave;
 
 private:
     std::string name_;

@@ -24,7 +24,7 @@ public:
     void setTitle(const std::string& /*title*/) override {}
     void setLevel(WindowLevel /*level*/) override {}
     void setDelegate(WindowDelegate* /*delegate*/) override {}
-    void show() override {}
+    void show(KeyboardFocus /*focus*/) override {}
     void close() override {}
 };
 

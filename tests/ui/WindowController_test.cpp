@@ -48,6 +48,15 @@ TEST_F(WindowControllerTest, ShowsAndClosesItsWindow)
     EXPECT_EQ(calls(), (Calls{"load Panel", "Panel show", "Panel close"}));
 }
 
+TEST_F(WindowControllerTest, TakesTheKeyboardFocusUnlessAskedNotTo)
+{
+    controller_.showWindow(this);
+    EXPECT_EQ(loader_.last->fakeWindow.focus, KeyboardFocus::Take);
+
+    controller_.showWindow(this, KeyboardFocus::Leave);
+    EXPECT_EQ(loader_.last->fakeWindow.focus, KeyboardFocus::Leave);
+}
+
 TEST_F(WindowControllerTest, DoesNotLoadItsWindowToCloseIt)
 {
     controller_.close();

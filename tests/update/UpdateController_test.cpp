@@ -192,6 +192,17 @@ TEST_F(UpdateControllerTest, ShowsItsWindowAfterASilentCheckThatFoundANewerVersi
     EXPECT_TRUE(offersDownload());
 }
 
+TEST_F(UpdateControllerTest, TakesTheKeyboardFocusOnlyForACheckThatTheUserRequested)
+{
+    controller.CheckForUpdate(false);
+    transfer().reply(kNewer);
+    EXPECT_EQ(interface().fakeWindow.focus, KeyboardFocus::Leave);
+
+    // The offer is still on the screen.
+    controller.CheckForUpdate(true);
+    EXPECT_EQ(interface().fakeWindow.focus, KeyboardFocus::Take);
+}
+
 TEST_F(UpdateControllerTest, ShowsTheBusyLayoutAndThenThatTheVersionIsTheLatest)
 {
     clearCalls();

@@ -438,25 +438,29 @@ TEST_F(QtInterfaceTest, KeepsAStatusWindowOnTopAndOutOfTheCentre)
     EXPECT_FALSE(window.isModal());
 }
 
-TEST_F(QtInterfaceTest, LetsAStatusWindowTakeTheFocusFromTheMainWindowOnly)
+TEST_F(QtInterfaceTest, TakesTheFocusOnlyForAWindowThatTheUserAskedFor)
 {
     const auto main = load("MainWindow");
-    const auto dialog = load("FilterWindow");
     const auto status = load("FilterWindow");
     status->window().setLevel(WindowLevel::Status);
     main->window().show();
-    handleEvents();
+    auto& mainWindow = shownWindow(QStringLiteral("MainWindow"));
 
-    // The offscreen platform activates every window that is shown, so check the request instead.
-    status->window().show();
+    // The offscreen platform activates every window that it maps, so check the request instead.
+    status->window().show(KeyboardFocus::Leave);
     auto& window = shownWindow(QStringLiteral("FilterWindow"));
-    EXPECT_FALSE(window.testAttribute(Qt::WA_ShowWithoutActivating));
-
-    status->window().close();
-    dialog->window().show();
-    handleEvents();
-    status->window().show();
     EXPECT_TRUE(window.testAttribute(Qt::WA_ShowWithoutActivating));
+
+    mainWindow.activateWindow();
+    handleEventsUntil([&] { return mainWindow.isActiveWindow(); });
+    status->window().show(KeyboardFocus::Leave);
+    handleEvents();
+    EXPECT_TRUE(mainWindow.isActiveWindow());
+
+    status->window().show(KeyboardFocus::Take);
+    handleEventsUntil([&] { return window.isActiveWindow(); });
+    EXPECT_TRUE(window.isActiveWindow());
+    EXPECT_FALSE(window.testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
 TEST_F(QtInterfaceTest, NamesTheProgramInEveryTitleAfterTheSameDash)
