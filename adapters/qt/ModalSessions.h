@@ -61,6 +61,7 @@ private:
 
     void run(QWidget& window, Start start);
     void endAt(std::vector<Session*>::iterator position);
+    void passFocusOn(const QWidget& window) const;
     void releaseMouse(const QWidget& window);
     void regainFocus() const;
 

@@ -7,7 +7,7 @@ import functools
 import socket
 
 import windowcase
-from dunmora import Dunmora, is_update, texts_of
+from dunmora import Dunmora, is_dialog, is_update, texts_of
 from dunmoracase import ANNS, CARLS, DunmoraCase
 from updateservice import Browser, Hangup, Reply, UnwantedReply, UpdateService
 from waiting import DEADLINE_SECONDS, wait_for
@@ -102,6 +102,20 @@ class SilentCheckTest(UpdateCase):
         dunmora.wait_for(lambda: not main.find_all("text"), "end of the filter")
         self.assertIn(window, dunmora.windows)
         self.assertEqual(dunmora.screen.count_activations(), 0)
+
+    def test_the_offer_does_not_get_the_keyboard_when_a_dialog_closes(self):
+        self.service.replies = [Reply(NEWER)]
+        dunmora = self.start(self.book)
+        window = dunmora.wait_for_window(is_update, "update window")
+        for _ in range(2):
+            dunmora.press(dunmora.dialog, "enter")
+            dunmora.wait_for(lambda: not any(map(is_dialog, dunmora.windows)), "end of the dialog")
+            dunmora.button("Reload")
+
+            dunmora.wait_until_active(dunmora.main)
+            self.assertIn(window, dunmora.windows)
+            # Asks for the match fields again.
+            dunmora.screen.press("f5")
 
     def test_the_menu_command_gives_the_keyboard_to_the_offer(self):
         reply = Reply(NEWER, held=True)

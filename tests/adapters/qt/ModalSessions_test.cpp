@@ -160,6 +160,35 @@ TEST_F(ModalSessionsTest, RestoresTheFocusWhenItIsLostWithTheWindow)
     EXPECT_TRUE(front.isActiveWindow());
 }
 
+TEST_F(ModalSessionsTest, PassesTheFocusOnBeforeTheWindowCloses)
+{
+    QMainWindow front;
+    front.show();
+    during(dialog.window, [&] {
+        dialog.window.activateWindow();
+        handleEventsUntil([&] { return dialog.window.isActiveWindow(); });
+    });
+
+    handleEvents();
+    EXPECT_TRUE(dialog.window.isVisible());
+    EXPECT_TRUE(front.isActiveWindow());
+}
+
+TEST_F(ModalSessionsTest, DoesNotTakeTheFocusFromAWindowThatTheUserWentTo)
+{
+    QMainWindow front;
+    front.show();
+    inner.window.setProperty("alwaysUsable", true);
+    inner.window.show();
+    during(dialog.window, [&] {
+        inner.window.activateWindow();
+        handleEventsUntil([&] { return inner.window.isActiveWindow(); });
+    });
+
+    handleEvents();
+    EXPECT_TRUE(inner.window.isActiveWindow());
+}
+
 TEST_F(ModalSessionsTest, LeavesTheFocusWithTheWindowThatHasIt)
 {
     QMainWindow front;
