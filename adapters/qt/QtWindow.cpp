@@ -66,7 +66,7 @@ void QtWindow::show(KeyboardFocus focus)
 {
     widget_.setAttribute(Qt::WA_ShowWithoutActivating,
                          focus == KeyboardFocus::Leave || level_ == WindowLevel::Floating);
-    showAboveMainWindow(widget_);
+    showAboveMainWindow(widget_, lastPlace_);
 }
 
 void QtWindow::close()
@@ -104,6 +104,7 @@ bool QtWindow::handleClose(QEvent& event)
         event.ignore();
         return true;
     }
+    lastPlace_ = widget_.pos();
     if (delegate_ != nullptr) {
         delegate_->windowWillClose();
     }

@@ -3,8 +3,10 @@
 #include "platform/Window.h"
 
 #include <QObject>
+#include <QPoint>
 
 #include <functional>
+#include <optional>
 
 class QWidget;
 
@@ -39,6 +41,8 @@ private:
     CloseRequest onCloseRequest_;
     WindowDelegate* delegate_ = nullptr;
     WindowLevel level_ = WindowLevel::Normal;
+    /// Where the user left it; none before it has been closed.
+    std::optional<QPoint> lastPlace_;
     bool isClosing_ = false;
 };
 

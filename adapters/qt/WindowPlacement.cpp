@@ -34,15 +34,17 @@ void nameProgramIn(QWidget& window)
     }
 }
 
-void placeAbove(QWidget& window, const QWidget& below)
+/// The position at which the window fits on the screen that it was left on, if that still exists.
+QPoint placeAgain(const QWidget& window, const QWidget& below, QPoint lastPlace)
 {
-    window.ensurePolished();
-    if (!window.property("initialColumns").isValid()) {
-        window.adjustSize();
-    }
-    // Creates the native window, which the transient parent needs.
-    window.winId();
-    window.windowHandle()->setTransientParent(below.windowHandle());
+    const QRect place(lastPlace, window.frameSize());
+    const auto* const screen = QGuiApplication::screenAt(place.center());
+    return movedInto((screen == nullptr ? below.screen() : screen)->availableGeometry(), place)
+        .topLeft();
+}
+
+QPoint firstPlace(const QWidget& window, const QWidget& below)
+{
     QRect place(QPoint(), window.size());
     if (window.windowFlags().testFlag(Qt::WindowStaysOnTopHint)) {
         // In the middle it would cover dialogs.
@@ -50,7 +52,19 @@ void placeAbove(QWidget& window, const QWidget& below)
     } else {
         place.moveCenter(below.frameGeometry().center());
     }
-    window.move(movedInto(below.screen()->availableGeometry(), place).topLeft());
+    return movedInto(below.screen()->availableGeometry(), place).topLeft();
+}
+
+void placeAbove(QWidget& window, const QWidget& below, std::optional<QPoint> lastPlace)
+{
+    window.ensurePolished();
+    if (!lastPlace && !window.property("initialColumns").isValid()) {
+        window.adjustSize();
+    }
+    // Creates the native window, which the transient parent needs.
+    window.winId();
+    window.windowHandle()->setTransientParent(below.windowHandle());
+    window.move(lastPlace ? placeAgain(window, below, *lastPlace) : firstPlace(window, below));
 }
 
 }  // namespace
@@ -64,7 +78,7 @@ QWidget* mainWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
-void showAboveMainWindow(QWidget& window)
+void showAboveMainWindow(QWidget& window, std::optional<QPoint> lastPlace)
 {
     const auto* const below = mainWindow();
     nameProgramIn(window);
@@ -74,7 +88,7 @@ void showAboveMainWindow(QWidget& window)
     // Qt places windows that have a parent.
     if (!window.isVisible() && window.parentWidget() == nullptr && below != nullptr &&
         below != &window) {
-        placeAbove(window, *below);
+        placeAbove(window, *below, lastPlace);
     }
     window.show();
     window.raise();

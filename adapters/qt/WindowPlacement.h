@@ -1,5 +1,9 @@
 #pragma once
 
+#include <QPoint>
+
+#include <optional>
+
 class QWidget;
 
 namespace dunmora {
@@ -8,10 +12,10 @@ namespace dunmora {
 /// Thread: the main thread.
 QWidget* mainWindow();
 
-/// Shows a window and keeps it above the main window: centred, or in the top right corner if it
-/// stays on top of every window. Activates it unless it has the attribute
-/// Qt::WA_ShowWithoutActivating.
+/// Shows a window and keeps it above the main window: where the top left corner of its frame was,
+/// or centred, or in the top right corner if it stays on top of every window; always on the screen.
+/// Activates it unless it has the attribute Qt::WA_ShowWithoutActivating.
 /// Thread: the main thread.
-void showAboveMainWindow(QWidget& window);
+void showAboveMainWindow(QWidget& window, std::optional<QPoint> lastPlace = {});
 
 }  // namespace dunmora

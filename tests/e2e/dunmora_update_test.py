@@ -250,6 +250,30 @@ class MenuCheckTest(UpdateCase):
 
         dunmora.wait_for_main_alone()
 
+    def test_it_reopens_where_the_user_left_it_but_on_the_screen(self):
+        dunmora, window = self.check(Reply(SAME, held=True))
+        self.wait_for_outcome(dunmora, window, LATEST)
+        x, y, _, _ = dunmora.extents(window)
+
+        def reopen_after_moving_to(*place):
+            dunmora.x_window(window).move(*place)
+            dunmora.wait_for(lambda: dunmora.extents(window)[:2] != (x, y) and dunmora.x_window(window), "new place")
+            left = dunmora.extents(window)
+            dunmora.press(window, "escape")
+            dunmora.wait_for_main_alone()
+            self.check_from_menu(dunmora)
+            return left, dunmora.extents(window)
+
+        left, reopened = reopen_after_moving_to(40, 500)
+        self.assertEqual(reopened, left)
+
+        x, y, width, height = reopened
+        (left_x, *_), (x, y, width, height) = reopen_after_moving_to(1200, 900)
+        screen_width, screen_height, _ = dunmora.screen.image()
+        self.assertGreater(left_x + width, screen_width)
+        self.assertLessEqual(x + width, screen_width)
+        self.assertLessEqual(y + height, screen_height)
+
     def test_it_floats_above_the_main_window(self):
         dunmora, window = self.check(Reply(NEWER, held=True))
         self.wait_for_outcome(dunmora, window, NEWS)

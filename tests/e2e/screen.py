@@ -62,6 +62,11 @@ class XWindow:
         """Asks the window manager to close the window, as its close button would."""
         self.screen.send_to_manager(self.window, "_NET_CLOSE_WINDOW", [Xlib.X.CurrentTime, 2])
 
+    def move(self, x, y):
+        """Asks the window manager to move the window, frame and all, as a user who drags it would."""
+        north_west, has_x, has_y = 1, 1 << 8, 1 << 9
+        self.screen.send_to_manager(self.window, "_NET_MOVERESIZE_WINDOW", [north_west | has_x | has_y, x, y])
+
     def activate(self):
         """Asks the window manager to activate the window."""
         self.screen.send_to_manager(self.window, "_NET_ACTIVE_WINDOW", [2, Xlib.X.CurrentTime, 0])

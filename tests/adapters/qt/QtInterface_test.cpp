@@ -438,6 +438,32 @@ TEST_F(QtInterfaceTest, KeepsAStatusWindowOnTopAndOutOfTheCentre)
     EXPECT_FALSE(window.isModal());
 }
 
+TEST_F(QtInterfaceTest, ReopensAWindowWhereTheUserLeftItButOnTheScreen)
+{
+    const auto main = load("MainWindow");
+    const auto status = load("UpdateWindow");
+    main->window().show();
+    status->window().setLevel(WindowLevel::Status);
+    status->window().show();
+    auto& window = shownWindow(QStringLiteral("UpdateWindow"));
+    const auto reopenAt = [&](QPoint place, QSize size) {
+        window.move(place);
+        window.resize(size);
+        status->window().close();
+        status->window().show();
+        return window.frameGeometry();
+    };
+    const QPoint place(7, 11);
+    const auto size = window.size() + QSize(5, 3);
+
+    EXPECT_EQ(reopenAt(place, size).topLeft(), place);
+    EXPECT_EQ(window.size(), size);
+
+    const auto screen = window.screen()->availableGeometry();
+    EXPECT_TRUE(screen.contains(reopenAt(screen.bottomRight() - QPoint(20, 20), size)));
+    EXPECT_TRUE(screen.contains(reopenAt(screen.topLeft() - QPoint(5000, 5000), size)));
+}
+
 TEST_F(QtInterfaceTest, TakesTheFocusOnlyForAWindowThatTheUserAskedFor)
 {
     const auto main = load("MainWindow");
