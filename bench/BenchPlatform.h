@@ -74,6 +74,8 @@ public:
 class ClosedWorkspace final : public Workspace {
 public:
     bool openURL(const std::string& /*url*/) override { return false; }
+    void openWebPage(const std::string& /*url*/) override {}
+    std::string webHost(const std::string& /*url*/) const override { return {}; }
 };
 
 class EmptyBundle final : public Bundle {

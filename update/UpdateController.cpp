@@ -140,7 +140,7 @@ void UpdateController::OnUpdate(View* /*sender*/)
 
 void UpdateController::OnDownload(View* /*sender*/)
 {
-    Platform::current().workspace.openURL(urlDownload_);
+    Platform::current().workspace.openWebPage(urlDownload_);
     close();
 }
 

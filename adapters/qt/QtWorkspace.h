@@ -2,6 +2,8 @@
 
 #include "platform/Workspace.h"
 
+#include <string>
+
 namespace dunmora {
 
 class QtApplication;
@@ -14,6 +16,8 @@ public:
     explicit QtWorkspace(QtApplication& application) : application_(application) {}
 
     bool openURL(const std::string& url) override;
+    void openWebPage(const std::string& url) override;
+    std::string webHost(const std::string& url) const override;
 
 private:
     QtApplication& application_;

@@ -3,15 +3,18 @@
 #include "platform/Workspace.h"
 
 #include <iosfwd>
+#include <string>
 
 namespace dunmora {
 
-/// Prints each URL on a line instead of opening it.
+/// Prints each URL on a line instead of opening it. No web page has a host to show.
 class PrintingWorkspace final : public Workspace {
 public:
     explicit PrintingWorkspace(std::ostream& out) : out_(out) {}
 
     bool openURL(const std::string& url) override;
+    void openWebPage(const std::string& url) override;
+    std::string webHost(const std::string& url) const override;
 
 private:
     std::ostream& out_;

@@ -294,7 +294,17 @@ class DownloadTest(UpdateCase):
         wait_for(lambda: self.browser.opened == [DOWNLOAD], "address in the browser")
         dunmora.wait_for_main_alone()
 
-    def test_only_web_addresses_are_opened(self):
+    def test_the_address_of_a_service_whose_lines_end_in_cr_lf_is_opened(self):
+        dunmora = self.start_with(Reply(SAME), Reply(NEWER.replace(b"\n", b"\r\n")))
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, NEWS)
+
+        dunmora.click(window.find("push button", "Download"))
+
+        wait_for(lambda: self.browser.opened == [DOWNLOAD], "address in the browser")
+        dunmora.wait_for_main_alone()
+
+    def test_every_other_address_is_reported(self):
         for address in ("file:///etc/passwd", "/bin/true", "not an address", "javascript:alert(1)", ""):
             with self.subTest(address):
                 dunmora = self.start_with(Reply(SAME), Reply(f"99.5\n{address}\n{NEWS}".encode()))
@@ -303,6 +313,9 @@ class DownloadTest(UpdateCase):
 
                 dunmora.click(window.find("push button", "Download"))
 
+                alert = dunmora.alert(f"“{address}” cannot be opened: it is not the address of a web page.")
+                self.assertFalse(any(map(is_update, dunmora.windows)))
+                dunmora.click(alert.find("push button", "OK"))
                 dunmora.wait_for_main_alone()
                 # Addresses are opened in order, so this must be the first.
                 dunmora.choose("Help", "Website")

@@ -11,8 +11,19 @@ int RecordingAlert::runModal(const AlertContent& content)
 bool RecordingWorkspace::openURL(const std::string& url)
 {
     opened.push_back(url);
-    onOpenURL(url);
     return true;
+}
+
+void RecordingWorkspace::openWebPage(const std::string& url)
+{
+    openedPages.push_back(url);
+    onOpenWebPage(url);
+}
+
+std::string RecordingWorkspace::webHost(const std::string& url) const
+{
+    const auto found = webHosts.find(url);
+    return found == webHosts.end() ? std::string() : found->second;
 }
 
 std::optional<std::string> FakeBundle::objectForInfoDictionaryKey(std::string_view key) const

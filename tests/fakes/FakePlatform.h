@@ -8,6 +8,7 @@
 #include "tests/fakes/FakeUserDefaults.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,10 +31,15 @@ public:
 class RecordingWorkspace final : public Workspace {
 public:
     bool openURL(const std::string& url) override;
+    void openWebPage(const std::string& url) override;
+    std::string webHost(const std::string& url) const override;
 
     std::vector<std::string> opened;
-    /// Called with each URL.
-    std::function<void(const std::string& url)> onOpenURL = [](const std::string& /*url*/) {};
+    std::vector<std::string> openedPages;
+    /// The hosts of web pages that it may open, by their URLs.
+    std::map<std::string, std::string> webHosts;
+    /// Called with the URL of each web page.
+    std::function<void(const std::string& url)> onOpenWebPage = [](const std::string& /*url*/) {};
 };
 
 class FakeBundle final : public Bundle {

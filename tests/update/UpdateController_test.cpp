@@ -41,7 +41,9 @@ struct RecordingDesktop : FakeDesktop {
             record("btnDownload", interface.button("btnDownload"));
         };
         connections.onOpen = [&log] { log.add("open a connection"); };
-        platform.workspace.onOpenURL = [&log](const std::string& url) { log.add("open " + url); };
+        platform.workspace.onOpenWebPage = [&log](const std::string& url) {
+            log.add("open " + url);
+        };
     }
 };
 
@@ -145,7 +147,7 @@ TEST_F(UpdateControllerTest, ChangesNothingAtStartUpWhenTheAutomaticCheckIsOff)
     EXPECT_TRUE(isInResultLayout());
     EXPECT_TRUE(offersDownload());
     interface().command("OnDownload").use();
-    EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
+    EXPECT_EQ(platform.workspace.openedPages, Calls{"http://example.com/get"});
 }
 
 TEST_F(UpdateControllerTest, ChecksFromTheMenuWhenTheAutomaticCheckIsOffAndShowsThatItIs)
@@ -303,7 +305,7 @@ TEST_F(UpdateControllerTest, KeepsTheDownloadAddressWhenUpToDate)
 
     interface().command("OnDownload").use();
 
-    EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
+    EXPECT_EQ(platform.workspace.openedPages, Calls{"http://example.com/get"});
 }
 
 TEST_F(UpdateControllerTest, TakesNoDownloadAddressFromAnUnreadableReply)
@@ -313,7 +315,7 @@ TEST_F(UpdateControllerTest, TakesNoDownloadAddressFromAnUnreadableReply)
 
     interface().command("OnDownload").use();
 
-    EXPECT_EQ(platform.workspace.opened, Calls{""});
+    EXPECT_EQ(platform.workspace.openedPages, Calls{""});
 }
 
 TEST_F(UpdateControllerTest, ComparesWithTheVersionAtTheTimeOfTheReply)
@@ -397,7 +399,7 @@ TEST_P(UpdateControllerEndingTest, DecidesWhatRemainsOfAnEarlierOfferAfterASilen
     EXPECT_TRUE(isShown());
     EXPECT_TRUE(isInResultLayout());
     interface().command("OnDownload").use();
-    EXPECT_EQ(platform.workspace.opened, Calls{GetParam().downloads});
+    EXPECT_EQ(platform.workspace.openedPages, Calls{GetParam().downloads});
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -568,7 +570,7 @@ TEST_F(UpdateControllerTest, ForgetsTheDownloadAddressWhenACheckBegins)
     controller.CheckForUpdate(true);
     interface().command("OnDownload").use();
 
-    EXPECT_EQ(platform.workspace.opened, Calls{""});
+    EXPECT_EQ(platform.workspace.openedPages, Calls{""});
 }
 
 TEST_F(UpdateControllerTest, StoresWhetherTheAutomaticCheckIsOn)
@@ -599,7 +601,7 @@ TEST_F(UpdateControllerTest, ChecksWhenItsInterfaceFileIsMissing)
     transfer().reply(kNewer);
     withoutWindow.OnDownload(nullptr);
 
-    EXPECT_EQ(platform.workspace.opened, Calls{"http://example.com/get"});
+    EXPECT_EQ(platform.workspace.openedPages, Calls{"http://example.com/get"});
 }
 
 }  // namespace dunmora::test

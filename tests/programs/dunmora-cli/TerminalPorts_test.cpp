@@ -85,5 +85,15 @@ TEST(PrintingWorkspace, PrintsTheAddress)
     EXPECT_FALSE(workspace.openURL("http://example.com/"));
 }
 
+TEST(PrintingWorkspace, PrintsAnUntrustedAddressSafely)
+{
+    std::ostringstream out;
+    PrintingWorkspace workspace(out);
+
+    workspace.openWebPage("http://example.com/\x1b[2J");
+
+    EXPECT_EQ(out.str(), "http://example.com/␛[2J\n");
+}
+
 }  // namespace
 }  // namespace dunmora::test
