@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -8,9 +10,14 @@ namespace dunmora {
 /// ASCII letters, digits, `_`, `-` and `.`.
 ///
 /// Thread: any, several at once. Errors: none; a value that cannot be stored stays in effect until
-/// the program ends, and the adapter reports the failure once on standard error.
+/// the program ends, and the adapter reports the first failure of each kind on standard error and
+/// to the program.
 class UserDefaults {
 public:
+    /// Receives a failure as a message for the user. The adapter calls it on the thread whose call
+    /// has failed, without holding a lock. It must not throw.
+    using OnFailure = std::function<void(const std::string& message)>;
+
     virtual ~UserDefaults() = default;
 
     /// Whether the key has a stored value of any type. Does not block on the disk.

@@ -21,11 +21,10 @@ namespace dunmora {
 
 namespace {
 
-void reportOnce(bool& reported, const std::string& message)
+void addOnce(std::vector<std::string>& failures, bool& added, const std::string& message)
 {
-    if (!std::exchange(reported, true)) {
-        // A single write keeps the lines of several threads and programs whole.
-        std::fputs(("dunmora: " + message + "\n").c_str(), stderr);
+    if (!std::exchange(added, true)) {
+        failures.push_back(message);
     }
 }
 
@@ -61,10 +60,11 @@ IniDocument parse(const FileBytes& bytes, const std::filesystem::path& file)
 
 }  // namespace
 
-IniUserDefaults::IniUserDefaults(std::filesystem::path file, std::chrono::milliseconds lockTimeout)
-    : file_(std::move(file)), lockTimeout_(lockTimeout)
+IniUserDefaults::IniUserDefaults(std::filesystem::path file, OnFailure onFailure,
+                                 std::chrono::milliseconds lockTimeout)
+    : file_(std::move(file)), onFailure_(std::move(onFailure)), lockTimeout_(lockTimeout)
 {
-    saveAndReload();
+    IniUserDefaults::synchronize();
 }
 
 std::filesystem::path IniUserDefaults::perUserFile()
@@ -99,31 +99,40 @@ void IniUserDefaults::setBool(std::string_view key, bool value)
 
 bool IniUserDefaults::synchronize()
 {
-    const std::lock_guard guard(fileMutex_);
-    return saveAndReload();
+    std::vector<std::string> failures;
+    const bool isStored = saveAndReload(failures);
+    for (const auto& failure : failures) {
+        // A single write keeps the lines of several threads and programs whole.
+        std::fputs(("dunmora: " + failure + "\n").c_str(), stderr);
+        if (onFailure_) {
+            onFailure_(failure);
+        }
+    }
+    return isStored;
 }
 
-bool IniUserDefaults::saveAndReload()
+bool IniUserDefaults::saveAndReload(std::vector<std::string>& failures)
 {
+    const std::lock_guard guard(fileMutex_);
     try {
         save();
     } catch (const PlatformError& error) {
-        reportOnce(saveFailureReported_, "The preferences were not saved and last until the "
-                                         "program ends. " +
-                                             std::string(error.what()));
+        addOnce(failures, saveFailureReported_,
+                "The preferences were not saved and last until the program ends. " +
+                    std::string(error.what()));
     }
     Values values = values_;
     try {
         values = load();
     } catch (const PlatformError& error) {
-        reportOnce(loadFailureReported_,
-                   "The preferences were not loaded. " + std::string(error.what()));
+        addOnce(failures, loadFailureReported_,
+                "The preferences were not loaded. " + std::string(error.what()));
     }
     for (const auto& [key, value] : unsaved_) {
         values.insert_or_assign(key, value);
     }
     {
-        const std::lock_guard guard(valuesMutex_);
+        const std::lock_guard valuesGuard(valuesMutex_);
         values_.swap(values);
     }
     return unsaved_.empty();

@@ -10,6 +10,7 @@
 #include <shared_mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
@@ -18,12 +19,13 @@ namespace dunmora {
 /// share the file.
 ///
 /// A file that cannot be read, or is not an INI file, is never changed. The first failure to read
-/// and the first failure to save are reported on standard error.
+/// and the first failure to save are reported.
 class IniUserDefaults final : public UserDefaults {
 public:
     /// Reads the file. When it is missing, the first `synchronize` with a value to store creates
     /// it, with its folders. A save fails when another program keeps the file locked for this long.
-    explicit IniUserDefaults(std::filesystem::path file,
+    /// `onFailure` may be empty; the constructor may call it already.
+    explicit IniUserDefaults(std::filesystem::path file, OnFailure onFailure = {},
                              std::chrono::milliseconds lockTimeout = std::chrono::seconds(1));
 
     /// `dunmora/dunmora.conf` in the user's configuration folder (XDG base directory standard).
@@ -37,12 +39,14 @@ public:
 private:
     using Values = IniDocument::Values;
 
-    bool saveAndReload();
+    /// Appends the failures that have not been reported yet.
+    bool saveAndReload(std::vector<std::string>& failures);
     void save();
     void saveInto(LockedFile file, const LockedFile::TryAgain& tryAgain);
     Values load() const;
 
     const std::filesystem::path file_;
+    const OnFailure onFailure_;
     const std::chrono::milliseconds lockTimeout_;
 
     // Held while the file is read or written; guards the members up to the next mutex.

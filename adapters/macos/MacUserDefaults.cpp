@@ -5,7 +5,6 @@
 #include "platform/PlatformError.h"
 
 #include <cstdio>
-#include <string>
 
 namespace dunmora {
 
@@ -29,22 +28,34 @@ void MacUserDefaults::setBool(std::string_view key, bool value)
 
 bool MacUserDefaults::synchronize()
 {
-    return call([] { return synchronizeStandardDefaults(); });
+    const bool isStored = call([] { return synchronizeStandardDefaults(); });
+    if (!isStored) {
+        reportOnce("The preferences were not saved and last until the program ends.");
+    }
+    return isStored;
 }
 
-/// Returns the result of `work`, or false when Objective-C throws. Prints the first such error to
-/// standard error.
+/// Returns the result of `work`, or false when Objective-C throws.
 bool MacUserDefaults::call(const std::function<bool()>& work) const
 {
     bool result = false;
     try {
         callObjectiveC("The preferences store of macOS", [&] { result = work(); });
     } catch (const PlatformError& error) {
-        std::call_once(errorReported_, [&] {
-            std::fputs(("dunmora: " + std::string(error.what()) + "\n").c_str(), stderr);
-        });
+        reportOnce(error.what());
     }
     return result;
+}
+
+void MacUserDefaults::reportOnce(const std::string& message) const
+{
+    if (failureReported_.exchange(true)) {
+        return;
+    }
+    std::fputs(("dunmora: " + message + "\n").c_str(), stderr);
+    if (onFailure_) {
+        onFailure_(message);
+    }
 }
 
 }  // namespace dunmora

@@ -5,6 +5,7 @@
 #include "programs/platform/PlatformChoice.h"
 
 #include <cstdlib>
+#include <utility>
 
 namespace dunmora {
 
@@ -63,9 +64,9 @@ OpenedBook openAddressBook(const std::filesystem::path& path)
     return {book, book, book};
 }
 
-std::unique_ptr<UserDefaults> userDefaults()
+std::unique_ptr<UserDefaults> userDefaults(UserDefaults::OnFailure onFailure)
 {
-    return std::make_unique<IniUserDefaults>(IniUserDefaults::perUserFile());
+    return std::make_unique<IniUserDefaults>(IniUserDefaults::perUserFile(), std::move(onFailure));
 }
 
 bool hasDisplay()

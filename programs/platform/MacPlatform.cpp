@@ -4,6 +4,8 @@
 #include "platform/PlatformError.h"
 #include "programs/platform/PlatformChoice.h"
 
+#include <utility>
+
 namespace dunmora {
 
 std::string_view systemAddressBookName()
@@ -52,9 +54,9 @@ OpenedBook openAddressBook(const std::filesystem::path& path)
     return {book, book, book};
 }
 
-std::unique_ptr<UserDefaults> userDefaults()
+std::unique_ptr<UserDefaults> userDefaults(UserDefaults::OnFailure onFailure)
 {
-    return std::make_unique<MacUserDefaults>();
+    return std::make_unique<MacUserDefaults>(std::move(onFailure));
 }
 
 bool hasDisplay()

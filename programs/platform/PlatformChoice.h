@@ -2,6 +2,7 @@
 
 #include "platform/DesktopBook.h"
 #include "platform/OpenedBook.h"
+#include "platform/UserDefaults.h"
 
 #include <filesystem>
 #include <memory>
@@ -10,8 +11,6 @@
 #include <vector>
 
 namespace dunmora {
-
-class UserDefaults;
 
 // What depends on the platform: one source file per platform implements these functions, and the
 // build picks one.
@@ -47,8 +46,8 @@ std::vector<DesktopBook> listDesktopBookNames();
 /// Errors: PlatformError when there can be no such address book.
 OpenedBook openAddressBook(const std::filesystem::path& path);
 
-/// The user's preferences.
-std::unique_ptr<UserDefaults> userDefaults();
+/// The user's preferences. `onFailure` may be empty, and may be called before this returns.
+std::unique_ptr<UserDefaults> userDefaults(UserDefaults::OnFailure onFailure = {});
 
 /// Whether windows can be shown.
 bool hasDisplay();

@@ -24,6 +24,8 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace dunmora::test {
 namespace {
@@ -381,6 +383,66 @@ TEST_F(IniUserDefaultsTest, NeverSendAControlCharacterOfAPathToTheTerminal)
                             "” cannot be read: Is a directory.\n");
 }
 
+TEST_F(IniUserDefaultsTest, ReportEachFailureToTheProgramToo)
+{
+    write(settings_, "a file where the folder should be");
+    std::vector<std::string> reported;
+
+    standardErrorOf([&] {
+        IniUserDefaults defaults(file_,
+                                 [&](const std::string& message) { reported.push_back(message); });
+        store(defaults, "filterHome", true);
+        EXPECT_EQ(reported.size(), 1U);
+        std::filesystem::remove(settings_);
+        std::filesystem::create_directories(file_);
+        store(defaults, "filterHome", false);
+    });
+
+    EXPECT_EQ(reported, (std::vector<std::string>{
+                            "The preferences were not saved and last until the program ends. " +
+                                quotedFile() + " cannot be changed: Not a directory.",
+                            "The preferences were not loaded. " + quotedFile() +
+                                " cannot be read: Is a directory."}));
+}
+
+TEST_F(IniUserDefaultsFileTest, ReportToTheProgramAtOnceThatTheyCannotBeRead)
+{
+    write(file_, "junk\n");
+    std::vector<std::string> reported;
+
+    standardErrorOf([&] {
+        const IniUserDefaults defaults(
+            file_, [&](const std::string& message) { reported.push_back(message); });
+    });
+
+    EXPECT_EQ(reported,
+              std::vector<std::string>{"The preferences were not loaded. " + quotedFile() +
+                                       " is not a valid preferences file. Correct it or delete "
+                                       "it."});
+}
+
+TEST_F(IniUserDefaultsTest, MayBeUsedWhileAFailureIsReported)
+{
+    write(settings_, "a file where the folder should be");
+    int reports = 0;
+
+    standardErrorOf([&] {
+        UserDefaults* used = nullptr;
+        IniUserDefaults defaults(file_, [&](const std::string& /*message*/) {
+            ++reports;
+            // As another thread does: a lock that is held would block it.
+            std::jthread([&] {
+                EXPECT_TRUE(used->boolForKey("filterHome"));
+                EXPECT_FALSE(store(*used, "filterWork", true));
+            });
+        });
+        used = &defaults;
+        store(defaults, "filterHome", true);
+    });
+
+    EXPECT_EQ(reports, 1);
+}
+
 TEST_F(IniUserDefaultsFileTest, NeverWaitForAPipe)
 {
     ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
@@ -400,7 +462,7 @@ TEST_F(IniUserDefaultsFileTest, GiveUpWhenAnotherProgramKeepsTheFileLocked)
     write(file_, "filterWork=true\n");
     const int other = ::open(file_.c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_EQ(::flock(other, LOCK_EX), 0);
-    IniUserDefaults defaults(file_, std::chrono::milliseconds(10));
+    IniUserDefaults defaults(file_, {}, std::chrono::milliseconds(10));
 
     const auto messages = standardErrorOf([&] {
         EXPECT_FALSE(store(defaults, "filterHome", true));
