@@ -18,6 +18,7 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "programs/dunmora/MainWindow.h"
+#include "programs/dunmora/PreferencesFailures.h"
 #include "programs/dunmora/SupervisedApplication.h"
 #include "programs/platform/PlatformChoice.h"
 
@@ -120,7 +121,9 @@ void openFirst(MainWindow& mainWindow, const Options& options)
                           textFolding, savePanel,       numberFormat};
     Desktop::install(desktop);
 
-    const auto preferences = userDefaults();
+    PreferencesFailures preferencesFailures(application);
+    const auto preferences =
+        userDefaults([&](const std::string& message) { preferencesFailures.report(message); });
     QtAlert alert(application);
     QtWorkspace workspace(application);
     Platform platform{nullptr, *preferences, alert, workspace, bundle};
@@ -138,6 +141,7 @@ void openFirst(MainWindow& mainWindow, const Options& options)
                                 hasSeveral ? listDesktopBookNames : SystemBooks::List());
     openFirst(mainWindow, options);
     mainWindow.show();
+    preferencesFailures.showAtLaunch();
     application.run(mainWindow);
 }
 

@@ -6,7 +6,7 @@ import signal
 
 import windowcase
 from bigbook import big_book
-from dunmora import FIELDS, NO_FIELD, is_alert, is_progress
+from dunmora import FIELDS, MOBILE_FIELD, NO_FIELD, is_alert, is_progress
 from dunmoracase import ANN_1, ANNS, BEN, BOOK, CARL_1, CARLS, DORA_1, DORA_2, JUNK, DunmoraCase
 from waiting import wait_for
 
@@ -59,6 +59,60 @@ class FailureTest(DunmoraCase):
         dunmora.press(self.delete_checked(dunmora), "enter")
         dunmora.total("2 duplicates of 3")
         self.assert_book(ANN_1 + JUNK + BEN + CARL_1)
+
+
+class PreferencesTest(DunmoraCase):
+    NOT_SAVED = "The preferences were not saved and last until the program ends."
+
+    def setUp(self):
+        super().setUp()
+        self.folder = self.home / "config" / "dunmora"
+        self.folder.parent.mkdir()
+        self.file = self.folder / "dunmora.conf"
+
+    @staticmethod
+    def alerts(dunmora):
+        return [window for window in dunmora.windows if is_alert(window)]
+
+    def confirm(self, dunmora, text):
+        """Waits for an alert with this text and confirms it."""
+        alert = dunmora.alert(text)
+        self.assertTrue(alert.find("graphic", "Error"))
+        dunmora.press(alert, "enter")
+        dunmora.wait_for(lambda: not self.alerts(dunmora), "end of the alert")
+
+    def test_reports_once_above_the_dialog_that_they_cannot_be_saved(self):
+        self.folder.write_text("a file where the folder should be")
+        dunmora = self.start(self.book)
+        dialog = dunmora.dialog
+        mobile, nickname = (dialog.find("check box", name) for name in (MOBILE_FIELD, "Nickname"))
+
+        dunmora.click(mobile)
+        message = f"{self.NOT_SAVED} “{self.file}” cannot be changed: Not a directory."
+        self.confirm(dunmora, message)
+        dunmora.click(nickname)
+        dunmora.wait_for(lambda: nickname.has("checked"), "mark")
+        dunmora.click(nickname)
+        dunmora.wait_for(lambda: not nickname.has("checked"), "end of the mark")
+        self.assertFalse(self.alerts(dunmora))
+        dunmora.press(dialog, "enter")
+
+        # Nevertheless the search uses the choice: everybody has another mobile number or none.
+        dunmora.wait_until_idle()
+        dunmora.total("0 duplicates of 5")
+        self.assertEqual(dunmora.output, f"dunmora: {message}\n")
+
+    def test_reports_at_launch_that_they_cannot_be_loaded(self):
+        self.folder.mkdir()
+        self.file.write_text("junk\n")
+        dunmora = self.start(self.book)
+
+        self.confirm(dunmora, f"The preferences were not loaded. “{self.file}” is not a valid preferences file. "
+                              "Correct it or delete it.")
+        dunmora.search()
+
+        dunmora.total("4 duplicates of 5")
+        self.assertEqual(self.file.read_text(), "junk\n")
 
 
 class EndTest(DunmoraCase):
