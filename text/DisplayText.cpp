@@ -63,6 +63,34 @@ void appendReplaced(std::string& out, std::string_view text,
     }
 }
 
+/// Appends the text as `appendWindowText` does, but with this in place of each line break.
+void appendForWindow(std::string& out, std::string_view text, std::string_view lineBreak)
+{
+    appendReplaced(
+        out, text,
+        [&](const Utf8Character& character, DisplayEffect effect, std::string_view rest) {
+            switch (effect) {
+            case DisplayEffect::LineBreak:
+                // The line feed of a pair adds it.
+                out += rest.starts_with("\r\n") ? "" : lineBreak;
+                break;
+            case DisplayEffect::Tab:
+                out += ' ';
+                break;
+            case DisplayEffect::DirectionalMark:
+                out += rest.substr(0, character.size);
+                break;
+            case DisplayEffect::DirectionalFormatting:
+            case DisplayEffect::Hidden:
+                break;
+            case DisplayEffect::Control:
+            case DisplayEffect::None:
+                out += kReplacementText;
+                break;
+            }
+        });
+}
+
 }  // namespace
 
 DisplayEffect displayEffect(char32_t c)
@@ -143,33 +171,20 @@ std::string displayText(std::string_view text)
 
 void appendWindowText(std::string& out, std::string_view text)
 {
-    appendReplaced(
-        out, text,
-        [&](const Utf8Character& character, DisplayEffect effect, std::string_view rest) {
-            switch (effect) {
-            case DisplayEffect::LineBreak:
-            case DisplayEffect::Tab:
-                // The line feed of a pair adds the space.
-                out += rest.starts_with("\r\n") ? "" : " ";
-                break;
-            case DisplayEffect::DirectionalMark:
-                out += rest.substr(0, character.size);
-                break;
-            case DisplayEffect::DirectionalFormatting:
-            case DisplayEffect::Hidden:
-                break;
-            case DisplayEffect::Control:
-            case DisplayEffect::None:
-                out += kReplacementText;
-                break;
-            }
-        });
+    appendForWindow(out, text, " ");
 }
 
 std::string windowText(std::string_view text)
 {
     std::string out;
     appendWindowText(out, text);
+    return out;
+}
+
+std::string windowLines(std::string_view text)
+{
+    std::string out;
+    appendForWindow(out, text, "\n");
     return out;
 }
 

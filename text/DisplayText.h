@@ -7,9 +7,9 @@
 
 namespace dunmora {
 
-// Text from an address book or a path may contain anything. These functions make it safe to show
-// in one line: nothing in the result moves a cursor, breaks the line, changes the writing direction
-// of what follows or hides in a word.
+// Text from an address book, a path or a server may contain anything. These functions make it safe
+// to show, and all but `windowLines` in one line: nothing in the result moves a cursor, breaks the
+// line, changes the writing direction of what follows or hides in a word.
 // Thread: any. Errors: none.
 
 /// What a character does to the line it is shown in.
@@ -66,6 +66,9 @@ void appendWindowText(std::string& out, std::string_view text);
 
 /// The text as `appendWindowText` appends it.
 std::string windowText(std::string_view text);
+
+/// The text as `appendWindowText` appends it, but with a line feed for each line break.
+std::string windowLines(std::string_view text);
 
 /// The text as `displayText` returns it, in quotation marks: “text”.
 std::string quotedText(std::string_view text);

@@ -1,8 +1,8 @@
 #include "adapters/qt/AlertDialog.h"
 
-#include "adapters/qt/OneLineText.h"
 #include "adapters/qt/QtText.h"
 #include "adapters/qt/Symbols.h"
+#include "text/DisplayText.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -15,13 +15,10 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
-#include <QStringList>
 #include <QStyle>
 #include <QTextOption>
 
 #include <algorithm>
-#include <limits>
-#include <string_view>
 
 namespace dunmora {
 
@@ -33,24 +30,6 @@ constexpr int kColumns = 72;
 constexpr qsizetype kMaximumCharacters = qsizetype{kMaximumLines} * kColumns;
 /// Lines of a shorter text wrap at this many average characters.
 constexpr int kWrapColumns = 60;
-
-/// Makes every line safe to show, because each may contain the name of a file or a person.
-QString safeText(std::string_view text)
-{
-    QStringList lines;
-    while (true) {
-        const auto end = text.find('\n');
-        auto line = text.substr(0, end);
-        if (end != std::string_view::npos && line.ends_with('\r')) {
-            line.remove_suffix(1);
-        }
-        lines << oneLineText(line, std::numeric_limits<std::size_t>::max());
-        if (end == std::string_view::npos) {
-            return lines.join(QLatin1Char('\n'));
-        }
-        text.remove_prefix(end + 1);
-    }
-}
 
 bool isLong(const QString& text)
 {
@@ -179,7 +158,7 @@ void AlertDialog::addSign(QGridLayout& grid, const AlertContent& content)
 
 void AlertDialog::addTexts(QGridLayout& grid, const AlertContent& content)
 {
-    const auto message = safeText(content.messageText);
+    const auto message = toQString(windowLines(content.messageText));
     auto messageFont = font();
     messageFont.setBold(!content.informativeText.empty());
     auto* const title = makeText(message, messageFont, windowTitle(), *this);
@@ -188,7 +167,8 @@ void AlertDialog::addTexts(QGridLayout& grid, const AlertContent& content)
     if (content.informativeText.empty()) {
         return;
     }
-    auto* const details = makeText(safeText(content.informativeText), font(), message, *this);
+    auto* const details =
+        makeText(toQString(windowLines(content.informativeText)), font(), message, *this);
     details->setObjectName(QStringLiteral("details"));
     grid.addWidget(details, 1, 1);
 }

@@ -157,6 +157,18 @@ TEST(WindowText, DropsDirectionalFormatting)
     EXPECT_EQ(windowText("a\u202Eb\u2066c"), "abc");
 }
 
+TEST(WindowLines, KeepsLineBreaks)
+{
+    EXPECT_EQ(windowLines("a\nb\r\nc\td\re\u0085f\u2028g\u2029h\n\ri"),
+              "a\nb\nc d\ne\nf\ng\nh\n\ni");
+}
+
+TEST(WindowLines, TreatsAllElseAsInOneLine)
+{
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): misleading on purpose.
+    EXPECT_EQ(windowLines("a\u202Eb\u2066c\u00AD\u200F\x1B\xFF"), "abc\u200F\uFFFD\uFFFD");
+}
+
 TEST(ShownPart, IsTheWholeOfAnOrdinaryText)
 {
     EXPECT_EQ(shownPart(""), "");
