@@ -1,6 +1,7 @@
 #include "adapters/qt/QtInterface.h"
 
 #include "adapters/qt/InterfaceShortcuts.h"
+#include "adapters/qt/MessageView.h"
 #include "adapters/qt/ModalSessions.h"
 #include "adapters/qt/QtButton.h"
 #include "adapters/qt/QtCheckBox.h"
@@ -87,10 +88,17 @@ public:
         widget_->installEventFilter(this);
     }
 
+    /// Returns null if there is none.
+    template <typename Widget>
+    Widget* find(std::string_view outlet) const
+    {
+        return widget_->findChild<Widget*>(toQString(outlet));
+    }
+
     template <typename Widget>
     Widget& widgetNamed(std::string_view outlet) const
     {
-        auto* const widget = widget_->findChild<Widget*>(toQString(outlet));
+        auto* const widget = find<Widget>(outlet);
         if (widget == nullptr) {
             throw std::logic_error("the interface " + widget_->objectName().toStdString() +
                                    " has no " + Widget::staticMetaObject.className() + " named " +
@@ -287,6 +295,7 @@ public:
     Outlets<QtButton, QAbstractButton> buttons;
     Outlets<QtCheckBox, QCheckBox> checkBoxes;
     Outlets<QtTextField, QLabel> textFields;
+    Outlets<QtTextField, MessageView> messages;
     Outlets<QtProgressIndicator, QProgressBar> progressIndicators;
     Outlets<QtDetailsView, QListView> detailsViews;
 };
@@ -335,6 +344,9 @@ CheckBox& QtInterface::checkBox(std::string_view outlet)
 
 TextField& QtInterface::textField(std::string_view outlet)
 {
+    if (auto* const message = content_->find<MessageView>(outlet)) {
+        return content_->messages.of(*message);
+    }
     return content_->textFields.of(content_->widgetNamed<QLabel>(outlet));
 }
 

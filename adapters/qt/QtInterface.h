@@ -20,9 +20,9 @@ class ModalSessions;
 /// a button or check box whose dynamic property `command` names it; all controls of one command are
 /// enabled and disabled together. While a modal session runs for another window, commands do
 /// nothing, except for actions and windows with the dynamic property `alwaysUsable`. The window's
-/// dynamic property `closeCommand` names the command of its close control and of Escape. A label
-/// whose dynamic property `blankedBy` names a view is cleared when the program shows that view, and
-/// stays blank until its next text.
+/// dynamic property `closeCommand` names the command of its close control and of Escape. A
+/// message whose dynamic property `blankedBy` names a view is cleared when the program shows that
+/// view, and stays blank until its next text.
 class QtInterface final : public Interface {
 public:
     /// Called with the files and folders, at least one, that the user dropped on the window

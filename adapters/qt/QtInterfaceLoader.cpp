@@ -2,6 +2,7 @@
 
 #include "adapters/qt/ElidedLabel.h"
 #include "adapters/qt/InterfaceConventions.h"
+#include "adapters/qt/MessageView.h"
 #include "adapters/qt/NoticeButton.h"
 #include "adapters/qt/QtInterface.h"
 #include "adapters/qt/QtText.h"
@@ -23,7 +24,7 @@ namespace dunmora {
 
 namespace {
 
-/// Creates our own widgets where Qt's would cut off a text that is too long.
+/// Creates our own widgets where Qt's would cut off a text, or let the user edit it.
 class WidgetLoader final : public QUiLoader {
 public:
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override
@@ -33,6 +34,8 @@ public:
             widget = new ElidedLabel(parent);
         } else if (className == QLatin1String("QToolButton")) {
             widget = new NoticeButton(parent);
+        } else if (className == QLatin1String("QPlainTextEdit")) {
+            widget = new MessageView(parent);
         } else {
             return QUiLoader::createWidget(className, parent, name);
         }

@@ -1,26 +1,44 @@
 #include "adapters/qt/QtTextField.h"
 
+#include "adapters/qt/MessageView.h"
 #include "adapters/qt/QtText.h"
+#include "text/DisplayText.h"
 
 #include <QLabel>
+
+#include <cstddef>
+#include <utility>
 
 namespace dunmora {
 
 namespace {
 
 // Only untrusted texts are longer, and laying them out would block the program.
-constexpr qsizetype kMaximumLength = 10000;
-constexpr char16_t kEllipsis = 0x2026;
+constexpr std::size_t kMaximumBytes = 10000;
 
 }  // namespace
 
 QtTextField::QtTextField(QLabel& widget)
+    : QtTextField(widget, widget.text().toStdString(),
+                  [&widget](const QString& text) { widget.setText(text); })
+{
+    widget.setTextFormat(Qt::PlainText);
+}
+
+QtTextField::QtTextField(MessageView& widget)
+    : QtTextField(widget, widget.toPlainText().toStdString(),
+                  [&widget](const QString& text) { widget.setText(text); })
+{
+}
+
+QtTextField::QtTextField(QWidget& widget, std::string text,
+                         std::function<void(const QString&)> show)
     : widget_(widget),
+      show_(std::move(show)),
       announcement_(widget),
-      text_(widget.text().toStdString()),
+      text_(std::move(text)),
       redraw_([this] { draw(); })
 {
-    widget_.setTextFormat(Qt::PlainText);
 }
 
 void QtTextField::setStringValue(std::string_view text)
@@ -39,18 +57,13 @@ void QtTextField::setHidden(bool hidden)
 
 void QtTextField::draw()
 {
-    QString text;
+    std::string text;
     {
         // Held only for the copy, so that no job waits for the drawing.
         const std::lock_guard guard(mutex_);
-        text = toQString(text_);
+        text = shownText(text_, kMaximumBytes);
     }
-    if (text.size() > kMaximumLength) {
-        const bool cutsCharacter = text.at(kMaximumLength).isLowSurrogate();
-        text.truncate(cutsCharacter ? kMaximumLength - 1 : kMaximumLength);
-        text += QChar(kEllipsis);
-    }
-    widget_.setText(text);
+    show_(toQString(windowLines(text)));
 }
 
 }  // namespace dunmora

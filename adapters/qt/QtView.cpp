@@ -1,18 +1,19 @@
 #include "adapters/qt/QtView.h"
 
-#include <QLabel>
+#include "adapters/qt/MessageView.h"
+
 #include <QWidget>
 
 namespace dunmora {
 
 namespace {
 
-/// Clears the labels whose text describes what the view replaces.
-void blankLabels(const QWidget& view)
+/// Clears the messages whose text describes what the view replaces.
+void blankMessages(const QWidget& view)
 {
-    for (auto* const label : view.window()->findChildren<QLabel*>()) {
-        if (label->property("blankedBy").toString() == view.objectName()) {
-            label->clear();
+    for (auto* const message : view.window()->findChildren<MessageView*>()) {
+        if (message->property("blankedBy").toString() == view.objectName()) {
+            message->clear();
         }
     }
 }
@@ -23,7 +24,7 @@ void QtView::setHidden(bool hidden)
 {
     widget_.setHidden(hidden);
     if (!hidden) {
-        blankLabels(widget_);
+        blankMessages(widget_);
     }
 }
 
