@@ -1,5 +1,6 @@
 #include "adapters/qt/QtInterfaceLoader.h"
 
+#include "adapters/qt/AccessibleWindow.h"
 #include "adapters/qt/ElidedLabel.h"
 #include "adapters/qt/InterfaceConventions.h"
 #include "adapters/qt/MessageView.h"
@@ -7,6 +8,7 @@
 #include "adapters/qt/QtInterface.h"
 #include "adapters/qt/QtText.h"
 
+#include <QAccessible>
 #include <QFile>
 #include <QUiLoader>
 #include <QWidget>
@@ -55,6 +57,8 @@ QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions)
 QtInterfaceLoader::QtInterfaceLoader(ModalSessions& sessions, std::string folder)
     : sessions_(sessions), folder_(std::move(folder))
 {
+    // Qt ignores a factory that is already installed.
+    QAccessible::installFactory(accessibleWindow);
 }
 
 void QtInterfaceLoader::setDropHandler(std::string command, QtInterface::DropHandler handler)

@@ -202,20 +202,22 @@ class Accessible:
 
 
 class Announcements:
-    """A context manager that notes what programs report by themselves: new names, and changed check marks.
+    """A context manager that notes what programs report by themselves: new names, changed check marks, and
+    notifications that appear.
 
     Create it before the program starts.
     """
 
     EVENTS = {"object:property-change:accessible-name": ("PropertyChange", "accessible-name"),
-              "object:state-changed:checked": ("StateChanged", "checked")}
+              "object:state-changed:checked": ("StateChanged", "checked"),
+              "object:state-changed:showing": ("StateChanged", "showing")}
 
     def __init__(self, bus):
         self.bus = bus
         self.context = GLib.MainContext.default()
 
     def __enter__(self):
-        self.new_names, self.toggled = [], []
+        self.new_names, self.toggled, self.notifications = [], [], []
         self.subscriptions = []
         for event, (member, detail) in self.EVENTS.items():
             self.subscriptions.append(self.bus.signal_subscribe(
@@ -233,14 +235,16 @@ class Announcements:
         call(self.bus, REGISTRY, "/org/a11y/atspi/registry", REGISTRY, method, GLib.Variant("(s)", (event,)))
 
     def note(self, _bus, sender, path, _interface, member, arguments):
+        node = Accessible(self.bus, sender, path)
         try:
-            name = Accessible(self.bus, sender, path).name
+            if member == "PropertyChange":
+                self.new_names.append(node.name)
+            elif arguments[0] == "checked":
+                self.toggled.append((node.name, bool(arguments[1])))
+            elif arguments[1] and node.role == "notification":
+                self.notifications.append(node.name)
         except Gone:
-            return
-        if member == "PropertyChange":
-            self.new_names.append(name)
-        else:
-            self.toggled.append((name, bool(arguments[1])))
+            pass
 
     def collect(self):
         while self.context.iteration(False):
@@ -256,9 +260,14 @@ class Announcements:
         self.collect()
         return set(toggled) == set(self.toggled)
 
+    def has_notified(self, *names):
+        """Whether these notifications have appeared since the last `clear`."""
+        self.collect()
+        return list(names) == self.notifications
+
     def clear(self):
         self.collect()
-        self.new_names, self.toggled = [], []
+        self.new_names, self.toggled, self.notifications = [], [], []
 
 
 class AccessibilityBus:

@@ -7,6 +7,7 @@ import functools
 import socket
 
 import windowcase
+from accessibility import Announcements
 from dunmora import Dunmora, is_dialog, is_update, texts_of
 from dunmoracase import ANNS, CARLS, DunmoraCase
 from updateservice import Browser, Hangup, Reply, UnwantedReply, UpdateService
@@ -102,6 +103,21 @@ class SilentCheckTest(UpdateCase):
         dunmora.wait_for(lambda: not main.find_all("text"), "end of the filter")
         self.assertIn(window, dunmora.windows)
         self.assertEqual(dunmora.screen.count_activations(), 0)
+
+    def test_a_screen_reader_hears_of_the_offer(self):
+        heard = self.enterContext(Announcements(self.desktop.accessibility.bus))
+        reply = Reply(NEWER, held=True)
+        dunmora = self.start_with(reply)
+        heard.clear()
+
+        reply.resume()
+        window = dunmora.wait_for_window(is_update, "update window")
+
+        dunmora.wait_for(lambda: heard.has_notified("Software Update – Dunmora"), "notification")
+        dunmora.wait_for(lambda: heard.has(NEWS), "announcement of the message")
+        self.check_from_menu(dunmora)
+        dunmora.wait_until_active(window)
+        self.assertEqual(window.role, "dialog")
 
     def test_the_offer_does_not_get_the_keyboard_when_a_dialog_closes(self):
         self.service.replies = [Reply(NEWER)]

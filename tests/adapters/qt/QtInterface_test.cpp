@@ -464,6 +464,32 @@ TEST_F(QtInterfaceTest, ReopensAWindowWhereTheUserLeftItButOnTheScreen)
     EXPECT_TRUE(screen.contains(reopenAt(screen.topLeft() - QPoint(5000, 5000), size)));
 }
 
+TEST_F(QtInterfaceTest, IsANotificationToScreenReadersUntilItHasTheFocus)
+{
+    const auto main = load("MainWindow");
+    const auto status = load("UpdateWindow");
+    main->window().show();
+    status->window().show(KeyboardFocus::Leave);
+    // The offscreen platform activates every window that it maps.
+    auto& mainWindow = shownWindow(QStringLiteral("MainWindow"));
+    mainWindow.activateWindow();
+    handleEventsUntil([&] { return mainWindow.isActiveWindow(); });
+    auto& window = shownWindow(QStringLiteral("UpdateWindow"));
+    const auto role = [&] { return QAccessible::queryAccessibleInterface(&window)->role(); };
+
+    EXPECT_EQ(role(), QAccessible::Notification);
+
+    // The user clicks the window.
+    window.activateWindow();
+    handleEventsUntil([&] { return window.isActiveWindow(); });
+    EXPECT_EQ(role(), QAccessible::Dialog);
+
+    status->window().show(KeyboardFocus::Take);
+    mainWindow.activateWindow();
+    handleEventsUntil([&] { return mainWindow.isActiveWindow(); });
+    EXPECT_EQ(role(), QAccessible::Dialog);
+}
+
 TEST_F(QtInterfaceTest, TakesTheFocusOnlyForAWindowThatTheUserAskedFor)
 {
     const auto main = load("MainWindow");
