@@ -3,6 +3,8 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QChar>
+#include <QEvent>
+#include <QPalette>
 #include <QString>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -144,6 +146,7 @@ MessageView::MessageView(QWidget* parent) : QPlainTextEdit(parent)
     setFrameShape(QFrame::NoFrame);
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
+    useColorOfLabels();
     connect(this, &QPlainTextEdit::textChanged, this, [this] {
         QAccessibleEvent event(this, QAccessible::NameChanged);
         QAccessible::updateAccessibility(&event);
@@ -153,6 +156,24 @@ MessageView::MessageView(QWidget* parent) : QPlainTextEdit(parent)
 void MessageView::setText(const QString& text)
 {
     setPlainText(withoutExcessMarks(text));
+}
+
+void MessageView::changeEvent(QEvent* event)
+{
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        useColorOfLabels();
+    }
+}
+
+/// In some colour schemes, the text of an edit cannot be read on the background of a window.
+void MessageView::useColorOfLabels()
+{
+    auto colors = palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        colors.setBrush(group, QPalette::Text, colors.brush(group, QPalette::WindowText));
+    }
+    setPalette(colors);
 }
 
 }  // namespace dunmora

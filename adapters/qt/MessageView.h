@@ -19,6 +19,12 @@ public:
     void setText(const QString& text);
 
     QSize sizeHint() const override { return minimumSizeHint(); }
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void useColorOfLabels();
 };
 
 }  // namespace dunmora

@@ -4,7 +4,9 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QColor>
 #include <QGuiApplication>
+#include <QPalette>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollBar>
@@ -82,6 +84,24 @@ TEST_F(UpdateWindowTest, ShowsNothingThatMisleadsInTheMessage)
     handleEventsUntil([&] { return !message().isEmpty(); });
 
     EXPECT_EQ(message().toStdString(), "abc\uFFFD\nd\ne f");
+}
+
+TEST_F(UpdateWindowTest, DrawsTheMessageInTheColorOfLabels)
+{
+    const auto ordinary = QApplication::palette();
+    for (const auto color : {Qt::red, Qt::blue}) {
+        auto palette = ordinary;
+        palette.setColor(QPalette::Text, Qt::green);
+        palette.setColor(QPalette::WindowText, color);
+
+        QApplication::setPalette(palette);
+        handleEvents();
+
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            EXPECT_EQ(view.palette().color(group, QPalette::Text), QColor(color));
+        }
+    }
+    QApplication::setPalette(ordinary);
 }
 
 TEST_F(UpdateWindowTest, WrapsALongWord)
