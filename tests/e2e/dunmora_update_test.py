@@ -369,6 +369,25 @@ class AutomaticCheckTest(UpdateCase):
         dunmora.wait_for_window(is_update, "update window")
         self.assertEqual(self.service.requests, [REQUEST])
 
+    def test_a_choice_that_cannot_be_stored_is_reported(self):
+        folder = self.home / "config" / "dunmora"
+        folder.parent.mkdir()
+        folder.write_text("a file where the folder should be")
+        dunmora = self.start_with(Reply(SAME))
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, LATEST)
+
+        dunmora.click(self.box(window))
+        alert = dunmora.alert("The preferences were not saved and last until the program ends. "
+                              f"“{folder}/dunmora.conf” cannot be changed: Not a directory.")
+        # The update window stays usable.
+        dunmora.click(self.box(window))
+        dunmora.wait_for(lambda: self.box(window).has("checked"), "automatic check turned on again")
+        dunmora.click(alert.find("push button", "OK"))
+        dunmora.wait_for(lambda: alert not in dunmora.windows, "end of the alert")
+
+        self.assertIn(window, dunmora.windows)
+
 
 class TransferTest(UpdateCase):
     def test_closing_the_window_cancels_the_transfer(self):
