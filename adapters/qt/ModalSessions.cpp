@@ -167,15 +167,13 @@ void ModalSessions::endAt(std::vector<Session*>::iterator position)
     session.loop.quit();
 }
 
-/// Some window managers would give the focus to the window that was shown last, even if it was
-/// shown without the focus. A dialog may have been hidden just before its session ends: then no
-/// window is active.
 void ModalSessions::passFocusOn(const QWidget& window) const
 {
+    // A dialog may have been hidden just before its session ends: then no window is active.
     const auto* const active = QApplication::activeWindow();
     const bool hasFocus = QGuiApplication::applicationState() == Qt::ApplicationActive &&
                           (active == nullptr || active == &window);
-    if (auto* const next = front(); hasFocus && next != nullptr) {
+    if (auto* const next = front(); hasFocus && next != nullptr && next != &window) {
         next->activateWindow();
     }
 }

@@ -52,6 +52,11 @@ public:
     /// window; null before there is one.
     QWidget* front() const;
 
+    /// Activates the window at the front, if the user was working in this one, which is about to
+    /// close: some window managers would give the focus to the window that was shown last, even if
+    /// it was shown without the focus.
+    void passFocusOn(const QWidget& window) const;
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -61,7 +66,6 @@ private:
 
     void run(QWidget& window, Start start);
     void endAt(std::vector<Session*>::iterator position);
-    void passFocusOn(const QWidget& window) const;
     void releaseMouse(const QWidget& window);
     void regainFocus() const;
 

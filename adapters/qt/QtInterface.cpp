@@ -82,7 +82,7 @@ public:
         : sessions_(sessions),
           widget_(std::move(widget)),
           shortcuts(shortcutsIn(*widget_)),
-          window(*widget_, closeRequest())
+          window(*widget_, sessions, closeRequest())
     {
         findCommands();
         widget_->installEventFilter(this);

@@ -1,5 +1,6 @@
 #include "adapters/qt/QtWindow.h"
 
+#include "adapters/qt/ModalSessions.h"
 #include "adapters/qt/OneLineText.h"
 #include "adapters/qt/WindowPlacement.h"
 
@@ -38,8 +39,8 @@ bool isEscape(QEvent& event)
 
 }  // namespace
 
-QtWindow::QtWindow(QWidget& widget, CloseRequest onCloseRequest)
-    : widget_(widget), onCloseRequest_(std::move(onCloseRequest))
+QtWindow::QtWindow(QWidget& widget, ModalSessions& sessions, CloseRequest onCloseRequest)
+    : widget_(widget), sessions_(sessions), onCloseRequest_(std::move(onCloseRequest))
 {
     widget_.installEventFilter(this);
 }
@@ -105,6 +106,9 @@ bool QtWindow::handleClose(QEvent& event)
         return true;
     }
     lastPlace_ = widget_.pos();
+    if (widget_.isActiveWindow()) {
+        sessions_.passFocusOn(widget_);
+    }
     if (delegate_ != nullptr) {
         delegate_->windowWillClose();
     }

@@ -12,6 +12,8 @@ class QWidget;
 
 namespace dunmora {
 
+class ModalSessions;
+
 /// The window of an interface.
 class QtWindow final : public QObject, public Window {
 public:
@@ -19,8 +21,8 @@ public:
     /// does nothing.
     using CloseRequest = std::function<void()>;
 
-    /// `widget` must be a top-level window and outlive this object.
-    QtWindow(QWidget& widget, CloseRequest onCloseRequest);
+    /// `widget` must be a top-level window. Both must outlive this object.
+    QtWindow(QWidget& widget, ModalSessions& sessions, CloseRequest onCloseRequest);
 
     void setTitle(const std::string& title) override;
     void setLevel(WindowLevel level) override;
@@ -38,6 +40,7 @@ private:
     bool handleClose(QEvent& event);
 
     QWidget& widget_;
+    ModalSessions& sessions_;
     CloseRequest onCloseRequest_;
     WindowDelegate* delegate_ = nullptr;
     WindowLevel level_ = WindowLevel::Normal;

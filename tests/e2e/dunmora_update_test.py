@@ -8,7 +8,7 @@ import socket
 
 import windowcase
 from accessibility import Announcements
-from dunmora import Dunmora, is_dialog, is_update, texts_of
+from dunmora import Dunmora, is_dialog, is_shortcuts, is_update, texts_of
 from dunmoracase import ANNS, CARLS, DunmoraCase
 from updateservice import Browser, Hangup, Reply, UnwantedReply, UpdateService
 from waiting import DEADLINE_SECONDS, wait_for
@@ -132,6 +132,20 @@ class SilentCheckTest(UpdateCase):
             self.assertIn(window, dunmora.windows)
             # Asks for the match fields again.
             dunmora.screen.press("f5")
+
+    def test_the_offer_does_not_get_the_keyboard_when_the_list_of_shortcuts_closes(self):
+        reply = Reply(NEWER, held=True)
+        dunmora = self.start_with(reply)
+        dunmora.choose("Help", "Keyboard Shortcuts")
+        shortcuts = dunmora.wait_for_window(is_shortcuts, "list of shortcuts")
+        dunmora.wait_until_active(shortcuts)
+        reply.resume()
+        window = dunmora.wait_for_window(is_update, "update window")
+
+        dunmora.press(shortcuts, "escape")
+
+        dunmora.wait_until_active(dunmora.main)
+        self.assertEqual(set(dunmora.windows), {dunmora.main, window})
 
     def test_the_menu_command_gives_the_keyboard_to_the_offer(self):
         reply = Reply(NEWER, held=True)
