@@ -51,6 +51,7 @@ UpdateController& UpdateController::updater()
 void UpdateController::windowDidLoad(Interface& interface)
 {
     btnDownload_ = &interface.button("btnDownload");
+    labelHost_ = &interface.textField("labelHost");
     labelMessage_ = &interface.textField("labelMessage");
     ckUpdate_ = &interface.checkBox("ckUpdate");
     vwControls_ = &interface.view("vwControls");
@@ -74,7 +75,7 @@ void UpdateController::showActivity()
 {
     hide(vwControls_, true);
     hide(vwActivity_, false);
-    hide(btnDownload_, true);
+    offerDownload(false);
 }
 
 void UpdateController::showControls()
@@ -97,6 +98,23 @@ void UpdateController::stopProgress()
     }
 }
 
+void UpdateController::offerDownload(bool isOffered)
+{
+    offersDownload_ = isOffered;
+    hide(btnDownload_, !isOffered);
+    showHost();
+}
+
+void UpdateController::showHost()
+{
+    if (labelHost_ == nullptr) {
+        return;
+    }
+    const auto host =
+        offersDownload_ ? Platform::current().workspace.webHost(urlDownload_) : std::string();
+    labelHost_->setStringValue(host.empty() ? host : "Download opens " + host);
+}
+
 void UpdateController::CheckForUpdate(bool showWindow)
 {
     const auto& defaults = Platform::current().userDefaults;
@@ -110,6 +128,7 @@ void UpdateController::CheckForUpdate(bool showWindow)
         Check(*ckUpdate_, isAutomatic);
     }
     urlDownload_.clear();
+    showHost();
     ifShowWindow_ = showWindow;
     if (showWindow) {
         if (progressIndicator_ != nullptr) {
@@ -184,7 +203,7 @@ void UpdateController::didFailWithError(const Connection& connection,
     if (&connection != conn_.get()) {
         return;
     }
-    hide(btnDownload_, true);
+    offerDownload(false);
     setMessage("Failed to check updates due to:'" + description + "'");
     stopProgress();
     releaseTransfer();
@@ -200,7 +219,7 @@ void UpdateController::connectionDidFinishLoading(const Connection& connection)
     if (const auto* const newer = std::get_if<NewerVersion>(&reply)) {
         urlDownload_ = newer->downloadUrl;
         setMessage(newer->message);
-        hide(btnDownload_, false);
+        offerDownload(true);
         if (!ifShowWindow_) {
             showWindow(this, KeyboardFocus::Leave);
         }
@@ -208,13 +227,15 @@ void UpdateController::connectionDidFinishLoading(const Connection& connection)
         setMessage(kLatestVersion);
         if (const auto* const upToDate = std::get_if<UpToDate>(&reply)) {
             urlDownload_ = upToDate->downloadUrl;
+            // A silent check leaves an earlier offer, whose button opens this address from now on.
+            showHost();
             if (!ifShowWindow_) {
                 // The window is hidden: it keeps its busy layout, and the transfer is held until
                 // the next check replaces it.
                 return;
             }
         } else {
-            hide(btnDownload_, true);
+            offerDownload(false);
         }
     }
     showControls();

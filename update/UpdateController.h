@@ -66,18 +66,24 @@ private:
     void showActivity();
     void showControls();
     void setMessage(std::string_view text);
+    void offerDownload(bool isOffered);
+    /// Shows which host the offered download comes from; nothing when there is no offer, or its
+    /// address cannot be opened.
+    void showHost();
     /// Stops the bar of the busy layout, because nothing is under way.
     void stopProgress();
     /// Releases the current transfer. If it has not ended, it continues, but its result is ignored.
     void releaseTransfer();
 
     Button* btnDownload_ = nullptr;
+    TextField* labelHost_ = nullptr;
     TextField* labelMessage_ = nullptr;
     CheckBox* ckUpdate_ = nullptr;
     View* vwControls_ = nullptr;
     View* vwActivity_ = nullptr;
     ProgressIndicator* progressIndicator_ = nullptr;
 
+    bool offersDownload_ = false;
     bool ifShowWindow_ = false;
     std::string urlDownload_;
     /// The body received so far; empty optional when no transfer is held.

@@ -34,10 +34,10 @@ void ElidedLabel::paintEvent(QPaintEvent* event)
     const int indent = std::max(this->indent(), 0);
     const auto place =
         QStyle::visualRect(layoutDirection(), rect(), contentsRect().adjusted(indent, 0, 0, 0));
+    const auto cut = property("cutsBeginning").toBool() ? Qt::ElideLeft : Qt::ElideRight;
     QStylePainter(this).drawItemText(
         place, static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())), palette(),
-        isEnabled(), fontMetrics().elidedText(text(), Qt::ElideRight, place.width()),
-        foregroundRole());
+        isEnabled(), fontMetrics().elidedText(text(), cut, place.width()), foregroundRole());
 }
 
 }  // namespace dunmora

@@ -230,6 +230,7 @@ class MenuCheckTest(UpdateCase):
 
         self.wait_for_outcome(dunmora, window, NEWS)
         self.assertTrue(self.offers_download(window))
+        self.assertEqual(texts_of(window), [NEWS, "Download opens 127.0.0.1"])
         self.assertEqual(self.service.requests, [REQUEST] * 2)
 
     def test_the_latest_version_is_reported(self):

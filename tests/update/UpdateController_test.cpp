@@ -52,6 +52,7 @@ protected:
     FakeInterface& interface() const { return *desktop.interfaceLoader.last; }
     bool isShown() { return interface().fakeWindow.isVisible; }
     std::string message() { return interface().textField("labelMessage").stringValue; }
+    std::string host() { return interface().textField("labelHost").stringValue; }
     bool offersDownload() { return !interface().button("btnDownload").isHidden; }
     CheckState automatic() { return interface().checkBox("ckUpdate").shown; }
 
@@ -64,7 +65,14 @@ protected:
         return !interface().view("vwControls").isHidden && interface().view("vwActivity").isHidden;
     }
 
-    Calls calls() const { return desktop.interfaceLoader.log.calls(); }
+    /// The calls in their order, without the line with the host, which follows the button.
+    Calls calls() const
+    {
+        auto calls = desktop.interfaceLoader.log.calls();
+        std::erase_if(calls,
+                      [](const auto& call) { return call.starts_with("UpdateWindow.labelHost "); });
+        return calls;
+    }
     void clearCalls() { desktop.interfaceLoader.log.clear(); }
 
     std::size_t transfers() const { return desktop.connections.opened.size(); }
@@ -239,6 +247,52 @@ TEST_F(UpdateControllerTest, OffersTheDownloadAfterACheckThatTheUserRequested)
     EXPECT_EQ(calls(), (Calls{"UpdateWindow.labelMessage setStringValue Better in every way.",
                               "show btnDownload", "hide vwActivity", "show vwControls"}))
         << "the window is not raised again; the user may have put it behind another";
+}
+
+TEST_F(UpdateControllerTest, ShowsWhichHostTheOfferedDownloadComesFrom)
+{
+    platform.workspace.webHosts = {{"http://example.com/get", "example.com"}};
+    for (const bool isAsked : {false, true}) {
+        controller.CheckForUpdate(isAsked);
+        EXPECT_EQ(host(), "");
+
+        transfer().reply(kNewer);
+
+        EXPECT_EQ(host(), "Download opens example.com");
+    }
+}
+
+TEST_F(UpdateControllerTest, ShowsNoHostWithoutAnOfferOrForAnAddressThatCannotBeOpened)
+{
+    platform.workspace.webHosts = {{"http://example.com/get", "example.com"}};
+
+    for (const std::string reply :
+         {kSame, kUnreadable, "0.2\nfile:///etc/passwd\nBetter in every way."}) {
+        controller.CheckForUpdate(true);
+        transfer().reply(kNewer);
+        controller.CheckForUpdate(true);
+        EXPECT_EQ(host(), "") << reply;
+
+        transfer().reply(reply);
+
+        EXPECT_EQ(host(), "") << reply;
+    }
+}
+
+TEST_F(UpdateControllerTest, ShowsTheHostOfTheAddressThatASilentCheckLeavesToAnEarlierOffer)
+{
+    platform.workspace.webHosts = {{"http://example.com/get", "example.com"}, {"URL", "other"}};
+    controller.CheckForUpdate(true);
+    transfer().reply(kNewer);
+
+    controller.CheckForUpdate(false);
+    EXPECT_EQ(host(), "") << "the address is forgotten until the reply";
+    transfer().reply("0.1\nURL\nText");
+    EXPECT_EQ(host(), "Download opens other");
+
+    controller.CheckForUpdate(false);
+    transfer().fail("no route");
+    EXPECT_EQ(host(), "");
 }
 
 TEST_F(UpdateControllerTest, TreatsAnUnreadableReplyAsTheLatestVersion)

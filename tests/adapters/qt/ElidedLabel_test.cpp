@@ -50,6 +50,17 @@ TEST_F(ElidedLabelTest, EndsInAnEllipsisWhenItIsTooNarrow)
     EXPECT_EQ(label.grab().toImage(), expected.grab().toImage());
 }
 
+TEST_F(ElidedLabelTest, BeginsInAnEllipsisWhenItsEndMattersMore)
+{
+    label.setProperty("cutsBeginning", true);
+    label.resize(label.width() - 20, label.height());
+    QLabel expected(label.fontMetrics().elidedText(kText, Qt::ElideLeft, label.width() - kIndent));
+    expected.setIndent(kIndent);
+    expected.resize(label.size());
+
+    EXPECT_EQ(label.grab().toImage(), expected.grab().toImage());
+}
+
 TEST_F(ElidedLabelTest, HasItsWholeTextAsToolTipOnlyWhenItIsCut)
 {
     EXPECT_EQ(toolTip(), QString());

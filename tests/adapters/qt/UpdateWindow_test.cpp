@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QColor>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QPalette>
 #include <QPlainTextEdit>
 #include <QScreen>
@@ -199,6 +200,25 @@ TEST_F(UpdateWindowTest, KeepsItsSizeWhateverTheMessage)
         handleEvents();
         EXPECT_LE(window.width(), screen.width());
         EXPECT_LE(window.height(), screen.height());
+    }
+}
+
+TEST_F(UpdateWindowTest, KeepsItsLayoutWhateverTheHostOfTheDownload)
+{
+    auto& host = widgetIn<QLabel>(window, "labelHost");
+    const auto size = window.size();
+    const auto place = host.geometry();
+    EXPECT_GT(place.width(), size.width() * 9 / 10);
+    EXPECT_GE(place.height(), host.fontMetrics().lineSpacing());
+
+    for (const auto& text : {std::string("Download opens example.com"),
+                             "Download opens " + std::string(253, 'm'), std::string()}) {
+        interface->textField("labelHost").setStringValue(text);
+        handleEventsUntil([&] { return host.text().toStdString() == text; });
+        handleEvents();
+
+        EXPECT_EQ(window.size(), size) << text;
+        EXPECT_EQ(host.geometry(), place) << text;
     }
 }
 
