@@ -35,6 +35,9 @@ public:
     /// Enables or disables the command; without a handler it is always disabled.
     virtual void setEnabled(bool enabled) = 0;
 
+    /// Hides or shows the command's controls. A hidden command is disabled.
+    virtual void setHidden(bool hidden) = 0;
+
     /// Replaces the text of the command's controls, plain UTF-8. The letter that chooses the
     /// command in a menu stays the same while the title contains it.
     virtual void setTitle(const std::string& title) = 0;

@@ -40,6 +40,18 @@ void QtCommand::setEnabled(bool enabled)
     updateControls();
 }
 
+void QtCommand::setHidden(bool hidden)
+{
+    isHidden_ = hidden;
+    for (auto* const action : actions_) {
+        action->setVisible(!hidden);
+    }
+    for (auto* const button : buttons_) {
+        button->setHidden(hidden);
+    }
+    updateControls();
+}
+
 void QtCommand::setTitle(const std::string& title)
 {
     const auto text = toQString(title);

@@ -15,6 +15,7 @@ class QtCommand final : public Command {
 public:
     void setHandler(Handler handler) override;
     void setEnabled(bool enabled) override;
+    void setHidden(bool hidden) override;
     void setTitle(const std::string& title) override;
     void setChecked(bool checked) override;
 
@@ -23,7 +24,7 @@ public:
     void addAction(QAction& action);
     void addButton(QAbstractButton& button);
 
-    bool isUsable() const { return isEnabled_ && handler_ != nullptr; }
+    bool isUsable() const { return isEnabled_ && !isHidden_ && handler_ != nullptr; }
 
     /// Calls the handler, if the command is usable. `sender` may be null.
     void use(View* sender) const;
@@ -36,6 +37,7 @@ private:
 
     Handler handler_;
     bool isEnabled_ = true;
+    bool isHidden_ = false;
     bool isChecked_ = false;
     std::vector<QAction*> actions_;
     std::vector<QAbstractButton*> buttons_;

@@ -14,6 +14,11 @@ void FakeCommand::setEnabled(bool enabled)
     isEnabled = enabled;
 }
 
+void FakeCommand::setHidden(bool hidden)
+{
+    isHidden = hidden;
+}
+
 void FakeCommand::setTitle(const std::string& text)
 {
     title = text;
@@ -26,7 +31,7 @@ void FakeCommand::setChecked(bool checked)
 
 void FakeCommand::use(View* sender) const
 {
-    if (isEnabled && handler) {
+    if (isEnabled && !isHidden && handler) {
         handler(sender);
     }
 }

@@ -21,14 +21,16 @@ class FakeCommand final : public Command {
 public:
     void setHandler(Handler newHandler) override;
     void setEnabled(bool enabled) override;
+    void setHidden(bool hidden) override;
     void setTitle(const std::string& text) override;
     void setChecked(bool checked) override;
 
-    /// Does what the user's click does: nothing while the command is disabled.
+    /// Does what the user's click does: nothing while the command is disabled or hidden.
     void use(View* sender = nullptr) const;
 
     Handler handler;
     bool isEnabled = true;
+    bool isHidden = false;
     /// Empty while it has the title of its interface file.
     std::string title;
     bool isChecked = false;

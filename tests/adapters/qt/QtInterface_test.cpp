@@ -73,6 +73,45 @@ TEST_F(QtInterfaceTest, ShowsTheCheckMarkThatTheProgramSets)
     EXPECT_TRUE(action.isChecked());
 }
 
+TEST_F(QtInterfaceTest, HidesAMenuEntryWithItsCommand)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& window = shownWindow(QStringLiteral("MainWindow"));
+    auto& action = widgetIn<QAction>(window, "OnFilter");
+    int uses = 0;
+    count(*interface, "OnFilter", uses);
+
+    interface->command("OnFilter").setHidden(true);
+
+    EXPECT_FALSE(action.isVisible());
+    action.trigger();
+    press(window, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(uses, 0);
+
+    interface->command("OnFilter").setHidden(false);
+
+    EXPECT_TRUE(action.isVisible());
+    action.trigger();
+    EXPECT_EQ(uses, 1);
+}
+
+TEST_F(QtInterfaceTest, HidesAButtonWithItsCommand)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+    auto& button =
+        widgetIn<QAbstractButton>(shownWindow(QStringLiteral("MainWindow")), "btnEmptyOpen");
+    int uses = 0;
+    count(*interface, "OnOpen", uses);
+
+    interface->command("OnOpen").setHidden(true);
+
+    EXPECT_TRUE(button.isHidden());
+    button.click();
+    EXPECT_EQ(uses, 0);
+}
+
 TEST_F(QtInterfaceTest, RejectsUnknownNames)
 {
     const auto interface = load("FilterWindow");
