@@ -1,5 +1,6 @@
 #include "update/UpdateController.h"
 
+#include "base/NotificationCenter.h"
 #include "platform/Bundle.h"
 #include "platform/Button.h"
 #include "platform/CheckBox.h"
@@ -22,6 +23,11 @@ namespace {
 constexpr std::string_view kAutoCheckForUpdates = "AutoCheckForUpdates";
 constexpr auto kRequest = "/update/?app=dunmoraapp";
 constexpr auto kLatestVersion = "You are running the latest version.";
+
+std::optional<std::string> updateHost()
+{
+    return Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
+}
 
 /// `view` is null when the window could not be loaded.
 void hide(View* view, bool hidden)
@@ -46,6 +52,26 @@ UpdateController& UpdateController::updater()
 {
     static auto& shared = *new UpdateController;
     return shared;
+}
+
+bool UpdateController::hasService()
+{
+    return updateHost().has_value();
+}
+
+bool UpdateController::isAutomaticCheckOn()
+{
+    const auto& defaults = Platform::current().userDefaults;
+    // An absent key means that it is on.
+    return !defaults.hasValue(kAutoCheckForUpdates) || defaults.boolForKey(kAutoCheckForUpdates);
+}
+
+void UpdateController::setAutomaticCheck(bool on)
+{
+    if (ckUpdate_ != nullptr) {
+        Check(*ckUpdate_, on);
+    }
+    OnUpdate(ckUpdate_);
 }
 
 void UpdateController::windowDidLoad(Interface& interface)
@@ -117,10 +143,7 @@ void UpdateController::showHost()
 
 void UpdateController::CheckForUpdate(bool showWindow)
 {
-    const auto& defaults = Platform::current().userDefaults;
-    // An absent key means that the automatic check is on.
-    const bool isAutomatic =
-        !defaults.hasValue(kAutoCheckForUpdates) || defaults.boolForKey(kAutoCheckForUpdates);
+    const bool isAutomatic = isAutomaticCheckOn();
     if (!isAutomatic && !showWindow) {
         return;
     }
@@ -139,9 +162,9 @@ void UpdateController::CheckForUpdate(bool showWindow)
     }
     // The earlier result is ignored even when no new connection can be opened.
     releaseTransfer();
-    const auto host = Platform::current().bundle.objectForInfoDictionaryKey("DunmoraUpdateHost");
+    // Without a service the address has no host, so no connection can be opened.
     conn_ = Desktop::current().connectionOpener.openConnection(
-        "http://" + host.value_or("") + kRequest, *this);
+        "http://" + updateHost().value_or("") + kRequest, *this);
     if (conn_) {
         netData_.emplace();
     } else {
@@ -155,6 +178,7 @@ void UpdateController::OnUpdate(View* /*sender*/)
     defaults.setBool(kAutoCheckForUpdates,
                      ckUpdate_ != nullptr && ckUpdate_->state() == CheckState::On);
     defaults.synchronize();
+    NotificationCenter::defaultCenter().postNotification(kMsgAutomaticCheck, this);
 }
 
 void UpdateController::OnDownload(View* /*sender*/)

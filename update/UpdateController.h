@@ -17,6 +17,9 @@ class ProgressIndicator;
 class TextField;
 class View;
 
+/// Posted when the automatic check has been turned on or off; there is no payload.
+inline constexpr std::string_view kMsgAutomaticCheck = "msgAutomaticCheck";
+
 /// Runs the update check and owns the small window that shows its outcome. A silent check shows the
 /// window only when a newer version is available; a check that the user requested shows it at once.
 ///
@@ -35,6 +38,15 @@ public:
 
     /// The shared instance, created on first use and never destroyed.
     static UpdateController& updater();
+
+    /// Whether the build names an update service.
+    static bool hasService();
+
+    /// Whether a check is sent at every start, as the user has stored it.
+    static bool isAutomaticCheckOn();
+
+    /// Sets the check box and stores its state, like the user who clicks it.
+    void setAutomaticCheck(bool on);
 
     /// Starts a check, silently or with the window shown. A silent check does nothing when the user
     /// has turned the automatic check off. An earlier transfer is not cancelled, but its result is

@@ -70,7 +70,8 @@ MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
       systemBooks_(
           *interface_, application_,
           [this](std::string_view name, const std::filesystem::path& path) { openAs(name, path); }),
-      shortcuts_(*interface_)
+      shortcuts_(*interface_),
+      updateMenu_(*interface_)
 {
     auto& window = interface_->window();
     window.setTitle(std::string(kName));

@@ -11,6 +11,7 @@
 #include "ui/ContactsController.h"
 #include "ui/ReviewController.h"
 #include "ui/ShortcutsController.h"
+#include "update/UpdateMenu.h"
 
 #include <exception>
 #include <filesystem>
@@ -120,6 +121,7 @@ private:
     UndoDelete undoDelete_;
     SystemBooks systemBooks_;
     ShortcutsController shortcuts_;
+    UpdateMenu updateMenu_;
 };
 
 }  // namespace dunmora

@@ -21,6 +21,8 @@ NEWER = f"99.5\n{DOWNLOAD}\n{NEWS}".encode()
 SAME = b"0.1\nhttp://127.0.0.1:9/get\nNothing new."
 UNREADABLE = b"<html>\n<title>Not found</title>\n<p>Really.\n</html>\n"
 LATEST = "You are running the latest version."
+AT_EVERY_START = "Check at Every Start"
+NO_SERVICE = ""
 ANY_FAILURE = "Failed to check updates due to:'"
 
 
@@ -402,6 +404,71 @@ class AutomaticCheckTest(UpdateCase):
         dunmora.wait_for(lambda: alert not in dunmora.windows, "end of the alert")
 
         self.assertIn(window, dunmora.windows)
+
+
+    def test_it_can_be_turned_off_and_on_from_the_menu_without_a_check(self):
+        dunmora = self.start_with(Reply(SAME))
+        self.assertTrue(self.checks_at_every_start(dunmora))
+
+        dunmora.choose("Help", AT_EVERY_START)
+        self.assertFalse(self.checks_at_every_start(dunmora))
+        self.assertEqual(dunmora.windows, [dunmora.main])
+        self.assertEqual(self.service.requests, [REQUEST])
+        dunmora.kill()
+        self.service.requests.clear()
+
+        dunmora = self.start_with(Reply(NEWER))
+        self.assertFalse(self.checks_at_every_start(dunmora))
+        self.assertEqual(dunmora.windows, [dunmora.main])
+        self.assertEqual(self.service.requests, [])
+        dunmora.choose("Help", AT_EVERY_START)
+        self.assertTrue(self.checks_at_every_start(dunmora))
+        self.assertEqual(self.service.requests, [])
+        dunmora.kill()
+
+        dunmora = self.start(self.book)
+        dunmora.wait_for_window(is_update, "update window")
+        self.assertEqual(self.service.requests, [REQUEST])
+
+    def test_the_menu_and_the_window_show_the_same(self):
+        dunmora = self.start_with(Reply(SAME))
+        window = self.check_from_menu(dunmora)
+        self.wait_for_outcome(dunmora, window, LATEST)
+
+        dunmora.select(0)
+        dunmora.choose("Help", AT_EVERY_START)
+        dunmora.wait_for(lambda: not self.box(window).has("checked"), "automatic check turned off")
+        dunmora.click(self.box(window))
+        dunmora.wait_for(lambda: self.box(window).has("checked"), "automatic check turned on")
+
+        dunmora.select(0)
+        self.assertTrue(self.checks_at_every_start(dunmora))
+
+    @staticmethod
+    def checks_at_every_start(dunmora):
+        """Opens the menu, returns whether its entry is checked, and closes it."""
+        dunmora.choose("Help")
+        entry = dunmora.wait_for(lambda: dunmora.menu_entry(AT_EVERY_START), "entry of the automatic check")
+        is_checked = entry.has("checked")
+        dunmora.press(dunmora.main, "escape")
+        dunmora.wait_for(lambda: not dunmora.menu_entry(AT_EVERY_START), "end of the menu")
+        return is_checked
+
+
+class NoServiceTest(UpdateCase):
+    def test_nothing_is_sent_and_the_menu_offers_no_check(self):
+        proxy = self.enterContext(socket.create_server(("127.0.0.1", 0)))
+        kind = functools.partial(Dunmora, settings={"http_proxy": f"http://127.0.0.1:{proxy.getsockname()[1]}"})
+        dunmora = WindowCase.start(self, NO_SERVICE, self.book, kind=kind)
+        dunmora.search()
+
+        dunmora.choose("Help")
+        dunmora.wait_for(lambda: dunmora.menu_entry("About Dunmora"), "entry of the menu")
+
+        self.assertIsNone(dunmora.menu_entry("Check for Updates…"))
+        self.assertIsNone(dunmora.menu_entry(AT_EVERY_START))
+        proxy.setblocking(False)
+        self.assertRaises(BlockingIOError, proxy.accept)
 
 
 class TransferTest(UpdateCase):

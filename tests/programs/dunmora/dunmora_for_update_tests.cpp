@@ -1,4 +1,5 @@
-// The program as it is released, except that its first argument is the update service:
+// The program as it is released, except that its first argument is the update service, or empty for
+// a build without one:
 //
 //     dunmora_for_update_tests HOST[:PORT] [ARGUMENT]...
 
@@ -20,7 +21,10 @@ public:
 
     std::optional<std::string> objectForInfoDictionaryKey(std::string_view key) const override
     {
-        return key == "DunmoraUpdateHost" ? updateHost_ : build_.objectForInfoDictionaryKey(key);
+        if (key == "DunmoraUpdateHost") {
+            return updateHost_.empty() ? std::nullopt : std::optional(updateHost_);
+        }
+        return build_.objectForInfoDictionaryKey(key);
     }
 
 private:
