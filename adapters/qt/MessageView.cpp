@@ -147,7 +147,11 @@ MessageView::MessageView(QWidget* parent) : QPlainTextEdit(parent)
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
     useColorOfLabels();
-    connect(this, &QPlainTextEdit::textChanged, this, [this] {
+    // A cursor without a text would invite the user to type.
+    const int width = cursorWidth();
+    setCursorWidth(0);
+    connect(this, &QPlainTextEdit::textChanged, this, [this, width] {
+        setCursorWidth(document()->isEmpty() ? 0 : width);
         QAccessibleEvent event(this, QAccessible::NameChanged);
         QAccessible::updateAccessibility(&event);
     });

@@ -253,6 +253,18 @@ TEST_F(UpdateWindowTest, ClearsTheMessageWhenItIsBusyAgain)
     showMessage("You are running the latest version.");
 }
 
+TEST_F(UpdateWindowTest, ShowsACursorOnlyInAText)
+{
+    view.setFocus();
+    EXPECT_EQ(view.cursorWidth(), 0);
+
+    showMessage("You are running the latest version.");
+    EXPECT_GT(view.cursorWidth(), 0);
+
+    interface->view("vwActivity").setHidden(false);
+    EXPECT_EQ(view.cursorWidth(), 0);
+}
+
 TEST_F(UpdateWindowTest, ClosesByEnterAndEscapeAndDownloadsByItsMnemonic)
 {
     std::vector<std::string> uses;
