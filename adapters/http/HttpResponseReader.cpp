@@ -39,9 +39,9 @@ std::string onlyValue(const std::vector<std::string>& values)
 /// §5.6.2).
 bool hasBlankOrControl(std::string_view text)
 {
-    constexpr char kDelete = 0x7f;
+    constexpr unsigned char kDelete = 0x7f;
     return std::any_of(text.begin(), text.end(),
-                       [](char c) { return (c >= 0 && c <= ' ') || c == kDelete; });
+                       [](unsigned char c) { return c <= ' ' || c == kDelete; });
 }
 
 /// Whether the status is a redirect (RFC 9110 §15.4).
