@@ -1,5 +1,8 @@
 #!/usr/bin/python3
-"""Checks that windows with large letters fit on a small screen: sizes_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
+"""Checks that windows with large letters fit on a small screen.
+
+    sizes_test.py PATH-OF-DUNMORA-FOR-UPDATE-TESTS [UNITTEST-OPTION]...
+"""
 
 import windowcase
 from bigbook import big_book
@@ -9,6 +12,8 @@ from dunmora import DEFAULT_FIELDS, NO_FIELD, is_alert, is_shortcuts, is_update
 from dunmoracase import BOOK, BROKEN, NOBODY_1, NOBODY_2, DunmoraCase
 
 WIDTH, HEIGHT = 800, 600
+# Nothing listens there, but a program without an update service would have no update window.
+UPDATE_SERVICE = "127.0.0.1:9"
 LONG = "x" * 300
 # Everything that the main window can report is in it.
 PEOPLE = BOOK + NOBODY_1 + NOBODY_2 + card("long-1", "Long", LONG) + card("long-2", "Long", LONG) + BROKEN
@@ -28,7 +33,7 @@ class SizesTest(DunmoraCase):
     scale = 2
 
     def start(self, *arguments):
-        return super().start(*arguments, settings={"QT_SCALE_FACTOR": str(self.scale)})
+        return super().start(UPDATE_SERVICE, *arguments, settings={"QT_SCALE_FACTOR": str(self.scale)})
 
     def assert_fits(self, dunmora, fits, what):
         """Waits for the window and checks that its frame is on the screen and its title names the program."""
