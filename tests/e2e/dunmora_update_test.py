@@ -405,7 +405,6 @@ class AutomaticCheckTest(UpdateCase):
 
         self.assertIn(window, dunmora.windows)
 
-
     def test_it_can_be_turned_off_and_on_from_the_menu_without_a_check(self):
         dunmora = self.start_with(Reply(SAME))
         self.assertTrue(self.checks_at_every_start(dunmora))
