@@ -105,7 +105,9 @@ bool QtWindow::handleClose(QEvent& event)
         event.ignore();
         return true;
     }
-    lastPlace_ = widget_.pos();
+    if (widget_.isVisible()) {
+        lastPlace_ = widget_.pos();
+    }
     if (widget_.isActiveWindow()) {
         sessions_.passFocusOn(widget_);
     }

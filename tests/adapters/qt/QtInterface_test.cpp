@@ -503,6 +503,24 @@ TEST_F(QtInterfaceTest, ReopensAWindowWhereTheUserLeftItButOnTheScreen)
     EXPECT_TRUE(screen.contains(reopenAt(screen.topLeft() - QPoint(5000, 5000), size)));
 }
 
+TEST_F(QtInterfaceTest, RemembersNoPlaceOfAWindowThatWasClosedBeforeItWasShown)
+{
+    const auto main = load("MainWindow");
+    const auto opened = load("ShortcutsWindow");
+    const auto closed = load("ShortcutsWindow");
+    const auto placeOf = [](QtInterface& interface) {
+        interface.window().show();
+        const auto place = shownWindow(QStringLiteral("ShortcutsWindow")).pos();
+        interface.window().close();
+        return place;
+    };
+    main->window().show();
+
+    closed->window().close();
+
+    EXPECT_EQ(placeOf(*closed), placeOf(*opened));
+}
+
 TEST_F(QtInterfaceTest, IsANotificationToScreenReadersUntilItHasTheFocus)
 {
     const auto main = load("MainWindow");
