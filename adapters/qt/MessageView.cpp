@@ -24,7 +24,12 @@ QString withoutExcessMarks(const QString& text)
     kept.reserve(text.size());
     int marks = 0;
     for (const char32_t character : text.toUcs4()) {
-        marks = QChar::isMark(character) ? marks + 1 : 0;
+        if (QChar::isMark(character)) {
+            ++marks;
+        } else if (QChar::category(character) != QChar::Other_Format) {
+            // Fonts place marks across an invisible character, such as a joiner.
+            marks = 0;
+        }
         if (marks <= kMaximumMarks) {
             kept += QChar::fromUcs4(character);
         }

@@ -162,6 +162,24 @@ TEST_F(UpdateWindowTest, DropsMarksThatNoCharacterNeeds)
     EXPECT_EQ(message().toStdString(), "a" + marks + "b" + marks);
 }
 
+TEST_F(UpdateWindowTest, DropsExcessMarksAmongInvisibleCharactersToo)
+{
+    const std::string end = "a\u0301\u200Cb";
+    for (const std::string invisible : {"\u200C", "\u200D", "\u2060"}) {
+        std::string text = "a";
+        for (int i = 0; i < 40; ++i) {
+            text += "\u0301" + invisible;
+        }
+        text += end;
+        interface->textField("labelMessage").setStringValue(text);
+        handleEventsUntil([&] { return message().endsWith(QLatin1Char('b')); });
+
+        EXPECT_EQ(message().count(QChar(0x301)), 31) << "30, and that of the next letter";
+        EXPECT_TRUE(message().toStdString().ends_with(end));
+        view.clear();
+    }
+}
+
 TEST_F(UpdateWindowTest, PresentsTheMessageToAScreenReaderAsALabelThatCanBeRead)
 {
     showMessage("Better in every way.");
