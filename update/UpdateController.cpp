@@ -71,7 +71,7 @@ void UpdateController::setAutomaticCheck(bool on)
     if (ckUpdate_ != nullptr) {
         Check(*ckUpdate_, on);
     }
-    OnUpdate(ckUpdate_);
+    storeAutomaticCheck(on);
 }
 
 void UpdateController::windowDidLoad(Interface& interface)
@@ -174,9 +174,13 @@ void UpdateController::CheckForUpdate(bool showWindow)
 
 void UpdateController::OnUpdate(View* /*sender*/)
 {
+    storeAutomaticCheck(ckUpdate_ != nullptr && ckUpdate_->state() == CheckState::On);
+}
+
+void UpdateController::storeAutomaticCheck(bool on)
+{
     auto& defaults = Platform::current().userDefaults;
-    defaults.setBool(kAutoCheckForUpdates,
-                     ckUpdate_ != nullptr && ckUpdate_->state() == CheckState::On);
+    defaults.setBool(kAutoCheckForUpdates, on);
     defaults.synchronize();
     NotificationCenter::defaultCenter().postNotification(kMsgAutomaticCheck, this);
 }

@@ -78,6 +78,7 @@ private:
     void showActivity();
     void showControls();
     void setMessage(std::string_view text);
+    void storeAutomaticCheck(bool on);
     void offerDownload(bool isOffered);
     /// Shows which host the offered download comes from; nothing when there is no offer, or its
     /// address cannot be opened.

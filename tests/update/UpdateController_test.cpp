@@ -658,4 +658,16 @@ TEST_F(UpdateControllerTest, ChecksWhenItsInterfaceFileIsMissing)
     EXPECT_EQ(platform.workspace.openedPages, Calls{"http://example.com/get"});
 }
 
+TEST_F(UpdateControllerTest, TurnsTheAutomaticCheckOffAndOnWhenItsInterfaceFileIsMissing)
+{
+    desktop.interfaceLoader.missing.insert("UpdateWindow");
+    UpdateController withoutWindow;
+
+    for (const bool on : {false, true}) {
+        withoutWindow.setAutomaticCheck(on);
+
+        EXPECT_EQ(UpdateController::isAutomaticCheckOn(), on);
+    }
+}
+
 }  // namespace dunmora::test
