@@ -197,7 +197,10 @@ void ReviewController::selectedRowDidChange()
 
 void ReviewController::rowsEdited(std::span<const std::size_t> rows)
 {
-    marks_.edited(rows);
+    // The job uses the rows, and everything about them is new once it has ended.
+    if (!areJobsRunning_) {
+        marks_.edited(rows);
+    }
 }
 
 RowRange ReviewController::rowsTogetherWith(std::size_t row)

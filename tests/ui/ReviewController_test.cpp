@@ -561,9 +561,11 @@ TEST_F(ReviewControllerTest, ReadsNoCheckMarkWhileAJobRuns)
 {
     searchIn({named("1", "Ann"), named("2", "Ann")});
     main_.command("OnDelete").use();
+    log_.clear();
 
     review_.rowsEdited(std::vector<std::size_t>{0, 1});
 
+    EXPECT_EQ(std::ranges::count(calls(), "MainWindow.tableContacts setNeedsDisplay"), 0);
     EXPECT_EQ(titleOf("btnLastCopies"), "");
     finishJobs();
 }
