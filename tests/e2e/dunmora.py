@@ -3,6 +3,7 @@
 import collections
 import re
 
+from accessibility import Gone
 from program import Program
 
 # The match fields that are on until the user chooses others.
@@ -89,12 +90,14 @@ class Dunmora(Program):
         self.press(panel, "enter")
 
     def alert(self, *texts):
-        """Waits for an alert and returns it; fails if its texts are not these."""
-        alert = self.wait_for_window(is_alert, "alert")
-        found = texts_of(alert)
-        if found != list(texts):
-            raise AssertionError(f"the alert says {found!r} instead of {texts!r}")
-        return alert
+        """Waits for an alert with these texts and returns it. The one before it, which is closing, has none."""
+        def says_them(window):
+            try:
+                return is_alert(window) and texts_of(window) == list(texts)
+            except Gone:
+                return False
+
+        return self.wait_for_window(says_them, f"alert that says {texts!r}")
 
     def wait_for_main_alone(self):
         """Waits until only the main window is shown and returns it."""
