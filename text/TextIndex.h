@@ -17,6 +17,9 @@ namespace dunmora {
 /// With a million texts, std::unordered_set takes two to six times as long, depending on the texts,
 /// because it allocates a node for each.
 ///
+/// Every function that takes a text also takes its hash instead: a text that several tables look
+/// for is hashed once, and `visitWithLookAhead` can ask for the slots of the texts to come.
+///
 /// Thread: as a standard container. Errors: as `textHash`.
 class TextIndex final {
 public:
@@ -31,15 +34,32 @@ public:
         slots_.assign(std::bit_ceil(std::max<std::size_t>(2 * count, kFewestSlots)), Slot());
     }
 
+    /// The hash by which every index finds the text.
+    static std::uint64_t hashOf(std::string_view text) { return textHash(text); }
+
+    /// Asks the processor for the memory in which a text with this hash is looked for, so that it
+    /// arrives while other work is done.
+    void prefetch(std::uint64_t hash) const
+    {
+        if (!slots_.empty()) {
+            __builtin_prefetch(&slots_[firstSlot(hash)]);
+        }
+    }
+
     /// The position of the text; `kNowhere` if there is none. `isAt(position)` is whether the text
     /// is there.
     template <typename IsAt>
     std::size_t find(std::string_view text, IsAt isAt) const
     {
+        return find(hashOf(text), isAt);
+    }
+    template <typename IsAt>
+    std::size_t find(std::uint64_t hash, IsAt isAt) const
+    {
         if (slots_.empty()) {
             return kNowhere;
         }
-        const auto& slot = slots_[slotOf(textHash(text), isAt)];
+        const auto& slot = slots_[slotOf(hash, isAt)];
         return slot.isFree() ? kNowhere : slot.position();
     }
 
@@ -48,7 +68,11 @@ public:
     template <typename IsAt, typename Append>
     std::pair<std::size_t, bool> findOrAdd(std::string_view text, IsAt isAt, Append append)
     {
-        const auto hash = textHash(text);
+        return findOrAdd(hashOf(text), isAt, append);
+    }
+    template <typename IsAt, typename Append>
+    std::pair<std::size_t, bool> findOrAdd(std::uint64_t hash, IsAt isAt, Append append)
+    {
         auto& slot = slots_[slotOf(hash, isAt)];
         if (!slot.isFree()) {
             return {slot.position(), false};
@@ -58,10 +82,11 @@ public:
     }
 
     /// Adds a text that has no position yet.
-    void add(std::string_view text, std::size_t position)
+    void add(std::string_view text, std::size_t position) { add(hashOf(text), position); }
+    void add(std::uint64_t hash, std::size_t position)
     {
         findOrAdd(
-            text, [](std::size_t) { return false; }, [&] { return position; });
+            hash, [](std::size_t) { return false; }, [&] { return position; });
     }
 
     /// The most slots that a search looks at. For tests; reads all slots.
@@ -96,12 +121,17 @@ private:
         return static_cast<std::uint32_t>(hash >> 32U);
     }
 
+    std::size_t firstSlot(std::uint64_t hash) const
+    {
+        return static_cast<std::size_t>(hash) & (slots_.size() - 1);
+    }
+
     /// The slot of the text, or the free slot for it.
     template <typename IsAt>
     std::size_t slotOf(std::uint64_t hash, IsAt isAt) const
     {
         const auto mask = slots_.size() - 1;
-        auto slot = static_cast<std::size_t>(hash) & mask;
+        auto slot = firstSlot(hash);
         while (!slots_[slot].isFree() &&
                (slots_[slot].hash != upperHalf(hash) || !isAt(slots_[slot].position()))) {
             slot = (slot + 1) & mask;

@@ -72,6 +72,37 @@ TEST(TextIndex, KeepsTheFirstPositionOfAText)
     EXPECT_EQ(next, 6U);
 }
 
+TEST(TextIndex, FindsATextByItsHash)
+{
+    TextIndex index;
+    index.reset(2);
+    const auto always = [](std::size_t) { return true; };
+    const auto hash = TextIndex::hashOf("Ann");
+
+    index.add(hash, 7);
+
+    EXPECT_EQ(index.find(hash, always), 7U);
+    EXPECT_EQ(index.find("Ann", always), 7U);
+    EXPECT_EQ(index.find(TextIndex::hashOf("Ben"), always), TextIndex::kNowhere);
+    EXPECT_EQ(index.findOrAdd(hash, always, [] { return std::size_t{8}; }),
+              std::pair(std::size_t{7}, false));
+    EXPECT_EQ(index.findOrAdd(TextIndex::hashOf("Ben"), always, [] { return std::size_t{8}; }),
+              std::pair(std::size_t{8}, true));
+    EXPECT_EQ(index.find("Ben", always), 8U);
+}
+
+TEST(TextIndex, CanPrefetchAtAnyTime)
+{
+    TextIndex index;
+    const auto hash = TextIndex::hashOf("Ann");
+
+    index.prefetch(hash);
+    index.reset(2);
+    index.prefetch(hash);
+
+    EXPECT_EQ(index.find(hash, [](std::size_t) { return true; }), TextIndex::kNowhere);
+}
+
 TEST(TextIndex, StaysUnchangedWhenATextCannotBeAppended)
 {
     TextIndex index;
