@@ -1,6 +1,7 @@
 #include "adapters/qt/TableSetup.h"
 
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QTableView>
 
 namespace dunmora {
@@ -30,6 +31,9 @@ void setUpTable(QTableView& table)
     header.setSectionResizeMode(QHeaderView::Interactive);
     // A double click on a header's edge measures the rows in view instead of a thousand.
     header.setResizeContentsPrecision(0);
+    // To draw the titles, a header asks for every row whether it is selected, in every column. Its
+    // own selection stays empty; without highlighted sections that looks the same.
+    header.setSelectionModel(new QItemSelectionModel(table.model(), &header));
 
     auto& rows = *table.verticalHeader();
     rows.hide();
