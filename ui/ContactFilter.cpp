@@ -19,12 +19,27 @@ namespace {
 /// Separates texts that are not read as one. Nobody can type it into a line.
 constexpr char kSeparator = '\n';
 
+/// Appends the ASCII digits of the text. Returns false when it has characters beyond ASCII, of
+/// which some may be digits, too.
+bool appendAsciiDigits(std::string& digits, std::string_view phone)
+{
+    auto end = digits.size();
+    digits.resize(end + phone.size());
+    unsigned char bits = 0;
+    for (const char c : phone) {
+        bits |= static_cast<unsigned char>(c);
+        digits[end] = c;
+        end += c >= '0' && c <= '9' ? 1 : 0;
+    }
+    digits.resize(end);
+    return bits < 0x80;
+}
+
 void appendDigits(std::string& digits, std::string_view phone, const TextFolding& folding)
 {
-    if (isPlainAscii(phone)) {
-        std::copy_if(phone.begin(), phone.end(), std::back_inserter(digits),
-                     [](char c) { return c >= '0' && c <= '9'; });
-    } else {
+    const auto begin = digits.size();
+    if (!appendAsciiDigits(digits, phone)) {
+        digits.resize(begin);
         digits += folding.digits(phone);
     }
 }
