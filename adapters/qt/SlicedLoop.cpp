@@ -7,8 +7,9 @@ namespace dunmora {
 
 namespace {
 
-/// Half the time between two frames of a screen.
-constexpr std::chrono::milliseconds kSlice{8};
+/// A quarter of the time between two frames of a screen: a frame may have to be drawn in the same
+/// turn of the event loop.
+constexpr std::chrono::milliseconds kSlice{4};
 /// Takes far less than a slice.
 constexpr std::size_t kRowsPerTimeCheck = 64;
 
