@@ -1,55 +1,90 @@
 #include "programs/dunmora-cli/ContactCells.h"
 
+#include "engine/ContactRecord.h"
+#include "programs/dunmora-cli/TerminalText.h"
 #include "programs/dunmora-cli/TimeText.h"
 #include "review/SubstituteName.h"
 #include "text/DisplayText.h"
+
+#include <algorithm>
 
 namespace dunmora {
 
 namespace {
 
-/// The person's name when it replaces the blank first name.
-std::string substituteFor(const ContactRecord& record, const ContactField& field,
-                          const CardSource* cards)
+/// Appends the beginning of the text that a cell shows.
+void appendShown(std::string& out, std::string_view text)
 {
-    return field.key == kContactFirstName ? substituteName(record, cards) : std::string();
+    const auto shown = shownPart(text);
+    appendDisplayText(out, shown);
+    if (shown.size() < text.size()) {
+        out += kEllipsis;
+    }
 }
 
-/// The cell's text: a view of the record or of `buffer`, which is overwritten.
-std::string_view cellText(const ContactRecord& record, const ContactField& field,
-                          const CardSource* cards, std::string& buffer)
+/// Appends the text of a cell that is not shown as it is in the record.
+void appendCell(std::string& out, const ContactRecord& record, const ContactField& field)
 {
-    buffer.clear();
-    appendDisplayText(buffer, substituteFor(record, field, cards));
-    if (!buffer.empty()) {
-        return buffer;
+    if (field.isText()) {
+        appendShown(out, record.text(field.key));
+    } else if (const auto time = record.objectForKey(field.key)) {
+        appendLocalTime(out, std::get<std::chrono::sys_seconds>(*time));
     }
-    if (!field.isText()) {
-        if (const auto time = record.objectForKey(field.key)) {
-            appendLocalTime(buffer, std::get<std::chrono::sys_seconds>(*time));
-        }
-        return buffer;
-    }
-    const auto text = record.text(field.key);
-    const auto shown = shownPart(text);
-    const bool isCut = shown.size() < text.size();
-    if (!isCut && isPlainAscii(text)) {
-        return text;
-    }
-    appendDisplayText(buffer, shown);
-    if (isCut) {
-        buffer += kEllipsis;
-    }
-    return buffer;
+}
+
+/// Whether the text is shown as it is.
+bool isShownAsItIs(std::string_view text)
+{
+    return text.size() <= kMaxShownBytes && isPlainAscii(text);
 }
 
 }  // namespace
 
-void ContactCells::read(const ContactRecord& record, const CardSource* cards)
+void ContactCells::add(const ContactRecord& record)
 {
+    const auto substitute = substituteName(record, cards_);
+    KeptColumns kept = 0;
     for (std::size_t i = 0; i < kTableColumns.size(); ++i) {
-        texts[i] = cellText(record, *kTableColumns[i], cards, buffers_[i]);
+        const auto& field = *kTableColumns[i];
+        const bool isSubstituted = field.key == kContactFirstName && !substitute.empty();
+        if (field.isText() && !isSubstituted) {
+            const auto text = record.text(field.key);
+            if (isShownAsItIs(text)) {
+                widest_[i] = std::max(widest_[i], text.size());
+                continue;
+            }
+        }
+        const auto begin = texts_.size();
+        if (isSubstituted) {
+            appendDisplayText(texts_, substitute);
+        } else {
+            appendCell(texts_, record, field);
+        }
+        const auto text = std::string_view(texts_).substr(begin);
+        const auto width = displayWidth(text);
+        widest_[i] = std::max(widest_[i], width);
+        kept = static_cast<KeptColumns>(kept | 1U << i);
+        cells_.push_back(
+            {static_cast<std::uint32_t>(text.size()), static_cast<std::uint32_t>(width)});
     }
+    kept_.push_back(kept);
+}
+
+ContactRow ContactCells::next(const ContactRecord& record)
+{
+    ContactRow row;
+    const unsigned kept = kept_[nextPerson_++];
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if ((kept >> i & 1U) == 0) {
+            const auto text = record.text(kTableColumns[i]->key);
+            row[i] = {text, text.size()};
+            continue;
+        }
+        const auto& cell = cells_[nextCell_++];
+        row[i] = {std::string_view(texts_).substr(nextText_, cell.size), cell.width};
+        nextText_ += cell.size;
+    }
+    return row;
 }
 
 }  // namespace dunmora

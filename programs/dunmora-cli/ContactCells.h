@@ -1,16 +1,18 @@
 #pragma once
 
 #include "base/ContactFields.h"
-#include "engine/ContactRecord.h"
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
 class CardSource;
+class ContactRecord;
 
 /// The columns of a table of people. The check mark has none. The uid comes last: it is the widest
 /// and needs no padding there.
@@ -26,16 +28,57 @@ inline constexpr auto kTableColumns = [] {
     return columns;
 }();
 
-/// A person's cells in the order of `kTableColumns`, safe to display.
-struct ContactCells {
-    std::array<std::string_view, kTableColumns.size()> texts;
+/// A width for each of `kTableColumns`, in columns of a terminal.
+using ColumnWidths = std::array<std::size_t, kTableColumns.size()>;
 
-    /// Reads the person's cells; views of the record or of this object. `cards` names people whose
-    /// names are blank and may be null.
-    void read(const ContactRecord& record, const CardSource* cards);
+/// A cell of a table: a text that is safe to display, and the columns of a terminal that it takes.
+struct ContactCell {
+    std::string_view text;
+    std::size_t width = 0;
+};
+
+/// A cell for each of `kTableColumns`.
+using ContactRow = std::array<ContactCell, kTableColumns.size()>;
+
+/// The cells of the people of a table, which are needed twice, first to measure the columns and
+/// then to print them. They are created once: texts that are in the record as they are shown are
+/// not kept, all others are.
+///
+/// Thread: as `CardSource`. Errors: none.
+class ContactCells final {
+public:
+    /// `cards` names people whose names are blank and may be null.
+    explicit ContactCells(const CardSource* cards) : cards_(cards) {}
+
+    /// Creates the cells of the next person.
+    void add(const ContactRecord& record);
+
+    /// The width of the widest cell in each column; 0 for a column without any content.
+    const ColumnWidths& widest() const { return widest_; }
+
+    /// Returns the cells of the next person, from the first one on: of each record that was added,
+    /// in the same order. Views of the record and of this object.
+    ContactRow next(const ContactRecord& record);
 
 private:
-    std::array<std::string, kTableColumns.size()> buffers_;
+    struct KeptCell {
+        std::uint32_t size;
+        std::uint32_t width;
+    };
+    // A bit for each column.
+    using KeptColumns = std::uint8_t;
+    static_assert(kTableColumns.size() <= 8);
+
+    const CardSource* cards_;
+    ColumnWidths widest_{};
+    std::vector<KeptColumns> kept_;
+    // Of the kept cells, one person after another.
+    std::vector<KeptCell> cells_;
+    std::string texts_;
+    // What `next` reads next.
+    std::size_t nextPerson_ = 0;
+    std::size_t nextCell_ = 0;
+    std::size_t nextText_ = 0;
 };
 
 }  // namespace dunmora

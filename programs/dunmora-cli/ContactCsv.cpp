@@ -1,11 +1,13 @@
 #include "programs/dunmora-cli/ContactCsv.h"
 
 #include "engine/ContactsParser.h"
+#include "programs/dunmora-cli/TextPieces.h"
 #include "programs/dunmora-cli/TimeText.h"
 #include "review/UniqueProperties.h"
 #include "text/DisplayText.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -70,27 +72,28 @@ void appendPerson(std::string& out, const ContactRecord& record, std::size_t gro
 
 }  // namespace
 
-std::string contactCsv(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
-                       const UniqueProperties& cards, CsvTexts texts)
+void printContactCsv(TextPieces& out, const ContactsParser& engine,
+                     std::span<const DuplicateGroup> groups, const UniqueProperties& cards,
+                     CsvTexts texts)
 {
-    std::string out = "group,";
-    out += kContactCheck;
+    auto& text = out.text();
+    text += "group,";
+    text += kContactCheck;
     forEachColumn([&](const ContactField& field) {
-        out += ',';
-        out += field.key;
+        text += ',';
+        text += field.key;
     });
-    out += ",source";
-    out += kLineEnd;
+    text += ",source";
+    text += kLineEnd;
     for (std::size_t i = 0; i < groups.size(); ++i) {
-        auto row = groups[i].firstRow;
-        for (const auto& uid : groups[i].uids) {
-            if (const auto* const record = engine.contacts().find(uid)) {
-                appendPerson(out, *record, i + 1, cards.source(row), texts);
+        const auto end = groups[i].firstRow + groups[i].uids.size();
+        for (auto row = groups[i].firstRow; row < end; ++row) {
+            if (const auto* const record = engine.recordInRow(row)) {
+                appendPerson(text, *record, i + 1, cards.source(row), texts);
+                out.printLong();
             }
-            ++row;
         }
     }
-    return out;
 }
 
 }  // namespace dunmora

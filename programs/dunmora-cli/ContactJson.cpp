@@ -2,6 +2,7 @@
 
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/DeletionWarnings.h"
+#include "programs/dunmora-cli/TextPieces.h"
 #include "programs/dunmora-cli/TimeText.h"
 #include "review/GroupWarnings.h"
 #include "review/UniqueProperties.h"
@@ -158,41 +159,43 @@ void appendContact(std::string& out, const ContactRecord& record, const PersonSo
 
 }  // namespace
 
-std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
-                       const GroupWarnings& warnings, const UniqueProperties& cards,
-                       const ReviewHead& head, JsonCharacters characters)
+void printReviewJson(TextPieces& out, const ContactsParser& engine,
+                     std::span<const DuplicateGroup> groups, const GroupWarnings& warnings,
+                     const UniqueProperties& cards, const ReviewHead& head,
+                     JsonCharacters characters)
 {
-    std::string out = R"({"schema":1,"addressBook":)";
-    appendJsonText(out, head.addressBook, characters);
-    out += R"(,"match":)";
-    appendList(out, head.match,
-               [&](std::string_view name) { appendJsonText(out, name, characters); });
-    appendCounts(out, engine);
-    out += R"(,"skipped":)";
-    out += std::to_string(head.skipped);
-    appendRemarks(out, head.remarks, characters);
+    auto& text = out.text();
+    text += R"({"schema":1,"addressBook":)";
+    appendJsonText(text, head.addressBook, characters);
+    text += R"(,"match":)";
+    appendList(text, head.match,
+               [&](std::string_view name) { appendJsonText(text, name, characters); });
+    appendCounts(text, engine);
+    text += R"(,"skipped":)";
+    text += std::to_string(head.skipped);
+    appendRemarks(text, head.remarks, characters);
     appendWarningCounts(
-        out, {warnings.peopleWhoLoseEveryCopy(), warnings.peopleWhoShareOnlyEmptyFields()},
+        text, {warnings.peopleWhoLoseEveryCopy(), warnings.peopleWhoShareOnlyEmptyFields()},
         cards.count());
-    out += R"(,"groups":)";
-    appendList(out, groups, [&](const DuplicateGroup& group) {
-        out += R"({"key":)";
-        appendJsonText(out, group.key, characters);
-        out += R"(,"rows":)";
+    text += R"(,"groups":)";
+    appendList(text, groups, [&](const DuplicateGroup& group) {
+        text += R"({"key":)";
+        appendJsonText(text, group.key, characters);
+        text += R"(,"rows":)";
         auto row = group.firstRow;
-        appendList(out, group.uids, [&](const std::string& uid) {
-            appendContact(out, *engine.contacts().find(uid), cards.source(row), characters);
+        appendList(text, group.uids, [&](const std::string& /*uid*/) {
+            appendContact(text, *engine.recordInRow(row), cards.source(row), characters);
             appendRowWarnings(
-                out, [&](GroupWarning warning) { return warnings.hasWarning(row, warning); },
+                text, [&](GroupWarning warning) { return warnings.hasWarning(row, warning); },
                 cards.has(row));
-            appendOnlyHere(out, cards.onlyHere(row), characters);
-            out += '}';
+            appendOnlyHere(text, cards.onlyHere(row), characters);
+            text += '}';
             ++row;
+            out.printLong();
         });
-        out += '}';
+        text += '}';
     });
-    out += "}\n";
-    return out;
+    text += "}\n";
 }
 
 std::string deletionJson(const ContactsParser& engine, std::span<const std::string> deleted,

@@ -12,6 +12,7 @@
 namespace dunmora {
 
 class GroupWarnings;
+class TextPieces;
 class UniqueProperties;
 struct DeletionWarnings;
 
@@ -24,11 +25,12 @@ struct ReviewHead {
     std::vector<std::string> remarks;
 };
 
-/// The review as one JSON document on one line, with a line end. Each row ends with the warnings
-/// about it and with what only it holds.
-std::string reviewJson(const ContactsParser& engine, std::span<const DuplicateGroup> groups,
-                       const GroupWarnings& warnings, const UniqueProperties& cards,
-                       const ReviewHead& head, JsonCharacters characters);
+/// Prints the review as one JSON document on one line, with a line end. Each row ends with the
+/// warnings about it and with what only it holds. Errors: those of `out`.
+void printReviewJson(TextPieces& out, const ContactsParser& engine,
+                     std::span<const DuplicateGroup> groups, const GroupWarnings& warnings,
+                     const UniqueProperties& cards, const ReviewHead& head,
+                     JsonCharacters characters);
 
 /// A deletion's result as one JSON document on one line, with a line end: who was (or, in a dry
 /// run, would be) deleted, the counts after it, the remarks of the book's `ReadingNotes`, and what

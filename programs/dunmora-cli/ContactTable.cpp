@@ -1,16 +1,16 @@
 #include "programs/dunmora-cli/ContactTable.h"
 
-#include "engine/ContactsParser.h"
+#include "engine/ContactRecord.h"
 #include "programs/dunmora-cli/ContactCells.h"
 #include "programs/dunmora-cli/ContactTableFit.h"
 #include "programs/dunmora-cli/FieldLines.h"
 #include "programs/dunmora-cli/TableLayout.h"
 #include "programs/dunmora-cli/TerminalText.h"
+#include "programs/dunmora-cli/TextPieces.h"
 #include "review/SubstituteName.h"
-#include "review/UniqueProperties.h"
 
-#include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -27,38 +27,11 @@ constexpr std::string_view kNormal = "\x1b[0m";
 
 /// The person to draw.
 struct DrawnPerson {
-    ContactCells cells;
+    ContactRow cells;
     /// As wide as `kNoMark`.
     std::string mark;
     bool isNameDim = false;
 };
-
-/// Calls `visit` for the record of everyone whom the engine has.
-template <typename Visit>
-void forEachRecord(const ContactsParser& engine, UidSpan uids, const Visit& visit)
-{
-    for (const auto& uid : uids) {
-        if (const auto* const record = engine.contacts().find(uid)) {
-            visit(*record);
-        }
-    }
-}
-
-ColumnWidths widestCells(const ContactsParser& engine, const std::vector<UidSpan>& blocks,
-                         const TableCards& cards)
-{
-    ColumnWidths widths{};
-    ContactCells cells;
-    for (const auto& block : blocks) {
-        forEachRecord(engine, block, [&](const ContactRecord& record) {
-            cells.read(record, cards.cards);
-            for (std::size_t i = 0; i < widths.size(); ++i) {
-                widths[i] = std::max(widths[i], displayWidth(cells.texts[i]));
-            }
-        });
-    }
-    return widths;
-}
 
 std::string markOf(const ContactRecord& record, bool isUnique, Colour colour)
 {
@@ -70,16 +43,22 @@ std::string markOf(const ContactRecord& record, bool isUnique, Colour colour)
     return mark;
 }
 
-/// Appends a piece of a cell, padded to the column's width unless it is the last one.
-void appendCell(std::string& out, std::string_view text, std::size_t width, bool isLast)
+/// Appends a text of this width, padded to the column's width unless it is the last one.
+void appendCell(std::string& out, ContactCell cell, std::size_t width, bool isLast)
 {
-    out += text;
+    out += cell.text;
     if (isLast) {
         return;
     }
-    const auto taken = displayWidth(text);
-    out.append(taken < width ? width - taken : 0, ' ');
+    out.append(cell.width < width ? width - cell.width : 0, ' ');
     out += TableLayout::kGap;
+}
+
+/// The piece of a cell, which may be the whole cell.
+ContactCell measured(std::string_view piece, const ContactCell& whole)
+{
+    const bool isWhole = piece.data() == whole.text.data() && piece.size() == whole.text.size();
+    return {piece, isWhole ? whole.width : displayWidth(piece)};
 }
 
 void appendTitles(std::string& out, const ContactTableFit& fit, Colour colour)
@@ -88,7 +67,8 @@ void appendTitles(std::string& out, const ContactTableFit& fit, Colour colour)
     out += kNoMark;
     for (std::size_t i = 0; i < kTableColumns.size(); ++i) {
         if (fit.isShown(i)) {
-            appendCell(out, kTableColumns[i]->title, fit.widths[i], fit.isLast(i));
+            const auto title = kTableColumns[i]->title;
+            appendCell(out, {title, displayWidth(title)}, fit.widths[i], fit.isLast(i));
         }
     }
     out += colour == Colour::On ? kNormal : "";
@@ -96,12 +76,12 @@ void appendTitles(std::string& out, const ContactTableFit& fit, Colour colour)
 }
 
 /// Appends the person as one line, or several when a cell continues.
-void appendRow(std::string& out, DrawnPerson& person, const ContactTableFit& fit)
+void appendRow(std::string& out, const DrawnPerson& person, const ContactTableFit& fit)
 {
     std::array<std::string, kTableColumns.size()> cut;
-    auto& texts = person.cells.texts;
+    std::array<std::string_view, kTableColumns.size()> texts;
     for (std::size_t i = 0; i < texts.size(); ++i) {
-        texts[i] = fit.shownText(i, texts[i], cut[i]);
+        texts[i] = fit.shownText(i, person.cells[i], cut[i]);
     }
     std::string_view mark = person.mark;
     for (bool hasMore = true; hasMore;) {
@@ -117,7 +97,7 @@ void appendRow(std::string& out, DrawnPerson& person, const ContactTableFit& fit
             const bool isDim =
                 person.isNameDim && kTableColumns[i]->key == kContactFirstName && !piece.empty();
             out += isDim ? kDim : "";
-            appendCell(out, piece, fit.widths[i], fit.isLast(i));
+            appendCell(out, measured(piece, person.cells[i]), fit.widths[i], fit.isLast(i));
             out += isDim ? kNormal : "";
         }
         TableLayout::endLine(out);
@@ -133,7 +113,7 @@ void appendStacked(std::string& out, const DrawnPerson& person, std::size_t widt
         const auto breaks = field.kind == FieldKind::Uid ? FieldLines::Break::Never
                                                          : FieldLines::Break::WhereNeeded;
         const bool isDim = person.isNameDim && field.key == kContactFirstName;
-        lines.add(field.title, person.cells.texts[i], breaks, isDim ? kDim : "",
+        lines.add(field.title, person.cells[i].text, breaks, isDim ? kDim : "",
                   isDim ? kNormal : "");
     }
     lines.append(out, person.mark);
@@ -141,51 +121,44 @@ void appendStacked(std::string& out, const DrawnPerson& person, std::size_t widt
 
 }  // namespace
 
-TableCards::TableCards(const ContactsParser& engine, const UniqueProperties& properties,
-                       const CardSource* source)
-    : cards(source)
+void printContactTable(TextPieces& out, const TablePeople& table, const CardSource* cards,
+                       const TableStyle& style)
 {
-    const auto& uids = engine.duplicates();
-    for (std::size_t row = 0; row < uids.size(); ++row) {
-        if (properties.has(row)) {
-            unique.insert(uids[row]);
+    if (table.blockEnds.empty()) {
+        return;
+    }
+    ContactCells cells(cards);
+    for (const auto& person : table.people) {
+        cells.add(*person.record);
+    }
+    const ContactTableFit fit(cells.widest(), style, kNoMark.size());
+    auto& text = out.text();
+    if (!fit.isStacked) {
+        appendTitles(text, fit, style.colour);
+    }
+    DrawnPerson drawn;
+    std::size_t index = 0;
+    for (const auto end : table.blockEnds) {
+        text += index > 0 ? "\n" : "";
+        for (; index < end; ++index) {
+            const auto& [record, holdsUnique] = table.people[index];
+            drawn.cells = cells.next(*record);
+            drawn.mark = markOf(*record, holdsUnique, style.colour);
+            drawn.isNameDim = style.colour == Colour::On && hasBlankName(*record);
+            if (fit.isStacked) {
+                appendStacked(text, drawn, *style.width);
+            } else {
+                appendRow(text, drawn, fit);
+            }
+            out.printLong();
         }
     }
-}
-
-std::string contactTable(const ContactsParser& engine, const std::vector<UidSpan>& blocks,
-                         const TableCards& cards, const TableStyle& style)
-{
-    std::string out;
-    if (blocks.empty()) {
-        return out;
-    }
-    const ContactTableFit fit(widestCells(engine, blocks, cards), style, kNoMark.size());
-    if (!fit.isStacked) {
-        appendTitles(out, fit, style.colour);
-    }
-    DrawnPerson person;
-    for (std::size_t i = 0; i < blocks.size(); ++i) {
-        out += i > 0 ? "\n" : "";
-        forEachRecord(engine, blocks[i], [&](const ContactRecord& record) {
-            person.cells.read(record, cards.cards);
-            const bool isUnique = cards.unique.contains(record.text(kContactUid));
-            person.mark = markOf(record, isUnique, style.colour);
-            person.isNameDim = style.colour == Colour::On && hasBlankName(record);
-            if (fit.isStacked) {
-                appendStacked(out, person, *style.width);
-            } else {
-                appendRow(out, person, fit);
-            }
-        });
-    }
     std::string_view remark = fit.remark;
-    out += remark.empty() ? "" : "\n";
+    text += remark.empty() ? "" : "\n";
     while (!remark.empty()) {
-        out += takeLine(remark, *style.width);
-        out += '\n';
+        text += takeLine(remark, *style.width);
+        text += '\n';
     }
-    return out;
 }
 
 }  // namespace dunmora

@@ -1,8 +1,8 @@
 #include "programs/dunmora-cli/ContactTableFit.h"
 
-#include "programs/dunmora-cli/ContactTable.h"
 #include "programs/dunmora-cli/TableFit.h"
 #include "programs/dunmora-cli/TableLayout.h"
+#include "programs/dunmora-cli/TableStyle.h"
 #include "programs/dunmora-cli/TerminalText.h"
 #include "text/DisplayText.h"
 
@@ -122,19 +122,19 @@ ContactTableFit::ContactTableFit(const ColumnWidths& widestCells, const TableSty
     }
 }
 
-std::string_view ContactTableFit::shownText(std::size_t column, std::string_view cell,
+std::string_view ContactTableFit::shownText(std::size_t column, const ContactCell& cell,
                                             std::string& buffer) const
 {
     const auto width = widths[column];
     if (width == 0 || excess_[column] == Excess::Overflows ||
-        excess_[column] == Excess::Continues || displayWidth(cell) <= width) {
-        return cell;
+        excess_[column] == Excess::Continues || cell.width <= width) {
+        return cell.text;
     }
     if (excess_[column] == Excess::LosesTime) {
-        buffer = std::string(cell.substr(0, kDate.size())) + std::string(kEllipsis);
+        buffer = std::string(cell.text.substr(0, kDate.size())) + std::string(kEllipsis);
     } else {
-        buffer = excess_[column] == Excess::LosesBeginning ? withoutBeginning(cell, width)
-                                                           : withoutEnd(cell, width);
+        buffer = excess_[column] == Excess::LosesBeginning ? withoutBeginning(cell.text, width)
+                                                           : withoutEnd(cell.text, width);
     }
     return buffer;
 }

@@ -11,9 +11,6 @@ namespace dunmora {
 
 struct TableStyle;
 
-/// A width for each of `kTableColumns`.
-using ColumnWidths = std::array<std::size_t, kTableColumns.size()>;
-
 /// How wide the columns of a table of people are, and what that does to its cells.
 /// Thread: any. Errors: none.
 struct ContactTableFit {
@@ -32,7 +29,7 @@ struct ContactTableFit {
     bool isLast(std::size_t column) const { return column == last_; }
 
     /// The part of the cell that is shown: a view of it or of `buffer`.
-    std::string_view shownText(std::size_t column, std::string_view cell,
+    std::string_view shownText(std::size_t column, const ContactCell& cell,
                                std::string& buffer) const;
     /// Removes as much from the beginning of the shown part as fits in one line, and returns it.
     std::string_view takePiece(std::size_t column, std::string_view& text) const;

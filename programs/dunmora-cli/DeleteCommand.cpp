@@ -21,6 +21,7 @@
 #include "programs/dunmora-cli/RestoreCommand.h"
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
+#include "programs/dunmora-cli/TextPieces.h"
 #include "programs/dunmora-cli/UidLists.h"
 #include "programs/dunmora-cli/UniqueWarning.h"
 #include "review/CheckedPeople.h"
@@ -139,19 +140,23 @@ void checkBackup(const ReviewSession& session, const std::vector<std::string>& u
 
 /// Shows the people to be deleted: in the result, and on the terminal where the user is asked when
 /// the result is not shown there.
-void show(const ContactsParser& engine, const std::vector<std::string>& uids,
-          const TableCards& cards, const DeleteRequest& request, const CliEnvironment& environment)
+void show(const ContactsParser& engine, const UniqueProperties& properties, const CardSource* cards,
+          const DeleteRequest& request, const CliEnvironment& environment)
 {
-    const auto table = [&](const TableStyle& style) {
-        return deletionTable(engine, uids, cards, style);
+    const auto printTable = [&](const TextPieces::Print& print, const TableStyle& style) {
+        TextPieces out(print);
+        printDeletionTable(out, engine, properties, cards, style);
+        out.printRest();
     };
     const auto match = chosenMatchFields();
     const bool isResult = request.book.format == OutputFormat::Table;
     if (isResult) {
-        printText(environment, table(outputStyle(environment, request.book.width, match)));
+        printTable([&](std::string_view piece) { printText(environment, piece); },
+                   outputStyle(environment, request.book.width, match));
     }
     if (asks(request) && !(isResult && environment.outIsTerminal)) {
-        environment.err << table(errorStyle(environment, request.book.width, match)) << std::flush;
+        printTable([&](std::string_view piece) { environment.err << piece << std::flush; },
+                   errorStyle(environment, request.book.width, match));
     }
 }
 
@@ -289,7 +294,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     UniqueProperties properties;
     namingBookInMemoryErrors(request.book.addressBook,
                              [&] { properties.read(engine, session.cards()); });
-    show(engine, uids, {engine, properties, session.cards()}, request, environment);
+    show(engine, properties, session.cards(), request, environment);
     reportUnique(properties, request.book, environment);
     if (asks(request) &&
         !userAgrees(uids.size(), bookName(request, session.addressBook().notes()), environment)) {

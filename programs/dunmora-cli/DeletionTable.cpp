@@ -1,38 +1,57 @@
 #include "programs/dunmora-cli/DeletionTable.h"
 
 #include "engine/ContactsParser.h"
+#include "programs/dunmora-cli/ContactTable.h"
+#include "review/CheckedPeople.h"
 #include "review/DuplicateGroups.h"
-#include "text/TextHash.h"
+#include "review/UniqueProperties.h"
 
 #include <algorithm>
-#include <string_view>
-#include <unordered_set>
-#include <utility>
-#include <vector>
+#include <cstddef>
 
 namespace dunmora {
 
-std::string deletionTable(const ContactsParser& engine, std::span<const std::string> uids,
-                          const TableCards& cards, const TableStyle& style)
+namespace {
+
+/// Appends the group as a block, unless nobody in it is checked.
+void appendGroup(TablePeople& table, const DuplicateGroup& group, const ContactsParser& engine,
+                 const UniqueProperties& properties)
 {
-    std::unordered_set<std::string_view, TextHash> left(uids.begin(), uids.end());
-    const auto isKept = [&](const std::string& uid) { return !left.contains(uid); };
-    std::vector<std::vector<std::string>> blocks;
-    for (const auto& group : duplicateGroups(engine)) {
-        std::vector<std::string> block(group.uids.begin(), group.uids.end());
-        const auto checked = std::stable_partition(block.begin(), block.end(), isKept);
-        if (checked == block.end()) {
-            continue;
+    auto& people = table.people;
+    const auto begin = static_cast<std::ptrdiff_t>(people.size());
+    for (std::size_t row = group.firstRow; row < group.firstRow + group.uids.size(); ++row) {
+        if (const auto* const record = engine.recordInRow(row)) {
+            people.push_back({record, properties.has(row)});
         }
-        std::for_each(checked, block.end(), [&](const std::string& uid) { left.erase(uid); });
-        blocks.push_back(std::move(block));
     }
-    std::vector<std::string> others(uids.begin(), uids.end());
-    std::erase_if(others, isKept);
+    const auto checked = std::stable_partition(
+        people.begin() + begin, people.end(),
+        [](const TablePerson& person) { return !person.record->isChecked(); });
+    if (checked == people.end()) {
+        people.erase(people.begin() + begin, people.end());
+    } else {
+        table.blockEnds.push_back(people.size());
+    }
+}
+
+}  // namespace
+
+void printDeletionTable(TextPieces& out, const ContactsParser& engine,
+                        const UniqueProperties& properties, const CardSource* cards,
+                        const TableStyle& style)
+{
+    TablePeople table;
+    for (const auto& group : duplicateGroups(engine)) {
+        appendGroup(table, group, engine, properties);
+    }
+    const auto others = checkedWithoutDuplicates(engine);
+    for (const auto& uid : others) {
+        table.people.push_back({engine.contacts().find(uid)});
+    }
     if (!others.empty()) {
-        blocks.push_back(std::move(others));
+        table.blockEnds.push_back(table.people.size());
     }
-    return contactTable(engine, {blocks.begin(), blocks.end()}, cards, style);
+    printContactTable(out, table, cards, style);
 }
 
 }  // namespace dunmora

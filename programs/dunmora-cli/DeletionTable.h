@@ -1,18 +1,20 @@
 #pragma once
 
-#include "programs/dunmora-cli/ContactTable.h"
-
-#include <span>
-#include <string>
-
 namespace dunmora {
 
+class CardSource;
 class ContactsParser;
+class TextPieces;
+class UniqueProperties;
+struct TableStyle;
 
-/// The table of the people with these uids, who are to be deleted, in the order of the review: in
-/// each group those who are kept, then those who are checked. People in no group come last.
-/// Thread: as reading the engine's collections. Errors: none.
-std::string deletionTable(const ContactsParser& engine, std::span<const std::string> uids,
-                          const TableCards& cards, const TableStyle& style);
+/// Prints the table of everyone who is checked, and so to be deleted, in the order of the review:
+/// in each group those who are kept, then those who are checked. People in no group come last.
+/// `properties` has read the rows of the engine; `cards` names the people whose names are blank and
+/// may be null.
+/// Thread: as reading the engine's collections. Errors: those of `out`.
+void printDeletionTable(TextPieces& out, const ContactsParser& engine,
+                        const UniqueProperties& properties, const CardSource* cards,
+                        const TableStyle& style);
 
 }  // namespace dunmora

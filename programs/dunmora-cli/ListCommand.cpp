@@ -14,6 +14,7 @@
 #include "programs/dunmora-cli/ResultTexts.h"
 #include "programs/dunmora-cli/ReviewSession.h"
 #include "programs/dunmora-cli/StandardInput.h"
+#include "programs/dunmora-cli/TextPieces.h"
 #include "programs/dunmora-cli/UniqueWarning.h"
 #include "review/DuplicateGroups.h"
 #include "review/GroupWarnings.h"
@@ -28,19 +29,23 @@ namespace dunmora {
 
 namespace {
 
-std::string asTable(const ContactsParser& engine, const std::vector<DuplicateGroup>& groups,
-                    const TableCards& cards, const TableStyle& style)
+void printTable(TextPieces& out, const ContactsParser& engine,
+                const std::vector<DuplicateGroup>& groups, const UniqueProperties& properties,
+                const CardSource* cards, const TableStyle& style)
 {
-    std::vector<UidSpan> blocks;
-    blocks.reserve(groups.size());
+    TablePeople table;
+    table.people.reserve(engine.duplicates().size());
+    table.blockEnds.reserve(groups.size());
     for (const auto& group : groups) {
-        blocks.push_back(group.uids);
+        const auto end = group.firstRow + group.uids.size();
+        for (auto row = group.firstRow; row < end; ++row) {
+            table.people.push_back({engine.recordInRow(row), properties.has(row)});
+        }
+        table.blockEnds.push_back(table.people.size());
     }
-    auto table = contactTable(engine, blocks, cards, style);
-    if (!table.empty()) {
-        table += '\n';
-    }
-    return table + totalText(engine) + '\n';
+    printContactTable(out, table, cards, style);
+    out.text() += groups.empty() ? "" : "\n";
+    out.text() += totalText(engine) + '\n';
 }
 
 void warn(const GroupWarnings& warnings, const UniqueProperties& properties,
@@ -76,17 +81,19 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     const ReviewHead head{request.book.addressBook, namesOf(fields), notes.cardsSkipped,
                           notes.remarks};
 
-    printAs(environment, request.book.format,
-            {.table =
-                 [&] {
-                     return asTable(engine, groups, {engine, cards, session.cards()},
-                                    outputStyle(environment, request.book.width, fields));
-                 },
-             .json =
-                 [&](JsonCharacters characters) {
-                     return reviewJson(engine, groups, warnings, cards, head, characters);
-                 },
-             .csv = [&](CsvTexts texts) { return contactCsv(engine, groups, cards, texts); }});
+    printPiecesAs(
+        environment, request.book.format,
+        {.table =
+             [&](TextPieces& out) {
+                 printTable(out, engine, groups, cards, session.cards(),
+                            outputStyle(environment, request.book.width, fields));
+             },
+         .json =
+             [&](TextPieces& out, JsonCharacters characters) {
+                 printReviewJson(out, engine, groups, warnings, cards, head, characters);
+             },
+         .csv = [&](TextPieces& out,
+                    CsvTexts texts) { printContactCsv(out, engine, groups, cards, texts); }});
     if (!request.book.quiet) {
         warn(warnings, cards, request.book, environment);
     }

@@ -9,6 +9,7 @@
 
 namespace dunmora {
 
+class TextPieces;
 struct CliEnvironment;
 
 /// Creates the text of a command's result in each format that the command offers.
@@ -22,5 +23,18 @@ struct ResultTexts {
 /// Creates the text in this format and prints it; on a terminal JSON and CSV are printable, too.
 /// Errors: CommandError when it cannot be written.
 void printAs(const CliEnvironment& environment, OutputFormat format, const ResultTexts& texts);
+
+/// The same for results that are printed while they are created.
+struct ResultPieces {
+    std::function<void(TextPieces&)> table;
+    std::function<void(TextPieces&, JsonCharacters)> json;
+    std::function<void(TextPieces&, CsvTexts)> csv;
+};
+
+/// Creates and prints the text in this format, as the other `printAs`.
+/// Errors: CommandError when it cannot be written; some of it may already be printed, as when a
+/// function throws.
+void printPiecesAs(const CliEnvironment& environment, OutputFormat format,
+                   const ResultPieces& pieces);
 
 }  // namespace dunmora
