@@ -5,6 +5,7 @@
 #include "adapters/qt/QtText.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -33,12 +34,6 @@ QString shownValue(std::string_view value)
            (isCut ? QString::fromUtf8(kEllipsis.data(), qsizetype(kEllipsis.size())) : QString());
 }
 
-DrawnDetails drawnDetails(const DetailsLine& line)
-{
-    return {oneLineText(line.title),   shownValue(line.value),       line.sign,
-            oneLineText(line.verdict), decodedPicture(line.picture), line.isHeading};
-}
-
 bool haveSameTitles(const std::vector<DetailsLine>& some, const std::vector<DetailsLine>& others)
 {
     return std::equal(
@@ -59,7 +54,8 @@ void DetailsModel::setLines(std::vector<DetailsLine> lines)
     }
     std::vector<DrawnDetails> drawn;
     drawn.reserve(lines.size());
-    std::transform(lines.begin(), lines.end(), std::back_inserter(drawn), drawnDetails);
+    std::transform(lines.begin(), lines.end(), std::back_inserter(drawn),
+                   [this](const DetailsLine& line) { return drawnDetails(line); });
     lines_ = std::move(lines);
     drawn_ = std::move(drawn);
     if (!isSameCard) {
@@ -69,6 +65,21 @@ void DetailsModel::setLines(std::vector<DetailsLine> lines)
         // A verdict of another length may take more lines.
         Q_EMIT layoutChanged();
     }
+}
+
+DrawnDetails DetailsModel::drawnDetails(const DetailsLine& line) const
+{
+    return {oneLineText(line.title),   shownValue(line.value), line.sign,
+            oneLineText(line.verdict), picture(line),          line.isHeading};
+}
+
+QImage DetailsModel::picture(const DetailsLine& line) const
+{
+    const auto same = std::find_if(lines_.begin(), lines_.end(), [&line](const DetailsLine& shown) {
+        return shown.picture == line.picture;
+    });
+    return same == lines_.end() ? decodedPicture(line.picture)
+                                : drawn_[static_cast<std::size_t>(same - lines_.begin())].picture;
 }
 
 QString DetailsModel::value(int row) const

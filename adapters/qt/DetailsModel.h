@@ -3,7 +3,7 @@
 #include "platform/DetailsView.h"
 
 #include <QAbstractListModel>
-#include <QPixmap>
+#include <QImage>
 #include <QString>
 
 #include <vector>
@@ -38,6 +38,11 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
+    DrawnDetails drawnDetails(const DetailsLine& line) const;
+    /// Decoding takes long, so a picture that is shown already is reused: after an edit of check
+    /// marks it is the same one, and a person's copies often have the same photo.
+    QImage picture(const DetailsLine& line) const;
+
     std::vector<DetailsLine> lines_;
     std::vector<DrawnDetails> drawn_;
 };
