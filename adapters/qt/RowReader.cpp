@@ -116,6 +116,7 @@ void RowReader::edit(std::span<const std::size_t> rows, std::string_view column,
         return;
     }
     std::vector<std::size_t> edited;
+    edited.reserve(rows.size());
     for (const auto row : rows) {
         if (this->isChecked(row, column) != isChecked) {
             dataSource_->setObjectValue(isChecked, column, static_cast<std::ptrdiff_t>(row));

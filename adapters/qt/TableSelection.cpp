@@ -54,7 +54,10 @@ std::vector<std::size_t> TableSelection::sourceRows() const
             rows.push_back(model_.rows().sourceRow(row));
         }
     }
-    std::sort(rows.begin(), rows.end());
+    // One range is in order, and may be the whole table.
+    if (!std::is_sorted(rows.begin(), rows.end())) {
+        std::sort(rows.begin(), rows.end());
+    }
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
