@@ -1,11 +1,16 @@
 #include "adapters/vcard/CardReader.h"
 
+#include "adapters/posix/SideBySide.h"
 #include "adapters/vcard/CardScanner.h"
+#include "adapters/vcard/PiecewiseReading.h"
 
 namespace dunmora {
 
 void CardReader::read(std::string_view text, Text kind, Cards& cards)
 {
+    if (text.size() > method_.pieceSize && readInPieces(text, kind, cards)) {
+        return;
+    }
     // Reserves for an estimated number of cards, so that the lists are not copied while they grow;
     // with a folder of small files they grow by themselves.
     constexpr std::size_t kUsualCardSize = 256;
@@ -15,15 +20,23 @@ void CardReader::read(std::string_view text, Text kind, Cards& cards)
         cards.ranges.reserve(expected);
     }
     CardScanner scanner(text, kind, CardScanner::Properties::OfPerson, memory_);
-    while (scanner.next()) {
-        if (scanner.card().isGroup()) {
-            cards.groups.push_back(scanner.range());
-        } else {
-            cards.people.push_back(scanner.card().person());
-            cards.ranges.push_back(scanner.range());
-        }
-    }
+    scanner.readAll(cards);
     cards.skipped.insert(cards.skipped.end(), scanner.skipped().begin(), scanner.skipped().end());
+}
+
+/// Returns false, and reads nothing, when one thread is as good.
+bool CardReader::readInPieces(std::string_view text, Text kind, Cards& cards)
+{
+    const auto threads = method_.threads == 0 ? processors() : method_.threads;
+    if (threads == 1) {
+        return false;
+    }
+    const auto ends = pieceEnds(text, method_.pieceSize);
+    if (ends.size() == 1) {
+        return false;
+    }
+    PiecewiseReading(text, kind, ends, pieceMemories_, cards).run(threads);
+    return true;
 }
 
 }  // namespace dunmora

@@ -3,6 +3,7 @@
 #include "platform/Person.h"
 
 #include <cstddef>
+#include <deque>
 #include <memory_resource>
 #include <string_view>
 #include <vector>
@@ -29,7 +30,8 @@ struct CardRange {
 /// quoted-printable text should continue. Only a fold, which is unambiguous (RFC 6350 §3.2), and
 /// AGENT make it part of the open card.
 ///
-/// Thread: any, one at a time. The people hold views into the texts and into the reader.
+/// Thread: any, one at a time; a large text is read on several at once. The people hold views into
+/// the texts and into the reader.
 class CardReader final {
 public:
     /// How a text is encoded.
@@ -52,7 +54,20 @@ public:
         std::vector<CardRange> groups;
     };
 
+    /// How texts are read; the result is the same.
+    struct Method {
+        /// At most so many threads read a text; 0 means one for each processor.
+        std::size_t threads;
+        /// A larger text is read in pieces of about this many bytes, at least 1.
+        std::size_t pieceSize;
+    };
+
+    /// Small pieces stay in the processor's cache until they are appended; much smaller ones, and
+    /// threads for a smaller text, cost more than they gain.
+    static constexpr Method kUsualMethod{0, std::size_t{1} << 20U};
+
     CardReader() = default;
+    explicit CardReader(Method method) : method_(method) {}
     ~CardReader() = default;
     CardReader(const CardReader&) = delete;
     CardReader& operator=(const CardReader&) = delete;
@@ -61,8 +76,12 @@ public:
     void read(std::string_view text, Text kind, Cards& cards);
 
 private:
-    // Holds decoded text and the lists of phones.
+    bool readInPieces(std::string_view text, Text kind, Cards& cards);
+
+    Method method_ = kUsualMethod;
+    // Hold decoded text and the lists of phones.
     std::pmr::monotonic_buffer_resource memory_;
+    std::deque<std::pmr::monotonic_buffer_resource> pieceMemories_;
 };
 
 }  // namespace dunmora

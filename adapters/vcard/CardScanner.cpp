@@ -24,7 +24,7 @@ bool mayBeBase64(std::string_view parameters)
 bool CardScanner::next()
 {
     isComplete_ = false;
-    while (position_ < text_.size()) {
+    while (position_ < end_) {
         const auto line = nextLine();
         if (isOpen_) {
             readInside(line);
@@ -35,10 +35,22 @@ bool CardScanner::next()
             return true;
         }
     }
-    if (std::exchange(isOpen_, false)) {
+    if (end_ == text_.size() && std::exchange(isOpen_, false)) {
         skipped_.push_back(range_.begin);
     }
     return false;
+}
+
+void CardScanner::readAll(CardReader::Cards& cards)
+{
+    while (next()) {
+        if (card_.isGroup()) {
+            cards.groups.push_back(range_);
+        } else {
+            cards.people.push_back(card_.person());
+            cards.ranges.push_back(range_);
+        }
+    }
 }
 
 std::string_view CardScanner::content(const Line& line) const

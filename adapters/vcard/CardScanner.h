@@ -22,12 +22,33 @@ public:
 
     CardScanner(std::string_view text, CardReader::Text kind, Properties properties,
                 std::pmr::memory_resource& memory)
-        : text_(text), properties_(properties), lines_(text), card_(text, kind, memory)
+        : text_(text),
+          properties_(properties),
+          lines_(text),
+          end_(text.size()),
+          card_(text, kind, memory)
     {
     }
 
+    /// Makes the scanner read only a part of the text, as if the part began between cards. The line
+    /// that extends beyond `end` is read to its own end. To be called before all others.
+    void select(std::size_t begin, std::size_t end)
+    {
+        position_ = begin;
+        end_ = end;
+    }
+
+    /// Makes a scanner that has read its part continue.
+    void extendTo(std::size_t end) { end_ = end; }
+
+    /// Whether the part has been read, and a line begins at its end that is not part of a card.
+    bool isBetweenCards() const { return position_ == end_ && !isOpen_; }
+
     /// Reads the next card that is complete. Returns whether there is one.
     bool next();
+
+    /// Reads all cards that `next` would read, and appends the people, their ranges and the groups.
+    void readAll(CardReader::Cards& cards);
 
     /// The card that was read last, until the next call of `next`.
     Card& card() { return card_; }
@@ -61,6 +82,7 @@ private:
     Properties properties_;
     Lines lines_;
     std::size_t position_ = 0;
+    std::size_t end_;
     std::vector<std::size_t> skipped_;
 
     // The open card, if any.
