@@ -46,7 +46,7 @@ struct ContactField {
     std::string_view title;
     FieldKind kind;
     /// The property of a person; null unless the kind is Name.
-    std::optional<std::string_view> Person::*name = nullptr;
+    OptionalText Person::*name = nullptr;
     /// A word in the labels of the phone numbers, in lower case; empty unless the kind is Phone.
     std::string_view phoneWord = {};
     /// Nullopt for a field that cannot be part of the match key.

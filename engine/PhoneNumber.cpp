@@ -37,7 +37,7 @@ bool contains(std::string_view label, std::string_view word)
 
 }  // namespace
 
-std::string_view PhoneNumber(const std::optional<PhoneList>& phones, std::string_view word)
+std::string_view PhoneNumber(const OptionalPhones& phones, std::string_view word)
 {
     for (const auto& phone : phones.value_or(PhoneList())) {
         // The platform reports a missing label as "found at position 0", and users rely on such

@@ -2,7 +2,6 @@
 
 #include "platform/Person.h"
 
-#include <optional>
 #include <string_view>
 
 namespace dunmora {
@@ -11,6 +10,6 @@ namespace dunmora {
 /// does or there is no list. An entry without a label fits every word. The value is as stored.
 ///
 /// `word` is one of "home", "work" and "mobile", in lower case.
-std::string_view PhoneNumber(const std::optional<PhoneList>& phones, std::string_view word);
+std::string_view PhoneNumber(const OptionalPhones& phones, std::string_view word);
 
 }  // namespace dunmora

@@ -39,7 +39,7 @@ std::string listed(const std::vector<OraclePhone>& phones, LabelCase labelCase)
     return text;
 }
 
-std::vector<OraclePhone> copied(const std::optional<PhoneList>& phones)
+std::vector<OraclePhone> copied(const OptionalPhones& phones)
 {
     std::vector<OraclePhone> copies;
     if (phones) {

@@ -120,7 +120,7 @@ TEST_F(EdsAddressBookTest, ReadsPeopleLikeAVCardFile)
     EXPECT_EQ(people[0].lastName, "Lee");
     EXPECT_EQ(people[0].nickname, "Annie");
     EXPECT_EQ(people[0].modified, std::chrono::sys_seconds(std::chrono::seconds(1714557600)));
-    ASSERT_EQ(people[0].phones.value().size(), 3U);
+    ASSERT_EQ(people[0].phones->size(), 3U);
     const auto& phones = *people[0].phones;
     EXPECT_EQ(phones[0].label, "Boat");
     EXPECT_EQ(phones[0].value, "555-0100");

@@ -161,7 +161,7 @@ TEST_F(EdsServiceTest, ReadsPeopleAndOmitsLists)
     EXPECT_EQ(people[0].firstName, "ann");
     EXPECT_EQ(people[0].lastName, "Lee");
     EXPECT_EQ(people[0].nickname, "Annie");
-    ASSERT_EQ(people[0].phones.value().size(), 2U);
+    ASSERT_EQ(people[0].phones->size(), 2U);
     EXPECT_EQ((*people[0].phones)[0].label, "Boat");
     EXPECT_EQ((*people[0].phones)[0].value, "555-0100");
     EXPECT_EQ((*people[0].phones)[1].label, "_$!<Mobile>!$_");

@@ -113,8 +113,8 @@ TEST_F(MacAddressBookTest, ReturnsTheSixPropertiesOfAPerson)
     EXPECT_EQ(people[0].lastName, *ann.lastName);
     EXPECT_EQ(people[0].nickname, *ann.nickname);
     // Addresses reports the time of reading.
-    EXPECT_GE(people[0].modified, before);
-    EXPECT_LE(people[0].modified,
+    EXPECT_GE(*people[0].modified, before);
+    EXPECT_LE(*people[0].modified,
               std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
     ASSERT_EQ(people[0].phones->size(), 3U);
     EXPECT_EQ((*people[0].phones)[0].label, "_$!<Home>!$_");
