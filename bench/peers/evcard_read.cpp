@@ -1,4 +1,4 @@
-// Reads the cards of a file with GNOME's EVCard, with which list_bench compares our time.
+// Reads the cards of a file with GNOME's EVCard.
 
 #include <libebook-contacts/libebook-contacts.h>
 

@@ -1,0 +1,52 @@
+// Writes the benchmarks' address book as a vCard file, or as a folder with a file for each card.
+//
+//     write_book file|folder PATH CARDS PERCENT-WITH-COPY
+
+#include "bench/big_book.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+#include <cstddef>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+void writeFolder(const std::filesystem::path& folder, std::string_view book)
+{
+    constexpr std::string_view kEnd = "END:VCARD\r\n";
+    std::filesystem::create_directory(folder);
+    for (std::size_t begin = 0, card = 0; begin < book.size(); ++card) {
+        const auto end = book.find(kEnd, begin) + kEnd.size();
+        dunmora::test::write(folder / (std::to_string(card) + ".vcf"),
+                             book.substr(begin, end - begin));
+        begin = end;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (arguments.size() != 4 || (arguments[0] != "file" && arguments[0] != "folder")) {
+        std::cerr << "usage: write_book file|folder PATH CARDS PERCENT-WITH-COPY\n";
+        return 2;
+    }
+    try {
+        const auto book = dunmora::bench::bigBook(
+            {.cards = std::stoul(arguments[2]), .percentWithCopy = std::stoul(arguments[3])});
+        if (arguments[0] == "folder") {
+            writeFolder(arguments[1], book);
+        } else {
+            dunmora::test::write(arguments[1], book);
+        }
+    } catch (const std::exception& error) {
+        std::cerr << "write_book: " << error.what() << '\n';
+        return 1;
+    }
+    return 0;
+}

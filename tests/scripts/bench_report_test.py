@@ -1,0 +1,118 @@
+#!/usr/bin/env python3
+"""Tests what bench/table.py does with its measurements."""
+
+import pathlib
+import sys
+import unittest
+import xml.etree.ElementTree
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "bench"))
+
+import plot  # noqa: E402
+import report  # noqa: E402
+import table  # noqa: E402
+from measuring import Cost  # noqa: E402
+from runs import EVCARD, FLOOR, Row  # noqa: E402
+
+LIST = "`list --quiet`, few rows"
+
+
+def row(run, people, wall, processor, peak=10_000_000, size=1_000_000, floor=FLOOR):
+    return Row(run, people, Cost(wall, processor, peak), floor, size)
+
+
+ROWS = [row(FLOOR, 100_000, 0.1, 0.1), row(EVCARD, 100_000, 0.8, 0.8), row(LIST, 100_000, 0.3, 0.4, peak=41_000_000),
+        row(FLOOR, 1_000_000, 1, 1), row(LIST, 1_000_000, 4, 5)]
+
+
+class Report(unittest.TestCase):
+    def setUp(self):
+        self.table = report.Table(ROWS)
+        self.small, self.big = self.table.of(LIST)
+
+    def test_compares_wall_times_with_the_floor_of_the_same_book(self):
+        self.assertAlmostEqual(self.table.times_floor(self.small), 3)
+        self.assertAlmostEqual(self.table.times_floor(self.big), 4)
+
+    def test_compares_processor_times_with_evcard(self):
+        self.assertAlmostEqual(self.table.times_evcard(self.small), 0.5)
+
+    def test_has_no_ratio_to_evcard_where_it_was_not_measured(self):
+        self.assertIsNone(self.table.times_evcard(self.big))
+
+    def test_growth_is_the_cost_of_a_person_relative_to_100000_people(self):
+        self.assertAlmostEqual(self.table.growth(self.big), 1.25)
+
+    def test_memory_is_counted_above_the_file(self):
+        self.assertAlmostEqual(report.above_the_file(self.small), 400)
+
+    def test_memory_of_few_people_is_not_counted_a_person(self):
+        self.assertIsNone(report.above_the_file(row(LIST, 1_000, 0.1, 0.1)))
+
+    def test_a_program_that_does_not_keep_the_book_has_no_memory_above_the_file(self):
+        self.assertIsNone(report.above_the_file(row("`cat`", 100_000, 0.1, 0.1, peak=999_999)))
+
+    def test_prints_the_rows_by_run(self):
+        lines = self.table.text().splitlines()
+
+        self.assertEqual([line.split(" | ")[0] for line in lines[2:]],
+                         [f"| {FLOOR}", f"| {FLOOR}", f"| {EVCARD}", f"| {LIST}", f"| {LIST}"])
+        self.assertEqual(lines[5], f"| {LIST} | 100,000 | 3.00 | 0.30 s | 0.40 s | 4.00 | 1.00 | 41.0 MB | 400 | 0.50 |")
+
+    def test_compares_two_builds_by_the_rows_that_both_have(self):
+        before = report.Table([row(FLOOR, 100_000, 0.1, 0.1), row(LIST, 100_000, 0.9, 0.8)])
+
+        lines = report.comparison(before, self.table).splitlines()
+
+        self.assertEqual(len(lines), 4)
+        self.assertEqual(lines[3], f"| {LIST} | 100,000 | 9.00 → 3.00 | 0.90 s → 0.30 s | 3.00 | 8.00 → 4.00 "
+                                   "| 10.0 MB → 41.0 MB |")
+
+    def test_stores_measurements_for_a_later_comparison(self):
+        self.assertEqual(table.read_back(table.stored(ROWS)), ROWS)
+
+
+class Pages(unittest.TestCase):
+    def test_replaces_what_is_between_the_markers(self):
+        page = "before\n<!-- measured: x -->\nold\n<!-- end: x -->\nafter\n"
+
+        self.assertEqual(report.filled(page, "x", "new \\1\n"),
+                         "before\n<!-- measured: x -->\nnew \\1\n<!-- end: x -->\nafter\n")
+
+    def test_refuses_a_page_without_the_markers(self):
+        with self.assertRaises(ValueError):
+            report.filled("text\n", "x", "new\n")
+
+    def test_the_real_pages_have_the_markers(self):
+        for page, names in table.PAGES.items():
+            text = page.read_text(encoding="utf-8")
+            for name in names:
+                self.assertIn("new\n", report.filled(text, name, "new\n"))
+
+
+class Plot(unittest.TestCase):
+    def test_draws_a_line_with_a_point_for_each_size_and_the_run_s_name(self):
+        picture = xml.etree.ElementTree.fromstring(plot.plot(report.Table(ROWS), [LIST, "not measured"]))
+
+        name = "{http://www.w3.org/2000/svg}"
+        self.assertEqual(len(picture.findall(f"{name}polyline")), 1)
+        self.assertEqual(len(picture.findall(f"{name}circle")), 2)
+        self.assertIn("list --quiet, few rows", [text.text for text in picture.findall(f"{name}text")])
+
+    def test_puts_equal_ratios_at_equal_distances(self):
+        scale = plot.Scale(1, 1000, 0, 300)
+
+        self.assertAlmostEqual(scale.at(10), 100)
+        self.assertAlmostEqual(scale.at(100), 200)
+
+    def test_names_at_the_same_height_do_not_cover_each_other(self):
+        rows = [row(run, 1_000, 1, 1) for run in ("a", "b")]
+
+        picture = xml.etree.ElementTree.fromstring(plot.plot(report.Table(rows), ["a", "b"]))
+
+        heights = [float(text.get("y")) for text in picture.iter() if text.text in ("a", "b")]
+        self.assertGreaterEqual(abs(heights[0] - heights[1]), 12)
+
+
+if __name__ == "__main__":
+    unittest.main()
