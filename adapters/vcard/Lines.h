@@ -1,8 +1,10 @@
 #pragma once
 
+#include "adapters/vcard/LineEnd.h"
+
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -14,6 +16,8 @@ struct Line {
     std::size_t begin;
     std::size_t end;
     std::size_t next;
+    /// Neither a backslash nor a byte outside ASCII is in the content.
+    bool isPlain;
 };
 
 /// Finds the lines of a text. A line ends with LF, CR LF or CR, or with several CR before one LF,
@@ -25,41 +29,31 @@ public:
     /// Returns the line that begins at `position`. Positions must not decrease from call to call.
     Line at(std::size_t position)
     {
-        if (!isKnown_ || position >= next_) {
-            findLineFeed(position);
+        const auto end = findLineEnd(text_, position);
+        auto next = std::min(end.offset + 1, text_.size());
+        if (end.offset < text_.size() && text_[end.offset] == '\r') {
+            const bool isPair = next < text_.size() && text_[next] == '\n';
+            next = isPair ? next + 1 : afterReturns(end.offset);
         }
-        const auto* loneReturn = static_cast<const char*>(
-            std::memchr(text_.data() + position, '\r', contentEnd_ - position));
-        if (loneReturn != nullptr) {
-            const auto end = static_cast<std::size_t>(loneReturn - text_.data());
-            return {position, end, end + 1};
-        }
-        return {position, contentEnd_, next_};
+        return {position, end.offset, next, end.isPlain};
     }
 
 private:
-    // The next line feed is remembered until it is passed: in a text with lone CRs, every line
-    // would otherwise search the whole rest of the text.
-    void findLineFeed(std::size_t position)
+    /// Returns where the line after a CR begins that is not one of a CR LF.
+    std::size_t afterReturns(std::size_t position)
     {
-        const auto lineFeed = text_.find('\n', position);
-        isKnown_ = true;
-        if (lineFeed == std::string_view::npos) {
-            contentEnd_ = next_ = text_.size();
-            return;
+        // The end of a row of CRs is remembered: in a text of CRs alone, every line would otherwise
+        // search the whole rest of the text.
+        if (position >= returnsEnd_) {
+            returnsEnd_ = std::min(text_.find_first_not_of('\r', position), text_.size());
         }
-        next_ = lineFeed + 1;
-        contentEnd_ = lineFeed;
-        while (contentEnd_ > position && text_[contentEnd_ - 1] == '\r') {
-            --contentEnd_;
-        }
+        const bool endInLineFeed = returnsEnd_ < text_.size() && text_[returnsEnd_] == '\n';
+        return endInLineFeed ? returnsEnd_ + 1 : position + 1;
     }
 
     std::string_view text_;
-    bool isKnown_ = false;
-    // Where the content before the next line feed ends, and where the line after it begins.
-    std::size_t contentEnd_ = 0;
-    std::size_t next_ = 0;
+    // Where the row of CRs ends that was met last.
+    std::size_t returnsEnd_ = 0;
 };
 
 /// What to do with the blank that begins a continuation line. vCard 2.1 keeps it.

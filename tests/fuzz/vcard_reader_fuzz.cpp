@@ -1,5 +1,6 @@
 #include "adapters/vcard/CardProperties.h"
 #include "adapters/vcard/CardReader.h"
+#include "adapters/vcard/LineEnd.h"
 #include "tests/fuzz/PersonChecks.h"
 #include "tests/fuzz/Requirement.h"
 #include "text/Ascii.h"
@@ -126,6 +127,18 @@ void requireWholeCard(std::string_view card, const dunmora::Person& person)
     require(numbers == phones.size(), "a whole card lacks a number of the person");
 }
 
+/// Checks that the line ends are the same whatever the processor can do.
+void requireSameLineEnds(std::string_view text)
+{
+    for (std::size_t position = 0; position < text.size(); ++position) {
+        const auto ours = dunmora::findLineEnd(text, position);
+        const auto portable = dunmora::findLineEndByWords(text, position);
+        require(ours.offset == portable.offset, "a line end depends on the processor");
+        require(ours.isPlain == portable.isPlain, "a line is plain on some processors only");
+        position = ours.offset;
+    }
+}
+
 }  // namespace
 
 // NOLINTNEXTLINE(readability-identifier-naming): libFuzzer calls it by this name.
@@ -136,6 +149,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CardReader::Cards cards;
     reader.read(text, CardReader::Text::Bytes, cards);
 
+    requireSameLineEnds(text);
     requireOrderedRanges(cards, text.size());
     for (const auto& person : cards.people) {
         require(hasOnlyUtf8(person), "a text is not UTF-8");
