@@ -105,10 +105,8 @@ std::string_view Card::unescaped(std::string_view text)
 /// Returns the first property of a kind, or null.
 const RawProperty* Card::first(PropertyKind kind) const
 {
-    const auto found =
-        std::find_if(properties_.begin(), properties_.end(),
-                     [&](const RawProperty& property) { return property.property.kind == kind; });
-    return found == properties_.end() ? nullptr : &*found;
+    const auto& found = ofKind(kind);
+    return found.count == 0 ? nullptr : &properties_[found.first];
 }
 
 std::optional<std::string_view> Card::firstText(PropertyKind kind)
@@ -119,6 +117,9 @@ std::optional<std::string_view> Card::firstText(PropertyKind kind)
 
 bool Card::isGroup()
 {
+    if (ofKind(PropertyKind::CardKind).count + ofKind(PropertyKind::List).count == 0) {
+        return false;
+    }
     const auto hasValue = [&](const RawProperty& property, PropertyKind kind,
                               std::string_view value) {
         return property.property.kind == kind &&
@@ -163,11 +164,7 @@ void Card::readNames(Person& person)
 
 std::optional<PhoneList> Card::readPhones()
 {
-    const auto isPhone = [](const RawProperty& property) {
-        return property.property.kind == PropertyKind::Phone;
-    };
-    const auto count =
-        static_cast<std::size_t>(std::count_if(properties_.begin(), properties_.end(), isPhone));
+    const auto [first, count] = ofKind(PropertyKind::Phone);
     if (count == 0) {
         return std::nullopt;
     }
@@ -175,9 +172,9 @@ std::optional<PhoneList> Card::readPhones()
     auto* phones = static_cast<LabelledPhone*>(
         memory_.allocate(count * sizeof(LabelledPhone), alignof(LabelledPhone)));
     auto* end = phones;
-    for (const auto& property : properties_) {
-        if (isPhone(property)) {
-            new (end++) LabelledPhone(readPhone(parse(property)));
+    for (auto i = first; end != phones + count; ++i) {
+        if (properties_[i].property.kind == PropertyKind::Phone) {
+            new (end++) LabelledPhone(readPhone(parse(properties_[i])));
         }
     }
     return PhoneList(phones, count);
@@ -186,6 +183,9 @@ std::optional<PhoneList> Card::readPhones()
 void Card::readLabels()
 {
     labels_.clear();
+    if (ofKind(PropertyKind::Label).count == 0) {
+        return;
+    }
     for (const auto& raw : properties_) {
         if (raw.property.kind != PropertyKind::Label) {
             continue;

@@ -6,6 +6,7 @@
 #include "platform/Person.h"
 #include "text/TextHash.h"
 
+#include <array>
 #include <cstddef>
 #include <memory_resource>
 #include <optional>
@@ -46,6 +47,7 @@ public:
     {
         version_ = VCardVersion::Unknown;
         properties_.clear();
+        ofKind_.fill({});
     }
 
     VCardVersion version() const { return version_; }
@@ -53,7 +55,15 @@ public:
     /// Sets the version; ignores all but the first VERSION property.
     void readVersion(const RawProperty& property);
 
-    void add(const RawProperty& property) { properties_.push_back(property); }
+    void add(const RawProperty& property)
+    {
+        auto& ofKind = ofKind_[static_cast<std::size_t>(property.property.kind)];
+        if (ofKind.count == 0) {
+            ofKind.first = properties_.size();
+        }
+        ++ofKind.count;
+        properties_.push_back(property);
+    }
 
     /// Makes the last property, an AGENT, end where the card ends that is its value.
     void endAgent(std::size_t end) { properties_.back().end = end; }
@@ -90,6 +100,17 @@ public:
     Person person();
 
 private:
+    /// Which of the properties are of one kind.
+    struct OfKind {
+        /// The index of the first of them, if there are any.
+        std::size_t first = 0;
+        std::size_t count = 0;
+    };
+
+    const OfKind& ofKind(PropertyKind kind) const
+    {
+        return ofKind_[static_cast<std::size_t>(kind)];
+    }
     std::string_view keep(std::string_view text);
     const RawProperty* first(PropertyKind kind) const;
     std::optional<std::string_view> firstText(PropertyKind kind);
@@ -102,6 +123,7 @@ private:
     std::pmr::memory_resource& memory_;
     VCardVersion version_ = VCardVersion::Unknown;
     std::vector<RawProperty> properties_;
+    std::array<OfKind, kPropertyKinds> ofKind_{};
 
     // Reused from card to card to save allocations.
     std::unordered_map<std::string, std::string_view, TextHash> labels_;

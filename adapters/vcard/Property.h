@@ -26,6 +26,9 @@ enum class PropertyKind : std::uint8_t {
     Agent,
 };
 
+/// The number of values of PropertyKind.
+constexpr std::size_t kPropertyKinds = std::size_t(PropertyKind::Agent) + 1;
+
 /// The version of a card, as far as it affects how the card is read.
 enum class VCardVersion : std::uint8_t {
     /// No VERSION property has been read yet.
