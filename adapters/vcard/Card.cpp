@@ -1,14 +1,11 @@
 #include "adapters/vcard/Card.h"
 
-#include "adapters/vcard/PhoneTypes.h"
-#include "adapters/vcard/PropertyTypes.h"
 #include "adapters/vcard/Revision.h"
 #include "adapters/vcard/TextDecoding.h"
 #include "text/Ascii.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -57,17 +54,6 @@ Property Card::parse(const RawProperty& raw)
         keep(transfer == TransferEncoding::QuotedPrintable ? unfolded(raw.begin, raw.end, transfer)
                                                            : whole);
     return splitProperty(text, headOf(text));
-}
-
-/// Copies the text into memory that lives as long as the people.
-std::string_view Card::keep(std::string_view text)
-{
-    if (text.empty()) {
-        return "";
-    }
-    auto* place = static_cast<char*>(memory_.allocate(text.size(), 1));
-    std::memcpy(place, text.data(), text.size());
-    return {place, text.size()};
 }
 
 std::string_view Card::textOf(const Property& property)
@@ -213,13 +199,9 @@ LabelledPhone Card::readPhone(const Property& property)
     if (const auto label = labelOf(property.group); !label.empty()) {
         return {label, value};
     }
-    PhoneTypes types;
-    forEachType(property.parameters, [&](std::string_view type) { types.add(type); });
-    auto label = types.label();
-    if (label && !isUtf8(*label)) {
-        label = keep(toUtf8(*label, ""));
-    }
-    return {label, value};
+    return {property.parameters.empty() ? std::nullopt
+                                        : parameters_.phoneLabel(property.parameters),
+            value};
 }
 
 }  // namespace dunmora

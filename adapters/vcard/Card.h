@@ -1,7 +1,9 @@
 #pragma once
 
 #include "adapters/vcard/CardReader.h"
+#include "adapters/vcard/KeptText.h"
 #include "adapters/vcard/Lines.h"
+#include "adapters/vcard/ParameterMemory.h"
 #include "adapters/vcard/Property.h"
 #include "platform/Person.h"
 #include "text/TextHash.h"
@@ -38,7 +40,7 @@ std::string_view withoutTel(std::string_view number);
 class Card final {
 public:
     Card(std::string_view text, CardReader::Text kind, std::pmr::memory_resource& memory)
-        : text_(text), kind_(kind), memory_(memory)
+        : text_(text), kind_(kind), memory_(memory), parameters_(memory)
     {
     }
 
@@ -111,7 +113,7 @@ private:
     {
         return ofKind_[static_cast<std::size_t>(kind)];
     }
-    std::string_view keep(std::string_view text);
+    std::string_view keep(std::string_view text) { return keepText(text, memory_); }
     const RawProperty* first(PropertyKind kind) const;
     std::optional<std::string_view> firstText(PropertyKind kind);
     void readNames(Person& person);
@@ -124,6 +126,7 @@ private:
     VCardVersion version_ = VCardVersion::Unknown;
     std::vector<RawProperty> properties_;
     std::array<OfKind, kPropertyKinds> ofKind_{};
+    ParameterMemory parameters_;
 
     // Reused from card to card to save allocations.
     std::unordered_map<std::string, std::string_view, TextHash> labels_;

@@ -40,26 +40,6 @@ std::size_t parameterEnd(std::string_view text)
     return i;
 }
 
-ValueEncoding valueEncoding(std::string_view parameters)
-{
-    ValueEncoding encoding;
-    while (!parameters.empty()) {
-        const auto parameter = takeParameter(parameters);
-        const auto value = withoutQuotes(parameter.value);
-        if (equalsIgnoringCase(parameter.name, "CHARSET")) {
-            encoding.charset = value;
-        } else if (parameter.name.empty() || equalsIgnoringCase(parameter.name, "ENCODING")) {
-            if (equalsIgnoringCase(value, "QUOTED-PRINTABLE")) {
-                encoding.transfer = TransferEncoding::QuotedPrintable;
-            } else if (equalsIgnoringCase(value, "BASE64") ||
-                       (!parameter.name.empty() && equalsIgnoringCase(value, "B"))) {
-                encoding.transfer = TransferEncoding::Base64;
-            }
-        }
-    }
-    return encoding;
-}
-
 }  // namespace
 
 Delimiter delimiterFrom(std::string_view content)
@@ -137,6 +117,26 @@ Parameter takeParameter(std::string_view& parameters)
     return equals == std::string_view::npos ? Parameter{{}, trimmed(parameter)}
                                             : Parameter{trimmed(parameter.substr(0, equals)),
                                                         trimmed(parameter.substr(equals + 1))};
+}
+
+ValueEncoding valueEncoding(std::string_view parameters)
+{
+    ValueEncoding encoding;
+    while (!parameters.empty()) {
+        const auto parameter = takeParameter(parameters);
+        const auto value = withoutQuotes(parameter.value);
+        if (equalsIgnoringCase(parameter.name, "CHARSET")) {
+            encoding.charset = value;
+        } else if (parameter.name.empty() || equalsIgnoringCase(parameter.name, "ENCODING")) {
+            if (equalsIgnoringCase(value, "QUOTED-PRINTABLE")) {
+                encoding.transfer = TransferEncoding::QuotedPrintable;
+            } else if (equalsIgnoringCase(value, "BASE64") ||
+                       (!parameter.name.empty() && equalsIgnoringCase(value, "B"))) {
+                encoding.transfer = TransferEncoding::Base64;
+            }
+        }
+    }
+    return encoding;
 }
 
 Property splitProperty(std::string_view text, const PropertyHead& head)

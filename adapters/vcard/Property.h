@@ -110,6 +110,9 @@ struct ValueEncoding {
     std::string_view charset;
 };
 
+/// How the value of a property with these parameters, each with its leading ";", is encoded.
+ValueEncoding valueEncoding(std::string_view parameters);
+
 /// A parsed property. The texts are views into the unfolded text.
 struct Property {
     PropertyKind kind;
