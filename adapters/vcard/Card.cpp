@@ -43,7 +43,7 @@ std::string Card::unfolded(std::size_t begin, std::size_t end, TransferEncoding 
                                                                 : SoftBreaks::Keep);
 }
 
-Property Card::parse(const RawProperty& raw)
+const Property& Card::parse(const RawProperty& raw)
 {
     if (!raw.isFolded) {
         return raw.property;
@@ -53,11 +53,15 @@ Property Card::parse(const RawProperty& raw)
     const auto text =
         keep(transfer == TransferEncoding::QuotedPrintable ? unfolded(raw.begin, raw.end, transfer)
                                                            : whole);
-    return splitProperty(text, headOf(text));
+    unfolded_ = splitProperty(text, headOf(text));
+    return unfolded_;
 }
 
 std::string_view Card::textOf(const Property& property)
 {
+    if (property.isPlain) {
+        return property.value;
+    }
     const auto& encoding = property.encoding;
     std::string decoded;
     auto bytes = property.value;
@@ -88,6 +92,11 @@ std::string_view Card::unescaped(std::string_view text)
     return keep(scratch_);
 }
 
+std::string_view Card::unescapedTextOf(const Property& property)
+{
+    return property.isPlain ? property.value : unescaped(textOf(property));
+}
+
 /// Returns the first property of a kind, or null.
 const RawProperty* Card::first(PropertyKind kind) const
 {
@@ -98,7 +107,7 @@ const RawProperty* Card::first(PropertyKind kind) const
 std::optional<std::string_view> Card::firstText(PropertyKind kind)
 {
     const auto* property = first(kind);
-    return property == nullptr ? std::nullopt : std::optional(unescaped(textOf(parse(*property))));
+    return property == nullptr ? std::nullopt : std::optional(unescapedTextOf(parse(*property)));
 }
 
 bool Card::isGroup()
@@ -135,12 +144,16 @@ Person Card::person()
 void Card::readNames(Person& person)
 {
     if (const auto* name = first(PropertyKind::Name)) {
-        auto text = textOf(parse(*name));
+        const auto& property = parse(*name);
+        const auto unescape = [&, isPlain = property.isPlain](std::string_view component) {
+            return isPlain ? component : unescaped(component);
+        };
+        auto text = textOf(property);
         const auto last = takeComponent(text);
         const auto given = takeComponent(text);
         if (!trimmed(last).empty() || !trimmed(given).empty()) {
-            person.lastName = unescaped(last);
-            person.firstName = unescaped(given);
+            person.lastName = unescape(last);
+            person.firstName = unescape(given);
             return;
         }
     }
@@ -176,8 +189,8 @@ void Card::readLabels()
         if (raw.property.kind != PropertyKind::Label) {
             continue;
         }
-        const auto property = parse(raw);
-        const auto label = unescaped(textOf(property));
+        const auto& property = parse(raw);
+        const auto label = unescapedTextOf(property);
         if (!property.group.empty() && !label.empty()) {
             labels_.try_emplace(upper(property.group), label);
         }
@@ -195,7 +208,7 @@ std::string_view Card::labelOf(std::string_view group) const
 
 LabelledPhone Card::readPhone(const Property& property)
 {
-    const auto value = withoutTel(unescaped(textOf(property)));
+    const auto value = withoutTel(unescapedTextOf(property));
     if (const auto label = labelOf(property.group); !label.empty()) {
         return {label, value};
     }

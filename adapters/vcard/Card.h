@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory_resource>
 #include <optional>
 #include <string>
@@ -81,8 +82,12 @@ public:
     /// Unfolds the lines from `begin` to `end` by the rules of the version.
     std::string unfolded(std::size_t begin, std::size_t end, TransferEncoding transfer) const;
 
-    /// Unfolds and splits the property. The parts are views into the text or the memory.
-    Property parse(const RawProperty& raw);
+    /// What the lists of parameters in the text say. Only for views into the text or the memory.
+    ParameterMemory& parameters() { return parameters_; }
+
+    /// Unfolds and splits the property. The parts are views into the text or the memory. The result
+    /// is valid until the next call.
+    const Property& parse(const RawProperty& raw);
 
     /// Decodes the value to UTF-8 and leaves its escapes unresolved. The result is a view into the
     /// text or the memory, as is that of `unescaped`.
@@ -114,6 +119,7 @@ private:
         return ofKind_[static_cast<std::size_t>(kind)];
     }
     std::string_view keep(std::string_view text) { return keepText(text, memory_); }
+    std::string_view unescapedTextOf(const Property& property);
     const RawProperty* first(PropertyKind kind) const;
     std::optional<std::string_view> firstText(PropertyKind kind);
     void readNames(Person& person);
@@ -127,6 +133,8 @@ private:
     std::vector<RawProperty> properties_;
     std::array<OfKind, kPropertyKinds> ofKind_{};
     ParameterMemory parameters_;
+    // The folded property that was parsed last.
+    Property unfolded_{};
 
     // Reused from card to card to save allocations.
     std::unordered_map<std::string, std::string_view, TextHash> labels_;

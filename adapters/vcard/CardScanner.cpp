@@ -1,5 +1,6 @@
 #include "adapters/vcard/CardScanner.h"
 
+#include "adapters/vcard/OrdinaryLine.h"
 #include "text/Ascii.h"
 
 #include <algorithm>
@@ -26,10 +27,10 @@ bool CardScanner::next()
     isComplete_ = false;
     while (position_ < end_) {
         const auto line = nextLine();
-        if (isOpen_) {
-            readInside(line);
-        } else {
+        if (!isOpen_) {
             readOutside(line);
+        } else if (!readOrdinaryLine(line)) {
+            readInside(line);
         }
         if (isComplete_) {
             return true;
@@ -104,6 +105,50 @@ void CardScanner::beginCard(std::size_t begin)
     expectsAgentCard_ = false;
     hasProperty_ = false;
     card_.clear();
+}
+
+/// Reads a line that is a whole property of the open card and has nothing unusual, as nearly all
+/// lines. Returns false and does nothing when it is another line, which `readInside` is to read.
+bool CardScanner::readOrdinaryLine(const Line& line)
+{
+    const auto text = content(line);
+    const auto head = ordinaryHeadOf(text);
+    // At "=", the value may continue on the next line. What an AGENT has may be a card.
+    if (!head || nestedCards_ > 0 || nextBreaksOff_ || nextIsIndented() || text.back() == '=' ||
+        head->kind == PropertyKind::Agent || ordinaryLines_ == OrdinaryLines::LikeOthers) {
+        return false;
+    }
+    auto colon = head->nameEnd;
+    ValueEncoding encoding;
+    if (text[colon] == ';') {
+        colon = text.find(':', colon);
+        if (colon == std::string_view::npos) {
+            return false;
+        }
+        const auto parameters = text.substr(head->nameEnd, colon - head->nameEnd);
+        const auto meaning = card_.parameters().meaning(parameters);
+        if (meaning.hasQuotes || meaning.encoding.transfer == TransferEncoding::Base64) {
+            return false;
+        }
+        encoding = meaning.encoding;
+    }
+    expectsAgentCard_ = false;
+    hasProperty_ = true;
+    if (head->kind != PropertyKind::Ignored || properties_ == Properties::All) {
+        const bool isPlain = line.isPlain && encoding.transfer == TransferEncoding::Plain &&
+                             encoding.charset.empty();
+        addProperty({line.begin,
+                     line.end,
+                     false,
+                     {head->kind,
+                      {},
+                      text.substr(0, head->nameEnd),
+                      text.substr(head->nameEnd, colon - head->nameEnd),
+                      encoding,
+                      text.substr(colon + 1),
+                      isPlain}});
+    }
+    return true;
 }
 
 void CardScanner::readInside(const Line& line)

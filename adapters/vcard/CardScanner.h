@@ -20,10 +20,16 @@ public:
     /// Which properties the cards keep. Skipping the others saves most of the time.
     enum class Properties { OfPerson, All };
 
+    /// Whether ordinary lines are read in one step. The cards are the same either way: tests
+    /// compare both.
+    enum class OrdinaryLines { InOneStep, LikeOthers };
+
     CardScanner(std::string_view text, CardReader::Text kind, Properties properties,
-                std::pmr::memory_resource& memory)
+                std::pmr::memory_resource& memory,
+                OrdinaryLines ordinaryLines = OrdinaryLines::InOneStep)
         : text_(text),
           properties_(properties),
+          ordinaryLines_(ordinaryLines),
           lines_(text),
           end_(text.size()),
           card_(text, kind, memory)
@@ -65,6 +71,7 @@ private:
     void readOutside(const Line& line);
     void beginCard(std::size_t begin);
     void readInside(const Line& line);
+    bool readOrdinaryLine(const Line& line);
     bool isContinuation(const Line& line) const;
     void readInnerBegin(const Line& line);
     void beginCardInstead(std::size_t begin);
@@ -80,6 +87,7 @@ private:
 
     std::string_view text_;
     Properties properties_;
+    OrdinaryLines ordinaryLines_;
     Lines lines_;
     std::size_t position_ = 0;
     std::size_t end_;

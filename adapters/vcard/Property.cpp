@@ -3,7 +3,6 @@
 #include "text/Ascii.h"
 
 #include <algorithm>
-#include <array>
 
 namespace dunmora {
 
@@ -61,22 +60,6 @@ PropertyKind propertyKind(std::string_view name)
         return equalsIgnoringCase(name, known) ? kind : PropertyKind::Ignored;
     };
     switch (name.size()) {
-    case 1:
-        return is("N", PropertyKind::Name);
-    case 2:
-        return is("FN", PropertyKind::FormattedName);
-    case 3:
-        return equalsIgnoringCase(name, "TEL")   ? PropertyKind::Phone
-               : equalsIgnoringCase(name, "UID") ? PropertyKind::Uid
-                                                 : is("REV", PropertyKind::Revision);
-    case 4:
-        return is("KIND", PropertyKind::CardKind);
-    case 5:
-        return is("AGENT", PropertyKind::Agent);
-    case 7:
-        return is("VERSION", PropertyKind::Version);
-    case 8:
-        return is("NICKNAME", PropertyKind::Nickname);
     case 9:
         return is("X-ABLABEL", PropertyKind::Label);
     case 16:
@@ -84,7 +67,7 @@ PropertyKind propertyKind(std::string_view name)
     case 24:
         return is("X-ADDRESSBOOKSERVER-KIND", PropertyKind::CardKind);
     default:
-        return PropertyKind::Ignored;
+        return propertyKindOf(NameKey::of(name));
     }
 }
 
@@ -165,11 +148,9 @@ void appendUnescaped(std::string& out, std::string_view text, VCardVersion versi
 
 std::string_view takeComponent(std::string_view& text, char separator)
 {
-    const std::array<char, 2> delimiters{separator, '\\'};
-    const std::string_view either(delimiters.data(), delimiters.size());
-    auto end = text.find_first_of(either);
-    while (end < text.size() && text[end] == '\\') {
-        end = text.find_first_of(either, end + 2);
+    std::size_t end = 0;
+    while (end < text.size() && text[end] != separator) {
+        end += text[end] == '\\' ? 2 : 1;
     }
     const auto component = text.substr(0, end);
     text.remove_prefix(std::min(component.size() + 1, text.size()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/vcard/NameKey.h"
 #include "text/Ascii.h"
 
 #include <algorithm>
@@ -48,6 +49,12 @@ Delimiter delimiterFrom(std::string_view content);
 /// Recognizes BEGIN:VCARD and END:VCARD in any case, with blanks around either word.
 inline Delimiter delimiterOf(std::string_view content)
 {
+    if (content == "BEGIN:VCARD") {
+        return Delimiter::Begin;
+    }
+    if (content == "END:VCARD") {
+        return Delimiter::End;
+    }
     content = trimmed(content);
     const char initial = content.empty() ? '\0' : toUpperAscii(content.front());
     return initial == 'B' || initial == 'E' ? delimiterFrom(content) : Delimiter::None;
@@ -55,6 +62,33 @@ inline Delimiter delimiterOf(std::string_view content)
 
 /// Recognizes a property by its name, in any case.
 PropertyKind propertyKind(std::string_view name);
+
+/// The same by the name's key, for names of at most `NameKey::kLongest` characters.
+inline PropertyKind propertyKindOf(std::uint64_t nameKey)
+{
+    switch (nameKey) {
+    case NameKey::of("N"):
+        return PropertyKind::Name;
+    case NameKey::of("FN"):
+        return PropertyKind::FormattedName;
+    case NameKey::of("TEL"):
+        return PropertyKind::Phone;
+    case NameKey::of("UID"):
+        return PropertyKind::Uid;
+    case NameKey::of("REV"):
+        return PropertyKind::Revision;
+    case NameKey::of("KIND"):
+        return PropertyKind::CardKind;
+    case NameKey::of("AGENT"):
+        return PropertyKind::Agent;
+    case NameKey::of("VERSION"):
+        return PropertyKind::Version;
+    case NameKey::of("NICKNAME"):
+        return PropertyKind::Nickname;
+    default:
+        return PropertyKind::Ignored;
+    }
+}
 
 /// The group and the name of a property, as in `item1.TEL`; the group may be empty.
 struct PropertyName {
@@ -122,6 +156,9 @@ struct Property {
     std::string_view parameters;
     ValueEncoding encoding;
     std::string_view value;
+    /// The value needs neither decoding nor unescaping: it is known to be ASCII without a backslash
+    /// or encoding. The values of other properties may be, too.
+    bool isPlain = false;
 };
 
 /// Splits an unfolded property whose head is complete.

@@ -2,6 +2,7 @@
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/LineEnd.h"
 #include "tests/fuzz/PersonChecks.h"
+#include "tests/fuzz/ReadingMethods.h"
 #include "tests/fuzz/Requirement.h"
 #include "text/Ascii.h"
 
@@ -18,6 +19,7 @@ using dunmora::CardReader;
 using dunmora::equalsIgnoringCase;
 using dunmora::isBlank;
 using dunmora::trimmed;
+using dunmora::test::differenceOfMethods;
 using dunmora::test::hasOnlyUtf8;
 using dunmora::test::haveSameFields;
 using dunmora::test::isUtf8Text;
@@ -150,6 +152,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     reader.read(text, CardReader::Text::Bytes, cards);
 
     requireSameLineEnds(text);
+    const auto difference = differenceOfMethods(text);
+    require(difference.empty(), difference.c_str());
     requireOrderedRanges(cards, text.size());
     for (const auto& person : cards.people) {
         require(hasOnlyUtf8(person), "a text is not UTF-8");
