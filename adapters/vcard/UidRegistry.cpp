@@ -23,9 +23,17 @@ std::string fingerprint(std::string_view content)
 
 }  // namespace
 
-std::string_view UidRegistry::assign(std::string_view ownUid, std::string_view card)
+std::uint64_t UidRegistry::announce(std::string_view ownUid) const
 {
-    if (!ownUid.empty() && take(ownUid)) {
+    const auto hash = TextIndex::hashOf(ownUid);
+    index_.prefetch(hash);
+    return hash;
+}
+
+std::string_view UidRegistry::assign(std::string_view ownUid, std::uint64_t hash,
+                                     std::string_view card)
+{
+    if (!ownUid.empty() && take(ownUid, hash)) {
         return ownUid;
     }
     const auto base = ownUid.empty() ? "card-" + fingerprint(card)
@@ -34,7 +42,7 @@ std::string_view UidRegistry::assign(std::string_view ownUid, std::string_view c
     while (true) {
         ++copies;
         const auto candidate = copies == 1 ? base : base + "-" + std::to_string(copies);
-        if (const auto kept = keep(candidate); take(kept)) {
+        if (const auto kept = keep(candidate); take(kept, TextIndex::hashOf(kept))) {
             return kept;
         }
     }
@@ -48,7 +56,7 @@ std::optional<std::size_t> UidRegistry::find(std::string_view uid) const
 }
 
 /// Records the id. Returns whether it was free.
-bool UidRegistry::take(std::string_view uid)
+bool UidRegistry::take(std::string_view uid, std::uint64_t hash)
 {
     if (!index_.fits(taken_.size() + 1)) {
         rebuild(2 * taken_.size() + 1);
@@ -58,7 +66,7 @@ bool UidRegistry::take(std::string_view uid)
         taken_.push_back(uid);
         return taken_.size() - 1;
     };
-    return index_.findOrAdd(uid, isAt, append).second;
+    return index_.findOrAdd(hash, isAt, append).second;
 }
 
 void UidRegistry::reserve(std::size_t count)

@@ -4,6 +4,7 @@
 #include "text/TextIndex.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory_resource>
 #include <optional>
 #include <string>
@@ -25,13 +26,22 @@ public:
 
     /// Returns the card's own UID when it has one that no earlier card took; otherwise an id
     /// derived from the card's content, with a number when even that is taken.
-    std::string_view assign(std::string_view ownUid, std::string_view card);
+    std::string_view assign(std::string_view ownUid, std::string_view card)
+    {
+        return assign(ownUid, TextIndex::hashOf(ownUid), card);
+    }
+
+    /// Returns the hash of the card's own UID, and asks the processor for the memory in which
+    /// `assign` will look for it.
+    std::uint64_t announce(std::string_view ownUid) const;
+    /// The same as the other `assign`, for a UID whose hash is known.
+    std::string_view assign(std::string_view ownUid, std::uint64_t hash, std::string_view card);
 
     /// How many ids had been assigned before this one; nothing for an unknown id.
     std::optional<std::size_t> find(std::string_view uid) const;
 
 private:
-    bool take(std::string_view uid);
+    bool take(std::string_view uid, std::uint64_t hash);
     void rebuild(std::size_t count);
     std::string_view keep(const std::string& text);
 

@@ -95,6 +95,43 @@ TEST(UidRegistry, NeverAssignsAnIdTwiceEvenWhenACardHasADerivedIdAsItsUid)
     EXPECT_EQ(ids.size(), 6U);
 }
 
+TEST(UidRegistry, AssignsAnnouncedUidsAsOthers)
+{
+    UidRegistry registry;
+    UidRegistry other;
+    registry.reserve(2);
+
+    // Announced together, before the first is assigned.
+    const auto ann = registry.announce("a");
+    const auto again = registry.announce("a");
+    const auto without = registry.announce("");
+
+    EXPECT_EQ(registry.assign("a", ann, "card of Ann"), "a");
+    EXPECT_EQ(other.assign("a", "card of Ann"), "a");
+    EXPECT_EQ(registry.assign("a", again, "card of Ben"), other.assign("a", "card of Ben"));
+    EXPECT_EQ(registry.assign("", without, "card of Cid"), other.assign("", "card of Cid"));
+    EXPECT_EQ(registry.find("a"), 0U);
+}
+
+TEST(UidRegistry, KeepsAllIdsWhenThereAreMoreThanReserved)
+{
+    UidRegistry registry;
+    registry.reserve(10);
+    std::vector<std::string> uids;
+    for (int i = 0; i < 1000; ++i) {
+        uids.push_back("uid" + std::to_string(i));
+    }
+
+    for (const auto& uid : uids) {
+        EXPECT_EQ(registry.assign(uid, registry.announce(uid), "card"), uid);
+    }
+
+    for (std::size_t i = 0; i < uids.size(); ++i) {
+        EXPECT_EQ(registry.find(uids[i]), i);
+        EXPECT_NE(registry.assign(uids[i], "card of another"), uids[i]);
+    }
+}
+
 class BookUidsTest : public BookTest {};
 
 TEST_F(BookUidsTest, AreTheSameOnEveryRun)
