@@ -73,9 +73,9 @@ AddedCards::AddedCards(const CardFile& file) : encoding_(file.encoding())
     CardReader reader;
     CardReader::Cards cards;
     file.read(reader, cards);
-    const auto places = file.bytesOf(cards.ranges);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const auto& [range, lineEndSize] = places[i];
+    CardBytesFinder finder(file);
+    for (std::size_t i = 0; i < cards.ranges.size(); ++i) {
+        const auto [range, lineEndSize] = finder.bytesOf(cards.ranges[i]);
         const auto bytes = file.bytes().substr(range.begin, range.end - range.begin);
         const auto size = bytes.size() - lineEndSize;
         const auto& person = cards.people[i];

@@ -36,7 +36,9 @@ void readCards(const CardFile& file, CardReader& reader, std::vector<Person>& pe
     CardReader::Cards read;
     file.read(reader, read);
     people.insert(people.end(), read.people.begin(), read.people.end());
-    for (const auto& [range, lineEndSize] : file.bytesOf(read.ranges)) {
+    CardBytesFinder finder(file);
+    for (const auto& card : read.ranges) {
+        const auto [range, lineEndSize] = finder.bytesOf(card);
         cards.push_back(file.bytes().substr(range.begin, range.end - range.begin - lineEndSize));
     }
 }

@@ -32,30 +32,14 @@ void CardFile::read(CardReader& reader, CardReader::Cards& cards) const
     reader.read(text(), textKind(), cards);
 }
 
-std::vector<CardBytes> CardFile::bytesOf(const std::vector<CardRange>& cards) const
+std::string_view CardFile::textIn(const ByteRange& range, std::string& converted) const
 {
-    std::size_t textPosition = 0;
-    std::size_t bytePosition = 0;
-    const auto sizeOf = [&](std::string_view passed) {
-        return encoding_ == FileEncoding::Bytes ? passed.size() : utf16Size(passed);
-    };
-    const auto byteAt = [&](std::size_t position) {
-        bytePosition += sizeOf(text().substr(textPosition, position - textPosition));
-        textPosition = position;
-        return bytePosition;
-    };
-    std::vector<CardBytes> bytes;
-    bytes.reserve(cards.size());
-    for (const auto& card : cards) {
-        const auto begin = byteAt(card.begin);
-        const auto end = byteAt(card.end);
-        const auto lineEndSize =
-            sizeOf(text().substr(card.end - card.lineEndSize, card.lineEndSize));
-        constexpr std::size_t kMaxSize = std::numeric_limits<std::uint16_t>::max();
-        bytes.push_back(
-            {{begin, end}, static_cast<std::uint16_t>(std::min(lineEndSize, kMaxSize))});
+    const auto part = bytes().substr(range.begin, range.end - range.begin);
+    if (encoding_ == FileEncoding::Bytes) {
+        return part;
     }
-    return bytes;
+    converted = utf16ToUtf8(part, encoding_);
+    return converted;
 }
 
 Pieces CardFile::without(const Ranges& ranges) const
@@ -82,6 +66,30 @@ bool CardFile::areBlank(const Pieces& pieces) const
                    ? isBlankContent(piece)
                    : piece.size() % 2 == 0 && isBlankContent(utf16ToUtf8(piece, encoding_));
     });
+}
+
+CardBytes CardBytesFinder::bytesOf(const CardRange& card)
+{
+    const auto begin = byteAt(card.begin);
+    const auto end = byteAt(card.end);
+    const auto lineEndSize =
+        sizeOf(file_.text().substr(card.end - card.lineEndSize, card.lineEndSize));
+    constexpr std::size_t kMaxSize = std::numeric_limits<std::uint16_t>::max();
+    return {{begin, end}, static_cast<std::uint16_t>(std::min(lineEndSize, kMaxSize))};
+}
+
+/// Where this position of the text is in the file. Counting on from the last position keeps the
+/// whole file linear.
+std::size_t CardBytesFinder::byteAt(std::size_t position)
+{
+    bytePosition_ += sizeOf(file_.text().substr(textPosition_, position - textPosition_));
+    textPosition_ = position;
+    return bytePosition_;
+}
+
+std::size_t CardBytesFinder::sizeOf(std::string_view passed) const
+{
+    return file_.encoding() == FileEncoding::Bytes ? passed.size() : utf16Size(passed);
 }
 
 bool isBlankContent(std::string_view text)

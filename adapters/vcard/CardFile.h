@@ -53,8 +53,9 @@ public:
 
     /// Reads the cards of the file, as `CardReader::read`.
     void read(CardReader& reader, CardReader::Cards& cards) const;
-    /// The bytes of cards that have been read from the file.
-    std::vector<CardBytes> bytesOf(const std::vector<CardRange>& cards) const;
+    /// The text in these bytes, which begin and end with characters. `converted` holds the text of
+    /// a UTF-16 file.
+    std::string_view textIn(const ByteRange& range, std::string& converted) const;
 
     /// The content as it was read, without these ranges.
     Pieces without(const Ranges& ranges) const;
@@ -72,6 +73,25 @@ private:
     // The text of a UTF-16 file.
     std::string decoded_;
     Ranges removed_;
+};
+
+/// Finds the bytes of cards that have been read from a file, which must stay alive.
+/// Thread: one at a time. Errors: none.
+class CardBytesFinder final {
+public:
+    explicit CardBytesFinder(const CardFile& file) : file_(file) {}
+
+    /// The bytes of the card. Each card must be behind the one before.
+    CardBytes bytesOf(const CardRange& card);
+
+private:
+    std::size_t byteAt(std::size_t position);
+    std::size_t sizeOf(std::string_view passed) const;
+
+    const CardFile& file_;
+    // The same place in the text and in the file.
+    std::size_t textPosition_ = 0;
+    std::size_t bytePosition_ = 0;
 };
 
 /// Whether the text consists of white space and byte-order marks only.

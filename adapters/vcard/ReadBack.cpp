@@ -35,12 +35,12 @@ bool holdsExactly(const std::filesystem::path& name, FileBytes content,
     CardReader reader;
     CardReader::Cards cards;
     file.read(reader, cards);
-    const auto bytes = file.bytesOf(cards.ranges);
     if (cards.people.size() != expected.size()) {
         return false;
     }
+    CardBytesFinder finder(file);
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        const auto& [range, lineEndSize] = bytes[i];
+        const auto [range, lineEndSize] = finder.bytesOf(cards.ranges[i]);
         const auto size = range.end - range.begin - lineEndSize;
         if (file.bytes().substr(range.begin, size) != expected[i].bytes ||
             !sameFields(cards.people[i], *expected[i].person)) {

@@ -14,9 +14,11 @@
 #include "adapters/vcard/HardLinks.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
+#include "text/LookAhead.h"
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -81,6 +83,7 @@ VCardBook::VCardBook(const std::filesystem::path& path, std::uintmax_t largest,
             notes_.remarks.push_back(std::move(remark));
         }
     }
+    finishReading();
 }
 
 VCardBook::VCardBook(const PersonSource& source, FileBytes bytes)
@@ -88,6 +91,7 @@ VCardBook::VCardBook(const PersonSource& source, FileBytes bytes)
     files_.emplace_back(source.name, std::move(bytes));
     sources_.reserve(1);
     readCards(0, {});
+    finishReading();
     sources_.front() = source;
 }
 
@@ -141,34 +145,40 @@ void VCardBook::readCards(std::size_t fileIndex, const Remainders& remainders)
     file.read(reader_, cards_);
 
     uids_.reserve(cards_.people.size());
-    for (std::size_t i = 0; i < cards_.ranges.size(); ++i) {
-        const auto& range = cards_.ranges[i];
-        auto& person = cards_.people[firstPerson + i];
-        person.uid =
-            uids_.assign(person.uid, file.text().substr(range.begin, range.end - range.begin -
-                                                                         range.lineEndSize));
-        person.source = &source;
-        cardTexts_.push_back({static_cast<std::uint32_t>(fileIndex), range});
+    if (places_.empty()) {
+        places_.reserve(cards_.ranges.size());
     }
+    CardBytesFinder finder(file);
+    visitWithLookAhead<std::uint64_t>(
+        cards_.ranges.size(),
+        [&](std::size_t i, std::uint64_t& hash) {
+            hash = uids_.announce(cards_.people[firstPerson + i].uid);
+        },
+        [&](std::size_t i, std::uint64_t hash) {
+            const auto& range = cards_.ranges[i];
+            const auto size = range.end - range.begin - range.lineEndSize;
+            auto& person = cards_.people[firstPerson + i];
+            person.uid = uids_.assign(person.uid, hash, file.text().substr(range.begin, size));
+            person.source = &source;
+            const auto [bytes, lineEndSize] = finder.bytesOf(range);
+            places_.push_back(
+                {static_cast<std::uint32_t>(fileIndex), lineEndSize, false, false, bytes});
+        });
     for (const auto& range : cards_.groups) {
         lists_.add(file.text().substr(range.begin, range.end - range.begin), file.textKind());
     }
-    placeCards(fileIndex);
     noteSkippedCards(file);
     if (isForeign(file, cards_)) {
         noteForeignFile(file, remainders);
     }
 }
 
-void VCardBook::placeCards(std::size_t fileIndex)
+/// Frees what only the reading needs; in a large book it is much.
+void VCardBook::finishReading()
 {
-    for (const auto& [range, lineEndSize] : files_[fileIndex].bytesOf(cards_.ranges)) {
-        CardPlace place;
-        place.file = static_cast<std::uint32_t>(fileIndex);
-        place.lineEndSize = lineEndSize;
-        place.range = range;
-        places_.push_back(place);
-    }
+    cards_.ranges = {};
+    cards_.skipped = {};
+    cards_.groups = {};
 }
 
 void VCardBook::noteSkippedCards(const CardFile& file)
@@ -232,18 +242,18 @@ void VCardBook::dropRemoved()
         return;
     }
     std::vector<Person> people;
-    std::vector<CardPlace> places;
+    std::vector<std::uint32_t> numbers;
     people.reserve(cards_.people.size());
-    places.reserve(places_.size());
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-        if (!places_[i].isRemoved) {
+    numbers.reserve(cards_.people.size());
+    for (std::size_t i = 0; i < cards_.people.size(); ++i) {
+        if (!placeOf(i).isRemoved) {
             people.push_back(cards_.people[i]);
-            places.push_back(places_[i]);
+            numbers.push_back(static_cast<std::uint32_t>(placeNumber(i)));
         }
     }
     // Not erased in place: references from the last listing would then refer to other people.
     cards_.people = std::move(people);
-    places_ = std::move(places);
+    placeNumbers_ = std::move(numbers);
 }
 
 std::size_t VCardBook::indexOf(const Person& person) const
@@ -256,23 +266,33 @@ std::size_t VCardBook::indexOf(const Person& person) const
     return static_cast<std::size_t>(&person - first);
 }
 
+std::size_t VCardBook::placeNumber(std::size_t index) const
+{
+    return placeNumbers_.empty() ? index : placeNumbers_[index];
+}
+
 void VCardBook::checkWritable(std::span<const std::string> uids) const
 {
     std::vector<bool> isChecked(files_.size());
+    std::size_t unchecked = files_.size();
     for (const auto& uid : uids) {
+        if (unchecked == 0) {
+            return;
+        }
         const auto person = uids_.find(uid);
-        if (!person || isChecked[cardTexts_[*person].file]) {
+        if (!person || isChecked[places_[*person].file]) {
             continue;
         }
-        isChecked[cardTexts_[*person].file] = true;
-        LockedFile::checkWritable(files_[cardTexts_[*person].file].names());
+        isChecked[places_[*person].file] = true;
+        --unchecked;
+        LockedFile::checkWritable(files_[places_[*person].file].names());
     }
 }
 
 void VCardBook::removeRecord(const Person& person)
 {
     try {
-        places_[indexOf(person)].isPending = true;
+        placeOf(indexOf(person)).isPending = true;
         hasPending_ = true;
     } catch (const PlatformError&) {
         discardPending();
@@ -283,21 +303,31 @@ void VCardBook::removeRecord(const Person& person)
 std::vector<VCardBook::FileRemovals> VCardBook::pendingRemovals() const
 {
     std::vector<FileRemovals> removals;
-    for (std::size_t i = 0; i < places_.size(); ++i) {
-        const auto& place = places_[i];
+    std::size_t firstPerson = 0;
+    for (std::size_t i = 0; i < cards_.people.size(); ++i) {
+        const auto& place = placeOf(i);
+        if (place.file != placeOf(firstPerson).file) {
+            firstPerson = i;
+        }
         if (!place.isPending || place.isRemoved) {
             continue;
         }
-        // The people of one file are adjacent.
         if (removals.empty() || removals.back().file != place.file) {
-            removals.push_back({place.file, files_[place.file].removed(), {}, {}});
+            removals.push_back({place.file, {}, firstPerson, {}, {}});
         }
         removals.back().ranges.push_back(place.range);
         removals.back().people.push_back(i);
     }
+    const auto isBefore = [](const ByteRange& a, const ByteRange& b) { return a.begin < b.begin; };
     for (auto& removal : removals) {
-        std::sort(removal.ranges.begin(), removal.ranges.end(),
-                  [](const ByteRange& a, const ByteRange& b) { return a.begin < b.begin; });
+        const auto& earlier = files_[removal.file].removed();
+        if (!earlier.empty()) {
+            CardFile::Ranges all;
+            all.reserve(earlier.size() + removal.ranges.size());
+            std::merge(earlier.begin(), earlier.end(), removal.ranges.begin(), removal.ranges.end(),
+                       std::back_inserter(all), isBefore);
+            removal.ranges = std::move(all);
+        }
     }
     return removals;
 }
@@ -386,16 +416,15 @@ std::vector<RemainingCard> VCardBook::cardsWithout(const FileRemovals& removals)
 {
     std::vector<RemainingCard> cards;
     auto removed = removals.people.begin();
-    // The people of one file are adjacent.
-    const auto first = std::partition_point(places_.begin(), places_.end(), [&](const auto& place) {
-        return place.file < removals.file;
-    });
-    for (auto place = first; place != places_.end() && place->file == removals.file; ++place) {
-        const auto index = static_cast<std::size_t>(place - places_.begin());
-        if (removed != removals.people.end() && *removed == index) {
+    for (auto i = removals.firstPerson; i < cards_.people.size(); ++i) {
+        const auto& place = placeOf(i);
+        if (place.file != removals.file) {
+            break;
+        }
+        if (removed != removals.people.end() && *removed == i) {
             ++removed;
-        } else if (!place->isRemoved) {
-            cards.push_back({cardOf(*place), &cards_.people[index]});
+        } else if (!place.isRemoved) {
+            cards.push_back({cardOf(place), &cards_.people[i]});
         }
     }
     return cards;
@@ -405,7 +434,7 @@ void VCardBook::markRemoved(FileRemovals& removals)
 {
     files_[removals.file].setRemoved(std::move(removals.ranges));
     for (const auto index : removals.people) {
-        places_[index].isRemoved = true;
+        placeOf(index).isRemoved = true;
     }
     hasRemoved_ = true;
 }
@@ -414,7 +443,7 @@ FileEncoding VCardBook::commonEncoding(std::span<const Person* const> people) co
 {
     std::optional<FileEncoding> encoding;
     for (const auto* person : people) {
-        const auto own = files_[places_[indexOf(*person)].file].encoding();
+        const auto own = files_[placeOf(indexOf(*person)).file].encoding();
         if (encoding.value_or(own) != own) {
             throw PlatformError(
                 "One backup cannot hold these people: some of their cards are UTF-16 and others "
@@ -425,11 +454,6 @@ FileEncoding VCardBook::commonEncoding(std::span<const Person* const> people) co
     return encoding.value_or(FileEncoding::Bytes);
 }
 
-std::string_view VCardBook::textOf(const CardText& card) const
-{
-    return files_[card.file].text().substr(card.range.begin, card.range.end - card.range.begin);
-}
-
 std::optional<PersonCard> VCardBook::card(std::string_view uid) const
 {
     // Everyone takes one id, so that the ids are in the order of the people.
@@ -437,8 +461,10 @@ std::optional<PersonCard> VCardBook::card(std::string_view uid) const
     if (!person) {
         return std::nullopt;
     }
-    const auto& place = cardTexts_[*person];
-    auto properties = readProperties(textOf(place), files_[place.file].textKind());
+    const auto& place = places_[*person];
+    const auto& file = files_[place.file];
+    std::string converted;
+    auto properties = readProperties(file.textIn(place.range, converted), file.textKind());
     if (!properties) {
         return std::nullopt;
     }
@@ -452,7 +478,7 @@ std::string VCardBook::cards(std::span<const Person* const> people) const
     const auto lineEnd = lineEndIn(encoding);
     auto content = byteOrderMarkOf(encoding);
     for (const auto* person : people) {
-        const auto& place = places_[indexOf(*person)];
+        const auto& place = placeOf(indexOf(*person));
         content += files_[place.file].bytes().substr(place.range.begin,
                                                      place.range.end - place.range.begin);
         content += place.lineEndSize > 0 ? "" : lineEnd;

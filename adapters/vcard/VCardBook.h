@@ -54,7 +54,7 @@ public:
     std::optional<PersonCard> card(std::string_view uid) const;
 
 private:
-    /// Where a person's card is.
+    /// Where a person's card is, and what becomes of it.
     struct CardPlace {
         std::uint32_t file = 0;
         // In bytes; see CardBytes.
@@ -64,17 +64,13 @@ private:
         ByteRange range;
     };
 
-    /// Where a card is in the text of its file.
-    struct CardText {
-        std::uint32_t file = 0;
-        CardRange range;
-    };
-
     /// What a save removes from one file.
     struct FileRemovals {
         std::size_t file;
         // All ranges removed so far, including the new ones.
         CardFile::Ranges ranges;
+        // The index of the first person in the file; those of one file are adjacent.
+        std::size_t firstPerson;
         // The indices of the people to remove.
         std::vector<std::size_t> people;
         // For putting them back.
@@ -86,11 +82,13 @@ private:
     void readCards(std::size_t fileIndex, const Remainders& remainders);
     void noteSkippedCards(const CardFile& file);
     void noteForeignFile(const CardFile& file, const Remainders& remainders);
-    void placeCards(std::size_t fileIndex);
-    std::string_view textOf(const CardText& card) const;
+    void finishReading();
     void discardPending();
     void dropRemoved();
     std::size_t indexOf(const Person& person) const;
+    std::size_t placeNumber(std::size_t index) const;
+    CardPlace& placeOf(std::size_t index) { return places_[placeNumber(index)]; }
+    const CardPlace& placeOf(std::size_t index) const { return places_[placeNumber(index)]; }
     FileEncoding commonEncoding(std::span<const Person* const> people) const;
     std::vector<FileRemovals> pendingRemovals() const;
     std::unique_ptr<FileChange> prepared(FileRemovals& removals, LockedFolders& folders,
@@ -110,12 +108,13 @@ private:
     UidRegistry uids_;
     // One for each file.
     std::vector<PersonSource> sources_;
-    // The cards of all people read, in the order of their ids; removals change nothing here.
-    std::vector<CardText> cardTexts_;
-    ListMembers lists_;
-    // The people listed, and the place of each one's card at the same index.
-    CardReader::Cards cards_;
+    // The cards of all people read, in the order of their ids.
     std::vector<CardPlace> places_;
+    ListMembers lists_;
+    // The people listed, and the number of each one's place at the same index; no numbers as long
+    // as everybody who was read is listed.
+    CardReader::Cards cards_;
+    std::vector<std::uint32_t> placeNumbers_;
     bool hasPending_ = false;
     bool hasRemoved_ = false;
 };

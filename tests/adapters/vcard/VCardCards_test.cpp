@@ -44,6 +44,43 @@ TEST_F(VCardCardsTest, AreReadFromUtf16)
     EXPECT_EQ(notesOf(book, "b"), (Texts{"two"}));
 }
 
+TEST_F(VCardCardsTest, AreReadFromUtf16AfterCharactersOfEverySize)
+{
+    // Two, three and four bytes as UTF-8: U+00E9, U+20AC, U+1F600; half of such a pair; NUL.
+    const std::string odd("\xE9\x00\xAC\x20\x3D\xD8\x00\xDE\x3D\xD8\x00\x00", 12);
+    const auto begin = utf16Little("BEGIN:VCARD\r\nVERSION:3.0\r\nUID:a\r\nNOTE:");
+    write(file(), "\xFF\xFE" + odd + utf16Little("\r\n") + begin + odd +
+                      utf16Little("\r\nEND:VCARD\r\n" + withNote("b", "two")));
+    VCardAddressBook book(file());
+    book.readPeople();
+
+    EXPECT_EQ(notesOf(book, "a"),
+              (Texts{std::string("\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD\0", 13)}));
+    EXPECT_EQ(notesOf(book, "b"), (Texts{"two"}));
+}
+
+TEST_F(VCardCardsTest, StayThoseOfTheirPeopleThroughDeletions)
+{
+    write(path("a.vcf"), withNote("a", "one") + withNote("b", "two") + withNote("c", "three"));
+    write(path("b.vcf"), withNote("d", "four") + withNote("e", "five") + withNote("f", "six"));
+    VCardAddressBook book(folder());
+    book.readPeople();
+
+    ask(book, {"a", "e"});
+    book.save();
+    ask(book, {"c", "d"});
+    book.save();
+
+    const auto people = book.people();
+    ASSERT_EQ(uidsOf(people), (Texts{"b", "f"}));
+    const std::vector<const Person*> last{&people[1]};
+    EXPECT_EQ(book.cards(last), withNote("f", "six"));
+    EXPECT_EQ(contentOf(path("a.vcf")), withNote("b", "two"));
+    EXPECT_EQ(contentOf(path("b.vcf")), withNote("f", "six"));
+    EXPECT_EQ(notesOf(book, "d"), (Texts{"four"}));
+    EXPECT_EQ(notesOf(book, "f"), (Texts{"six"}));
+}
+
 TEST_F(VCardCardsTest, AreThoseOfTheIdsThatTheBookHasGiven)
 {
     write(file(), withNote("a", "one") + withNote("a", "two") + withNote("", "three"));
