@@ -3,29 +3,29 @@
 #include "engine/ContactsParser.h"
 #include "programs/dunmora-cli/CommandError.h"
 #include "text/DisplayText.h"
-#include "text/TextHash.h"
 
-#include <string_view>
+#include <cstddef>
 #include <unordered_set>
+#include <vector>
 
 namespace dunmora {
 
 namespace {
 
-void mark(ContactsParser& engine, const std::string& uid, bool checked)
-{
-    if (auto* const record = engine.contacts().find(uid)) {
-        record->setObject(checked, kContactCheck);
-    }
-}
+using Records = std::vector<ContactRecord*>;
 
-void insistOnKnown(const ContactsParser& engine, std::span<const std::string> uids)
+/// The records of the people with these uids. Errors: CommandError for a uid that nobody has.
+Records recordsOf(ContactsParser& engine, std::span<const std::string> uids)
 {
+    Records records;
+    records.reserve(uids.size());
     for (const auto& uid : uids) {
-        if (engine.contacts().find(uid) == nullptr) {
+        records.push_back(engine.contacts().find(uid));
+        if (records.back() == nullptr) {
             throw CommandError(ExitCode::WrongUse, "Nobody has the uid " + quotedText(uid) + ".");
         }
     }
+    return records;
 }
 
 }  // namespace
@@ -33,20 +33,20 @@ void insistOnKnown(const ContactsParser& engine, std::span<const std::string> ui
 void applyMarks(ContactsParser& engine, std::span<const std::string> check,
                 std::span<const std::string> uncheck)
 {
-    insistOnKnown(engine, check);
-    insistOnKnown(engine, uncheck);
-    const std::unordered_set<std::string_view, TextHash> checked(check.begin(), check.end());
-    for (const auto& uid : uncheck) {
-        if (checked.contains(uid)) {
+    const auto checked = recordsOf(engine, check);
+    const auto unchecked = recordsOf(engine, uncheck);
+    const std::unordered_set<const ContactRecord*> both(checked.begin(), checked.end());
+    for (std::size_t i = 0; i < unchecked.size(); ++i) {
+        if (both.contains(unchecked[i])) {
             throw CommandError(ExitCode::WrongUse,
-                               quotedText(uid) + " is to be both checked and unchecked.");
+                               quotedText(uncheck[i]) + " is to be both checked and unchecked.");
         }
     }
-    for (const auto& uid : check) {
-        mark(engine, uid, true);
+    for (auto* const record : checked) {
+        record->setObject(true, kContactCheck);
     }
-    for (const auto& uid : uncheck) {
-        mark(engine, uid, false);
+    for (auto* const record : unchecked) {
+        record->setObject(false, kContactCheck);
     }
 }
 
