@@ -56,6 +56,28 @@ std::vector<std::string> checkedUids(const ContactsParser& engine)
     return uids;
 }
 
+std::vector<const Person*> checkedAmong(std::span<const Person> people,
+                                        const ContactsParser& engine)
+{
+    std::vector<const Person*> checked;
+    const auto& contacts = engine.contacts();
+    // Most books list everybody in the order of the contacts, so that the next contact is the one.
+    auto next = contacts.begin();
+    for (const auto& person : people) {
+        const ContactRecord* record = nullptr;
+        if (next != contacts.end() && next->key == person.uid) {
+            record = &next->value;
+            ++next;
+        } else {
+            record = contacts.find(person.uid);
+        }
+        if (record != nullptr && record->isChecked()) {
+            checked.push_back(&person);
+        }
+    }
+    return checked;
+}
+
 std::vector<std::string> checkedWithoutDuplicates(const ContactsParser& engine)
 {
     // Usually there is nobody, and a table of all duplicates would take longer than everything else

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/Person.h"
+
 #include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,10 @@ std::size_t countOfChecked(const ContactsParser& engine);
 
 /// The uids of everyone who is checked, duplicate or not, in the address book's order.
 std::vector<std::string> checkedUids(const ContactsParser& engine);
+
+/// Those people of a listing whose records are checked, in the order of the listing.
+std::vector<const Person*> checkedAmong(std::span<const Person> people,
+                                        const ContactsParser& engine);
 
 /// The uids of everyone who is checked without being a duplicate. Nobody shares their match key, so
 /// they are last copies, too.

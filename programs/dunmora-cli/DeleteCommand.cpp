@@ -30,7 +30,6 @@
 #include "review/UniqueProperties.h"
 #include "text/Counted.h"
 #include "text/DisplayText.h"
-#include "text/TextHash.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -40,7 +39,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -95,27 +93,16 @@ bool passesGuards(const ContactsParser& engine, const GroupWarnings& warnings,
     return lost.empty() && blank == 0;
 }
 
-std::vector<const Person*> peopleWith(AddressBook& book, const std::vector<std::string>& uids)
+/// The content of a backup of everyone who is checked. Errors: CommandError or PlatformError when
+/// there can be none.
+std::string backupOf(const ReviewSession& session, const ContactsParser& engine)
 {
-    const std::unordered_set<std::string_view, TextHash> checked(uids.begin(), uids.end());
-    std::vector<const Person*> people;
-    for (const auto& person : book.people()) {
-        if (checked.contains(person.uid)) {
-            people.push_back(&person);
-        }
-    }
-    return people;
-}
-
-/// The content of a backup of these people. Errors: CommandError or PlatformError when there can be
-/// none.
-std::string backupOf(const ReviewSession& session, const std::vector<std::string>& uids)
-{
-    return session.cardSource().cards(peopleWith(session.addressBook(), uids));
+    const auto& source = session.cardSource();
+    return source.cards(checkedAmong(session.addressBook().people(), engine));
 }
 
 /// Reports a backup that cannot be written before anything else happens, also in a dry run.
-void checkBackup(const ReviewSession& session, const std::vector<std::string>& uids,
+void checkBackup(const ReviewSession& session, const ContactsParser& engine,
                  const DeleteRequest& request)
 {
     const auto& file = *request.backup;
@@ -135,7 +122,7 @@ void checkBackup(const ReviewSession& session, const std::vector<std::string>& u
                                " would become part of the address book. Choose another folder "
                                "for the backup.");
     }
-    backupOf(session, uids);
+    backupOf(session, engine);
 }
 
 /// Shows the people to be deleted: in the result, and on the terminal where the user is asked when
@@ -178,7 +165,7 @@ void backUpAndDelete(ContactsParser& engine, const ReviewSession& session,
                      const std::vector<std::string>& uids, const DeleteRequest& request)
 {
     if (request.backup && !request.dryRun) {
-        const auto cards = backupOf(session, uids);
+        const auto cards = backupOf(session, engine);
         writeNewFile(*request.backup, {cards});
     }
     try {
@@ -275,7 +262,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
         keepOne(engine, warnings);
     }
     const auto remarks = session.addressBook().notes().remarks;
-    const auto uids = checkedUids(engine);
+    auto uids = checkedUids(engine);
     if (uids.empty()) {
         Settings::MsgBox(kNobodyChecked);
         if (request.book.format == OutputFormat::Json) {
@@ -288,7 +275,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     }
     session.addressBook().checkWritable(uids);
     if (request.backup) {
-        checkBackup(session, uids, request);
+        checkBackup(session, engine, request);
     }
 
     UniqueProperties properties;
@@ -309,7 +296,7 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
         });
     }
     backUpAndDelete(engine, session, uids, request);
-    printResult(engine, uids, known, remarks, request, environment);
+    printResult(engine, std::move(uids), known, remarks, request, environment);
     if (request.backup && !request.dryRun && !request.book.quiet && session.canRestore()) {
         reportWayBack(request, environment);
     }

@@ -36,6 +36,21 @@ protected:
         warnings_.update(engine_);
     }
 
+    /// The uids of those who are checked among people with these uids.
+    Names foundAmong(const Names& uids) const
+    {
+        std::vector<Person> people;
+        people.reserve(uids.size());
+        for (const auto& uid : uids) {
+            people.push_back({uid, {}, {}, {}, {}, {}});
+        }
+        Names found;
+        for (const auto* person : checkedAmong(people, engine_)) {
+            found.emplace_back(person->uid);
+        }
+        return found;
+    }
+
     FakePlatform platform_;
     ContactsParser engine_;
     GroupWarnings warnings_;
@@ -48,6 +63,32 @@ TEST_F(CheckedPeopleTest, AreListedInTheOrderOfTheBookWhetherDuplicatesOrNot)
 
     EXPECT_EQ(checkedUids(engine_), (Names{"Cid1", "Ann1", "Ann2"}));
     EXPECT_EQ(checkedWithoutDuplicates(engine_), Names{"Cid1"});
+}
+
+TEST_F(CheckedPeopleTest, AreFoundInAListingOfEverybody)
+{
+    reviewShows({"Cid1", "Ann1", "Ben1", "Ann2"});
+
+    EXPECT_EQ(foundAmong({"Cid1", "Ann1", "Ben1", "Ann2"}), (Names{"Ann1", "Ann2"}));
+}
+
+TEST_F(CheckedPeopleTest, AreFoundInAListingThatIsNotTheOneOfTheReview)
+{
+    reviewShows({"Cid1", "Ann1", "Ben1", "Ann2"});
+
+    EXPECT_EQ(foundAmong({"Ann2", "Cid1", "Ann1"}), (Names{"Ann2", "Ann1"}));
+    EXPECT_EQ(foundAmong({"Dan1", "Cid1", "Ann1", "Ben1", "Ann2"}), (Names{"Ann1", "Ann2"}));
+    EXPECT_EQ(foundAmong({"Ann2"}), Names{"Ann2"});
+    EXPECT_EQ(foundAmong({"Dan1", "Ben1"}), Names());
+    EXPECT_EQ(foundAmong({}), Names());
+}
+
+TEST_F(CheckedPeopleTest, AreFoundAsOftenAsTheyAreListed)
+{
+    reviewShows({"Ann1", "Ann2"});
+
+    EXPECT_EQ(foundAmong({"Ann1", "Ann1", "Ann2", "Ann1"}),
+              (Names{"Ann1", "Ann1", "Ann2", "Ann1"}));
 }
 
 TEST_F(CheckedPeopleTest, KeepTheFirstOfEveryGroupThatWouldLoseEveryCopy)
