@@ -8,7 +8,6 @@
 #include <array>
 #include <cstddef>
 #include <iterator>
-#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -20,7 +19,7 @@ namespace {
 
 using Ends = std::vector<std::size_t>;
 
-std::string shown(const std::optional<std::string_view>& text)
+std::string shown(const OptionalText& text)
 {
     return text ? "'" + std::string(*text) + "'" : "-";
 }
@@ -38,15 +37,15 @@ Texts shown(const CardReader::Cards& cards)
     for (std::size_t i = 0; i < cards.people.size(); ++i) {
         const auto& person = cards.people[i];
         std::string text = shown(cards.ranges.at(i));
-        for (const auto& field :
-             {std::optional(person.uid), person.firstName, person.lastName, person.nickname}) {
-            text += " " + shown(field);
+        text += " '" + std::string(person.uid) + "'";
+        for (const auto& name : {person.firstName, person.lastName, person.nickname}) {
+            text += " " + shown(name);
         }
         text += person.modified ? " " + std::to_string(person.modified->time_since_epoch().count())
                                 : " -";
         text += person.phones ? " phones" : "";
         for (const auto& phone : person.phones.value_or(PhoneList())) {
-            text += " " + shown(phone.label) + "=" + shown(phone.value);
+            text += " " + shown(phone.label) + "='" + std::string(phone.value) + "'";
         }
         texts.push_back(text);
     }
