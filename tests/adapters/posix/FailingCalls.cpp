@@ -38,6 +38,7 @@ FailingCalls::~FailingCalls()
 
 bool FailingCalls::fails(Call call)
 {
+    const std::lock_guard lock(mutex_);
     if (call != call_ || --successes_ >= 0 || failed_ == failures_) {
         return false;
     }
@@ -61,6 +62,7 @@ int __real_fstat(int file, struct stat* status);
 int __real_fsync(int file);
 int __real_flock(int file, int operation);
 int __real_open(const char* path, int flags, ...);
+ssize_t __real_pread(int file, void* place, std::size_t size, off_t position);
 
 ssize_t __wrap_flistxattr(int file, char* names, std::size_t size)
 {
@@ -99,6 +101,11 @@ int __wrap_open(const char* path, int flags, ...)
     const auto mode = hasMode ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     return fails(Call::Open) ? -1 : __real_open(path, flags, mode);
+}
+
+ssize_t __wrap_pread(int file, void* place, std::size_t size, off_t position)
+{
+    return fails(Call::ReadAt) ? -1 : __real_pread(file, place, size, position);
 }
 }
 // NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
