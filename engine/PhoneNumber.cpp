@@ -2,6 +2,8 @@
 
 #include "text/Ascii.h"
 
+#include <cstddef>
+
 namespace dunmora {
 
 namespace {
@@ -24,15 +26,15 @@ bool beginsWith(std::string_view text, std::string_view word)
     return true;
 }
 
+/// Whether the label contains the word, which does not begin with a k.
 bool contains(std::string_view label, std::string_view word)
 {
-    while (!label.empty()) {
-        if (beginsWith(label, word)) {
+    for (std::size_t i = 0; i < label.size(); ++i) {
+        if (toLowerAscii(label[i]) == word.front() && beginsWith(label.substr(i), word)) {
             return true;
         }
-        label.remove_prefix(1);
     }
-    return word.empty();
+    return false;
 }
 
 }  // namespace
