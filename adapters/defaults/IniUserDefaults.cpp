@@ -78,23 +78,20 @@ std::filesystem::path IniUserDefaults::perUserFile()
 
 bool IniUserDefaults::hasValue(std::string_view key) const
 {
-    const std::shared_lock guard(valuesMutex_);
-    return values_.contains(key);
+    return values_.find(key) != nullptr;
 }
 
 bool IniUserDefaults::boolForKey(std::string_view key) const
 {
-    const std::shared_lock guard(valuesMutex_);
-    const auto found = values_.find(key);
-    return found != values_.end() && found->second;
+    const auto* const value = values_.find(key);
+    return value != nullptr && *value;
 }
 
 void IniUserDefaults::setBool(std::string_view key, bool value)
 {
     const std::lock_guard guard(fileMutex_);
     unsaved_.insert_or_assign(std::string(key), value);
-    const std::lock_guard valuesGuard(valuesMutex_);
-    values_.insert_or_assign(std::string(key), value);
+    values_.set(key, value);
 }
 
 bool IniUserDefaults::synchronize()
@@ -121,19 +118,15 @@ bool IniUserDefaults::saveAndReload(std::vector<std::string>& failures)
                 "The preferences were not saved and last until the program ends. " +
                     std::string(error.what()));
     }
-    Values values = values_;
     try {
-        values = load();
+        Values values = load();
+        for (const auto& [key, value] : unsaved_) {
+            values.insert_or_assign(key, value);
+        }
+        values_.replace(values);
     } catch (const PlatformError& error) {
         addOnce(failures, loadFailureReported_,
                 "The preferences were not loaded. " + std::string(error.what()));
-    }
-    for (const auto& [key, value] : unsaved_) {
-        values.insert_or_assign(key, value);
-    }
-    {
-        const std::lock_guard valuesGuard(valuesMutex_);
-        values_.swap(values);
     }
     return unsaved_.empty();
 }

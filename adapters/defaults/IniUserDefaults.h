@@ -3,11 +3,11 @@
 #include "adapters/defaults/IniDocument.h"
 #include "adapters/posix/LockedFile.h"
 #include "platform/UserDefaults.h"
+#include "text/SharedFlags.h"
 
 #include <chrono>
 #include <filesystem>
 #include <mutex>
-#include <shared_mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,15 +49,15 @@ private:
     const OnFailure onFailure_;
     const std::chrono::milliseconds lockTimeout_;
 
-    // Held while the file is read or written; guards the members up to the next mutex.
+    // Held while the file is read or written; guards all members but the last.
     std::mutex fileMutex_;
     Values unsaved_;
     bool saveFailureReported_ = false;
     bool loadFailureReported_ = false;
 
-    // Held for a lookup or a swap, never during disk access, so that readers do not wait for it.
-    mutable std::shared_mutex valuesMutex_;
-    Values values_;
+    // The stored values and, in their place, the unsaved ones. Changed under the mutex, read
+    // without it.
+    SharedFlags values_;
 };
 
 }  // namespace dunmora

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "platform/UserDefaults.h"
+#include "text/SharedFlags.h"
 
-#include <mutex>
-#include <string>
-#include <vector>
+#include <string_view>
 
 namespace dunmora {
 
@@ -21,18 +20,8 @@ public:
     bool synchronize() override { return true; }
 
 private:
-    struct Entry {
-        std::string key;
-        bool value;
-    };
-
-    /// The overlay's entry under the key; null if there is none. The caller holds the mutex.
-    const Entry* find(std::string_view key) const;
-
     const UserDefaults& below_;
-    mutable std::mutex mutex_;
-    // A handful of keys that are read for every contact: faster than any map.
-    std::vector<Entry> entries_;
+    SharedFlags values_;
 };
 
 }  // namespace dunmora
