@@ -120,6 +120,16 @@ inline constexpr auto kTextFields = [] {
     return fields;
 }();
 
+/// The place in `kTextFields` of the field with this key; their number for every other key.
+constexpr std::size_t textPlace(std::string_view key)
+{
+    std::size_t place = 0;
+    while (place < kTextFields.size() && kTextFields[place]->key != key) {
+        ++place;
+    }
+    return place;
+}
+
 /// The fields that can be part of a match key, in the order of their values in it.
 inline constexpr auto kMatchFields = [] {
     constexpr auto kCanMatch = [](const ContactField& field) { return field.match.has_value(); };

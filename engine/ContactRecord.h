@@ -1,14 +1,15 @@
 #pragma once
 
 #include "base/ContactFields.h"
+#include "engine/TextArena.h"
 
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace dunmora {
@@ -28,7 +29,19 @@ public:
     /// All texts are empty.
     ContactRecord() = default;
 
+    /// Copies the texts into memory of its own.
     explicit ContactRecord(const Texts& texts);
+
+    /// Copies the texts into the arena, which must outlive the record.
+    ContactRecord(const Texts& texts, TextArena& arena);
+
+    ~ContactRecord() { release(); }
+    /// The copy has the texts in memory of its own.
+    ContactRecord(const ContactRecord& other);
+    ContactRecord& operator=(const ContactRecord& other);
+    /// The other record is empty afterwards.
+    ContactRecord(ContactRecord&& other) noexcept : data_(std::exchange(other.data_, Data())) {}
+    ContactRecord& operator=(ContactRecord&& other) noexcept;
 
     /// The value under the key; nullopt when it was never stored or the record has no such key.
     std::optional<ContactValue> objectForKey(std::string_view key) const;
@@ -40,19 +53,44 @@ public:
     /// The text under the key of a text field; "" for every other key.
     std::string_view text(std::string_view key) const;
 
+    /// The text of the field that has this place in `kTextFields`.
+    std::string_view textAt(std::size_t place) const
+    {
+        const auto begin = place == 0 ? 0 : data_.textEnds[place - 1];
+        return {data_.texts + begin, data_.textEnds[place] - begin};
+    }
+
     /// The value under "check"; false when there is none.
-    bool isChecked() const { return check_.value_or(false); }
+    bool isChecked() const { return data_.isChecked; }
+
+    /// Stores the value under "check".
+    void setChecked(bool isChecked)
+    {
+        data_.hasCheck = true;
+        data_.isChecked = isChecked;
+    }
 
 private:
-    std::size_t textBegin(std::size_t index) const { return index == 0 ? 0 : textEnds_[index - 1]; }
-    std::string_view textAt(std::size_t index) const;
+    /// 48 bytes: an address book may have a million people.
+    struct Data {
+        // Back to back. Only a record that was built or changed by itself owns their memory.
+        const char* texts = "";
+        std::chrono::sys_seconds modified{};
+        std::array<std::uint32_t, kTextFields.size()> textEnds{};
+        bool ownsTexts = false;
+        bool hasModified = false;
+        bool hasCheck = false;
+        bool isChecked = false;
+    };
 
-    // The texts back to back, and where each ends: a million records are walked faster when each
-    // has one allocation instead of seven.
-    std::string texts_;
-    std::array<std::uint32_t, kTextFields.size()> textEnds_{};
-    std::optional<std::chrono::sys_seconds> modified_;
-    std::optional<bool> check_;
+    Texts texts() const;
+    /// Copies the texts to `memory`, which becomes the record's.
+    void setTexts(const Texts& texts, char* memory);
+    /// Copies the date and the mark.
+    void copyRest(const ContactRecord& other);
+    void release() noexcept;
+
+    Data data_;
 };
 
 }  // namespace dunmora

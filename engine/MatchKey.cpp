@@ -2,7 +2,23 @@
 
 #include "base/Settings.h"
 
+#include <array>
+#include <cstddef>
+
 namespace dunmora {
+
+namespace {
+
+/// Where a record has the text of each of `kMatchFields`.
+constexpr auto kTextPlaces = [] {
+    std::array<std::size_t, kMatchFields.size()> places{};
+    for (const auto* const field : kMatchFields) {
+        places[field->match->place] = textPlace(field->key);
+    }
+    return places;
+}();
+
+}  // namespace
 
 MatchFieldChoice chosenMatchFields()
 {
@@ -13,15 +29,20 @@ MatchFieldChoice chosenMatchFields()
     return choice;
 }
 
-std::string matchKey(const ContactRecord& contact, const MatchFieldChoice& choice)
+void appendMatchKey(std::string& key, const ContactRecord& contact, const MatchFieldChoice& choice)
 {
-    std::string key;
     for (const auto* const field : kMatchFields) {
         if (choice.test(field->match->place)) {
-            key += contact.text(field->key);
+            key += contact.textAt(kTextPlaces[field->match->place]);
             key += '-';
         }
     }
+}
+
+std::string matchKey(const ContactRecord& contact, const MatchFieldChoice& choice)
+{
+    std::string key;
+    appendMatchKey(key, contact, choice);
     return key;
 }
 

@@ -13,4 +13,7 @@ MatchFieldChoice chosenMatchFields();
 /// The contact's values of the chosen fields, exactly as stored, each followed by "-".
 std::string matchKey(const ContactRecord& contact, const MatchFieldChoice& choice);
 
+/// Appends the same text to `key`.
+void appendMatchKey(std::string& key, const ContactRecord& contact, const MatchFieldChoice& choice);
+
 }  // namespace dunmora

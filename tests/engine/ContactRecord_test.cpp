@@ -2,7 +2,9 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string_view>
+#include <utility>
 
 namespace dunmora::test {
 namespace {
@@ -59,6 +61,80 @@ TEST(ContactRecord, HasNothingUnderAKeyThatRecordsDoNotHave)
     EXPECT_EQ(record.objectForKey("email"), std::nullopt);
     EXPECT_EQ(record.text("email"), "");
     EXPECT_EQ(record.text("check"), "");
+}
+
+TEST(ContactRecord, HasTheTextsInTheirOrder)
+{
+    const ContactRecord record(kTexts);
+
+    for (std::size_t place = 0; place < kTexts.size(); ++place) {
+        EXPECT_EQ(record.textAt(place), kTexts[place]);
+        EXPECT_EQ(record.text(kTexts[place]), kTexts[place]);
+    }
+}
+
+TEST(ContactRecord, KeepsItsTextsInTheArenaThatItIsGiven)
+{
+    TextArena arena;
+    const auto before = arena.store("before");
+
+    const ContactRecord record(kTexts, arena);
+
+    EXPECT_EQ(record.text("uid").data(), before.data() + before.size());
+    EXPECT_EQ(record.text("mobile"), "mobile");
+}
+
+TEST(ContactRecord, CanHaveOneOfItsOwnTextsInAnotherField)
+{
+    TextArena arena;
+    ContactRecord record(kTexts, arena);
+    record.setObject(true, "check");
+
+    record.setObject(record.text("lname"), "fname");
+    record.setObject(record.text("home"), "nickname");
+
+    EXPECT_EQ(record.text("fname"), "lname");
+    EXPECT_EQ(record.text("nickname"), "home");
+    EXPECT_EQ(record.text("mobile"), "mobile");
+    EXPECT_TRUE(record.isChecked());
+}
+
+TEST(ContactRecord, OutlivesTheArenaInACopy)
+{
+    auto arena = std::make_unique<TextArena>();
+    auto record = std::make_unique<ContactRecord>(kTexts, *arena);
+    record->setObject(sys_seconds(seconds(7)), "modified");
+    record->setObject(true, "check");
+
+    const ContactRecord copy(*record);
+    ContactRecord assigned;
+    assigned = *record;
+    record.reset();
+    arena.reset();
+
+    for (const auto* each : {&copy, &std::as_const(assigned)}) {
+        EXPECT_EQ(each->text("uid"), "uid");
+        EXPECT_EQ(each->text("mobile"), "mobile");
+        EXPECT_EQ(each->objectForKey("modified"), ContactValue(sys_seconds(seconds(7))));
+        EXPECT_EQ(each->objectForKey("check"), ContactValue(true));
+    }
+}
+
+TEST(ContactRecord, IsEmptyAfterItsContentHasMoved)
+{
+    ContactRecord record(kTexts);
+    record.setChecked(true);
+    ContactRecord target(kTexts);
+
+    target = std::move(record);
+    const ContactRecord last(std::move(target));
+
+    EXPECT_EQ(last.text("lname"), "lname");
+    EXPECT_TRUE(last.isChecked());
+    // NOLINTBEGIN(bugprone-use-after-move): the class says what is left
+    EXPECT_EQ(record.text("lname"), "");
+    EXPECT_EQ(target.objectForKey("check"), std::nullopt);
+    // NOLINTEND(bugprone-use-after-move)
 }
 
 TEST(ContactRecord, IgnoresAValueOfTheWrongType)
