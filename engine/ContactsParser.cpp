@@ -4,16 +4,19 @@
 #include "engine/MatchKey.h"
 #include "engine/PhoneNumber.h"
 #include "engine/SafeString.h"
+#include "engine/UidSet.h"
 #include "platform/AddressBook.h"
 #include "platform/Platform.h"
 #include "platform/PlatformError.h"
+#include "text/LookAhead.h"
 #include "text/TextHash.h"
+#include "text/TextIndex.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <span>
+#include <memory>
 #include <unordered_set>
 #include <utility>
 
@@ -68,12 +71,13 @@ std::string_view textOf(const Person& person, const ContactField& field)
     return {};
 }
 
-ContactRecord recordOf(const Person& person)
+/// The person's record, with its texts in the arena.
+ContactRecord recordOf(const Person& person, TextArena& texts)
 {
-    ContactRecord::Texts texts;
-    std::transform(kTextFields.begin(), kTextFields.end(), texts.begin(),
+    ContactRecord::Texts fields;
+    std::transform(kTextFields.begin(), kTextFields.end(), fields.begin(),
                    [&](const ContactField* field) { return textOf(person, *field); });
-    ContactRecord record(texts);
+    ContactRecord record(fields, texts);
     if (person.modified) {
         record.setObject(*person.modified, kContactModified);
     }
@@ -82,9 +86,12 @@ ContactRecord recordOf(const Person& person)
 
 bool hasPhoneNumber(const ContactRecord& record)
 {
-    return std::any_of(kTextFields.begin(), kTextFields.end(), [&](const ContactField* field) {
-        return field->kind == FieldKind::Phone && !record.text(field->key).empty();
-    });
+    for (std::size_t place = 0; place < kTextFields.size(); ++place) {
+        if (kTextFields[place]->kind == FieldKind::Phone && !record.textAt(place).empty()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -105,18 +112,13 @@ const ContactRecord* ContactsParser::recordInRow(std::size_t row) const
     if (row >= duplicates_.size()) {
         return nullptr;
     }
-    if (records_.empty() || recordsFound_ != contacts_.positionsChanged()) {
-        findRecords();
-    }
-    const auto position = records_[row];
-    const auto* const record = position == Contacts::kNowhere ? nullptr : contacts_.at(position);
-    // Somebody who was not there may have been stored since.
-    return record != nullptr ? record : contacts_.find(duplicates_[row]);
+    const auto position = positionNow(rowPositions_[row], duplicates_[row]);
+    return position == Contacts::kNowhere ? nullptr : contacts_.at(position);
 }
 
 void ContactsParser::reset()
 {
-    records_.clear();
+    rowPositions_.clear();
     duplicates_.clear();
     contactGroups_.clear();
 }
@@ -135,12 +137,21 @@ bool ContactsParser::load()
     const auto people = openBook().readPeople();
     contacts_.reserve(people.size());
     const auto progress = std::make_shared<Progress>();
+    const Payload payload = progress;
     progress->total = static_cast<std::int32_t>(people.size());
-    for (std::size_t i = 0; i < people.size(); ++i) {
-        progress->current = static_cast<std::int32_t>(i);
-        postProgress(progress);
-        contacts_[people[i].uid] = recordOf(people[i]);
-    }
+    visitWithLookAhead<std::uint64_t>(
+        people.size(),
+        [&](std::size_t i, std::uint64_t& hash) {
+            hash = TextIndex::hashOf(people[i].uid);
+            contacts_.prefetch(hash);
+        },
+        [&](std::size_t i, std::uint64_t hash) {
+            progress->current = static_cast<std::int32_t>(i);
+            postProgress(payload);
+            auto record = recordOf(people[i], contacts_.texts());
+            const auto uid = record.textAt(textPlace(kContactUid));
+            contacts_.store(uid, hash, std::move(record));
+        });
 
     undo.dismiss();
     unlock();
@@ -152,37 +163,56 @@ void ContactsParser::findDupes()
 {
     lock();
     postMessage("Sorting contacts...");
-    records_.clear();
+    rowPositions_.clear();
     duplicates_.clear();
     Undo undo([this] { reset(); });
 
-    Groups groups;
-    groups.reserve(contacts_.size());
+    Groups groups(contacts_);
     const auto progress = std::make_shared<Progress>();
+    const Payload payload = progress;
     progress->total = static_cast<std::int32_t>(contacts_.size());
-    std::int32_t index = 0;
-    for (const auto& contact : contacts_) {
-        progress->current = index++;
-        postProgress(progress);
-        // Read for each key: another choice of fields takes effect at once, even during a search.
-        searchedFields_ = chosenMatchFields();
-        groups[matchKey(contact.value, searchedFields_)].push_back(contact.key);
-    }
+    struct Member {
+        std::size_t position;
+        std::string key;
+        std::uint64_t hash;
+    };
+    visitWithLookAhead<Member>(
+        contacts_.size(),
+        [&, contact = contacts_.begin()](std::size_t i, Member& member) mutable {
+            progress->current = static_cast<std::int32_t>(i);
+            postProgress(payload);
+            // Read for each key: another choice of fields takes effect at once, even during a
+            // search.
+            searchedFields_ = chosenMatchFields();
+            member.position = contact.position();
+            member.key.clear();
+            appendMatchKey(member.key, contact->value, searchedFields_);
+            member.hash = TextIndex::hashOf(member.key);
+            groups.prefetch(member.hash);
+            ++contact;
+        },
+        [&](std::size_t /*i*/, const Member& member) {
+            groups.add(member.position, member.key, member.hash);
+        });
 
     postMessage("Finding duplicated contacts...");
     progress->total = static_cast<std::int32_t>(groups.size());
-    index = 0;
+    duplicates_.reserve(groups.duplicates());
+    rowPositions_.reserve(groups.duplicates());
+    std::int32_t index = 0;
     for (const auto& group : groups) {
         progress->current = index++;
-        postProgress(progress);
+        postProgress(payload);
         if (group.value.size() >= 2) {
-            duplicates_.insert(duplicates_.end(), group.value.begin(), group.value.end());
+            for (auto uid = group.value.begin(); uid != group.value.end(); ++uid) {
+                duplicates_.emplace_back(*uid);
+                rowPositions_.push_back(static_cast<std::uint32_t>(uid.position()));
+            }
         }
     }
 
     contactGroups_ = std::move(groups);
     markDeletedContacts();
-    findRecords();
     undo.dismiss();
     unlock();
     postFinished(kJobFinding);
@@ -195,15 +225,16 @@ void ContactsParser::markDeletedContacts()
             continue;
         }
         bool kept = false;
-        for (const auto& uid : group.value) {
-            auto* record = contacts_.find(uid);
-            if (record == nullptr) {
+        for (auto uid = group.value.begin(); uid != group.value.end(); ++uid) {
+            const auto position = positionNow(uid.position(), *uid);
+            if (position == Contacts::kNowhere) {
                 continue;
             }
-            if (!kept && hasPhoneNumber(*record)) {
+            auto& record = *contacts_.at(position);
+            if (!kept && hasPhoneNumber(record)) {
                 kept = true;
             } else {
-                record->setObject(true, kContactCheck);
+                record.setChecked(true);
             }
         }
     }
@@ -216,31 +247,17 @@ void ContactsParser::deleteContacts(const Uids& uids)
         postMessage("Deleting checked contacts...");
         auto& book = openBook();
         const auto progress = std::make_shared<Progress>();
+        const Payload payload = progress;
 
-        const std::unordered_set<std::string_view, TextHash> checked(uids.begin(), uids.end());
-        std::vector<const Person*> removals;
-        std::unordered_set<std::string_view, TextHash> removed;
-        for (const auto& person : book.people()) {
-            if (checked.contains(person.uid)) {
-                removals.push_back(&person);
-                removed.insert(person.uid);
-            }
-        }
-        // Hashed, and the rows in one sweep: row by row, tens of thousands of people would take
-        // minutes.
-        records_.clear();
-        std::erase_if(duplicates_, [&](const std::string& uid) { return removed.contains(uid); });
-        for (const auto* person : removals) {
-            contacts_.erase(person->uid);
-        }
-        findRecords();
+        const auto removals = removalsOf(book.people(), uids);
+        forget(removals);
 
         progress->total = static_cast<std::int32_t>(removals.size());
         std::int32_t counter = 0;
-        for (const auto* person : removals) {
+        for (const auto& removal : removals) {
             progress->current = counter;
-            postProgress(progress);
-            book.removeRecord(*person);
+            postProgress(payload);
+            book.removeRecord(*removal.person);
             counter += 2;
         }
         book.save();
@@ -255,12 +272,71 @@ std::string ContactsParser::keyForContact(const ContactRecord& contact) const
     return matchKey(contact, chosenMatchFields());
 }
 
-void ContactsParser::findRecords() const
+std::vector<ContactsParser::Removal> ContactsParser::removalsOf(std::span<const Person> people,
+                                                                const Uids& uids)
 {
-    records_.resize(duplicates_.size());
-    std::transform(duplicates_.begin(), duplicates_.end(), records_.begin(),
-                   [this](const std::string& uid) { return contacts_.positionOf(uid); });
-    recordsFound_ = contacts_.positionsChanged();
+    const UidSet named(uids);
+    std::vector<Removal> removals;
+    visitWithLookAhead<std::uint64_t>(
+        people.size(),
+        [&](std::size_t i, std::uint64_t& hash) {
+            hash = TextIndex::hashOf(people[i].uid);
+            named.prefetch(hash);
+        },
+        [&](std::size_t i, std::uint64_t hash) {
+            if (named.contains(people[i].uid, hash)) {
+                removals.push_back({&people[i], hash});
+            }
+        });
+    return removals;
+}
+
+std::size_t ContactsParser::positionNow(std::size_t position, std::string_view uid) const
+{
+    const bool isThere = contactGroups_.areOf(contacts_) && contacts_.at(position) != nullptr;
+    // Somebody who was not there may have been stored since.
+    return isThere ? position : contacts_.positionOf(uid);
+}
+
+void ContactsParser::forget(std::span<const Removal> removals)
+{
+    std::vector<bool> isRemoved(contacts_.positions());
+    std::unordered_set<std::string_view, TextHash> unknown;
+    visitWithLookAhead<int>(
+        removals.size(),
+        [&](std::size_t i, int& /*nothing*/) { contacts_.prefetch(removals[i].hash); },
+        [&](std::size_t i, int /*nothing*/) {
+            const auto uid = removals[i].person->uid;
+            const auto position = contacts_.positionOf(uid, removals[i].hash);
+            if (position == Contacts::kNowhere) {
+                unknown.insert(uid);
+            } else {
+                isRemoved[position] = true;
+            }
+        });
+
+    // In one sweep: row by row, tens of thousands of people would take minutes.
+    std::size_t rows = 0;
+    for (std::size_t row = 0; row < duplicates_.size(); ++row) {
+        const auto position = positionNow(rowPositions_[row], duplicates_[row]);
+        if (position == Contacts::kNowhere ? unknown.contains(duplicates_[row])
+                                           : isRemoved[position]) {
+            continue;
+        }
+        if (rows != row) {
+            duplicates_[rows] = std::move(duplicates_[row]);
+            rowPositions_[rows] = rowPositions_[row];
+        }
+        ++rows;
+    }
+    duplicates_.resize(rows);
+    rowPositions_.resize(rows);
+
+    for (std::size_t position = 0; position < isRemoved.size(); ++position) {
+        if (isRemoved[position]) {
+            contacts_.eraseAt(position);
+        }
+    }
 }
 
 void ContactsParser::postMessage(std::string_view text)
@@ -268,7 +344,7 @@ void ContactsParser::postMessage(std::string_view text)
     NotificationCenter::defaultCenter().postText(kMsgShowMessage, this, text);
 }
 
-void ContactsParser::postProgress(const std::shared_ptr<Progress>& progress)
+void ContactsParser::postProgress(const Payload& progress)
 {
     NotificationCenter::defaultCenter().postNotification(kMsgProgress, this, progress);
 }

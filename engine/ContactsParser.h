@@ -1,18 +1,22 @@
 #pragma once
 
 #include "base/ContactFields.h"
+#include "base/NotificationCenter.h"
+#include "engine/ContactGroups.h"
 #include "engine/ContactRecord.h"
 #include "engine/OrderedDictionary.h"
 
-#include <memory>
+#include <cstddef>
+#include <cstdint>
 #include <mutex>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace dunmora {
 
-struct Progress;
+struct Person;
 
 /// The contact engine: everyone in the address book, the groups of people whose match keys are
 /// equal, and the rows of the review.
@@ -27,7 +31,7 @@ public:
     using Contacts = OrderedDictionary<ContactRecord>;
     using Uids = std::vector<std::string>;
     /// Match key to the uids of the people who have it.
-    using Groups = OrderedDictionary<Uids>;
+    using Groups = ContactGroups;
 
     ContactsParser() = default;
     ~ContactsParser() = default;
@@ -88,18 +92,30 @@ public:
     std::string keyForContact(const ContactRecord& contact) const;
 
 private:
+    /// A person to remove from the address book, with the hash of the uid.
+    struct Removal {
+        const Person* person;
+        std::uint64_t hash;
+    };
+
     void postMessage(std::string_view text);
-    void postProgress(const std::shared_ptr<Progress>& progress);
+    void postProgress(const Payload& progress);
     void postFinished(std::string_view job);
 
-    /// Finds the rows' records, for `recordInRow`.
-    void findRecords() const;
+    /// The people of the listing who have one of these uids.
+    static std::vector<Removal> removalsOf(std::span<const Person> people, const Uids& uids);
+
+    /// Where `contacts_` has the person with this uid, whom the last search found at this position;
+    /// `kNowhere` if the person is not known any more.
+    std::size_t positionNow(std::size_t position, std::string_view uid) const;
+
+    /// Removes these people from `contacts_` and from the rows.
+    void forget(std::span<const Removal> removals);
 
     Contacts contacts_;
     Uids duplicates_;
-    // By row: where its record is in `contacts_`, as of `recordsFound_`. A cache.
-    mutable std::vector<std::size_t> records_;
-    mutable std::size_t recordsFound_ = 0;
+    // By row: where `contacts_` had the person during the search.
+    std::vector<std::uint32_t> rowPositions_;
     Groups contactGroups_;
     MatchFieldChoice searchedFields_;
     // Never locked.

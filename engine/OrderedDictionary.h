@@ -1,11 +1,14 @@
 #pragma once
 
+#include "engine/TextArena.h"
 #include "text/TextIndex.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
-#include <string>
+#include <memory>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -15,33 +18,56 @@ namespace dunmora {
 /// stored, so that the same address book gives the same rows on every platform and in every run.
 /// Storing, finding and erasing take constant time on average.
 ///
+/// Every entry has a position, counted from 0 in the order of storing, which it keeps until
+/// `clear`. A key that was erased keeps its position and its memory until then, too; stored again,
+/// it gets another position.
+///
 /// Thread: as a standard container. References to values are valid until a new key is stored.
 template <typename Value>
 class OrderedDictionary {
     struct Entry {
-        std::string key;
-        bool erased = false;
+        // In `texts` of the storage, or in memory that outlives it.
+        std::string_view key;
         Value value;
     };
 
+    struct Storage {
+        bool isErased(std::size_t position) const
+        {
+            return position < erased.size() && erased[position];
+        }
+
+        TextArena texts;
+        std::vector<Entry> entries;
+        // By position; entries past its end are not erased. Usually nothing is.
+        std::vector<bool> erased;
+    };
+
     /// Iterates over the entries that are not erased.
-    template <typename EntryIterator>
+    template <typename StorageType>
     class Iterator {
     public:
         using iterator_category = std::forward_iterator_tag;
         using value_type = Entry;
         using difference_type = std::ptrdiff_t;
-        using pointer = decltype(&*std::declval<EntryIterator>());
-        using reference = decltype(*std::declval<EntryIterator>());
+        using reference = std::conditional_t<std::is_const_v<StorageType>, const Entry&, Entry&>;
+        using pointer = std::remove_reference_t<reference>*;
 
         Iterator() = default;
-        Iterator(EntryIterator at, EntryIterator end) : at_(at), end_(end) { skipErased(); }
+        Iterator(StorageType* storage, std::size_t position)
+            : storage_(storage), position_(position)
+        {
+            skipErased();
+        }
 
-        reference operator*() const { return *at_; }
-        pointer operator->() const { return &*at_; }
+        /// Where the entry is, for `at`.
+        std::size_t position() const { return position_; }
+
+        reference operator*() const { return storage_->entries[position_]; }
+        pointer operator->() const { return &storage_->entries[position_]; }
         Iterator& operator++()
         {
-            ++at_;
+            ++position_;
             skipErased();
             return *this;
         }
@@ -51,37 +77,74 @@ class OrderedDictionary {
             ++*this;
             return before;
         }
-        bool operator==(const Iterator& other) const { return at_ == other.at_; }
+        bool operator==(const Iterator& other) const { return position_ == other.position_; }
 
     private:
         void skipErased()
         {
-            while (at_ != end_ && at_->erased) {
-                ++at_;
+            while (storage_ != nullptr && storage_->isErased(position_)) {
+                ++position_;
             }
         }
 
-        EntryIterator at_{};
-        EntryIterator end_{};
+        StorageType* storage_ = nullptr;
+        std::size_t position_ = 0;
     };
 
 public:
-    using iterator = Iterator<typename std::vector<Entry>::iterator>;
-    using const_iterator = Iterator<typename std::vector<Entry>::const_iterator>;
+    using iterator = Iterator<Storage>;
+    using const_iterator = Iterator<const Storage>;
+
+    static constexpr auto kNowhere = TextIndex::kNowhere;
+
+    /// The keys by position, erased ones included. They stay readable whatever becomes of the
+    /// dictionary.
+    class Keys final {
+    public:
+        Keys() = default;
+        explicit Keys(std::shared_ptr<const Storage> storage) : storage_(std::move(storage)) {}
+
+        /// The key at a position of the dictionary, as it was when the keys were taken.
+        std::string_view operator[](std::size_t position) const
+        {
+            return storage_->entries[position].key;
+        }
+
+    private:
+        friend class OrderedDictionary;
+
+        std::shared_ptr<const Storage> storage_;
+    };
+
+    OrderedDictionary() = default;
+    ~OrderedDictionary() = default;
+    OrderedDictionary(const OrderedDictionary&) = delete;
+    OrderedDictionary& operator=(const OrderedDictionary&) = delete;
+    /// The other dictionary is empty afterwards.
+    OrderedDictionary(OrderedDictionary&& other) noexcept { swap(other); }
+    OrderedDictionary& operator=(OrderedDictionary&& other) noexcept
+    {
+        clear();
+        swap(other);
+        return *this;
+    }
 
     /// Each element has the members `key` and `value`.
-    iterator begin() { return {entries_.begin(), entries_.end()}; }
-    iterator end() { return {entries_.end(), entries_.end()}; }
-    const_iterator begin() const { return {entries_.begin(), entries_.end()}; }
-    const_iterator end() const { return {entries_.end(), entries_.end()}; }
+    iterator begin() { return {storage_.get(), 0}; }
+    iterator end() { return {storage_.get(), positions()}; }
+    const_iterator begin() const { return {storage_.get(), 0}; }
+    const_iterator end() const { return {storage_.get(), positions()}; }
 
     std::size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }
 
+    /// How many positions there are, those of erased keys included.
+    std::size_t positions() const { return storage_ ? storage_->entries.size() : 0; }
+
     /// Reserves space for `count` keys in total.
     void reserve(std::size_t count)
     {
-        entries_.reserve(count);
+        storage().entries.reserve(count);
         if (!index_.fits(count)) {
             rebuild(count);
         }
@@ -89,93 +152,141 @@ public:
 
     void clear()
     {
-        ++positionsChanged_;
-        entries_.clear();
+        storage_.reset();
         index_ = {};
         size_ = 0;
     }
+
+    Keys keys() const { return Keys(storage_); }
+
+    /// Whether these keys are the dictionary's own: positions in them are positions here. Not so
+    /// once the dictionary has been cleared.
+    bool has(const Keys& keys) const { return keys.storage_ == storage_; }
 
     /// The value under the key; null if there is none.
     Value* find(std::string_view key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
     const Value* find(std::string_view key) const
     {
         const auto position = positionOf(key);
-        return position == TextIndex::kNowhere ? nullptr : &entries_[position].value;
+        return position == kNowhere ? nullptr : &storage_->entries[position].value;
     }
 
-    static constexpr auto kNowhere = TextIndex::kNowhere;
+    /// Asks the processor for the memory in which a key with this hash (`TextIndex::hashOf`) is
+    /// looked for.
+    void prefetch(std::uint64_t hash) const { index_.prefetch(hash); }
 
     /// Where the value under the key is, for `at`; `kNowhere` if there is none.
-    std::size_t positionOf(std::string_view key) const { return index_.find(key, hasKey(key)); }
+    std::size_t positionOf(std::string_view key) const
+    {
+        return positionOf(key, TextIndex::hashOf(key));
+    }
+    std::size_t positionOf(std::string_view key, std::uint64_t hash) const
+    {
+        return index_.find(hash, hasKey(key));
+    }
 
-    /// The value at a position that `positionOf` has returned since `positionsChanged` changed
-    /// last; null once its key has been removed.
+    /// The value at a position that exists; null once its key has been erased.
     Value* at(std::size_t position)
     {
         return const_cast<Value*>(std::as_const(*this).at(position));
     }
     const Value* at(std::size_t position) const
     {
-        const auto& entry = entries_[position];
-        return entry.erased ? nullptr : &entry.value;
+        return storage_->isErased(position) ? nullptr : &storage_->entries[position].value;
     }
 
-    /// How often values have moved to other positions.
-    std::size_t positionsChanged() const { return positionsChanged_; }
-
     /// The value under the key, default-constructed if there is none.
-    Value& operator[](std::string_view key)
+    Value& operator[](std::string_view key) { return valueUnder(key, TextIndex::hashOf(key)); }
+    Value& valueUnder(std::string_view key, std::uint64_t hash)
     {
-        if (!index_.fits(entries_.size() + 1)) {
-            rebuild(2 * size_ + 1);
-        }
-        const auto append = [&] {
-            entries_.emplace_back().key = key;
-            ++size_;
-            return entries_.size() - 1;
-        };
-        return entries_[index_.findOrAdd(key, hasKey(key), append).first].value;
+        return entryFor(key, hash, [&] { return storage_->texts.store(key); }).value;
+    }
+
+    /// Memory for the texts of keys and values, freed with the keys by `clear`.
+    TextArena& texts() { return storage().texts; }
+
+    /// Stores the value under the key, in place of an earlier one. The key, whose hash is given, is
+    /// in `texts` already, and is not copied.
+    void store(std::string_view key, std::uint64_t hash, Value value)
+    {
+        entryFor(key, hash, [&] { return key; }).value = std::move(value);
     }
 
     /// Removes the key and its value. Returns whether the key was present.
     bool erase(std::string_view key)
     {
         const auto position = positionOf(key);
-        if (position == TextIndex::kNowhere) {
+        if (position == kNowhere) {
             return false;
         }
-        // The entry keeps its place in both until the next rebuild, so that the others keep theirs.
-        auto& entry = entries_[position];
-        entry.erased = true;
-        entry.value = Value();
-        --size_;
+        eraseAt(position);
         return true;
     }
 
+    /// Removes the key at this position, which must not have been erased, and its value.
+    void eraseAt(std::size_t position)
+    {
+        auto& erased = storage_->erased;
+        if (position >= erased.size()) {
+            erased.resize(positions());
+        }
+        erased[position] = true;
+        storage_->entries[position].value = Value();
+        --size_;
+    }
+
 private:
+    Storage& storage()
+    {
+        if (!storage_) {
+            storage_ = std::make_shared<Storage>();
+        }
+        return *storage_;
+    }
+
+    void swap(OrderedDictionary& other) noexcept
+    {
+        std::swap(storage_, other.storage_);
+        std::swap(index_, other.index_);
+        std::swap(size_, other.size_);
+    }
+
     auto hasKey(std::string_view key) const
     {
         return [this, key](std::size_t position) {
-            const auto& entry = entries_[position];
-            return !entry.erased && entry.key == key;
+            return storage_->entries[position].key == key && !storage_->isErased(position);
         };
     }
 
-    /// Drops the erased entries and rebuilds the index with space for `count` keys.
+    /// The entry with the key; a new one with the key that `keptKey` returns if there is none.
+    template <typename KeptKey>
+    Entry& entryFor(std::string_view key, std::uint64_t hash, KeptKey keptKey)
+    {
+        auto& entries = storage().entries;
+        if (!index_.fits(entries.size() + 1)) {
+            rebuild(2 * entries.size() + 1);
+        }
+        const auto append = [&] {
+            entries.push_back({keptKey(), Value()});
+            ++size_;
+            return entries.size() - 1;
+        };
+        return entries[index_.findOrAdd(hash, hasKey(key), append).first];
+    }
+
+    /// Rebuilds the index with space for `count` keys.
     void rebuild(std::size_t count)
     {
-        ++positionsChanged_;
-        std::erase_if(entries_, [](const Entry& entry) { return entry.erased; });
         index_.reset(count);
-        for (std::size_t i = 0; i < entries_.size(); ++i) {
-            index_.add(entries_[i].key, i);
+        for (auto at = begin(); at != end(); ++at) {
+            index_.add(at->key, at.position());
         }
     }
 
-    std::vector<Entry> entries_;
+    // Null while nothing has been stored: clearing never allocates. Shared with the `Keys`.
+    std::shared_ptr<Storage> storage_;
     TextIndex index_;
     std::size_t size_ = 0;
-    std::size_t positionsChanged_ = 0;
 };
 
 }  // namespace dunmora

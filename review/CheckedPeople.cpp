@@ -50,7 +50,7 @@ std::vector<std::string> checkedUids(const ContactsParser& engine)
     std::vector<std::string> uids;
     for (const auto& contact : engine.contacts()) {
         if (contact.value.isChecked()) {
-            uids.push_back(contact.key);
+            uids.emplace_back(contact.key);
         }
     }
     return uids;

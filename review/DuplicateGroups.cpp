@@ -40,7 +40,7 @@ std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
         }
         // The rows are these groups without the people removed since, in the same order.
         const auto firstRow = row;
-        for (const auto& uid : found.value) {
+        for (const auto uid : found.value) {
             if (row < rows.size() && rows[row] == uid) {
                 ++row;
             }

@@ -45,7 +45,7 @@ void ProposedMarks::deleted(const ContactsParser& engine)
             continue;
         }
         const auto first = proposed_.size();
-        for (const auto& uid : found.value) {
+        for (const auto uid : found.value) {
             const auto row = proposed_.size();
             if (row < rows.size() && rows[row] == uid) {
                 proposed_.push_back(position < searched_.size() && searched_[position]);

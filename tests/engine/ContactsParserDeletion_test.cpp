@@ -101,7 +101,7 @@ TEST_F(DeletionTest, LeavesTheGroupsListingThePeopleItRemoved)
     engine_.deleteContacts({"2"});
 
     EXPECT_EQ(engine_.contactGroups().size(), groups);
-    EXPECT_EQ(*engine_.contactGroups().find("Ann-Lee-"), (Uids{"1", "2"}));
+    EXPECT_EQ(uidsInGroup("Ann-Lee-"), (Uids{"1", "2"}));
 }
 
 TEST_F(DeletionTest, ForgetsPeopleBeforeTheBookIsChanged)

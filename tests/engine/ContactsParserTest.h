@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -43,7 +44,7 @@ protected:
         Uids uids;
         for (const auto& contact : engine_.contacts()) {
             if (contact.value.isChecked()) {
-                uids.push_back(contact.key);
+                uids.emplace_back(contact.key);
             }
         }
         return uids;
@@ -53,7 +54,18 @@ protected:
     {
         Uids uids;
         for (const auto& contact : engine_.contacts()) {
-            uids.push_back(contact.key);
+            uids.emplace_back(contact.key);
+        }
+        return uids;
+    }
+
+    Uids uidsInGroup(std::string_view key) const
+    {
+        Uids uids;
+        if (const auto group = engine_.contactGroups().find(key)) {
+            for (const auto uid : *group) {
+                uids.emplace_back(uid);
+            }
         }
         return uids;
     }
