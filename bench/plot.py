@@ -32,7 +32,8 @@ def plot(table, runs):
     points = [point for line in lines.values() for point in line]
     costs = [cost for _, cost in points]
     x = Scale(min(people for people, _ in points), max(people for people, _ in points), LEFT, WIDTH - RIGHT)
-    y = Scale(10.0 ** math.floor(math.log10(min(costs))), 10.0 ** math.ceil(math.log10(max(costs))), HEIGHT - BOTTOM, TOP)
+    lowest, highest = 10.0 ** math.floor(math.log10(min(costs))), 10.0 ** math.ceil(math.log10(max(costs)))
+    y = Scale(lowest, highest, HEIGHT - BOTTOM, TOP)
     parts = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH}" height="{HEIGHT}" '
              f'viewBox="0 0 {WIDTH} {HEIGHT}" {FONT}>', f'<rect width="{WIDTH}" height="{HEIGHT}" fill="white"/>']
     parts += axes(x, y)
@@ -44,7 +45,8 @@ def plot(table, runs):
         colour = colour_of[run]
         path = " ".join(f"{x.at(people):.1f},{y.at(cost):.1f}" for people, cost in line)
         parts.append(f'<polyline points="{path}" fill="none" stroke="{colour}" stroke-width="2"/>')
-        parts += [f'<circle cx="{x.at(people):.1f}" cy="{y.at(cost):.1f}" r="3" fill="{colour}"/>' for people, cost in line]
+        parts += [f'<circle cx="{x.at(people):.1f}" cy="{y.at(cost):.1f}" r="3" fill="{colour}"/>'
+                  for people, cost in line]
     for run, line in ends:
         name_at = min(y.at(line[-1][1]) + 4, lowest_free - 15)
         lowest_free = name_at
@@ -56,10 +58,10 @@ def plot(table, runs):
 def axes(x, y):
     parts = []
     for value in x.powers():
-        parts.append(f'<line x1="{x.at(value):.1f}" x2="{x.at(value):.1f}" y1="{TOP}" y2="{HEIGHT - BOTTOM}" stroke="#dddddd"/>')
+        parts.append(f'<path d="M{x.at(value):.1f} {TOP}V{HEIGHT - BOTTOM}" stroke="#dddddd"/>')
         parts.append(f'<text x="{x.at(value):.1f}" y="{HEIGHT - BOTTOM + 18}" text-anchor="middle">{value:,.0f}</text>')
     for value in y.powers():
-        parts.append(f'<line x1="{LEFT}" x2="{WIDTH - RIGHT}" y1="{y.at(value):.1f}" y2="{y.at(value):.1f}" stroke="#dddddd"/>')
+        parts.append(f'<path d="M{LEFT} {y.at(value):.1f}H{WIDTH - RIGHT}" stroke="#dddddd"/>')
         parts.append(f'<text x="{LEFT - 8}" y="{y.at(value) + 4:.1f}" text-anchor="end">{value:g}</text>')
     middle = (TOP + HEIGHT - BOTTOM) / 2
     parts.append(f'<text x="{(LEFT + WIDTH - RIGHT) / 2:.1f}" y="{HEIGHT - 10}" text-anchor="middle">people</text>')

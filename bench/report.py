@@ -76,7 +76,8 @@ class Table:
              "bytes a person above the file", "× EVCard"],
             [[run, f"{row.people:,}", significant(self.times_floor(row)), duration(row.cost.wall),
               duration(row.cost.processor), significant(per_person(row)), optional(self.growth(row)),
-              megabytes(row.cost.peak), optional(above_the_file(row), "{:,.0f}".format), optional(self.times_evcard(row))]
+              megabytes(row.cost.peak), optional(above_the_file(row), "{:,.0f}".format),
+              optional(self.times_evcard(row))]
              for run in self.runs() for row in self.of(run)])
 
     def summary(self):
@@ -98,9 +99,24 @@ def waits_text(waits, rows):
 
 
 def parts_text(parts):
-    return markdown(["operation", "figures"],
-                    [[title, ", ".join(f"{name} {significant(value)} {unit}" for name, (value, unit) in figures.items())]
-                     for title, figures in parts])
+    def text(figures):
+        return ", ".join(f"{name} {significant(value)} {unit}" for name, (value, unit) in figures.items())
+
+    return markdown(["operation", "figures"], [[title, text(figures)] for title, figures in parts])
+
+
+def profile_text(profile):
+    """The modules with at least a hundredth of the instructions of some run, the most expensive first."""
+    sums = {run: sum(counts.values()) for run, counts in profile.items()}
+    modules = {module for counts in profile.values() for module in counts}
+    shown = [module for module in modules
+             if any(counts.get(module, 0) * 100 >= sums[run] for run, counts in profile.items())]
+    shown.sort(key=lambda module: -max(counts.get(module, 0) for counts in profile.values()))
+    rows = [["in all", *(f"{total:,.0f}" for total in sums.values())]]
+    for module in shown:
+        title = module if " " in module else f"`{module}/`"
+        rows.append([title, *(f"{counts.get(module, 0):,.0f}" for counts in profile.values())])
+    return markdown(["instructions a person", *profile], rows)
 
 
 def comparison(before, after):

@@ -135,8 +135,9 @@ class Runs:
                   self.meter.best([*delete, "--backup", backup], begin_deletion), size=size)
         expect(size / 2)
         shutil.copyfile(work, rest)
+        restore = [self.cli, "restore", backup, work, "--yes", "--quiet"]
         self._add("`restore --quiet`, half of the people", people,
-                  self.meter.best([self.cli, "restore", backup, work, "--yes", "--quiet"], lambda: begin_with(rest)), size=size)
+                  self.meter.best(restore, lambda: begin_with(rest)), size=size)
         expect(size)
 
     # A folder, and the desktop's service

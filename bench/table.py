@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Measures the program next to others and prints one table in Markdown. No time is a failure.
 
-    table.py PROGRAMS [--binary FOLDER] [--people N,...] [--no-peers] [--no-windows] [--brief]
-             [--save FILE] [--before FILE] [--pages]
+    table.py PROGRAMS [--binary FOLDER] [--people N,...] [--no-peers] [--no-windows] [--no-profile]
+             [--brief] [--save FILE] [--before FILE] [--pages]
 
 PROGRAMS is the folder with the benchmarks' programs; see --help for the rest.
 """
@@ -18,7 +18,8 @@ import report
 import windows
 from measuring import REPETITIONS, Cost, Failed, Meter
 from plot import plot
-from runs import EVCARD, FLOOR, Row, Runs
+from profile_modules import Profile
+from runs import EVCARD, FLOOR, MATCH, Row, Runs
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 SIZES = (1_000, 10_000, 100_000, 1_000_000)
@@ -27,18 +28,19 @@ IN_THE_PLOT = (FLOOR, "`wc -l`", "`list --quiet`, few rows", "`list --quiet`, ev
                "`delete --quiet`, half of the people", EVCARD, "KContacts, parsing only", "vobject, grouping by name",
                "comparing every pair of names")
 # The pages with measurements, and the markers between which they are.
-PAGES = {ROOT / "docs/performance.md": ("table", "waits", "parts"), ROOT / "README.md": ("summary",)}
+PAGES = {ROOT / "docs/performance.md": ("table", "profile", "waits", "parts"), ROOT / "README.md": ("summary",)}
 
 
 def parse(arguments):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("programs", type=pathlib.Path, help="the folder with the benchmarks' programs")
     parser.add_argument("--binary", type=pathlib.Path, metavar="FOLDER",
-                        help="measure the programs in this folder, of an older build for example, instead of those in PROGRAMS")
+                        help="measure the programs in this folder, for example of an older build, not those in PROGRAMS")
     parser.add_argument("--people", type=lambda text: [int(number) for number in text.split(",")], default=SIZES,
                         metavar="N,...", help="sizes of the books (default: 1000,10000,100000,1000000)")
-    parser.add_argument("--no-peers", action="store_true", help="omit the other vCard readers and the pairwise comparison")
+    parser.add_argument("--no-peers", action="store_true", help="omit the other vCard readers and the comparison of every pair")
     parser.add_argument("--no-windows", action="store_true", help="omit the windows")
+    parser.add_argument("--no-profile", action="store_true", help="omit the instructions of each module")
     parser.add_argument("--brief", action="store_true",
                         help="run everything once on very little input, to see that it runs; the figures mean nothing")
     parser.add_argument("--save", type=pathlib.Path, metavar="FILE", help="also store the measurements, for --before")
@@ -77,6 +79,15 @@ def measure_windows(meter, binary, brief):
     return texts
 
 
+def measure_profile(meter, binary, folder, brief):
+    """The table of the modules' instructions, or none where valgrind is not installed."""
+    if not Profile.is_possible():
+        print("omitted: the instructions of each module: valgrind is not installed", file=sys.stderr)
+        return {}
+    profile = Profile(meter, binary / "dunmora-cli", pathlib.Path(folder), brief)
+    return {"profile": report.profile_text(profile.measure(MATCH))}
+
+
 def write_pages(table, texts):
     """Writes the measurements into the pages, each between its markers."""
     for page, names in PAGES.items():
@@ -96,7 +107,11 @@ def main(arguments):
         runs = Runs(meter, binary.resolve(), folder, announce, not options.no_peers)
         try:
             runs.measure(options.people)
-            texts = {} if options.no_windows else measure_windows(meter, binary.resolve(), options.brief)
+            texts = {}
+            if not options.no_profile:
+                texts.update(measure_profile(meter, binary.resolve(), folder, options.brief))
+            if not options.no_windows:
+                texts.update(measure_windows(meter, binary.resolve(), options.brief))
         except Failed as failure:
             print(f"table: failed: {failure}", file=sys.stderr)
             return 1
@@ -105,7 +120,7 @@ def main(arguments):
     table = report.Table(runs.rows)
     texts["table"] = table.text()
     texts["summary"] = table.summary()
-    for name in ("table", "parts", "waits"):
+    for name in ("table", "profile", "waits", "parts"):
         if name in texts:
             print(texts[name])
     if options.save:

@@ -9,6 +9,7 @@ import xml.etree.ElementTree
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "bench"))
 
 import plot  # noqa: E402
+import profile_modules  # noqa: E402
 import report  # noqa: E402
 import table  # noqa: E402
 from measuring import Cost  # noqa: E402
@@ -70,6 +71,54 @@ class Report(unittest.TestCase):
 
     def test_stores_measurements_for_a_later_comparison(self):
         self.assertEqual(table.read_back(table.stored(ROWS)), ROWS)
+
+
+CALLGRIND = """positions: line
+events: Ir
+summary: 999
+
+ob=(1) /build/bin/dunmora-cli
+fl=(1) /source/engine/ContactsParser.cpp
+fn=(1) load
+8 100
+fi=(2) /usr/include/c++/12/bits/vector
++2 20
+fe=(1)
+cob=(2) /lib/libc.so.6
+cfi=(3) ???
+cfn=(2) malloc
+calls=5 0
+* 5000
+-1 3
+
+fl=(2)
+fn=(3) std::vector::grow
+4 7
+
+ob=(2)
+fl=(3)
+fn=(2)
+0 5000
+
+ob=(1)
+fl=(4) /elsewhere/adapters/vcard/Card.cpp
+fn=(4) read
+1 60
+"""
+
+
+class Profile(unittest.TestCase):
+    def test_counts_each_function_s_own_instructions_for_its_module(self):
+        self.assertEqual(profile_modules.instructions(CALLGRIND),
+                         {"engine": 123, profile_modules.CPP_LIBRARY: 7, profile_modules.C_LIBRARY: 5000,
+                          "adapters/vcard": 60})
+
+    def test_shows_the_modules_that_weigh_something_the_heaviest_first(self):
+        text = report.profile_text({"a run": {"text": 1, "engine": 100, "C library: x": 900},
+                                    "another": {"engine": 100}})
+
+        self.assertEqual(text.splitlines()[2:],
+                         ["| in all | 1,001 | 100 |", "| C library: x | 900 | 0 |", "| `engine/` | 100 | 100 |"])
 
 
 class Pages(unittest.TestCase):
