@@ -5,11 +5,11 @@
 //     floor FILE|FOLDER
 
 #include <fcntl.h>
-#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -31,7 +31,8 @@ public:
         }
         size_ = static_cast<std::size_t>(status.st_size);
         // Not std::vector, which would write to the memory first.
-        bytes_ = std::make_unique_for_overwrite<char[]>(size_);
+        bytes_ =
+            std::make_unique_for_overwrite<Memory::element_type[]>(size_);  // NOLINT(*-c-arrays)
         for (std::size_t done = 0; done < size_;) {
             const auto count = read(file, bytes_.get() + done, size_ - done);
             if (count <= 0) {
@@ -45,7 +46,9 @@ public:
     std::string_view text() const { return {bytes_.get(), size_}; }
 
 private:
-    std::unique_ptr<char[]> bytes_;
+    using Memory = std::unique_ptr<char[]>;  // NOLINT(modernize-avoid-c-arrays): sized at run time
+
+    Memory bytes_;
     std::size_t size_ = 0;
 };
 
