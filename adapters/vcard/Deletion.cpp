@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 
+#include <numeric>
 #include <system_error>
 #include <utility>
 
@@ -37,6 +38,14 @@ RemovedFile removedFrom(const CardFile& file, const CardFile::Ranges& removed,
 {
     auto record = recordOf(file, locked);
     record.after = contentHash(file.without(removed));
+    const auto sizeOfAll = [](const CardFile::Ranges& ranges) {
+        return std::accumulate(ranges.begin(), ranges.end(), std::size_t{0},
+                               [](std::size_t size, const ByteRange& range) {
+                                   return size + range.end - range.begin;
+                               });
+    };
+    record.bytes.reserve(sizeOfAll(removed) - sizeOfAll(file.removed()));
+    record.parts.reserve(removed.size() - file.removed().size());
     auto earlier = file.removed().begin();
     std::size_t cutOut = 0;
     for (const auto& range : removed) {

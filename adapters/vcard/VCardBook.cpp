@@ -477,6 +477,14 @@ std::string VCardBook::cards(std::span<const Person* const> people) const
     const auto encoding = commonEncoding(people);
     const auto lineEnd = lineEndIn(encoding);
     auto content = byteOrderMarkOf(encoding);
+    // A large backup would otherwise be copied several times while it grows.
+    auto size = content.size();
+    for (const auto* person : people) {
+        const auto& place = placeOf(indexOf(*person));
+        size += place.range.end - place.range.begin;
+        size += place.lineEndSize > 0 ? 0 : lineEnd.size();
+    }
+    content.reserve(size);
     for (const auto* person : people) {
         const auto& place = placeOf(indexOf(*person));
         content += files_[place.file].bytes().substr(place.range.begin,
