@@ -186,7 +186,7 @@ TEST(PiecewiseReading, ReadsOddLinesBeforeABegin)
     for (const auto& odd :
          {"\xEF\xBB\xBF"s, "\xEF\xBB\xBF\n"s, "\0\0"s, "\r"s, "\r\r\n"s, " "s, "\n \n"s,
           "END:VCARD\n"s, "PHOTO;ENCODING=BASE64:AAAA\nBBBB\n"s, "between cards\n"s}) {
-        expectSameInPieces(named("Ann") + odd + named("Bob") + named("Cat") + odd + named("Dan"));
+        expectSameInPieces(joined({named("Ann"), named("Bob") + named("Cat"), named("Dan")}, odd));
     }
 }
 
