@@ -154,6 +154,25 @@ TEST(PiecewiseReading, KeepsDecodedTextAsLongAsTheReader)
     EXPECT_EQ(shown(cards), readWhole(text));
 }
 
+TEST(PiecewiseReading, DecodesEachPieceLikeTheWholeText)
+{
+    const auto jorg = card21("N;CHARSET=ISO-8859-1:;J\xC3\xB6rg;;;\r\n");
+    const auto text = jorg + jorg + jorg;
+    CardReader reader({2, 1});
+    CardReader::Cards bytes;
+    CardReader::Cards utf8;
+
+    reader.read(text, CardReader::Text::Bytes, bytes);
+    reader.read(text, CardReader::Text::Utf8, utf8);
+
+    ASSERT_EQ(bytes.people.size(), 3U);
+    ASSERT_EQ(utf8.people.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(bytes.people[i].firstName, "J\xC3\x83\xC2\xB6rg");
+        EXPECT_EQ(utf8.people[i].firstName, "J\xC3\xB6rg");
+    }
+}
+
 TEST(PiecewiseReading, ReadsABeginInAnAgentAsPartOfItsCard)
 {
     expectSameInPieces(named("Ann") +
