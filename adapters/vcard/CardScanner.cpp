@@ -113,9 +113,9 @@ bool CardScanner::readOrdinaryLine(const Line& line)
 {
     const auto text = content(line);
     const auto head = ordinaryHeadOf(text);
-    // At "=", the value may continue on the next line. What an AGENT has may be a card.
-    if (!head || nestedCards_ > 0 || nextBreaksOff_ || nextIsIndented() || text.back() == '=' ||
-        head->kind == PropertyKind::Agent || ordinaryLines_ == OrdinaryLines::LikeOthers) {
+    // At "=", the value may continue on the next line.
+    if (!head || nextIsIndented() || text.back() == '=' ||
+        ordinaryLines_ == OrdinaryLines::LikeOthers) {
         return false;
     }
     auto colon = head->nameEnd;
@@ -133,6 +133,7 @@ bool CardScanner::readOrdinaryLine(const Line& line)
         encoding = meaning.encoding;
     }
     expectsAgentCard_ = false;
+    // Also in a nested card: the AGENT before it is a property.
     hasProperty_ = true;
     if (head->kind != PropertyKind::Ignored || properties_ == Properties::All) {
         const bool isPlain = line.isPlain && encoding.transfer == TransferEncoding::Plain &&
