@@ -118,15 +118,16 @@ void PiecewiseReading::append(Piece& piece)
 
 void PiecewiseReading::appendCards(const Piece& piece)
 {
-    // The rest of the text is probably like this piece; other texts are a little denser.
-    const auto count = piece.cards.people.size();
-    const auto remaining = static_cast<double>(text_.size() - piece.begin) /
-                           static_cast<double>(piece.end - piece.begin);
-    constexpr double kMargin = 1.1;
-    const auto expected =
-        static_cast<std::size_t>(static_cast<double>(count) * remaining * kMargin) + 1;
-    makeRoom(cards_.people, count, expected);
-    makeRoom(cards_.ranges, count, expected);
+    if (const auto count = piece.cards.people.size(); count > 0) {
+        // The rest of the text is probably like this piece, or a little denser.
+        const auto remaining = static_cast<double>(text_.size() - piece.begin) /
+                               static_cast<double>(piece.end - piece.begin);
+        constexpr double kMargin = 1.1;
+        const auto expected =
+            static_cast<std::size_t>(static_cast<double>(count) * remaining * kMargin) + 1;
+        makeRoom(cards_.people, count, expected);
+        makeRoom(cards_.ranges, count, expected);
+    }
     appendAll(cards_.people, piece.cards.people);
     appendAll(cards_.ranges, piece.cards.ranges);
     appendAll(cards_.groups, piece.cards.groups);
