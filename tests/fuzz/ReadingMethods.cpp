@@ -2,6 +2,7 @@
 
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/CardScanner.h"
+#include "adapters/vcard/PiecewiseReading.h"
 #include "tests/fuzz/PersonChecks.h"
 
 #include <algorithm>
@@ -23,6 +24,29 @@ CardReader::Cards readLineByLine(std::string_view text, CardReader::Text kind,
     scanner.readAll(cards);
     cards.skipped = scanner.skipped();
     return cards;
+}
+
+CardReader::Cards readInPieces(std::string_view text, CardReader::Text kind,
+                               const std::vector<std::size_t>& ends,
+                               PiecewiseReading::Memories& memories)
+{
+    CardReader::Cards cards;
+    // Starting others takes longer than most texts.
+    constexpr std::size_t kThreads = 1;
+    PiecewiseReading(text, kind, ends, memories, cards).run(kThreads);
+    return cards;
+}
+
+/// Ends in unlikely places, such as the middle of a line, but the same ones each time.
+std::vector<std::size_t> oddEnds(std::string_view text)
+{
+    constexpr std::size_t kPieces = 5;
+    std::vector<std::size_t> ends;
+    for (std::size_t piece = 1; piece < kPieces; ++piece) {
+        ends.push_back(text.size() / kPieces * piece);
+    }
+    ends.push_back(text.size());
+    return ends;
 }
 
 bool sameRanges(const std::vector<CardRange>& a, const std::vector<CardRange>& b)
@@ -89,6 +113,13 @@ std::string differenceOfMethods(std::string_view text)
         std::pmr::monotonic_buffer_resource memory;
         if (auto found = difference(cards, readLineByLine(text, kind, memory)); !found.empty()) {
             return found + " when every line is read like the unusual ones";
+        }
+        PiecewiseReading::Memories memories;
+        for (const auto& ends : {pieceEnds(text, 1), oddEnds(text)}) {
+            if (auto found = difference(cards, readInPieces(text, kind, ends, memories));
+                !found.empty()) {
+                return found + " when the text is read in pieces";
+            }
         }
         if (wholeCards(text, kind, CardScanner::OrdinaryLines::InOneStep) !=
             wholeCards(text, kind, CardScanner::OrdinaryLines::LikeOthers)) {
