@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dunmora {
@@ -49,18 +51,31 @@ public:
 
 private:
     struct Copy {
-        std::string uid;
+        /// Where its uid ends in `uids_`; that of the copy before is the beginning.
+        std::size_t uidEnd = 0;
         std::optional<std::uint64_t> card;
         bool isChecked = false;
     };
+    /// Adjacent copies, in the order of the rows.
     struct Group {
-        /// In the order of the rows.
-        std::vector<Copy> copies;
+        std::size_t firstCopy = 0;
+        std::size_t size = 0;
         /// How many marks differ from the proposal.
         std::size_t changed = 0;
     };
+    class GroupSearch;
+
+    std::string_view uidOf(std::size_t copy) const;
+    std::string_view smallestUidOf(const Group& group) const;
+    /// Finds the row of each of the group's copies, in their order, among as many rows from
+    /// `firstRow` on. Returns false when those have other people.
+    bool findRows(const Group& group, std::span<const std::string> uids, std::size_t firstRow,
+                  std::vector<std::size_t>& rows) const;
 
     std::vector<Group> groups_;
+    std::vector<Copy> copies_;
+    // Back to back: there may be a million.
+    std::string uids_;
     std::size_t count_ = 0;
 };
 

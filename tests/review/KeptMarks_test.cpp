@@ -105,6 +105,29 @@ TEST_F(KeptMarksTest, FollowTheirPeopleWhenAGroupIsListedInAnotherOrder)
     EXPECT_EQ(restored.rows, Rows());
 }
 
+TEST_F(KeptMarksTest, FollowTheirGroupsWhenTheseAreListedInAnotherOrder)
+{
+    const auto twice = [](const std::vector<std::string>& names) {
+        std::vector<FakePerson> people;
+        for (const auto& name : names) {
+            people.push_back(person(name + "1", name));
+            people.push_back(person(name + "2", name));
+        }
+        return people;
+    };
+    searchIn(twice({"Ann", "Ben", "Cid", "Dan", "Eve"}));
+    toggle({0, 2, 6, 8});
+    const auto kept = keep();
+
+    searchIn(twice({"Eve", "Ann", "Zoe", "Cid", "Dan"}));
+    const auto restored = restore(kept);
+
+    EXPECT_EQ(marks(), "xxxx-x-xxx");
+    EXPECT_EQ(restored.rows, (Rows{0, 2, 8}));
+    EXPECT_EQ(restored.kept, 3U);
+    EXPECT_EQ(restored.lost, 1U);
+}
+
 TEST_F(KeptMarksTest, AreLostInAGroupWithANewMember)
 {
     searchIn({person("1"), person("2")});
