@@ -1,5 +1,6 @@
 #include "adapters/eds/module/ContactQuery.h"
 
+#include "adapters/eds/PlainCard.h"
 #include "adapters/eds/module/GlibOwned.h"
 
 #include <memory>
@@ -17,7 +18,9 @@ void takePeople(GSList* contacts, std::vector<ContactText>& people)
         // The card comes first: it is the stored text only until a property is read.
         const std::unique_ptr<char, decltype(&g_free)> card(
             e_vcard_to_string(E_VCARD(contact), EVC_FORMAT_VCARD_30), g_free);
-        if (e_contact_get(contact, E_CONTACT_IS_LIST) == nullptr) {
+        if (const auto uid = plainUid(card.get())) {
+            people.push_back({std::string(*uid), card.get()});
+        } else if (e_contact_get(contact, E_CONTACT_IS_LIST) == nullptr) {
             people.push_back(
                 {stringOf(static_cast<const char*>(e_contact_get_const(contact, E_CONTACT_UID))),
                  stringOf(card.get())});
