@@ -121,6 +121,7 @@ void ContactRecord::release() noexcept
 {
     if (data_.ownsTexts) {
         delete[] data_.texts;
+        data_.ownsTexts = false;
     }
 }
 

@@ -24,7 +24,7 @@ public:
     {
         if (next_ == nullptr || size > left_) {
             const auto block = std::max(size, blockSize_);
-            blocks_.push_back(std::make_unique_for_overwrite<char[]>(block));
+            blocks_.push_back(Block(new char[block]));
             next_ = blocks_.back().get();
             left_ = block;
             blockSize_ = std::min(2 * blockSize_, kLargestBlock);
@@ -44,11 +44,13 @@ public:
     }
 
 private:
+    using Block = std::unique_ptr<char[]>;  // NOLINT(modernize-avoid-c-arrays): sized at run time
+
     // A few people need little; for many, blocks of a mebibyte are few enough.
     static constexpr std::size_t kFirstBlock = 1024;
-    static constexpr std::size_t kLargestBlock = 1024 * 1024;
+    static constexpr std::size_t kLargestBlock = std::size_t{1024} * 1024;
 
-    std::vector<std::unique_ptr<char[]>> blocks_;
+    std::vector<Block> blocks_;
     std::size_t blockSize_ = kFirstBlock;
     // What is left of the last block.
     char* next_ = nullptr;
