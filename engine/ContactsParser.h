@@ -53,6 +53,10 @@ public:
     ContactRecord* recordInRow(std::size_t row);
     const ContactRecord* recordInRow(std::size_t row) const;
 
+    /// Where the last search found the person in this row, which must exist: the position of a
+    /// member of one of the `contactGroups`.
+    std::size_t positionInRow(std::size_t row) const { return rowPositions_[row]; }
+
     /// The groups of the last search, groups of one included; the rows are the groups of two or
     /// more, in this order. A deletion leaves the groups as they are: they still list the people it
     /// removed.

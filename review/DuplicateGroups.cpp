@@ -40,8 +40,8 @@ std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
         }
         // The rows are these groups without the people removed since, in the same order.
         const auto firstRow = row;
-        for (const auto uid : found.value) {
-            if (row < rows.size() && rows[row] == uid) {
+        for (auto member = found.value.begin(); member != found.value.end(); ++member) {
+            if (row < rows.size() && engine.positionInRow(row) == member.position()) {
                 ++row;
             }
         }

@@ -300,6 +300,17 @@ TEST_F(RowRecordTest, AreThoseUnderTheUidsOfTheRows)
     EXPECT_EQ(engine_.recordInRow(4), nullptr);
 }
 
+TEST_F(RowRecordTest, AreAtThePositionsOfTheSearch)
+{
+    loadAndFind({named("1", "Ben"), named("2", "Ann"), named("3", "Ben"), named("4", "Ann")});
+    engine_.deleteContacts({"3"});
+
+    ASSERT_EQ(engine_.duplicates(), (Uids{"1", "2", "4"}));
+    EXPECT_EQ(engine_.positionInRow(0), 0U);
+    EXPECT_EQ(engine_.positionInRow(1), 1U);
+    EXPECT_EQ(engine_.positionInRow(2), 3U);
+}
+
 TEST_F(RowRecordTest, AreFoundAgainAfterOtherPeopleWereStored)
 {
     loadAndFind({named("1", "Ann"), named("2", "Ann")});
