@@ -12,11 +12,11 @@ SharedFlags::SharedFlags()
 
 const bool* SharedFlags::find(std::string_view name) const
 {
+    // There are a handful, of different sizes: no sorted table is searched as fast.
     const auto& table = *current_.load(std::memory_order_acquire);
-    const auto found = std::lower_bound(
-        table.begin(), table.end(), name,
-        [](const Flag& flag, std::string_view wanted) { return isBefore(flag.name, wanted); });
-    return found != table.end() && found->name == name ? &found->value : nullptr;
+    const auto found = std::find_if(table.begin(), table.end(),
+                                    [&](const Flag& flag) { return flag.name == name; });
+    return found != table.end() ? &found->value : nullptr;
 }
 
 void SharedFlags::set(std::string_view name, bool value)
@@ -24,11 +24,11 @@ void SharedFlags::set(std::string_view name, bool value)
     const std::lock_guard guard(changes_);
     auto table = *tables_.back();
     const auto place = std::find_if(table.begin(), table.end(),
-                                    [&](const Flag& flag) { return !isBefore(flag.name, name); });
-    if (place != table.end() && place->name == name) {
+                                    [&](const Flag& flag) { return flag.name == name; });
+    if (place != table.end()) {
         place->value = value;
     } else {
-        table.insert(place, {std::string(name), value});
+        table.push_back({std::string(name), value});
     }
     publish(std::move(table));
 }
@@ -40,15 +40,8 @@ void SharedFlags::replace(const Flags& flags)
     for (const auto& [name, value] : flags) {
         table.push_back({name, value});
     }
-    std::sort(table.begin(), table.end(),
-              [](const Flag& a, const Flag& b) { return isBefore(a.name, b.name); });
     const std::lock_guard guard(changes_);
     publish(std::move(table));
-}
-
-bool SharedFlags::isBefore(std::string_view a, std::string_view b)
-{
-    return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
 void SharedFlags::publish(Table table)

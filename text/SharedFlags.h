@@ -11,8 +11,8 @@
 
 namespace dunmora {
 
-/// Flags by name, read all the time and hardly ever changed: a reader takes no lock, and no change
-/// makes it wait.
+/// A handful of flags by name, read all the time and hardly ever changed: a reader takes no lock,
+/// and no change makes it wait.
 ///
 /// A change makes a new table and puts it in the place of the old one, which is kept until the
 /// object is destroyed, because somebody may still be reading it.
@@ -43,11 +43,8 @@ private:
 
         bool operator==(const Flag&) const = default;
     };
-    /// In the order of `isBefore`.
     using Table = std::vector<Flag>;
 
-    /// An order in which the sizes of two names mostly decide.
-    static bool isBefore(std::string_view a, std::string_view b);
     /// Lets readers find this table, unless it equals the current one. The caller holds the mutex.
     void publish(Table table);
 
