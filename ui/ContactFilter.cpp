@@ -19,6 +19,9 @@ namespace {
 /// Separates texts that are not read as one. Nobody can type it into a line.
 constexpr char kSeparator = '\n';
 
+constexpr auto kFirstName = textPlace(kContactFirstName);
+constexpr auto kLastName = textPlace(kContactLastName);
+
 /// Appends the ASCII digits of the text. Returns false when it has characters beyond ASCII, of
 /// which some may be digits, too.
 bool appendAsciiDigits(std::string& digits, std::string_view phone)
@@ -85,15 +88,15 @@ bool ContactFilter::narrows(const ContactFilter& earlier) const
 bool ContactFilter::matchesText(const ContactRecord& contact)
 {
     buffer_.clear();
-    appendFolded(buffer_, contact.text(kContactFirstName), folding_);
+    appendFolded(buffer_, contact.textAt(kFirstName), folding_);
     // Harmless beside a missing name: the typed text neither begins nor ends with a blank.
     buffer_ += ' ';
-    appendFolded(buffer_, contact.text(kContactLastName), folding_);
-    for (const auto* const field : kTextFields) {
-        if (field->kind != FieldKind::Uid && field->key != kContactFirstName &&
-            field->key != kContactLastName) {
+    appendFolded(buffer_, contact.textAt(kLastName), folding_);
+    for (std::size_t place = 0; place < kTextFields.size(); ++place) {
+        if (kTextFields[place]->kind != FieldKind::Uid && place != kFirstName &&
+            place != kLastName) {
             buffer_ += kSeparator;
-            appendFolded(buffer_, contact.text(field->key), folding_);
+            appendFolded(buffer_, contact.textAt(place), folding_);
         }
     }
     return buffer_.find(folded_) != std::string::npos;
@@ -102,9 +105,9 @@ bool ContactFilter::matchesText(const ContactRecord& contact)
 bool ContactFilter::matchesDigits(const ContactRecord& contact)
 {
     buffer_.clear();
-    for (const auto* const field : kTextFields) {
-        if (field->kind == FieldKind::Phone) {
-            appendDigits(buffer_, contact.text(field->key), folding_);
+    for (std::size_t place = 0; place < kTextFields.size(); ++place) {
+        if (kTextFields[place]->kind == FieldKind::Phone) {
+            appendDigits(buffer_, contact.textAt(place), folding_);
             buffer_ += kSeparator;
         }
     }

@@ -66,7 +66,7 @@ void ContactsController::setObjectValue(const CellValue& /*value*/, std::string_
         return;
     }
     if (auto* const record = recordInRow(row)) {
-        record->setObject(!record->isChecked(), kContactCheck);
+        record->setChecked(!record->isChecked());
     }
 }
 
