@@ -3,12 +3,24 @@
 #include "platform/Person.h"
 #include "platform/PersonCard.h"
 
+#include <array>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace dunmora {
+
+/// A card as its book stores it, to be compared with another one of the book without reading
+/// either.
+struct StoredCard {
+    /// Pieces of the card. Two cards with equal parts are in the same lists, and hold the same
+    /// properties in the same order, of which some name the person, except that the values of UID
+    /// and REV may differ. Valid until the next `AddressBook::readPeople`.
+    std::array<std::string_view, 3> parts;
+    /// The book or file that the card is from; never null.
+    const PersonSource* source;
+};
 
 /// The whole cards of an address book's people: what a backup is written from, and what a user
 /// reviews besides the contact fields.
@@ -31,6 +43,14 @@ public:
     /// else, and when the card cannot be read. Takes some microseconds where the book is in memory.
     /// Errors: PlatformError when the book cannot be reached.
     virtual std::optional<PersonCard> card(std::string_view uid) const = 0;
+
+    /// The same card as it is stored: much faster than `card`, which returns the same each time
+    /// while there is a stored one. Nothing for a card that cannot be compared in this way, and in
+    /// a book that has no such cards in memory. Errors: none.
+    virtual std::optional<StoredCard> storedCard(std::string_view /*uid*/) const
+    {
+        return std::nullopt;
+    }
 };
 
 }  // namespace dunmora

@@ -48,13 +48,11 @@ bool isShared(std::span<const Use> uses)
 void KeptProperties::addGroup(std::span<const CardKeys> cards)
 {
     const auto ids = number(cards);
-    const auto group = static_cast<std::uint32_t>(firstRows_.size());
     firstRows_.push_back(static_cast<std::uint32_t>(rows_.size()));
     const auto* need = ids.needed.data();
     const auto* provision = ids.provided.data();
     for (const auto& card : cards) {
-        rows_.push_back({group, static_cast<std::uint32_t>(properties_.size()),
-                         static_cast<std::uint32_t>(provided_.size())});
+        addRow(false);
         for (std::size_t property = 0; property < card.size(); ++property) {
             properties_.push_back(static_cast<std::uint32_t>(needed_.size()));
             const auto* const end = need + card.neededBy(property).size();
@@ -70,6 +68,19 @@ void KeptProperties::addGroup(std::span<const CardKeys> cards)
             ++kept_[id];
         }
         provided_.insert(provided_.end(), provided.begin(), provided.end());
+    }
+}
+
+void KeptProperties::addGroupOfEqual(std::size_t rows)
+{
+    const auto id = static_cast<Id>(kept_.size());
+    kept_.push_back(static_cast<std::uint32_t>(rows));
+    firstRows_.push_back(static_cast<std::uint32_t>(rows_.size()));
+    for (std::size_t i = 0; i < rows; ++i) {
+        addRow(true);
+        properties_.push_back(static_cast<std::uint32_t>(needed_.size()));
+        needed_.push_back(id);
+        provided_.push_back(id);
     }
 }
 
@@ -106,13 +117,14 @@ std::size_t KeptProperties::propertiesOf(std::size_t row) const
 
 bool KeptProperties::isKept(std::size_t row, std::size_t property) const
 {
-    const auto needed = neededBy(rows_[row].firstProperty + property);
+    const auto own = rows_[row].isEqual ? 0 : property;
+    const auto needed = neededBy(rows_[row].firstProperty + own);
     if (rows_[row].isChecked) {
         return std::any_of(needed.begin(), needed.end(), [&](Id id) { return kept_[id] > 0; });
     }
-    const auto own = providedBy(row);
+    const auto provided = providedBy(row);
     return std::any_of(needed.begin(), needed.end(), [&](Id id) {
-        return kept_[id] > (std::binary_search(own.begin(), own.end(), id) ? 1U : 0U);
+        return kept_[id] > (std::binary_search(provided.begin(), provided.end(), id) ? 1U : 0U);
     });
 }
 
@@ -127,6 +139,16 @@ std::vector<std::size_t> KeptProperties::otherKeptRows(std::size_t row, std::siz
         }
     }
     return found;
+}
+
+/// Adds a row of the last group, without its properties.
+void KeptProperties::addRow(bool isEqual)
+{
+    auto& row = rows_.emplace_back();
+    row.group = static_cast<std::uint32_t>(firstRows_.size() - 1);
+    row.firstProperty = static_cast<std::uint32_t>(properties_.size());
+    row.firstProvided = static_cast<std::uint32_t>(provided_.size());
+    row.isEqual = isEqual;
 }
 
 KeptProperties::Ids KeptProperties::number(std::span<const CardKeys> cards)

@@ -22,6 +22,10 @@ public:
     /// Adds the rows of the next group, all unchecked.
     void addGroup(std::span<const CardKeys> cards);
 
+    /// Adds the next group, of rows whose cards hold the same: at least one compared property.
+    /// These count as one, whichever of them is asked for.
+    void addGroupOfEqual(std::size_t rows);
+
     /// Reads the check marks of these rows, of which each may be there twice. An edit costs the
     /// properties of these rows, or of their whole groups when what is kept has changed.
     void rowsEdited(std::span<const std::size_t> rows,
@@ -29,8 +33,6 @@ public:
 
     std::size_t rows() const { return rows_.size(); }
     bool isChecked(std::size_t row) const { return rows_[row].isChecked; }
-    /// How many properties of the row's card are compared.
-    std::size_t propertiesOf(std::size_t row) const;
     /// Whether another row of the group, an unchecked one, has the property.
     bool isKept(std::size_t row, std::size_t property) const;
     /// Whether the row is checked and has a property that no unchecked row of its group has.
@@ -52,6 +54,8 @@ private:
         std::uint32_t firstProvided = 0;
         bool isChecked = false;
         bool holdsUnique = false;
+        // Of a group whose rows all have one property, which stands for all.
+        bool isEqual = false;
     };
 
     struct Ids {
@@ -59,6 +63,8 @@ private:
         std::vector<Id> provided;
     };
 
+    void addRow(bool isEqual);
+    std::size_t propertiesOf(std::size_t row) const;
     Ids number(std::span<const CardKeys> cards);
     std::span<const Id> neededBy(std::size_t property) const;
     std::span<const Id> providedBy(std::size_t row) const;

@@ -27,29 +27,74 @@ constexpr std::size_t kMostKeptShown = 16;
 /// As many texts as a tall window shows.
 constexpr std::size_t kMostTexts = 256;
 
-/// Numbers the different sources.
-class SourceNumbers final {
-public:
-    explicit SourceNumbers(std::vector<PersonSource>& sources) : sources_(sources) {}
+}  // namespace
 
-    std::uint32_t of(PersonSource source)
+/// Adds one group after another to an empty object.
+class UniqueProperties::Reading final {
+public:
+    Reading(UniqueProperties& to, const CardSource& cards) : to_(to), cards_(cards) {}
+
+    /// Adds a group of rows if the book can say at once that their cards hold the same. Returns
+    /// whether it can.
+    bool addEqual(const DuplicateGroup& group)
     {
-        const auto [found, isNew] =
-            numbers_.try_emplace(source.address, static_cast<std::uint32_t>(sources_.size()));
-        if (isNew) {
-            sources_.push_back(std::move(source));
+        const auto before = to_.rows_.size();
+        std::optional<StoredCard> first;
+        for (const auto& uid : group.uids) {
+            const auto card = cards_.storedCard(uid);
+            first = first ? first : card;
+            if (!card || card->parts != first->parts) {
+                to_.rows_.resize(before);
+                return false;
+            }
+            to_.rows_.push_back({0, numberOf(*card->source), HashState::WhenAsked});
         }
-        return found->second;
+        to_.kept_.addGroupOfEqual(group.uids.size());
+        return true;
+    }
+
+    void add(const DuplicateGroup& group)
+    {
+        keys_.resize(std::max(keys_.size(), group.uids.size()));
+        for (std::size_t i = 0; i < group.uids.size(); ++i) {
+            if (const auto card = cards_.card(group.uids[i])) {
+                keys_[i].read(*card);
+                to_.rows_.push_back({hashOf(*card), numberOf(card->source), HashState::Known});
+            } else {
+                keys_[i].setUnknown();
+                to_.rows_.push_back({0, kNoSource, HashState::Unreadable});
+            }
+        }
+        to_.kept_.addGroup(std::span(keys_).first(group.uids.size()));
     }
 
 private:
-    std::vector<PersonSource>& sources_;
+    /// The source's place in the list of different sources.
+    std::uint32_t numberOf(const PersonSource& source)
+    {
+        auto& sources = to_.sources_;
+        // Most rows are from the book or file of the row before.
+        if (last_ < sources.size() && sources[last_].address == source.address) {
+            return last_;
+        }
+        const auto [found, isNew] =
+            numbers_.try_emplace(source.address, static_cast<std::uint32_t>(sources.size()));
+        if (isNew) {
+            sources.push_back(source);
+        }
+        last_ = found->second;
+        return last_;
+    }
+
+    UniqueProperties& to_;
+    const CardSource& cards_;
+    // Reused, so that a group costs no allocations.
+    std::vector<CardKeys> keys_;
     std::unordered_map<std::string, std::uint32_t, TextHash> numbers_;
+    std::uint32_t last_ = 0;
 };
 
-}  // namespace
-
-void UniqueProperties::read(const ContactsParser& engine, const CardSource* cards)
+void UniqueProperties::read(const ContactsParser& engine, const CardSource* cards, Hashes hashes)
 {
     clear();
     if (cards == nullptr) {
@@ -58,22 +103,11 @@ void UniqueProperties::read(const ContactsParser& engine, const CardSource* card
     engine_ = &engine;
     cards_ = cards;
     rows_.reserve(engine.duplicates().size());
-    SourceNumbers sources(sources_);
-    // Reused, so that a group costs no allocations.
-    std::vector<CardKeys> keys;
+    Reading reading(*this, *cards);
     for (const auto& group : duplicateGroups(engine)) {
-        keys.resize(std::max(keys.size(), group.uids.size()));
-        for (std::size_t i = 0; i < group.uids.size(); ++i) {
-            auto card = cards->card(group.uids[i]);
-            if (card) {
-                keys[i].read(*card);
-                rows_.push_back({hashOf(*card), sources.of(std::move(card->source))});
-            } else {
-                keys[i].setUnknown();
-                rows_.push_back({std::nullopt, kNoSource});
-            }
+        if (hashes == Hashes::Kept || !reading.addEqual(group)) {
+            reading.add(group);
         }
-        kept_.addGroup(std::span(keys).first(group.uids.size()));
     }
     std::vector<std::size_t> all(rows_.size());
     std::iota(all.begin(), all.end(), std::size_t{0});
@@ -163,7 +197,14 @@ std::optional<std::vector<CardLine>> UniqueProperties::lines(std::size_t row) co
 
 std::optional<std::uint64_t> UniqueProperties::cardHash(std::size_t row) const
 {
-    return row < rows_.size() ? rows_[row].cardHash : std::nullopt;
+    if (row >= rows_.size() || rows_[row].state == HashState::Unreadable) {
+        return std::nullopt;
+    }
+    if (rows_[row].state == HashState::Known) {
+        return rows_[row].cardHash;
+    }
+    const auto card = cardOf(row);
+    return card ? std::optional(hashOf(*card)) : std::nullopt;
 }
 
 const PersonSource* UniqueProperties::source(std::size_t row) const
@@ -196,7 +237,10 @@ std::optional<PersonCard> UniqueProperties::cardOf(std::size_t row) const
 std::optional<PersonCard> UniqueProperties::comparedCardOf(std::size_t row) const
 {
     auto card = cardOf(row);
-    return card && hashOf(*card) == rows_[row].cardHash ? std::move(card) : std::nullopt;
+    // A stored card stays the same.
+    return card && (rows_[row].state == HashState::WhenAsked || hashOf(*card) == cardHash(row))
+               ? std::move(card)
+               : std::nullopt;
 }
 
 }  // namespace dunmora

@@ -20,7 +20,7 @@ class ContactsParser;
 /// What only one copy holds: the properties of a row's whole card that no unchecked row of its
 /// group has, kept up to date row by row. Also what else the review shows of the rows' cards.
 ///
-/// Keeps hashes of the cards and no text. The functions that return texts read the row's card
+/// Keeps no text of the cards, at most hashes. The functions that return texts read the row's card
 /// again, and those of the rows that it is compared with.
 ///
 /// Thread: one at a time: a worker for `read`, the main thread for the rest while no job runs.
@@ -30,11 +30,19 @@ public:
     /// Forgets all rows. To be called before a job changes the rows, and before the book is closed.
     void clear() { *this = {}; }
 
+    /// How `cardHash` and the functions that return texts know a row's card.
+    enum class Hashes {
+        /// All cards are read, and their hashes are kept.
+        Kept,
+        /// Cards that the book can compare without reading them are read when they are asked for.
+        WhenAsked,
+    };
+
     /// Reads the cards and the check marks of all rows. `engine` and `cards` must stay alive until
     /// the next `clear` or `read`. `cards` is null for a book without cards: there is then nothing
     /// to show of any row. A card that cannot be read counts as one that holds something unique.
     /// Errors: PlatformError when the book cannot be reached.
-    void read(const ContactsParser& engine, const CardSource* cards);
+    void read(const ContactsParser& engine, const CardSource* cards, Hashes hashes = Hashes::Kept);
 
     /// Reads the check marks of these rows again. Does nothing, and does not ask the engine, after
     /// `clear`.
@@ -74,10 +82,15 @@ public:
     std::string substituteName(std::size_t row) const;
 
 private:
+    enum class HashState : std::uint8_t { Unreadable, Known, WhenAsked };
     struct Row {
-        std::optional<std::uint64_t> cardHash;
+        // If it is known.
+        std::uint64_t cardHash = 0;
         std::uint32_t source;
+        HashState state = HashState::Unreadable;
     };
+
+    class Reading;
 
     std::optional<PersonCard> cardOf(std::size_t row) const;
     /// The row's card; nullopt also when it is no longer the one that was compared.

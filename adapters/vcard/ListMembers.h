@@ -20,6 +20,9 @@ public:
     /// Adds the list with this card (KIND:group, RFC 6350 §6.1.4, or X-ADDRESSBOOKSERVER-KIND).
     void add(std::string_view card, CardReader::Text kind);
 
+    /// Whether no list has been added.
+    bool isEmpty() const { return names_.empty(); }
+
     /// The names of the lists, in their order, that have the person with these properties as a
     /// member.
     std::vector<std::string> listsOf(const std::vector<CardProperty>& person) const;

@@ -101,6 +101,11 @@ std::optional<PersonCard> VCardAddressBook::card(std::string_view uid) const
     return book_ ? book_->card(uid) : std::nullopt;
 }
 
+std::optional<StoredCard> VCardAddressBook::storedCard(std::string_view uid) const
+{
+    return book_ ? book_->storedCard(uid) : std::nullopt;
+}
+
 ReadingNotes VCardAddressBook::notes() const
 {
     return book_ ? book_->notes() : ReadingNotes();

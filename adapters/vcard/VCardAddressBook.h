@@ -44,6 +44,7 @@ public:
     ReadingNotes notes() const override;
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
+    std::optional<StoredCard> storedCard(std::string_view uid) const override;
 
     std::size_t deletions() const override { return deletions_.size(); }
     std::size_t lastRemoved() const override;

@@ -12,6 +12,7 @@
 #include "adapters/vcard/CardProperties.h"
 #include "adapters/vcard/ForeignFile.h"
 #include "adapters/vcard/HardLinks.h"
+#include "adapters/vcard/StoredParts.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 #include "text/LookAhead.h"
@@ -470,6 +471,24 @@ std::optional<PersonCard> VCardBook::card(std::string_view uid) const
     }
     auto lists = lists_.listsOf(*properties);
     return PersonCard{*std::move(properties), std::move(lists), sources_[place.file]};
+}
+
+std::optional<StoredCard> VCardBook::storedCard(std::string_view uid) const
+{
+    const auto person = uids_.find(uid);
+    // Whether somebody is in a list depends on the uid.
+    if (!person || !lists_.isEmpty()) {
+        return std::nullopt;
+    }
+    const auto& place = places_[*person];
+    const auto& file = files_[place.file];
+    // Equal bytes of files in different encodings may be different texts.
+    if (file.textKind() != CardReader::Text::Bytes) {
+        return std::nullopt;
+    }
+    const auto parts =
+        storedParts(file.bytes().substr(place.range.begin, place.range.end - place.range.begin));
+    return parts ? std::optional(StoredCard{*parts, &sources_[place.file]}) : std::nullopt;
 }
 
 std::string VCardBook::cards(std::span<const Person* const> people) const

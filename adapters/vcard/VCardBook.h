@@ -12,6 +12,7 @@
 #include "adapters/vcard/TextDecoding.h"
 #include "adapters/vcard/UidRegistry.h"
 #include "platform/AddressBook.h"
+#include "platform/CardSource.h"
 #include "platform/PersonCard.h"
 
 #include <cstddef>
@@ -52,6 +53,7 @@ public:
     const ReadingNotes& notes() const { return notes_; }
     std::string cards(std::span<const Person* const> people) const;
     std::optional<PersonCard> card(std::string_view uid) const;
+    std::optional<StoredCard> storedCard(std::string_view uid) const;
 
 private:
     /// Where a person's card is, and what becomes of it.

@@ -54,4 +54,9 @@ std::optional<PersonCard> VCardStreamBook::card(std::string_view uid) const
     return book_ ? book_->card(uid) : std::nullopt;
 }
 
+std::optional<StoredCard> VCardStreamBook::storedCard(std::string_view uid) const
+{
+    return book_ ? book_->storedCard(uid) : std::nullopt;
+}
+
 }  // namespace dunmora

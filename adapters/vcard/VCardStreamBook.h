@@ -41,6 +41,7 @@ public:
     ReadingNotes notes() const override;
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
+    std::optional<StoredCard> storedCard(std::string_view uid) const override;
 
 private:
     PersonSource source_;

@@ -279,8 +279,9 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
     }
 
     UniqueProperties properties;
-    namingBookInMemoryErrors(request.book.addressBook,
-                             [&] { properties.read(engine, session.cards()); });
+    namingBookInMemoryErrors(request.book.addressBook, [&] {
+        properties.read(engine, session.cards(), UniqueProperties::Hashes::WhenAsked);
+    });
     show(engine, properties, session.cards(), request, environment);
     reportUnique(properties, request.book, environment);
     if (asks(request) &&

@@ -24,9 +24,10 @@ void appendGroup(TablePeople& table, const DuplicateGroup& group, const Contacts
             people.push_back({record, properties.has(row)});
         }
     }
-    const auto checked = std::stable_partition(
-        people.begin() + begin, people.end(),
-        [](const TablePerson& person) { return !person.record->isChecked(); });
+    const auto checked =
+        std::stable_partition(people.begin() + begin, people.end(), [](const TablePerson& person) {
+            return !person.record->isChecked();
+        });
     if (checked == people.end()) {
         people.erase(people.begin() + begin, people.end());
     } else {

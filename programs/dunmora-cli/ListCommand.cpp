@@ -73,8 +73,9 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
     const auto& engine = session.review();
     const auto groups = duplicateGroups(engine);
     UniqueProperties cards;
-    namingBookInMemoryErrors(shownBookName(request.book.addressBook),
-                             [&] { cards.read(engine, session.cards()); });
+    namingBookInMemoryErrors(shownBookName(request.book.addressBook), [&] {
+        cards.read(engine, session.cards(), UniqueProperties::Hashes::WhenAsked);
+    });
     GroupWarnings warnings;
     warnings.update(engine);
     const auto notes = session.addressBook().notes();

@@ -44,7 +44,14 @@ public:
         return found == byUid.end() ? std::nullopt : std::optional(found->second);
     }
 
+    std::optional<StoredCard> storedCard(std::string_view uid) const override
+    {
+        const auto found = storedByUid.find(uid);
+        return found == storedByUid.end() ? std::nullopt : std::optional(found->second);
+    }
+
     std::map<std::string, PersonCard, std::less<>> byUid;
+    std::map<std::string, StoredCard, std::less<>> storedByUid;
     mutable int readings = 0;
 };
 

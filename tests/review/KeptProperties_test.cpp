@@ -57,6 +57,34 @@ PersonCard withNumbers(const std::vector<std::string>& numbers)
     return result;
 }
 
+TEST_F(KeptPropertiesTest, OfEqualCardsAreThoseOfCardsThatWereRead)
+{
+    constexpr std::size_t kRows = 3;
+    constexpr std::size_t kProperties = 2;
+    const auto same = withNumbers({"030 123456", "030 654321"});
+    addGroup({withNumbers({"1"}), withNumbers({"2"})});
+    const auto equalBegin = kept_.rows();
+    kept_.addGroupOfEqual(kRows);
+    addGroup({same, same, same});
+    std::mt19937 random(14);
+
+    for (int i = 0; i < 100; ++i) {
+        const auto row = random() % kRows;
+        const bool on = random() % 2 == 0;
+        check({equalBegin + row, equalBegin + kRows + row}, on);
+
+        for (std::size_t j = 0; j < kRows; ++j) {
+            const auto equal = equalBegin + j;
+            EXPECT_EQ(kept_.isOnlyInRow(equal), kept_.isOnlyInRow(equal + kRows));
+            EXPECT_EQ(kept_.otherKeptRows(equal, kRows).size(),
+                      kept_.otherKeptRows(equal + kRows, kRows).size());
+            for (std::size_t property = 0; property < kProperties; ++property) {
+                EXPECT_EQ(kept_.isKept(equal, property), kept_.isKept(equal + kRows, property));
+            }
+        }
+    }
+}
+
 TEST_F(KeptPropertiesTest, AreThoseOfTheUncheckedRows)
 {
     addGroup({withNumbers({"1", "2"}), withNumbers({"1"}), withNumbers({"2"})});

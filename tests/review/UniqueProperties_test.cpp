@@ -287,6 +287,59 @@ TEST_F(UniquePropertiesTest, KnowEqualCardsByTheirHashes)
     EXPECT_EQ(unique_.cardHash(3), std::nullopt);
 }
 
+TEST_F(UniquePropertiesTest, NeedNotReadCardsThatTheBookCanCompare)
+{
+    const PersonSource source{"book.vcf", "book"};
+    for (const auto* const uid : {"0", "1", "2"}) {
+        cards_.storedByUid[uid] = {{"same", "", ""}, &source};
+    }
+    const auto same = card({text("FN", "Ann"), text("NOTE", "a")});
+    reviewShows({same, same, same});
+    cards_.readings = 0;
+
+    unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
+
+    EXPECT_EQ(unique_.count(), 0U);
+    EXPECT_EQ(*unique_.source(2), source);
+    EXPECT_EQ(cards_.readings, 0);
+    EXPECT_EQ(unique_.cardHash(1), hashOf(same));
+    check(0, true);
+    EXPECT_EQ(unique_.count(), 3U);
+    EXPECT_EQ(namesOnlyHere(2), (Names{"FN=Ann", "NOTE=a"}));
+    ASSERT_TRUE(unique_.lines(1));
+    EXPECT_EQ(unique_.lines(1)->at(1).verdict, CardVerdict::OnlyHere);
+}
+
+TEST_F(UniquePropertiesTest, KeepTheHashesOfCardsThatTheBookCanCompare)
+{
+    const PersonSource source{"book.vcf", "book"};
+    cards_.storedByUid["0"] = cards_.storedByUid["1"] = {{"same", "", ""}, &source};
+
+    reviewShows({card({text("FN", "Ann")}), card({text("FN", "Ann")})});
+    cards_.byUid.clear();
+
+    EXPECT_TRUE(unique_.cardHash(0));
+    EXPECT_EQ(unique_.cardHash(0), unique_.cardHash(1));
+}
+
+TEST_F(UniquePropertiesTest, ReadCardsThatTheBookFindsDifferentOrCannotCompare)
+{
+    const PersonSource source{"book.vcf", "book"};
+    cards_.storedByUid["0"] = {{"one", "", ""}, &source};
+    cards_.storedByUid["1"] = {{"one", "other", ""}, &source};
+    reviewShows({card({text("NOTE", "a")}), card({text("NOTE", "b")})});
+    unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
+    const auto different = unique_.count();
+    cards_.storedByUid.erase("1");
+
+    unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
+
+    EXPECT_EQ(different, 1U);
+    EXPECT_EQ(unique_.count(), 1U);
+    EXPECT_EQ(unique_.source(1)->name, "book");
+    EXPECT_EQ(unique_.source(2), nullptr);
+}
+
 TEST_F(UniquePropertiesTest, KnowTheSourcesOfTheRows)
 {
     auto other = card({});

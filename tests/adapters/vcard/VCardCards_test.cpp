@@ -93,6 +93,37 @@ TEST_F(VCardCardsTest, AreThoseOfTheIdsThatTheBookHasGiven)
     EXPECT_EQ(notesOf(book, people[2].uid), (Texts{"three"}));
 }
 
+TEST_F(VCardCardsTest, CanBeComparedWithoutBeingRead)
+{
+    const std::string rest = "\r\nFN:Ann\r\nEND:VCARD\r\n";
+    write(file(), "BEGIN:VCARD\r\nUID:a" + rest + "BEGIN:VCARD\r\nUID:b" + rest +
+                      "BEGIN:VCARD\r\nUID:c" + withNote("d", "x"));
+    VCardAddressBook book(file());
+
+    book.readPeople();
+
+    ASSERT_TRUE(book.storedCard("a"));
+    EXPECT_EQ(book.storedCard("a")->parts, book.storedCard("b")->parts);
+    EXPECT_EQ(*book.storedCard("a")->source, book.card("a")->source);
+    EXPECT_FALSE(book.storedCard("d"));
+    EXPECT_FALSE(book.storedCard("e"));
+}
+
+TEST_F(VCardCardsTest, CannotBeComparedInListsOrUtf16WithoutBeingRead)
+{
+    const std::string card = "BEGIN:VCARD\r\nUID:a\r\nFN:Ann\r\nEND:VCARD\r\n";
+    VCardAddressBook book(file());
+    write(file(), card + "BEGIN:VCARD\r\nKIND:group\r\nFN:List\r\nMEMBER:b\r\nEND:VCARD\r\n");
+    book.readPeople();
+    EXPECT_FALSE(book.storedCard("a"));
+
+    write(file(), "\xFF\xFE" + utf16Little(card));
+    book.readPeople();
+
+    EXPECT_TRUE(book.card("a"));
+    EXPECT_FALSE(book.storedCard("a"));
+}
+
 TEST_F(VCardCardsTest, NameTheFileAsTheFolderReachesIt)
 {
     write(path("a.vcf"), withNote("a", "one"));
