@@ -84,6 +84,16 @@ TEST_F(DeletionTest, KeepsInItsCollectionsAPersonWhoIsNoLongerInTheBook)
     EXPECT_EQ(platform_.addressBook.storedUids(), (Uids{"1", "3", "5"}));
 }
 
+TEST_F(DeletionTest, RemovesTheRowOfAPersonWhomTheEngineNoLongerKnows)
+{
+    engine_.contacts().erase("2");
+
+    engine_.deleteContacts({"2"});
+
+    EXPECT_EQ(engine_.duplicates(), (Uids{"1", "3", "4"}));
+    EXPECT_EQ(platform_.addressBook.storedUids(), (Uids{"1", "3", "4", "5"}));
+}
+
 TEST_F(DeletionTest, LeavesTheGroupsUntilTheNextSearch)
 {
     engine_.deleteContacts({"2"});
