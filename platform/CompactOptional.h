@@ -2,7 +2,6 @@
 
 #include <concepts>
 #include <optional>
-#include <utility>
 
 namespace dunmora {
 
@@ -23,7 +22,7 @@ public:
 
     template <std::convertible_to<Value> Other>
     // NOLINTNEXTLINE(google-explicit-constructor): as in std::optional
-    constexpr CompactOptional(Other&& value) : value_(Missing::unlike(std::forward<Other>(value)))
+    constexpr CompactOptional(const Other& value) : value_(Missing::unlike(value))
     {
     }
 
@@ -40,6 +39,7 @@ public:
         return has_value() ? std::optional<Value>(value_) : std::nullopt;
     }
 
+    // NOLINTNEXTLINE(readability-identifier-naming): as in std::optional
     constexpr bool has_value() const { return !Missing::is(value_); }
     constexpr explicit operator bool() const { return has_value(); }
 
@@ -47,6 +47,7 @@ public:
     constexpr const Value& operator*() const { return value_; }
     constexpr const Value* operator->() const { return &value_; }
 
+    // NOLINTNEXTLINE(readability-identifier-naming): as in std::optional
     constexpr Value value_or(Value other) const { return has_value() ? value_ : other; }
 
     friend constexpr bool operator==(const CompactOptional& a, const CompactOptional& b)
