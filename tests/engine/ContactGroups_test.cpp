@@ -75,7 +75,7 @@ TEST_F(ContactGroupsTest, ListTheirMembersInTheOrderOfAdding)
     EXPECT_EQ(all, (std::vector<Texts>{{"b1", "b2", "b3"}, {"a1", "a2"}, {"c1"}}));
 }
 
-TEST_F(ContactGroupsTest, TellWhereTheContactsHaveTheirMembers)
+TEST_F(ContactGroupsTest, ReturnWhereTheContactsHaveTheirMembers)
 {
     const auto groups = groupsOf({"b1", "a1", "b2"});
     const auto group = *groups.find("b");

@@ -94,6 +94,19 @@ TEST_F(DeletionTest, RemovesTheRowOfAPersonWhomTheEngineNoLongerKnows)
     EXPECT_EQ(platform_.addressBook.storedUids(), (Uids{"1", "3", "4", "5"}));
 }
 
+TEST_F(DeletionTest, RemovesThePeopleNamedAfterALoadInAnotherOrder)
+{
+    bookHolds({named("5", "Cid"), named("4", "Ben"), named("3", "Ben"), named("2", "Ann"),
+               named("1", "Ann")});
+    engine_.load();
+
+    engine_.deleteContacts({"2"});
+
+    EXPECT_EQ(platform_.addressBook.storedUids(), (Uids{"5", "4", "3", "1"}));
+    EXPECT_EQ(contactUids(), (Uids{"5", "4", "3", "1"}));
+    EXPECT_EQ(engine_.duplicates(), (Uids{"1", "3", "4"}));
+}
+
 TEST_F(DeletionTest, LeavesTheGroupsUntilTheNextSearch)
 {
     engine_.deleteContacts({"2"});

@@ -322,6 +322,21 @@ TEST_F(RowRecordTest, AreFoundAgainAfterOtherPeopleWereStored)
     EXPECT_EQ(engine_.recordInRow(1), engine_.contacts().find("2"));
 }
 
+TEST_F(RowRecordTest, AreThoseOfThePeopleAfterALoadInAnotherOrder)
+{
+    loadAndFind({named("1", "Ann"), named("2", "Ann"), named("3", "Ben"), named("4", "Ben")});
+    bookHolds({named("4", "Ben"), named("2", "Ann")});
+
+    engine_.load();
+
+    ASSERT_EQ(engine_.duplicates(), (Uids{"1", "2", "3", "4"}));
+    EXPECT_EQ(engine_.recordInRow(0), nullptr);
+    EXPECT_EQ(engine_.recordInRow(1), engine_.contacts().find("2"));
+    EXPECT_EQ(engine_.recordInRow(2), nullptr);
+    EXPECT_EQ(engine_.recordInRow(3), engine_.contacts().find("4"));
+    EXPECT_EQ(uidsInGroup("Ann-Lee-"), (Uids{"1", "2"}));
+}
+
 TEST_F(RowRecordTest, AreNullForPeopleWhoWereRemoved)
 {
     loadAndFind({named("1", "Ann"), named("2", "Ann")});

@@ -178,6 +178,29 @@ TEST_F(ContactsParserTest, LeavesNobodyAndNoRowsWhenTheBookCannotBeRead)
     EXPECT_EQ(recorder.lines(), Lines{"msgShowMessage Loading Contacts..."});
 }
 
+TEST_F(ContactsParserTest, LeavesNobodyAndNoRowsWhenALoadStopsBetweenTwoPeople)
+{
+    loadAndFind({named("1", "Ann"), named("2", "Ann")});
+    std::size_t loadedAtTheStop = 0;
+    NotificationCenter::defaultCenter().addObserver(this, kMsgProgress, [&](const Notification&) {
+        loadedAtTheStop = engine_.contacts().size();
+        if (loadedAtTheStop == 1) {
+            throw PlatformError("Stop.");
+        }
+    });
+
+    EXPECT_THROW(engine_.load(), PlatformError);
+    NotificationCenter::defaultCenter().removeObserver(this, kMsgProgress);
+
+    EXPECT_EQ(loadedAtTheStop, 1U);
+    EXPECT_TRUE(engine_.contacts().empty());
+    EXPECT_TRUE(engine_.duplicates().empty());
+    EXPECT_EQ(engine_.contactGroups().size(), 0U);
+    EXPECT_EQ(engine_.recordInRow(0), nullptr);
+    engine_.markDeletedContacts();
+    EXPECT_EQ(checkedUids(), Uids{});
+}
+
 TEST_F(ContactsParserTest, NeedsAnOpenAddressBook)
 {
     loadAndFind({person("1", "Ann"), person("2", "Ann")});

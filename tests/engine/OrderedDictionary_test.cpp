@@ -124,7 +124,7 @@ TEST(OrderedDictionary, KeepsEveryPositionUntilItIsCleared)
     EXPECT_EQ(dictionary.size(), 1'003U);
 }
 
-TEST(OrderedDictionary, TellsThePositionOfEachEntry)
+TEST(OrderedDictionary, ReturnsThePositionOfEachEntry)
 {
     OrderedDictionary<int> dictionary;
     dictionary["a"] = 1;
