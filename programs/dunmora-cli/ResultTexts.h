@@ -31,7 +31,7 @@ struct ResultPieces {
     std::function<void(TextPieces&, CsvTexts)> csv;
 };
 
-/// Creates and prints the text in this format, as the other `printAs`.
+/// Creates the text in this format as `printAs` does, and prints it in pieces.
 /// Errors: CommandError when it cannot be written; some of it may already be printed, as when a
 /// function throws.
 void printPiecesAs(const CliEnvironment& environment, OutputFormat format,

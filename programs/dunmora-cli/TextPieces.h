@@ -13,6 +13,7 @@ public:
     using Print = std::function<void(std::string_view piece)>;
 
     explicit TextPieces(Print print);
+    ~TextPieces() = default;
     TextPieces(const TextPieces&) = delete;
     TextPieces& operator=(const TextPieces&) = delete;
 
