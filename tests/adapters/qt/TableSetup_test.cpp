@@ -43,7 +43,6 @@ protected:
         setUpTable(table);
         table.resize(600, 400);
     }
-    ~TableSetupTest() override { table.setModel(nullptr); }
 
     QImage titles() { return table.horizontalHeader()->grab().toImage(); }
 
