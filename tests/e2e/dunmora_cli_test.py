@@ -144,6 +144,66 @@ class EndToEnd(unittest.TestCase):
         self.assertEqual({path.name for path in self.folder.iterdir()} - {"config"}, {"book.vcf"})
 
 
+class LongResultTest(EndToEnd):
+    """A result of several hundred thousand bytes, which is printed in pieces."""
+
+    PAIRS = range(2000)
+    # Less than the result in any format, but more than its first piece.
+    LIMIT = 100 * 1024
+    AFTER = b"".join(card(f"{i}-a", "Zoë", f"Number{i}", "TEL;TYPE=CELL:1") for i in PAIRS)
+    BEFORE = AFTER + b"".join(card(f"{i}-b", "Zoë", f"Number{i}") for i in PAIRS)
+    UIDS = [f"{i}-{copy}" for i in PAIRS for copy in "ab"]
+    # POSIX counts in blocks of 512 bytes.
+    LIMITED = ["sh", "-c", f'ulimit -f {LIMIT // 512}; exec "$@"', "sh"]
+
+    def setUp(self):
+        super().setUp()
+        self.book.write_bytes(self.BEFORE)
+
+    def uids_in(self, table):
+        return [line.split()[-1] for line in table.splitlines() if line.startswith("[")]
+
+    def test_is_printed_whole_in_every_format(self):
+        table, text = (self.run_program("list", self.book, "--quiet", *form)[1]
+                       for form in ((), ("--format", "csv")))
+        rows = [row for group in self.listed(self.book)["groups"] for row in group["rows"]]
+
+        self.assertEqual(self.uids_in(table), self.UIDS)
+        self.assertEqual([row["uid"] for row in csv.DictReader(io.StringIO(text, newline=""))], self.UIDS)
+        self.assertEqual([row["uid"] for row in rows], self.UIDS)
+        self.assertGreater(min(len(table), len(text)), self.LIMIT)
+
+    def test_is_in_the_charset_of_the_locale_to_its_end(self):
+        whole = self.run_program("list", self.book, "--quiet")[1]
+        self.environment["LC_ALL"] = "C"
+
+        self.assertEqual(self.run_program("list", self.book, "--quiet")[1], whole.replace("ë", "?"))
+
+    def test_that_does_not_fit_on_the_disk_is_reported(self):
+        for form in ("table", "json", "csv"):
+            with open(self.folder / "result", "wb") as result:
+                self.assertEqual(self.run_program("list", self.book, "--format", form, command=self.LIMITED,
+                                                  stdout=result), (1, "", NO_OUTPUT))
+
+    def test_of_a_deletion_that_does_not_fit_on_the_disk_changes_nothing(self):
+        with open(self.folder / "result", "wb") as result:
+            self.assertEqual(self.run_program("delete", self.book, "--yes", command=self.LIMITED, stdout=result),
+                             (1, "", NO_OUTPUT))
+
+        self.assertEqual(self.book.read_bytes(), self.BEFORE)
+
+    def test_of_a_deletion_whose_reader_has_seen_enough_deletes_wholly(self):
+        with subprocess.Popen([PROGRAM, "delete", self.book, "--yes", "--quiet"], stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=self.environment) as process:
+            self.assertTrue(process.stdout.read(1))
+            process.stdout.close()
+            errors = process.stderr.read()
+            code = process.wait(SECONDS)
+
+        self.assertEqual((code, errors), (0, b""))
+        self.assertEqual(self.book.read_bytes(), self.AFTER)
+
+
 class ListTest(EndToEnd):
     def test_prints_the_review_as_json(self):
         row = {"uid": "ann-1", "fname": "Ann", "lname": "Lee", "nickname": "", "home": "", "work": "",
