@@ -11,7 +11,11 @@ ENOUGH_SECONDS = 2.5
 
 
 class Failed(Exception):
-    """A measured program did not do what it should; the text says which."""
+    """A measured program did not do what it should; the text says which. `status` is its exit status, if it ran."""
+
+    def __init__(self, text, status=None):
+        super().__init__(text)
+        self.status = status
 
 
 @dataclasses.dataclass(frozen=True)
@@ -51,7 +55,7 @@ class Meter:
             done = subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                   stderr=errors, check=False)
         if done.returncode != 0:
-            raise Failed(f"{' '.join(command)}\n{complaints.read_text(errors='replace')[-2000:]}")
+            raise Failed(f"{' '.join(command)}\n{complaints.read_text(errors='replace')[-2000:]}", done.returncode)
         return done.stdout.decode()
 
     def once(self, command):

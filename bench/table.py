@@ -129,7 +129,9 @@ def main(arguments):
         print(report.comparison(report.Table(read_back(options.before.read_text(encoding="utf-8"))), table))
     if options.pages:
         write_pages(table, texts)
-    return 0
+    for title, why in runs.failed.items():
+        print(f"table: failed: {title}: {why}", file=sys.stderr)
+    return 1 if runs.failed else 0
 
 
 if __name__ == "__main__":

@@ -3,6 +3,7 @@
 
 import pathlib
 import sys
+import tempfile
 import unittest
 import xml.etree.ElementTree
 
@@ -12,8 +13,8 @@ import plot  # noqa: E402
 import profile_modules  # noqa: E402
 import report  # noqa: E402
 import table  # noqa: E402
-from measuring import Cost  # noqa: E402
-from runs import EVCARD, FLOOR, Row  # noqa: E402
+from measuring import Cost, Failed, Meter  # noqa: E402
+from runs import EVCARD, FLOOR, NO_DESKTOP, Row, Runs  # noqa: E402
 
 LIST = "`list --quiet`, few rows"
 
@@ -137,6 +138,38 @@ class Pages(unittest.TestCase):
             text = page.read_text(encoding="utf-8")
             for name in names:
                 self.assertIn("new\n", report.filled(text, name, "new\n"))
+
+
+class BrokenDesktop(Meter):
+    """Writes no books, and cannot measure the desktop."""
+
+    def __init__(self, folder, status):
+        super().__init__(folder, folder)
+        self.status = status
+
+    def run(self, command):
+        if command[0].name == "desktop_book":
+            raise Failed("the command\nthe reason", self.status)
+
+
+class Desktop(unittest.TestCase):
+    def runs(self, status):
+        with tempfile.TemporaryDirectory() as folder:
+            for name in ("ebook_read", "desktop_book", "dunmora-eds.so"):
+                (pathlib.Path(folder) / name).touch()
+            runs = Runs(BrokenDesktop(folder, status), folder, folder, report=None)
+            runs._measure_desktop(10)
+            return runs
+
+    def test_is_omitted_where_none_can_be_started(self):
+        runs = self.runs(NO_DESKTOP)
+
+        self.assertEqual((runs.missing, runs.failed), ({"the desktop's address book": "the reason"}, {}))
+
+    def test_that_cannot_be_listed_is_a_failure(self):
+        runs = self.runs(1)
+
+        self.assertEqual((runs.missing, runs.failed), ({}, {"the desktop's address book": "the reason"}))
 
 
 class Plot(unittest.TestCase):
