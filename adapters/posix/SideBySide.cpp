@@ -74,7 +74,7 @@ public:
     Threads(const Threads&) = delete;
     Threads& operator=(const Threads&) = delete;
 
-    /// Starts so many threads, or as many as the system allows.
+    /// Starts `count` threads, or fewer if the system refuses more.
     void start(std::size_t count, Tasks& tasks)
     {
         threads_.reserve(count);
@@ -83,7 +83,7 @@ public:
                 threads_.emplace_back([&tasks] { tasks.run(); });
             }
         } catch (const std::system_error&) {
-            // The threads that there are do all the work.
+            // The caller's thread and those that were started do all the work.
         }
     }
 

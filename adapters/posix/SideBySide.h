@@ -10,8 +10,8 @@ std::size_t processors();
 
 /// Runs `task` once for every number from 0 to `count` - 1, on at most `threads` threads: the
 /// caller's and others that end before this returns. Each thread takes the next number as soon as
-/// it is free, so tasks start in the order of their numbers. When the system refuses a thread,
-/// those that there are do all the work.
+/// it is free, so tasks start in the order of their numbers. When the system refuses a thread, the
+/// others do all the work.
 ///
 /// What the tasks have written, the caller may read afterwards.
 /// Thread: any; returns when every task that started has ended.

@@ -56,7 +56,7 @@ public:
 
     /// How texts are read; the result is the same.
     struct Method {
-        /// At most so many threads read a text; 0 means one for each processor.
+        /// The most threads that read a text; 0 means one for each processor.
         std::size_t threads;
         /// A larger text is read in pieces of about this many bytes, at least 1.
         std::size_t pieceSize;
