@@ -17,16 +17,17 @@ std::span<const std::uint32_t> slice(const std::vector<std::uint32_t>& values, s
     return std::span(values).subspan(begin, end - begin);
 }
 
-/// One key of a row, and where its number is to be written.
+/// One key of a row. Small, because a card may have a hundred thousand numbers with a dozen keys
+/// each.
 struct Use {
     CardKeys::Key key;
     std::uint32_t row;
-    std::uint32_t* id;
-    bool isNeed;
+    /// The place of the key among all that the group needs and, after those, provides.
+    std::uint32_t place;
 };
 
-/// Whether one row needs the key and another provides it.
-bool isShared(std::span<const Use> uses)
+/// Whether one row needs the key, at a place below `needsEnd`, and another provides it.
+bool isShared(std::span<const Use> uses, std::size_t needsEnd)
 {
     constexpr auto kNobody = std::numeric_limits<std::uint32_t>::max();
     auto needs = kNobody;
@@ -34,8 +35,9 @@ bool isShared(std::span<const Use> uses)
     bool severalNeed = false;
     bool severalProvide = false;
     for (const auto& use : uses) {
-        auto& first = use.isNeed ? needs : provides;
-        auto& several = use.isNeed ? severalNeed : severalProvide;
+        const bool isNeed = use.place < needsEnd;
+        auto& first = isNeed ? needs : provides;
+        auto& several = isNeed ? severalNeed : severalProvide;
         several = several || (first != kNobody && first != use.row);
         first = use.row;
     }
@@ -165,15 +167,17 @@ KeptProperties::Ids KeptProperties::number(std::span<const CardKeys> cards)
 
     std::vector<Use> uses;
     uses.reserve(needs + provisions);
-    auto* need = ids.needed.data();
-    auto* provision = ids.provided.data();
+    const auto addUses = [&uses](std::span<const CardKeys::Key> keys, std::size_t row) {
+        for (const auto key : keys) {
+            uses.push_back(
+                {key, static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(uses.size())});
+        }
+    };
     for (std::size_t row = 0; row < cards.size(); ++row) {
-        for (const auto key : cards[row].needed()) {
-            uses.push_back({key, static_cast<std::uint32_t>(row), need++, true});
-        }
-        for (const auto key : cards[row].provided()) {
-            uses.push_back({key, static_cast<std::uint32_t>(row), provision++, false});
-        }
+        addUses(cards[row].needed(), row);
+    }
+    for (std::size_t row = 0; row < cards.size(); ++row) {
+        addUses(cards[row].provided(), row);
     }
     std::sort(uses.begin(), uses.end(), [](const Use& a, const Use& b) { return a.key < b.key; });
     for (std::size_t begin = 0; begin < uses.size();) {
@@ -182,9 +186,11 @@ KeptProperties::Ids KeptProperties::number(std::span<const CardKeys> cards)
             ++end;
         }
         const auto same = std::span(uses).subspan(begin, end - begin);
-        if (isShared(same)) {
+        if (isShared(same, needs)) {
             for (const auto& use : same) {
-                *use.id = static_cast<Id>(kept_.size());
+                auto& id =
+                    use.place < needs ? ids.needed[use.place] : ids.provided[use.place - needs];
+                id = static_cast<Id>(kept_.size());
             }
             kept_.push_back(0);
         }
