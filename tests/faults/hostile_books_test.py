@@ -21,11 +21,12 @@ ORDINARY_SIZE = 8 * MEBIBYTE
 
 
 def write_ordinary(file, size):
+    """The copies have other notes, so that they must be compared line by line, as those of hostile books."""
     for number in range(size // 310):
         person = number * 9 // 10
         file.write(card(f"{number:032x}", f"First {person}", f"Last {person}", f"TEL;TYPE=CELL:+1 555 {person:07}",
                         f"EMAIL:first.{person}@example.com", "ADR;TYPE=HOME:;;1 Example Street;Example;;12345;Example",
-                        "NOTE:an ordinary note\\, neither short nor very long", "ORG:Example"))
+                        f"NOTE:an ordinary note\\, the {number:06}th of its kind", "ORG:Example"))
 
 
 # The GNU C++ library's std::hash<std::string>: 64 bits, from blocks of eight bytes.
