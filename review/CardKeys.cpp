@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <initializer_list>
 #include <limits>
 #include <string>
@@ -54,92 +55,67 @@ bool isBookkeeping(std::string_view name)
     return std::binary_search(kNames.begin(), kNames.end(), name);
 }
 
-CardKeys::Key keyOf(std::string_view kind, std::string_view value)
-{
-    std::string text(kind);
-    text += kEnd;
-    text += value;
-    return textHash(text);
-}
-
 std::string_view componentOf(const CardProperty& property, std::size_t index)
 {
     return index < property.components.size() ? std::string_view(property.components[index])
                                               : std::string_view();
 }
 
-/// The parts that are not blank, with a space between them.
+/// Appends the parts that are not empty, with a space between them.
+void appendJoined(std::string& text, std::initializer_list<std::string_view> parts)
+{
+    bool isFirst = true;
+    for (const auto part : parts) {
+        if (!part.empty()) {
+            text += isFirst ? "" : " ";
+            text += part;
+            isFirst = false;
+        }
+    }
+}
+
 std::string joined(std::initializer_list<std::string_view> parts)
 {
     std::string text;
-    for (const auto part : parts) {
-        text += part;
-        text += ' ';
-    }
-    return withFoldedWhiteSpace(text);
+    appendJoined(text, parts);
+    return text;
 }
 
-/// How a structured name (RFC 6350 §6.2.2) is written in one line. A formatted name that is one of
-/// these adds nothing to it. None for a name that is too long to be one.
-std::vector<std::string> formattedNames(const CardProperty& name)
+/// Whether the name is longer than any that a formatted name repeats.
+bool isTooLong(const CardProperty& name)
 {
     constexpr std::size_t kLongest = 1000;
     std::size_t length = 0;
     for (const auto& component : name.components) {
         length += component.size();
     }
-    if (length > kLongest) {
-        return {};
-    }
-    const auto family = componentOf(name, 0);
-    const auto given = componentOf(name, 1);
-    const auto additional = componentOf(name, 2);
-    const auto prefix = componentOf(name, 3);
-    const auto suffix = componentOf(name, 4);
-    const auto middle = joined({given, additional, family});
-    std::vector<std::string> names{
-        joined({given, family}),
-        joined({family, given}),
-        joined({family, given, additional}),
-        withFoldedWhiteSpace(std::string(family) + std::string(given)),
-        joined({given, family, suffix}),
-        joined({prefix, given, family}),
-        joined({prefix, family}),
-        joined({prefix, given, family, suffix}),
-        middle,
-        joined({prefix, middle}),
-        joined({middle, suffix}),
-        joined({prefix, middle, suffix}),
-    };
-    if (!showsNothing(family) && !showsNothing(given)) {
-        const auto comma = withFoldedWhiteSpace(family) + ", ";
-        names.push_back(comma + joined({given}));
-        names.push_back(comma + joined({given, additional}));
-    }
-    if (!showsNothing(suffix)) {
-        const auto comma = ", " + withFoldedWhiteSpace(suffix);
-        names.push_back(joined({given, family}) + comma);
-        names.push_back(middle + comma);
-        names.push_back(joined({prefix, middle}) + comma);
-    }
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
-    return names;
+    return length > kLongest;
 }
 
 /// One number for texts of which none can run into the next.
 class Hasher final {
 public:
+    Hasher() { text_.reserve(kUsualSize); }
+
     void add(std::string_view text)
     {
-        text_ += std::to_string(text.size());
-        text_ += ':';
+        addNumber(text.size());
         text_ += text;
+    }
+
+    void addNumber(std::uint64_t number)
+    {
+        std::array<char, sizeof number> bytes{};
+        std::memcpy(bytes.data(), &number, sizeof number);
+        text_.append(bytes.data(), bytes.size());
     }
 
     std::uint64_t hash() const { return textHash(text_); }
 
 private:
+    // Of a card with a dozen properties.
+    static constexpr std::size_t kUsualSize = 1024;
+
     std::string text_;
 };
 
@@ -169,7 +145,9 @@ void CardKeys::read(const PersonCard& card)
         ++place;
     }
     for (const auto& list : card.lists) {
-        addBoth(kListKind, list);
+        begin(kListKind);
+        text_ += list;
+        addBoth();
         properties_.push_back({place, needed_.size()});
         ++place;
     }
@@ -203,27 +181,83 @@ void CardKeys::addProperty(const CardProperty& property)
     if (property.name == "N") {
         addName(property);
     }
-    addBoth(property.name, comparedText(property));
+    begin(property.name);
+    appendComparedText(text_, property);
+    addBoth();
 }
 
 void CardKeys::addName(const CardProperty& property)
 {
     // A name without the additional names, the prefix or the suffix is in this one, too.
     constexpr std::size_t kFirstOptional = 2;
+    const auto provideWithout = [&](OmittedComponents omitted) {
+        begin(property.name);
+        appendComparedText(text_, property, omitted);
+        provide();
+    };
     for (std::size_t i = kFirstOptional; i < property.components.size(); ++i) {
-        if (showsNothing(property.components[i])) {
-            continue;
+        if (!showsNothing(property.components[i])) {
+            provideWithout({i, i + 1});
+            provideWithout({i, property.components.size()});
         }
-        auto shorter = property;
-        shorter.components[i].clear();
-        provided_.push_back(keyOf(property.name, comparedText(shorter)));
-        for (auto j = i + 1; j < property.components.size(); ++j) {
-            shorter.components[j].clear();
-        }
-        provided_.push_back(keyOf(property.name, comparedText(shorter)));
     }
-    for (const auto& name : formattedNames(property)) {
-        provided_.push_back(keyOf(kFormattedName, name));
+    if (!isTooLong(property)) {
+        addFormattedNames(property);
+    }
+}
+
+/// Provides the ways to write a structured name (RFC 6350 §6.2.2) in one line. A formatted name
+/// that is one of these adds nothing to it.
+void CardKeys::addFormattedNames(const CardProperty& name)
+{
+    const auto family = withFoldedWhiteSpace(componentOf(name, 0));
+    const auto given = withFoldedWhiteSpace(componentOf(name, 1));
+    const auto additional = withFoldedWhiteSpace(componentOf(name, 2));
+    const auto prefix = withFoldedWhiteSpace(componentOf(name, 3));
+    const auto suffix = withFoldedWhiteSpace(componentOf(name, 4));
+    const auto commaSuffix = showsNothing(suffix) ? std::string() : ", " + suffix;
+    const auto add = [&](std::initializer_list<std::string_view> parts, std::string_view end = {}) {
+        begin(kFormattedName);
+        appendJoined(text_, parts);
+        text_ += end;
+        provide();
+    };
+    // Parts that the name does not have would only give the same names again.
+    const auto addWithEnds = [&](std::string_view middle) {
+        add({middle});
+        if (!prefix.empty()) {
+            add({prefix, middle});
+        }
+        if (!suffix.empty()) {
+            add({middle, suffix});
+        }
+        if (!prefix.empty() && !suffix.empty()) {
+            add({prefix, middle, suffix});
+        }
+        if (!commaSuffix.empty()) {
+            add({middle}, commaSuffix);
+        }
+    };
+
+    addWithEnds(joined({given, family}));
+    add({family, given});
+    add({prefix, family});
+    // White space at the border of the two stays.
+    add({withFoldedWhiteSpace(std::string(componentOf(name, 0)).append(componentOf(name, 1)))});
+    const auto full = joined({given, additional, family});
+    if (!additional.empty()) {
+        addWithEnds(full);
+        add({family, given, additional});
+    }
+    if (!prefix.empty() && !commaSuffix.empty()) {
+        add({prefix, full}, commaSuffix);
+    }
+    if (!showsNothing(family) && !showsNothing(given)) {
+        const auto familyComma = family + ",";
+        add({familyComma, given});
+        if (!additional.empty()) {
+            add({familyComma, given, additional});
+        }
     }
 }
 
@@ -231,10 +265,14 @@ void CardKeys::addPhone(const CardProperty& property)
 {
     const auto keys = phoneKeys(componentOf(property, 0));
     for (const auto& text : keys.texts) {
-        addBoth(property.name, text);
+        begin(property.name);
+        text_ += text;
+        addBoth();
     }
     for (const auto& ending : keys.endings) {
-        const auto national = keyOf(kPhoneEndingKind, ending);
+        begin(kPhoneEndingKind);
+        text_ += ending;
+        const auto national = textHash(text_);
         const auto international = ~national;
         const bool isNational = keys.kind == PhoneKeys::Kind::National;
         needed_.push_back(isNational ? international : national);
@@ -242,11 +280,21 @@ void CardKeys::addPhone(const CardProperty& property)
     }
 }
 
-void CardKeys::addBoth(std::string_view kind, std::string_view value)
+void CardKeys::begin(std::string_view kind)
 {
-    const auto key = keyOf(kind, value);
-    needed_.push_back(key);
-    provided_.push_back(key);
+    text_ = kind;
+    text_ += kEnd;
+}
+
+void CardKeys::provide()
+{
+    provided_.push_back(textHash(text_));
+}
+
+void CardKeys::addBoth()
+{
+    provide();
+    needed_.push_back(provided_.back());
 }
 
 std::uint64_t hashOf(const PersonCard& card)
@@ -255,14 +303,16 @@ std::uint64_t hashOf(const PersonCard& card)
     for (const auto& property : card.properties) {
         hasher.add(property.name);
         hasher.add(property.label);
-        hasher.add(std::to_string(property.components.size()));
+        hasher.addNumber(property.components.size());
         for (const auto& component : property.components) {
             hasher.add(component);
         }
         if (property.binary) {
             hasher.add("binary");
             hasher.add(property.binary->mediaType);
-            hasher.add(property.binary->bytes);
+            // May be large: not copied.
+            hasher.addNumber(property.binary->bytes.size());
+            hasher.addNumber(textHash(property.binary->bytes));
         }
     }
     for (const auto& list : card.lists) {

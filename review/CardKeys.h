@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -55,13 +56,19 @@ private:
     void clear();
     void addProperty(const CardProperty& property);
     void addName(const CardProperty& property);
+    void addFormattedNames(const CardProperty& name);
     void addPhone(const CardProperty& property);
-    void addBoth(std::string_view kind, std::string_view value);
+    /// Begins a value in `text_`, of which `provide` and `addBoth` add the key.
+    void begin(std::string_view kind);
+    void provide();
+    void addBoth();
 
     std::vector<Property> properties_;
     // Those of the first property, those of the second one and so on.
     std::vector<Key> needed_;
     std::vector<Key> provided_;
+    // Reused: a card has dozens of keys.
+    std::string text_;
 };
 
 /// A hash of everything in the card, in its order: equal for equal cards, and practically never for

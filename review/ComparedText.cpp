@@ -17,40 +17,50 @@ namespace {
 
 constexpr auto kNowhere = std::string_view::npos;
 
-template <std::size_t N>
-bool isOneOf(std::string_view name, const std::array<std::string_view, N>& names)
-{
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
+/// How the values of a property are written for the comparison.
+enum class Form { AsItIs, Date, Email, Folded, Uri };
 
-/// Whether the label says what the value is, and not only which of several it is.
-bool isLabelMeaning(std::string_view name)
-{
-    constexpr auto kNames = std::to_array<std::string_view>(
-        {"RELATED", "X-ABDATE", "X-ABRELATEDNAMES", "X-SOCIALPROFILE"});
-    return isOneOf(name, kNames);
-}
+struct Rule {
+    std::string_view name;
+    Form form = Form::AsItIs;
+    /// Whether the label says what the value is, and not only which of several it is.
+    bool isLabelMeaning = false;
+};
 
-bool isDate(std::string_view name)
+Rule ruleFor(std::string_view name)
 {
-    constexpr auto kNames =
-        std::to_array<std::string_view>({"ANNIVERSARY", "BDAY", "DEATHDATE", "X-ABDATE",
-                                         "X-ANNIVERSARY", "X-EVOLUTION-ANNIVERSARY"});
-    return isOneOf(name, kNames);
-}
-
-bool isFolded(std::string_view name)
-{
-    constexpr auto kNames = std::to_array<std::string_view>({"ADR", "FN", "LABEL", "NOTE"});
-    return isOneOf(name, kNames);
-}
-
-bool isAddressOnInternet(std::string_view name)
-{
-    constexpr auto kNames = std::to_array<std::string_view>(
-        {"CALADRURI", "CALURI", "CONTACT-URI", "FBURL", "IMPP", "URL", "X-EVOLUTION-BLOG-URL",
-         "X-EVOLUTION-VIDEO-URL", "X-SOCIALPROFILE"});
-    return isOneOf(name, kNames);
+    // Sorted by name.
+    static constexpr auto kRules = std::to_array<Rule>({
+        {"ADR", Form::Folded},
+        {"ANNIVERSARY", Form::Date},
+        {"BDAY", Form::Date},
+        {"CALADRURI", Form::Uri},
+        {"CALURI", Form::Uri},
+        {"CONTACT-URI", Form::Uri},
+        {"DEATHDATE", Form::Date},
+        {"EMAIL", Form::Email},
+        {"FBURL", Form::Uri},
+        {"FN", Form::Folded},
+        {"IMPP", Form::Uri},
+        {"LABEL", Form::Folded},
+        {"MEMBER", Form::Uri},
+        {"NOTE", Form::Folded},
+        {"RELATED", Form::AsItIs, true},
+        {"URL", Form::Uri},
+        {"X-ABDATE", Form::Date, true},
+        {"X-ABRELATEDNAMES", Form::AsItIs, true},
+        {"X-ADDRESSBOOKSERVER-MEMBER", Form::Uri},
+        {"X-ANNIVERSARY", Form::Date},
+        {"X-EVOLUTION-ANNIVERSARY", Form::Date},
+        {"X-EVOLUTION-BLOG-URL", Form::Uri},
+        {"X-EVOLUTION-VIDEO-URL", Form::Uri},
+        {"X-SOCIALPROFILE", Form::Uri, true},
+    });
+    constexpr auto kIsBefore = [](const Rule& a, const Rule& b) { return a.name < b.name; };
+    static_assert(std::is_sorted(kRules.begin(), kRules.end(), kIsBefore));
+    const Rule wanted{name};
+    const auto* const found = std::lower_bound(kRules.begin(), kRules.end(), wanted, kIsBefore);
+    return found != kRules.end() && found->name == name ? *found : wanted;
 }
 
 void makeLower(std::string& text, std::size_t begin, std::size_t end)
@@ -75,101 +85,115 @@ std::size_t schemeSize(std::string_view uri)
     return isScheme ? colon : 0;
 }
 
-/// The URI with its scheme and its host in lower case, those of "//ann@HOST:80/" and of
+/// Appends the URI with its scheme and its host in lower case, those of "//ann@HOST:80/" and of
 /// "ann@HOST/".
-std::string comparedUri(std::string_view value)
+void appendComparedUri(std::string& text, std::string_view value)
 {
-    std::string uri(trimmed(value));
+    const auto uri = trimmed(value);
+    const auto begin = text.size();
+    text += uri;
     const auto scheme = schemeSize(uri);
     if (scheme == 0) {
-        return uri;
+        return;
     }
-    makeLower(uri, 0, scheme);
+    makeLower(text, begin, begin + scheme);
     auto host = scheme + 1;
-    const auto hasAuthority = uri.compare(host, 2, "//") == 0;
+    const auto hasAuthority = uri.substr(host).starts_with("//");
     host += hasAuthority ? 2 : 0;
     const auto end = std::min(uri.find_first_of("/?#;", host), uri.size());
-    const auto at = std::string_view(uri).substr(0, end).rfind('@');
+    const auto at = uri.substr(0, end).rfind('@');
     if (at != kNowhere && at >= host) {
         host = at + 1;
     } else if (!hasAuthority) {
-        return uri;
+        return;
     }
-    makeLower(uri, host, end);
-    return uri;
+    makeLower(text, begin + host, begin + end);
 }
 
-/// The address with its domain in lower case; the part before it may depend on the case
+/// Appends the address with its domain in lower case; the part before it may depend on the case
 /// (RFC 5321 §2.4).
-std::string comparedEmail(std::string_view value)
+void appendComparedEmail(std::string& text, std::string_view value)
 {
     constexpr std::string_view kScheme = "mailto:";
-    auto rest = trimmed(value);
-    if (equalsIgnoringCase(rest.substr(0, kScheme.size()), kScheme)) {
-        rest.remove_prefix(kScheme.size());
+    auto address = trimmed(value);
+    if (equalsIgnoringCase(address.substr(0, kScheme.size()), kScheme)) {
+        address.remove_prefix(kScheme.size());
     }
-    std::string address(rest);
-    if (const auto at = address.rfind('@'); at != std::string::npos) {
-        makeLower(address, at, address.size());
+    text += address;
+    if (const auto at = address.rfind('@'); at != kNowhere) {
+        makeLower(text, text.size() - address.size() + at, text.size());
     }
-    return address;
 }
 
-/// The date "1980-04-01" as "19800401" (ISO 8601 §5.2.2); everything else as it is.
-std::string comparedDate(std::string_view value)
+/// Appends the date "1980-04-01" as "19800401" (ISO 8601 §5.2.2); everything else as it is.
+void appendComparedDate(std::string& text, std::string_view value)
 {
     constexpr std::string_view kForm = "dddd-dd-dd";
-    std::string digits;
+    const auto begin = text.size();
     for (std::size_t i = 0; i < value.size(); ++i) {
         const auto isDigit = value[i] >= '0' && value[i] <= '9';
         if (value.size() != kForm.size() || isDigit != (kForm[i] == 'd') ||
             (!isDigit && value[i] != '-')) {
-            return std::string(value);
+            text.replace(begin, kNowhere, value);
+            return;
         }
-        digits += isDigit ? std::string(1, value[i]) : "";
+        if (isDigit) {
+            text += value[i];
+        }
     }
-    return digits;
 }
 
-std::string comparedComponent(std::string_view name, std::string_view value)
+void appendComparedComponent(std::string& text, Form form, std::string_view value)
 {
-    if (name == "EMAIL") {
-        return comparedEmail(value);
+    switch (form) {
+    case Form::AsItIs:
+        text += value;
+        break;
+    case Form::Date:
+        appendComparedDate(text, value);
+        break;
+    case Form::Email:
+        appendComparedEmail(text, value);
+        break;
+    case Form::Folded:
+        text += withFoldedWhiteSpace(value);
+        break;
+    case Form::Uri:
+        appendComparedUri(text, value);
+        break;
     }
-    if (name == "MEMBER" || name == "X-ADDRESSBOOKSERVER-MEMBER" || isAddressOnInternet(name)) {
-        return comparedUri(value);
-    }
-    if (isDate(name)) {
-        return comparedDate(value);
-    }
-    return isFolded(name) ? withFoldedWhiteSpace(value) : std::string(value);
 }
 
 }  // namespace
 
-std::string comparedText(const CardProperty& property)
+void appendComparedText(std::string& text, const CardProperty& property, OmittedComponents omitted)
 {
-    std::string text;
-    if (isLabelMeaning(property.name)) {
+    const auto rule = ruleFor(property.name);
+    if (rule.isLabelMeaning) {
         std::transform(property.label.begin(), property.label.end(), std::back_inserter(text),
                        toLowerAscii);
         text += '\0';
     }
     if (property.binary) {
         const auto& bytes = property.binary->bytes;
-        return text + "binary " + std::to_string(bytes.size()) + ' ' +
-               std::to_string(textHash(bytes));
+        text += "binary " + std::to_string(bytes.size()) + ' ' + std::to_string(textHash(bytes));
+        return;
     }
+    const auto component = [&](std::size_t i) {
+        const auto isOmitted = i >= omitted.begin && i < omitted.end;
+        return isOmitted ? std::string_view() : std::string_view(property.components[i]);
+    };
     // Empty components at the end are often omitted.
     auto count = property.components.size();
-    while (count > 0 && showsNothing(property.components[count - 1])) {
+    while (count > 0 && showsNothing(component(count - 1))) {
         --count;
     }
     for (std::size_t i = 0; i < count; ++i) {
-        text += i > 0 ? std::string(1, '\0') : "";
-        text += comparedComponent(property.name, property.components[i]);
+        if (i > 0) {
+            text += '\0';
+        }
+        appendComparedComponent(text, rule.form, component(i));
     }
-    return text;
 }
 
 }  // namespace dunmora

@@ -36,9 +36,11 @@ bool isPunctuation(char32_t c)
 {
     constexpr std::u32string_view kPunctuation = U"()-./";
     const auto isHyphen = (c >= 0x2010 && c <= 0x2015) || c == 0x2212;
+    if (kPunctuation.find(c) != std::u32string_view::npos || isHyphen || isWhiteSpace(c)) {
+        return true;
+    }
     const auto effect = displayEffect(c);
-    return kPunctuation.find(c) != std::u32string_view::npos || isHyphen || isWhiteSpace(c) ||
-           effect == DisplayEffect::DirectionalMark ||
+    return effect == DisplayEffect::DirectionalMark ||
            effect == DisplayEffect::DirectionalFormatting || effect == DisplayEffect::Hidden;
 }
 
@@ -82,10 +84,12 @@ std::optional<Number> parsed(std::string_view text)
     removeStart(text, "tel:");
     number.extension = splitExtension(text);
     for (std::size_t position = 0; position < text.size();) {
+        if (isDigit(text[position])) {
+            number.digits += text[position++];
+            continue;
+        }
         const auto character = utf8CharacterAt(text, position);
-        if (character.size == 1 && isDigit(text[position])) {
-            number.digits += text[position];
-        } else if (character.codePoint == U'+' && number.digits.empty() && !number.hasPlus) {
+        if (character.codePoint == U'+' && number.digits.empty() && !number.hasPlus) {
             number.hasPlus = true;
         } else if (!character.isValid || !isPunctuation(character.codePoint)) {
             return std::nullopt;
@@ -104,13 +108,14 @@ PhoneKeys phoneKeys(std::string_view number)
     const auto parsedNumber = parsed(number);
     PhoneKeys keys;
     if (!parsedNumber) {
-        keys.texts.push_back("text " + withFoldedWhiteSpace(number));
+        keys.texts.push_back("t" + withFoldedWhiteSpace(number));
         return keys;
     }
 
     const auto& digits = parsedNumber->digits;
     const auto end = parsedNumber->extension.empty() ? "" : "x" + parsedNumber->extension;
-    keys.texts.push_back("digits " + digits + end);
+    keys.texts.reserve(2);
+    keys.texts.push_back("d" + digits + end);
     if (!parsedNumber->hasPlus && !digits.starts_with("00")) {
         auto national = digits.substr(digits.starts_with('0') ? 1 : 0);
         if (national.size() >= kFewestSharedDigits) {
@@ -121,6 +126,7 @@ PhoneKeys phoneKeys(std::string_view number)
     keys.kind = PhoneKeys::Kind::International;
     const auto international = parsedNumber->hasPlus ? digits : digits.substr(2);
     keys.texts.push_back("+" + international + end);
+    keys.endings.reserve(international.size());
     for (std::size_t first = 0; first + kFewestSharedDigits <= international.size(); ++first) {
         keys.endings.push_back(international.substr(first) + end);
     }

@@ -16,6 +16,11 @@ bool isBlankLetter(char32_t c)
            c == 0x200D || (c >= 0x2060 && c <= 0x2064) || c == 0x2800 || c == 0x3164 || c == 0xFFA0;
 }
 
+constexpr bool isVisibleAscii(char c)
+{
+    return c > ' ' && c <= '~';
+}
+
 bool isInvisible(char32_t c)
 {
     switch (displayEffect(c)) {
@@ -45,6 +50,9 @@ bool isWhiteSpace(char32_t c)
 bool showsNothing(std::string_view text)
 {
     for (std::size_t position = 0; position < text.size();) {
+        if (isVisibleAscii(text[position])) {
+            return false;
+        }
         const auto character = utf8CharacterAt(text, position);
         if (!character.isValid || !isInvisible(character.codePoint)) {
             return false;
@@ -59,7 +67,7 @@ std::string withFoldedWhiteSpace(std::string_view text)
     std::string folded;
     folded.reserve(text.size());
     bool isAfterSpace = false;
-    constexpr auto kIsVisible = [](char c) { return c > ' ' && c <= '~'; };
+    constexpr auto kIsVisible = [](char c) { return isVisibleAscii(c); };
     for (std::size_t position = 0; position < text.size();) {
         if (kIsVisible(text[position])) {
             folded += isAfterSpace && !folded.empty() ? " " : "";

@@ -149,6 +149,34 @@ TEST(CardKeys, TakeAFormattedNameForTheNameThatItIsMadeOf)
     EXPECT_FALSE(hasAll(kept, card({text("NICKNAME", "Ann Lee")})));
 }
 
+TEST(CardKeys, TakeAFormattedNameWithTheSuffixAfterAComma)
+{
+    const auto kept = card({structured("N", {"Lee", "Ann", "Marie", "Dr.", "Jr."})});
+
+    for (const auto* const name :
+         {"Ann Lee, Jr.", "Ann Marie Lee, Jr.", "Dr. Ann Marie Lee, Jr.", "Dr. Ann Lee Jr."}) {
+        EXPECT_TRUE(hasAll(kept, card({text("FN", name)}))) << name;
+    }
+    EXPECT_FALSE(hasAll(kept, card({text("FN", "Dr. Ann Lee, Jr.")})));
+    EXPECT_TRUE(hasAll(card({structured("N", {"Lee", "Ann", "", "Dr.", "Jr."})}),
+                       card({text("FN", "Dr. Ann Lee, Jr.")})));
+}
+
+TEST(CardKeys, TakeAFormattedNameForANameOfFewParts)
+{
+    const auto isIn = [](const std::string& name, const std::vector<std::string>& components) {
+        return hasAll(card({structured("N", components)}), card({text("FN", name)}));
+    };
+
+    EXPECT_TRUE(isIn("Lee", {"Lee", "Ann"}));
+    EXPECT_TRUE(isIn("Lee, Ann", {"Lee", " Ann "}));
+    EXPECT_TRUE(isIn("vanLee", {"van", "Lee"}));
+    EXPECT_TRUE(isIn("van Lee", {"van ", " Lee"}));
+    EXPECT_FALSE(isIn("Lee,", {"Lee", ""}));
+    EXPECT_FALSE(isIn("Ann Lee,", {"Lee", "Ann", "", "", " "}));
+    EXPECT_TRUE(isIn("Dr.", {"", "", "", "Dr."}));
+}
+
 TEST(CardKeys, FindAShorterNameInALongerOne)
 {
     const auto kept = card({structured("N", {"Lee", "Ann", "Marie", "Dr.", "Jr."})});
