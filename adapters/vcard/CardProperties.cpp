@@ -167,7 +167,7 @@ public:
 private:
     void append(const RawProperty& raw)
     {
-        const auto property = card_.parse(raw);
+        const auto& property = card_.parse(raw);
         auto name = nameOf(property);
         const auto media = mediaOf(name);
         const auto group = card_.labelOf(property.group);
@@ -198,6 +198,9 @@ private:
                                                                                 : value);
             return;
         }
+        // Escaped ones do not separate, so this may be a few too many.
+        const auto separators = std::count(text.begin(), text.end(), ';');
+        result.components.reserve(static_cast<std::size_t>(separators) + 1);
         for (bool hasMore = true; hasMore;) {
             const auto size = text.size();
             const auto component = takeComponent(text);
