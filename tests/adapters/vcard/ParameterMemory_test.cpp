@@ -52,14 +52,14 @@ TEST_F(ParameterMemoryTest, KnowsTheLabelsOfNumbers)
 TEST_F(ParameterMemoryTest, WorksOutAListOnce)
 {
     const std::string first = ";type=Boat";
-    const std::string second = first;
+    const std::string second = ";type=Boat";
 
     const auto label = memory().phoneLabel(first);
 
     EXPECT_EQ(memory().phoneLabel(second)->data(), label->data());
 }
 
-TEST_F(ParameterMemoryTest, TellsListsApartThatDifferInOneByte)
+TEST_F(ParameterMemoryTest, KeepsListsApartThatDifferInOneByte)
 {
     const std::string base = ";type=0123456789abcdefghij";
     std::deque<std::string> lists;

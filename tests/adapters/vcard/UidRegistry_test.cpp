@@ -117,9 +117,9 @@ TEST(UidRegistry, KeepsAllIdsWhenThereAreMoreThanReserved)
 {
     UidRegistry registry;
     registry.reserve(10);
-    std::vector<std::string> uids;
-    for (int i = 0; i < 1000; ++i) {
-        uids.push_back("uid" + std::to_string(i));
+    std::vector<std::string> uids(1000);
+    for (std::size_t i = 0; i < uids.size(); ++i) {
+        uids[i] = "uid" + std::to_string(i);
     }
 
     for (const auto& uid : uids) {
