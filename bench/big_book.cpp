@@ -38,21 +38,22 @@ std::string_view firstName(std::size_t person)
     return kNames[(person + person / 160'000) % kNames.size()];
 }
 
-void appendCard(std::string& text, std::size_t person, std::size_t copy)
+void appendCard(std::string& text, std::size_t person, std::size_t copy, bool differs)
 {
     const std::string first(firstName(person));
     const auto last = lastName(person);
     const auto number = digits(person, 7);
     text += "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:7c9e6679-7425-40de-944b-" + digits(copy, 2) +
             digits(person, 10) + "\r\nN:" + last + ";" + first + ";;;\r\nFN:" + first + " " + last +
-            "\r\nTEL;type=CELL;type=VOICE;type=pref:+1 555 " + number +
+            "\r\nTEL;type=CELL;type=VOICE;type=pref:+1 " + (differs ? "558 " : "555 ") + number +
             "\r\nTEL;type=HOME;type=VOICE:+1 556 " + number + "\r\n";
     if (person % 3 == 0) {
         text += "TEL;type=WORK;type=VOICE:+1 557 " + number + "\r\n";
     }
     text += "EMAIL;type=INTERNET;type=HOME:" + last + number + "@example.com\r\nADR;type=HOME:;;" +
             std::to_string(person % 900 + 1) + " Main Street;Springfield;;" +
-            digits(person % 100'000, 5) + ";\r\nREV:2024-05-01T10:00:00Z\r\nEND:VCARD\r\n";
+            digits(person % 100'000, 5) + ";\r\n" + (differs ? "NOTE:Met in Springfield\r\n" : "") +
+            "REV:2024-05-01T10:00:00Z\r\nEND:VCARD\r\n";
 }
 
 }  // namespace
@@ -64,12 +65,12 @@ std::string bigBook(const BigBook& book)
     std::string text;
     text.reserve(book.cards * kCardSize);
     for (std::size_t person = 0; person < people; ++person) {
-        appendCard(text, person, 0);
+        appendCard(text, person, 0, false);
     }
     // Spread the people with a copy evenly over the book.
     const auto copies = book.cards - people;
     for (std::size_t copy = 0; copy < copies; ++copy) {
-        appendCard(text, copy * people / copies, 1);
+        appendCard(text, copy * people / copies, 1, book.copiesDiffer);
     }
     return text;
 }

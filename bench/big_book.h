@@ -10,6 +10,9 @@ struct BigBook {
     std::size_t cards = 100'000;
     /// How many people in a hundred have a second card with the same name.
     std::size_t percentWithCopy = 10;
+    /// Whether the second card has another mobile number and a note; otherwise only the UID
+    /// differs.
+    bool copiesDiffer = false;
 };
 
 /// The book as one vCard 3.0 file, as an Apple phone writes it: CRLF, about 360 bytes per card, the

@@ -88,6 +88,6 @@ class Profile:
 
     def _run(self, people, percent_with_copy, options):
         book, output = self.folder / "profiled.vcf", self.folder / "callgrind"
-        self.meter.run([self.meter.programs / "write_book", "file", book, people, percent_with_copy])
+        self.meter.run([self.meter.programs / "write_book", "file", book, people, percent_with_copy, "equal"])
         self.meter.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={output}", self.cli, *options, book])
         return instructions(output.read_text())

@@ -82,8 +82,8 @@ class Table:
 
     def summary(self):
         """README's few rows."""
-        runs = ["`list --quiet`, few rows", "`list --quiet`, everybody in rows", "`list`, few rows",
-                "`delete --quiet`, half of the people"]
+        runs = ["`list --quiet`, few rows", "`list --quiet`, everybody in rows",
+                "`list --quiet`, everybody in rows, copies differ", "`delete --quiet`, half of the people"]
         return markdown(
             ["run", "people", "× floor", "wall time", "peak memory", "µs a person", "× EVCard"],
             [[run, f"{row.people:,}", significant(self.times_floor(row)), duration(row.cost.wall),

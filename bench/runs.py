@@ -65,9 +65,9 @@ class Runs:
         self.rows.append(row)
         self.report(row)
 
-    def _book(self, name, people, percent_with_copy, kind="file"):
+    def _book(self, name, people, percent_with_copy, kind="file", copies="equal"):
         path = self.folder / name
-        self.meter.run([self.meter.programs / "write_book", kind, path, people, percent_with_copy])
+        self.meter.run([self.meter.programs / "write_book", kind, path, people, percent_with_copy, copies])
         return path
 
     # One file
@@ -88,6 +88,10 @@ class Runs:
             for options in ("--quiet", "", "--format json --quiet", "--format json", "--format csv --quiet",
                             "--format csv"):
                 add(f"`{f'list {options}'.strip()}`, {rows}", [self.cli, "list", book, *MATCH, *options.split()])
+        differ = self._book("differ.vcf", people, 100, copies="different")
+        for command in ("list --quiet", "list"):
+            self._add(f"`{command}`, everybody in rows, copies differ", people,
+                      self.meter.best([self.cli, *command.split(), differ, *MATCH]), size=differ.stat().st_size)
         self._measure_deletion(people, self.folder / "twice.vcf")
         for file in self.folder.glob("*.vcf"):
             file.unlink()

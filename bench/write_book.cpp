@@ -1,6 +1,8 @@
 // Writes the benchmarks' address book as a vCard file, or as a folder with a file for each card.
 //
-//     write_book file|folder PATH CARDS PERCENT-WITH-COPY
+//     write_book file|folder PATH CARDS PERCENT-WITH-COPY equal|different
+//
+// The last word says whether copies differ in more than their UID.
 
 #include "bench/big_book.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -32,13 +34,15 @@ void writeFolder(const std::filesystem::path& folder, std::string_view book)
 int main(int argc, char** argv)
 {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (arguments.size() != 4 || (arguments[0] != "file" && arguments[0] != "folder")) {
-        std::cerr << "usage: write_book file|folder PATH CARDS PERCENT-WITH-COPY\n";
+    if (arguments.size() != 5 || (arguments[0] != "file" && arguments[0] != "folder") ||
+        (arguments[4] != "equal" && arguments[4] != "different")) {
+        std::cerr << "usage: write_book file|folder PATH CARDS PERCENT-WITH-COPY equal|different\n";
         return 2;
     }
     try {
-        const auto book = dunmora::bench::bigBook(
-            {.cards = std::stoul(arguments[2]), .percentWithCopy = std::stoul(arguments[3])});
+        const auto book = dunmora::bench::bigBook({.cards = std::stoul(arguments[2]),
+                                                   .percentWithCopy = std::stoul(arguments[3]),
+                                                   .copiesDiffer = arguments[4] == "different"});
         if (arguments[0] == "folder") {
             writeFolder(arguments[1], book);
         } else {
