@@ -34,7 +34,7 @@ class Cost:
 
 
 class Meter:
-    """Measures programs with the help of `measure`, in an environment that has no preferences of the user's."""
+    """Measures programs with the help of `measure`, in an environment without the user's preferences."""
 
     def __init__(self, programs, folder, repetitions=REPETITIONS):
         self.programs = pathlib.Path(programs)
