@@ -10,6 +10,10 @@ def card(person, copy):
             "REV:2024-05-01T10:00:00Z\r\nEND:VCARD\r\n").encode()
 
 
+# Reading so many takes longer than a window takes to appear and become active, so that a test sees the program at work.
+MANY_PEOPLE = 200_000
+
+
 def big_book(people, copies):
     """Returns a book with everyone once and then the first `copies` people again, and the book without those copies.
 

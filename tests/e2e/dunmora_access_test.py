@@ -3,7 +3,7 @@
 
 import windowcase
 from accessibility import Announcements
-from bigbook import big_book
+from bigbook import MANY_PEOPLE, big_book
 from cards import card
 from dunmora import MARK
 from dunmoracase import BOOK, BROKEN, DORA_1, DORA_2, NOBODY_1, NOBODY_2, DunmoraCase
@@ -29,7 +29,7 @@ class AccessTest(DunmoraCase):
         self.assertEqual(sorted(keys), sorted(set(keys)), [(node, node.key_bindings) for node in window.walk()])
 
     def test_names_every_control_of_every_window(self):
-        self.book.write_bytes(big_book(30_000, 2_000)[0])
+        self.book.write_bytes(big_book(MANY_PEOPLE, 2_000)[0])
         dunmora = self.start(self.book)
         self.assert_all_named(dunmora.progress)
         dialog = dunmora.dialog

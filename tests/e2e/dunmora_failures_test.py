@@ -5,7 +5,7 @@ import pathlib
 import signal
 
 import windowcase
-from bigbook import big_book
+from bigbook import MANY_PEOPLE, big_book
 from dunmora import FIELDS, MOBILE_FIELD, NO_FIELD, is_alert, is_progress
 from dunmoracase import ANN_1, ANNS, BEN, BOOK, CARL_1, CARLS, DORA_1, DORA_2, JUNK, DunmoraCase
 from waiting import wait_for
@@ -118,7 +118,7 @@ class PreferencesTest(DunmoraCase):
 class EndTest(DunmoraCase):
     """In every state the program ends as soon as it is asked to."""
 
-    BIG, BIG_WITHOUT_COPIES = big_book(30_000, 2_000)
+    BIG, BIG_WITHOUT_COPIES = big_book(MANY_PEOPLE, 2_000)
 
     @staticmethod
     def wait_until_signals_are_handled(process_id):

@@ -5,7 +5,7 @@ import pathlib
 import re
 
 import windowcase
-from bigbook import big_book
+from bigbook import MANY_PEOPLE, big_book
 from drop import FileDrag
 from dunmora import (CONFIRMATION, DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK, NO_FIELD, SEVERAL_BOOKS, is_alert,
                      is_shortcuts, texts_of)
@@ -15,7 +15,7 @@ from dunmoracase import (ANN_1, ANN_2, ANNS, BEN, BOOK, BROKEN, CARL_1, CARL_2, 
 
 class StartTest(DunmoraCase):
     def test_shows_progress_while_it_loads_and_then_asks_for_the_match_fields(self):
-        self.book.write_bytes(big_book(40_000, 10)[0])
+        self.book.write_bytes(big_book(MANY_PEOPLE, 10)[0])
         dunmora = self.start(self.book)
 
         main, progress = dunmora.main, dunmora.progress

@@ -5,7 +5,7 @@
 """
 
 import windowcase
-from bigbook import big_book
+from bigbook import MANY_PEOPLE, big_book
 from cards import card
 from desktop import Desktop
 from dunmora import DEFAULT_FIELDS, NO_FIELD, is_alert, is_shortcuts, is_update
@@ -91,7 +91,7 @@ class SizesTest(DunmoraCase):
         dunmora.total("8 duplicates of 9")
 
     def test_the_windows_before_a_search_fit(self):
-        self.book.write_bytes(big_book(40_000, 10)[0])
+        self.book.write_bytes(big_book(MANY_PEOPLE, 10)[0])
         dunmora = self.start(self.book)
         self.assert_fits(dunmora, lambda window: window == dunmora.progress, "progress window")
         dialog = dunmora.dialog
