@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text/Prefetch.h"
 #include "text/TextHash.h"
 
 #include <algorithm>
@@ -42,7 +43,7 @@ public:
     void prefetch(std::uint64_t hash) const
     {
         if (!slots_.empty()) {
-            __builtin_prefetch(&slots_[firstSlot(hash)]);
+            dunmora::prefetch(&slots_[firstSlot(hash)]);
         }
     }
 
