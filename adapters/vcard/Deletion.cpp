@@ -1,12 +1,13 @@
 #include "adapters/vcard/Deletion.h"
 
 #include "adapters/posix/Descriptor.h"
+#include "adapters/posix/FileBytes.h"
 #include "adapters/vcard/AddedCards.h"
 #include "platform/PlatformError.h"
 
 #include <fcntl.h>
 
-#include <numeric>
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -27,39 +28,94 @@ RemovedFile recordOf(const CardFile& file, const LockedFile& locked)
     }
     record.metadata = metadataOf(locked.descriptor(), locked.status());
     record.encoding = file.encoding();
-    record.before = contentHash(file.without(file.removed()));
+    record.reading.file = &file;
+    record.reading.earlier = file.removed();
     return record;
 }
 
+FileBytes joined(const Pieces& pieces)
+{
+    const auto size = sizeOf(pieces);
+    auto memory = FileBytes::allocate(size);
+    auto* end = memory.get();
+    for (const auto piece : pieces) {
+        end = std::copy(piece.begin(), piece.end(), end);
+    }
+    return {std::move(memory), size};
+}
+
+/// Calls `visit` with each range that the deletion has cut out of the file as it was read, and with
+/// how many bytes have been cut out before it.
+template <typename Visit>
+void visitRemoved(const RemovedFile::Reading& reading, const Visit& visit)
+{
+    auto earlier = reading.earlier.begin();
+    std::size_t cutOut = 0;
+    for (const auto& range : reading.all) {
+        if (earlier != reading.earlier.end() && earlier->begin == range.begin) {
+            ++earlier;
+        } else {
+            visit(range, cutOut);
+        }
+        cutOut += range.end - range.begin;
+    }
+}
+
 }  // namespace
+
+Pieces RemovedFile::removedPieces() const
+{
+    if (reading.file == nullptr) {
+        return {bytes};
+    }
+    if (isWholeFile) {
+        return reading.file->without(reading.earlier);
+    }
+    Pieces pieces;
+    pieces.reserve(people);
+    visitRemoved(reading, [&](const ByteRange& range, std::size_t /*cutOut*/) {
+        pieces.push_back(reading.file->bytes().substr(range.begin, range.end - range.begin));
+    });
+    return pieces;
+}
+
+void RemovedFile::copyFromReading()
+{
+    if (reading.file == nullptr) {
+        return;
+    }
+    const auto hashBefore = contentHash(reading.file->without(reading.earlier));
+    const auto hashAfter =
+        isWholeFile ? ContentHash() : contentHash(reading.file->without(reading.all));
+    const auto pieces = removedPieces();
+    std::string copied;
+    copied.reserve(sizeOf(pieces));
+    for (const auto piece : pieces) {
+        copied += piece;
+    }
+    std::vector<Part> copiedParts;
+    if (!isWholeFile) {
+        copiedParts.reserve(people);
+        std::size_t begin = 0;
+        visitRemoved(reading, [&](const ByteRange& range, std::size_t cutOut) {
+            const auto end = begin + (range.end - range.begin);
+            copiedParts.push_back({range.begin - cutOut, {begin, end}});
+            begin = end;
+        });
+    }
+    before = hashBefore;
+    after = hashAfter;
+    bytes = std::move(copied);
+    parts = std::move(copiedParts);
+    reading = {};
+}
 
 RemovedFile removedFrom(const CardFile& file, const CardFile::Ranges& removed,
                         const LockedFile& locked)
 {
     auto record = recordOf(file, locked);
-    record.after = contentHash(file.without(removed));
-    const auto sizeOfAll = [](const CardFile::Ranges& ranges) {
-        return std::accumulate(ranges.begin(), ranges.end(), std::size_t{0},
-                               [](std::size_t size, const ByteRange& range) {
-                                   return size + range.end - range.begin;
-                               });
-    };
-    record.bytes.reserve(sizeOfAll(removed) - sizeOfAll(file.removed()));
-    record.parts.reserve(removed.size() - file.removed().size());
-    auto earlier = file.removed().begin();
-    std::size_t cutOut = 0;
-    for (const auto& range : removed) {
-        const auto size = range.end - range.begin;
-        if (earlier != file.removed().end() && earlier->begin == range.begin) {
-            ++earlier;
-        } else {
-            const auto begin = record.bytes.size();
-            record.bytes += file.bytes().substr(range.begin, size);
-            record.parts.push_back({range.begin - cutOut, {begin, record.bytes.size()}});
-        }
-        cutOut += size;
-    }
-    record.people = record.parts.size();
+    record.reading.all = removed;
+    record.people = removed.size() - file.removed().size();
     return record;
 }
 
@@ -67,9 +123,6 @@ RemovedFile removedWith(const CardFile& file, const LockedFile& locked)
 {
     auto record = recordOf(file, locked);
     record.isWholeFile = true;
-    for (const auto piece : file.without(file.removed())) {
-        record.bytes += piece;
-    }
     return record;
 }
 
@@ -112,6 +165,13 @@ std::size_t Deletion::people() const
     return count;
 }
 
+void Deletion::copyFromReading()
+{
+    for (auto& file : files) {
+        file.copyFromReading();
+    }
+}
+
 std::string Deletion::cards() const
 {
     std::string content;
@@ -121,7 +181,7 @@ std::string Deletion::cards() const
                 "One file cannot hold these people: some of their cards are UTF-16 and others are "
                 "not.");
         }
-        const auto removed = cardFileOf(file.names.front(), file.bytes);
+        const CardFile removed(file.names.front(), joined(file.removedPieces()));
         const AddedCards cards(removed);
         for (const auto& card : cards.all()) {
             content += card.bytes;

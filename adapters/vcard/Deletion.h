@@ -4,6 +4,7 @@
 #include "adapters/posix/FileCreation.h"
 #include "adapters/posix/FileMetadata.h"
 #include "adapters/posix/LockedFile.h"
+#include "adapters/posix/Pieces.h"
 #include "adapters/vcard/CardFile.h"
 #include "adapters/vcard/ContentHash.h"
 #include "adapters/vcard/TextDecoding.h"
@@ -18,6 +19,9 @@
 namespace dunmora {
 
 /// What a deletion has removed from one file, and where it was.
+///
+/// At first the removed bytes are only in the reading of the file, because most programs end, or
+/// read the book again, without putting anybody back. They must be copied before the reading ends.
 struct RemovedFile {
     /// Bytes that were one after another in the file.
     struct Part {
@@ -27,21 +31,43 @@ struct RemovedFile {
         ByteRange range;
     };
 
+    /// The file as it was read, and what deletions have cut out of it: all until the one before,
+    /// and all with this one, unless it has removed the file itself.
+    struct Reading {
+        const CardFile* file = nullptr;
+        CardFile::Ranges earlier;
+        CardFile::Ranges all;
+    };
+
+    /// Copies what is only in the reading, unless that has been done. Thread: any, one at a time.
+    /// Errors: std::bad_alloc; nothing has changed then.
+    void copyFromReading();
+
+    /// The removed bytes, in the reading or copied.
+    Pieces removedPieces() const;
+
     /// The names under which the book reached the file.
     std::vector<std::filesystem::path> names;
     /// The same names as absolute paths.
     NewNames places;
     FileMetadata metadata;
     FileEncoding encoding = FileEncoding::Bytes;
-    /// The content before and after the deletion.
+    /// The file itself was removed.
+    bool isWholeFile = false;
+    std::size_t people = 0;
+    /// Its file is null when the bytes have been copied.
+    Reading reading;
+
+    // The following is empty until then.
+
+    /// The content before the deletion, and, unless the file itself was removed, after it.
     ContentHash before;
     ContentHash after;
-    /// The file itself was removed; `bytes` is its whole content.
-    bool isWholeFile = false;
-    /// The removed cards; nothing else holds them any longer.
+    /// The removed cards, or the whole content of a file that was removed; nothing else holds them
+    /// any longer.
     std::string bytes;
+    /// Of the removed cards.
     std::vector<Part> parts;
-    std::size_t people = 0;
 };
 
 /// What one save has removed from a book.
@@ -49,6 +75,10 @@ struct Deletion {
     std::vector<RemovedFile> files;
 
     std::size_t people() const;
+
+    /// Copies what is only in the reading of the files, which may end then.
+    /// Errors: std::bad_alloc; nothing is lost then.
+    void copyFromReading();
 
     /// The cards as the content of one file.
     /// Errors: PlatformError when some are UTF-16 and others are not.
@@ -62,7 +92,7 @@ FileAttribute remainderMark(const Pieces& content);
 /// What deletions have left of the files that they changed.
 using Remainders = std::set<ContentHash>;
 
-/// Thread: any. Errors: std::bad_alloc.
+/// Of deletions that have copied what they need. Thread: any. Errors: std::bad_alloc.
 Remainders remaindersOf(std::span<const Deletion> deletions);
 
 /// Whether the file is as a deletion has left it: one of this run, or one of an earlier run, where

@@ -6,7 +6,7 @@
 namespace dunmora {
 
 /// Puts back what a deletion has removed, in all of its files or in none, and forgets it in
-/// `deletion`.
+/// `deletion`, which must have copied it from the reading.
 ///
 /// A file that nobody has changed since gets its bytes back where they were; otherwise the cards
 /// that it lacks are added at its end. A file that was removed gets its names back, those that

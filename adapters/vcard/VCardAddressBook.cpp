@@ -18,6 +18,7 @@ VCardAddressBook::~VCardAddressBook() = default;
 
 std::span<const Person> VCardAddressBook::readPeople()
 {
+    keepRemoved();
     // Frees the old book first, because two large ones may not fit in memory.
     book_.reset();
     isStale_ = false;
@@ -76,6 +77,7 @@ Restoration VCardAddressBook::restoreLast()
     if (deletions_.empty()) {
         return {};
     }
+    keepRemoved();
     auto result = undo(deletions_.back());
     isStale_ = true;
     if (deletions_.back().files.empty()) {
@@ -86,6 +88,7 @@ Restoration VCardAddressBook::restoreLast()
 
 Restoration VCardAddressBook::restore(std::string_view backup, Mode mode)
 {
+    keepRemoved();
     auto result = restoreBackup(path_, largest_, remaindersOf(deletions_), backup, mode);
     isStale_ = isStale_ || result.restored > 0;
     return result;
@@ -109,6 +112,14 @@ std::optional<StoredCard> VCardAddressBook::storedCard(std::string_view uid) con
 ReadingNotes VCardAddressBook::notes() const
 {
     return book_ ? book_->notes() : ReadingNotes();
+}
+
+/// Copies what has been removed from the book, which is freed next, or compared with.
+void VCardAddressBook::keepRemoved()
+{
+    for (auto& deletion : deletions_) {
+        deletion.copyFromReading();
+    }
 }
 
 VCardBook& VCardAddressBook::listing() const

@@ -53,6 +53,7 @@ public:
     Restoration restore(std::string_view backup, Mode mode) override;
 
 private:
+    void keepRemoved();
     /// The book that was read last. Errors: PlatformError when none has been read.
     VCardBook& listing() const;
 
@@ -61,7 +62,8 @@ private:
     std::unique_ptr<VCardBook> book_;
     // People have been put back since the last reading; its listing stays valid.
     bool isStale_ = false;
-    // What saves have removed and nobody has put back, the last one last.
+    // What saves have removed and nobody has put back, the last one last. They may refer to the
+    // book.
     std::vector<Deletion> deletions_;
 };
 

@@ -109,6 +109,23 @@ TEST_F(VCardUndoTest, UndoesDeletionsOfOneReadingLastFirst)
     EXPECT_EQ(book().lastRemoved(), 0U);
 }
 
+TEST_F(VCardUndoTest, UndoesDeletionsAfterAnotherReading)
+{
+    const auto content = card("a") + card("b") + "text\r\n" + card("c") + card("d") + card("e");
+    write(file(), content);
+    deletes({"b"});
+    ask(book(), {"a", "d"});
+    book().save();
+
+    EXPECT_EQ(uidsOf(book().readPeople()), (Texts{"c", "e"}));
+    EXPECT_EQ(book().lastRemovedCards(), card("a") + card("d"));
+    EXPECT_EQ(undo().restored, 2U);
+    EXPECT_EQ(uidsOf(book().readPeople()), (Texts{"a", "c", "d", "e"}));
+    EXPECT_EQ(undo().restored, 1U);
+
+    EXPECT_EQ(contentOf(file()), content);
+}
+
 TEST_F(VCardUndoTest, KeepsTheFilesMetadata)
 {
     write(file(), card("a") + card("b"));
@@ -571,6 +588,7 @@ TEST_F(VCardFolderUndoTest, UndoesTwoDeletionsOfOneFile)
     ask(book(), {"b"});
     book().save();
     ASSERT_EQ(namesIn(folder()), Names());
+    ASSERT_EQ(uidsOf(book().readPeople()), Texts());
 
     EXPECT_EQ(undo().restored, 1U);
     EXPECT_EQ(contentOf(path("a.vcf")), card("b") + "\r\n");
