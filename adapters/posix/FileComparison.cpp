@@ -1,18 +1,23 @@
 #include "adapters/posix/FileComparison.h"
 
+#include "adapters/posix/FileBytes.h"
 #include "adapters/posix/FileCopy.h"
 #include "adapters/posix/FileError.h"
 #include "adapters/posix/FileIdentity.h"
 #include "adapters/posix/ProcessShutdown.h"
+#include "adapters/posix/SideBySide.h"
 #include "text/DisplayText.h"
 
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dunmora {
@@ -24,33 +29,104 @@ bool sameTime(const timespec& a, const timespec& b)
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
+/// Some bytes of a content, and where they begin in its pieces.
+struct Part {
+    std::size_t begin = 0;
+    std::size_t size = 0;
+    std::size_t piece = 0;
+    std::size_t inPiece = 0;
+};
+
+std::vector<Part> partsOf(const Pieces& content, std::size_t partSize)
+{
+    std::vector<Part> parts;
+    Part part;
+    for (std::size_t piece = 0; piece < content.size(); ++piece) {
+        for (std::size_t position = 0; position < content[piece].size();) {
+            const auto size = std::min(partSize - part.size, content[piece].size() - position);
+            position += size;
+            part.size += size;
+            if (part.size == partSize) {
+                parts.push_back(part);
+                part = {part.begin + part.size, 0, piece, position};
+            }
+        }
+    }
+    if (part.size > 0) {
+        parts.push_back(part);
+    }
+    return parts;
+}
+
+/// Reads bytes at this position of the file, and returns how many; 0 at its end.
+std::size_t readAt(const Descriptor& file, std::span<char> place, std::size_t position,
+                   const std::filesystem::path& name)
+{
+    const auto count = uninterrupted([&] {
+        return pread(file.number(), place.data(), place.size(), static_cast<off_t>(position));
+    });
+    if (count < 0) {
+        throwFileError(name, kCannotBeRead, errno);
+    }
+    return static_cast<std::size_t>(count);
+}
+
+/// Whether the file has this part where it belongs.
+bool hasPart(const Descriptor& file, const Pieces& content, Part part,
+             const std::filesystem::path& name)
+{
+    // What has just been read should still be in the processor's cache.
+    constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+    const auto bufferSize = std::min(part.size, kBufferSize);
+    const auto buffer = FileBytes::allocate(bufferSize);
+    while (part.size > 0) {
+        const auto count =
+            readAt(file, {buffer.get(), std::min(part.size, bufferSize)}, part.begin, name);
+        if (count == 0) {
+            return false;
+        }
+        for (std::string_view found(buffer.get(), count); !found.empty();) {
+            const auto expected = content[part.piece].substr(part.inPiece, found.size());
+            if (!found.starts_with(expected)) {
+                return false;
+            }
+            found.remove_prefix(expected.size());
+            part.inPiece += expected.size();
+            if (part.inPiece == content[part.piece].size()) {
+                ++part.piece;
+                part.inPiece = 0;
+            }
+        }
+        part.begin += count;
+        part.size -= count;
+        ShutdownInhibitor::reportProgress();
+    }
+    return true;
+}
+
 }  // namespace
 
 bool hasContent(const Descriptor& file, const Pieces& content, const std::filesystem::path& name)
 {
-    constexpr std::size_t kBufferSize = std::size_t(1) << 18U;
-    std::vector<char> buffer(std::clamp<std::size_t>(sizeOf(content), 1, kBufferSize));
-    const auto read = [&](std::size_t size) {
-        const auto count = readSome(file, buffer.data(), size);
-        if (count < 0) {
-            throwFileError(name, kCannotBeRead, errno);
+    // Smaller files are compared before another thread has started.
+    constexpr auto kSizeForThreads = std::size_t{8} << 20U;
+    constexpr auto kPartSize = std::size_t{1} << 20U;
+    const auto threads = sizeOf(content) < kSizeForThreads ? 1 : processors();
+    return hasContent(file, content, name, {kPartSize, threads});
+}
+
+bool hasContent(const Descriptor& file, const Pieces& content, const std::filesystem::path& name,
+                const ComparisonMethod& method)
+{
+    const auto parts = partsOf(content, method.partSize);
+    std::atomic<bool> isSame = true;
+    runSideBySide(parts.size(), method.threads, [&](std::size_t i) {
+        if (isSame && !hasPart(file, content, parts[i], name)) {
+            isSame = false;
         }
-        return static_cast<std::size_t>(count);
-    };
-    if (lseek(file.number(), 0, SEEK_SET) != 0) {
-        throwFileError(name, kCannotBeRead, errno);
-    }
-    for (auto piece : content) {
-        while (!piece.empty()) {
-            const auto count = read(std::min(piece.size(), buffer.size()));
-            if (count == 0 || std::memcmp(buffer.data(), piece.data(), count) != 0) {
-                return false;
-            }
-            piece.remove_prefix(count);
-            ShutdownInhibitor::reportProgress();
-        }
-    }
-    return read(1) == 0;
+    });
+    std::array<char, 1> more{};
+    return isSame && readAt(file, more, sizeOf(content), name) == 0;
 }
 
 bool isUnchanged(const struct stat& before, const struct stat& now)
