@@ -29,10 +29,10 @@ public:
     /// Whether this many texts fit; the caller resets the index before it adds more.
     bool fits(std::size_t count) const { return slots_.size() >= 2 * count; }
 
-    /// Forgets all texts and makes space for `count`.
+    /// Forgets all texts and makes space for `count`, whose positions are less than `count`.
     void reset(std::size_t count)
     {
-        slots_.assign(std::bit_ceil(std::max<std::size_t>(2 * count, kFewestSlots)), Slot());
+        slots_.assign(std::bit_ceil(std::max<std::size_t>(2 * count, kFewestSlots)), kFree);
     }
 
     /// The hash by which every index finds the text.
@@ -60,8 +60,8 @@ public:
         if (slots_.empty()) {
             return kNowhere;
         }
-        const auto& slot = slots_[slotOf(hash, isAt)];
-        return slot.isFree() ? kNowhere : slot.position();
+        const auto slot = slots_[slotOf(hash, isAt)];
+        return slot == kFree ? kNowhere : positionIn(slot);
     }
 
     /// Returns the position of the text and whether it is new. `append()` appends a new text to the
@@ -75,11 +75,11 @@ public:
     std::pair<std::size_t, bool> findOrAdd(std::uint64_t hash, IsAt isAt, Append append)
     {
         auto& slot = slots_[slotOf(hash, isAt)];
-        if (!slot.isFree()) {
-            return {slot.position(), false};
+        if (slot != kFree) {
+            return {positionIn(slot), false};
         }
-        slot = {static_cast<std::uint32_t>(append() + 1), upperHalf(hash)};
-        return {slot.position(), true};
+        slot = slotFor(hash, append());
+        return {positionIn(slot), true};
     }
 
     /// Adds a text that has no position yet.
@@ -97,30 +97,32 @@ public:
         std::size_t current = 0;
         // Twice, because a run of used slots may continue at the beginning.
         for (std::size_t i = 0; i < 2 * slots_.size(); ++i) {
-            current = slots_[i % slots_.size()].isFree() ? 0 : current + 1;
+            current = slots_[i % slots_.size()] == kFree ? 0 : current + 1;
             longest = std::max(longest, current + 1);
         }
         return longest;
     }
 
 private:
-    /// The lower half of the hash chooses the slot; the upper half is in it, so that a search
-    /// seldom reads a text that does not match.
-    struct Slot {
-        // Counted from 1; 0 in a free slot.
-        std::uint32_t number = 0;
-        std::uint32_t hash = 0;
+    /// In the lower bits the position of a text, counted from 1, for which as many bits are enough
+    /// as for the number of a slot. In the other bits those of the upper half of the hash, whose
+    /// lower half chooses the slot: a search seldom reads a text that does not match.
+    using Slot = std::uint32_t;
 
-        bool isFree() const { return number == 0; }
-        std::size_t position() const { return number - 1; }
-    };
-
+    static constexpr Slot kFree = 0;
     static constexpr std::size_t kFewestSlots = 16;
 
-    static std::uint32_t upperHalf(std::uint64_t hash)
+    Slot positionBits() const { return static_cast<Slot>(slots_.size() - 1); }
+    Slot hashBits(std::uint64_t hash) const
     {
-        return static_cast<std::uint32_t>(hash >> 32U);
+        return static_cast<Slot>(hash >> 32U) & ~positionBits();
     }
+
+    Slot slotFor(std::uint64_t hash, std::size_t position) const
+    {
+        return hashBits(hash) | static_cast<Slot>(position + 1);
+    }
+    std::size_t positionIn(Slot slot) const { return (slot & positionBits()) - 1; }
 
     std::size_t firstSlot(std::uint64_t hash) const
     {
@@ -132,9 +134,10 @@ private:
     std::size_t slotOf(std::uint64_t hash, IsAt isAt) const
     {
         const auto mask = slots_.size() - 1;
+        const auto wanted = hashBits(hash);
         auto slot = firstSlot(hash);
-        while (!slots_[slot].isFree() &&
-               (slots_[slot].hash != upperHalf(hash) || !isAt(slots_[slot].position()))) {
+        while (slots_[slot] != kFree &&
+               ((slots_[slot] & ~positionBits()) != wanted || !isAt(positionIn(slots_[slot])))) {
             slot = (slot + 1) & mask;
         }
         return slot;
