@@ -3,6 +3,7 @@
 #include "adapters/eds/EdsCards.h"
 #include "adapters/eds/EdsRestoration.h"
 #include "adapters/vcard/CardProperties.h"
+#include "adapters/vcard/StoredParts.h"
 #include "platform/PlatformError.h"
 #include "text/Counted.h"
 
@@ -326,6 +327,17 @@ std::optional<PersonCard> EdsAddressBook::card(std::string_view uid) const
         return std::nullopt;
     }
     return PersonCard{*std::move(properties), {}, reviewed_->source(*entry)};
+}
+
+std::optional<StoredCard> EdsAddressBook::storedCard(std::string_view uid) const
+{
+    const auto* const entry = reviewed_ ? reviewed_->find(uid) : nullptr;
+    if (entry == nullptr ||
+        mayHavePictures(reviewed_->books()[entry->book], entry->card, pictures_)) {
+        return std::nullopt;
+    }
+    const auto parts = storedParts(entry->card);
+    return parts ? std::optional(StoredCard{*parts, &reviewed_->source(*entry)}) : std::nullopt;
 }
 
 }  // namespace dunmora

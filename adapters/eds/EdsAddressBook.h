@@ -43,6 +43,8 @@ public:
     /// The pictures of local books are part of the cards.
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
+    /// Nothing for a card that may have pictures of a local book: their files can change.
+    std::optional<StoredCard> storedCard(std::string_view uid) const override;
 
     // Each person returns to the book that the person was removed from.
     std::size_t deletions() const override { return deletions_.size(); }

@@ -146,14 +146,17 @@ bool contains(std::string_view text, std::string_view word)
                        [](char x, char y) { return toUpperAscii(x) == y; }) != text.end();
 }
 
+/// Whether the card may contain the address of a picture in the folder.
+bool mayHavePictures(std::string_view card, const std::filesystem::path& folder)
+{
+    return !folder.empty() && (contains(card, "PHOTO") || contains(card, "LOGO"));
+}
+
 /// The card with what `replace` returns in place of the lines of each stored picture.
 std::string replacing(std::string_view card, const std::filesystem::path& folder,
                       const std::function<std::optional<std::string>(const Picture&)>& replace)
 {
-    const auto names = {std::string_view("PHOTO"), std::string_view("LOGO")};
-    if (folder.empty() || std::none_of(names.begin(), names.end(), [&](std::string_view name) {
-            return contains(card, name);
-        })) {
+    if (!mayHavePictures(card, folder)) {
         return std::string(card);
     }
     std::string out;
@@ -205,6 +208,12 @@ std::string wholeCard(const ServiceBook& book, std::string_view card,
                       const std::filesystem::path& folder)
 {
     return book.kind == kLocalKind ? withPictures(card, folder) : std::string(card);
+}
+
+bool mayHavePictures(const ServiceBook& book, std::string_view card,
+                     const std::filesystem::path& folder)
+{
+    return book.kind == kLocalKind && mayHavePictures(card, folder);
 }
 
 CardWithoutLostPictures withoutLostPictures(std::string_view card,

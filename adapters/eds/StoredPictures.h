@@ -25,6 +25,10 @@ std::string withPictures(std::string_view card, const std::filesystem::path& fol
 std::string wholeCard(const ServiceBook& book, std::string_view card,
                       const std::filesystem::path& folder);
 
+/// Whether `wholeCard` may return another text than the card. Reads no file.
+bool mayHavePictures(const ServiceBook& book, std::string_view card,
+                     const std::filesystem::path& folder);
+
 /// A card without the pictures whose files are gone. The service adds no card that has them.
 struct CardWithoutLostPictures {
     std::string card;

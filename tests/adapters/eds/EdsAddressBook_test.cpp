@@ -44,6 +44,15 @@ protected:
         return removals;
     }
 
+    /// All books, after the first reading; the pictures of local ones are in a folder.
+    std::unique_ptr<EdsAddressBook> bookWithPictures()
+    {
+        auto book = std::make_unique<EdsAddressBook>(std::make_unique<FakeContactService>(desktop_),
+                                                     std::nullopt, "/pictures");
+        book->readPeople();
+        return book;
+    }
+
     FakeDesktopBooks desktop_;
 
 private:
@@ -83,6 +92,50 @@ TEST_F(EdsAddressBookTest, KeepsTheReviewedCardsWhenOthersChangeThem)
     EXPECT_EQ(book.card("ann").value().properties, reviewed);
     book.readPeople();
     EXPECT_NE(book.card("ann").value().properties, reviewed);
+}
+
+TEST_F(EdsAddressBookTest, ComparesCardsWithoutReadingThem)
+{
+    desktop_.add("home", {"ann", "ben"}).content.people[1].card = cardNamed("ben", "ann");
+    desktop_.add("work", {"ann"}).content.people[0].card = cardNamed("ann", "Somebody Else");
+    auto& book = all();
+    book.readPeople();
+
+    const auto ann = book.storedCard("home/ann").value();
+
+    EXPECT_EQ(ann.parts, book.storedCard("home/ben").value().parts);
+    EXPECT_NE(ann.parts, book.storedCard("work/ann").value().parts);
+    EXPECT_EQ(*ann.source, (PersonSource{"eds:home", "Book home"}));
+    EXPECT_FALSE(book.storedCard("home/carl"));
+}
+
+TEST_F(EdsAddressBookTest, ComparesTheReviewedCardsWhenOthersChangeThem)
+{
+    desktop_.add("home", {"ann", "ben"}).content.people[1].card = cardNamed("ben", "ann");
+    auto& book = one("home");
+    EXPECT_FALSE(book.storedCard("ann"));
+    book.readPeople();
+
+    desktop_.edit("home", "ann");
+    book.people();
+
+    EXPECT_EQ(book.storedCard("ann").value().parts, book.storedCard("ben").value().parts);
+}
+
+TEST_F(EdsAddressBookTest, ReadsCardsThatMayHavePicturesToCompareThem)
+{
+    const auto card = [](const std::string& property) {
+        return "BEGIN:VCARD\r\nUID:ann\r\nFN:Ann\r\n" + property + "\r\nEND:VCARD";
+    };
+    desktop_.add("home", {"ann", "ben"}).content.people = {{"ann", card("photo:file:///a")},
+                                                           {"ben", card("X.LOGO:file:///a")}};
+    desktop_.add("server", {"ann"}).content.people[0].card = card("PHOTO:file:///a");
+    desktop_.book("server").description.kind = "carddav";
+    const auto book = bookWithPictures();
+
+    EXPECT_FALSE(book->storedCard("home/ann"));
+    EXPECT_FALSE(book->storedCard("home/ben"));
+    EXPECT_TRUE(book->storedCard("server/ann"));
 }
 
 TEST_F(EdsAddressBookTest, DistinguishesPeopleOfDifferentBooks)
