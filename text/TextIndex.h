@@ -90,6 +90,50 @@ public:
             hash, [](std::size_t) { return false; }, [&] { return position; });
     }
 
+    /// A part of the slots. Several threads may add texts at the same time when each has a part of
+    /// its own, and nobody does anything else with the index meanwhile.
+    struct Part {
+        std::size_t begin;
+        std::size_t end;
+    };
+
+    /// Part `number`, counted from 0, of `count` parts of about the same size.
+    Part part(std::size_t number, std::size_t count) const
+    {
+        return {slots_.size() * number / count, slots_.size() * (number + 1) / count};
+    }
+
+    /// Whether the search for a text with this hash begins in the part.
+    bool beginsIn(const Part& part, std::uint64_t hash) const
+    {
+        const auto slot = firstSlot(hash);
+        return slot >= part.begin && slot < part.end;
+    }
+
+    enum class Addition {
+        Done,
+        /// The text has a position already.
+        Known,
+        /// Nothing was added: the search for the text leaves the part.
+        LeavesPart,
+    };
+
+    /// Adds a text whose search begins in the part.
+    template <typename IsAt>
+    Addition addIn(const Part& part, std::uint64_t hash, std::size_t position, IsAt isAt)
+    {
+        for (auto i = firstSlot(hash); i < part.end; ++i) {
+            if (slots_[i] == kFree) {
+                slots_[i] = slotFor(hash, position);
+                return Addition::Done;
+            }
+            if (mayBeOf(slots_[i], hash) && isAt(positionIn(slots_[i]))) {
+                return Addition::Known;
+            }
+        }
+        return Addition::LeavesPart;
+    }
+
     /// The most slots that a search looks at. For tests; reads all slots.
     std::size_t longestSearch() const
     {
@@ -122,6 +166,11 @@ private:
     {
         return hashBits(hash) | static_cast<Slot>(position + 1);
     }
+    /// Whether a slot that is not free can be that of a text with this hash.
+    bool mayBeOf(Slot slot, std::uint64_t hash) const
+    {
+        return (slot & ~positionBits()) == hashBits(hash);
+    }
     std::size_t positionIn(Slot slot) const { return (slot & positionBits()) - 1; }
 
     std::size_t firstSlot(std::uint64_t hash) const
@@ -134,10 +183,9 @@ private:
     std::size_t slotOf(std::uint64_t hash, IsAt isAt) const
     {
         const auto mask = slots_.size() - 1;
-        const auto wanted = hashBits(hash);
         auto slot = firstSlot(hash);
         while (slots_[slot] != kFree &&
-               ((slots_[slot] & ~positionBits()) != wanted || !isAt(positionIn(slots_[slot])))) {
+               (!mayBeOf(slots_[slot], hash) || !isAt(positionIn(slots_[slot])))) {
             slot = (slot + 1) & mask;
         }
         return slot;

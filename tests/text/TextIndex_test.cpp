@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <new>
 #include <string>
@@ -113,6 +114,45 @@ TEST(TextIndex, StaysUnchangedWhenATextCannotBeAppended)
     EXPECT_THROW(index.findOrAdd("Ann", always, fail), std::bad_alloc);
 
     EXPECT_EQ(index.find("Ann", always), TextIndex::kNowhere);
+}
+
+TEST(TextIndex, HasEverySlotInOnePart)
+{
+    TextIndex index;
+    index.reset(100);
+    for (const std::size_t count : {1, 2, 3, 7, 500}) {
+        for (std::uint64_t hash = 0; hash < 300; ++hash) {
+            std::size_t parts = 0;
+            for (std::size_t i = 0; i < count; ++i) {
+                parts += index.beginsIn(index.part(i, count), hash) ? 1 : 0;
+            }
+            EXPECT_EQ(parts, 1U);
+        }
+    }
+}
+
+TEST(TextIndex, FindsWhatWasAddedInAPart)
+{
+    TextIndex index;
+    index.reset(8);
+    const auto part = index.part(0, 2);
+    const auto is = [](std::size_t wanted) {
+        return [=](std::size_t position) { return position == wanted; };
+    };
+    using Addition = TextIndex::Addition;
+
+    // They share the slot before the last one of the part.
+    EXPECT_EQ(index.addIn(part, 6, 1, is(1)), Addition::Done);
+    EXPECT_EQ(index.addIn(part, 6, 1, is(1)), Addition::Known);
+    EXPECT_EQ(index.addIn(part, 6, 2, is(2)), Addition::Done);
+    EXPECT_EQ(index.addIn(part, 6, 2, is(2)), Addition::Known);
+    EXPECT_EQ(index.addIn(part, 6, 3, is(3)), Addition::LeavesPart);
+
+    EXPECT_EQ(index.find(6, is(1)), 1U);
+    EXPECT_EQ(index.find(6, is(2)), 2U);
+    EXPECT_EQ(index.find(6, is(3)), TextIndex::kNowhere);
+    index.add(6, 3);
+    EXPECT_EQ(index.find(6, is(3)), 3U);
 }
 
 TEST(TextIndex, HasNothingAfterReset)
