@@ -18,6 +18,7 @@ void CardReader::read(std::string_view text, Text kind, Cards& cards)
     if (expected > 2 * cards.people.capacity()) {
         cards.people.reserve(expected);
         cards.ranges.reserve(expected);
+        cards.uidHashes.reserve(cards.hashesUids ? expected : 0);
     }
     CardScanner scanner(text, kind, CardScanner::Properties::OfPerson, memory_);
     scanner.readAll(cards);

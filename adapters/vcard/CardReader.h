@@ -3,6 +3,7 @@
 #include "platform/Person.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <memory_resource>
 #include <string_view>
@@ -52,6 +53,11 @@ public:
         std::vector<std::size_t> skipped;
         /// The ranges of group and list cards.
         std::vector<CardRange> groups;
+        /// The hash of each person's `uid` by which a `TextIndex` finds it, in the same order;
+        /// empty unless `hashesUids`. Hashing a text that has just been read is cheap, because it
+        /// is still in the processor's cache.
+        std::vector<std::uint64_t> uidHashes;
+        bool hashesUids = false;
     };
 
     /// How texts are read; the result is the same.

@@ -2,6 +2,7 @@
 
 #include "adapters/vcard/OrdinaryLine.h"
 #include "text/Ascii.h"
+#include "text/TextIndex.h"
 
 #include <algorithm>
 #include <string>
@@ -50,6 +51,9 @@ void CardScanner::readAll(CardReader::Cards& cards)
         } else {
             cards.people.push_back(card_.person());
             cards.ranges.push_back(range_);
+            if (cards.hashesUids) {
+                cards.uidHashes.push_back(TextIndex::hashOf(cards.people.back().uid));
+            }
         }
     }
 }

@@ -53,7 +53,8 @@ public:
     /// Reads the next card that is complete. Returns whether there is one.
     bool next();
 
-    /// Reads all cards that `next` would read, and appends the people, their ranges and the groups.
+    /// Reads all cards that `next` would read, and appends the people, their ranges and hashes, and
+    /// the groups.
     void readAll(CardReader::Cards& cards);
 
     /// The card that was read last, until the next call of `next`.

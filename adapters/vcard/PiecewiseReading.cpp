@@ -127,10 +127,12 @@ void PiecewiseReading::appendCards(const Piece& piece)
             static_cast<std::size_t>(static_cast<double>(count) * remaining * kMargin) + 1;
         makeRoom(cards_.people, count, expected);
         makeRoom(cards_.ranges, count, expected);
+        makeRoom(cards_.uidHashes, piece.cards.uidHashes.size(), cards_.hashesUids ? expected : 0);
     }
     appendAll(cards_.people, piece.cards.people);
     appendAll(cards_.ranges, piece.cards.ranges);
     appendAll(cards_.groups, piece.cards.groups);
+    appendAll(cards_.uidHashes, piece.cards.uidHashes);
 }
 
 /// The current scanner has read all that it will read.
@@ -146,7 +148,9 @@ CardReader::Cards PiecewiseReading::takeSpare()
 {
     const std::lock_guard lock(mutex_);
     if (spare_.empty()) {
-        return {};
+        CardReader::Cards cards;
+        cards.hashesUids = cards_.hashesUids;
+        return cards;
     }
     auto cards = std::move(spare_.back());
     spare_.pop_back();
@@ -158,6 +162,7 @@ void PiecewiseReading::giveBack(CardReader::Cards cards)
     cards.people.clear();
     cards.ranges.clear();
     cards.groups.clear();
+    cards.uidHashes.clear();
     const std::lock_guard lock(mutex_);
     spare_.push_back(std::move(cards));
 }

@@ -1,6 +1,7 @@
 #include "adapters/vcard/PiecewiseReading.h"
 
 #include "tests/adapters/vcard/ReadText.h"
+#include "text/TextIndex.h"
 
 #include <gtest/gtest.h>
 
@@ -38,6 +39,9 @@ Texts shown(const CardReader::Cards& cards)
         const auto& person = cards.people[i];
         std::string text = shown(cards.ranges.at(i));
         text += " '" + std::string(person.uid) + "'";
+        if (cards.hashesUids) {
+            EXPECT_EQ(cards.uidHashes.at(i), TextIndex::hashOf(person.uid));
+        }
         for (const auto& name : {person.firstName, person.lastName, person.nickname}) {
             text += " " + shown(name);
         }
@@ -49,6 +53,7 @@ Texts shown(const CardReader::Cards& cards)
         }
         texts.push_back(text);
     }
+    EXPECT_EQ(cards.uidHashes.size(), cards.hashesUids ? cards.people.size() : 0);
     for (const auto& group : cards.groups) {
         texts.push_back("group " + shown(group));
     }
@@ -62,6 +67,7 @@ Texts readWhole(std::string_view text)
 {
     CardReader reader({1, 1});
     CardReader::Cards cards;
+    cards.hashesUids = true;
     reader.read(text, CardReader::Text::Bytes, cards);
     return shown(cards);
 }
@@ -70,6 +76,7 @@ Texts readInPieces(std::string_view text, const Ends& ends, std::size_t threads 
 {
     PiecewiseReading::Memories memories;
     CardReader::Cards cards;
+    cards.hashesUids = true;
     PiecewiseReading(text, CardReader::Text::Bytes, ends, memories, cards).run(threads);
     return shown(cards);
 }
