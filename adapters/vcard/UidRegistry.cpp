@@ -1,9 +1,16 @@
 #include "adapters/vcard/UidRegistry.h"
 
+#include "adapters/posix/SideBySide.h"
+#include "text/LookAhead.h"
+
 #include <xxhash.h>
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdio>
+#include <mutex>
+#include <utility>
 
 namespace dunmora {
 
@@ -21,14 +28,88 @@ std::string fingerprint(std::string_view content)
     return digits.data();
 }
 
-}  // namespace
+/// Adds texts to an empty index that has space for them, on several threads. Every thread goes
+/// through all hashes and adds those that belong to its own part of the index.
+class IndexFilling final {
+public:
+    IndexFilling(TextIndex& index, std::span<const std::string_view> texts,
+                 std::span<const std::uint64_t> hashes)
+        : index_(index), texts_(texts), hashes_(hashes)
+    {
+    }
 
-std::uint64_t UidRegistry::announce(std::string_view ownUid) const
-{
-    const auto hash = TextIndex::hashOf(ownUid);
-    index_.prefetch(hash);
-    return hash;
-}
+    /// Returns whether no two texts are equal. If not, some of the texts are missing.
+    bool run(std::size_t threads)
+    {
+        Positions leaving;
+        std::mutex mutex;
+        runSideBySide(threads, threads, [&](std::size_t number) {
+            const auto ofPart = fill(index_.part(number, threads));
+            const std::lock_guard lock(mutex);
+            leaving.insert(leaving.end(), ofPart.begin(), ofPart.end());
+        });
+        for (const auto position : leaving) {
+            const auto isAt = [&](std::size_t other) { return isSame(other, position); };
+            const auto append = [&] { return position; };
+            if (!index_.findOrAdd(hashes_[position], isAt, append).second) {
+                areUnique_ = false;
+            }
+        }
+        return areUnique_;
+    }
+
+private:
+    using Positions = std::vector<std::size_t>;
+
+    /// Fills a part. Returns the positions of texts that belong to it and have no place there.
+    Positions fill(const TextIndex::Part& part)
+    {
+        Positions leaving;
+        constexpr std::size_t kBlock = 1024;
+        std::array<std::size_t, kBlock> ofPart{};
+        for (std::size_t begin = 0; begin < hashes_.size() && areUnique_; begin += kBlock) {
+            const auto end = std::min(begin + kBlock, hashes_.size());
+            std::size_t count = 0;
+            for (auto i = begin; i < end; ++i) {
+                // Without a branch, which nobody could predict.
+                ofPart[count] = i;
+                count += index_.beginsIn(part, hashes_[i]) ? 1 : 0;
+            }
+            visitWithLookAhead<std::size_t>(
+                count,
+                [&](std::size_t i, std::size_t& position) {
+                    position = ofPart[i];
+                    index_.prefetch(hashes_[position]);
+                },
+                [&](std::size_t, std::size_t position) { add(part, position, leaving); });
+        }
+        return leaving;
+    }
+
+    void add(const TextIndex::Part& part, std::size_t position, Positions& leaving)
+    {
+        const auto isAt = [&](std::size_t other) { return isSame(other, position); };
+        switch (index_.addIn(part, hashes_[position], position, isAt)) {
+        case TextIndex::Addition::Done:
+            break;
+        case TextIndex::Addition::Known:
+            areUnique_ = false;
+            break;
+        case TextIndex::Addition::LeavesPart:
+            leaving.push_back(position);
+            break;
+        }
+    }
+
+    bool isSame(std::size_t one, std::size_t other) const { return texts_[one] == texts_[other]; }
+
+    TextIndex& index_;
+    std::span<const std::string_view> texts_;
+    std::span<const std::uint64_t> hashes_;
+    std::atomic<bool> areUnique_ = true;
+};
+
+}  // namespace
 
 std::string_view UidRegistry::assign(std::string_view ownUid, std::uint64_t hash,
                                      std::string_view card)
@@ -46,6 +127,23 @@ std::string_view UidRegistry::assign(std::string_view ownUid, std::uint64_t hash
             return kept;
         }
     }
+}
+
+bool UidRegistry::assignAll(std::vector<std::string_view> ownUids,
+                            std::span<const std::uint64_t> hashes, std::size_t threads)
+{
+    if (!taken_.empty() || std::any_of(ownUids.begin(), ownUids.end(),
+                                       [](std::string_view uid) { return uid.empty(); })) {
+        return false;
+    }
+    taken_ = std::move(ownUids);
+    index_.reset(taken_.size());
+    if (!IndexFilling(index_, taken_, hashes).run(threads)) {
+        index_.reset(taken_.size());
+        taken_.clear();
+        return false;
+    }
+    return true;
 }
 
 std::optional<std::size_t> UidRegistry::find(std::string_view uid) const

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory_resource>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -31,11 +32,16 @@ public:
         return assign(ownUid, TextIndex::hashOf(ownUid), card);
     }
 
-    /// Returns the hash of the card's own UID, and asks the processor for the memory in which
-    /// `assign` will look for it.
-    std::uint64_t announce(std::string_view ownUid) const;
-    /// The same as the other `assign`, for a UID whose hash is known.
+    /// Asks the processor for the memory in which `assign` will look for a UID with this hash.
+    void announce(std::uint64_t hash) const { index_.prefetch(hash); }
+    /// The same as the other `assign`, for a UID whose `TextIndex` hash is known.
     std::string_view assign(std::string_view ownUid, std::uint64_t hash, std::string_view card);
+
+    /// Assigns these UIDs to the first cards that have them, on at most this many threads. Returns
+    /// false, and assigns nothing, when a card before them has an id, a UID is empty, or two are
+    /// equal.
+    bool assignAll(std::vector<std::string_view> ownUids, std::span<const std::uint64_t> hashes,
+                   std::size_t threads);
 
     /// How many ids had been assigned before this one; nothing for an unknown id.
     std::optional<std::size_t> find(std::string_view uid) const;

@@ -7,6 +7,7 @@
 #include "adapters/posix/FileReplacement.h"
 #include "adapters/posix/Leftover.h"
 #include "adapters/posix/LockedFile.h"
+#include "adapters/posix/SideBySide.h"
 #include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardFolder.h"
 #include "adapters/vcard/CardProperties.h"
@@ -30,6 +31,9 @@
 namespace dunmora {
 
 namespace {
+
+/// Fewer people have their ids before another thread has started.
+constexpr std::size_t kFewestForThreads = 10'000;
 
 /// The number, counted from 1, of the line that starts at the end of this text.
 std::size_t lineNumberAfter(std::string_view text)
@@ -143,28 +147,16 @@ void VCardBook::readCards(std::size_t fileIndex, const Remainders& remainders)
     cards_.ranges.clear();
     cards_.skipped.clear();
     cards_.groups.clear();
+    cards_.uidHashes.clear();
+    cards_.hashesUids = true;
     file.read(reader_, cards_);
 
-    uids_.reserve(cards_.people.size());
-    if (places_.empty()) {
-        places_.reserve(cards_.ranges.size());
+    const auto people = std::span(cards_.people).subspan(firstPerson);
+    for (auto& person : people) {
+        person.source = &source;
     }
-    CardBytesFinder finder(file);
-    visitWithLookAhead<std::uint64_t>(
-        cards_.ranges.size(),
-        [&](std::size_t i, std::uint64_t& hash) {
-            hash = uids_.announce(cards_.people[firstPerson + i].uid);
-        },
-        [&](std::size_t i, std::uint64_t hash) {
-            const auto& range = cards_.ranges[i];
-            const auto size = range.end - range.begin - range.lineEndSize;
-            auto& person = cards_.people[firstPerson + i];
-            person.uid = uids_.assign(person.uid, hash, file.text().substr(range.begin, size));
-            person.source = &source;
-            const auto [bytes, lineEndSize] = finder.bytesOf(range);
-            places_.push_back(
-                {static_cast<std::uint32_t>(fileIndex), lineEndSize, false, false, bytes});
-        });
+    assignUids(file, people);
+    addPlaces(fileIndex);
     for (const auto& range : cards_.groups) {
         lists_.add(file.text().substr(range.begin, range.end - range.begin), file.textKind());
     }
@@ -174,12 +166,55 @@ void VCardBook::readCards(std::size_t fileIndex, const Remainders& remainders)
     }
 }
 
+/// Assigns ids to the people of a file. In nearly all books everyone has a UID that nobody else
+/// has.
+void VCardBook::assignUids(const CardFile& file, std::span<Person> people)
+{
+    const auto count = people.size();
+    const auto& hashes = cards_.uidHashes;
+    if (count >= kFewestForThreads) {
+        std::vector<std::string_view> uids(count);
+        std::transform(people.begin(), people.end(), uids.begin(),
+                       [](const Person& person) { return person.uid; });
+        if (uids_.assignAll(std::move(uids), hashes, processors())) {
+            return;
+        }
+    }
+    uids_.reserve(cards_.people.size());
+    visitWithLookAhead<std::uint64_t>(
+        count,
+        [&](std::size_t i, std::uint64_t& hash) {
+            hash = hashes[i];
+            uids_.announce(hash);
+        },
+        [&](std::size_t i, std::uint64_t hash) {
+            const auto& range = cards_.ranges[i];
+            const auto size = range.end - range.begin - range.lineEndSize;
+            people[i].uid =
+                uids_.assign(people[i].uid, hash, file.text().substr(range.begin, size));
+        });
+}
+
+void VCardBook::addPlaces(std::size_t fileIndex)
+{
+    if (places_.empty()) {
+        places_.reserve(cards_.ranges.size());
+    }
+    CardBytesFinder finder(files_[fileIndex]);
+    for (const auto& range : cards_.ranges) {
+        const auto [bytes, lineEndSize] = finder.bytesOf(range);
+        places_.push_back(
+            {static_cast<std::uint32_t>(fileIndex), lineEndSize, false, false, bytes});
+    }
+}
+
 /// Frees what only the reading needs; in a large book it is much.
 void VCardBook::finishReading()
 {
     cards_.ranges = {};
     cards_.skipped = {};
     cards_.groups = {};
+    cards_.uidHashes = {};
 }
 
 void VCardBook::noteSkippedCards(const CardFile& file)

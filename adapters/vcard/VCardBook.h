@@ -82,6 +82,8 @@ private:
     void readFileAt(const std::filesystem::path& path, std::uintmax_t largest);
     void noteInterruptedDeletions(const std::filesystem::path& path);
     void readCards(std::size_t fileIndex, const Remainders& remainders);
+    void assignUids(const CardFile& file, std::span<Person> people);
+    void addPlaces(std::size_t fileIndex);
     void noteSkippedCards(const CardFile& file);
     void noteForeignFile(const CardFile& file, const Remainders& remainders);
     void finishReading();

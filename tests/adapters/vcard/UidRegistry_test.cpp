@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -12,6 +15,24 @@ namespace dunmora::test {
 namespace {
 
 using Uids = std::vector<std::string>;
+
+Uids numberedUids(std::size_t count)
+{
+    Uids uids(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        uids[i] = "uid" + std::to_string(i);
+    }
+    return uids;
+}
+
+bool assignAll(UidRegistry& registry, const Uids& uids, std::size_t threads)
+{
+    std::vector<std::uint64_t> hashes;
+    for (const auto& uid : uids) {
+        hashes.push_back(TextIndex::hashOf(uid));
+    }
+    return registry.assignAll({uids.begin(), uids.end()}, hashes, threads);
+}
 
 TEST(UidRegistry, FindsIdsInTheOrderOfTheirAssignment)
 {
@@ -102,14 +123,16 @@ TEST(UidRegistry, AssignsAnnouncedUidsAsOthers)
     registry.reserve(2);
 
     // Announced together, before the first is assigned.
-    const auto ann = registry.announce("a");
-    const auto again = registry.announce("a");
-    const auto without = registry.announce("");
+    const auto hash = TextIndex::hashOf("a");
+    const auto hashOfNone = TextIndex::hashOf("");
+    registry.announce(hash);
+    registry.announce(hash);
+    registry.announce(hashOfNone);
 
-    EXPECT_EQ(registry.assign("a", ann, "card of Ann"), "a");
+    EXPECT_EQ(registry.assign("a", hash, "card of Ann"), "a");
     EXPECT_EQ(other.assign("a", "card of Ann"), "a");
-    EXPECT_EQ(registry.assign("a", again, "card of Ben"), other.assign("a", "card of Ben"));
-    EXPECT_EQ(registry.assign("", without, "card of Cid"), other.assign("", "card of Cid"));
+    EXPECT_EQ(registry.assign("a", hash, "card of Ben"), other.assign("a", "card of Ben"));
+    EXPECT_EQ(registry.assign("", hashOfNone, "card of Cid"), other.assign("", "card of Cid"));
     EXPECT_EQ(registry.find("a"), 0U);
 }
 
@@ -117,19 +140,86 @@ TEST(UidRegistry, KeepsAllIdsWhenThereAreMoreThanReserved)
 {
     UidRegistry registry;
     registry.reserve(10);
-    std::vector<std::string> uids(1000);
-    for (std::size_t i = 0; i < uids.size(); ++i) {
-        uids[i] = "uid" + std::to_string(i);
-    }
+    const auto uids = numberedUids(1000);
 
     for (const auto& uid : uids) {
-        EXPECT_EQ(registry.assign(uid, registry.announce(uid), "card"), uid);
+        EXPECT_EQ(registry.assign(uid, "card"), uid);
     }
 
     for (std::size_t i = 0; i < uids.size(); ++i) {
         EXPECT_EQ(registry.find(uids[i]), i);
         EXPECT_NE(registry.assign(uids[i], "card of another"), uids[i]);
     }
+}
+
+TEST(UidRegistry, AssignsAllUidsAtOnceAsOneAfterAnother)
+{
+    for (const std::size_t count : {0, 1, 2, 1000, 5000}) {
+        for (const std::size_t threads : {1, 2, 3, 7}) {
+            UidRegistry registry;
+            const auto uids = numberedUids(count);
+
+            ASSERT_TRUE(assignAll(registry, uids, threads)) << count;
+
+            for (std::size_t i = 0; i < count; ++i) {
+                ASSERT_EQ(registry.find(uids[i]), i) << count << " on " << threads;
+            }
+            EXPECT_FALSE(registry.find("uid"));
+            EXPECT_EQ(registry.assign("another", "card"), "another");
+            EXPECT_EQ(registry.find("another"), count);
+            if (count > 0) {
+                EXPECT_NE(registry.assign(uids.back(), "card"), uids.back());
+            }
+        }
+    }
+}
+
+TEST(UidRegistry, AssignsNothingAtOnceWhenUidsAreMissingOrEqual)
+{
+    const auto unique = numberedUids(3000);
+    for (const auto* odd : {"", "uid0", "uid2998"}) {
+        for (const std::size_t threads : {1, 2, 3}) {
+            auto uids = unique;
+            uids.back() = odd;
+            UidRegistry registry;
+
+            EXPECT_FALSE(assignAll(registry, uids, threads)) << odd;
+
+            EXPECT_FALSE(registry.find(uids.front()));
+            UidRegistry other;
+            for (const auto& uid : uids) {
+                ASSERT_EQ(registry.assign(uid, "card"), other.assign(uid, "card"));
+            }
+        }
+    }
+}
+
+TEST(UidRegistry, AssignsUidsAtOnceThatHaveNoPlaceInTheirPartOfTheIndex)
+{
+    // Six ids have 16 slots, of which one of two threads fills the first eight.
+    std::vector<std::string_view> uids = {"a", "b", "c", "d", "e", "f"};
+    const std::vector<std::uint64_t> hashes = {7, 7, 7, 1, 8, 15};
+    UidRegistry registry;
+    UidRegistry withEqualOnes;
+
+    EXPECT_TRUE(registry.assignAll(uids, hashes, 2));
+    uids[2] = "b";
+    EXPECT_FALSE(withEqualOnes.assignAll(uids, hashes, 2));
+
+    EXPECT_NE(registry.assign("b", 7, "card"), "b");
+    EXPECT_NE(registry.assign("c", 7, "card"), "c");
+    EXPECT_EQ(withEqualOnes.assign("b", 7, "card"), "b");
+}
+
+TEST(UidRegistry, AssignsNothingAtOnceAfterOtherCards)
+{
+    UidRegistry registry;
+    registry.assign("a", "card");
+
+    EXPECT_FALSE(assignAll(registry, {"b"}, 2));
+
+    EXPECT_EQ(registry.find("a"), 0U);
+    EXPECT_FALSE(registry.find("b"));
 }
 
 class BookUidsTest : public BookTest {};
@@ -166,6 +256,43 @@ TEST_F(BookUidsTest, OfCardsWithoutOneDoNotDependOnTheirPosition)
     write(file(), "junk\r\n" + card("x") + ann);
 
     EXPECT_EQ(uidsIn(file()).back(), first);
+}
+
+TEST_F(BookUidsTest, AreTheCardsOwnInALargeBook)
+{
+    // More than are assigned on one thread.
+    const auto own = numberedUids(12'000);
+    std::string text;
+    for (const auto& uid : own) {
+        text += card(uid);
+    }
+    write(folder() / "a.vcf", text);
+    write(folder() / "b.vcf", card("last") + card("uid7"));
+
+    const auto uids = uidsIn(folder());
+
+    ASSERT_EQ(uids.size(), 12'002U);
+    EXPECT_TRUE(std::equal(own.begin(), own.end(), uids.begin()));
+    EXPECT_EQ(uids[12'000], "last");
+    EXPECT_EQ(uids.back().substr(0, 5), "uid7-");
+}
+
+TEST_F(BookUidsTest, OfEqualUidsInALargeBookAreThoseOfASmallOne)
+{
+    std::string many;
+    for (const auto& uid : numberedUids(12'000)) {
+        many += card(uid);
+    }
+    const auto odd = card("uid7") + "BEGIN:VCARD\r\nFN:Ann\r\nEND:VCARD\r\n" + card("last");
+    write(folder() / "large.vcf", many + odd);
+    write(folder() / "small.vcf", card("uid7") + odd);
+
+    const auto large = uidsIn(folder() / "large.vcf");
+    const auto small = uidsIn(folder() / "small.vcf");
+
+    ASSERT_EQ(large.size(), 12'003U);
+    EXPECT_EQ(Uids(large.end() - 3, large.end()), Uids(small.end() - 3, small.end()));
+    EXPECT_EQ(large[7], "uid7");
 }
 
 TEST_F(BookUidsTest, StayTheSameAfterADeletion)
