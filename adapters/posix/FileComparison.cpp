@@ -2,20 +2,16 @@
 
 #include "adapters/posix/FileBytes.h"
 #include "adapters/posix/FileCopy.h"
-#include "adapters/posix/FileError.h"
 #include "adapters/posix/FileIdentity.h"
 #include "adapters/posix/ProcessShutdown.h"
+#include "adapters/posix/ReadAt.h"
 #include "adapters/posix/SideBySide.h"
 #include "text/DisplayText.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <cstddef>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,19 +54,6 @@ std::vector<Part> partsOf(const Pieces& content, std::size_t partSize)
     return parts;
 }
 
-/// Reads bytes at this position of the file, and returns how many; 0 at its end.
-std::size_t readAt(const Descriptor& file, std::span<char> place, std::size_t position,
-                   const std::filesystem::path& name)
-{
-    const auto count = uninterrupted([&] {
-        return pread(file.number(), place.data(), place.size(), static_cast<off_t>(position));
-    });
-    if (count < 0) {
-        throwFileError(name, kCannotBeRead, errno);
-    }
-    return static_cast<std::size_t>(count);
-}
-
 /// Whether the file has this part where it belongs.
 bool hasPart(const Descriptor& file, const Pieces& content, Part part,
              const std::filesystem::path& name)
@@ -80,12 +63,11 @@ bool hasPart(const Descriptor& file, const Pieces& content, Part part,
     const auto bufferSize = std::min(part.size, kBufferSize);
     const auto buffer = FileBytes::allocate(bufferSize);
     while (part.size > 0) {
-        const auto count =
-            readAt(file, {buffer.get(), std::min(part.size, bufferSize)}, part.begin, name);
-        if (count == 0) {
+        const auto size = std::min(part.size, bufferSize);
+        if (readAt(file, name, {buffer.get(), size}, part.begin) < size) {
             return false;
         }
-        for (std::string_view found(buffer.get(), count); !found.empty();) {
+        for (std::string_view found(buffer.get(), size); !found.empty();) {
             const auto expected = content[part.piece].substr(part.inPiece, found.size());
             if (!found.starts_with(expected)) {
                 return false;
@@ -97,8 +79,8 @@ bool hasPart(const Descriptor& file, const Pieces& content, Part part,
                 part.inPiece = 0;
             }
         }
-        part.begin += count;
-        part.size -= count;
+        part.begin += size;
+        part.size -= size;
         ShutdownInhibitor::reportProgress();
     }
     return true;
@@ -126,7 +108,7 @@ bool hasContent(const Descriptor& file, const Pieces& content, const std::filesy
         }
     });
     std::array<char, 1> more{};
-    return isSame && readAt(file, more, sizeOf(content), name) == 0;
+    return isSame && readAt(file, name, more, sizeOf(content)) == 0;
 }
 
 bool isUnchanged(const struct stat& before, const struct stat& now)

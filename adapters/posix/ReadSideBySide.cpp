@@ -1,41 +1,14 @@
 #include "adapters/posix/ReadSideBySide.h"
 
-#include "adapters/posix/FileError.h"
+#include "adapters/posix/ReadAt.h"
 #include "adapters/posix/SideBySide.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 
 namespace dunmora {
-
-namespace {
-
-/// Fills the place from this position of the file. Returns whether the file was long enough.
-bool readAt(const Descriptor& file, const std::filesystem::path& name, std::span<char> place,
-            off_t position)
-{
-    std::size_t done = 0;
-    while (done < place.size()) {
-        const auto rest = place.subspan(done);
-        const auto count = uninterrupted([&] {
-            return pread(file.number(), rest.data(), rest.size(),
-                         position + static_cast<off_t>(done));
-        });
-        if (count < 0) {
-            throwFileError(name, kCannotBeRead, errno);
-        }
-        if (count == 0) {
-            return false;
-        }
-        done += static_cast<std::size_t>(count);
-    }
-    return true;
-}
-
-}  // namespace
 
 bool readSideBySide(const Descriptor& file, const std::filesystem::path& name,
                     std::span<char> place, std::size_t pieceSize, std::size_t threads)
@@ -48,8 +21,8 @@ bool readSideBySide(const Descriptor& file, const std::filesystem::path& name,
     runSideBySide((place.size() + pieceSize - 1) / pieceSize, threads, [&](std::size_t i) {
         const auto begin = i * pieceSize;
         const auto size = std::min(pieceSize, place.size() - begin);
-        if (isWhole &&
-            !readAt(file, name, place.subspan(begin, size), first + static_cast<off_t>(begin))) {
+        if (isWhole && readAt(file, name, place.subspan(begin, size),
+                              static_cast<std::size_t>(first) + begin) < size) {
             isWhole = false;
         }
     });
