@@ -1,6 +1,5 @@
 #pragma once
 
-#include "adapters/posix/FileBytes.h"
 #include "adapters/posix/FileChange.h"
 #include "adapters/posix/FileIdentity.h"
 #include "adapters/posix/FileMetadata.h"
@@ -36,8 +35,8 @@ public:
 
     const Pieces& content() const { return content_; }
 
-    /// Reads back the content that has been prepared.
-    FileBytes newContent() const { return newFile_.content(); }
+    /// The content that has been prepared, to be read back.
+    const PreparedFile& newFile() const { return newFile_; }
 
     /// Sentences about the part of the metadata that the system did not allow, or an empty text.
     const std::string& remarks() const { return remarks_; }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "adapters/posix/DisplacedFile.h"
-#include "adapters/posix/FileBytes.h"
 #include "adapters/posix/FileChange.h"
 #include "adapters/posix/FileCopy.h"
 #include "adapters/posix/LockedFile.h"
@@ -29,8 +28,8 @@ public:
 
     const Pieces& content() const { return content_; }
 
-    /// Reads back the content that has been prepared.
-    FileBytes newContent() const { return newFile_.content(); }
+    /// The content that has been prepared, to be read back.
+    const PreparedFile& newFile() const { return newFile_; }
 
     /// Closes both files until they are needed. A `LockedFolder` must protect them.
     void closeFiles();

@@ -1,7 +1,9 @@
 #include "adapters/posix/PreparedFile.h"
 
+#include "adapters/posix/FileComparison.h"
 #include "adapters/posix/FileContent.h"
 #include "adapters/posix/FileError.h"
+#include "adapters/posix/ReadAt.h"
 #include "adapters/posix/TemporaryName.h"
 
 #include <fcntl.h>
@@ -174,6 +176,16 @@ FileBytes PreparedFile::content() const
         throwFileError(oldName_, kCannotBeRead, errno);
     }
     return readFile(descriptor_, oldName_).bytes;
+}
+
+bool PreparedFile::has(const Pieces& content) const
+{
+    return hasContent(descriptor_, content, oldName_);
+}
+
+std::size_t PreparedFile::readAt(std::span<char> place, std::size_t position) const
+{
+    return dunmora::readAt(descriptor_, oldName_, place, position);
 }
 
 std::filesystem::path PreparedFile::nameBeside(const std::filesystem::path& target)

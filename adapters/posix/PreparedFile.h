@@ -8,10 +8,12 @@
 #include "adapters/posix/Pieces.h"
 #include "adapters/posix/UnfinishedFile.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <list>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace dunmora {
@@ -39,6 +41,10 @@ public:
 
     /// Reads back what has been written.
     FileBytes content() const;
+    /// Reads back whether exactly this has been written.
+    bool has(const Pieces& content) const;
+    /// Reads back a part, as the function `readAt`. Thread: any, several at once.
+    std::size_t readAt(std::span<char> place, std::size_t position) const;
 
     /// Gives the file a temporary name beside `target`, one of the targets of the locked file in
     /// their order, and returns it. The name is removed with this object, or when the process

@@ -11,7 +11,6 @@
 #include "adapters/vcard/CardFolder.h"
 #include "adapters/vcard/ForeignFile.h"
 #include "adapters/vcard/FreeNames.h"
-#include "adapters/vcard/ReadBack.h"
 #include "adapters/vcard/Restoring.h"
 #include "platform/PlatformError.h"
 #include "text/Ascii.h"
@@ -151,7 +150,7 @@ void restoreToFolder(const std::filesystem::path& path, std::uintmax_t largest, 
         const NewNames newNames{{name}, {}};
         restoring.lockFoldersOf(newNames);
         auto creation = std::make_unique<FileCreation>(newNames, metadata, Pieces{text});
-        if (!consistsOf(creation->newContent().view(), creation->content())) {
+        if (!creation->newFile().has(creation->content())) {
             throw PlatformError(quotedPath(name) +
                                 " was not created: it could not be read back as it was written.");
         }

@@ -88,8 +88,7 @@ std::unique_ptr<FileReplacement> appended(LockedFile locked, const CardFile& fil
         expected.push_back({cards[i], &people[i]});
     }
     if (people.size() - before != appendix.people ||
-        !isReadBack(file.names().front(), replacement->newContent(), replacement->content(),
-                    expected)) {
+        !isReadBack(file.names().front(), *replacement, expected)) {
         throw PlatformError(quotedPath(file.names().front()) +
                             " was not changed: with the people at its end, it would be read "
                             "differently. Correct the skipped cards in it.");

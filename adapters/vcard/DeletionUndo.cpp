@@ -8,7 +8,6 @@
 #include "adapters/vcard/CardAppending.h"
 #include "adapters/vcard/ForeignFile.h"
 #include "adapters/vcard/FreeNames.h"
-#include "adapters/vcard/ReadBack.h"
 #include "adapters/vcard/Restoring.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
@@ -121,7 +120,7 @@ private:
             throwUnlikeWritten(file.names().front());
         }
         auto replacement = std::make_unique<FileReplacement>(std::move(locked), std::move(content));
-        if (!consistsOf(replacement->newContent().view(), replacement->content())) {
+        if (!replacement->newFile().has(replacement->content())) {
             throwUnlikeWritten(file.names().front());
         }
         restoring_.add({removed.people, 0, {}}, std::move(replacement), file.names().front());
@@ -204,7 +203,7 @@ private:
         const auto name = names.targets.front();
         auto creation =
             std::make_unique<FileCreation>(std::move(names), removed.metadata, Pieces{content});
-        if (!consistsOf(creation->newContent().view(), creation->content())) {
+        if (!creation->newFile().has(creation->content())) {
             throwUnlikeWritten(name);
         }
         if (!creation->remarks().empty()) {

@@ -1,32 +1,18 @@
 #include "adapters/vcard/ReadBack.h"
 
+#include "adapters/posix/FileReplacement.h"
 #include "adapters/vcard/CardFile.h"
 #include "adapters/vcard/CardReader.h"
+#include "adapters/vcard/ReadBackInParts.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <utility>
 
 namespace dunmora {
 
 namespace {
-
-bool samePhones(const PhoneList& a, const PhoneList& b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const LabelledPhone& one, const LabelledPhone& other) {
-                          return one.label == other.label && one.value == other.value;
-                      });
-}
-
-bool sameFields(const Person& a, const Person& b)
-{
-    return a.firstName == b.firstName && a.lastName == b.lastName && a.nickname == b.nickname &&
-           a.modified == b.modified && a.phones.has_value() == b.phones.has_value() &&
-           samePhones(a.phones.value_or(PhoneList()), b.phones.value_or(PhoneList()));
-}
 
 bool holdsExactly(const std::filesystem::path& name, FileBytes content,
                   const std::vector<RemainingCard>& expected)
@@ -42,41 +28,48 @@ bool holdsExactly(const std::filesystem::path& name, FileBytes content,
     for (std::size_t i = 0; i < expected.size(); ++i) {
         const auto [range, lineEndSize] = finder.bytesOf(cards.ranges[i]);
         const auto size = range.end - range.begin - lineEndSize;
-        if (file.bytes().substr(range.begin, size) != expected[i].bytes ||
-            !sameFields(cards.people[i], *expected[i].person)) {
+        if (!expected[i].isReadAs(file.bytes().substr(range.begin, size), cards.people[i])) {
             return false;
         }
     }
     return true;
 }
 
+enum class Found { AsWritten, ReadDifferently, WrittenDifferently };
+
+Found readBack(const std::filesystem::path& name, const FileReplacement& replacement,
+               const std::vector<RemainingCard>& expected)
+{
+    const auto& newFile = replacement.newFile();
+    if (isReadBackInParts(newFile, replacement.content(), expected)) {
+        return Found::AsWritten;
+    }
+    // In parts it is only known that something is unusual.
+    if (!newFile.has(replacement.content())) {
+        return Found::WrittenDifferently;
+    }
+    return holdsExactly(name, newFile.content(), expected) ? Found::AsWritten
+                                                           : Found::ReadDifferently;
+}
+
 }  // namespace
 
-bool consistsOf(std::string_view content, const Pieces& pieces)
-{
-    for (const auto piece : pieces) {
-        if (!content.starts_with(piece)) {
-            return false;
-        }
-        content.remove_prefix(piece.size());
-    }
-    return content.empty();
-}
-
-bool isReadBack(const std::filesystem::path& name, FileBytes content, const Pieces& written,
+bool isReadBack(const std::filesystem::path& name, const FileReplacement& replacement,
                 const std::vector<RemainingCard>& expected)
 {
-    return consistsOf(content.view(), written) && holdsExactly(name, std::move(content), expected);
+    return readBack(name, replacement, expected) == Found::AsWritten;
 }
 
-void checkReadBack(const std::filesystem::path& name, FileBytes content, const Pieces& written,
+void checkReadBack(const std::filesystem::path& name, const FileReplacement& replacement,
                    const std::vector<RemainingCard>& expected)
 {
-    if (!consistsOf(content.view(), written)) {
+    switch (readBack(name, replacement, expected)) {
+    case Found::AsWritten:
+        return;
+    case Found::WrittenDifferently:
         throw PlatformError(quotedPath(name) + " was not changed: its new content could not be "
                                                "read back as it was written. Nobody was deleted.");
-    }
-    if (!holdsExactly(name, std::move(content), expected)) {
+    case Found::ReadDifferently:
         throw PlatformError(
             quotedPath(name) +
             " was not changed: without the people to be deleted, others in it would be read "

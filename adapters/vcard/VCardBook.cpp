@@ -432,8 +432,7 @@ std::unique_ptr<FileChange> VCardBook::prepared(FileRemovals& removals, LockedFo
     }
     auto replacement =
         std::make_unique<FileReplacement>(std::move(locked), std::move(content), mark);
-    checkReadBack(file.names().front(), replacement->newContent(), replacement->content(),
-                  remaining);
+    checkReadBack(file.names().front(), *replacement, remaining);
     if (mayClose) {
         replacement->closeFiles();
     }

@@ -104,7 +104,7 @@ TEST_F(FileCreationTest, CreatesNothingBeforeItIsApplied)
     {
         const auto prepared = creation();
 
-        EXPECT_EQ(prepared->newContent().view(), "new content");
+        EXPECT_EQ(prepared->newFile().content().view(), "new content");
         EXPECT_FALSE(fs::exists(path("ann.vcf")));
     }
     EXPECT_EQ(namesIn(folder()), Names());

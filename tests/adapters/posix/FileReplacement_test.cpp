@@ -170,7 +170,7 @@ TEST_F(FileReplacementTest, ReadsBackTheNewContent)
 {
     const FileReplacement replacement(locked(), {"n", "ew"});
 
-    EXPECT_EQ(replacement.newContent().view(), "new");
+    EXPECT_EQ(replacement.newFile().content().view(), "new");
 }
 
 TEST_F(FileReplacementTest, ReplacesTheFileUnderAllOfItsNames)
