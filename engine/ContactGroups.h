@@ -27,7 +27,7 @@ public:
 
 private:
     struct Chain {
-        std::uint32_t first = 0;
+        // The first one comes after it.
         std::uint32_t last = 0;
         std::uint32_t size = 0;
     };
@@ -72,7 +72,7 @@ public:
         Uids(const ContactGroups& groups, const Chain& chain) : groups_(&groups), chain_(chain) {}
 
         std::size_t size() const { return chain_.size; }
-        Iterator begin() const { return {groups_, chain_.first, chain_.size}; }
+        Iterator begin() const { return {groups_, groups_->next_[chain_.last], chain_.size}; }
         Iterator end() const { return {groups_, chain_.last, 0}; }
 
     private:
@@ -130,7 +130,8 @@ public:
     {
         const auto member = static_cast<std::uint32_t>(position);
         auto& chain = chains_.valueUnder(key, keyHash);
-        (chain.size == 0 ? chain.first : next_[chain.last]) = member;
+        const auto first = chain.size == 0 ? member : std::exchange(next_[chain.last], member);
+        next_[member] = first;
         chain.last = member;
         ++chain.size;
         inDuplicates_ += chain.size == 2 ? 2 : chain.size > 2 ? 1 : 0;
@@ -160,7 +161,8 @@ public:
 
 private:
     Chains chains_;
-    // By position of a contact: the position of the next one in the same group.
+    // By position of a contact: the position of the next one in the same group, and after the last
+    // one that of the first.
     std::vector<std::uint32_t> next_;
     Contacts::Keys uids_;
     std::size_t inDuplicates_ = 0;
