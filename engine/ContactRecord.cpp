@@ -1,31 +1,21 @@
 #include "engine/ContactRecord.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace dunmora {
 
-namespace {
-
-std::size_t sizeOf(const ContactRecord::Texts& texts)
-{
-    std::size_t size = 0;
-    for (const auto text : texts) {
-        size += text.size();
-    }
-    return size;
-}
-
-}  // namespace
-
 ContactRecord::ContactRecord(const Texts& texts)
 {
-    setTexts(texts, new char[sizeOf(texts)]);
+    const auto ends = endsOf(texts);
+    setTexts(texts, ends, new char[memoryFor(ends)]);
     data_.ownsTexts = true;
 }
 
 ContactRecord::ContactRecord(const Texts& texts, TextArena& arena)
 {
-    setTexts(texts, arena.allocate(sizeOf(texts)));
+    const auto ends = endsOf(texts);
+    setTexts(texts, ends, arena.allocate(memoryFor(ends)));
 }
 
 ContactRecord::ContactRecord(const ContactRecord& other) : ContactRecord(other.texts())
@@ -99,14 +89,38 @@ ContactRecord::Texts ContactRecord::texts() const
     return texts;
 }
 
-void ContactRecord::setTexts(const Texts& texts, char* memory)
+ContactRecord::TextEnds ContactRecord::endsOf(const Texts& texts)
 {
-    auto* end = memory;
+    TextEnds ends{};
+    std::uint32_t end = 0;
     for (std::size_t place = 0; place < texts.size(); ++place) {
-        end = std::copy(texts[place].begin(), texts[place].end(), end);
-        data_.textEnds[place] = static_cast<std::uint32_t>(end - memory);
+        end += static_cast<std::uint32_t>(texts[place].size());
+        ends[place] = end;
+    }
+    return ends;
+}
+
+ContactRecord::TextEnds ContactRecord::longTextEnds() const
+{
+    TextEnds ends;
+    std::memcpy(&ends, data_.texts - sizeof(ends), sizeof(ends));
+    return ends;
+}
+
+void ContactRecord::setTexts(const Texts& texts, const TextEnds& ends, char* memory)
+{
+    data_.hasLongTexts = areLong(ends);
+    if (data_.hasLongTexts) {
+        std::memcpy(memory, &ends, sizeof(ends));
+        memory += sizeof(ends);
+    } else {
+        std::transform(ends.begin(), ends.end(), data_.textEnds.begin(),
+                       [](std::uint32_t end) { return static_cast<std::uint16_t>(end); });
     }
     data_.texts = memory;
+    for (const auto text : texts) {
+        memory = std::copy(text.begin(), text.end(), memory);
+    }
 }
 
 void ContactRecord::copyRest(const ContactRecord& other)
@@ -120,7 +134,7 @@ void ContactRecord::copyRest(const ContactRecord& other)
 void ContactRecord::release() noexcept
 {
     if (data_.ownsTexts) {
-        delete[] data_.texts;
+        delete[](data_.hasLongTexts ? data_.texts - sizeof(TextEnds) : data_.texts);
         data_.ownsTexts = false;
     }
 }

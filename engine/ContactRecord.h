@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -56,8 +57,8 @@ public:
     /// The text of the field that has this place in `kTextFields`.
     std::string_view textAt(std::size_t place) const
     {
-        const auto begin = place == 0 ? 0 : data_.textEnds[place - 1];
-        return {data_.texts + begin, data_.textEnds[place] - begin};
+        const auto begin = place == 0 ? 0 : textEnd(place - 1);
+        return {data_.texts + begin, textEnd(place) - begin};
     }
 
     /// The value under "check"; false when there is none.
@@ -71,21 +72,44 @@ public:
     }
 
 private:
-    /// 48 bytes: an address book may have a million people.
+    /// Where each text ends, counted from the beginning of the first one.
+    using TextEnds = std::array<std::uint32_t, kTextFields.size()>;
+
+    /// 32 bytes: an address book may have a million people.
     struct Data {
         // Back to back. Only a record that was built or changed by itself owns their memory.
         const char* texts = "";
         std::chrono::sys_seconds modified{};
-        std::array<std::uint32_t, kTextFields.size()> textEnds{};
-        bool ownsTexts = false;
-        bool hasModified = false;
-        bool hasCheck = false;
-        bool isChecked = false;
+        // Not used by long texts, in front of which there are `TextEnds`.
+        std::array<std::uint16_t, kTextFields.size()> textEnds{};
+        bool hasLongTexts : 1 = false;
+        bool ownsTexts : 1 = false;
+        bool hasModified : 1 = false;
+        bool hasCheck : 1 = false;
+        bool isChecked : 1 = false;
     };
 
+    static TextEnds endsOf(const Texts& texts);
+    /// Whether texts that end there are long ones.
+    static bool areLong(const TextEnds& ends)
+    {
+        return ends.back() > std::numeric_limits<std::uint16_t>::max();
+    }
+    /// The size of the memory for texts that end there.
+    static std::size_t memoryFor(const TextEnds& ends)
+    {
+        return (areLong(ends) ? sizeof(ends) : 0) + ends.back();
+    }
+
+    std::size_t textEnd(std::size_t place) const
+    {
+        return data_.hasLongTexts ? longTextEnds()[place] : data_.textEnds[place];
+    }
+    TextEnds longTextEnds() const;
+
     Texts texts() const;
-    /// Copies the texts to `memory`, which becomes the record's.
-    void setTexts(const Texts& texts, char* memory);
+    /// Copies the texts to `memory`, which has the size for them and becomes the record's.
+    void setTexts(const Texts& texts, const TextEnds& ends, char* memory);
     /// Copies the date and the mark.
     void copyRest(const ContactRecord& other);
     void release() noexcept;

@@ -1,8 +1,10 @@
 #include "engine/ContactRecord.h"
 
 #include <array>
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -82,6 +84,37 @@ TEST(ContactRecord, KeepsItsTextsInTheArenaThatItIsGiven)
 
     EXPECT_EQ(record.text("uid").data(), before.data() + before.size());
     EXPECT_EQ(record.text("mobile"), "mobile");
+}
+
+TEST(ContactRecord, KeepsTextsOfAnyLength)
+{
+    // From 65,536 bytes in all, the texts' ends need more than 16 bits.
+    for (const std::size_t size : {65'000, 65'535, 65'536, 300'000}) {
+        auto texts = kTexts;
+        std::size_t others = 0;
+        for (const auto text : kTexts) {
+            others += text.size();
+        }
+        const std::string nickname(size - others + kTexts[3].size(), 'n');
+        texts[3] = nickname;
+        TextArena arena;
+        const ContactRecord record(texts, arena);
+
+        const ContactRecord copy(record);
+        auto changed = copy;
+        changed.setObject("Ann", "fname");
+
+        for (std::size_t place = 0; place < texts.size(); ++place) {
+            EXPECT_EQ(record.textAt(place), texts[place]);
+            EXPECT_EQ(copy.textAt(place), texts[place]);
+            EXPECT_EQ(changed.textAt(place), place == 1 ? "Ann" : texts[place]);
+        }
+
+        changed.setObject("", "nickname");
+
+        EXPECT_EQ(changed.text("nickname"), "");
+        EXPECT_EQ(changed.text("mobile"), "mobile");
+    }
 }
 
 TEST(ContactRecord, CanHaveOneOfItsOwnTextsInAnotherField)
