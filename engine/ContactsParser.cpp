@@ -148,9 +148,9 @@ bool ContactsParser::load()
         [&](std::size_t i, std::uint64_t hash) {
             progress->current = static_cast<std::int32_t>(i);
             postProgress(payload);
-            auto record = recordOf(people[i], contacts_.texts());
-            const auto uid = record.textAt(textPlace(kContactUid));
-            contacts_.store(uid, hash, std::move(record));
+            contacts_.store(
+                people[i].uid, hash, [&] { return recordOf(people[i], contacts_.texts()); },
+                [](const ContactRecord& record) { return record.textAt(textPlace(kContactUid)); });
         });
 
     undo.dismiss();

@@ -26,10 +26,20 @@ namespace dunmora {
 template <typename Value>
 class OrderedDictionary {
     struct Entry {
-        // In `texts` of the storage, or in memory that outlives it.
+        explicit Entry(std::string_view keptKey) : key(keptKey) {}
+        /// Creates the value in its place: moving one would cost almost as much again.
+        template <typename Make, typename KeyOf>
+        Entry(Make make, KeyOf keyOf) : value(make())
+        {
+            key = keyOf(std::as_const(value));
+        }
+
+        // In `texts` of the storage.
         std::string_view key;
-        Value value;
+        Value value{};
     };
+
+    using Entries = std::vector<Entry>;
 
     struct Storage {
         bool isErased(std::size_t position) const
@@ -38,7 +48,7 @@ class OrderedDictionary {
         }
 
         TextArena texts;
-        std::vector<Entry> entries;
+        Entries entries;
         // By position; entries past its end are not erased. Usually nothing is.
         std::vector<bool> erased;
     };
@@ -199,17 +209,27 @@ public:
     Value& operator[](std::string_view key) { return valueUnder(key, TextIndex::hashOf(key)); }
     Value& valueUnder(std::string_view key, std::uint64_t hash)
     {
-        return entryFor(key, hash, [&] { return storage_->texts.store(key); }).value;
+        return entryFor(key, hash,
+                        [&](Entries& entries) { entries.emplace_back(storage_->texts.store(key)); })
+            .value;
     }
 
     /// Memory for the texts of keys and values, freed with the keys by `clear`.
     TextArena& texts() { return storage().texts; }
 
-    /// Stores the value under the key, in place of an earlier one. The key, whose hash is given, is
-    /// in `texts` already, and is not copied.
-    void store(std::string_view key, std::uint64_t hash, Value value)
+    /// Stores the value that `make()` returns under the key, whose hash is given, in place of an
+    /// earlier one. `keyOf(value)` is the same key in `texts`.
+    template <typename Make, typename KeyOf>
+    void store(std::string_view key, std::uint64_t hash, Make make, KeyOf keyOf)
     {
-        entryFor(key, hash, [&] { return key; }).value = std::move(value);
+        bool isNew = false;
+        auto& entry = entryFor(key, hash, [&](Entries& entries) {
+            entries.emplace_back(make, keyOf);
+            isNew = true;
+        });
+        if (!isNew) {
+            entry.value = make();
+        }
     }
 
     /// Removes the key and its value. Returns whether the key was present.
@@ -258,20 +278,20 @@ private:
         };
     }
 
-    /// The entry with the key; a new one with the key that `keptKey` returns if there is none.
-    template <typename KeptKey>
-    Entry& entryFor(std::string_view key, std::uint64_t hash, KeptKey keptKey)
+    /// The entry with the key, which `append(entries)` appends if there is none.
+    template <typename Append>
+    Entry& entryFor(std::string_view key, std::uint64_t hash, Append append)
     {
         auto& entries = storage().entries;
         if (!index_.fits(entries.size() + 1)) {
             rebuild(2 * entries.size() + 1);
         }
-        const auto append = [&] {
-            entries.push_back({keptKey(), Value()});
+        const auto appendEntry = [&] {
+            append(entries);
             ++size_;
             return entries.size() - 1;
         };
-        return entries[index_.findOrAdd(hash, hasKey(key), append).first];
+        return entries[index_.findOrAdd(hash, hasKey(key), appendEntry).first];
     }
 
     /// Rebuilds the index with space for `count` keys.

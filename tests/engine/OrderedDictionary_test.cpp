@@ -4,15 +4,18 @@
 
 #include <cstddef>
 #include <map>
+#include <new>
 #include <random>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace dunmora::test {
 namespace {
 
-std::vector<std::string> keysOf(const OrderedDictionary<int>& dictionary)
+template <typename Value>
+std::vector<std::string> keysOf(const OrderedDictionary<Value>& dictionary)
 {
     std::vector<std::string> keys;
     for (const auto& entry : dictionary) {
@@ -166,19 +169,36 @@ TEST(OrderedDictionary, CopiesTheKeysThatItIsGiven)
 
 TEST(OrderedDictionary, StoresAKeyThatIsInItsTextsAndReplacesTheValue)
 {
-    OrderedDictionary<int> dictionary;
+    OrderedDictionary<std::pair<int, std::string_view>> dictionary;
     const auto hash = TextIndex::hashOf("a");
-    const auto key = dictionary.texts().store("a");
+    const auto store = [&](int number) {
+        dictionary.store(
+            "a", hash, [&] { return std::pair(number, dictionary.texts().store("a")); },
+            [](const auto& value) { return value.second; });
+    };
 
-    dictionary.store(key, hash, 1);
-    dictionary["b"] = 2;
-    dictionary.store(dictionary.texts().store("a"), hash, 3);
+    store(1);
+    const auto key = dictionary.find("a")->second;
+    dictionary["b"].first = 2;
+    store(3);
 
     EXPECT_EQ(keysOf(dictionary), (Keys{"a", "b"}));
     EXPECT_EQ(dictionary.begin()->key.data(), key.data());
-    EXPECT_EQ(*dictionary.find("a"), 3);
+    EXPECT_EQ(dictionary.find("a")->first, 3);
     EXPECT_EQ(dictionary.positionOf("a", hash), 0U);
-    EXPECT_EQ(dictionary.valueUnder("a", hash), 3);
+    EXPECT_EQ(dictionary.valueUnder("a", hash).first, 3);
+}
+
+TEST(OrderedDictionary, StaysUnchangedWhenAValueCannotBeMade)
+{
+    OrderedDictionary<int> dictionary;
+    const auto fail = []() -> int { throw std::bad_alloc(); };
+    const auto keyOf = [](int /*value*/) { return std::string_view("a"); };
+
+    EXPECT_THROW(dictionary.store("a", TextIndex::hashOf("a"), fail, keyOf), std::bad_alloc);
+
+    EXPECT_TRUE(dictionary.empty());
+    EXPECT_EQ(dictionary.find("a"), nullptr);
 }
 
 TEST(OrderedDictionary, KeepsItsKeysReadableForThoseWhoHaveThem)
