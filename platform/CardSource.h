@@ -3,23 +3,23 @@
 #include "platform/Person.h"
 #include "platform/PersonCard.h"
 
-#include <array>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dunmora {
 
-/// A card as its book stores it, to be compared with another one of the book without reading
-/// either.
-struct StoredCard {
-    /// Pieces of the card. Two cards with equal parts are in the same lists, and hold the same
-    /// properties in the same order, of which some name the person, except that the values of UID
-    /// and REV may differ. Valid until the next `AddressBook::readPeople`.
-    std::array<std::string_view, 3> parts;
-    /// The book or file that the card is from; never null.
-    const PersonSource* source;
+/// In what the cards of several people differ, as their book has found without decoding them.
+struct CardDifferences {
+    /// The names, in upper case and each once, of the properties in which the cards differ, except
+    /// that UID and REV may be missing. The properties of any other name are the same in all of the
+    /// cards, but their order, and how often a card repeats one, may differ.
+    std::vector<std::string> names;
+    /// The book or file that each of the cards is from; none is null. Valid until the next
+    /// `AddressBook::readPeople`.
+    std::vector<const PersonSource*> sources;
 };
 
 /// The whole cards of an address book's people: what a backup is written from, and what a user
@@ -44,10 +44,22 @@ public:
     /// Errors: PlatformError when the book cannot be reached.
     virtual std::optional<PersonCard> card(std::string_view uid) const = 0;
 
-    /// The same card as it is stored: much faster than `card`, which returns the same each time
-    /// while there is a stored one. Nothing for a card that cannot be compared in this way, and in
-    /// a book that has no such cards in memory. Errors: none.
-    virtual std::optional<StoredCard> storedCard(std::string_view /*uid*/) const
+    /// Compares the cards of these people as they are stored, which is much faster than to read
+    /// them. Replaces `differences` and returns true when these are certain, each of the cards has
+    /// a name (N or FN) that shows something, and all of them are in the same lists. `card` then
+    /// returns the same each time. Returns false for cards that cannot be compared in this way, and
+    /// in a book that has none in memory. Errors: none.
+    virtual bool compareStored(std::span<const std::string> /*uids*/,
+                               CardDifferences& /*differences*/) const
+    {
+        return false;
+    }
+
+    /// Those properties of a card that have one of these names, in upper case; the same, in the
+    /// same order, as among those of `card`. Nothing for a card that `compareStored` cannot
+    /// compare. Errors: none.
+    virtual std::optional<std::vector<CardProperty>>
+    propertiesNamed(std::string_view /*uid*/, std::span<const std::string> /*names*/) const
     {
         return std::nullopt;
     }

@@ -22,7 +22,9 @@ constexpr char kEnd = '\0';
 // The kinds of keys that no property has the name of.
 constexpr std::string_view kListKind = "a list";
 constexpr std::string_view kPhoneEndingKind = "a phone's ending";
+constexpr std::string_view kSharedKind = "all that is shared";
 constexpr std::string_view kFormattedName = "FN";
+constexpr std::string_view kName = "N";
 
 bool isBookkeeping(std::string_view name)
 {
@@ -133,17 +135,23 @@ bool isIgnored(const CardProperty& property)
                        [](const std::string& component) { return showsNothing(component); });
 }
 
+void restrictToCompared(std::vector<std::string>& names)
+{
+    std::erase_if(names, isBookkeeping);
+    const auto has = [&](std::string_view name) {
+        return std::find(names.begin(), names.end(), name) != names.end();
+    };
+    // A formatted name may be in the structured one.
+    if (has(kFormattedName) && !has(kName)) {
+        names.emplace_back(kName);
+    }
+}
+
 void CardKeys::read(const PersonCard& card)
 {
     clear();
-    std::size_t place = 0;
-    for (const auto& property : card.properties) {
-        if (!isIgnored(property)) {
-            addProperty(property);
-            properties_.push_back({place, needed_.size()});
-        }
-        ++place;
-    }
+    addProperties(card.properties);
+    auto place = card.properties.size();
     for (const auto& list : card.lists) {
         begin(kListKind);
         text_ += list;
@@ -151,6 +159,15 @@ void CardKeys::read(const PersonCard& card)
         properties_.push_back({place, needed_.size()});
         ++place;
     }
+}
+
+void CardKeys::readBesidesShared(std::span<const CardProperty> others)
+{
+    clear();
+    begin(kSharedKind);
+    addBoth();
+    properties_.push_back({std::numeric_limits<std::size_t>::max(), needed_.size()});
+    addProperties(others);
 }
 
 void CardKeys::setUnknown()
@@ -172,13 +189,23 @@ void CardKeys::clear()
     provided_.clear();
 }
 
+void CardKeys::addProperties(std::span<const CardProperty> properties)
+{
+    for (std::size_t place = 0; place < properties.size(); ++place) {
+        if (!isIgnored(properties[place])) {
+            addProperty(properties[place]);
+            properties_.push_back({place, needed_.size()});
+        }
+    }
+}
+
 void CardKeys::addProperty(const CardProperty& property)
 {
     if (property.name == "TEL" && !property.binary) {
         addPhone(property);
         return;
     }
-    if (property.name == "N") {
+    if (property.name == kName) {
         addName(property);
     }
     begin(property.name);

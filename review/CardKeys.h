@@ -16,6 +16,11 @@ struct PersonCard;
 /// REV, or whether none of its texts shows anything. Such a property is never compared.
 bool isIgnored(const CardProperty& property);
 
+/// In which properties cards differ, as far as `CardKeys` compares them: from the names of all
+/// properties that are not the same in each card, removes those of bookkeeping, and adds those that
+/// may provide keys for the others.
+void restrictToCompared(std::vector<std::string>& names);
+
 /// By what the properties of a card are found in another card: the hashes of their decoded values.
 /// A property is in the other card when that provides one of the keys that the property needs. The
 /// keys of a process are of no use in another one.
@@ -32,6 +37,10 @@ public:
 
     /// Replaces the keys by those of another card.
     void read(const PersonCard& card);
+
+    /// Replaces the keys by one property that stands for all that every card of a group has, at
+    /// least one, and adds those of the others. Such keys are only to be compared with each other.
+    void readBesidesShared(std::span<const CardProperty> others);
 
     /// The keys of a card that nobody can read: one property that no card has, without a place.
     void setUnknown();
@@ -54,6 +63,7 @@ private:
     };
 
     void clear();
+    void addProperties(std::span<const CardProperty> properties);
     void addProperty(const CardProperty& property);
     void addName(const CardProperty& property);
     void addFormattedNames(const CardProperty& name);

@@ -54,7 +54,7 @@ void KeptProperties::addGroup(std::span<const CardKeys> cards)
     const auto* need = ids.needed.data();
     const auto* provision = ids.provided.data();
     for (const auto& card : cards) {
-        addRow(false);
+        addRow();
         for (std::size_t property = 0; property < card.size(); ++property) {
             properties_.push_back(static_cast<std::uint32_t>(needed_.size()));
             const auto* const end = need + card.neededBy(property).size();
@@ -79,7 +79,7 @@ void KeptProperties::addGroupOfEqual(std::size_t rows)
     kept_.push_back(static_cast<std::uint32_t>(rows));
     firstRows_.push_back(static_cast<std::uint32_t>(rows_.size()));
     for (std::size_t i = 0; i < rows; ++i) {
-        addRow(true);
+        addRow();
         properties_.push_back(static_cast<std::uint32_t>(needed_.size()));
         needed_.push_back(id);
         provided_.push_back(id);
@@ -119,8 +119,7 @@ std::size_t KeptProperties::propertiesOf(std::size_t row) const
 
 bool KeptProperties::isKept(std::size_t row, std::size_t property) const
 {
-    const auto own = rows_[row].isEqual ? 0 : property;
-    const auto needed = neededBy(rows_[row].firstProperty + own);
+    const auto needed = neededBy(rows_[row].firstProperty + property);
     if (rows_[row].isChecked) {
         return std::any_of(needed.begin(), needed.end(), [&](Id id) { return kept_[id] > 0; });
     }
@@ -144,13 +143,12 @@ std::vector<std::size_t> KeptProperties::otherKeptRows(std::size_t row, std::siz
 }
 
 /// Adds a row of the last group, without its properties.
-void KeptProperties::addRow(bool isEqual)
+void KeptProperties::addRow()
 {
     auto& row = rows_.emplace_back();
     row.group = static_cast<std::uint32_t>(firstRows_.size() - 1);
     row.firstProperty = static_cast<std::uint32_t>(properties_.size());
     row.firstProvided = static_cast<std::uint32_t>(provided_.size());
-    row.isEqual = isEqual;
 }
 
 KeptProperties::Ids KeptProperties::number(std::span<const CardKeys> cards)

@@ -22,8 +22,8 @@ public:
     /// Adds the rows of the next group, all unchecked.
     void addGroup(std::span<const CardKeys> cards);
 
-    /// Adds the next group, of rows whose cards hold the same: at least one compared property.
-    /// These count as one, whichever of them is asked for.
+    /// Adds the next group, of rows whose cards all hold the same: one property that stands for all
+    /// of them, at least one.
     void addGroupOfEqual(std::size_t rows);
 
     /// Reads the check marks of these rows, of which each may be there twice. An edit costs the
@@ -32,6 +32,8 @@ public:
                     const std::function<bool(std::size_t row)>& isChecked);
 
     std::size_t rows() const { return rows_.size(); }
+    /// The number of the row's group, from 0, in the order in which they were added.
+    std::size_t groupOf(std::size_t row) const { return rows_[row].group; }
     bool isChecked(std::size_t row) const { return rows_[row].isChecked; }
     /// Whether another row of the group, an unchecked one, has the property.
     bool isKept(std::size_t row, std::size_t property) const;
@@ -54,8 +56,6 @@ private:
         std::uint32_t firstProvided = 0;
         bool isChecked = false;
         bool holdsUnique = false;
-        // Of a group whose rows all have one property, which stands for all.
-        bool isEqual = false;
     };
 
     struct Ids {
@@ -63,7 +63,7 @@ private:
         std::vector<Id> provided;
     };
 
-    void addRow(bool isEqual);
+    void addRow();
     std::size_t propertiesOf(std::size_t row) const;
     Ids number(std::span<const CardKeys> cards);
     std::span<const Id> neededBy(std::size_t property) const;

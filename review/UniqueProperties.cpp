@@ -3,6 +3,7 @@
 #include "engine/ContactsParser.h"
 #include "platform/CardSource.h"
 #include "platform/PlatformError.h"
+#include "review/CardKeys.h"
 #include "review/CheckedPeople.h"
 #include "review/DuplicateGroups.h"
 #include "review/SubstituteName.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <numeric>
 #include <string_view>
 #include <utility>
@@ -19,6 +21,8 @@ namespace dunmora {
 namespace {
 
 constexpr auto kNoSource = std::numeric_limits<std::uint32_t>::max();
+/// Instead of a number of names, for a group whose cards were read.
+constexpr auto kNotCompared = std::numeric_limits<std::uint32_t>::max();
 
 /// With how many kept copies a card is compared line by line. More would take a while to read and
 /// tell the user nothing more.
@@ -34,28 +38,29 @@ class UniqueProperties::Reading final {
 public:
     Reading(UniqueProperties& to, const CardSource& cards) : to_(to), cards_(cards) {}
 
-    /// Adds a group of rows if the book can say at once that their cards hold the same. Returns
+    /// Adds a group of rows if the book can compare their cards without reading them all. Returns
     /// whether it can.
-    bool addEqual(const DuplicateGroup& group)
+    bool addCompared(const DuplicateGroup& group)
     {
-        const auto before = to_.rows_.size();
-        std::optional<StoredCard> first;
-        for (const auto& uid : group.uids) {
-            const auto card = cards_.storedCard(uid);
-            first = first ? first : card;
-            if (!card || card->parts != first->parts) {
-                to_.rows_.resize(before);
-                return false;
-            }
-            to_.rows_.push_back({0, numberOf(*card->source), HashState::WhenAsked});
+        if (!cards_.compareStored(group.uids, differences_)) {
+            return false;
         }
-        to_.kept_.addGroupOfEqual(group.uids.size());
+        restrictToCompared(differences_.names);
+        if (differences_.names.empty()) {
+            to_.kept_.addGroupOfEqual(group.uids.size());
+        } else if (!readDifferent(group)) {
+            return false;
+        }
+        for (const auto* const source : differences_.sources) {
+            to_.rows_.push_back({0, numberOf(*source), HashState::WhenAsked});
+        }
+        to_.namesOfGroup_.push_back(numberOf(differences_.names));
         return true;
     }
 
     void add(const DuplicateGroup& group)
     {
-        keys_.resize(std::max(keys_.size(), group.uids.size()));
+        reserveKeys(group);
         for (std::size_t i = 0; i < group.uids.size(); ++i) {
             if (const auto card = cards_.card(group.uids[i])) {
                 keys_[i].read(*card);
@@ -66,9 +71,41 @@ public:
             }
         }
         to_.kept_.addGroup(std::span(keys_).first(group.uids.size()));
+        to_.namesOfGroup_.push_back(kNotCompared);
     }
 
 private:
+    /// Reads only the properties in which the cards of the group differ.
+    bool readDifferent(const DuplicateGroup& group)
+    {
+        reserveKeys(group);
+        for (std::size_t i = 0; i < group.uids.size(); ++i) {
+            const auto properties = cards_.propertiesNamed(group.uids[i], differences_.names);
+            if (!properties) {
+                return false;
+            }
+            keys_[i].readBesidesShared(*properties);
+        }
+        to_.kept_.addGroup(std::span(keys_).first(group.uids.size()));
+        return true;
+    }
+
+    void reserveKeys(const DuplicateGroup& group)
+    {
+        keys_.resize(std::max(keys_.size(), group.uids.size()));
+    }
+
+    /// The place of the names in the list of different ones.
+    std::uint32_t numberOf(const Names& names)
+    {
+        const auto [found, isNew] =
+            numbersOfNames_.try_emplace(names, static_cast<std::uint32_t>(to_.names_.size()));
+        if (isNew) {
+            to_.names_.push_back(names);
+        }
+        return found->second;
+    }
+
     /// The source's place in the list of different sources.
     std::uint32_t numberOf(const PersonSource& source)
     {
@@ -90,6 +127,8 @@ private:
     const CardSource& cards_;
     // Reused, so that a group costs no allocations.
     std::vector<CardKeys> keys_;
+    CardDifferences differences_;
+    std::map<Names, std::uint32_t> numbersOfNames_;
     std::unordered_map<std::string, std::uint32_t, TextHash> numbers_;
     std::uint32_t last_ = 0;
 };
@@ -105,7 +144,7 @@ void UniqueProperties::read(const ContactsParser& engine, const CardSource* card
     rows_.reserve(engine.duplicates().size());
     Reading reading(*this, *cards);
     for (const auto& group : duplicateGroups(engine)) {
-        if (hashes == Hashes::Kept || !reading.addEqual(group)) {
+        if (hashes == Hashes::Kept || !reading.addCompared(group)) {
             reading.add(group);
         }
     }
@@ -150,9 +189,10 @@ std::vector<OnlyHere> UniqueProperties::onlyHere(std::size_t row) const
     if (!card) {
         return found;
     }
+    const auto isKept = keptOf(row, *card);
     std::size_t property = 0;
     for (auto& line : cardLines(*card, {})) {
-        if (!kept_.isKept(row, property++)) {
+        if (!isKept[property++]) {
             found.push_back({std::move(line.property), std::move(line.value)});
         }
     }
@@ -191,8 +231,8 @@ std::optional<std::vector<CardLine>> UniqueProperties::lines(std::size_t row) co
     if (kept.empty() && !kept_.isChecked(row)) {
         return cardLines(*card, kept);
     }
-    return cardLines(*card, kept,
-                     [&](std::size_t property) { return kept_.isKept(row, property); });
+    const auto isKept = keptOf(row, *card);
+    return cardLines(*card, kept, [&](std::size_t property) { return isKept[property]; });
 }
 
 std::optional<std::uint64_t> UniqueProperties::cardHash(std::size_t row) const
@@ -220,6 +260,28 @@ std::string UniqueProperties::substituteName(std::size_t row) const
     }
     const auto* const record = engine_->recordInRow(row);
     return record == nullptr ? std::string() : dunmora::substituteName(*record, cards_);
+}
+
+/// Whether an unchecked copy has them, for each of the card's compared properties.
+std::vector<bool> UniqueProperties::keptOf(std::size_t row, const PersonCard& card) const
+{
+    const auto names = namesOfGroup_[kept_.groupOf(row)];
+    // What all copies have is one property, the first.
+    std::size_t next = names == kNotCompared ? 0 : 1;
+    const auto isOfAll = [&](const CardProperty& property) {
+        return names != kNotCompared && std::find(names_[names].begin(), names_[names].end(),
+                                                  property.name) == names_[names].end();
+    };
+    std::vector<bool> kept;
+    for (const auto& property : card.properties) {
+        if (!isIgnored(property)) {
+            kept.push_back(kept_.isKept(row, isOfAll(property) ? 0 : next++));
+        }
+    }
+    for (std::size_t i = 0; i < card.lists.size(); ++i) {
+        kept.push_back(kept_.isKept(row, names != kNotCompared ? 0 : next++));
+    }
+    return kept;
 }
 
 std::optional<PersonCard> UniqueProperties::cardOf(std::size_t row) const

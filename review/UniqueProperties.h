@@ -34,7 +34,9 @@ public:
     enum class Hashes {
         /// All cards are read, and their hashes are kept.
         Kept,
-        /// Cards that the book can compare without reading them are read when they are asked for.
+        /// Of cards that the book can compare as they are stored, only the properties in which
+        /// those
+        /// of a group differ are read, and the whole cards when they are asked for.
         WhenAsked,
     };
 
@@ -83,6 +85,7 @@ public:
 
 private:
     enum class HashState : std::uint8_t { Unreadable, Known, WhenAsked };
+    using Names = std::vector<std::string>;
     struct Row {
         // If it is known.
         std::uint64_t cardHash = 0;
@@ -92,6 +95,7 @@ private:
 
     class Reading;
 
+    std::vector<bool> keptOf(std::size_t row, const PersonCard& card) const;
     std::optional<PersonCard> cardOf(std::size_t row) const;
     /// The row's card; nullopt also when it is no longer the one that was compared.
     std::optional<PersonCard> comparedCardOf(std::size_t row) const;
@@ -100,6 +104,10 @@ private:
     const CardSource* cards_ = nullptr;
     KeptProperties kept_;
     std::vector<Row> rows_;
+    // For each group of rows that the book has compared, the names of the properties that were read
+    // and come after the one that stands for all others in `kept_`; kNotCompared for the others.
+    std::vector<std::uint32_t> namesOfGroup_;
+    std::vector<Names> names_;
     std::vector<PersonSource> sources_;
     // A table asks for the same texts whenever it is drawn, and a card may have a large photo.
     mutable std::unordered_map<std::size_t, std::string> texts_;

@@ -3,7 +3,7 @@
 #include "adapters/eds/EdsCards.h"
 #include "adapters/eds/EdsRestoration.h"
 #include "adapters/vcard/CardProperties.h"
-#include "adapters/vcard/StoredParts.h"
+#include "adapters/vcard/StoredDifferences.h"
 #include "platform/PlatformError.h"
 #include "text/Counted.h"
 
@@ -329,15 +329,38 @@ std::optional<PersonCard> EdsAddressBook::card(std::string_view uid) const
     return PersonCard{*std::move(properties), {}, reviewed_->source(*entry)};
 }
 
-std::optional<StoredCard> EdsAddressBook::storedCard(std::string_view uid) const
+bool EdsAddressBook::compareStored(std::span<const std::string> uids,
+                                   CardDifferences& differences) const
+{
+    differences.sources.clear();
+    std::vector<std::string_view> cards;
+    cards.reserve(uids.size());
+    for (const auto& uid : uids) {
+        const auto* const entry = comparable(uid);
+        if (entry == nullptr) {
+            return false;
+        }
+        cards.emplace_back(entry->card);
+        differences.sources.push_back(&reviewed_->source(*entry));
+    }
+    return findStoredDifferences(cards, differences.names);
+}
+
+std::optional<std::vector<CardProperty>>
+EdsAddressBook::propertiesNamed(std::string_view uid, std::span<const std::string> names) const
+{
+    const auto* const entry = comparable(uid);
+    return entry == nullptr ? std::nullopt
+                            : readPropertiesNamed(names, entry->card, CardReader::Text::Utf8);
+}
+
+/// The reviewed person, if the card can be compared as it is stored.
+const EdsListing::Entry* EdsAddressBook::comparable(std::string_view uid) const
 {
     const auto* const entry = reviewed_ ? reviewed_->find(uid) : nullptr;
-    if (entry == nullptr ||
-        mayHavePictures(reviewed_->books()[entry->book], entry->card, pictures_)) {
-        return std::nullopt;
-    }
-    const auto parts = storedParts(entry->card);
-    return parts ? std::optional(StoredCard{*parts, &reviewed_->source(*entry)}) : std::nullopt;
+    const bool hasPictures = entry != nullptr && mayHavePictures(reviewed_->books()[entry->book],
+                                                                 entry->card, pictures_);
+    return hasPictures ? nullptr : entry;
 }
 
 }  // namespace dunmora

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -43,8 +44,11 @@ public:
     /// The pictures of local books are part of the cards.
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
-    /// Nothing for a card that may have pictures of a local book: their files can change.
-    std::optional<StoredCard> storedCard(std::string_view uid) const override;
+    // Not of a card that may have pictures of a local book: their files can change.
+    bool compareStored(std::span<const std::string> uids,
+                       CardDifferences& differences) const override;
+    std::optional<std::vector<CardProperty>>
+    propertiesNamed(std::string_view uid, std::span<const std::string> names) const override;
 
     // Each person returns to the book that the person was removed from.
     std::size_t deletions() const override { return deletions_.size(); }
@@ -71,6 +75,7 @@ private:
     Reading read() const;
     const EdsListing& listing() const;
     void checkWritable(std::size_t book) const;
+    const EdsListing::Entry* comparable(std::string_view uid) const;
 
     std::unique_ptr<ContactService> service_;
     std::optional<std::string> bookUid_;

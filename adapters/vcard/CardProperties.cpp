@@ -12,6 +12,8 @@
 #include <array>
 #include <cstddef>
 #include <memory_resource>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -151,11 +153,16 @@ std::optional<CardProperty::Binary> dataOf(std::string_view uri)
 /// The properties of a card as the platform describes them.
 class Converter final {
 public:
-    explicit Converter(Card& card) : card_(card) { card_.readLabels(); }
+    /// Without names, all properties are converted.
+    Converter(Card& card, std::optional<std::span<const std::string>> names)
+        : card_(card), names_(names)
+    {
+        card_.readLabels();
+    }
 
     std::vector<CardProperty> properties()
     {
-        result_.reserve(card_.properties().size());
+        result_.reserve(names_ ? names_->size() : card_.properties().size());
         for (const auto& raw : card_.properties()) {
             if (raw.property.kind != PropertyKind::Label) {
                 append(raw);
@@ -165,9 +172,19 @@ public:
     }
 
 private:
+    bool isWanted(const Property& property) const
+    {
+        return !names_ || std::any_of(names_->begin(), names_->end(), [&](std::string_view name) {
+            return equalsIgnoringCase(property.name, name);
+        });
+    }
+
     void append(const RawProperty& raw)
     {
         const auto& property = card_.parse(raw);
+        if (!isWanted(property)) {
+            return;
+        }
         auto name = nameOf(property);
         const auto media = mediaOf(name);
         const auto group = card_.labelOf(property.group);
@@ -277,13 +294,12 @@ private:
     }
 
     Card& card_;
+    std::optional<std::span<const std::string>> names_;
     std::vector<CardProperty> result_;
 };
 
-}  // namespace
-
-std::optional<std::vector<CardProperty>> readProperties(std::string_view text,
-                                                        CardReader::Text kind)
+std::optional<std::vector<CardProperty>> read(std::string_view text, CardReader::Text kind,
+                                              std::optional<std::span<const std::string>> names)
 {
     std::array<std::byte, 2048> buffer{};
     std::pmr::monotonic_buffer_resource memory(buffer.data(), buffer.size());
@@ -291,7 +307,22 @@ std::optional<std::vector<CardProperty>> readProperties(std::string_view text,
     if (!scanner.next()) {
         return std::nullopt;
     }
-    return Converter(scanner.card()).properties();
+    return Converter(scanner.card(), names).properties();
+}
+
+}  // namespace
+
+std::optional<std::vector<CardProperty>> readProperties(std::string_view text,
+                                                        CardReader::Text kind)
+{
+    return read(text, kind, std::nullopt);
+}
+
+std::optional<std::vector<CardProperty>> readPropertiesNamed(std::span<const std::string> names,
+                                                             std::string_view text,
+                                                             CardReader::Text kind)
+{
+    return read(text, kind, names);
 }
 
 }  // namespace dunmora

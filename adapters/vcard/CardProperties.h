@@ -4,6 +4,8 @@
 #include "platform/PersonCard.h"
 
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,5 +21,11 @@ namespace dunmora {
 /// Thread: any. Errors: none.
 std::optional<std::vector<CardProperty>> readProperties(std::string_view text,
                                                         CardReader::Text kind);
+
+/// Those of these properties that have one of the names, which are in upper case and ASCII. The
+/// others cost little.
+std::optional<std::vector<CardProperty>> readPropertiesNamed(std::span<const std::string> names,
+                                                             std::string_view text,
+                                                             CardReader::Text kind);
 
 }  // namespace dunmora

@@ -2,9 +2,8 @@
 
 #include "adapters/vcard/Lines.h"
 #include "adapters/vcard/Property.h"
+#include "adapters/vcard/StoredProperties.h"
 #include "text/Ascii.h"
-#include "text/Utf8.h"
-#include "text/WhiteSpace.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -26,24 +25,6 @@ bool hasOwnValue(std::string_view line)
     const char initial = line.empty() ? '\0' : toUpperAscii(line.front());
     return (initial == 'U' && isProperty(line, "UID")) ||
            (initial == 'R' && isProperty(line, "REV"));
-}
-
-/// Whether the line is surely a name of which a reader sees something.
-bool showsName(std::string_view line)
-{
-    if (!isProperty(line, "N") && !isProperty(line, "FN")) {
-        return false;
-    }
-    auto value = line.substr(line.find(':') + 1);
-    if (value.find('\\') != std::string_view::npos || !isUtf8(value)) {
-        return false;
-    }
-    while (!value.empty()) {
-        if (!showsNothing(takeComponent(value))) {
-            return true;
-        }
-    }
-    return false;
 }
 
 }  // namespace

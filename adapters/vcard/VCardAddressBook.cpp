@@ -104,9 +104,16 @@ std::optional<PersonCard> VCardAddressBook::card(std::string_view uid) const
     return book_ ? book_->card(uid) : std::nullopt;
 }
 
-std::optional<StoredCard> VCardAddressBook::storedCard(std::string_view uid) const
+bool VCardAddressBook::compareStored(std::span<const std::string> uids,
+                                     CardDifferences& differences) const
 {
-    return book_ ? book_->storedCard(uid) : std::nullopt;
+    return book_ && book_->compareStored(uids, differences);
+}
+
+std::optional<std::vector<CardProperty>>
+VCardAddressBook::propertiesNamed(std::string_view uid, std::span<const std::string> names) const
+{
+    return book_ ? book_->propertiesNamed(uid, names) : std::nullopt;
 }
 
 ReadingNotes VCardAddressBook::notes() const

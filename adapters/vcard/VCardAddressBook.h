@@ -44,7 +44,10 @@ public:
     ReadingNotes notes() const override;
     std::string cards(std::span<const Person* const> people) const override;
     std::optional<PersonCard> card(std::string_view uid) const override;
-    std::optional<StoredCard> storedCard(std::string_view uid) const override;
+    bool compareStored(std::span<const std::string> uids,
+                       CardDifferences& differences) const override;
+    std::optional<std::vector<CardProperty>>
+    propertiesNamed(std::string_view uid, std::span<const std::string> names) const override;
 
     std::size_t deletions() const override { return deletions_.size(); }
     std::size_t lastRemoved() const override;

@@ -13,7 +13,7 @@
 #include "adapters/vcard/CardProperties.h"
 #include "adapters/vcard/ForeignFile.h"
 #include "adapters/vcard/HardLinks.h"
-#include "adapters/vcard/StoredParts.h"
+#include "adapters/vcard/StoredDifferences.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 #include "text/LookAhead.h"
@@ -507,22 +507,41 @@ std::optional<PersonCard> VCardBook::card(std::string_view uid) const
     return PersonCard{*std::move(properties), std::move(lists), sources_[place.file]};
 }
 
-std::optional<StoredCard> VCardBook::storedCard(std::string_view uid) const
+/// Where the card is, if it can be compared as it is stored.
+const VCardBook::CardPlace* VCardBook::comparablePlace(std::string_view uid) const
 {
-    const auto person = uids_.find(uid);
     // Whether somebody is in a list depends on the uid.
-    if (!person || !lists_.isEmpty()) {
-        return std::nullopt;
+    const auto person = lists_.isEmpty() ? uids_.find(uid) : std::nullopt;
+    if (!person) {
+        return nullptr;
     }
     const auto& place = places_[*person];
-    const auto& file = files_[place.file];
     // Equal bytes of files in different encodings may be different texts.
-    if (file.textKind() != CardReader::Text::Bytes) {
-        return std::nullopt;
+    return files_[place.file].textKind() == CardReader::Text::Bytes ? &place : nullptr;
+}
+
+bool VCardBook::compareStored(std::span<const std::string> uids, CardDifferences& differences) const
+{
+    differences.sources.clear();
+    std::vector<std::string_view> cards;
+    cards.reserve(uids.size());
+    for (const auto& uid : uids) {
+        const auto* const place = comparablePlace(uid);
+        if (place == nullptr) {
+            return false;
+        }
+        cards.push_back(cardOf(*place));
+        differences.sources.push_back(&sources_[place->file]);
     }
-    const auto parts =
-        storedParts(file.bytes().substr(place.range.begin, place.range.end - place.range.begin));
-    return parts ? std::optional(StoredCard{*parts, &sources_[place.file]}) : std::nullopt;
+    return findStoredDifferences(cards, differences.names);
+}
+
+std::optional<std::vector<CardProperty>>
+VCardBook::propertiesNamed(std::string_view uid, std::span<const std::string> names) const
+{
+    const auto* const place = comparablePlace(uid);
+    return place == nullptr ? std::nullopt
+                            : readPropertiesNamed(names, cardOf(*place), CardReader::Text::Bytes);
 }
 
 std::string VCardBook::cards(std::span<const Person* const> people) const

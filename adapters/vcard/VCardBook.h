@@ -53,7 +53,9 @@ public:
     const ReadingNotes& notes() const { return notes_; }
     std::string cards(std::span<const Person* const> people) const;
     std::optional<PersonCard> card(std::string_view uid) const;
-    std::optional<StoredCard> storedCard(std::string_view uid) const;
+    bool compareStored(std::span<const std::string> uids, CardDifferences& differences) const;
+    std::optional<std::vector<CardProperty>>
+    propertiesNamed(std::string_view uid, std::span<const std::string> names) const;
 
 private:
     /// Where a person's card is, and what becomes of it.
@@ -98,6 +100,7 @@ private:
     std::unique_ptr<FileChange> prepared(FileRemovals& removals, LockedFolders& folders,
                                          OpenFiles openFiles) const;
     std::string_view cardOf(const CardPlace& place) const;
+    const CardPlace* comparablePlace(std::string_view uid) const;
     std::vector<RemainingCard> cardsWithout(const FileRemovals& removals) const;
     void markRemoved(FileRemovals& removals);
 

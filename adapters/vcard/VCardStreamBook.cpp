@@ -54,9 +54,16 @@ std::optional<PersonCard> VCardStreamBook::card(std::string_view uid) const
     return book_ ? book_->card(uid) : std::nullopt;
 }
 
-std::optional<StoredCard> VCardStreamBook::storedCard(std::string_view uid) const
+bool VCardStreamBook::compareStored(std::span<const std::string> uids,
+                                    CardDifferences& differences) const
 {
-    return book_ ? book_->storedCard(uid) : std::nullopt;
+    return book_ && book_->compareStored(uids, differences);
+}
+
+std::optional<std::vector<CardProperty>>
+VCardStreamBook::propertiesNamed(std::string_view uid, std::span<const std::string> names) const
+{
+    return book_ ? book_->propertiesNamed(uid, names) : std::nullopt;
 }
 
 }  // namespace dunmora

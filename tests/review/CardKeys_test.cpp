@@ -257,5 +257,37 @@ TEST(CardHash, IsEqualForEqualCardsOnly)
     EXPECT_TRUE(differs(other));
 }
 
+TEST(CardKeys, AreNeededOfComparedNamesOnly)
+{
+    const auto compared = [](std::vector<std::string> names) {
+        restrictToCompared(names);
+        return names;
+    };
+    using Names = std::vector<std::string>;
+
+    EXPECT_EQ(compared({"UID", "TEL", "REV", "NOTE"}), (Names{"TEL", "NOTE"}));
+    EXPECT_EQ(compared({"UID"}), Names{});
+    EXPECT_EQ(compared({"FN"}), (Names{"FN", "N"}));
+    EXPECT_EQ(compared({"N", "FN"}), (Names{"N", "FN"}));
+    EXPECT_EQ(compared({"N"}), Names{"N"});
+}
+
+TEST(CardKeys, MayHaveOneForAllThatIsShared)
+{
+    const std::vector<CardProperty> others{text("REV", "2024-01-01"), text("NOTE", "a")};
+    CardKeys one;
+    CardKeys other(card({text("NOTE", "left from before")}));
+
+    one.readBesidesShared(others);
+    other.readBesidesShared({});
+
+    ASSERT_EQ(one.size(), 2U);
+    EXPECT_TRUE(std::ranges::equal(one.neededBy(0), other.neededBy(0)));
+    EXPECT_TRUE(std::ranges::equal(one.neededBy(1), CardKeys(card({others[1]})).needed()));
+    EXPECT_EQ(one.placeOf(1), 1U);
+    ASSERT_EQ(other.size(), 1U);
+    EXPECT_TRUE(std::ranges::equal(other.provided(), other.needed()));
+}
+
 }  // namespace
 }  // namespace dunmora::test

@@ -3,9 +3,13 @@
 #include "platform/CardSource.h"
 #include "platform/PersonCard.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
+#include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -44,15 +48,51 @@ public:
         return found == byUid.end() ? std::nullopt : std::optional(found->second);
     }
 
-    std::optional<StoredCard> storedCard(std::string_view uid) const override
+    bool compareStored(std::span<const std::string> uids,
+                       CardDifferences& differences) const override
     {
-        const auto found = storedByUid.find(uid);
-        return found == storedByUid.end() ? std::nullopt : std::optional(found->second);
+        differences = {};
+        for (const auto& uid : uids) {
+            if (!comparable.contains(uid)) {
+                return false;
+            }
+            const auto& one = byUid.find(uids.front())->second;
+            const auto& other = byUid.find(uid)->second;
+            addMissing(one, other, differences.names);
+            addMissing(other, one, differences.names);
+            differences.sources.push_back(&other.source);
+        }
+        return true;
+    }
+
+    std::optional<std::vector<CardProperty>>
+    propertiesNamed(std::string_view uid, std::span<const std::string> names) const override
+    {
+        auto properties = byUid.find(uid)->second.properties;
+        std::erase_if(properties, [&](const CardProperty& property) {
+            return std::find(names.begin(), names.end(), property.name) == names.end();
+        });
+        return properties;
     }
 
     std::map<std::string, PersonCard, std::less<>> byUid;
-    std::map<std::string, StoredCard, std::less<>> storedByUid;
+    /// The uids of cards that can be compared without being read.
+    std::set<std::string, std::less<>> comparable;
+    /// How many whole cards have been read.
     mutable int readings = 0;
+
+private:
+    static void addMissing(const PersonCard& card, const PersonCard& other,
+                           std::vector<std::string>& names)
+    {
+        for (const auto& property : card.properties) {
+            const auto& others = other.properties;
+            if (std::find(others.begin(), others.end(), property) == others.end() &&
+                std::find(names.begin(), names.end(), property.name) == names.end()) {
+                names.push_back(property.name);
+            }
+        }
+    }
 };
 
 }  // namespace dunmora::test

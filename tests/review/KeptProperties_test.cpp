@@ -60,7 +60,6 @@ PersonCard withNumbers(const std::vector<std::string>& numbers)
 TEST_F(KeptPropertiesTest, OfEqualCardsAreThoseOfCardsThatWereRead)
 {
     constexpr std::size_t kRows = 3;
-    constexpr std::size_t kProperties = 2;
     const auto same = withNumbers({"030 123456", "030 654321"});
     addGroup({withNumbers({"1"}), withNumbers({"2"})});
     const auto equalBegin = kept_.rows();
@@ -78,11 +77,18 @@ TEST_F(KeptPropertiesTest, OfEqualCardsAreThoseOfCardsThatWereRead)
             EXPECT_EQ(kept_.isOnlyInRow(equal), kept_.isOnlyInRow(equal + kRows));
             EXPECT_EQ(kept_.otherKeptRows(equal, kRows).size(),
                       kept_.otherKeptRows(equal + kRows, kRows).size());
-            for (std::size_t property = 0; property < kProperties; ++property) {
-                EXPECT_EQ(kept_.isKept(equal, property), kept_.isKept(equal + kRows, property));
-            }
+            EXPECT_EQ(kept_.isKept(equal, 0), kept_.isKept(equal + kRows, 0));
         }
     }
+}
+
+TEST_F(KeptPropertiesTest, KnowTheGroupsOfTheirRows)
+{
+    addGroup({withNumbers({"1"}), withNumbers({"2"})});
+    kept_.addGroupOfEqual(2);
+
+    EXPECT_EQ(kept_.groupOf(1), 0U);
+    EXPECT_EQ(kept_.groupOf(2), 1U);
 }
 
 TEST_F(KeptPropertiesTest, AreThoseOfTheUncheckedRows)

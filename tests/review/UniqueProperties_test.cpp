@@ -8,8 +8,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <numeric>
+#include <random>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace dunmora::test {
 namespace {
@@ -289,10 +294,7 @@ TEST_F(UniquePropertiesTest, KnowEqualCardsByTheirHashes)
 
 TEST_F(UniquePropertiesTest, NeedNotReadCardsThatTheBookCanCompare)
 {
-    const PersonSource source{"book.vcf", "book"};
-    for (const auto* const uid : {"0", "1", "2"}) {
-        cards_.storedByUid[uid] = {{"same", "", ""}, &source};
-    }
+    cards_.comparable = {"0", "1", "2"};
     const auto same = card({text("FN", "Ann"), text("NOTE", "a")});
     reviewShows({same, same, same});
     cards_.readings = 0;
@@ -300,7 +302,7 @@ TEST_F(UniquePropertiesTest, NeedNotReadCardsThatTheBookCanCompare)
     unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
 
     EXPECT_EQ(unique_.count(), 0U);
-    EXPECT_EQ(*unique_.source(2), source);
+    EXPECT_EQ(*unique_.source(2), same.source);
     EXPECT_EQ(cards_.readings, 0);
     EXPECT_EQ(unique_.cardHash(1), hashOf(same));
     check(0, true);
@@ -310,11 +312,36 @@ TEST_F(UniquePropertiesTest, NeedNotReadCardsThatTheBookCanCompare)
     EXPECT_EQ(unique_.lines(1)->at(1).verdict, CardVerdict::OnlyHere);
 }
 
+TEST_F(UniquePropertiesTest, ReadOnlyThePropertiesInWhichTheCardsDiffer)
+{
+    cards_.comparable = {"0", "1"};
+    reviewShows({card({text("FN", "Ann"), text("NOTE", "a"), text("UID", "0")}, {"Choir"}),
+                 card({text("NOTE", "b"), text("FN", "Ann"), text("UID", "1")}, {"Choir"})});
+    cards_.readings = 0;
+
+    unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
+
+    EXPECT_TRUE(unique_.has(1));
+    EXPECT_EQ(cards_.readings, 0);
+    EXPECT_EQ(namesOnlyHere(1), Names{"NOTE=b"});
+    check(0, true);
+    EXPECT_EQ(namesOnlyHere(1), (Names{"NOTE=b", "FN=Ann", "MEMBER=Choir"}));
+}
+
+TEST_F(UniquePropertiesTest, FindAFormattedNameInANameThatAllCardsHave)
+{
+    cards_.comparable = {"0", "1"};
+    const auto name = structured("N", {"Lee", "Ann"});
+    reviewShows({card({name}), card({name, text("FN", "Ann Lee")})});
+
+    unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
+
+    EXPECT_FALSE(unique_.has(1));
+}
+
 TEST_F(UniquePropertiesTest, KeepTheHashesOfCardsThatTheBookCanCompare)
 {
-    const PersonSource source{"book.vcf", "book"};
-    cards_.storedByUid["0"] = cards_.storedByUid["1"] = {{"same", "", ""}, &source};
-
+    cards_.comparable = {"0", "1"};
     reviewShows({card({text("FN", "Ann")}), card({text("FN", "Ann")})});
     cards_.byUid.clear();
 
@@ -322,22 +349,71 @@ TEST_F(UniquePropertiesTest, KeepTheHashesOfCardsThatTheBookCanCompare)
     EXPECT_EQ(unique_.cardHash(0), unique_.cardHash(1));
 }
 
-TEST_F(UniquePropertiesTest, ReadCardsThatTheBookFindsDifferentOrCannotCompare)
+TEST_F(UniquePropertiesTest, ReadCardsThatTheBookCannotCompare)
 {
-    const PersonSource source{"book.vcf", "book"};
-    cards_.storedByUid["0"] = {{"one", "", ""}, &source};
-    cards_.storedByUid["1"] = {{"one", "other", ""}, &source};
+    cards_.comparable = {"0"};
     reviewShows({card({text("NOTE", "a")}), card({text("NOTE", "b")})});
-    unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
-    const auto different = unique_.count();
-    cards_.storedByUid.erase("1");
 
     unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
 
-    EXPECT_EQ(different, 1U);
     EXPECT_EQ(unique_.count(), 1U);
     EXPECT_EQ(unique_.source(1)->name, "book");
     EXPECT_EQ(unique_.source(2), nullptr);
+}
+
+TEST_F(UniquePropertiesTest, AreTheSameWhenTheBookCompares)
+{
+    const std::vector<CardProperty> properties{structured("N", {"Lee", "Ann"}),
+                                               structured("N", {"Lee", "Ann", "B."}),
+                                               text("FN", "Ann Lee"),
+                                               text("FN", "Lee, Ann"),
+                                               text("TEL", "+49 30 1234567"),
+                                               text("TEL", "030 1234567"),
+                                               text("TEL", "030 7654321"),
+                                               text("EMAIL", "a@b.org"),
+                                               text("EMAIL", "a@B.org"),
+                                               text("NOTE", "a"),
+                                               text("NOTE", " "),
+                                               text("REV", "2024-01-01"),
+                                               text("REV", "2025-01-01"),
+                                               text("MEMBER", "a"),
+                                               binary("PHOTO", "a"),
+                                               binary("PHOTO", "b")};
+    std::mt19937 random(14);
+    const auto number = [&](std::size_t count) { return random() % count; };
+    constexpr std::size_t kCards = 3;
+    cards_.comparable = {"0", "1", "2"};
+    for (int i = 0; i < 300; ++i) {
+        std::vector<PersonCard> cards(kCards, card({text("FN", "Ann")}, {"Choir"}));
+        for (auto& made : cards) {
+            for (const auto& property : properties) {
+                if (number(4) == 0) {
+                    made.properties.push_back(property);
+                }
+            }
+            std::shuffle(made.properties.begin(), made.properties.end(), random);
+        }
+        reviewShows(cards);
+        UniqueProperties compared;
+        compared.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked);
+        for (int edits = 0; edits < 4; ++edits) {
+            const std::vector rows{number(kCards)};
+            check(rows[0], number(2) == 0);
+            compared.rowsEdited(engine_, rows);
+            ASSERT_EQ(compared.count(), unique_.count());
+            for (std::size_t row = 0; row < kCards; ++row) {
+                ASSERT_EQ(compared.has(row), unique_.has(row));
+                ASSERT_EQ(compared.text(row), unique_.text(row));
+                ASSERT_EQ(compared.cardHash(row), unique_.cardHash(row));
+                const auto lines = unique_.lines(row).value();
+                const auto others = compared.lines(row).value();
+                ASSERT_EQ(lines.size(), others.size());
+                for (std::size_t line = 0; line < lines.size(); ++line) {
+                    ASSERT_EQ(lines[line].verdict, others[line].verdict);
+                }
+            }
+        }
+    }
 }
 
 TEST_F(UniquePropertiesTest, KnowTheSourcesOfTheRows)

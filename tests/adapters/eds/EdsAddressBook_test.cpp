@@ -53,6 +53,11 @@ protected:
         return book;
     }
 
+    static bool compare(const EdsAddressBook& book, const Lines& uids, CardDifferences& differences)
+    {
+        return book.compareStored(uids, differences);
+    }
+
     FakeDesktopBooks desktop_;
 
 private:
@@ -101,25 +106,36 @@ TEST_F(EdsAddressBookTest, ComparesCardsWithoutReadingThem)
     auto& book = all();
     book.readPeople();
 
-    const auto ann = book.storedCard("home/ann").value();
+    CardDifferences differences;
 
-    EXPECT_EQ(ann.parts, book.storedCard("home/ben").value().parts);
-    EXPECT_NE(ann.parts, book.storedCard("work/ann").value().parts);
-    EXPECT_EQ(*ann.source, (PersonSource{"eds:home", "Book home"}));
-    EXPECT_FALSE(book.storedCard("home/carl"));
+    ASSERT_TRUE(compare(book, {"home/ann", "home/ben"}, differences));
+    EXPECT_EQ(differences.names, Lines{"UID"});
+    ASSERT_TRUE(compare(book, {"home/ann", "work/ann"}, differences));
+    EXPECT_EQ(differences.names, Lines{"N"});
+    ASSERT_EQ(differences.sources.size(), 2U);
+    EXPECT_EQ(*differences.sources[0], (PersonSource{"eds:home", "Book home"}));
+    EXPECT_EQ(*differences.sources[1], (PersonSource{"eds:work", "Book work"}));
+    EXPECT_FALSE(compare(book, {"home/ann", "home/carl"}, differences));
+
+    const auto properties = book.propertiesNamed("work/ann", Lines{"N"}).value();
+    ASSERT_EQ(properties.size(), 1U);
+    EXPECT_EQ(properties[0].components[0], "Somebody Else");
+    EXPECT_FALSE(book.propertiesNamed("home/carl", Lines{"N"}));
 }
 
 TEST_F(EdsAddressBookTest, ComparesTheReviewedCardsWhenOthersChangeThem)
 {
     desktop_.add("home", {"ann", "ben"}).content.people[1].card = cardNamed("ben", "ann");
     auto& book = one("home");
-    EXPECT_FALSE(book.storedCard("ann"));
+    CardDifferences differences;
+    EXPECT_FALSE(compare(book, {"ann"}, differences));
     book.readPeople();
 
     desktop_.edit("home", "ann");
     book.people();
 
-    EXPECT_EQ(book.storedCard("ann").value().parts, book.storedCard("ben").value().parts);
+    ASSERT_TRUE(compare(book, {"ann", "ben"}, differences));
+    EXPECT_EQ(differences.names, Lines{"UID"});
 }
 
 TEST_F(EdsAddressBookTest, ReadsCardsThatMayHavePicturesToCompareThem)
@@ -133,9 +149,13 @@ TEST_F(EdsAddressBookTest, ReadsCardsThatMayHavePicturesToCompareThem)
     desktop_.book("server").description.kind = "carddav";
     const auto book = bookWithPictures();
 
-    EXPECT_FALSE(book->storedCard("home/ann"));
-    EXPECT_FALSE(book->storedCard("home/ben"));
-    EXPECT_TRUE(book->storedCard("server/ann"));
+    CardDifferences differences;
+
+    EXPECT_FALSE(compare(*book, {"home/ann"}, differences));
+    EXPECT_FALSE(compare(*book, {"home/ben"}, differences));
+    EXPECT_TRUE(compare(*book, {"server/ann"}, differences));
+    EXPECT_FALSE(book->propertiesNamed("home/ann", Lines{"N"}));
+    EXPECT_TRUE(book->propertiesNamed("server/ann", Lines{"N"}));
 }
 
 TEST_F(EdsAddressBookTest, DistinguishesPeopleOfDifferentBooks)

@@ -31,6 +31,12 @@ protected:
         return notes;
     }
 
+    static bool compare(const VCardAddressBook& book, const Texts& uids,
+                        CardDifferences& differences)
+    {
+        return book.compareStored(uids, differences);
+    }
+
     std::filesystem::path folder() const { return file().parent_path(); }
 };
 
@@ -96,32 +102,58 @@ TEST_F(VCardCardsTest, AreThoseOfTheIdsThatTheBookHasGiven)
 TEST_F(VCardCardsTest, CanBeComparedWithoutBeingRead)
 {
     const std::string rest = "\r\nFN:Ann\r\nEND:VCARD\r\n";
-    write(file(), "BEGIN:VCARD\r\nUID:a" + rest + "BEGIN:VCARD\r\nUID:b" + rest +
-                      "BEGIN:VCARD\r\nUID:c" + withNote("d", "x"));
-    VCardAddressBook book(file());
+    write(path("a.vcf"), "BEGIN:VCARD\r\nUID:a" + rest + withNote("d", "x"));
+    write(path("b.vcf"), "BEGIN:VCARD\r\nNOTE:n\r\nUID:b" + rest);
+    VCardAddressBook book(folder());
+    CardDifferences differences;
 
     book.readPeople();
 
-    ASSERT_TRUE(book.storedCard("a"));
-    EXPECT_EQ(book.storedCard("a")->parts, book.storedCard("b")->parts);
-    EXPECT_EQ(*book.storedCard("a")->source, book.card("a")->source);
-    EXPECT_FALSE(book.storedCard("d"));
-    EXPECT_FALSE(book.storedCard("e"));
+    ASSERT_TRUE(compare(book, {"a", "b"}, differences));
+    EXPECT_EQ(differences.names, (Texts{"UID", "NOTE"}));
+    ASSERT_EQ(differences.sources.size(), 2U);
+    EXPECT_EQ(*differences.sources[0], book.card("a")->source);
+    EXPECT_EQ(*differences.sources[1], book.card("b")->source);
+    ASSERT_TRUE(compare(book, {"b"}, differences));
+    EXPECT_EQ(differences.names, Texts{});
+    EXPECT_EQ(differences.sources.size(), 1U);
+    EXPECT_FALSE(compare(book, {"a", "d"}, differences));
+    EXPECT_FALSE(compare(book, {"a", "e"}, differences));
+}
+
+TEST_F(VCardCardsTest, CanBeReadForSomeNamesOnly)
+{
+    write(file(), withNote("a", "one") + "BEGIN:VCARD\r\nUID:b\r\nitem1.note:two\r\n  x\r\nNOTE:"
+                                         "three\r\nFN:Ann\r\nEND:VCARD\r\n");
+    VCardAddressBook book(file());
+    book.readPeople();
+    const Texts names{"NOTE", "FN"};
+
+    const auto properties = book.propertiesNamed("b", names);
+
+    const auto all = book.card("b")->properties;
+    ASSERT_EQ(all.size(), 4U);
+    EXPECT_EQ(properties, std::vector<CardProperty>(all.begin() + 1, all.end()));
+    EXPECT_EQ(book.propertiesNamed("b", {}), std::vector<CardProperty>());
+    EXPECT_EQ(book.propertiesNamed("c", names), std::nullopt);
 }
 
 TEST_F(VCardCardsTest, CannotBeComparedInListsOrUtf16WithoutBeingRead)
 {
     const std::string card = "BEGIN:VCARD\r\nUID:a\r\nFN:Ann\r\nEND:VCARD\r\n";
     VCardAddressBook book(file());
+    CardDifferences differences;
     write(file(), card + "BEGIN:VCARD\r\nKIND:group\r\nFN:List\r\nMEMBER:b\r\nEND:VCARD\r\n");
     book.readPeople();
-    EXPECT_FALSE(book.storedCard("a"));
+    EXPECT_FALSE(compare(book, {"a"}, differences));
+    EXPECT_EQ(book.propertiesNamed("a", {}), std::nullopt);
 
     write(file(), "\xFF\xFE" + utf16Little(card));
     book.readPeople();
 
     EXPECT_TRUE(book.card("a"));
-    EXPECT_FALSE(book.storedCard("a"));
+    EXPECT_FALSE(compare(book, {"a"}, differences));
+    EXPECT_EQ(book.propertiesNamed("a", {}), std::nullopt);
 }
 
 TEST_F(VCardCardsTest, NameTheFileAsTheFolderReachesIt)
