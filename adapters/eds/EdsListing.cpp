@@ -15,28 +15,33 @@ std::size_t EdsListing::add(const ServiceBook& book, std::vector<ContactText> co
     books_.push_back(book);
     const auto& source =
         sources_.emplace_back(PersonSource{std::string(kEdsName) + book.uid, book.name});
-    const auto& kept = texts_.emplace_back(std::move(contacts));
-    const auto expected = cards_.people.size() + kept.size();
-    cards_.people.reserve(expected);
+    const auto& cards = cards_.emplace_back(contacts);
+    auto& uids = uids_.emplace_back();
+    uids.reserve(contacts.size());
+    for (auto& contact : contacts) {
+        uids.push_back(std::move(contact.uid));
+    }
+    // Frees the texts that the joined cards have copied before people are made of them.
+    contacts = {};
+
+    const auto expected = people_.size() + uids.size();
+    people_.reserve(expected);
     entries_.reserve(expected);
     positions_.reserve(expected);
-
     std::size_t skipped = 0;
-    for (const auto& contact : kept) {
-        const auto count = cards_.people.size();
-        const auto groups = cards_.groups.size();
-        reader_.read(contact.card, CardReader::Text::Utf8, cards_);
-        const bool isPerson = cards_.people.size() == count + 1;
-        const auto id = isPerson ? idOf(book, contact.uid) : std::string_view();
+    const auto contents = cards.read(reader_);
+    for (std::size_t i = 0; i < contents.size(); ++i) {
+        const auto& [person, hasList] = contents[i];
+        const auto id = person ? idOf(book, uids[i]) : std::string_view();
         // A removal names the person by this id, so nobody else may have it.
-        if (!isPerson || contact.uid.empty() || !positions_.try_emplace(id, count).second) {
-            cards_.people.resize(count);
-            skipped += cards_.groups.size() == groups ? 1 : 0;
+        if (!person || uids[i].empty() || !positions_.try_emplace(id, people_.size()).second) {
+            skipped += hasList ? 0 : 1;
             continue;
         }
-        cards_.people.back().uid = id;
-        cards_.people.back().source = &source;
-        entries_.push_back({bookPosition, contact.uid, contact.card});
+        people_.push_back(*person);
+        people_.back().uid = id;
+        people_.back().source = &source;
+        entries_.push_back({bookPosition, uids[i], cards.card(i)});
     }
     return skipped;
 }
@@ -44,8 +49,8 @@ std::size_t EdsListing::add(const ServiceBook& book, std::vector<ContactText> co
 std::size_t EdsListing::positionOf(const Person& person) const
 {
     const std::less<> isBefore;
-    const auto* first = cards_.people.data();
-    if (isBefore(&person, first) || !isBefore(&person, first + cards_.people.size())) {
+    const auto* first = people_.data();
+    if (isBefore(&person, first) || !isBefore(&person, first + people_.size())) {
         throw PlatformError("That person is not in the address book.");
     }
     return static_cast<std::size_t>(&person - first);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/eds/ContactService.h"
+#include "adapters/eds/JoinedCards.h"
 #include "adapters/vcard/CardReader.h"
 #include "platform/Person.h"
 #include "text/TextHash.h"
@@ -44,7 +45,7 @@ public:
 
     const std::vector<ServiceBook>& books() const { return books_; }
     const PersonSource& source(const Entry& entry) const { return sources_[entry.book]; }
-    std::span<const Person> people() const { return cards_.people; }
+    std::span<const Person> people() const { return people_; }
     /// The entry of a person of the listing, by its position.
     const Entry& entry(std::size_t position) const { return entries_[position]; }
 
@@ -60,12 +61,14 @@ private:
     std::vector<ServiceBook> books_;
     // One for each book; the people refer to these.
     std::deque<PersonSource> sources_;
-    // The people's texts are views into these: the books' texts, the reader, the ids formed here.
-    std::vector<std::vector<ContactText>> texts_;
+    // The people's texts are views into these: the books' cards and uids, the reader, the ids that
+    // are formed here.
+    std::deque<JoinedCards> cards_;
+    std::deque<std::vector<std::string>> uids_;
     CardReader reader_;
     std::pmr::monotonic_buffer_resource memory_;
     // The people, and the entry of each.
-    CardReader::Cards cards_;
+    std::vector<Person> people_;
     std::vector<Entry> entries_;
     std::unordered_map<std::string_view, std::size_t, TextHash> positions_;
 };
