@@ -1,19 +1,23 @@
 #include "programs/dunmora-cli/TimeText.h"
 
+#include <array>
+#include <charconv>
 #include <cstddef>
 #include <ctime>
+#include <limits>
 
 namespace dunmora {
 
 namespace {
 
+/// Appends a number with at least this many digits.
 void append(std::string& out, long number, std::size_t digits)
 {
-    const auto text = std::to_string(number);
-    if (text.size() < digits) {
-        out.append(digits - text.size(), '0');
-    }
-    out += text;
+    std::array<char, std::numeric_limits<long>::digits10 + 2> text{};
+    const auto* const end = std::to_chars(text.begin(), text.end(), number).ptr;
+    const auto size = static_cast<std::size_t>(end - text.begin());
+    out.append(size < digits ? digits - size : 0, '0');
+    out.append(text.data(), size);
 }
 
 /// Like to_time_t, which converts to nanoseconds and so covers only the years 1677 to 2262.
