@@ -23,10 +23,11 @@ void appendShown(std::string& out, std::string_view text)
 }
 
 /// Appends the text of a cell that is not shown as it is in the record.
-void appendCell(std::string& out, const ContactRecord& record, const ContactField& field)
+void appendCell(std::string& out, const ContactRecord& record, std::size_t column)
 {
+    const auto& field = *kTableColumns[column];
     if (field.isText()) {
-        appendShown(out, record.text(field.key));
+        appendShown(out, record.textAt(kTextPlaces[column]));
     } else if (const auto time = record.objectForKey(field.key)) {
         appendLocalTime(out, std::get<std::chrono::sys_seconds>(*time));
     }
@@ -48,7 +49,7 @@ void ContactCells::add(const ContactRecord& record)
         const auto& field = *kTableColumns[i];
         const bool isSubstituted = field.key == kContactFirstName && !substitute.empty();
         if (field.isText() && !isSubstituted) {
-            const auto text = record.text(field.key);
+            const auto text = record.textAt(kTextPlaces[i]);
             if (isShownAsItIs(text)) {
                 widest_[i] = std::max(widest_[i], text.size());
                 continue;
@@ -58,7 +59,7 @@ void ContactCells::add(const ContactRecord& record)
         if (isSubstituted) {
             appendDisplayText(texts_, substitute);
         } else {
-            appendCell(texts_, record, field);
+            appendCell(texts_, record, i);
         }
         const auto text = std::string_view(texts_).substr(begin);
         const auto width = displayWidth(text);
@@ -76,7 +77,7 @@ ContactRow ContactCells::next(const ContactRecord& record)
     const unsigned kept = kept_[nextPerson_++];
     for (std::size_t i = 0; i < row.size(); ++i) {
         if ((kept >> i & 1U) == 0) {
-            const auto text = record.text(kTableColumns[i]->key);
+            const auto text = record.textAt(kTextPlaces[i]);
             row[i] = {text, text.size()};
             continue;
         }

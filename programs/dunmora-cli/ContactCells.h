@@ -28,6 +28,15 @@ inline constexpr auto kTableColumns = [] {
     return columns;
 }();
 
+/// The place of each of `kTableColumns` in a record's texts (`textPlace`).
+inline constexpr auto kTextPlaces = [] {
+    std::array<std::size_t, kTableColumns.size()> places{};
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        places[i] = textPlace(kTableColumns[i]->key);
+    }
+    return places;
+}();
+
 /// A width for each of `kTableColumns`, in columns of a terminal.
 using ColumnWidths = std::array<std::size_t, kTableColumns.size()>;
 
