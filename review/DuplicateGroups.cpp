@@ -30,9 +30,16 @@ bool isBlankKey(std::string_view key, std::size_t fields)
 
 std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
 {
+    std::vector<DuplicateGroup> groups;
+    visitDuplicateGroups(engine, [&](const DuplicateGroup& group) { groups.push_back(group); });
+    return groups;
+}
+
+void visitDuplicateGroups(const ContactsParser& engine,
+                          const std::function<void(const DuplicateGroup&)>& visit)
+{
     const std::span<const std::string> rows = engine.duplicates();
     const auto fields = engine.searchedFields().count();
-    std::vector<DuplicateGroup> groups;
     std::size_t row = 0;
     for (const auto& found : engine.contactGroups()) {
         if (found.value.size() < 2) {
@@ -47,11 +54,10 @@ std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine)
         }
         const auto size = row - firstRow;
         if (size > 0) {
-            groups.push_back({found.key, rows.subspan(firstRow, size), firstRow,
-                              size > 1 && isBlankKey(found.key, fields)});
+            visit({found.key, rows.subspan(firstRow, size), firstRow,
+                   size > 1 && isBlankKey(found.key, fields)});
         }
     }
-    return groups;
 }
 
 }  // namespace dunmora

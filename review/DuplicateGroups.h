@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,5 +27,10 @@ struct DuplicateGroup {
 /// The groups of the engine's rows, in their order, as the last search found them, whatever the
 /// preferences are now. Thread: as reading the engine's collections.
 std::vector<DuplicateGroup> duplicateGroups(const ContactsParser& engine);
+
+/// Calls `visit` with each of them, without a list of all, which is large in a large book.
+/// Thread: as `duplicateGroups`. Errors: those of `visit`.
+void visitDuplicateGroups(const ContactsParser& engine,
+                          const std::function<void(const DuplicateGroup&)>& visit);
 
 }  // namespace dunmora

@@ -26,12 +26,12 @@ void GroupWarnings::update(const ContactsParser& engine)
 {
     clear();
     groupOfRow_.reserve(engine.duplicates().size());
-    for (const auto& group : duplicateGroups(engine)) {
+    visitDuplicateGroups(engine, [&](const DuplicateGroup& group) {
         sharingOnlyEmptyFields_ += group.sharesOnlyEmptyFields ? group.uids.size() : 0;
         groupOfRow_.insert(groupOfRow_.end(), group.uids.size(),
                            static_cast<std::uint32_t>(groups_.size()));
         groups_.push_back({group.firstRow, group.uids.size(), 0, group.sharesOnlyEmptyFields});
-    }
+    });
     isChecked_.resize(groupOfRow_.size());
     for (std::size_t row = 0; row < isChecked_.size(); ++row) {
         setChecked(row, isCheckedRow(engine, row));

@@ -42,9 +42,10 @@ void printDeletionTable(TextPieces& out, const ContactsParser& engine,
                         const TableStyle& style)
 {
     TablePeople table;
-    for (const auto& group : duplicateGroups(engine)) {
+    table.people.reserve(engine.duplicates().size());
+    visitDuplicateGroups(engine, [&](const DuplicateGroup& group) {
         appendGroup(table, group, engine, properties);
-    }
+    });
     const auto others = checkedWithoutDuplicates(engine);
     for (const auto& uid : others) {
         table.people.push_back({engine.contacts().find(uid)});
