@@ -77,7 +77,9 @@ ExitCode listDuplicates(const ListRequest& request, const CliEnvironment& enviro
         cards.read(engine, session.cards(), UniqueProperties::Hashes::WhenAsked);
     });
     GroupWarnings warnings;
-    warnings.update(engine);
+    if (!request.book.quiet || request.book.format == OutputFormat::Json) {
+        warnings.update(engine);
+    }
     const auto notes = session.addressBook().notes();
     const ReviewHead head{request.book.addressBook, namesOf(fields), notes.cardsSkipped,
                           notes.remarks};
