@@ -190,14 +190,22 @@ std::string resultText(const ContactsParser& engine, std::size_t deleted,
     return text + totalText(engine) + '\n';
 }
 
-void printResult(const ContactsParser& engine, std::vector<std::string> uids,
+/// Removes the uids of people whom the engine still has, because another program removed them from
+/// the book in the meantime: they were not deleted here. There were this many contacts before.
+void eraseKept(std::vector<std::string>& uids, const ContactsParser& engine,
+               std::size_t contactsBefore)
+{
+    // Usually nobody is to be looked up: a deletion forgets at most the people with these uids.
+    if (engine.contacts().size() + uids.size() > contactsBefore) {
+        std::erase_if(
+            uids, [&](const std::string& uid) { return engine.contacts().find(uid) != nullptr; });
+    }
+}
+
+void printResult(const ContactsParser& engine, const std::vector<std::string>& uids,
                  const DeletionWarnings& warnings, const std::vector<std::string>& remarks,
                  const DeleteRequest& request, const CliEnvironment& environment)
 {
-    // The engine still has people whom another program removed from the book in the meantime: they
-    // were not deleted here.
-    std::erase_if(uids,
-                  [&](const std::string& uid) { return engine.contacts().find(uid) != nullptr; });
     try {
         namingBookInMemoryErrors(request.book.addressBook, [&] {
             printAs(environment, request.book.format,
@@ -296,8 +304,10 @@ ExitCode deletePeople(const DeleteRequest& request, const CliEnvironment& enviro
             known = deletionWarnings(engine, uids, warnings, properties);
         });
     }
+    const auto contactsBefore = engine.contacts().size();
     backUpAndDelete(engine, session, uids, request);
-    printResult(engine, std::move(uids), known, remarks, request, environment);
+    eraseKept(uids, engine, contactsBefore);
+    printResult(engine, uids, known, remarks, request, environment);
     if (request.backup && !request.dryRun && !request.book.quiet && session.canRestore()) {
         reportWayBack(request, environment);
     }
