@@ -5,8 +5,8 @@
 #include "adapters/posix/FileIdentity.h"
 #include "adapters/posix/ProcessShutdown.h"
 #include "adapters/posix/ReadAt.h"
-#include "adapters/posix/SideBySide.h"
 #include "text/DisplayText.h"
+#include "text/SideBySide.h"
 
 #include <algorithm>
 #include <array>

@@ -3,9 +3,9 @@
 #include "adapters/posix/FileError.h"
 #include "adapters/posix/ReadSideBySide.h"
 #include "adapters/posix/ReadToEnd.h"
-#include "adapters/posix/SideBySide.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
+#include "text/SideBySide.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 #include "adapters/posix/ReadSideBySide.h"
 
 #include "adapters/posix/ReadAt.h"
-#include "adapters/posix/SideBySide.h"
+#include "text/SideBySide.h"
 
 #include <unistd.h>
 

@@ -1,8 +1,8 @@
 #include "adapters/vcard/CardReader.h"
 
-#include "adapters/posix/SideBySide.h"
 #include "adapters/vcard/CardScanner.h"
 #include "adapters/vcard/PiecewiseReading.h"
+#include "text/SideBySide.h"
 
 namespace dunmora {
 

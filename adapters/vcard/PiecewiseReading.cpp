@@ -1,6 +1,6 @@
 #include "adapters/vcard/PiecewiseReading.h"
 
-#include "adapters/posix/SideBySide.h"
+#include "text/SideBySide.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,10 +2,10 @@
 
 #include "adapters/posix/FileBytes.h"
 #include "adapters/posix/PreparedFile.h"
-#include "adapters/posix/SideBySide.h"
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/CardScanner.h"
 #include "adapters/vcard/TextDecoding.h"
+#include "text/SideBySide.h"
 
 #include <algorithm>
 #include <array>

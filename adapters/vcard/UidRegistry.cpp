@@ -1,7 +1,7 @@
 #include "adapters/vcard/UidRegistry.h"
 
-#include "adapters/posix/SideBySide.h"
 #include "text/LookAhead.h"
+#include "text/SideBySide.h"
 
 #include <xxhash.h>
 

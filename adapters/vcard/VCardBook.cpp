@@ -7,7 +7,6 @@
 #include "adapters/posix/FileReplacement.h"
 #include "adapters/posix/Leftover.h"
 #include "adapters/posix/LockedFile.h"
-#include "adapters/posix/SideBySide.h"
 #include "adapters/vcard/BookSize.h"
 #include "adapters/vcard/CardFolder.h"
 #include "adapters/vcard/CardProperties.h"
@@ -17,6 +16,7 @@
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 #include "text/LookAhead.h"
+#include "text/SideBySide.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,4 +1,4 @@
-#include "adapters/posix/SideBySide.h"
+#include "text/SideBySide.h"
 
 #include <gtest/gtest.h>
 
