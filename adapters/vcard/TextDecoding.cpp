@@ -144,21 +144,52 @@ int hexDigit(char c)
     return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
-int base64Digit(char c)
+// What a character is that is no digit of base64: bits that the value of a digit does not have.
+constexpr std::uint8_t kBase64Blank = 0x40;
+constexpr std::uint8_t kBase64Padding = 0x80;
+constexpr std::uint8_t kNotBase64 = kBase64Blank | kBase64Padding;
+
+/// By character: the value of the digit, or one of the above.
+constexpr auto kBase64Values = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(kNotBase64);
+    std::uint8_t digit = 0;
+    for (const char c :
+         std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")) {
+        values[static_cast<unsigned char>(c)] = digit++;
+    }
+    for (const char c : std::string_view(" \t\r\n")) {
+        values[static_cast<unsigned char>(c)] = kBase64Blank;
+    }
+    values['='] = kBase64Padding;
+    return values;
+}();
+
+std::uint32_t base64ValueAt(std::string_view text, std::size_t position)
 {
-    if (c >= 'A' && c <= 'Z') {
-        return c - 'A';
+    return kBase64Values[byteAt(text, position)];
+}
+
+/// Decodes digits, four at a time, up to the first four characters of which one is no digit.
+/// Returns how many characters it has decoded. `bytes` must have room for three bytes for each
+/// four characters.
+std::size_t decodeWholeBase64(std::string_view text, char* bytes)
+{
+    std::size_t position = 0;
+    for (; position + 4 <= text.size(); position += 4) {
+        const auto first = base64ValueAt(text, position);
+        const auto second = base64ValueAt(text, position + 1);
+        const auto third = base64ValueAt(text, position + 2);
+        const auto fourth = base64ValueAt(text, position + 3);
+        if (((first | second | third | fourth) & kNotBase64) != 0) {
+            break;
+        }
+        const auto bits = first << 18U | second << 12U | third << 6U | fourth;
+        *bytes++ = static_cast<char>(bits >> 16U);
+        *bytes++ = static_cast<char>(bits >> 8U & 0xFFU);
+        *bytes++ = static_cast<char>(bits & 0xFFU);
     }
-    if (c >= 'a' && c <= 'z') {
-        return c - 'a' + 26;
-    }
-    if (c >= '0' && c <= '9') {
-        return c - '0' + 52;
-    }
-    if (c == '+') {
-        return 62;
-    }
-    return c == '/' ? 63 : -1;
+    return position;
 }
 
 std::uint32_t utf16Unit(std::string_view bytes, std::size_t position, FileEncoding encoding)
@@ -217,29 +248,39 @@ std::string decodeQuotedPrintable(std::string_view text)
 
 std::optional<std::string> decodeBase64(std::string_view text)
 {
-    std::string bytes;
+    std::string bytes(text.size() / 4 * 3 + 3, '\0');
+    std::size_t size = 0;
     std::uint32_t bits = 0;
     int bitCount = 0;
     bool ended = false;
-    for (const char c : text) {
-        if (c == ' ' || c == '\t' || c == '\r' || c == '\n') {
+    for (std::size_t position = 0; position < text.size(); ++position) {
+        if (bitCount == 0 && !ended) {
+            const auto decoded = decodeWholeBase64(text.substr(position), bytes.data() + size);
+            size += decoded / 4 * 3;
+            position += decoded;
+            if (position == text.size()) {
+                break;
+            }
+        }
+        const auto value = base64ValueAt(text, position);
+        if (value == kBase64Blank) {
             continue;
         }
-        if (c == '=') {
+        if (value == kBase64Padding) {
             ended = true;
             continue;
         }
-        const int digit = base64Digit(c);
-        if (digit < 0 || ended) {
+        if (value == kNotBase64 || ended) {
             return std::nullopt;
         }
-        bits = bits << 6U | static_cast<std::uint32_t>(digit);
+        bits = bits << 6U | value;
         bitCount += 6;
         if (bitCount >= 8) {
             bitCount -= 8;
-            bytes += static_cast<char>(bits >> static_cast<unsigned>(bitCount) & 0xFFU);
+            bytes[size++] = static_cast<char>(bits >> static_cast<unsigned>(bitCount) & 0xFFU);
         }
     }
+    bytes.resize(size);
     return bytes;
 }
 

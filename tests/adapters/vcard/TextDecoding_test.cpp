@@ -4,12 +4,31 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace dunmora::test {
 namespace {
 
 using namespace std::string_literals;
+
+constexpr std::string_view kBase64Digits =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+/// The bytes in base64, six bits at a time.
+std::string base64Of(std::string_view bytes)
+{
+    std::string text;
+    for (std::size_t bit = 0; bit < 8 * bytes.size(); bit += 6) {
+        const auto byteAt = [&](std::size_t position) -> std::uint32_t {
+            return position < bytes.size() ? static_cast<unsigned char>(bytes[position]) : 0;
+        };
+        const auto pair = byteAt(bit / 8) << 8U | byteAt(bit / 8 + 1);
+        text += kBase64Digits[pair >> (10 - bit % 8) & 0x3FU];
+    }
+    return text.append((4 - text.size() % 4) % 4, '=');
+}
 
 TEST(ToUtf8, ReadsInvalidBytesAsWindows1252)
 {
@@ -63,6 +82,50 @@ TEST(Base64, IsDecodedAcrossBlanksAndLineEnds)
     EXPECT_EQ(decodeBase64(""), "");
     EXPECT_EQ(decodeBase64("A-B"), std::nullopt);
     EXPECT_EQ(decodeBase64("QQ==QQ"), std::nullopt);
+}
+
+TEST(Base64, IsDecodedWithABlankAtAnyPosition)
+{
+    std::string bytes;
+    for (int size = 0; size < 20; ++size) {
+        const auto text = base64Of(bytes);
+
+        EXPECT_EQ(decodeBase64(text), bytes);
+        for (std::size_t position = 0; position <= text.size(); ++position) {
+            auto separated = text;
+            separated.insert(position, "\t");
+            EXPECT_EQ(decodeBase64(separated), bytes) << separated;
+        }
+
+        bytes += static_cast<char>(size * 97 + 200);
+    }
+}
+
+TEST(Base64, HasNoOtherCharactersAtAnyPosition)
+{
+    constexpr std::size_t kDigits = 10;
+    for (int i = 0; i < 256; ++i) {
+        const auto other = static_cast<char>(i);
+        if (kBase64Digits.find(other) != std::string_view::npos ||
+            std::string_view("= \t\r\n").find(other) != std::string_view::npos) {
+            continue;
+        }
+        for (std::size_t position = 0; position < kDigits; ++position) {
+            std::string text(kDigits, 'Q');
+            text[position] = other;
+            EXPECT_EQ(decodeBase64(text), std::nullopt) << i << " at " << position;
+        }
+    }
+}
+
+TEST(Base64, HasNoDigitAfterThePadding)
+{
+    constexpr std::size_t kSize = 9;
+    for (std::size_t position = 0; position < kSize; ++position) {
+        std::string text(kSize, 'Q');
+        text[position] = '=';
+        EXPECT_EQ(decodeBase64(text).has_value(), position == kSize - 1) << text;
+    }
 }
 
 TEST(Encoding, IsDetectedByAMark)
