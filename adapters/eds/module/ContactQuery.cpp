@@ -13,6 +13,7 @@ namespace {
 /// Appends the people among the contacts, and frees the contacts.
 void takePeople(GSList* contacts, std::vector<ContactText>& people)
 {
+    people.reserve(people.size() + g_slist_length(contacts));
     for (auto* item = contacts; item != nullptr; item = item->next) {
         auto* const contact = E_CONTACT(item->data);
         // The card comes first: it is the stored text only until a property is read.
@@ -25,8 +26,10 @@ void takePeople(GSList* contacts, std::vector<ContactText>& people)
                 {stringOf(static_cast<const char*>(e_contact_get_const(contact, E_CONTACT_UID))),
                  stringOf(card.get())});
         }
+        // Now, so that the next person's text takes the memory of this contact.
+        g_object_unref(contact);
     }
-    g_slist_free_full(contacts, g_object_unref);
+    g_slist_free(contacts);
 }
 
 /// The query for the contacts with these uids.
