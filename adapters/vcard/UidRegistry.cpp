@@ -28,17 +28,17 @@ std::string fingerprint(std::string_view content)
     return digits.data();
 }
 
-/// Adds texts to an empty index that has space for them, on several threads. Every thread goes
-/// through all hashes and adds those that belong to its own part of the index.
+/// Adds people's UIDs to an empty index that has space for them, on several threads. Every thread
+/// goes through all hashes and adds those that belong to its own part of the index.
 class IndexFilling final {
 public:
-    IndexFilling(TextIndex& index, std::span<const std::string_view> texts,
+    IndexFilling(TextIndex& index, std::span<const Person> people,
                  std::span<const std::uint64_t> hashes)
-        : index_(index), texts_(texts), hashes_(hashes)
+        : index_(index), people_(people), hashes_(hashes)
     {
     }
 
-    /// Returns whether no two texts are equal. If not, some of the texts are missing.
+    /// Returns whether no two UIDs are equal. If not, some of them are missing.
     bool run(std::size_t threads)
     {
         Positions leaving;
@@ -61,7 +61,7 @@ public:
 private:
     using Positions = std::vector<std::size_t>;
 
-    /// Fills a part. Returns the positions of texts that belong to it and have no place there.
+    /// Fills a part. Returns the positions of UIDs that belong to it and have no place there.
     Positions fill(const TextIndex::Part& part)
     {
         Positions leaving;
@@ -101,10 +101,13 @@ private:
         }
     }
 
-    bool isSame(std::size_t one, std::size_t other) const { return texts_[one] == texts_[other]; }
+    bool isSame(std::size_t one, std::size_t other) const
+    {
+        return people_[one].uid == people_[other].uid;
+    }
 
     TextIndex& index_;
-    std::span<const std::string_view> texts_;
+    std::span<const Person> people_;
     std::span<const std::uint64_t> hashes_;
     std::atomic<bool> areUnique_ = true;
 };
@@ -129,40 +132,54 @@ std::string_view UidRegistry::assign(std::string_view ownUid, std::uint64_t hash
     }
 }
 
-bool UidRegistry::assignAll(std::vector<std::string_view> ownUids,
-                            std::span<const std::uint64_t> hashes, std::size_t threads)
+bool UidRegistry::assignAll(std::span<const Person> people, std::span<const std::uint64_t> hashes,
+                            std::size_t threads)
 {
-    if (!taken_.empty() || std::any_of(ownUids.begin(), ownUids.end(),
-                                       [](std::string_view uid) { return uid.empty(); })) {
+    if (count() > 0 || std::any_of(people.begin(), people.end(),
+                                   [](const Person& person) { return person.uid.empty(); })) {
         return false;
     }
-    taken_ = std::move(ownUids);
-    index_.reset(taken_.size());
-    if (!IndexFilling(index_, taken_, hashes).run(threads)) {
-        index_.reset(taken_.size());
-        taken_.clear();
+    index_.reset(people.size());
+    if (!IndexFilling(index_, people, hashes).run(threads)) {
+        index_.reset(people.size());
         return false;
     }
+    people_ = people;
     return true;
+}
+
+void UidRegistry::copyIds()
+{
+    if (people_.empty()) {
+        return;
+    }
+    std::vector<std::string_view> ids;
+    ids.reserve(count());
+    for (const auto& person : people_) {
+        ids.push_back(person.uid);
+    }
+    ids.insert(ids.end(), taken_.begin(), taken_.end());
+    taken_ = std::move(ids);
+    people_ = {};
 }
 
 std::optional<std::size_t> UidRegistry::find(std::string_view uid) const
 {
     const auto position =
-        index_.find(uid, [&](std::size_t candidate) { return taken_[candidate] == uid; });
+        index_.find(uid, [&](std::size_t candidate) { return idAt(candidate) == uid; });
     return position == TextIndex::kNowhere ? std::nullopt : std::optional(position);
 }
 
 /// Records the id. Returns whether it was free.
 bool UidRegistry::take(std::string_view uid, std::uint64_t hash)
 {
-    if (!index_.fits(taken_.size() + 1)) {
-        rebuild(2 * taken_.size() + 1);
+    if (!index_.fits(count() + 1)) {
+        rebuild(2 * count() + 1);
     }
-    const auto isAt = [&](std::size_t position) { return taken_[position] == uid; };
+    const auto isAt = [&](std::size_t number) { return idAt(number) == uid; };
     const auto append = [&] {
         taken_.push_back(uid);
-        return taken_.size() - 1;
+        return count() - 1;
     };
     return index_.findOrAdd(hash, isAt, append).second;
 }
@@ -177,10 +194,10 @@ void UidRegistry::reserve(std::size_t count)
 /// Rebuilds the index for `count` ids.
 void UidRegistry::rebuild(std::size_t count)
 {
-    taken_.reserve(count);
+    taken_.reserve(count - people_.size());
     index_.reset(count);
-    for (std::size_t i = 0; i < taken_.size(); ++i) {
-        index_.add(taken_[i], i);
+    for (std::size_t i = 0; i < this->count(); ++i) {
+        index_.add(idAt(i), i);
     }
 }
 

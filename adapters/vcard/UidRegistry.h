@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Person.h"
 #include "text/TextHash.h"
 #include "text/TextIndex.h"
 
@@ -37,21 +38,33 @@ public:
     /// The same as the other `assign`, for a UID whose `TextIndex` hash is known.
     std::string_view assign(std::string_view ownUid, std::uint64_t hash, std::string_view card);
 
-    /// Assigns these UIDs to the first cards that have them, on at most this many threads. Returns
+    /// Assigns the people of the first cards their own UIDs, on at most this many threads. Returns
     /// false, and assigns nothing, when a card before them has an id, a UID is empty, or two are
-    /// equal.
-    bool assignAll(std::vector<std::string_view> ownUids, std::span<const std::uint64_t> hashes,
+    /// equal. The people must stay where they are, and keep their UIDs, until `copyIds` is called.
+    bool assignAll(std::span<const Person> people, std::span<const std::uint64_t> hashes,
                    std::size_t threads);
+    /// Copies the list of the people's ids, so that the people may move or go. Until then their ids
+    /// take no memory of their own.
+    void copyIds();
 
     /// How many ids had been assigned before this one; nothing for an unknown id.
     std::optional<std::size_t> find(std::string_view uid) const;
 
 private:
+    /// How many ids have been assigned.
+    std::size_t count() const { return people_.size() + taken_.size(); }
+    std::string_view idAt(std::size_t number) const
+    {
+        return number < people_.size() ? people_[number].uid : taken_[number - people_.size()];
+    }
     bool take(std::string_view uid, std::uint64_t hash);
     void rebuild(std::size_t count);
     std::string_view keep(const std::string& text);
 
     std::pmr::monotonic_buffer_resource memory_;
+    // Those who have the first ids, until these are copied.
+    std::span<const Person> people_;
+    // All further ids.
     std::vector<std::string_view> taken_;
     TextIndex index_;
     // The number of copies of each id, so that thousands of equal cards do not each try every

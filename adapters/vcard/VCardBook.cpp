@@ -144,6 +144,8 @@ void VCardBook::readCards(std::size_t fileIndex, const Remainders& remainders)
     const auto& source =
         sources_.emplace_back(PersonSource{path.string(), path.filename().string()});
     const auto firstPerson = cards_.people.size();
+    // The people of the files before this one move when the list grows.
+    uids_.copyIds();
     cards_.ranges.clear();
     cards_.skipped.clear();
     cards_.groups.clear();
@@ -172,13 +174,8 @@ void VCardBook::assignUids(const CardFile& file, std::span<Person> people)
 {
     const auto count = people.size();
     const auto& hashes = cards_.uidHashes;
-    if (count >= kFewestForThreads) {
-        std::vector<std::string_view> uids(count);
-        std::transform(people.begin(), people.end(), uids.begin(),
-                       [](const Person& person) { return person.uid; });
-        if (uids_.assignAll(std::move(uids), hashes, processors())) {
-            return;
-        }
+    if (count >= kFewestForThreads && uids_.assignAll(people, hashes, processors())) {
+        return;
     }
     uids_.reserve(cards_.people.size());
     visitWithLookAhead<std::uint64_t>(
@@ -287,6 +284,7 @@ void VCardBook::dropRemoved()
             numbers.push_back(static_cast<std::uint32_t>(placeNumber(i)));
         }
     }
+    uids_.copyIds();
     // Not erased in place: references from the last listing would then refer to other people.
     cards_.people = std::move(people);
     placeNumbers_ = std::move(numbers);

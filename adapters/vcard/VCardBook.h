@@ -112,6 +112,7 @@ private:
     std::map<FileIdentity, std::size_t> filesByIdentity_;
     // With the files, these own the texts that the people refer to.
     CardReader reader_;
+    // Refers to the people listed until they move.
     UidRegistry uids_;
     // One for each file.
     std::vector<PersonSource> sources_;

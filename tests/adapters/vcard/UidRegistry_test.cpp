@@ -25,13 +25,25 @@ Uids numberedUids(std::size_t count)
     return uids;
 }
 
-bool assignAll(UidRegistry& registry, const Uids& uids, std::size_t threads)
+/// People with these UIDs, which must outlive them.
+std::vector<Person> peopleWith(const Uids& uids)
+{
+    std::vector<Person> people(uids.size());
+    std::transform(uids.begin(), uids.end(), people.begin(), [](const std::string& uid) {
+        Person person;
+        person.uid = uid;
+        return person;
+    });
+    return people;
+}
+
+bool assignAll(UidRegistry& registry, const std::vector<Person>& people, std::size_t threads)
 {
     std::vector<std::uint64_t> hashes;
-    for (const auto& uid : uids) {
-        hashes.push_back(TextIndex::hashOf(uid));
+    for (const auto& person : people) {
+        hashes.push_back(TextIndex::hashOf(person.uid));
     }
-    return registry.assignAll({uids.begin(), uids.end()}, hashes, threads);
+    return registry.assignAll(people, hashes, threads);
 }
 
 TEST(UidRegistry, FindsIdsInTheOrderOfTheirAssignment)
@@ -158,8 +170,9 @@ TEST(UidRegistry, AssignsAllUidsAtOnceAsOneAfterAnother)
         for (const std::size_t threads : {1, 2, 3, 7}) {
             UidRegistry registry;
             const auto uids = numberedUids(count);
+            const auto people = peopleWith(uids);
 
-            ASSERT_TRUE(assignAll(registry, uids, threads)) << count;
+            ASSERT_TRUE(assignAll(registry, people, threads)) << count;
 
             for (std::size_t i = 0; i < count; ++i) {
                 ASSERT_EQ(registry.find(uids[i]), i) << count << " on " << threads;
@@ -181,9 +194,10 @@ TEST(UidRegistry, AssignsNothingAtOnceWhenUidsAreMissingOrEqual)
         for (const std::size_t threads : {1, 2, 3}) {
             auto uids = unique;
             uids.back() = odd;
+            const auto people = peopleWith(uids);
             UidRegistry registry;
 
-            EXPECT_FALSE(assignAll(registry, uids, threads)) << odd;
+            EXPECT_FALSE(assignAll(registry, people, threads)) << odd;
 
             EXPECT_FALSE(registry.find(uids.front()));
             UidRegistry other;
@@ -196,15 +210,18 @@ TEST(UidRegistry, AssignsNothingAtOnceWhenUidsAreMissingOrEqual)
 
 TEST(UidRegistry, AssignsUidsAtOnceThatHaveNoPlaceInTheirPartOfTheIndex)
 {
+    const Uids uids = {"a", "b", "c", "d", "e", "f"};
     // Six ids have 16 slots, of which one of two threads fills the first eight.
-    std::vector<std::string_view> uids = {"a", "b", "c", "d", "e", "f"};
+    const auto people = peopleWith(uids);
     const std::vector<std::uint64_t> hashes = {7, 7, 7, 1, 8, 15};
     UidRegistry registry;
     UidRegistry withEqualOnes;
 
-    EXPECT_TRUE(registry.assignAll(uids, hashes, 2));
-    uids[2] = "b";
-    EXPECT_FALSE(withEqualOnes.assignAll(uids, hashes, 2));
+    auto equalOnes = people;
+    equalOnes[2].uid = "b";
+
+    EXPECT_TRUE(registry.assignAll(people, hashes, 2));
+    EXPECT_FALSE(withEqualOnes.assignAll(equalOnes, hashes, 2));
 
     EXPECT_NE(registry.assign("b", 7, "card"), "b");
     EXPECT_NE(registry.assign("c", 7, "card"), "c");
@@ -213,13 +230,35 @@ TEST(UidRegistry, AssignsUidsAtOnceThatHaveNoPlaceInTheirPartOfTheIndex)
 
 TEST(UidRegistry, AssignsNothingAtOnceAfterOtherCards)
 {
+    const Uids uids = {"b"};
+    const auto people = peopleWith(uids);
     UidRegistry registry;
     registry.assign("a", "card");
 
-    EXPECT_FALSE(assignAll(registry, {"b"}, 2));
+    EXPECT_FALSE(assignAll(registry, people, 2));
 
     EXPECT_EQ(registry.find("a"), 0U);
     EXPECT_FALSE(registry.find("b"));
+}
+
+TEST(UidRegistry, KeepsIdsThatWereCopiedWhenThePeopleGo)
+{
+    const auto uids = numberedUids(100);
+    auto people = peopleWith(uids);
+    UidRegistry registry;
+    ASSERT_TRUE(assignAll(registry, people, 2));
+    registry.assign("later", "card");
+
+    registry.copyIds();
+    people.clear();
+    people.shrink_to_fit();
+    registry.copyIds();
+
+    EXPECT_EQ(registry.find("uid0"), 0U);
+    EXPECT_EQ(registry.find("uid99"), 99U);
+    EXPECT_EQ(registry.find("later"), 100U);
+    EXPECT_NE(registry.assign("uid7", "card"), "uid7");
+    EXPECT_FALSE(registry.find("uid100"));
 }
 
 class BookUidsTest : public BookTest {};
@@ -263,18 +302,47 @@ TEST_F(BookUidsTest, AreTheCardsOwnInALargeBook)
     // More than are assigned on one thread.
     const auto own = numberedUids(12'000);
     std::string text;
+    std::string others;
     for (const auto& uid : own) {
         text += card(uid);
+        others += card("other-" + uid);
     }
     write(folder() / "a.vcf", text);
-    write(folder() / "b.vcf", card("last") + card("uid7"));
+    // So many that the list of people moves.
+    write(folder() / "b.vcf", others);
+    write(folder() / "c.vcf", card("last") + card("uid7"));
 
     const auto uids = uidsIn(folder());
 
-    ASSERT_EQ(uids.size(), 12'002U);
+    ASSERT_EQ(uids.size(), 24'002U);
     EXPECT_TRUE(std::equal(own.begin(), own.end(), uids.begin()));
-    EXPECT_EQ(uids[12'000], "last");
+    EXPECT_EQ(uids[12'000], "other-uid0");
+    EXPECT_EQ(uids[24'000], "last");
     EXPECT_EQ(uids.back().substr(0, 5), "uid7-");
+}
+
+TEST_F(BookUidsTest, FindTheCardsOfALargeBookAfterADeletion)
+{
+    std::string text;
+    for (const auto& uid : numberedUids(12'000)) {
+        text += card(uid);
+    }
+    write(file(), text);
+    VCardAddressBook book(file());
+    book.readPeople();
+
+    ask(book, {"uid5", "uid11999"});
+    book.save();
+
+    EXPECT_EQ(book.people().size(), 11'998U);
+    for (const auto* uid : {"uid0", "uid5", "uid6", "uid11998", "uid11999"}) {
+        const auto found = book.card(uid);
+        ASSERT_TRUE(found) << uid;
+        const auto& properties = found->properties;
+        EXPECT_TRUE(std::any_of(properties.begin(), properties.end(), [&](const auto& property) {
+            return property.components == std::vector<std::string>{uid};
+        })) << uid;
+    }
 }
 
 TEST_F(BookUidsTest, OfEqualUidsInALargeBookAreThoseOfASmallOne)
