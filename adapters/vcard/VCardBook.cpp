@@ -208,10 +208,9 @@ void VCardBook::addPlaces(std::size_t fileIndex)
 /// Frees what only the reading needs; in a large book it is much.
 void VCardBook::finishReading()
 {
-    cards_.ranges = {};
-    cards_.skipped = {};
-    cards_.groups = {};
-    cards_.uidHashes = {};
+    CardReader::Cards cards;
+    cards.people = std::move(cards_.people);
+    cards_ = std::move(cards);
 }
 
 void VCardBook::noteSkippedCards(const CardFile& file)
