@@ -270,7 +270,7 @@ void VCardBook::discardPending()
 
 void VCardBook::dropRemoved()
 {
-    if (!std::exchange(hasRemoved_, false)) {
+    if (!hasRemoved_) {
         return;
     }
     std::vector<Person> people;
@@ -287,6 +287,7 @@ void VCardBook::dropRemoved()
     // Not erased in place: references from the last listing would then refer to other people.
     cards_.people = std::move(people);
     placeNumbers_ = std::move(numbers);
+    hasRemoved_ = false;
 }
 
 std::size_t VCardBook::indexOf(const Person& person) const
