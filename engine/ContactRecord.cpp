@@ -92,9 +92,9 @@ ContactRecord::Texts ContactRecord::texts() const
 ContactRecord::TextEnds ContactRecord::endsOf(const Texts& texts)
 {
     TextEnds ends{};
-    std::uint32_t end = 0;
+    std::size_t end = 0;
     for (std::size_t place = 0; place < texts.size(); ++place) {
-        end += static_cast<std::uint32_t>(texts[place].size());
+        end += texts[place].size();
         ends[place] = end;
     }
     return ends;
@@ -115,7 +115,7 @@ void ContactRecord::setTexts(const Texts& texts, const TextEnds& ends, char* mem
         memory += sizeof(ends);
     } else {
         std::transform(ends.begin(), ends.end(), data_.textEnds.begin(),
-                       [](std::uint32_t end) { return static_cast<std::uint16_t>(end); });
+                       [](std::size_t end) { return static_cast<std::uint16_t>(end); });
     }
     data_.texts = memory;
     for (const auto text : texts) {

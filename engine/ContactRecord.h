@@ -73,7 +73,7 @@ public:
 
 private:
     /// Where each text ends, counted from the beginning of the first one.
-    using TextEnds = std::array<std::uint32_t, kTextFields.size()>;
+    using TextEnds = std::array<std::size_t, kTextFields.size()>;
 
     /// 32 bytes: an address book may have a million people.
     struct Data {
