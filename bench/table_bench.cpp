@@ -17,7 +17,6 @@
 #include <QTableView>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <ctime>
 #include <memory>
@@ -30,8 +29,6 @@ namespace {
 
 constexpr std::int64_t kFewRows = 100'000;
 constexpr std::int64_t kManyRows = 1'000'000;
-
-using Milliseconds = std::chrono::duration<double, std::milli>;
 
 /// The main window with a review in which everyone has a copy. All measurements with the same
 /// number of rows share the engine's result.
@@ -140,13 +137,17 @@ void typeIntoFilter(benchmark::State& state)
     QObject::connect(review->table.model(), &QAbstractItemModel::modelReset, &review->table,
                      [&isFound] { isFound = true; });
     review->review.OnFilter(nullptr);
+    // The bar is on the screen before the user types.
+    QtDesktop::handleEvents();
     const QString first = QStringLiteral("7");
     const QString second = QStringLiteral("3");
-    Milliseconds longest{};
+    // Processor time, because the longest of many turns would often be one that waited for other
+    // programs.
+    double longest = 0;
     const auto measured = [&longest](const auto& work) {
-        const auto begin = std::chrono::steady_clock::now();
+        const auto begin = processorTime();
         work();
-        longest = std::max<Milliseconds>(longest, std::chrono::steady_clock::now() - begin);
+        longest = std::max(longest, processorTime() - begin);
     };
 
     while (state.KeepRunning()) {
@@ -158,7 +159,8 @@ void typeIntoFilter(benchmark::State& state)
         measured([&] { review->draw(); });
     }
 
-    state.counters["longest_turn_ms"] = longest.count();
+    constexpr double kMillisecondsPerSecond = 1e3;
+    state.counters["longest_turn_ms"] = longest * kMillisecondsPerSecond;
 }
 
 /// Selects every row and checks or unchecks all of them in one operation.
