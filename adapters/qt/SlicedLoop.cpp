@@ -7,8 +7,8 @@ namespace dunmora {
 
 namespace {
 
-/// An eighth of the time between two frames of a screen: in the same turn of the event loop, a frame
-/// may have to be drawn, and what the loop has found may have to be shown.
+/// An eighth of the time between two frames of a screen: a frame may have to be drawn in the same
+/// turn of the event loop, and what the loop has found may have to be shown.
 constexpr std::chrono::milliseconds kSlice{2};
 /// Takes far less than a slice.
 constexpr std::size_t kRowsPerTimeCheck = 64;
