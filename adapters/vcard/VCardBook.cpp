@@ -199,9 +199,7 @@ void VCardBook::addPlaces(std::size_t fileIndex)
     }
     CardBytesFinder finder(files_[fileIndex]);
     for (const auto& range : cards_.ranges) {
-        const auto [bytes, lineEndSize] = finder.bytesOf(range);
-        places_.push_back(
-            {static_cast<std::uint32_t>(fileIndex), lineEndSize, false, false, bytes});
+        places_.emplace_back(fileIndex, finder.bytesOf(range));
     }
 }
 
@@ -349,7 +347,7 @@ std::vector<VCardBook::FileRemovals> VCardBook::pendingRemovals() const
         if (removals.empty() || removals.back().file != place.file) {
             removals.push_back({place.file, {}, firstPerson, {}, {}});
         }
-        removals.back().ranges.push_back(place.range);
+        removals.back().ranges.push_back(place.range());
         removals.back().people.push_back(i);
     }
     const auto isBefore = [](const ByteRange& a, const ByteRange& b) { return a.begin < b.begin; };
@@ -440,8 +438,7 @@ std::unique_ptr<FileChange> VCardBook::prepared(FileRemovals& removals, LockedFo
 /// The bytes of the card, without the line end.
 std::string_view VCardBook::cardOf(const CardPlace& place) const
 {
-    return files_[place.file].bytes().substr(
-        place.range.begin, place.range.end - place.range.begin - place.lineEndSize);
+    return place.cardIn(files_[place.file].bytes());
 }
 
 /// The cards that remain in the file.
@@ -497,7 +494,7 @@ std::optional<PersonCard> VCardBook::card(std::string_view uid) const
     const auto& place = places_[*person];
     const auto& file = files_[place.file];
     std::string converted;
-    auto properties = readProperties(file.textIn(place.range, converted), file.textKind());
+    auto properties = readProperties(file.textIn(place.range(), converted), file.textKind());
     if (!properties) {
         return std::nullopt;
     }
@@ -506,7 +503,7 @@ std::optional<PersonCard> VCardBook::card(std::string_view uid) const
 }
 
 /// Where the card is, if it can be compared as it is stored.
-const VCardBook::CardPlace* VCardBook::comparablePlace(std::string_view uid) const
+const CardPlace* VCardBook::comparablePlace(std::string_view uid) const
 {
     // Whether somebody is in a list depends on the uid.
     const auto person = lists_.isEmpty() ? uids_.find(uid) : std::nullopt;
@@ -551,14 +548,13 @@ std::string VCardBook::cards(std::span<const Person* const> people) const
     auto size = content.size();
     for (const auto* person : people) {
         const auto& place = placeOf(indexOf(*person));
-        size += place.range.end - place.range.begin;
+        size += place.size;
         size += place.lineEndSize > 0 ? 0 : lineEnd.size();
     }
     content.reserve(size);
     for (const auto* person : people) {
         const auto& place = placeOf(indexOf(*person));
-        content += files_[place.file].bytes().substr(place.range.begin,
-                                                     place.range.end - place.range.begin);
+        content += place.linesIn(files_[place.file].bytes());
         content += place.lineEndSize > 0 ? "" : lineEnd;
     }
     return content;

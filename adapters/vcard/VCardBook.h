@@ -5,6 +5,7 @@
 #include "adapters/posix/LockedFolder.h"
 #include "adapters/posix/OpenFiles.h"
 #include "adapters/vcard/CardFile.h"
+#include "adapters/vcard/CardPlace.h"
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/Deletion.h"
 #include "adapters/vcard/ListMembers.h"
@@ -58,16 +59,6 @@ public:
     propertiesNamed(std::string_view uid, std::span<const std::string> names) const;
 
 private:
-    /// Where a person's card is, and what becomes of it.
-    struct CardPlace {
-        std::uint32_t file = 0;
-        // In bytes; see CardBytes.
-        std::uint16_t lineEndSize = 0;
-        bool isPending = false;
-        bool isRemoved = false;
-        ByteRange range;
-    };
-
     /// What a save removes from one file.
     struct FileRemovals {
         std::size_t file;
