@@ -50,6 +50,8 @@ std::vector<DesktopBook> listEdsBooks(ContactService& service)
     for (const auto& book : books) {
         uids.push_back(book.uid);
     }
+    // The service could send its uids alone. But a listing of the book must have as many people,
+    // and only the cards show which entries are lists or cannot be read.
     auto contents = service.read(uids);
 
     std::vector<DesktopBook> summaries;
