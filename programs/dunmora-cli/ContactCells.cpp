@@ -12,6 +12,9 @@ namespace dunmora {
 
 namespace {
 
+/// Once a block of texts has this many bytes, it is full.
+constexpr std::size_t kBlockSize = std::size_t{64} << 10U;
+
 /// Appends the beginning of the text that a cell shows.
 void appendShown(std::string& out, std::string_view text)
 {
@@ -55,13 +58,14 @@ void ContactCells::add(const ContactRecord& record)
                 continue;
             }
         }
-        const auto begin = texts_.size();
+        auto& block = blockForText();
+        const auto begin = block.size();
         if (isSubstituted) {
-            appendDisplayText(texts_, substitute);
+            appendDisplayText(block, substitute);
         } else {
-            appendCell(texts_, record, i);
+            appendCell(block, record, i);
         }
-        const auto text = std::string_view(texts_).substr(begin);
+        const auto text = std::string_view(block).substr(begin);
         const auto width = displayWidth(text);
         widest_[i] = std::max(widest_[i], width);
         kept = static_cast<KeptColumns>(kept | 1U << i);
@@ -81,11 +85,26 @@ ContactRow ContactCells::next(const ContactRecord& record)
             row[i] = {text, text.size()};
             continue;
         }
-        const auto& cell = cells_[nextCell_++];
-        row[i] = {std::string_view(texts_).substr(nextText_, cell.size), cell.width};
+        const auto cell = cells_.front();
+        cells_.pop_front();
+        if (nextText_ >= kBlockSize) {
+            ++nextBlock_;
+            nextText_ = 0;
+        }
+        row[i] = {std::string_view(blocks_[nextBlock_]).substr(nextText_, cell.size), cell.width};
         nextText_ += cell.size;
     }
     return row;
+}
+
+/// The block to which the next text is to be appended.
+std::string& ContactCells::blockForText()
+{
+    if (blocks_.empty() || blocks_.back().size() >= kBlockSize) {
+        // The last text of a block goes beyond its size.
+        blocks_.emplace_back().reserve(kBlockSize + kMaxShownBytes);
+    }
+    return blocks_.back();
 }
 
 }  // namespace dunmora

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -78,15 +79,18 @@ private:
     using KeptColumns = std::uint8_t;
     static_assert(kTableColumns.size() <= 8);
 
+    std::string& blockForText();
+
     const CardSource* cards_;
     ColumnWidths widest_{};
     std::vector<KeptColumns> kept_;
-    // Of the kept cells, one person after another.
-    std::vector<KeptCell> cells_;
-    std::string texts_;
-    // What `next` reads next.
+    // The kept cells, one person after another, and their texts in blocks. Nothing is copied, and
+    // so in memory twice, when a long table grows.
+    std::deque<KeptCell> cells_;
+    std::deque<std::string> blocks_;
+    // What `next` reads next; of `cells_` it is the first one.
     std::size_t nextPerson_ = 0;
-    std::size_t nextCell_ = 0;
+    std::size_t nextBlock_ = 0;
     std::size_t nextText_ = 0;
 };
 

@@ -57,6 +57,25 @@ TEST(ContactCells, ReturnsTheCellsOfEachPersonInTurn)
     }
 }
 
+TEST(ContactCells, KeepsTheCellsOfALongTable)
+{
+    constexpr std::size_t kPeople = 20'000;
+    ContactCells cells(nullptr);
+    const auto recordOf = [](std::size_t i) {
+        return recordNamed("Zoë" + std::string(i % 50, 'x'), "ü" + std::to_string(i));
+    };
+    for (std::size_t i = 0; i < kPeople; ++i) {
+        cells.add(recordOf(i));
+    }
+
+    for (std::size_t i = 0; i < kPeople; ++i) {
+        const auto record = recordOf(i);
+        const auto row = cells.next(record);
+        ASSERT_EQ(row[columnOf(kContactFirstName)].text, record.text(kContactFirstName)) << i;
+        ASSERT_EQ(row[columnOf(kContactUid)].text, record.text(kContactUid)) << i;
+    }
+}
+
 TEST(ContactCells, MeasuresTheWidestCellOfEachColumn)
 {
     ContactCells cells(nullptr);
