@@ -82,6 +82,17 @@ public:
         return {positionIn(slot), true};
     }
 
+    /// Gives the text another position, or a new text its first one. Returns the position before;
+    /// `kNowhere` for a new text.
+    template <typename IsAt>
+    std::size_t exchange(std::uint64_t hash, std::size_t position, IsAt isAt)
+    {
+        auto& slot = slots_[slotOf(hash, isAt)];
+        const auto before = slot == kFree ? kNowhere : positionIn(slot);
+        slot = slotFor(hash, position);
+        return before;
+    }
+
     /// Adds a text that has no position yet.
     void add(std::string_view text, std::size_t position) { add(hashOf(text), position); }
     void add(std::uint64_t hash, std::size_t position)

@@ -73,6 +73,22 @@ TEST(TextIndex, KeepsTheFirstPositionOfAText)
     EXPECT_EQ(next, 6U);
 }
 
+TEST(TextIndex, ExchangesThePositionOfAText)
+{
+    TextIndex index;
+    index.reset(9);
+    const auto always = [](std::size_t) { return true; };
+    const auto hash = TextIndex::hashOf("Ann");
+
+    EXPECT_EQ(index.exchange(hash, 3, always), TextIndex::kNowhere);
+    EXPECT_EQ(index.exchange(hash, 8, always), 3U);
+    EXPECT_EQ(index.find(hash, always), 8U);
+
+    EXPECT_EQ(index.exchange(hash, 5, [](std::size_t) { return false; }), TextIndex::kNowhere);
+    EXPECT_EQ(index.find(hash, [](std::size_t position) { return position == 5; }), 5U);
+    EXPECT_EQ(index.find(hash, always), 8U);
+}
+
 TEST(TextIndex, FindsATextByItsHash)
 {
     TextIndex index;
