@@ -173,6 +173,7 @@ void ContactsParser::findDupes()
     progress->total = static_cast<std::int32_t>(contacts_.size());
     struct Member {
         std::size_t position;
+        MatchFieldChoice choice;
         std::string key;
         std::uint64_t hash;
     };
@@ -185,6 +186,7 @@ void ContactsParser::findDupes()
             // search.
             searchedFields_ = chosenMatchFields();
             member.position = contact.position();
+            member.choice = searchedFields_;
             member.key.clear();
             appendMatchKey(member.key, contact->value, searchedFields_);
             member.hash = TextIndex::hashOf(member.key);
@@ -192,7 +194,7 @@ void ContactsParser::findDupes()
             ++contact;
         },
         [&](std::size_t /*i*/, const Member& member) {
-            groups.add(member.position, member.key, member.hash);
+            groups.add(member.position, member.choice, member.key, member.hash);
         });
 
     postMessage("Finding duplicated contacts...");
@@ -203,7 +205,7 @@ void ContactsParser::findDupes()
     for (const auto& group : groups) {
         progress->current = index++;
         postProgress(payload);
-        if (group.value.size() >= 2) {
+        if (group.value.areSeveral()) {
             for (auto uid = group.value.begin(); uid != group.value.end(); ++uid) {
                 duplicates_.emplace_back(*uid);
                 rowPositions_.push_back(static_cast<std::uint32_t>(uid.position()));
@@ -221,7 +223,7 @@ void ContactsParser::findDupes()
 void ContactsParser::markDeletedContacts()
 {
     for (const auto& group : contactGroups_) {
-        if (group.value.size() < 2) {
+        if (!group.value.areSeveral()) {
             continue;
         }
         bool kept = false;

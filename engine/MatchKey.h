@@ -4,6 +4,7 @@
 #include "engine/ContactRecord.h"
 
 #include <string>
+#include <string_view>
 
 namespace dunmora {
 
@@ -15,5 +16,9 @@ std::string matchKey(const ContactRecord& contact, const MatchFieldChoice& choic
 
 /// Appends the same text to `key`.
 void appendMatchKey(std::string& key, const ContactRecord& contact, const MatchFieldChoice& choice);
+
+/// Whether the contact's values of the chosen fields make this key.
+bool hasMatchKey(const ContactRecord& contact, const MatchFieldChoice& choice,
+                 std::string_view key);
 
 }  // namespace dunmora

@@ -19,8 +19,8 @@ namespace dunmora {
 /// Storing, finding and erasing take constant time on average.
 ///
 /// Every entry has a position, counted from 0 in the order of storing, which it keeps until
-/// `clear`. A key that was erased keeps its position and its memory until then, too; stored again,
-/// it gets another position.
+/// `clear`. A key that was erased keeps its position and its memory until then, too, and so does
+/// its value; stored again, it gets another position.
 ///
 /// Thread: as a standard container. References to values are valid until a new key is stored.
 template <typename Value>
@@ -107,18 +107,16 @@ public:
 
     static constexpr auto kNowhere = TextIndex::kNowhere;
 
-    /// The keys by position, erased ones included. They stay readable whatever becomes of the
-    /// dictionary.
-    class Keys final {
+    /// The keys and values by position, erased ones included. They stay readable whatever becomes
+    /// of the dictionary.
+    class Contents final {
     public:
-        Keys() = default;
-        explicit Keys(std::shared_ptr<const Storage> storage) : storage_(std::move(storage)) {}
+        Contents() = default;
+        explicit Contents(std::shared_ptr<const Storage> storage) : storage_(std::move(storage)) {}
 
-        /// The key at a position of the dictionary, as it was when the keys were taken.
-        std::string_view operator[](std::size_t position) const
-        {
-            return storage_->entries[position].key;
-        }
+        std::string_view key(std::size_t position) const { return storage_->entries[position].key; }
+        /// The value now, or when its key was erased.
+        const Value& value(std::size_t position) const { return storage_->entries[position].value; }
 
     private:
         friend class OrderedDictionary;
@@ -167,11 +165,11 @@ public:
         size_ = 0;
     }
 
-    Keys keys() const { return Keys(storage_); }
+    Contents contents() const { return Contents(storage_); }
 
-    /// Whether these keys are the dictionary's own: positions in them are positions here. Not so
-    /// once the dictionary has been cleared.
-    bool has(const Keys& keys) const { return keys.storage_ == storage_; }
+    /// Whether these contents are the dictionary's own: positions in them are positions here. Not
+    /// so once the dictionary has been cleared.
+    bool has(const Contents& contents) const { return contents.storage_ == storage_; }
 
     /// The value under the key; null if there is none.
     Value* find(std::string_view key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
@@ -251,7 +249,6 @@ public:
             erased.resize(positions());
         }
         erased[position] = true;
-        storage_->entries[position].value = Value();
         --size_;
     }
 
@@ -303,7 +300,7 @@ private:
         }
     }
 
-    // Null while nothing has been stored: clearing never allocates. Shared with the `Keys`.
+    // Null while nothing has been stored: clearing never allocates. Shared with the `Contents`.
     std::shared_ptr<Storage> storage_;
     TextIndex index_;
     std::size_t size_ = 0;

@@ -41,8 +41,10 @@ void visitDuplicateGroups(const ContactsParser& engine,
     const std::span<const std::string> rows = engine.duplicates();
     const auto fields = engine.searchedFields().count();
     std::size_t row = 0;
+    // One for all, so that a group costs no allocation.
+    std::string key;
     for (const auto& found : engine.contactGroups()) {
-        if (found.value.size() < 2) {
+        if (!found.value.areSeveral()) {
             continue;
         }
         // The rows are these groups without the people removed since, in the same order.
@@ -54,8 +56,10 @@ void visitDuplicateGroups(const ContactsParser& engine,
         }
         const auto size = row - firstRow;
         if (size > 0) {
-            visit({found.key, rows.subspan(firstRow, size), firstRow,
-                   size > 1 && isBlankKey(found.key, fields)});
+            key.clear();
+            found.value.appendKey(key);
+            visit({found, rows.subspan(firstRow, size), firstRow,
+                   size > 1 && isBlankKey(key, fields)});
         }
     }
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "engine/ContactGroups.h"
+
 #include <cstddef>
 #include <functional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace dunmora {
@@ -14,7 +15,7 @@ class ContactsParser;
 /// A group of the review: the people who share a match key. Views into the engine's groups and
 /// rows, valid until the next job.
 struct DuplicateGroup {
-    std::string_view key;
+    ContactGroups::Group found;
     /// In the order of the rows; people removed by a deletion are no longer listed.
     std::span<const std::string> uids;
     /// The row of the first uid.
@@ -22,6 +23,8 @@ struct DuplicateGroup {
     /// Several people in whose cards every field compared is blank (`showsNothing`): they have no
     /// text in common. True for every group when the search compared no field.
     bool sharesOnlyEmptyFields = false;
+
+    std::string key() const { return found.key(); }
 };
 
 /// The groups of the engine's rows, in their order, as the last search found them, whatever the

@@ -41,7 +41,7 @@ void ProposedMarks::deleted(const ContactsParser& engine)
     std::size_t position = 0;
     // The groups still list the people who were removed.
     for (const auto& found : engine.contactGroups()) {
-        if (found.value.size() < 2) {
+        if (!found.value.areSeveral()) {
             continue;
         }
         const auto first = proposed_.size();

@@ -180,7 +180,7 @@ void printReviewJson(TextPieces& out, const ContactsParser& engine,
     text += R"(,"groups":)";
     appendList(text, groups, [&](const DuplicateGroup& group) {
         text += R"({"key":)";
-        appendJsonText(text, group.key, characters);
+        appendJsonText(text, group.key(), characters);
         text += R"(,"rows":)";
         auto row = group.firstRow;
         appendList(text, group.uids, [&](const std::string& /*uid*/) {

@@ -66,6 +66,24 @@ TEST_F(MatchKeyTest, IsEmptyWhenNoFieldIsChosen)
     EXPECT_EQ(key(FakePerson()), "");
 }
 
+TEST_F(MatchKeyTest, IsKnownFromAllOthers)
+{
+    ContactRecord ann;
+    ann.setObject("Ann", kContactFirstName);
+    ann.setObject("Lee", kContactLastName);
+    ann.setObject("Annie", kContactNickname);
+    const auto choice = chosenMatchFields();
+
+    EXPECT_TRUE(hasMatchKey(ann, choice, "Ann-Lee-"));
+    for (const auto* other :
+         {"", "Ann", "Ann-", "Ann-Lee", "Ann-Lee--", "Ann-Lee-x", "Ann-LeexLee-", "AnnxLee-",
+          "Ann-Ben-", "Ben-Lee-", "AnnLee--", "--"}) {
+        EXPECT_FALSE(hasMatchKey(ann, choice, other)) << other;
+    }
+    EXPECT_TRUE(hasMatchKey(ann, {}, ""));
+    EXPECT_FALSE(hasMatchKey(ann, {}, "-"));
+}
+
 TEST_F(MatchKeyTest, KeepsCaseBlanksAndPunctuation)
 {
     choose(false, true, false, false, false, false);

@@ -201,21 +201,23 @@ TEST(OrderedDictionary, StaysUnchangedWhenAValueCannotBeMade)
     EXPECT_EQ(dictionary.find("a"), nullptr);
 }
 
-TEST(OrderedDictionary, KeepsItsKeysReadableForThoseWhoHaveThem)
+TEST(OrderedDictionary, KeepsItsContentsReadableForThoseWhoHaveThem)
 {
     OrderedDictionary<int> dictionary;
     dictionary["a"] = 1;
     dictionary["b"] = 2;
-    const auto keys = dictionary.keys();
+    const auto contents = dictionary.contents();
     dictionary.erase("a");
-    EXPECT_TRUE(dictionary.has(keys));
+    EXPECT_TRUE(dictionary.has(contents));
 
     dictionary.clear();
     dictionary["c"] = 3;
 
-    EXPECT_EQ(keys[0], "a");
-    EXPECT_EQ(keys[1], "b");
-    EXPECT_FALSE(dictionary.has(keys));
+    EXPECT_EQ(contents.key(0), "a");
+    EXPECT_EQ(contents.value(0), 1);
+    EXPECT_EQ(contents.key(1), "b");
+    EXPECT_EQ(contents.value(1), 2);
+    EXPECT_FALSE(dictionary.has(contents));
 }
 
 TEST(OrderedDictionary, IsEmptyAfterItsContentHasMoved)

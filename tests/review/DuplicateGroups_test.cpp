@@ -57,9 +57,9 @@ TEST_F(DuplicateGroupsTest, AreTheRunsOfEqualKeysAmongTheRows)
     const auto groups = duplicateGroups(engine_);
 
     ASSERT_EQ(groups.size(), 2U);
-    EXPECT_EQ(groups[0].key, "Ann-Lee-");
+    EXPECT_EQ(groups[0].key(), "Ann-Lee-");
     EXPECT_EQ(uidsOf(groups[0]), (Uids{"1", "3", "5"}));
-    EXPECT_EQ(groups[1].key, "Ben-Lee-");
+    EXPECT_EQ(groups[1].key(), "Ben-Lee-");
     EXPECT_EQ(uidsOf(groups[1]), (Uids{"2", "4"}));
 }
 
@@ -71,7 +71,7 @@ TEST_F(DuplicateGroupsTest, AreOneWhereDifferentTextsMakeTheSameKey)
     const auto groups = duplicateGroups(engine_);
 
     ASSERT_EQ(groups.size(), 1U);
-    EXPECT_EQ(groups[0].key, "Ann--Lee-");
+    EXPECT_EQ(groups[0].key(), "Ann--Lee-");
     EXPECT_EQ(groups[0].uids.size(), 3U);
 }
 
@@ -83,8 +83,8 @@ TEST_F(DuplicateGroupsTest, AreThoseOfTheSearchWhateverThePreferencesAreNow)
 
     const auto groups = duplicateGroups(engine_);
     ASSERT_EQ(groups.size(), 2U);
-    EXPECT_EQ(groups[0].key, "Ann-Lee-");
-    EXPECT_EQ(groups[1].key, "Ben-Lee-");
+    EXPECT_EQ(groups[0].key(), "Ann-Lee-");
+    EXPECT_EQ(groups[1].key(), "Ben-Lee-");
 }
 
 TEST_F(DuplicateGroupsTest, AreOneWithoutAKeyWhenNoFieldIsCompared)
@@ -96,7 +96,7 @@ TEST_F(DuplicateGroupsTest, AreOneWithoutAKeyWhenNoFieldIsCompared)
 
     const auto groups = duplicateGroups(engine_);
     ASSERT_EQ(groups.size(), 1U);
-    EXPECT_EQ(groups[0].key, "");
+    EXPECT_EQ(groups[0].key(), "");
     EXPECT_EQ(groups[0].uids.size(), 4U);
     EXPECT_TRUE(groups[0].sharesOnlyEmptyFields);
 }
@@ -109,10 +109,10 @@ TEST_F(DuplicateGroupsTest, OmitThePeopleWhomADeletionRemoved)
 
     const auto groups = duplicateGroups(engine_);
     ASSERT_EQ(groups.size(), 2U);
-    EXPECT_EQ(groups[0].key, "Ann-Lee-");
+    EXPECT_EQ(groups[0].key(), "Ann-Lee-");
     EXPECT_EQ(uidsOf(groups[0]), Uids{"2"});
     EXPECT_EQ(groups[0].firstRow, 0U);
-    EXPECT_EQ(groups[1].key, "Cid-Lee-");
+    EXPECT_EQ(groups[1].key(), "Cid-Lee-");
     EXPECT_EQ(uidsOf(groups[1]), Uids{"5"});
     EXPECT_EQ(groups[1].firstRow, 1U);
 }
@@ -154,11 +154,11 @@ TEST_F(DuplicateGroupsTest, ShareOnlyEmptyFieldsWhenEveryFieldComparedIsEmpty)
     const auto groups = duplicateGroups(engine_);
 
     ASSERT_EQ(groups.size(), 3U);
-    EXPECT_EQ(groups[0].key, "--");
+    EXPECT_EQ(groups[0].key(), "--");
     EXPECT_TRUE(groups[0].sharesOnlyEmptyFields);
-    EXPECT_EQ(groups[1].key, "---");
+    EXPECT_EQ(groups[1].key(), "---");
     EXPECT_FALSE(groups[1].sharesOnlyEmptyFields);
-    EXPECT_EQ(groups[2].key, "Ann--");
+    EXPECT_EQ(groups[2].key(), "Ann--");
     EXPECT_FALSE(groups[2].sharesOnlyEmptyFields);
 }
 
@@ -178,8 +178,9 @@ TEST_F(DuplicateGroupsTest, ShareOnlyEmptyFieldsWhenEveryFieldComparedIsBlank)
 
     ASSERT_EQ(groups.size(), 10U);
     for (const auto& group : groups) {
-        const auto shows = group.key == "- --" || group.key == "\u3000---" || group.key == ".--";
-        EXPECT_EQ(group.sharesOnlyEmptyFields, !shows) << group.key;
+        const auto shows =
+            group.key() == "- --" || group.key() == "\u3000---" || group.key() == ".--";
+        EXPECT_EQ(group.sharesOnlyEmptyFields, !shows) << group.key();
     }
 }
 
