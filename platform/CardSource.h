@@ -26,7 +26,8 @@ struct CardDifferences {
 /// reviews besides the contact fields.
 ///
 /// Thread: as the `AddressBook` that it belongs to: any, one call at a time to the two of them. A
-/// call may block on a disk or a service.
+/// call may block on a disk or a service. Only `compareStored` and `propertiesNamed` may be called
+/// by several threads at once, while nothing else is.
 class CardSource {
 public:
     virtual ~CardSource() = default;

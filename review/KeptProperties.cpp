@@ -1,6 +1,7 @@
 #include "review/KeptProperties.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <limits>
 
@@ -15,6 +16,17 @@ std::span<const std::uint32_t> slice(const std::vector<std::uint32_t>& values, s
                                      std::size_t end)
 {
     return std::span(values).subspan(begin, end - begin);
+}
+
+/// Appends the other numbers, each increased by `offset`.
+void appendAdded(std::vector<std::uint32_t>& numbers, const std::vector<std::uint32_t>& others,
+                 std::uint32_t offset)
+{
+    const auto begin = numbers.size();
+    numbers.resize(begin + others.size());
+    std::transform(others.begin(), others.end(),
+                   numbers.begin() + static_cast<std::ptrdiff_t>(begin),
+                   [offset](std::uint32_t number) { return number + offset; });
 }
 
 /// One key of a row. Small, because a card may have a hundred thousand numbers with a dozen keys
@@ -83,6 +95,25 @@ void KeptProperties::addGroupOfEqual(std::size_t rows)
         properties_.push_back(static_cast<std::uint32_t>(needed_.size()));
         needed_.push_back(id);
         provided_.push_back(id);
+    }
+}
+
+void KeptProperties::append(const KeptProperties& groups)
+{
+    const auto group = static_cast<std::uint32_t>(firstRows_.size());
+    const auto property = static_cast<std::uint32_t>(properties_.size());
+    const auto provided = static_cast<std::uint32_t>(provided_.size());
+    const auto id = static_cast<Id>(kept_.size());
+    appendAdded(firstRows_, groups.firstRows_, static_cast<std::uint32_t>(rows_.size()));
+    appendAdded(properties_, groups.properties_, static_cast<std::uint32_t>(needed_.size()));
+    appendAdded(needed_, groups.needed_, id);
+    appendAdded(provided_, groups.provided_, id);
+    kept_.insert(kept_.end(), groups.kept_.begin(), groups.kept_.end());
+    for (auto row : groups.rows_) {
+        row.group += group;
+        row.firstProperty += property;
+        row.firstProvided += provided;
+        rows_.push_back(row);
     }
 }
 

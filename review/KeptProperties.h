@@ -26,6 +26,9 @@ public:
     /// of them, at least one.
     void addGroupOfEqual(std::size_t rows);
 
+    /// Adds groups that another object has and of which no row has been checked.
+    void append(const KeptProperties& groups);
+
     /// Reads the check marks of these rows, of which each may be there twice. An edit costs the
     /// properties of these rows, or of their whole groups when what is kept has changed.
     void rowsEdited(std::span<const std::size_t> rows,

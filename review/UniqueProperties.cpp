@@ -5,8 +5,10 @@
 #include "platform/PlatformError.h"
 #include "review/CardKeys.h"
 #include "review/CheckedPeople.h"
+#include "review/ComparedGroups.h"
 #include "review/DuplicateGroups.h"
 #include "review/SubstituteName.h"
+#include "text/SideBySide.h"
 #include "text/TextHash.h"
 
 #include <algorithm>
@@ -38,31 +40,28 @@ class UniqueProperties::Reading final {
 public:
     Reading(UniqueProperties& to, const CardSource& cards) : to_(to), cards_(cards) {}
 
-    /// Adds a group of rows if the book can compare their cards without reading them all. Returns
-    /// whether it can.
-    bool addCompared(const DuplicateGroup& group)
+    /// Adds groups that the book has compared.
+    void add(const ComparedGroups& groups)
     {
-        if (!cards_.compareStored(group.uids, differences_)) {
-            return false;
-        }
-        restrictToCompared(differences_.names);
-        if (differences_.names.empty()) {
-            to_.kept_.addGroupOfEqual(group.uids.size());
-        } else if (!readDifferent(group)) {
-            return false;
-        }
-        for (const auto* const source : differences_.sources) {
+        to_.kept_.append(groups.kept());
+        for (const auto* const source : groups.sources()) {
             to_.rows_.push_back({0, numberOf(*source), HashState::WhenAsked});
         }
-        to_.namesOfGroup_.push_back(numberOf(differences_.names));
-        return true;
+        std::vector<std::uint32_t> numbers;
+        for (const auto& names : groups.names()) {
+            numbers.push_back(numberOf(names));
+        }
+        for (const auto names : groups.namesOfGroup()) {
+            to_.namesOfGroup_.push_back(numbers[names]);
+        }
     }
 
-    void add(const DuplicateGroup& group)
+    /// Adds a group and reads the cards of its people.
+    void add(GroupUids uids)
     {
-        reserveKeys(group);
-        for (std::size_t i = 0; i < group.uids.size(); ++i) {
-            if (const auto card = cards_.card(group.uids[i])) {
+        keys_.resize(std::max(keys_.size(), uids.size()));
+        for (std::size_t i = 0; i < uids.size(); ++i) {
+            if (const auto card = cards_.card(uids[i])) {
                 keys_[i].read(*card);
                 to_.rows_.push_back({hashOf(*card), numberOf(card->source), HashState::Known});
             } else {
@@ -70,31 +69,11 @@ public:
                 to_.rows_.push_back({0, kNoSource, HashState::Unreadable});
             }
         }
-        to_.kept_.addGroup(std::span(keys_).first(group.uids.size()));
+        to_.kept_.addGroup(std::span(keys_).first(uids.size()));
         to_.namesOfGroup_.push_back(kNotCompared);
     }
 
 private:
-    /// Reads only the properties in which the cards of the group differ.
-    bool readDifferent(const DuplicateGroup& group)
-    {
-        reserveKeys(group);
-        for (std::size_t i = 0; i < group.uids.size(); ++i) {
-            const auto properties = cards_.propertiesNamed(group.uids[i], differences_.names);
-            if (!properties) {
-                return false;
-            }
-            keys_[i].readBesidesShared(*properties);
-        }
-        to_.kept_.addGroup(std::span(keys_).first(group.uids.size()));
-        return true;
-    }
-
-    void reserveKeys(const DuplicateGroup& group)
-    {
-        keys_.resize(std::max(keys_.size(), group.uids.size()));
-    }
-
     /// The place of the names in the list of different ones.
     std::uint32_t numberOf(const Names& names)
     {
@@ -127,13 +106,65 @@ private:
     const CardSource& cards_;
     // Reused, so that a group costs no allocations.
     std::vector<CardKeys> keys_;
-    CardDifferences differences_;
     std::map<Names, std::uint32_t> numbersOfNames_;
     std::unordered_map<std::string, std::uint32_t, TextHash> numbers_;
     std::uint32_t last_ = 0;
 };
 
+/// Compares groups, many at a time on several threads, and adds them in their order.
+class UniqueProperties::Comparing final {
+public:
+    Comparing(Reading& reading, const CardSource& cards, std::size_t threads)
+        : reading_(reading), cards_(cards), threads_(threads)
+    {
+    }
+
+    void add(GroupUids uids)
+    {
+        groups_.push_back(uids);
+        rows_ += uids.size();
+        if (rows_ >= kMostRows) {
+            finish();
+        }
+    }
+
+    /// To be called after the last group.
+    void finish()
+    {
+        std::size_t group = 0;
+        for (const auto& runs : compareGroups(groups_, cards_, threads_, kRowsInPart)) {
+            for (const auto& run : runs) {
+                reading_.add(run);
+                group += run.count();
+                if (&run != &runs.back()) {
+                    reading_.add(groups_[group++]);
+                }
+            }
+        }
+        groups_.clear();
+        rows_ = 0;
+    }
+
+private:
+    /// Some milliseconds of work: less is not worth a thread.
+    static constexpr std::size_t kRowsInPart = 1024;
+    /// A few megabytes while they wait for being added.
+    static constexpr std::size_t kMostRows = 64 * kRowsInPart;
+
+    Reading& reading_;
+    const CardSource& cards_;
+    const std::size_t threads_;
+    std::vector<GroupUids> groups_;
+    std::size_t rows_ = 0;
+};
+
 void UniqueProperties::read(const ContactsParser& engine, const CardSource* cards, Hashes hashes)
+{
+    read(engine, cards, hashes, processors());
+}
+
+void UniqueProperties::read(const ContactsParser& engine, const CardSource* cards, Hashes hashes,
+                            std::size_t threads)
 {
     clear();
     if (cards == nullptr) {
@@ -143,11 +174,15 @@ void UniqueProperties::read(const ContactsParser& engine, const CardSource* card
     cards_ = cards;
     rows_.reserve(engine.duplicates().size());
     Reading reading(*this, *cards);
-    for (const auto& group : duplicateGroups(engine)) {
-        if (hashes == Hashes::Kept || !reading.addCompared(group)) {
-            reading.add(group);
+    Comparing comparing(reading, *cards, threads);
+    visitDuplicateGroups(engine, [&](const DuplicateGroup& group) {
+        if (hashes == Hashes::Kept) {
+            reading.add(group.uids);
+        } else {
+            comparing.add(group.uids);
         }
-    }
+    });
+    comparing.finish();
     std::vector<std::size_t> all(rows_.size());
     std::iota(all.begin(), all.end(), std::size_t{0});
     rowsEdited(engine, all);

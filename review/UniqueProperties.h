@@ -35,8 +35,8 @@ public:
         /// All cards are read, and their hashes are kept.
         Kept,
         /// Of cards that the book can compare as they are stored, only the properties in which
-        /// those
-        /// of a group differ are read, and the whole cards when they are asked for.
+        /// those of a group differ are read, and the whole cards when they are asked for. Cards of
+        /// a large book are compared on several threads, which have ended when `read` returns.
         WhenAsked,
     };
 
@@ -45,6 +45,9 @@ public:
     /// to show of any row. A card that cannot be read counts as one that holds something unique.
     /// Errors: PlatformError when the book cannot be reached.
     void read(const ContactsParser& engine, const CardSource* cards, Hashes hashes = Hashes::Kept);
+    /// The same, on at most this many threads. The result does not depend on their number.
+    void read(const ContactsParser& engine, const CardSource* cards, Hashes hashes,
+              std::size_t threads);
 
     /// Reads the check marks of these rows again. Does nothing, and does not ask the engine, after
     /// `clear`.
@@ -94,6 +97,7 @@ private:
     };
 
     class Reading;
+    class Comparing;
 
     std::vector<bool> keptOf(std::size_t row, const PersonCard& card) const;
     std::optional<PersonCard> cardOf(std::size_t row) const;

@@ -5,13 +5,17 @@
 #include "platform/PlatformError.h"
 #include "tests/fakes/FakeAddressBook.h"
 #include "tests/fakes/FakeCard.h"
+#include "text/SideBySide.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace dunmora::test {
@@ -240,11 +244,49 @@ TYPED_TEST_P(CardSourceContract, KeepsTheCardsOfTheReadingAcrossADeletion)
     EXPECT_TRUE(this->card("c"));
 }
 
+TYPED_TEST_P(CardSourceContract, ComparesCardsOnSeveralThreadsAtOnce)
+{
+    constexpr std::size_t kPeople = 60;
+    std::vector<FakePerson> people;
+    for (std::size_t i = 0; i < kPeople; ++i) {
+        people.push_back(this->person(std::to_string(i), "Ann"));
+        people.back().properties = {textProperty("NOTE", std::to_string(i % 3))};
+    }
+    this->underTest().hold(people);
+    std::vector<std::string> uids;
+    for (const auto& person : this->book().readPeople()) {
+        uids.emplace_back(person.uid);
+    }
+    ASSERT_EQ(uids.size(), kPeople);
+    const auto& source = this->underTest().cardSource();
+    const std::vector<std::string> names{"NOTE", "N"};
+    const auto compare = [&](std::size_t i) {
+        CardDifferences differences;
+        const auto isComparable = source.compareStored(std::span(uids).subspan(i, 2), differences);
+        return std::tuple(isComparable,
+                          isComparable ? differences.names : std::vector<std::string>(),
+                          source.propertiesNamed(uids[i], names));
+    };
+    std::vector<decltype(compare(0))> expected;
+    for (std::size_t i = 0; i + 1 < kPeople; ++i) {
+        expected.push_back(compare(i));
+    }
+    auto compared = expected;
+    for (auto& one : compared) {
+        one = {};
+    }
+
+    runSideBySide(expected.size(), 4, [&](std::size_t i) { compared[i] = compare(i); });
+
+    EXPECT_EQ(compared, expected);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(CardSourceContract, ReturnsTheCardsInTheRequestedOrder,
                             EndsEachCardWithALineEnd, ReturnsAnEmptyTextForNobody,
                             RefusesSomebodyWhoIsNotInTheLastListing, ChangesNothing,
                             ReturnsThePropertiesOfAPerson, ReturnsWhatIsNoContactField,
                             ReturnsAPhotoAsItsBytes, NamesTheListsOfAPerson, NamesTheBookOfAPerson,
-                            ReturnsNoCardOfAStranger, KeepsTheCardsOfTheReadingAcrossADeletion);
+                            ReturnsNoCardOfAStranger, KeepsTheCardsOfTheReadingAcrossADeletion,
+                            ComparesCardsOnSeveralThreadsAtOnce);
 
 }  // namespace dunmora::test

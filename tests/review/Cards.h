@@ -68,6 +68,9 @@ public:
     std::optional<std::vector<CardProperty>>
     propertiesNamed(std::string_view uid, std::span<const std::string> names) const override
     {
+        if (!canReadNamed) {
+            return std::nullopt;
+        }
         auto properties = byUid.find(uid)->second.properties;
         std::erase_if(properties, [&](const CardProperty& property) {
             return std::find(names.begin(), names.end(), property.name) == names.end();
@@ -78,6 +81,7 @@ public:
     std::map<std::string, PersonCard, std::less<>> byUid;
     /// The uids of cards that can be compared without being read.
     std::set<std::string, std::less<>> comparable;
+    bool canReadNamed = true;
     /// How many whole cards have been read.
     mutable int readings = 0;
 

@@ -6,6 +6,7 @@
 
 #include <numeric>
 #include <random>
+#include <utility>
 
 namespace dunmora::test {
 namespace {
@@ -78,6 +79,44 @@ TEST_F(KeptPropertiesTest, OfEqualCardsAreThoseOfCardsThatWereRead)
             EXPECT_EQ(kept_.otherKeptRows(equal, kRows).size(),
                       kept_.otherKeptRows(equal + kRows, kRows).size());
             EXPECT_EQ(kept_.isKept(equal, 0), kept_.isKept(equal + kRows, 0));
+        }
+    }
+}
+
+TEST_F(KeptPropertiesTest, OfAnotherObjectAreTheSameAfterThose)
+{
+    const std::vector one{withNumbers({"1", "2"}), withNumbers({"1"}), withNumbers({"2"})};
+    const std::vector other{withNumbers({"3"}), withNumbers({"3", "1"})};
+    addGroup(one);
+    kept_.addGroupOfEqual(2);
+    addGroup(other);
+    addGroup(one);
+    auto inOneGo = std::exchange(kept_, {});
+    addGroup(one);
+    auto first = std::exchange(kept_, {});
+    kept_.addGroupOfEqual(2);
+    addGroup(other);
+    auto second = std::exchange(kept_, {});
+    addGroup(one);
+    first.append({});
+    first.append(second);
+    first.append(kept_);
+    kept_ = std::move(first);
+    ASSERT_EQ(kept_.rows(), inOneGo.rows());
+    isChecked_.assign(kept_.rows(), false);
+    std::mt19937 random(14);
+
+    for (int i = 0; i < 300; ++i) {
+        const auto changed = random() % kept_.rows();
+        check({changed}, random() % 2 == 0);
+        inOneGo.rowsEdited(Rows{changed}, [&](std::size_t row) { return isChecked_[row]; });
+
+        ASSERT_EQ(kept_.count(), inOneGo.count());
+        for (std::size_t row = 0; row < kept_.rows(); ++row) {
+            ASSERT_EQ(kept_.groupOf(row), inOneGo.groupOf(row));
+            ASSERT_EQ(kept_.isOnlyInRow(row), inOneGo.isOnlyInRow(row));
+            ASSERT_EQ(kept_.isKept(row, 0), inOneGo.isKept(row, 0));
+            ASSERT_EQ(kept_.otherKeptRows(row, 9), inOneGo.otherKeptRows(row, 9));
         }
     }
 }

@@ -416,6 +416,58 @@ TEST_F(UniquePropertiesTest, AreTheSameWhenTheBookCompares)
     }
 }
 
+TEST_F(UniquePropertiesTest, AreTheSameOnSeveralThreads)
+{
+    constexpr std::size_t kGroups = 1200;
+    std::mt19937 random(14);
+    const auto number = [&](std::size_t count) { return random() % count; };
+    std::vector<FakePerson> people;
+    for (std::size_t group = 0; group < kGroups; ++group) {
+        const auto name = std::to_string(group);
+        for (auto copies = 2 + number(3); copies > 0; --copies) {
+            const auto uid = std::to_string(people.size());
+            people.push_back(named(uid, name));
+            auto& made = cards_.byUid[uid] = card({text("FN", name)});
+            made.source.address = std::to_string(number(3));
+            for (const auto* const property : {"NOTE", "TEL", "EMAIL"}) {
+                if (number(3) == 0) {
+                    made.properties.push_back(text(property, std::to_string(number(2))));
+                }
+            }
+            if (number(50) > 0) {
+                cards_.comparable.insert(uid);
+            }
+            if (number(100) == 0) {
+                cards_.byUid[uid].lists = {"Choir"};
+                cards_.comparable.erase(uid);
+            }
+        }
+    }
+    platform_.addressBook = FakeAddressBook(std::move(people));
+    engine_.load();
+    engine_.findDupes();
+    unique_.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked, 1);
+    const auto rows = engine_.duplicates().size();
+    ASSERT_GT(rows, 2 * kGroups);
+    ASSERT_GT(unique_.count(), kGroups / 10);
+    UniqueProperties read;
+    read.read(engine_, &cards_);
+
+    UniqueProperties onThreads;
+    onThreads.read(engine_, &cards_, UniqueProperties::Hashes::WhenAsked, 3);
+
+    EXPECT_EQ(onThreads.count(), unique_.count());
+    for (std::size_t row = 0; row < rows; ++row) {
+        ASSERT_EQ(onThreads.has(row), unique_.has(row));
+        ASSERT_EQ(onThreads.has(row), read.has(row));
+        ASSERT_EQ(onThreads.source(row)->address, unique_.source(row)->address);
+        ASSERT_EQ(onThreads.cardHash(row), read.cardHash(row));
+        if (row % 5 == 0) {
+            ASSERT_EQ(onThreads.text(row), read.text(row));
+        }
+    }
+}
+
 TEST_F(UniquePropertiesTest, KnowTheSourcesOfTheRows)
 {
     auto other = card({});
