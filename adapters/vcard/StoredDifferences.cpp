@@ -18,6 +18,9 @@ using Properties = std::vector<StoredProperty>;
 /// Cards with more are read instead: each property may be compared with all of the other card.
 constexpr std::size_t kMostProperties = 128;
 
+/// Cards that differ in more names are read instead: each property is compared with all of these.
+constexpr std::size_t kMostNames = 16;
+
 /// Whether how other properties are read may depend on this one.
 bool affectsOthers(const StoredProperty& property)
 {
@@ -112,6 +115,9 @@ bool compareProperties(std::span<const std::string_view> cards, std::vector<std:
         }
         addMissing(first, other, names);
         addMissing(other, first, names);
+        if (names.size() > kMostNames) {
+            return false;
+        }
     }
     return true;
 }

@@ -120,6 +120,12 @@ def write_nested(file, count, line, last_lines):
     file.write(card("1", "Ann", "Lee"))
 
 
+def write_names(file, count):
+    """Copies of one card, each with properties that no other one has."""
+    for number in range(count):
+        file.write(card(number, "Ann", "Lee", *(f"X-{kind}{number}:1" for kind in "ABC")))
+
+
 def write_charsets(file, count):
     names = subprocess.run(["iconv", "--list"], capture_output=True, check=True).stdout.decode().replace("/", "").split()
     for number in range(count):
@@ -144,6 +150,8 @@ def hostile_books(is_large):
     for name in ("NOTE", "N", "NICKNAME", "UID", "TEL"):
         yield Hostile(f"long lines of {name}", lambda file, name=name: write_lines(file, line, name))
     yield Hostile("many TELs in a card", lambda file: write_phones(file, million))
+    # All of their properties are read, and of ordinary copies only those that differ.
+    yield Hostile("property names of each copy's own", lambda file: write_names(file, million // 10), seconds=20)
     for line_name, text in (("BEGIN", b"BEGIN:VCARD\r\n"), ("AGENT", b"AGENT:\r\nBEGIN:VCARD\r\n"),
                             ("AGENT and BEGIN", b"BEGIN:VCARD\r\nAGENT:BEGIN:VCARD\r\n")):
         for ends in (False, True):

@@ -121,6 +121,20 @@ TEST(StoredDifferences, AreUnknownInVeryLongCards)
     EXPECT_EQ(differences({"FN:Ann"}, card), std::nullopt);
 }
 
+TEST(StoredDifferences, AreUnknownOfVeryManyNames)
+{
+    // Two more in each card than in the one before.
+    Texts cards;
+    std::string numbers;
+    while (differences(cards).has_value() && cards.size() < 100) {
+        numbers += '1';
+        cards.push_back(cardOf({"FN:Ann", "X-A" + numbers + ":1", "X-B" + numbers + ":1"}));
+    }
+
+    EXPECT_GT(cards.size(), 4U);
+    EXPECT_LT(cards.size(), 20U);
+}
+
 /// The properties without those of these names and the values of UID and REV, in any order, each
 /// once.
 Properties withoutNames(std::string_view card, const Texts& names)
