@@ -167,14 +167,20 @@ class Verdict:
         if not self.others and self.files_are(self.scenario.rest):
             require("deleted" in error, f"it deleted everybody and reported {error!r}")
             return "deleted, and an error"
-        # Without an exchange there is no way back.
-        if self.scenario.lacks == books.NO_EXCHANGE:
+        if self.has_no_way_back():
             require(re.search("Files changed|deleted|Already done", error),
                     f"it deleted {self.gone()} and reported {error!r}")
             return "error, partly deleted"
         require(self.others and set(self.gone()) == set(self.removable) and "deleted" in error,
                 f"it deleted {self.gone()} and reported {error!r}")
         return "deleted, and an error"
+
+    def has_no_way_back(self):
+        """Whether files that were replaced before an error could not be put back: an exchange of names does that, and
+        either there is none, or it failed after the error."""
+        happened = [self.trial.faults[index] for index, is_done in self.result.happened if is_done]
+        return (self.scenario.lacks == books.NO_EXCHANGE
+                or any(fault[0] == "renameat2-exchange" and fault[2] == "fail" for fault in happened[1:]))
 
     def check_killed(self):
         if not self.others:
