@@ -94,7 +94,8 @@ bool isTooLong(const CardProperty& name)
     return length > kLongest;
 }
 
-/// One number for texts of which none can run into the next.
+/// One number for texts of which none can run into the next. Keeps little of them, because a card
+/// may hold a photo, or a million phone numbers.
 class Hasher final {
 public:
     Hasher() { text_.reserve(kUsualSize); }
@@ -102,7 +103,16 @@ public:
     void add(std::string_view text)
     {
         addNumber(text.size());
-        text_ += text;
+        if (text.size() > kMostKept) {
+            addNumber(textHash(text));
+        } else {
+            text_ += text;
+        }
+        if (text_.size() > kMostKept) {
+            const auto hash = textHash(text_);
+            text_.clear();
+            addNumber(hash);
+        }
     }
 
     void addNumber(std::uint64_t number)
@@ -115,8 +125,10 @@ public:
     std::uint64_t hash() const { return textHash(text_); }
 
 private:
-    // Of a card with a dozen properties.
+    // In bytes: those of a card with a dozen properties.
     static constexpr std::size_t kUsualSize = 1024;
+    // In bytes: of a text, and of all.
+    static constexpr std::size_t kMostKept = 65'536;
 
     std::string text_;
 };
@@ -337,9 +349,7 @@ std::uint64_t hashOf(const PersonCard& card)
         if (property.binary) {
             hasher.add("binary");
             hasher.add(property.binary->mediaType);
-            // May be large: not copied.
-            hasher.addNumber(property.binary->bytes.size());
-            hasher.addNumber(textHash(property.binary->bytes));
+            hasher.add(property.binary->bytes);
         }
     }
     for (const auto& list : card.lists) {

@@ -257,6 +257,32 @@ TEST(CardHash, IsEqualForEqualCardsOnly)
     EXPECT_TRUE(differs(other));
 }
 
+TEST(CardHash, DependsOnAllOfALargeCard)
+{
+    constexpr std::size_t kProperties = 10'000;
+    constexpr std::size_t kLargeText = 100'000;
+    PersonCard one;
+    for (std::size_t i = 0; i < kProperties; ++i) {
+        one.properties.push_back(text("TEL", "+1 555 " + std::to_string(i)));
+    }
+    one.properties.push_back(text("NOTE", std::string(kLargeText, 'x')));
+    const auto differsWithout = [&](std::size_t property, std::size_t character) {
+        auto other = one;
+        other.properties[property].components[0][character] = '#';
+        return hashOf(other) != hashOf(one);
+    };
+
+    EXPECT_EQ(hashOf(one), hashOf(PersonCard(one)));
+    EXPECT_TRUE(differsWithout(0, 0));
+    EXPECT_TRUE(differsWithout(kProperties / 2, 0));
+    EXPECT_TRUE(differsWithout(kProperties - 1, 0));
+    EXPECT_TRUE(differsWithout(kProperties, 0));
+    EXPECT_TRUE(differsWithout(kProperties, kLargeText - 1));
+    auto other = one;
+    std::swap(other.properties[0], other.properties[1]);
+    EXPECT_NE(hashOf(other), hashOf(one));
+}
+
 TEST(CardKeys, AreNeededOfComparedNamesOnly)
 {
     const auto compared = [](std::vector<std::string> names) {
