@@ -19,8 +19,8 @@ namespace dunmora {
 /// Assigns every card of a book a unique id, which stays the same on every run while the card is
 /// unchanged.
 ///
-/// Thread: any, one at a time. The ids are views into the cards' own UIDs, which must outlive the
-/// registry, or into the registry.
+/// Thread: as a standard container. The ids are views into the cards' own UIDs, which must outlive
+/// the registry, or into the registry.
 class UidRegistry final {
 public:
     /// Reserves memory for `count` ids in total.

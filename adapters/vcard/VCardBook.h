@@ -32,7 +32,7 @@ namespace dunmora {
 /// A book of vCards in memory: its files as they were read, the people in them, and the removals
 /// that are pending or saved.
 ///
-/// Thread: one at a time; blocks on the disk. Errors: PlatformError.
+/// Thread: as `AddressBook` and `CardSource`; blocks on the disk. Errors: PlatformError.
 class VCardBook final {
 public:
     /// Reads a file, or the files of a folder, unless they take more than `largest` bytes.
