@@ -18,11 +18,15 @@ public:
     /// Takes the first `size` bytes of `memory`.
     FileBytes(Memory memory, std::size_t size);
 
-    std::string_view view() const { return {memory_.get(), size_}; }
+    /// Bytes that somebody else keeps, and that must outlive the object.
+    static FileBytes keptElsewhere(std::string_view bytes);
+
+    std::string_view view() const { return bytes_; }
 
 private:
+    // Nothing when somebody else keeps the bytes.
     Memory memory_;
-    std::size_t size_ = 0;
+    std::string_view bytes_;
 };
 
 }  // namespace dunmora

@@ -63,9 +63,7 @@ std::string_view textOf(const CardFile& file, const CardRange& range)
 
 CardFile cardFileOf(const std::filesystem::path& name, std::string_view bytes)
 {
-    auto memory = FileBytes::allocate(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), memory.get());
-    return {name, FileBytes(std::move(memory), bytes.size())};
+    return {name, FileBytes::keptElsewhere(bytes)};
 }
 
 AddedCards::AddedCards(const CardFile& file) : encoding_(file.encoding())

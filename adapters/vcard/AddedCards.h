@@ -15,7 +15,7 @@
 
 namespace dunmora {
 
-/// A file in memory with a copy of this content.
+/// A file with this content, which must outlive it.
 CardFile cardFileOf(const std::filesystem::path& name, std::string_view bytes);
 
 /// Cards that are to be added to a book, and whether they are in it already.

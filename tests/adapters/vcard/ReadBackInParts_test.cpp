@@ -17,6 +17,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace dunmora::test {
@@ -26,12 +27,13 @@ namespace {
 class ReadBackInPartsTest : public BookTest {
 protected:
     /// Prepares the file without the cards with these numbers.
-    void prepare(std::string_view content, const std::vector<std::size_t>& deleted)
+    void prepare(std::string content, const std::vector<std::size_t>& deleted)
     {
-        write(file(), content);
+        content_ = std::move(content);
+        write(file(), content_);
         // Ends the lock of the one before.
         replacement_.reset();
-        original_.emplace(cardFileOf(file(), content));
+        original_.emplace(cardFileOf(file(), content_));
         cards_ = {};
         reader_.emplace();
         original_->read(*reader_, cards_);
@@ -81,6 +83,7 @@ protected:
     std::vector<RemainingCard> expected_;
 
 private:
+    std::string content_;
     std::optional<CardFile> original_;
     std::optional<CardReader> reader_;
     CardReader::Cards cards_;
