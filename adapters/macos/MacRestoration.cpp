@@ -58,10 +58,11 @@ std::vector<MacCard> readMacBackup(std::string_view backup, Restoration& result)
     for (const auto& added : cards.all()) {
         const auto text = converted(added.bytes, cards.encoding(), FileEncoding::Bytes);
         if (text && isUtf8(*text)) {
-            people.push_back({uidsOf(*text, added.uid), *text + "\r\n", added.name, {}});
+            people.push_back(
+                {uidsOf(*text, std::string(added.uid())), *text + "\r\n", added.name(), {}});
         } else {
             result.failures.push_back(
-                notRestored({{}, {}, added.name, {}}, "its card is not UTF-8."));
+                notRestored({{}, {}, added.name(), {}}, "its card is not UTF-8."));
         }
     }
     noteWhatIsNotRestored(cards, result);

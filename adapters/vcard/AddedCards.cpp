@@ -2,6 +2,7 @@
 
 #include "adapters/posix/FileBytes.h"
 #include "text/Ascii.h"
+#include "text/LookAhead.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -26,17 +27,36 @@ std::string nameOf(const Person& person)
     return name.empty() ? std::string(person.uid) : name;
 }
 
-/// The text of a card by which it is compared: its lines, whatever ends them.
-std::string comparable(std::string_view text)
+/// The text of a card by which it is compared: its lines, whatever ends them. The result may be in
+/// `memory`.
+std::string_view comparable(std::string_view text, std::string& memory)
 {
-    std::string lines;
-    lines.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\r' || i + 1 == text.size() || text[i + 1] != '\n') {
-            lines += text[i];
-        }
+    constexpr std::string_view kLineEnd = "\r\n";
+    memory.clear();
+    std::size_t begin = 0;
+    for (auto end = text.find(kLineEnd); end != std::string_view::npos;
+         end = text.find(kLineEnd, begin)) {
+        memory += text.substr(begin, end - begin);
+        begin = end + 1;
     }
-    return lines;
+    if (begin == 0) {
+        return text;
+    }
+    memory += text.substr(begin);
+    return memory;
+}
+
+std::uint64_t hashOf(std::string_view text, std::string& memory)
+{
+    return TextIndex::hashOf(comparable(text, memory));
+}
+
+/// Whether cards with these texts are the same.
+bool areSame(std::string_view left, std::string_view right)
+{
+    std::string leftMemory;
+    std::string rightMemory;
+    return left == right || comparable(left, leftMemory) == comparable(right, rightMemory);
 }
 
 bool isAscii(std::string_view text)
@@ -66,48 +86,83 @@ CardFile cardFileOf(const std::filesystem::path& name, std::string_view bytes)
     return {name, FileBytes::keptElsewhere(bytes)};
 }
 
-AddedCards::AddedCards(const CardFile& file) : encoding_(file.encoding())
+std::string AddedCards::AddedCard::name() const
 {
-    CardReader reader;
-    CardReader::Cards cards;
-    file.read(reader, cards);
+    return nameOf(*person);
+}
+
+AddedCards::AddedCards(const CardFile& file) : file_(file)
+{
+    read_.hashesUids = true;
+    file.read(reader_, read_);
+    const auto count = read_.people.size();
+    byText_.reset(count);
+    byUid_.reset(count);
+    isTextInBook_.resize(count);
+    isUidInBook_.resize(count);
+    cards_.reserve(count);
     CardBytesFinder finder(file);
-    for (std::size_t i = 0; i < cards.ranges.size(); ++i) {
-        const auto [range, lineEndSize] = finder.bytesOf(cards.ranges[i]);
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto [range, lineEndSize] = finder.bytesOf(read_.ranges[i]);
         const auto bytes = file.bytes().substr(range.begin, range.end - range.begin);
         const auto size = bytes.size() - lineEndSize;
-        const auto& person = cards.people[i];
-        cards_.push_back(
-            {bytes.substr(0, size), bytes.substr(size), nameOf(person), std::string(person.uid)});
-        byText_.emplace(comparable(textOf(file, cards.ranges[i])), i);
-        if (!person.uid.empty()) {
-            byUid_.emplace(person.uid, i);
-        }
+        cards_.push_back({bytes.substr(0, size), bytes.substr(size), &read_.people[i],
+                          firstWithTextOf(i), firstWithUidOf(i)});
     }
-    skipped_ = std::move(cards.skipped);
-    groups_ = cards.groups.size();
+    read_.uidHashes = {};
+}
+
+std::uint32_t AddedCards::firstWithTextOf(std::size_t number)
+{
+    const auto text = textOf(file_, read_.ranges[number]);
+    std::string memory;
+    const auto isAt = [&](std::size_t other) {
+        return areSame(textOf(file_, read_.ranges[other]), text);
+    };
+    return static_cast<std::uint32_t>(
+        byText_.findOrAdd(hashOf(text, memory), isAt, [&] { return number; }).first);
+}
+
+std::uint32_t AddedCards::firstWithUidOf(std::size_t number)
+{
+    const auto uid = read_.people[number].uid;
+    const auto isAt = [&](std::size_t other) { return read_.people[other].uid == uid; };
+    return static_cast<std::uint32_t>(
+        uid.empty()
+            ? number
+            : byUid_.findOrAdd(read_.uidHashes[number], isAt, [&] { return number; }).first);
 }
 
 void AddedCards::compareWith(const CardFile& file)
 {
     CardReader reader;
     CardReader::Cards cards;
+    cards.hashesUids = true;
     file.read(reader, cards);
-    for (std::size_t i = 0; i < cards.people.size(); ++i) {
-        markAll(byText_, comparable(textOf(file, cards.ranges[i])), &AddedCard::isPresent);
-        markAll(byUid_, std::string(cards.people[i].uid), &AddedCard::isUidTaken);
-    }
-}
-
-/// Marks the cards with this key, and forgets it: with thousands of equal cards on both sides, each
-/// of the book's would otherwise visit every one.
-void AddedCards::markAll(Index& index, const std::string& key, bool AddedCard::*mark)
-{
-    const auto [begin, end] = index.equal_range(key);
-    for (auto found = begin; found != end; ++found) {
-        cards_[found->second].*mark = true;
-    }
-    index.erase(begin, end);
+    std::string memory;
+    visitWithLookAhead<std::uint64_t>(
+        cards.people.size(),
+        [&](std::size_t i, std::uint64_t& textHash) {
+            textHash = hashOf(textOf(file, cards.ranges[i]), memory);
+            byText_.prefetch(textHash);
+            byUid_.prefetch(cards.uidHashes[i]);
+        },
+        [&](std::size_t i, std::uint64_t textHash) {
+            const auto text = textOf(file, cards.ranges[i]);
+            const auto sameText = byText_.find(textHash, [&](std::size_t added) {
+                return areSame(textOf(file_, read_.ranges[added]), text);
+            });
+            if (sameText != TextIndex::kNowhere) {
+                isTextInBook_[sameText] = true;
+            }
+            const auto uid = cards.people[i].uid;
+            const auto sameUid = byUid_.find(cards.uidHashes[i], [&](std::size_t added) {
+                return read_.people[added].uid == uid;
+            });
+            if (sameUid != TextIndex::kNowhere) {
+                isUidInBook_[sameUid] = true;
+            }
+        });
 }
 
 std::optional<std::string> converted(std::string_view card, FileEncoding from, FileEncoding to)

@@ -37,18 +37,27 @@ using Cards = std::vector<const AddedCards::AddedCard*>;
 
 std::string notRestored(const AddedCards::AddedCard& card, std::string_view reason)
 {
-    return quotedText(card.name) + " was not restored: " + std::string(reason);
+    return quotedText(card.name()) + " was not restored: " + std::string(reason);
 }
 
 /// Those of the cards that are to be added; counts and names the others.
 Cards cardsToAdd(const AddedCards& cards, Restoration& result)
 {
     Cards added;
-    std::set<std::string_view> texts;
+    // Of cards with the same text as another one: there are usually few.
+    std::set<std::string_view> repeated;
+    const auto isRepeated = [&](const AddedCards::AddedCard& card) {
+        const auto& first = cards.all()[card.firstWithText];
+        if (&first == &card) {
+            return false;
+        }
+        repeated.insert(first.bytes);
+        return !repeated.insert(card.bytes).second;
+    };
     for (const auto& card : cards.all()) {
-        if (card.isPresent || !texts.insert(card.bytes).second) {
+        if (cards.isPresent(card) || isRepeated(card)) {
             ++result.present;
-        } else if (card.isUidTaken) {
+        } else if (cards.isUidTaken(card)) {
             result.failures.push_back(
                 notRestored(card, "its UID belongs to another card in the address book."));
         } else {
@@ -100,9 +109,10 @@ std::filesystem::path nameFor(const AddedCards::AddedCard& card)
         return (c >= '0' && c <= '9') || (toUpperAscii(c) >= 'A' && toUpperAscii(c) <= 'Z') ||
                c == '-' || c == '_';
     };
-    const bool canBeName = !card.uid.empty() && card.uid.size() <= kLongest &&
-                           std::all_of(card.uid.begin(), card.uid.end(), isHarmless);
-    return (canBeName ? card.uid : "restored") + ".vcf";
+    const auto uid = card.uid();
+    const bool canBeName =
+        !uid.empty() && uid.size() <= kLongest && std::all_of(uid.begin(), uid.end(), isHarmless);
+    return std::string(canBeName ? uid : "restored") + ".vcf";
 }
 
 /// Compares the cards with those of the folder and returns the metadata for new files in it: the

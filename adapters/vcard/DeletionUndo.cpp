@@ -67,7 +67,7 @@ std::vector<const AddedCards::AddedCard*> missingFrom(const AddedCards& cards)
 {
     std::vector<const AddedCards::AddedCard*> missing;
     for (const auto& card : cards.all()) {
-        if (!card.isPresent) {
+        if (!cards.isPresent(card)) {
             missing.push_back(&card);
         }
     }
@@ -143,7 +143,7 @@ private:
             throw PlatformError(quotedPath(file.names().front()) +
                                 " was not changed: its encoding is another one now, and it cannot "
                                 "hold " +
-                                quotedText(appendix.unsuitable.front()->name) + ".");
+                                quotedText(appendix.unsuitable.front()->name()) + ".");
         }
         restoring_.add(std::move(step), appended(std::move(locked), file, appendix),
                        file.names().front());

@@ -678,6 +678,18 @@ TEST_F(VCardRestoreTest, ComparesTheTextsOfCardsWithoutAUid)
     EXPECT_EQ(contentOf(file()), bare + other);
 }
 
+TEST_F(VCardRestoreTest, AddsOnceWhatTheBackupRepeats)
+{
+    const auto other = card("b", "\n");
+    write(file(), card("a"));
+
+    const auto result = restore(card("b") + other + card("b") + other + card("a"));
+
+    EXPECT_EQ(result.restored, 2U);
+    EXPECT_EQ(result.present, 3U);
+    EXPECT_EQ(contentOf(file()), card("a") + card("b") + other);
+}
+
 TEST_F(VCardRestoreTest, RestoresCopiesThatShareAUid)
 {
     auto copy = card("b");
