@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace dunmora {
 
@@ -12,6 +13,17 @@ std::size_t sizeOf(const Pieces& content)
         size += piece.size();
     }
     return size;
+}
+
+FileBytes joined(const Pieces& content)
+{
+    const auto size = sizeOf(content);
+    auto memory = FileBytes::allocate(size);
+    auto* end = memory.get();
+    for (const auto piece : content) {
+        end = std::copy(piece.begin(), piece.end(), end);
+    }
+    return {std::move(memory), size};
 }
 
 bool writeAll(const Descriptor& file, const Pieces& content)

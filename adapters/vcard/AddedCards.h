@@ -45,6 +45,7 @@ public:
     AddedCards& operator=(const AddedCards&) = delete;
 
     const std::vector<AddedCard>& all() const { return cards_; }
+    const CardFile& file() const { return file_; }
     FileEncoding encoding() const { return file_.encoding(); }
     /// The offsets of cards that break off, and the number of lists; neither are added.
     const std::vector<std::size_t>& skipped() const { return read_.skipped; }

@@ -1,10 +1,14 @@
 #include "adapters/vcard/CardAppending.h"
 
+#include "adapters/posix/Pieces.h"
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/ReadBack.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
+#include <deque>
+#include <functional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -30,16 +34,33 @@ bool endsInsideALine(std::string_view text)
     return !text.empty() && text != kByteOrderMark && text.back() != '\n' && text.back() != '\r';
 }
 
-void readCards(const CardFile& file, CardReader& reader, std::vector<Person>& people,
-               std::vector<std::string_view>& cards)
+/// The pieces joined. They are not copied if they are a part of `whole`.
+FileBytes inOnePiece(const Pieces& pieces, std::string_view whole)
 {
-    CardReader::Cards read;
-    file.read(reader, read);
-    people.insert(people.end(), read.people.begin(), read.people.end());
+    // Also defined for addresses of different objects.
+    const std::less<> isBefore;
+    const char* end = pieces.empty() ? nullptr : pieces.front().data();
+    for (const auto piece : pieces) {
+        const bool isInWhole = !isBefore(piece.data(), whole.data()) &&
+                               !isBefore(whole.data() + whole.size(), piece.data() + piece.size());
+        if (!isInWhole || piece.data() != end) {
+            return joined(pieces);
+        }
+        end = piece.data() + piece.size();
+    }
+    return pieces.empty() ? FileBytes()
+                          : FileBytes::keptElsewhere({pieces.front().data(), sizeOf(pieces)});
+}
+
+/// Expects the cards up to the one with the number `end`, which are those of the file.
+void expect(const CardFile& file, const CardReader::Cards& cards, std::size_t end,
+            std::vector<RemainingCard>& expected)
+{
     CardBytesFinder finder(file);
-    for (const auto& card : read.ranges) {
-        const auto [range, lineEndSize] = finder.bytesOf(card);
-        cards.push_back(file.bytes().substr(range.begin, range.end - range.begin - lineEndSize));
+    for (auto i = expected.size(); i < end; ++i) {
+        const auto [range, lineEndSize] = finder.bytesOf(cards.ranges[i]);
+        const auto size = range.end - range.begin - lineEndSize;
+        expected.push_back({file.bytes().substr(range.begin, size), &cards.people[i]});
     }
 }
 
@@ -50,21 +71,28 @@ Appendix appendixTo(const CardFile& file, const AddedCards& cards,
 {
     Appendix appendix;
     const auto lineEnd = lineEndOf(file);
+    const bool isSameEncoding = cards.encoding() == file.encoding();
+    std::deque<std::string> texts;
+    Pieces pieces;
     for (const auto* const card : added) {
-        const auto bytes = converted(card->bytes, cards.encoding(), file.encoding());
-        if (!bytes) {
-            appendix.unsuitable.push_back(card);
-            continue;
+        auto bytes = card->bytes;
+        if (!isSameEncoding) {
+            auto text = converted(bytes, cards.encoding(), file.encoding());
+            if (!text) {
+                appendix.unsuitable.push_back(card);
+                continue;
+            }
+            bytes = texts.emplace_back(std::move(*text));
         }
-        if (appendix.bytes.empty() && endsInsideALine(file.text())) {
-            appendix.bytes += lineEnd;
+        if (pieces.empty() && endsInsideALine(file.text())) {
+            pieces.push_back(lineEnd);
         }
-        appendix.bytes += *bytes;
-        appendix.bytes += cards.encoding() == file.encoding() && !card->lineEnd.empty()
-                              ? card->lineEnd
-                              : std::string_view(lineEnd);
+        pieces.push_back(bytes);
+        pieces.push_back(isSameEncoding && !card->lineEnd.empty() ? card->lineEnd
+                                                                  : std::string_view(lineEnd));
         ++appendix.people;
     }
+    appendix.bytes = inOnePiece(pieces, cards.file().bytes());
     return appendix;
 }
 
@@ -72,22 +100,19 @@ std::unique_ptr<FileReplacement> appended(LockedFile locked, const CardFile& fil
                                           const Appendix& appendix)
 {
     // Read alone, so that nothing before them affects what is expected.
-    auto lines = std::string_view(appendix.bytes);
-    const auto addedFile = cardFileOf(file.names().front(), lines);
+    const auto addedFile = cardFileOf(file.names().front(), appendix.bytes.view());
     CardReader reader;
-    std::vector<Person> people;
-    std::vector<std::string_view> cards;
-    readCards(file, reader, people, cards);
-    const auto before = people.size();
-    readCards(addedFile, reader, people, cards);
-    auto replacement =
-        std::make_unique<FileReplacement>(std::move(locked), Pieces{file.bytes(), lines});
+    CardReader::Cards cards;
+    file.read(reader, cards);
+    const auto before = cards.people.size();
+    addedFile.read(reader, cards);
     std::vector<RemainingCard> expected;
-    expected.reserve(people.size());
-    for (std::size_t i = 0; i < people.size(); ++i) {
-        expected.push_back({cards[i], &people[i]});
-    }
-    if (people.size() - before != appendix.people ||
+    expected.reserve(cards.people.size());
+    expect(file, cards, before, expected);
+    expect(addedFile, cards, cards.people.size(), expected);
+    auto replacement = std::make_unique<FileReplacement>(std::move(locked),
+                                                         Pieces{file.bytes(), addedFile.bytes()});
+    if (cards.people.size() - before != appendix.people ||
         !isReadBack(file.names().front(), *replacement, expected)) {
         throw PlatformError(quotedPath(file.names().front()) +
                             " was not changed: with the people at its end, it would be read "

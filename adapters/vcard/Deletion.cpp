@@ -33,17 +33,6 @@ RemovedFile recordOf(const CardFile& file, const LockedFile& locked)
     return record;
 }
 
-FileBytes joined(const Pieces& pieces)
-{
-    const auto size = sizeOf(pieces);
-    auto memory = FileBytes::allocate(size);
-    auto* end = memory.get();
-    for (const auto piece : pieces) {
-        end = std::copy(piece.begin(), piece.end(), end);
-    }
-    return {std::move(memory), size};
-}
-
 /// Calls `visit` with each range that the deletion has cut out of the file as it was read, and with
 /// how many bytes have been cut out before it.
 template <typename Visit>
