@@ -678,6 +678,15 @@ TEST_F(VCardRestoreTest, ComparesTheTextsOfCardsWithoutAUid)
     EXPECT_EQ(contentOf(file()), bare + other);
 }
 
+TEST_F(VCardRestoreTest, AddsNothingThatIsBetweenThePeopleOfTheBackup)
+{
+    write(file(), card("a"));
+
+    EXPECT_EQ(restore(card("b") + "between\r\n" + card("c") + card("a") + card("d")).restored, 3U);
+
+    EXPECT_EQ(contentOf(file()), card("a") + card("b") + card("c") + card("d"));
+}
+
 TEST_F(VCardRestoreTest, AddsOnceWhatTheBackupRepeats)
 {
     const auto other = card("b", "\n");
