@@ -173,13 +173,35 @@ void CardKeys::read(const PersonCard& card)
     }
 }
 
-void CardKeys::readBesidesShared(std::span<const CardProperty> others)
+void CardKeys::readBesidesShared(std::span<const CardProperty> others, const PersonCard& shared,
+                                 const CardKeys& keysOfShared)
 {
     clear();
     begin(kSharedKind);
     addBoth();
+    const auto sharedKey = needed_.front();
     properties_.push_back({std::numeric_limits<std::size_t>::max(), needed_.size()});
-    addProperties(others);
+    const auto isOfAll = [&](Key key) {
+        const auto& keys = keysOfShared.provided_;
+        return std::find(keys.begin(), keys.end(), key) != keys.end();
+    };
+    for (std::size_t place = 0; place < others.size(); ++place) {
+        const auto& property = others[place];
+        if (isIgnored(property)) {
+            continue;
+        }
+        const auto first = static_cast<std::ptrdiff_t>(needed_.size());
+        if (std::find(shared.properties.begin(), shared.properties.end(), property) !=
+            shared.properties.end()) {
+            needed_.push_back(sharedKey);
+        } else {
+            addProperty(property);
+            if (std::any_of(needed_.begin() + first, needed_.end(), isOfAll)) {
+                needed_.push_back(sharedKey);
+            }
+        }
+        properties_.push_back({place, needed_.size()});
+    }
 }
 
 void CardKeys::setUnknown()

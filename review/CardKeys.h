@@ -40,7 +40,11 @@ public:
 
     /// Replaces the keys by one property that stands for all that every card of a group has, at
     /// least one, and adds those of the others. Such keys are only to be compared with each other.
-    void readBesidesShared(std::span<const CardProperty> others);
+    ///
+    /// `shared` is what all cards have of the others, perhaps not everything, and `keysOfShared`
+    /// are its keys, which cost more than those of the one property that stands for it.
+    void readBesidesShared(std::span<const CardProperty> others, const PersonCard& shared,
+                           const CardKeys& keysOfShared);
 
     /// The keys of a card that nobody can read: one property that no card has, without a place.
     void setUnknown();

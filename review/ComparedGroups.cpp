@@ -1,12 +1,40 @@
 #include "review/ComparedGroups.h"
 
+#include "platform/PersonCard.h"
 #include "text/SideBySide.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dunmora {
 
 namespace {
+
+/// What all cards of a group share is looked for in groups of at most this many cards, with at most
+/// this many properties each.
+constexpr std::size_t kMostSharing = 8;
+constexpr std::size_t kMostCompared = 32;
+
+/// The properties that all of these cards have, unless there are so many that it would take long.
+PersonCard sharedBy(std::span<const std::vector<CardProperty>> cards)
+{
+    PersonCard shared;
+    const auto isTooLong = [](const std::vector<CardProperty>& properties) {
+        return properties.size() > kMostCompared;
+    };
+    if (std::any_of(cards.begin(), cards.end(), isTooLong)) {
+        return shared;
+    }
+    for (const auto& property : cards.front()) {
+        const auto has = [&](const std::vector<CardProperty>& properties) {
+            return std::find(properties.begin(), properties.end(), property) != properties.end();
+        };
+        if (std::all_of(cards.begin() + 1, cards.end(), has)) {
+            shared.properties.push_back(property);
+        }
+    }
+    return shared;
+}
 
 /// The number of groups at the beginning that have at least this many rows in all.
 std::size_t groupsWithRows(std::span<const GroupUids> groups, std::size_t rows)
@@ -51,12 +79,25 @@ bool ComparedGroups::add(std::span<const std::string> uids, const CardSource& ca
 bool ComparedGroups::readDifferent(std::span<const std::string> uids, const CardSource& cards)
 {
     keys_.resize(std::max(keys_.size(), uids.size()));
+    const bool mayShare = uids.size() <= kMostSharing;
+    std::vector<std::vector<CardProperty>> read;
     for (std::size_t i = 0; i < uids.size(); ++i) {
-        const auto properties = cards.propertiesNamed(uids[i], differences_.names);
+        auto properties = cards.propertiesNamed(uids[i], differences_.names);
         if (!properties) {
             return false;
         }
-        keys_[i].readBesidesShared(*properties);
+        if (mayShare) {
+            read.push_back(*std::move(properties));
+        } else {
+            keys_[i].readBesidesShared(*properties, {}, {});
+        }
+    }
+    if (mayShare) {
+        const auto shared = sharedBy(read);
+        keysOfShared_.read(shared);
+        for (std::size_t i = 0; i < uids.size(); ++i) {
+            keys_[i].readBesidesShared(read[i], shared, keysOfShared_);
+        }
     }
     kept_.addGroup(std::span(keys_).first(uids.size()));
     return true;

@@ -47,6 +47,7 @@ private:
     std::map<Names, std::uint32_t> numbersOfNames_;
     // Reused, so that a group costs few allocations.
     std::vector<CardKeys> keys_;
+    CardKeys keysOfShared_;
     CardDifferences differences_;
 };
 

@@ -304,8 +304,8 @@ TEST(CardKeys, MayHaveOneForAllThatIsShared)
     CardKeys one;
     CardKeys other(card({text("NOTE", "left from before")}));
 
-    one.readBesidesShared(others);
-    other.readBesidesShared({});
+    one.readBesidesShared(others, {}, {});
+    other.readBesidesShared({}, {}, {});
 
     ASSERT_EQ(one.size(), 2U);
     EXPECT_TRUE(std::ranges::equal(one.neededBy(0), other.neededBy(0)));
@@ -313,6 +313,34 @@ TEST(CardKeys, MayHaveOneForAllThatIsShared)
     EXPECT_EQ(one.placeOf(1), 1U);
     ASSERT_EQ(other.size(), 1U);
     EXPECT_TRUE(std::ranges::equal(other.provided(), other.needed()));
+}
+
+TEST(CardKeys, NeedNoKeysOfWhatIsShared)
+{
+    const auto shared = card({text("TEL", "030 1234567")});
+    const std::vector<CardProperty> properties{text("NOTE", "a"), text("NOTE", " "),
+                                               shared.properties.front(),
+                                               text("TEL", "+49 30 1234567")};
+    CardKeys keys;
+
+    keys.readBesidesShared(properties, shared, CardKeys(shared));
+
+    ASSERT_EQ(keys.size(), 4U);
+    const auto sharedKey = keys.neededBy(0).front();
+    const auto needsShared = [&](std::size_t property) {
+        const auto needed = keys.neededBy(property);
+        return std::find(needed.begin(), needed.end(), sharedKey) != needed.end();
+    };
+    EXPECT_EQ(keys.provided().front(), sharedKey);
+    EXPECT_FALSE(needsShared(1));
+    EXPECT_TRUE(needsShared(2));
+    EXPECT_EQ(keys.neededBy(2).size(), 1U);
+    // The shared number is the same one.
+    EXPECT_TRUE(needsShared(3));
+    EXPECT_EQ(keys.placeOf(3), 3U);
+    const auto provided = keys.provided();
+    const CardKeys unshared(card({properties[0], properties[3]}));
+    EXPECT_TRUE(std::ranges::equal(provided.subspan(1), unshared.provided()));
 }
 
 }  // namespace
