@@ -29,6 +29,55 @@ void appendAdded(std::vector<std::uint32_t>& numbers, const std::vector<std::uin
                    [offset](std::uint32_t number) { return number + offset; });
 }
 
+/// Which keys may be in several rows: those that are, and a few others. The keys are hashes, so
+/// their lowest bits tell most of them apart.
+class RepeatedKeys final {
+public:
+    explicit RepeatedKeys(std::size_t keys)
+        : words_(std::bit_ceil(keys * kBitsPerKey / kBitsPerWord + 1))
+    {
+    }
+
+    void addRow(const CardKeys& card)
+    {
+        // A key that a row both needs and provides is in one row.
+        for (const auto keys : {card.needed(), card.provided()}) {
+            for (const auto key : keys) {
+                auto& word = wordOf(key);
+                word.inSeveralRows |= word.inARow & bitOf(key);
+            }
+        }
+        for (const auto keys : {card.needed(), card.provided()}) {
+            for (const auto key : keys) {
+                wordOf(key).inARow |= bitOf(key);
+            }
+        }
+    }
+
+    bool mayContain(CardKeys::Key key) const
+    {
+        return (words_[indexOf(key)].inSeveralRows & bitOf(key)) != 0;
+    }
+
+private:
+    static constexpr std::size_t kBitsPerKey = 4;
+    static constexpr std::size_t kBitsPerWord = 64;
+
+    struct Word {
+        std::uint64_t inARow = 0;
+        std::uint64_t inSeveralRows = 0;
+    };
+
+    static std::uint64_t bitOf(CardKeys::Key key) { return std::uint64_t{1} << key % kBitsPerWord; }
+    std::size_t indexOf(CardKeys::Key key) const
+    {
+        return key / kBitsPerWord & (words_.size() - 1);
+    }
+    Word& wordOf(CardKeys::Key key) { return words_[indexOf(key)]; }
+
+    std::vector<Word> words_;
+};
+
 /// One key of a row. Small, because a card may have a hundred thousand numbers with a dozen keys
 /// each.
 struct Use {
@@ -194,12 +243,19 @@ KeptProperties::Ids KeptProperties::number(std::span<const CardKeys> cards)
     ids.needed.assign(needs, kNoId);
     ids.provided.assign(provisions, kNoId);
 
+    // Only these are sorted: a card may have a million numbers of which no other one has any.
+    RepeatedKeys repeated(needs + provisions);
+    for (const auto& card : cards) {
+        repeated.addRow(card);
+    }
     std::vector<Use> uses;
-    uses.reserve(needs + provisions);
-    const auto addUses = [&uses](std::span<const CardKeys::Key> keys, std::size_t row) {
+    std::uint32_t place = 0;
+    const auto addUses = [&](std::span<const CardKeys::Key> keys, std::size_t row) {
         for (const auto key : keys) {
-            uses.push_back(
-                {key, static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(uses.size())});
+            if (repeated.mayContain(key)) {
+                uses.push_back({key, static_cast<std::uint32_t>(row), place});
+            }
+            ++place;
         }
     };
     for (std::size_t row = 0; row < cards.size(); ++row) {
