@@ -1,6 +1,7 @@
 #include "review/KeptProperties.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <iterator>
 #include <limits>
