@@ -11,7 +11,7 @@ namespace dunmora {
 
 namespace {
 
-enum CharacterKind : std::uint8_t { kInName = 1, kInParameters = 2 };
+enum CharacterKind : std::uint8_t { InName = 1, InParameters = 2 };
 
 /// What each character may be part of. One look-up for each of a card's characters takes a fraction
 /// of the time of comparing it with all of these.
@@ -23,9 +23,9 @@ constexpr auto kCharacterKinds = [] {
             known = static_cast<std::uint8_t>(known | kind);
         }
     };
-    allow("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-", kInName);
+    allow("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-", InName);
     // No q, which is in the name of an encoding that says where the value ends.
-    allow("ABCDEFGHIJKLMNOPRSTUVWXYZabcdefghijklmnoprstuvwxyz0123456789-;=,+\"", kInParameters);
+    allow("ABCDEFGHIJKLMNOPRSTUVWXYZabcdefghijklmnoprstuvwxyz0123456789-;=,+\"", InParameters);
     return kinds;
 }();
 
@@ -37,7 +37,7 @@ bool isIn(char c, CharacterKind kind)
 bool isName(std::string_view text)
 {
     return !text.empty() &&
-           std::all_of(text.begin(), text.end(), [](char c) { return isIn(c, kInName); });
+           std::all_of(text.begin(), text.end(), [](char c) { return isIn(c, InName); });
 }
 
 /// Whether each quoted text of the parameters is a whole value.
@@ -63,7 +63,7 @@ bool arePlainParameters(std::string_view parameters)
 {
     char before = '\0';
     for (const char c : parameters) {
-        if (!isIn(c, kInParameters) || (before == ';' && (c == ';' || c == '='))) {
+        if (!isIn(c, InParameters) || (before == ';' && (c == ';' || c == '='))) {
             return false;
         }
         before = c;

@@ -59,26 +59,26 @@ void addName(std::string_view name, std::vector<std::string>& names)
 }
 
 /// Adds the names of the properties of one card that the other one does not have.
-void addMissing(const Properties& properties, const Properties& other,
+void addMissing(const Properties& properties, const Properties& searched,
                 std::vector<std::string>& names)
 {
     // Most cards have what they have in common in the same order.
     std::size_t expected = 0;
     for (const auto& property : properties) {
-        if (expected < other.size() && other[expected].text == property.text) {
+        if (expected < searched.size() && searched[expected].text == property.text) {
             ++expected;
             continue;
         }
         const auto found =
-            std::find_if(other.begin(), other.end(), [&](const StoredProperty& candidate) {
+            std::find_if(searched.begin(), searched.end(), [&](const StoredProperty& candidate) {
                 return candidate.text == property.text;
             });
-        if (found == other.end()) {
+        if (found == searched.end()) {
             addName(property.name, names);
             // One that has another value there is more usual than one that is not there.
             ++expected;
         } else {
-            expected = static_cast<std::size_t>(found - other.begin()) + 1;
+            expected = static_cast<std::size_t>(found - searched.begin()) + 1;
         }
     }
 }

@@ -35,7 +35,8 @@ std::optional<std::string_view> nameIn(std::string_view line)
             key = NameKey();
             continue;
         }
-        const bool isHead = line[i] == ':' || (line[i] == ';' && line.find(':', i) != line.npos);
+        const bool isHead =
+            line[i] == ':' || (line[i] == ';' && line.find(':', i) != std::string_view::npos);
         const bool isKnown = name.size() <= NameKey::kLongest;
         if (!isHead || (isKnown && (key.value() == NameKey::of("AGENT") ||
                                     key.value() == NameKey::of("BEGIN") ||

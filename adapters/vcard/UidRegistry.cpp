@@ -101,9 +101,9 @@ private:
         }
     }
 
-    bool isSame(std::size_t one, std::size_t other) const
+    bool isSame(std::size_t first, std::size_t second) const
     {
-        return people_[one].uid == people_[other].uid;
+        return people_[first].uid == people_[second].uid;
     }
 
     TextIndex& index_;
