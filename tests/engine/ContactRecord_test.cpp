@@ -100,7 +100,7 @@ TEST(ContactRecord, KeepsTextsOfAnyLength)
         TextArena arena;
         const ContactRecord record(texts, arena);
 
-        const ContactRecord copy(record);
+        const ContactRecord copy(record);  // NOLINT(performance-unnecessary-copy-initialization)
         auto changed = copy;
         changed.setObject("Ann", "fname");
 

@@ -201,8 +201,7 @@ TEST(StoredDifferences, NameAllPropertiesThatAreReadDifferently)
                       "AGENT:",
                       "BEGIN:VCARD",
                       "END:VCARD",
-                      "\xEF\xBB\xBF"
-                      "FN:Bob",
+                      "\uFEFFFN:Bob",
                       "TEL:1\rTEL:2",
                       "TEL:1\r\r",
                       "no property"};

@@ -40,6 +40,7 @@ std::vector<Person> peopleWith(const Uids& uids)
 bool assignAll(UidRegistry& registry, const std::vector<Person>& people, std::size_t threads)
 {
     std::vector<std::uint64_t> hashes;
+    hashes.reserve(people.size());
     for (const auto& person : people) {
         hashes.push_back(TextIndex::hashOf(person.uid));
     }
