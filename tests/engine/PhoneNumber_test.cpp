@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <initializer_list>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace dunmora::test {
@@ -82,6 +85,46 @@ TEST(PhoneNumber, FindsAWordAfterAFalseStart)
 {
     EXPECT_EQ(pick({{"hohome", "1"}}, "home"), "1");
     EXPECT_EQ(pick({{"hom", "1"}}, "home"), "");
+}
+
+TEST(PhoneNumber, FindsAWordAnywhereInALabel)
+{
+    struct Spelling {
+        std::string_view word;
+        std::string inLabel;
+    };
+    const Spelling spellings[] = {{"home", "home"},     {"home", "HOME"},
+                                  {"work", "Work"},     {"work", "wor\u212A"},
+                                  {"mobile", "mobile"}, {"mobile", "mObIlE"}};
+    const std::string others = "_$!<hwmHWMoOho>_$!<hwmHWMoOho>";
+    for (const auto& [word, inLabel] : spellings) {
+        for (std::size_t before = 0; before <= others.size(); ++before) {
+            for (std::size_t after = 0; after <= others.size(); ++after) {
+                auto label = others.substr(0, before) + inLabel;
+                const auto cutOff = label.substr(0, label.size() - 1);
+                label += others.substr(0, after);
+
+                EXPECT_EQ(pick({{label, "1"}}, word), "1") << label;
+                EXPECT_EQ(pick({{cutOff, "1"}}, word), "") << cutOff;
+            }
+        }
+    }
+}
+
+TEST(PhoneNumber, DistinguishesEveryOtherCharacterFromALetter)
+{
+    const std::string word = "home";
+    for (std::size_t place = 0; place < word.size(); ++place) {
+        for (int code = 0; code < 256; ++code) {
+            const auto character = static_cast<char>(code);
+            auto label = "_$!<" + word + ">!$_";
+            label[4 + place] = character;
+            const bool isLetter =
+                character == word[place] || character == static_cast<char>(word[place] - 'a' + 'A');
+
+            EXPECT_EQ(pick({{label, "1"}}, word), isLetter ? "1" : "") << label;
+        }
+    }
 }
 
 TEST(PhoneNumber, ReturnsTheValueAsStored)
