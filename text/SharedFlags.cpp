@@ -1,9 +1,39 @@
 #include "text/SharedFlags.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace dunmora {
+
+namespace {
+
+constexpr std::size_t kWord = sizeof(std::uint64_t);
+
+/// Whether its two ends are all that a text of this size has. So it is with the preferences that
+/// are read for every person.
+constexpr bool isAllEnds(std::size_t size)
+{
+    return size >= kWord && size <= 2 * kWord;
+}
+
+/// The first and the last eight characters of a text, which may overlap: compared without a call.
+struct Ends {
+    explicit Ends(std::string_view text)
+    {
+        std::memcpy(&first, text.data(), kWord);
+        std::memcpy(&last, text.data() + text.size() - kWord, kWord);
+    }
+
+    bool operator==(const Ends&) const = default;
+
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+};
+
+}  // namespace
 
 SharedFlags::SharedFlags()
 {
@@ -12,8 +42,22 @@ SharedFlags::SharedFlags()
 
 const bool* SharedFlags::find(std::string_view name) const
 {
-    // There are a handful, of different sizes: no sorted table is searched as fast.
+    // There are a handful: no hashed or sorted table is searched as fast.
     const auto& table = *current_.load(std::memory_order_acquire);
+    if (!isAllEnds(name.size())) {
+        return findIn(table, name);
+    }
+    const Ends ends(name);
+    for (const auto& flag : table) {
+        if (flag.name.size() == name.size() && Ends(flag.name) == ends) {
+            return &flag.value;
+        }
+    }
+    return nullptr;
+}
+
+const bool* SharedFlags::findIn(const Table& table, std::string_view name)
+{
     const auto found = std::find_if(table.begin(), table.end(),
                                     [&](const Flag& flag) { return flag.name == name; });
     return found != table.end() ? &found->value : nullptr;

@@ -45,6 +45,8 @@ private:
     };
     using Table = std::vector<Flag>;
 
+    /// The flag with this name, of whatever size, or null.
+    static const bool* findIn(const Table& table, std::string_view name);
     /// Lets readers find this table, unless it equals the current one. The caller holds the mutex.
     void publish(Table table);
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <thread>
 
@@ -36,6 +37,24 @@ TEST(SharedFlags, AreFoundInWhateverOrderTheyWereSet)
     for (const auto& [name, value] : expected) {
         ASSERT_NE(flags.find(name), nullptr) << name;
         EXPECT_EQ(*flags.find(name), value) << name;
+    }
+}
+
+TEST(SharedFlags, DifferInEveryCharacterOfTheirNames)
+{
+    for (std::size_t size = 1; size <= 40; ++size) {
+        const std::string name(size, 'n');
+        SharedFlags flags;
+        flags.set(name, true);
+
+        EXPECT_NE(flags.find(name), nullptr) << size;
+        for (std::size_t place = 0; place < size; ++place) {
+            auto other = name;
+            other[place] = 'm';
+            EXPECT_EQ(flags.find(other), nullptr) << other;
+        }
+        EXPECT_EQ(flags.find(name + 'n'), nullptr) << size;
+        EXPECT_EQ(flags.find(name.substr(1)), nullptr) << size;
     }
 }
 
