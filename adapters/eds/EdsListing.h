@@ -23,7 +23,7 @@ enum class PersonIds { OfOneBook, OfManyBooks };
 
 /// The people of the service's books at one moment, as views into this object.
 ///
-/// Thread: one at a time.
+/// Thread: as a standard container.
 class EdsListing final {
 public:
     /// A person's book, and the person's entry there.

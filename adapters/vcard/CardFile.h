@@ -30,7 +30,7 @@ struct CardBytes {
 };
 
 /// A file of vCards as it was read, and the ranges that deletions have removed from it since.
-/// Thread: one at a time. Errors: none.
+/// Thread: as a standard container. Errors: none.
 class CardFile final {
 public:
     /// Ranges in ascending order that do not overlap.
