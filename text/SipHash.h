@@ -38,19 +38,29 @@ struct State {
     }
 };
 
-/// Up to eight bytes as a little-endian number.
-inline std::uint64_t number(std::string_view bytes)
+/// The eight bytes from `bytes` on as a little-endian number.
+inline std::uint64_t number(const char* bytes)
 {
     const auto byte = [&](std::size_t i) {
         return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
     };
     // Written out, compilers make it one read.
-    if (bytes.size() == 8) {
-        return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
+    return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
+}
+
+/// The last bytes of the text, those beyond a multiple of eight, as a little-endian number.
+inline std::uint64_t lastNumber(std::string_view text)
+{
+    const auto count = text.size() % 8;
+    if (count == 0) {
+        return 0;
+    }
+    if (text.size() > 8) {
+        return number(text.data() + text.size() - 8) >> (8 * (8 - count));
     }
     std::uint64_t result = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        result |= byte(i);
+    for (std::size_t i = 0; i < count; ++i) {
+        result |= std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
     }
     return result;
 }
@@ -71,11 +81,10 @@ std::uint64_t sipHash(const SipKey& key, std::string_view text)
         state.rounds(kRounds);
         state.v0 ^= word;
     };
-    auto rest = text;
-    for (; rest.size() >= 8; rest.remove_prefix(8)) {
-        add(sip::number(rest.substr(0, 8)));
+    for (std::size_t i = 0; i + 8 <= text.size(); i += 8) {
+        add(sip::number(text.data() + i));
     }
-    add(sip::number(rest) | std::uint64_t{text.size()} << 56U);
+    add(sip::lastNumber(text) | std::uint64_t{text.size()} << 56U);
     state.v2 ^= 0xFFU;
     state.rounds(kLastRounds);
     return state.v0 ^ state.v1 ^ state.v2 ^ state.v3;

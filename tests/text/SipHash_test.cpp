@@ -25,6 +25,12 @@ TEST(SipHash, GivesThePublishedHashes)
     EXPECT_EQ((sipHash<2, 4>(kKey, bytes(1))), 0x74f839c593dc67fdU);
     EXPECT_EQ((sipHash<2, 4>(kKey, bytes(7))), 0xab0200f58b01d137U);
     EXPECT_EQ((sipHash<2, 4>(kKey, bytes(8))), 0x93f5f5799a932462U);
+    EXPECT_EQ((sipHash<2, 4>(kKey, bytes(9))), 0x9e0082df0ba9e4b0U);
+    EXPECT_EQ((sipHash<2, 4>(kKey, bytes(10))), 0x7a5dbbc594ddb9f3U);
+    EXPECT_EQ((sipHash<2, 4>(kKey, bytes(11))), 0xf4b32f46226bada7U);
+    EXPECT_EQ((sipHash<2, 4>(kKey, bytes(12))), 0x751e8fbc860ee5fbU);
+    EXPECT_EQ((sipHash<2, 4>(kKey, bytes(13))), 0x14ea5627c0843d90U);
+    EXPECT_EQ((sipHash<2, 4>(kKey, bytes(14))), 0xf723ca908e7af2eeU);
     EXPECT_EQ((sipHash<2, 4>(kKey, bytes(15))), 0xa129ca6149be45e5U);
     EXPECT_EQ((sipHash<2, 4>(kKey, bytes(16))), 0x3f2acc7f57c29bdbU);
     EXPECT_EQ((sipHash<2, 4>(kKey, bytes(63))), 0x958a324ceb064572U);
