@@ -67,8 +67,7 @@ void ContactRecord::setObject(const ContactValue& value, std::string_view key)
         changed.copyRest(*this);
         *this = std::move(changed);
     } else if (date != nullptr && key == kContactModified) {
-        data_.modified = *date;
-        data_.hasModified = true;
+        setModified(*date);
     } else if (flag != nullptr && key == kContactCheck) {
         setChecked(*flag);
     }

@@ -61,6 +61,13 @@ public:
         return {data_.texts + begin, textEnd(place) - begin};
     }
 
+    /// Stores the value under "modified".
+    void setModified(std::chrono::sys_seconds time)
+    {
+        data_.hasModified = true;
+        data_.modified = time;
+    }
+
     /// The value under "check"; false when there is none.
     bool isChecked() const { return data_.isChecked; }
 

@@ -80,7 +80,7 @@ ContactRecord recordOf(const Person& person, TextArena& texts)
                    [&](const ContactField* field) { return textOf(person, *field); });
     ContactRecord record(fields, texts);
     if (person.modified) {
-        record.setObject(*person.modified, kContactModified);
+        record.setModified(*person.modified);
     }
     return record;
 }

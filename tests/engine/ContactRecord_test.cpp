@@ -153,6 +153,16 @@ TEST(ContactRecord, OutlivesTheArenaInACopy)
     }
 }
 
+TEST(ContactRecord, StoresAChangeUnderModified)
+{
+    ContactRecord record(kTexts);
+
+    record.setModified(sys_seconds(seconds(7)));
+
+    EXPECT_EQ(record.objectForKey("modified"), ContactValue(sys_seconds(seconds(7))));
+    EXPECT_EQ(record.text("uid"), "uid");
+}
+
 TEST(ContactRecord, IsEmptyAfterItsContentHasMoved)
 {
     ContactRecord record(kTexts);
