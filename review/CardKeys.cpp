@@ -19,9 +19,10 @@ namespace {
 
 constexpr char kEnd = '\0';
 
-// The kinds of keys that no property has the name of.
+// The kinds of keys that no property has the name of, because names are in upper case. A number has
+// several endings, so theirs is short.
 constexpr std::string_view kListKind = "a list";
-constexpr std::string_view kPhoneEndingKind = "a phone's ending";
+constexpr std::string_view kPhoneEndingKind = "end";
 constexpr std::string_view kSharedKind = "all that is shared";
 constexpr std::string_view kFormattedName = "FN";
 constexpr std::string_view kName = "N";
@@ -336,9 +337,9 @@ void CardKeys::addPhone(const CardProperty& property)
         text_ += text;
         addBoth();
     }
-    for (const auto& ending : keys.endings) {
+    for (std::size_t i = 0; i < keys.endings; ++i) {
         begin(kPhoneEndingKind);
-        text_ += ending;
+        text_ += keys.ending(i);
         const auto national = textHash(text_);
         const auto international = ~national;
         const bool isNational = keys.kind == PhoneKeys::Kind::National;

@@ -26,17 +26,17 @@ constexpr bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-bool isAllDigits(std::string_view text)
+/// Whether the character only makes a number easier to read, and is one of the usual ones.
+constexpr bool isUsualPunctuation(char c)
 {
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+    return c == ' ' || c == '(' || c == ')' || c == '-' || c == '.' || c == '/';
 }
 
-/// Whether the character only makes a number easier to read.
-bool isPunctuation(char32_t c)
+/// Whether another character only makes a number easier to read.
+bool isUnusualPunctuation(char32_t c)
 {
-    constexpr std::u32string_view kPunctuation = U"()-./";
     const auto isHyphen = (c >= 0x2010 && c <= 0x2015) || c == 0x2212;
-    if (kPunctuation.find(c) != std::u32string_view::npos || isHyphen || isWhiteSpace(c)) {
+    if (isHyphen || isWhiteSpace(c)) {
         return true;
     }
     const auto effect = displayEffect(c);
@@ -64,7 +64,10 @@ bool removeStart(std::string_view& text, std::string_view start)
 std::string splitExtension(std::string_view& number)
 {
     constexpr std::array<std::string_view, 4> kStarts = {";ext=", "ext.", "ext", "x"};
-    const auto digits = number.find_last_not_of("0123456789") + 1;
+    auto digits = number.size();
+    while (digits > 0 && isDigit(number[digits - 1])) {
+        --digits;
+    }
     const auto before = trimmed(number.substr(0, digits));
     for (const auto start : kStarts) {
         if (digits < number.size() && before.size() > start.size() &&
@@ -88,15 +91,19 @@ std::optional<Number> parsed(std::string_view text)
             number.digits += text[position++];
             continue;
         }
+        if (isUsualPunctuation(text[position])) {
+            ++position;
+            continue;
+        }
         const auto character = utf8CharacterAt(text, position);
         if (character.codePoint == U'+' && number.digits.empty() && !number.hasPlus) {
             number.hasPlus = true;
-        } else if (!character.isValid || !isPunctuation(character.codePoint)) {
+        } else if (!character.isValid || !isUnusualPunctuation(character.codePoint)) {
             return std::nullopt;
         }
         position += character.size;
     }
-    return isAllDigits(number.digits) && number.digits.size() <= kMostDigits
+    return !number.digits.empty() && number.digits.size() <= kMostDigits
                ? std::optional<Number>(std::move(number))
                : std::nullopt;
 }
@@ -117,18 +124,19 @@ PhoneKeys phoneKeys(std::string_view number)
     keys.texts.reserve(2);
     keys.texts.push_back("d" + digits + end);
     if (!parsedNumber->hasPlus && !digits.starts_with("00")) {
-        auto national = digits.substr(digits.starts_with('0') ? 1 : 0);
-        if (national.size() >= kFewestSharedDigits) {
-            keys.endings.push_back(std::move(national) + end);
+        const std::size_t first = digits.starts_with('0') ? 1 : 0;
+        if (digits.size() >= first + kFewestSharedDigits) {
+            keys.longestEnding = digits.substr(first) + end;
+            keys.endings = 1;
         }
         return keys;
     }
     keys.kind = PhoneKeys::Kind::International;
     const auto international = parsedNumber->hasPlus ? digits : digits.substr(2);
-    keys.texts.push_back("+" + international + end);
-    keys.endings.reserve(international.size());
-    for (std::size_t first = 0; first + kFewestSharedDigits <= international.size(); ++first) {
-        keys.endings.push_back(international.substr(first) + end);
+    keys.longestEnding = international + end;
+    keys.texts.push_back("+" + keys.longestEnding);
+    if (international.size() >= kFewestSharedDigits) {
+        keys.endings = international.size() - kFewestSharedDigits + 1;
     }
     return keys;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,14 +8,21 @@
 namespace dunmora {
 
 /// By what a telephone number is recognised in another card. Two numbers are the same when they
-/// share one of `texts`, or when one is international, the other is national, and they share one of
-/// `endings`.
+/// share one of `texts`, or when one is international, the other is national, and they share an
+/// ending.
 struct PhoneKeys {
     enum class Kind { International, National };
 
-    std::vector<std::string> texts;
     /// All endings of an international number that are long enough; the one of a national number.
-    std::vector<std::string> endings;
+    /// Each is one character shorter than the one before.
+    std::string_view ending(std::size_t index) const
+    {
+        return std::string_view(longestEnding).substr(index);
+    }
+
+    std::vector<std::string> texts;
+    std::string longestEnding;
+    std::size_t endings = 0;
     Kind kind = Kind::National;
 };
 

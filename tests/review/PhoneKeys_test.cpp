@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,12 +16,21 @@ bool shareOne(const std::vector<std::string>& some, const std::vector<std::strin
     return std::find_first_of(some.begin(), some.end(), others.begin(), others.end()) != some.end();
 }
 
+std::vector<std::string> endingsOf(const PhoneKeys& keys)
+{
+    std::vector<std::string> endings;
+    for (std::size_t i = 0; i < keys.endings; ++i) {
+        endings.emplace_back(keys.ending(i));
+    }
+    return endings;
+}
+
 bool areSame(std::string_view a, std::string_view b)
 {
     const auto one = phoneKeys(a);
     const auto other = phoneKeys(b);
     return shareOne(one.texts, other.texts) ||
-           (one.kind != other.kind && shareOne(one.endings, other.endings));
+           (one.kind != other.kind && shareOne(endingsOf(one), endingsOf(other)));
 }
 
 TEST(PhoneKeys, IgnorePunctuation)
@@ -95,9 +105,9 @@ TEST(PhoneKeys, AreFewForEveryText)
 {
     const std::string manyDigits(1'000'000, '5');
 
-    EXPECT_TRUE(phoneKeys("+" + manyDigits).endings.empty());
+    EXPECT_EQ(phoneKeys("+" + manyDigits).endings, 0U);
     EXPECT_TRUE(areSame(manyDigits, manyDigits));
-    EXPECT_LT(phoneKeys("+123456789012345678901234").endings.size(), 25U);
+    EXPECT_LT(phoneKeys("+123456789012345678901234").endings, 25U);
 }
 
 }  // namespace
