@@ -45,6 +45,9 @@ public:
     {
     }
 
+    /// Provides memory for this many properties, so that a card of no more has one allocation.
+    void reserve(std::size_t properties) { properties_.reserve(properties); }
+
     /// Forgets the previous card.
     void clear()
     {

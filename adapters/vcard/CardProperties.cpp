@@ -304,6 +304,11 @@ std::optional<std::vector<CardProperty>> read(std::string_view text, CardReader:
     std::array<std::byte, 2048> buffer{};
     std::pmr::monotonic_buffer_resource memory(buffer.data(), buffer.size());
     CardScanner scanner(text, kind, CardScanner::Properties::All, memory);
+    constexpr std::size_t kUsualProperties = 8;
+    scanner.card().reserve(kUsualProperties);
+    if (names) {
+        scanner.omitOrdinaryLinesBesides(*names);
+    }
     if (!scanner.next()) {
         return std::nullopt;
     }

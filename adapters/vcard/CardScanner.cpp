@@ -1,6 +1,5 @@
 #include "adapters/vcard/CardScanner.h"
 
-#include "adapters/vcard/OrdinaryLine.h"
 #include "text/Ascii.h"
 #include "text/TextIndex.h"
 
@@ -122,6 +121,11 @@ bool CardScanner::readOrdinaryLine(const Line& line)
         ordinaryLines_ == OrdinaryLines::LikeOthers) {
         return false;
     }
+    if (wantedNames_ && canBeOmitted(text, *head)) {
+        expectsAgentCard_ = false;
+        hasProperty_ = true;
+        return true;
+    }
     auto colon = head->nameEnd;
     ValueEncoding encoding;
     if (text[colon] == ';') {
@@ -154,6 +158,25 @@ bool CardScanner::readOrdinaryLine(const Line& line)
                       isPlain}});
     }
     return true;
+}
+
+/// Whether nobody wants the property and no other one depends on it, and the line is certain to be
+/// the whole of it: base64 may continue on the next line, and a ":" in quotation marks does not end
+/// the head. Without a group, a label is that of no property.
+bool CardScanner::canBeOmitted(std::string_view line, const OrdinaryHead& head) const
+{
+    if (head.kind == PropertyKind::Version || head.kind == PropertyKind::Agent) {
+        return false;
+    }
+    const auto name = line.substr(0, head.nameEnd);
+    const auto colon = line.find(':', head.nameEnd);
+    if (colon == std::string_view::npos ||
+        std::any_of(wantedNames_->begin(), wantedNames_->end(),
+                    [&](std::string_view wanted) { return equalsIgnoringCase(name, wanted); })) {
+        return false;
+    }
+    const auto parameters = line.substr(head.nameEnd, colon - head.nameEnd);
+    return !mayBeBase64(parameters) && parameters.find('"') == std::string_view::npos;
 }
 
 void CardScanner::readInside(const Line& line)

@@ -3,10 +3,14 @@
 #include "adapters/vcard/Card.h"
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/Lines.h"
+#include "adapters/vcard/OrdinaryLine.h"
 #include "adapters/vcard/Property.h"
 
 #include <cstddef>
 #include <memory_resource>
+#include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -44,6 +48,11 @@ public:
         end_ = end;
     }
 
+    /// Makes the cards omit ordinary lines of properties that have none of these names, which are
+    /// in upper case, and that no other property depends on. Cards may still keep properties of
+    /// other names. To be called before all others; the names must outlive the scanner.
+    void omitOrdinaryLinesBesides(std::span<const std::string> names) { wantedNames_ = names; }
+
     /// Makes a scanner that has read its part continue.
     void extendTo(std::size_t end) { end_ = end; }
 
@@ -73,6 +82,7 @@ private:
     void beginCard(std::size_t begin);
     void readInside(const Line& line);
     bool readOrdinaryLine(const Line& line);
+    bool canBeOmitted(std::string_view line, const OrdinaryHead& head) const;
     bool isContinuation(const Line& line) const;
     void readInnerBegin(const Line& line);
     void beginCardInstead(std::size_t begin);
@@ -89,6 +99,8 @@ private:
     std::string_view text_;
     Properties properties_;
     OrdinaryLines ordinaryLines_;
+    // Without names, those of all properties.
+    std::optional<std::span<const std::string>> wantedNames_;
     Lines lines_;
     std::size_t position_ = 0;
     std::size_t end_;

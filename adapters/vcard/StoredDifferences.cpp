@@ -101,8 +101,11 @@ bool haveEqualParts(std::span<const std::string_view> cards)
 
 bool compareProperties(std::span<const std::string_view> cards, std::vector<std::string>& names)
 {
+    constexpr std::size_t kUsualProperties = 16;
     Properties first;
     Properties other;
+    first.reserve(kUsualProperties);
+    other.reserve(kUsualProperties);
     for (std::size_t i = 0; i < cards.size(); ++i) {
         if (i == 0) {
             if (!split(cards[i], first)) {

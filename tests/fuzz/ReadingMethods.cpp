@@ -1,5 +1,6 @@
 #include "tests/fuzz/ReadingMethods.h"
 
+#include "adapters/vcard/CardProperties.h"
 #include "adapters/vcard/CardReader.h"
 #include "adapters/vcard/CardScanner.h"
 #include "adapters/vcard/PiecewiseReading.h"
@@ -8,6 +9,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory_resource>
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace dunmora::test {
@@ -102,6 +106,18 @@ std::vector<std::string> wholeCards(std::string_view text, CardReader::Text kind
     return cards;
 }
 
+/// Whether reading only the properties with these names gives the same ones as reading all.
+bool areReadAlike(std::span<const std::string> names, std::string_view text, CardReader::Text kind)
+{
+    auto expected = readProperties(text, kind);
+    if (expected) {
+        std::erase_if(*expected, [&](const CardProperty& property) {
+            return std::find(names.begin(), names.end(), property.name) == names.end();
+        });
+    }
+    return readPropertiesNamed(names, text, kind) == expected;
+}
+
 }  // namespace
 
 std::string differenceOfMethods(std::string_view text)
@@ -124,6 +140,11 @@ std::string differenceOfMethods(std::string_view text)
         if (wholeCards(text, kind, CardScanner::OrdinaryLines::InOneStep) !=
             wholeCards(text, kind, CardScanner::OrdinaryLines::LikeOthers)) {
             return "other whole cards when every line is read like the unusual ones";
+        }
+        const std::vector<std::string> someNames{"AGENT", "FN", "NOTE"};
+        const std::vector<std::string> others{"N", "PHOTO", "TEL"};
+        if (!areReadAlike(someNames, text, kind) || !areReadAlike(others, text, kind)) {
+            return "other properties when only those with some names are read";
         }
     }
     return {};

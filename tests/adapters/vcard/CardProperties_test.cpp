@@ -49,6 +49,14 @@ Texts in21(const std::string& properties)
     return shown(read(card21(properties)));
 }
 
+/// Only the notes of a card.
+Texts notes(const std::string& text)
+{
+    const Texts names{"NOTE"};
+    const auto properties = readPropertiesNamed(names, text, CardReader::Text::Bytes);
+    return properties ? shown(*properties) : Texts{"no card"};
+}
+
 Texts in40(const std::string& properties)
 {
     return shown(read(card("4.0", properties)));
@@ -236,6 +244,27 @@ TEST(CardProperties, OfTextInUtf8IgnoreItsCharset)
 {
     EXPECT_EQ(shown(read(card21("NOTE;CHARSET=ISO-8859-1:café\r\n"), CardReader::Text::Utf8)),
               (Texts{"NOTE=café"}));
+}
+
+TEST(CardProperties, WithANameAreReadAsAmongAll)
+{
+    EXPECT_EQ(notes(card30("N:Lee;Ann\r\nnote:a\r\nFN:Ann\r\nNOTE;TYPE=home:b\r\n")),
+              (Texts{"NOTE=a", "NOTE[home]=b"}));
+    EXPECT_EQ(notes(card30("FN:Ann\r\n")), Texts());
+    EXPECT_EQ(notes(card21("FN:Ann\r\nNOTE:a\\nb\r\n")), Texts{"NOTE=a\\nb"});
+    EXPECT_EQ(notes(card30("1.X-ABLABEL:x\r\n1.NOTE:a\r\n")), Texts{"NOTE[x]=a"});
+    EXPECT_EQ(notes("BEGIN:VCARD\r\nFN:Ann\r\nEND:VCARD\r\n"), Texts());
+    EXPECT_EQ(notes("FN:Ann\r\n"), Texts{"no card"});
+}
+
+TEST(CardProperties, WithANameAreNotReadFromOtherProperties)
+{
+    EXPECT_EQ(notes(card30("FN:Ann\r\n NOTE:a\r\n")), Texts());
+    EXPECT_EQ(notes(card21("FN;QUOTED-PRINTABLE:Ann=\r\nNOTE:a\r\n")), Texts());
+    EXPECT_EQ(notes(card21("PHOTO;BASE64:QUJD\r\nNOTE\r\n :a\r\n")), Texts());
+    EXPECT_EQ(notes(card21("PHOTO;X=\"y:z\";BASE64:QUJD\r\nNOTE\r\n :a\r\n")), Texts());
+    EXPECT_EQ(notes(card21("AGENT:\r\nBEGIN:VCARD\r\nNOTE:a\r\nEND:VCARD\r\n")), Texts());
+    EXPECT_EQ(notes(card21("AGENT:\r\nFN:Ann\r\nBEGIN:VCARD\r\nNOTE:a\r\n")), Texts{"NOTE=a"});
 }
 
 TEST(CardProperties, AreReadFromListsToo)
