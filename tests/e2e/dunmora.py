@@ -75,6 +75,11 @@ class Dunmora(Program):
     def dialog(self):
         return self.wait_for_window(is_dialog, "match-field dialog")
 
+    def click_field(self, dialog, name):
+        """Clicks a match field once the dialog is active: a click is lost while the window manager still places it."""
+        self.wait_until_active(dialog)
+        self.click(dialog.find("check box", name))
+
     @property
     def progress(self):
         return self.wait_for_window(is_progress, "progress window")

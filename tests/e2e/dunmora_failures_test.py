@@ -85,9 +85,9 @@ class PreferencesTest(DunmoraCase):
         self.folder.write_text("a file where the folder should be")
         dunmora = self.start(self.book)
         dialog = dunmora.dialog
-        mobile, nickname = (dialog.find("check box", name) for name in (MOBILE_FIELD, "Nickname"))
+        nickname = dialog.find("check box", "Nickname")
 
-        dunmora.click(mobile)
+        dunmora.click_field(dialog, MOBILE_FIELD)
         message = f"{self.NOT_SAVED} “{self.file}” cannot be changed: Not a directory."
         self.confirm(dunmora, message)
         dunmora.click(nickname)
@@ -160,7 +160,7 @@ class EndTest(DunmoraCase):
             for name in FIELDS:
                 box = dialog.find("check box", name)
                 if box.has("checked"):
-                    dunmora.click(box)
+                    dunmora.click_field(dialog, name)
                     dunmora.wait_for(lambda box=box: not box.has("checked"), "empty box")
             dunmora.press(dialog, "enter")
             dunmora.wait_until_active(dunmora.alert(NO_FIELD))

@@ -166,7 +166,7 @@ class MatchFieldsTest(DunmoraCase):
     def test_stores_a_choice_even_when_it_is_cancelled(self):
         dunmora = self.start(self.book)
         dialog = dunmora.dialog
-        dunmora.click(dialog.find("check box", MOBILE_FIELD))
+        dunmora.click_field(dialog, MOBILE_FIELD)
         dunmora.wait_for(lambda: self.states(dialog)[MOBILE_FIELD], "mark")
         dunmora.press(dialog, "escape")
         dunmora.wait_for_main_alone()
@@ -183,7 +183,7 @@ class MatchFieldsTest(DunmoraCase):
 
         dunmora.choose("Edit", "Match Fields…")
         dialog = dunmora.dialog
-        dunmora.click(dialog.find("check box", MOBILE_FIELD))
+        dunmora.click_field(dialog, MOBILE_FIELD)
         dunmora.search()
 
         dunmora.label("No duplicates found")
@@ -193,7 +193,7 @@ class MatchFieldsTest(DunmoraCase):
         dunmora = self.start(self.book)
         dialog = dunmora.dialog
         for name in DEFAULT_FIELDS:
-            dunmora.click(dialog.find("check box", name))
+            dunmora.click_field(dialog, name)
         dunmora.wait_for(lambda: not any(self.states(dialog).values()), "empty boxes")
 
         dunmora.press(dialog, "enter")
@@ -201,7 +201,7 @@ class MatchFieldsTest(DunmoraCase):
         self.assertTrue(alert.find("graphic", "Information"))
         dunmora.press(alert, "enter")
         dunmora.wait_for(lambda: not [window for window in dunmora.windows if is_alert(window)], "end of the alert")
-        dunmora.click(dialog.find("check box", MOBILE_FIELD))
+        dunmora.click_field(dialog, MOBILE_FIELD)
         dunmora.wait_for(lambda: self.states(dialog)[MOBILE_FIELD], "mark")
         dunmora.press(dialog, "enter")
 

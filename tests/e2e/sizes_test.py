@@ -97,7 +97,7 @@ class SizesTest(DunmoraCase):
         dialog = dunmora.dialog
         self.assert_fits(dunmora, lambda window: window == dialog, "match-field dialog")
         for name in DEFAULT_FIELDS:
-            dunmora.click(dialog.find("check box", name))
+            dunmora.click_field(dialog, name)
         dunmora.wait_for(lambda: not dialog.find_all("check box", states=["checked"]), "empty boxes")
 
         dunmora.press(dialog, "enter")
