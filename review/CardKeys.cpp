@@ -226,12 +226,15 @@ void CardKeys::clear()
 
 void CardKeys::addProperties(std::span<const CardProperty> properties)
 {
-    // A phone number has about as many. In a very large card, growing lists would take half as much
-    // again as their keys.
+    // In a very large card, growing lists would take half as much again as their keys. A phone
+    // number has about eight.
+    constexpr std::size_t kLargeCard = 1000;
     constexpr std::size_t kKeysOfProperty = 8;
-    properties_.reserve(properties_.size() + properties.size());
-    needed_.reserve(needed_.size() + kKeysOfProperty * properties.size());
-    provided_.reserve(provided_.size() + kKeysOfProperty * properties.size());
+    if (properties.size() >= kLargeCard) {
+        properties_.reserve(properties_.size() + properties.size());
+        needed_.reserve(needed_.size() + kKeysOfProperty * properties.size());
+        provided_.reserve(provided_.size() + kKeysOfProperty * properties.size());
+    }
     for (std::size_t place = 0; place < properties.size(); ++place) {
         if (!isIgnored(properties[place])) {
             addProperty(properties[place]);
