@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/BoxedOptional.h"
 #include "platform/PersonSource.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,8 +28,9 @@ struct CardProperty {
 
         bool operator==(const Binary&) const = default;
     };
-    /// The property then has no components.
-    std::optional<Binary> binary;
+    /// The property then has no components. Boxed, because few properties have one and a card may
+    /// have a million properties.
+    BoxedOptional<Binary> binary;
 
     bool operator==(const CardProperty&) const = default;
 };
