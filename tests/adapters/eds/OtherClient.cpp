@@ -202,6 +202,9 @@ void OtherClient::removeBook(const std::string& uid)
 
 void OtherClient::close(const std::string& book)
 {
+    // Before that is reported, the service seems to be disconnected already, and its real
+    // disconnection would come while the next client connects.
+    awaitStatus(book, [](auto status) { return status == E_SOURCE_CONNECTION_STATUS_CONNECTED; });
     connections_.erase(book);
     awaitStatus(book,
                 [](auto status) { return status == E_SOURCE_CONNECTION_STATUS_DISCONNECTED; });

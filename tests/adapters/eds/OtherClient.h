@@ -29,8 +29,8 @@ public:
     /// Removes a book from the desktop.
     void removeBook(const std::string& uid);
 
-    /// Closes a server's book, and waits until the service, which closes unused books, has
-    /// disconnected from the server.
+    /// Closes a server's book once the service is connected to its server, and waits until the
+    /// service, which closes unused books, has disconnected.
     void close(const std::string& book);
 
     /// Asks the service to update its copy from the server.
