@@ -62,6 +62,10 @@ protected:
                                 const Contents& after, const std::function<void()>& remove)
     {
         Counts counts;
+        // What reading a book sets up once in a process, the children would otherwise set up until
+        // this process has read one, and the calls until which they live would be others then.
+        restore(place, before);
+        remarksOf(place);
         while (true) {
             restore(place, before);
             int calls = 0;
