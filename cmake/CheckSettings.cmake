@@ -1,10 +1,18 @@
-# Refuses a version and an update service that the programs could not use. It is also a script, so that tests can try
-# many values: cmake -DPROJECT_VERSION=0.1 -DDUNMORA_UPDATE_HOST=host -P cmake/CheckSettings.cmake
+# Refuses settings that the programs or a desktop could not use. It is also a script, so that tests can try many values:
+# cmake -DPROJECT_VERSION=0.1 -DDUNMORA_APP_ID=com.example.app -DDUNMORA_UPDATE_HOST=host -P cmake/CheckSettings.cmake
 
 # The update check compares versions as decimal numbers: 1.10 would be older than 1.9, and 2.0.1 the same as 2.0.
 if(NOT PROJECT_VERSION MATCHES "^[0-9]+\\.[0-9]$")
     message(FATAL_ERROR
         "The version \"${PROJECT_VERSION}\" must be a number with one digit after the point, such as 1.2.")
+endif()
+
+# As for names on D-Bus, by which desktops know programs. The metainfo needs three parts.
+set(part "[A-Za-z_][A-Za-z0-9_-]*")
+string(LENGTH "${DUNMORA_APP_ID}" length)
+if(NOT DUNMORA_APP_ID MATCHES "^${part}(\\.${part})(\\.${part})+$" OR length GREATER 200)
+    message(FATAL_ERROR
+        "DUNMORA_APP_ID \"${DUNMORA_APP_ID}\" must be a domain backwards and a name, such as com.example.dunmora: three or more parts of letters, digits, _ and -, none of which begins with a digit.")
 endif()
 
 set(label "[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?")

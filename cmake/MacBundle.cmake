@@ -1,8 +1,8 @@
 # The Mac bundle and its signature. Info.plist is written on every system, so that tests can check it
 # without a Mac.
 set(DUNMORA_BUNDLE_NAME Dunmora)
-set(DUNMORA_BUNDLE_IDENTIFIER "com.example.dunmora" CACHE STRING
-    "On a Mac: the bundle's identifier, also the domain of its user defaults")
+# Also the domain of its user defaults. A bundle's identifier has no underscores.
+string(REPLACE "_" "-" DUNMORA_BUNDLE_IDENTIFIER "${DUNMORA_APP_ID}")
 set(DUNMORA_CODESIGN_IDENTITY "-" CACHE STRING
     "On a Mac: the identity that signs the bundle; - signs ad hoc, enough for the Mac that built it")
 

@@ -18,6 +18,9 @@ std::optional<std::string> BuildBundle::objectForInfoDictionaryKey(std::string_v
     if (key == "CFBundleVersion") {
         return DUNMORA_VERSION;
     }
+    if (key == "CFBundleIdentifier") {
+        return DUNMORA_APP_ID;
+    }
     if (key == "DunmoraUpdateHost") {
         return unlessEmpty(DUNMORA_UPDATE_HOST);
     }

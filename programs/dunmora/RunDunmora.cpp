@@ -27,6 +27,7 @@
 #include <QDBusConnection>
 #include <QIcon>
 #include <QString>
+#include <QWindow>
 
 #include <cstdlib>
 #include <exception>
@@ -99,12 +100,24 @@ void openFirst(MainWindow& mainWindow, const Options& options)
     }
 }
 
+/// Makes this the class of all windows on X11, where a desktop looks for the menu entry by it. Qt
+/// takes the application's name for the class when it creates the first window, but screen readers
+/// show that name to the user, so it can be another one from then on.
+void setWindowClass(const QString& id)
+{
+    QApplication::setApplicationName(id);
+    QWindow().create();
+}
+
 [[noreturn]] void runProgram(int argc, char** argv, const Options& options, Bundle& bundle)
 {
-    QApplication::setApplicationName(QStringLiteral("dunmora"));
+    const auto id = QString::fromStdString(
+        bundle.objectForInfoDictionaryKey("CFBundleIdentifier").value_or("dunmora"));
     QApplication::setApplicationDisplayName(QStringLiteral("Dunmora"));
-    QApplication::setDesktopFileName(QStringLiteral("dunmora"));
+    QApplication::setDesktopFileName(id);
     QApplication qt(argc, argv);
+    setWindowClass(id);
+    QApplication::setApplicationName(QStringLiteral("dunmora"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/packaging/dunmora.svg")));
     const DesktopColorScheme colorScheme;
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Tests which versions and update services the build accepts, and what it writes into the Mac's Info.plist.
+"""Tests which versions, ids and update services the build accepts, and what it writes into the Mac's Info.plist.
 
     check_settings_test.py PATH-OF-CMAKE PATH-OF-THE-COMPILER [UNITTEST-OPTION]...
 """
@@ -13,6 +13,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SERVICE = "update.example.com:8080"
+APP_ID = "com.example.dunmora"
 
 
 def words_of(message):
@@ -25,10 +26,11 @@ class CheckSettings(unittest.TestCase):
 
     cmake: str
 
-    def check(self, version="0.1", host=SERVICE):
-        """Returns the message of the check; empty if it accepts both."""
-        run = subprocess.run([self.cmake, f"-DPROJECT_VERSION={version}", f"-DDUNMORA_UPDATE_HOST={host}", "-P",
-                              ROOT / "cmake/CheckSettings.cmake"], capture_output=True, text=True, check=False)
+    def check(self, version="0.1", host=SERVICE, app_id=APP_ID):
+        """Returns the message of the check; empty if it accepts all of them."""
+        run = subprocess.run([self.cmake, f"-DPROJECT_VERSION={version}", f"-DDUNMORA_UPDATE_HOST={host}",
+                              f"-DDUNMORA_APP_ID={app_id}", "-P", ROOT / "cmake/CheckSettings.cmake"],
+                             capture_output=True, text=True, check=False)
         self.assertEqual(run.returncode != 0, bool(run.stderr))
         return words_of(run.stderr)
 
@@ -39,6 +41,17 @@ class CheckSettings(unittest.TestCase):
     def test_refuses_every_other_version(self):
         for version in ("", "1", "1.", ".1", "1.10", "1.2.3", "1.2.3.4", "v1.2", "1.2b", "1,2"):
             self.assertIn(f'The version "{version}" must be a number', self.check(version=version))
+
+    def test_accepts_a_domain_backwards_and_a_name_as_the_id(self):
+        for app_id in (APP_ID, "io.github.some_user.Dunmora", "org.my-domain.dunmora2", "org._7_zip.app"):
+            self.assertEqual(self.check(app_id=app_id), "", app_id)
+
+    def test_refuses_every_other_id(self):
+        for app_id in ("", "dunmora", "example.dunmora", "com.example.", ".com.example", "com..example.dunmora",
+                       "com.example.2dunmora", "com.example.-dunmora", "com.example.dun mora", "com.exämple.dunmora",
+                       "com.example/dunmora", "com.example.dunmora.desktop;x", "com.example.dunmora\n",
+                       "com.example." + "x" * 200):
+            self.assertIn("must be a domain backwards and a name", self.check(app_id=app_id), app_id)
 
     def test_accepts_a_host_a_host_with_a_port_and_none(self):
         for host in ("", "localhost", "update.example.com", SERVICE, "127.0.0.1:65535", "xn--bcher-kva.example"):
@@ -67,9 +80,12 @@ class Configure(unittest.TestCase):
                                "-DDUNMORA_QT=OFF", "-DDUNMORA_EDS=OFF", "-DDUNMORA_TESTS=OFF", *settings],
                               capture_output=True, text=True, check=False)
 
-    def transport_security(self):
+    def info(self):
         with open(self.build / "Info.plist", "rb") as file:
-            return plistlib.load(file).get("NSAppTransportSecurity")
+            return plistlib.load(file)
+
+    def transport_security(self):
+        return self.info().get("NSAppTransportSecurity")
 
     def test_has_no_update_service_by_default(self):
         run = self.configure()
@@ -84,6 +100,12 @@ class Configure(unittest.TestCase):
         self.assertEqual(run.returncode, 0, run.stderr)
         self.assertEqual(self.transport_security(), {
             "NSExceptionDomains": {"update.example.com": {"NSExceptionAllowsInsecureHTTPLoads": True}}})
+
+    def test_identifies_the_mac_bundle_by_the_id_with_hyphens_for_underscores(self):
+        run = self.configure("-DDUNMORA_APP_ID=org.some_user.app")
+
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertEqual(self.info()["CFBundleIdentifier"], "org.some-user.app")
 
     def test_stops_at_an_address_in_place_of_a_host(self):
         run = self.configure("-DDUNMORA_UPDATE_HOST=https://update.example.com/")

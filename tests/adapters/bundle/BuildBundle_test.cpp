@@ -14,6 +14,11 @@ TEST(BuildBundle, HasTheVersion)
     EXPECT_EQ(BuildBundle().objectForInfoDictionaryKey("CFBundleVersion"), "1.2");
 }
 
+TEST(BuildBundle, HasTheIdForTheDesktop)
+{
+    EXPECT_EQ(BuildBundle().objectForInfoDictionaryKey("CFBundleIdentifier"), "org.example.app");
+}
+
 TEST(BuildBundle, HasTheUpdateHostOnlyInABuildWithAnUpdateService)
 {
     const std::string_view host = DUNMORA_UPDATE_HOST;
