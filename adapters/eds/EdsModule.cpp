@@ -19,15 +19,12 @@ namespace {
 
 constexpr auto kProgram = "/proc/self/exe";
 
-/// The plug-in, which is in the program's folder; empty when it is not installed. The current
-/// folder is never searched.
+/// The plug-in of this program; empty when it is not installed.
 std::filesystem::path moduleFile()
 {
     std::error_code error;
-    const auto program = std::filesystem::read_symlink(kProgram, error);
-    const auto file = program.parent_path() / kEdsModuleFile;
-    return file.is_absolute() && std::filesystem::exists(file, error) ? file
-                                                                      : std::filesystem::path();
+    const auto file = moduleOf(std::filesystem::read_symlink(kProgram, error));
+    return std::filesystem::exists(file, error) ? file : std::filesystem::path();
 }
 
 [[noreturn]] void fail(const std::string& reason)
@@ -51,6 +48,16 @@ struct stat statusOf(const std::filesystem::path& path)
 }
 
 }  // namespace
+
+std::filesystem::path moduleOf(const std::filesystem::path& program)
+{
+    // Never relative to the current folder, which anybody may have written.
+    if (!program.is_absolute()) {
+        return {};
+    }
+    // The program's path has no links, so its parents are what ".." stands for.
+    return (program.parent_path() / DUNMORA_MODULE_PATH / kEdsModuleFile).lexically_normal();
+}
 
 void checkModule(const std::filesystem::path& module, const std::filesystem::path& program)
 {

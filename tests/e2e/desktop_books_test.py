@@ -17,9 +17,9 @@ from cards import card
 from desktop import Desktop
 from dunmora import CONFIRMATION, is_alert
 from dunmoracase import ANN_1, ANN_2, ANNS, BEN, BOOK, CARL_1, CARL_2, CARLS, DunmoraCase
+from module import MODULE, module_of
 
 SERVICES = sorted(pathlib.Path("/usr/share/dbus-1/services").glob("org.gnome.evolution.dataserver.[AS]*.service"))
-MODULE = "dunmora-eds.so"
 # The longest time until a user sees a message, whatever is broken.
 SECONDS = 15
 
@@ -183,23 +183,33 @@ class TerminalTest(BooksCase):
         self.assertEqual(loaded("delete", self.book, "--dry-run"), [])
         self.assertEqual(loaded("list", "eds:"), [MODULE, "libebook", "libglib", "libgio"])
 
-    def test_works_on_files_without_the_module(self):
-        program = self.home / "dunmora-cli"
+    def copy_of_the_program(self):
+        """Copies the terminal program without the module; returns its path and where its module would be."""
+        prefix = self.home / "a prefix"
+        program = prefix / "bin/dunmora-cli"
+        module = prefix / module_of(self.terminal_program).relative_to(pathlib.Path(self.terminal_program).parents[1])
+        for file in (program, module):
+            file.parent.mkdir(parents=True)
         shutil.copy(self.terminal_program, program)
+        return program, module
+
+    def test_works_on_files_without_the_module(self):
+        program, module = self.copy_of_the_program()
+        # None of these is the folder for it.
+        for folder in (program.parent, module.parent.parent, self.home):
+            shutil.copy(module_of(self.terminal_program), folder)
 
         self.assertEqual(self.run_cli("list", self.book, program=program).returncode, 0)
         for arguments in (["list", "eds:"], ["books"]):
-            run = self.run_cli(*arguments, program=program)
+            run = self.run_cli(*arguments, program=program, LD_LIBRARY_PATH=str(program.parent))
             self.assertEqual(run.returncode, 1)
             self.assertEqual(run.stderr, "dunmora-cli: The desktop's address books cannot be opened: Dunmora's module "
                                          f"for them, {MODULE}, is not installed.\n")
 
     def test_loads_no_module_that_other_users_can_change(self):
-        folder = self.home / "bin"
-        folder.mkdir()
-        program = folder / "dunmora-cli"
-        shutil.copy(self.terminal_program, program)
-        shutil.copy(pathlib.Path(self.terminal_program).with_name(MODULE), folder)
+        program, module = self.copy_of_the_program()
+        folder = module.parent
+        shutil.copy(module_of(self.terminal_program), module)
         self.assertEqual(self.run_cli("books", program=program).returncode, 0)
 
         folder.chmod(0o777)

@@ -36,7 +36,8 @@ PRECOMPILED = ["functional", "memory", "optional", "string", "string_view", "vec
 
 # The preferences and address books of other systems, and what includes Qt.
 NOT_READ = ["adapters/defaults/", "adapters/eds/module/", "adapters/qt/", "programs/dunmora/RunDunmora.cpp"]
-GIVEN_BY_THE_BUILD = ["DUNMORA_APP_ID", "DUNMORA_SUPPORT", "DUNMORA_UPDATE_HOST", "DUNMORA_VERSION", "DUNMORA_WEBSITE"]
+GIVEN_BY_THE_BUILD = ["DUNMORA_APP_ID", "DUNMORA_MODULE_PATH", "DUNMORA_SUPPORT", "DUNMORA_UPDATE_HOST",
+                      "DUNMORA_VERSION", "DUNMORA_WEBSITE"]
 
 
 def mac_sources():

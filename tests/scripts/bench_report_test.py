@@ -155,9 +155,12 @@ class BrokenDesktop(Meter):
 class Desktop(unittest.TestCase):
     def runs(self, status):
         with tempfile.TemporaryDirectory() as folder:
-            for name in ("ebook_read", "desktop_book", "dunmora-eds.so"):
-                (pathlib.Path(folder) / name).touch()
-            runs = Runs(BrokenDesktop(folder, status), folder, folder, report=None)
+            programs = pathlib.Path(folder) / "bin"
+            for name in ("bin/ebook_read", "bin/desktop_book", "lib/dunmora/dunmora-eds.so"):
+                file = pathlib.Path(folder) / name
+                file.parent.mkdir(parents=True, exist_ok=True)
+                file.touch()
+            runs = Runs(BrokenDesktop(programs, status), programs, folder, report=None)
             runs._measure_desktop(10)
             return runs
 

@@ -113,6 +113,14 @@ class Configure(unittest.TestCase):
         self.assertNotEqual(run.returncode, 0)
         self.assertIn("must be host or host:port", words_of(run.stderr))
 
+    def test_stops_at_folders_that_the_build_folder_cannot_have(self):
+        for folders in (["-DCMAKE_INSTALL_BINDIR=/a/bin", "-DCMAKE_INSTALL_LIBDIR=/b/lib"],
+                        ["-DCMAKE_INSTALL_BINDIR=games/bin"]):
+            run = self.configure(*folders)
+
+            self.assertNotEqual(run.returncode, 0, folders)
+            self.assertIn("must be a folder directly in the prefix", words_of(run.stderr), folders)
+
     def test_stops_at_a_version_that_is_not_a_decimal_number(self):
         project = self.build / "version.cmake"
         project.write_text("set(PROJECT_VERSION 1.10)\n")

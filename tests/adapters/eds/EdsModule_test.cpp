@@ -19,7 +19,21 @@ namespace fs = std::filesystem;
 constexpr uid_t kSomebody = 12345;
 constexpr gid_t kSomeGroup = 12346;
 
-/// A program with its module beside it, as a build with umask 022 writes them.
+TEST(EdsModule, IsFoundFromTheFolderOfTheProgramWhereverThatIs)
+{
+    EXPECT_EQ(moduleOf("/usr/bin/dunmora"), "/usr/lib/multiarch/dunmora/dunmora-eds.so");
+    EXPECT_EQ(moduleOf("/opt/some place/bin/dunmora-cli"),
+              "/opt/some place/lib/multiarch/dunmora/dunmora-eds.so");
+}
+
+TEST(EdsModule, IsNotFoundFromTheCurrentFolder)
+{
+    EXPECT_EQ(moduleOf(""), "");
+    EXPECT_EQ(moduleOf("dunmora"), "");
+    EXPECT_EQ(moduleOf("bin/dunmora"), "");
+}
+
+/// A program and its module with the modes that a build with umask 022 gives them.
 class EdsModuleTest : public testing::Test {
 protected:
     EdsModuleTest()
