@@ -15,6 +15,18 @@ if(NOT DUNMORA_APP_ID MATCHES "^${part}(\\.${part})(\\.${part})+$" OR length GRE
         "DUNMORA_APP_ID \"${DUNMORA_APP_ID}\" must be a domain backwards and a name, such as com.example.dunmora: three or more parts of letters, digits, _ and -, none of which begins with a digit.")
 endif()
 
+foreach(setting IN ITEMS DUNMORA_LICENSE DUNMORA_METADATA_LICENSE)
+    if(NOT "${${setting}}" MATCHES "^([A-Za-z0-9(][A-Za-z0-9.+:() -]*)?$")
+        message(FATAL_ERROR
+            "${setting} \"${${setting}}\" must be an SPDX licence expression, such as MIT OR Apache-2.0, or empty.")
+    endif()
+endforeach()
+
+if(NOT "${DUNMORA_SCREENSHOTS}" MATCHES "^(https://[!-~]*[!-.0-~])?$")
+    message(FATAL_ERROR
+        "DUNMORA_SCREENSHOTS \"${DUNMORA_SCREENSHOTS}\" must be an address that begins with https:// and does not end with a slash, or empty.")
+endif()
+
 set(label "[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?")
 set(port "[1-9][0-9]?[0-9]?[0-9]?[0-9]?")
 if(NOT DUNMORA_UPDATE_HOST MATCHES "^(${label}(\\.${label})*(:(${port}))?)?$" OR CMAKE_MATCH_6 GREATER 65535)

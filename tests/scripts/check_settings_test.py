@@ -26,11 +26,11 @@ class CheckSettings(unittest.TestCase):
 
     cmake: str
 
-    def check(self, version="0.1", host=SERVICE, app_id=APP_ID):
+    def check(self, version="0.1", host=SERVICE, app_id=APP_ID, **settings):
         """Returns the message of the check; empty if it accepts all of them."""
-        run = subprocess.run([self.cmake, f"-DPROJECT_VERSION={version}", f"-DDUNMORA_UPDATE_HOST={host}",
-                              f"-DDUNMORA_APP_ID={app_id}", "-P", ROOT / "cmake/CheckSettings.cmake"],
-                             capture_output=True, text=True, check=False)
+        settings |= {"PROJECT_VERSION": version, "DUNMORA_UPDATE_HOST": host, "DUNMORA_APP_ID": app_id}
+        run = subprocess.run([self.cmake, *(f"-D{name}={value}" for name, value in settings.items()), "-P",
+                              ROOT / "cmake/CheckSettings.cmake"], capture_output=True, text=True, check=False)
         self.assertEqual(run.returncode != 0, bool(run.stderr))
         return words_of(run.stderr)
 
@@ -52,6 +52,26 @@ class CheckSettings(unittest.TestCase):
                        "com.example/dunmora", "com.example.dunmora.desktop;x", "com.example.dunmora\n",
                        "com.example." + "x" * 200):
             self.assertIn("must be a domain backwards and a name", self.check(app_id=app_id), app_id)
+
+    def test_accepts_licences_as_spdx_expressions_and_none(self):
+        for name in ("DUNMORA_LICENSE", "DUNMORA_METADATA_LICENSE"):
+            for value in ("", "CC0-1.0", "GPL-3.0-or-later", "(MIT OR Apache-2.0) AND BSD-3-Clause", "LGPL-2.1+"):
+                self.assertEqual(self.check(**{name: value}), "", value)
+
+    def test_refuses_what_is_no_spdx_expression(self):
+        for name in ("DUNMORA_LICENSE", "DUNMORA_METADATA_LICENSE"):
+            for value in ("<MIT>", "MIT & BSD", " ", "MIT;BSD", "https://example.com/licence", "frei für alle"):
+                self.assertIn(f"{name} \"{value}\" must be an SPDX", self.check(**{name: value}), value)
+
+    def test_accepts_an_address_with_https_for_the_screenshots_and_none(self):
+        for address in ("", "https://example.com", "https://example.com/a/b?c=d&e=f"):
+            self.assertEqual(self.check(DUNMORA_SCREENSHOTS=address), "", address)
+
+    def test_refuses_every_other_address_for_the_screenshots(self):
+        for address in ("http://example.com/a", "https://", "https://example.com/", "example.com/a",
+                        "https://example.com/a b", "file:///a"):
+            self.assertIn("must be an address that begins with https://", self.check(DUNMORA_SCREENSHOTS=address),
+                          address)
 
     def test_accepts_a_host_a_host_with_a_port_and_none(self):
         for host in ("", "localhost", "update.example.com", SERVICE, "127.0.0.1:65535", "xn--bcher-kva.example"):
