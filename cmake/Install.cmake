@@ -1,4 +1,9 @@
-# What is installed.
+# What is installed. On a Mac that is the bundle, which contains both programs.
+if(APPLE AND TARGET dunmora)
+    dunmora_install_mac_bundle(dunmora dunmora-cli)
+    return()
+endif()
+
 dunmora_install(${CMAKE_INSTALL_BINDIR} dunmora-cli TARGETS dunmora-cli)
 if(TARGET dunmora-eds)
     dunmora_install(${CMAKE_INSTALL_LIBDIR}/dunmora dunmora-eds TARGETS dunmora-eds)

@@ -20,6 +20,15 @@ endif()
 set(DUNMORA_INFO_PLIST ${PROJECT_BINARY_DIR}/Info.plist)
 configure_file(${PROJECT_SOURCE_DIR}/packaging/Info.plist.in ${DUNMORA_INFO_PLIST} @ONLY)
 
+# The command that signs a program or bundle, whose path follows.
+set(DUNMORA_SIGN codesign --force --sign "${DUNMORA_CODESIGN_IDENTITY}"
+    --entitlements ${PROJECT_SOURCE_DIR}/packaging/dunmora.entitlements)
+if(NOT DUNMORA_CODESIGN_IDENTITY STREQUAL "-")
+    # The hardened runtime, which notarisation requires. With an ad hoc signature it would refuse to
+    # load Qt, which is signed by somebody else.
+    list(APPEND DUNMORA_SIGN --options runtime)
+endif()
+
 # dunmora_mac_bundle(WINDOWED TERMINAL)
 # Turns the program with windows into a bundle, copies the terminal program into it, where it shares
 # the bundle's identifier and so its preferences and permissions, and signs both.
@@ -28,18 +37,25 @@ function(dunmora_mac_bundle windowed terminal)
         MACOSX_BUNDLE ON
         MACOSX_BUNDLE_INFO_PLIST ${DUNMORA_INFO_PLIST}
         OUTPUT_NAME ${DUNMORA_BUNDLE_NAME})
-    set(entitlements ${PROJECT_SOURCE_DIR}/packaging/dunmora.entitlements)
-    set(sign codesign --force --sign "${DUNMORA_CODESIGN_IDENTITY}" --entitlements ${entitlements})
-    if(NOT DUNMORA_CODESIGN_IDENTITY STREQUAL "-")
-        # The hardened runtime, which notarisation requires. With an ad hoc signature it would refuse to
-        # load Qt, which is signed by somebody else.
-        list(APPEND sign --options runtime)
-    endif()
     set(programs $<TARGET_BUNDLE_CONTENT_DIR:${windowed}>/MacOS)
     add_dependencies(${windowed} ${terminal})
     add_custom_command(TARGET ${windowed} POST_BUILD
         COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${terminal}> ${programs}
-        COMMAND ${sign} ${programs}/$<TARGET_FILE_NAME:${terminal}>
-        COMMAND ${sign} $<TARGET_BUNDLE_DIR:${windowed}>
+        COMMAND ${DUNMORA_SIGN} ${programs}/$<TARGET_FILE_NAME:${terminal}>
+        COMMAND ${DUNMORA_SIGN} $<TARGET_BUNDLE_DIR:${windowed}>
         VERBATIM)
+endfunction()
+
+# dunmora_install_mac_bundle(WINDOWED TERMINAL)
+# Installs the bundle into the prefix, such as /Applications. Where macdeployqt is installed, it copies Qt and the other
+# libraries into it. The copy is signed again, because both change the programs.
+function(dunmora_install_mac_bundle windowed terminal)
+    set_property(GLOBAL APPEND PROPERTY DUNMORA_INSTALL_FOLDERS ${DUNMORA_BUNDLE_NAME}.app)
+    install(TARGETS ${windowed} BUNDLE DESTINATION . COMPONENT dunmora)
+    find_program(DUNMORA_MACDEPLOYQT macdeployqt HINTS "${Qt6_DIR}/../../../bin" DOC "Copies Qt into the bundle")
+    mark_as_advanced(DUNMORA_MACDEPLOYQT)
+    set(DUNMORA_TERMINAL_PROGRAM ${terminal})
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/CompleteMacBundle.cmake.in ${PROJECT_BINARY_DIR}/CompleteMacBundle.cmake
+        @ONLY)
+    install(SCRIPT ${PROJECT_BINARY_DIR}/CompleteMacBundle.cmake COMPONENT dunmora)
 endfunction()
