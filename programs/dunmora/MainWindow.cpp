@@ -130,6 +130,11 @@ void MainWindow::openByDefault(std::string_view name, const std::filesystem::pat
     }
 }
 
+void MainWindow::chooseAtLaunch()
+{
+    choosesAtLaunch_ = true;
+}
+
 void MainWindow::explainNoBook(std::string_view reason)
 {
     review_.setBookIsOpen(false, reason);
@@ -148,6 +153,11 @@ void MainWindow::applicationDidFinishLaunching()
 
 void MainWindow::applicationDidBecomeActive()
 {
+    // Closing the panel activates the window again.
+    if (std::exchange(choosesAtLaunch_, false)) {
+        review_.OnOpen(nullptr);
+        return;
+    }
     // Without a book there is nothing to load. Opening one starts the first load then. A dropped
     // book or the reload command may start it even before the first activation; a second load at
     // the same time would use the same people.

@@ -67,6 +67,9 @@ public:
     /// not asked for it. Call it before the launch.
     void openByDefault(std::string_view name, const std::filesystem::path& path);
 
+    /// Lets the user choose a vCard file at the first activation. Call it before the launch.
+    void chooseAtLaunch();
+
     /// Shows on that page why no book is opened by default. Call it before the launch.
     void explainNoBook(std::string_view reason);
 
@@ -108,6 +111,7 @@ private:
     std::string libraries_;
     bool isLaunched_ = false;
     bool jobsHaveBegun_ = false;
+    bool choosesAtLaunch_ = false;
     /// Whether the program has chosen the open book by itself.
     bool isDefaultBook_ = false;
     /// Whether the running load is the one that such a book begins with.

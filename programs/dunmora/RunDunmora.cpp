@@ -52,6 +52,7 @@ namespace {
 
 struct Options {
     std::filesystem::path addressBook;
+    bool choosesFile = false;
 };
 
 /// The options, or the exit status if the program has nothing left to do.
@@ -62,11 +63,12 @@ std::variant<Options, int> parse(int argc, char** argv, const Bundle& bundle)
     app.set_version_flag("--version",
                          "dunmora " +
                              bundle.objectForInfoDictionaryKey("CFBundleVersion").value_or(""));
-    app.add_option("ADDRESS-BOOK", options.addressBook,
-                   "A vCard file or a folder of vCard files; " +
-                       std::string(systemAddressBookHelp()) +
-                       " (default: " + std::string(systemAddressBookName()) + ")")
-        ->option_text(" ");
+    auto* const book = app.add_option("ADDRESS-BOOK", options.addressBook,
+                                      "A vCard file or a folder of vCard files; " +
+                                          std::string(systemAddressBookHelp()) + " (default: " +
+                                          std::string(systemAddressBookName()) + ")")
+                           ->option_text(" ");
+    app.add_flag("--choose", options.choosesFile, "Let me choose a vCard file")->excludes(book);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -85,11 +87,14 @@ std::string libraries()
     return text + "CLI11 and xxHash";
 }
 
-/// Opens the address book of the command line, or else the system's, if it can be opened.
+/// Opens the address book of the command line or lets the user choose one, or else opens the
+/// system's, if it can be opened.
 void openFirst(MainWindow& mainWindow, const Options& options)
 {
     const std::filesystem::path own = systemAddressBookName();
-    if (options.addressBook == own) {
+    if (options.choosesFile) {
+        mainWindow.chooseAtLaunch();
+    } else if (options.addressBook == own) {
         mainWindow.openAs(SystemBooks::kAll, own);
     } else if (!options.addressBook.empty()) {
         mainWindow.open(options.addressBook);

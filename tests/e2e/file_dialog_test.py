@@ -2,6 +2,7 @@
 """Opens and saves files with the desktop's own dialog: file_dialog_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
 import os
+import subprocess
 import urllib.parse
 
 from gi.repository import GLib
@@ -78,6 +79,23 @@ class OpenTest(FileDialogCase):
                          [("vCard files", [(0, "*.vcf"), (0, "*.vcard"), (0, "*.VCF"), (0, "*.VCARD")]),
                           ("All files", [(0, "*")])])
         self.assertEqual(portal.closed, [])
+
+    def test_asks_for_a_file_at_the_start(self):
+        portal = self.portal()
+
+        dunmora = self.start("--choose")
+        self.next_call(dunmora, portal, 0)
+        portal.respond(CHOSEN, uri(self.other))
+        dunmora.search()
+
+        dunmora.total("2 duplicates of 2")
+        self.assertEqual(len(portal.calls), 1)
+
+    def test_asks_for_no_file_beside_the_one_that_is_given(self):
+        run = subprocess.run([self.executable, "--choose", self.book], capture_output=True, text=True, check=False)
+
+        self.assertEqual((run.returncode, run.stdout), (2, ""))
+        self.assertIn("ADDRESS-BOOK excludes --choose", run.stderr)
 
     def test_opens_a_folder_chosen_in_the_desktops_dialog(self):
         portal = self.portal()

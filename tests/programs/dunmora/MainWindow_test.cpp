@@ -115,6 +115,37 @@ TEST_F(MainWindowTest, StartsTheFirstLoadOnceABookIsOpen)
     EXPECT_EQ(table().rows, 2U);
 }
 
+TEST_F(MainWindowTest, LetsTheUserChooseAFileOnceAtTheFirstActivation)
+{
+    desktop_.openPanel.choice = file_;
+    makeWindow();
+    window_->chooseAtLaunch();
+    EXPECT_TRUE(desktop_.openPanel.kinds.empty());
+
+    launch();
+    window_->applicationDidBecomeActive();
+    application_.runUntilIdle();
+
+    EXPECT_EQ(desktop_.openPanel.kinds, std::vector{OpenPanel::Kind::File});
+    EXPECT_EQ(opened_, Paths{file_});
+    EXPECT_EQ(application_.threads, (Lines{"LoadContacts", "FindDuplicates"}));
+    EXPECT_EQ(table().rows, 2U);
+}
+
+TEST_F(MainWindowTest, HasNoBookWhenTheUserChoosesNoneAtTheFirstActivation)
+{
+    makeWindow();
+    window_->chooseAtLaunch();
+
+    launch();
+    window_->applicationDidBecomeActive();
+
+    EXPECT_EQ(desktop_.openPanel.kinds.size(), 1U);
+    EXPECT_TRUE(alerts().empty());
+    EXPECT_TRUE(application_.threads.empty());
+    EXPECT_EQ(emptiness(), "No address book is open");
+}
+
 TEST_F(MainWindowTest, ExplainsHowToOpenABookWhenNoneCanBeReloaded)
 {
     start(std::nullopt);
