@@ -30,7 +30,7 @@ from cards import card
 PROGRAM = ""
 ROOT = pathlib.Path(__file__).parents[2]
 SAMPLE = ROOT / "samples" / "address-book.vcf"
-README = ROOT / "README.md"
+GUIDE = ROOT / "docs/guide/terminal.md"
 SECONDS = 20
 QUESTION = (
     "book.vcf”.\r\n"
@@ -778,10 +778,10 @@ class StandardInputTest(EndToEnd):
 COMMANDS = ("list", "delete", "restore", "show", "diff", "fields", "books", "help")
 
 
-def options_in_readme():
-    """Returns the pairs of command and option in the table of the README."""
+def options_in_guide():
+    """Returns the pairs of command and option in the table of the guide."""
     pairs = set()
-    for line in README.read_text().partition("| option | commands |")[2].partition("\n\n")[0].splitlines()[2:]:
+    for line in GUIDE.read_text().partition("| option | commands |")[2].partition("\n\n")[0].splitlines()[2:]:
         _, options, commands, *_ = re.split(r"(?<!\\)\|", line)
         names = re.findall(r"[a-z]+", commands)
         if names[:2] == ["all", "but"]:
@@ -791,13 +791,13 @@ def options_in_readme():
 
 
 class HelpTest(EndToEnd):
-    def test_has_the_options_of_the_readme(self):
+    def test_has_the_options_of_the_guide(self):
         options = set()
         for command in COMMANDS:
             _, out, _ = self.run_program("help", command)
             options.update((command, option) for option in re.findall(r"^  (--[a-z-]+)", out, re.MULTILINE))
 
-        self.assertEqual({pair for pair in options if pair[1] != "--version"}, options_in_readme())
+        self.assertEqual({pair for pair in options if pair[1] != "--version"}, options_in_guide())
 
     def test_has_examples_that_run(self):
         """Runs every example in a folder with the files that it names. The desktop's books may be missing."""
