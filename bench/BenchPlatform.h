@@ -10,6 +10,7 @@
 
 #include <array>
 #include <deque>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -75,6 +76,7 @@ class ClosedWorkspace final : public Workspace {
 public:
     bool openURL(const std::string& /*url*/) override { return false; }
     void openWebPage(const std::string& /*url*/) override {}
+    bool openLocalPage(const std::filesystem::path& /*page*/) override { return false; }
     std::string webHost(const std::string& /*url*/) const override { return {}; }
 };
 

@@ -2,6 +2,7 @@
 
 #include "adapters/qt/QtAlert.h"
 #include "adapters/qt/QtApplication.h"
+#include "adapters/qt/QtPath.h"
 #include "adapters/qt/QtText.h"
 #include "text/DisplayText.h"
 
@@ -13,6 +14,7 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace dunmora {
 
@@ -72,28 +74,26 @@ std::optional<QUrl> untrustedPage(std::string_view url)
     return page;
 }
 
+bool openInProgram(const QUrl& url, QtApplication& application)
+{
+    bool isOpened = false;
+    application.performOnMainThread([&] { isOpened = QDesktopServices::openUrl(url); });
+    return isOpened;
+}
+
 }  // namespace
 
 bool QtWorkspace::openURL(const std::string& url)
 {
     const QUrl parsed(toQString(url), QUrl::StrictMode);
-    if (!mayBeOpened(parsed)) {
-        return false;
-    }
-    bool isOpened = false;
-    application_.performOnMainThread([&] { isOpened = QDesktopServices::openUrl(parsed); });
-    return isOpened;
+    return mayBeOpened(parsed) && openInProgram(parsed, application_);
 }
 
 void QtWorkspace::openWebPage(const std::string& url)
 {
     const auto address = withoutLineEnd(url);
     const auto page = untrustedPage(address);
-    bool isOpened = false;
-    if (page) {
-        application_.performOnMainThread([&] { isOpened = QDesktopServices::openUrl(*page); });
-    }
-    if (isOpened) {
+    if (page && openInProgram(*page, application_)) {
         return;
     }
     const auto text = quotedText(shownText(address)) +
@@ -105,6 +105,14 @@ void QtWorkspace::openWebPage(const std::string& url)
                           {text, "", "OK", std::nullopt, std::nullopt, AlertStyle::Failure});
     };
     QMetaObject::invokeMethod(&application_, report, Qt::QueuedConnection);
+}
+
+bool QtWorkspace::openLocalPage(const std::filesystem::path& page)
+{
+    std::error_code error;
+    return page.is_absolute() && page.extension() == ".html" &&
+           std::filesystem::is_regular_file(page, error) &&
+           openInProgram(QUrl::fromLocalFile(textOf(page)), application_);
 }
 
 std::string QtWorkspace::webHost(const std::string& url) const

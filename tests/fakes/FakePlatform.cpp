@@ -20,6 +20,12 @@ void RecordingWorkspace::openWebPage(const std::string& url)
     onOpenWebPage(url);
 }
 
+bool RecordingWorkspace::openLocalPage(const std::filesystem::path& page)
+{
+    openedLocalPages.push_back(page);
+    return hasBrowser;
+}
+
 std::string RecordingWorkspace::webHost(const std::string& url) const
 {
     const auto found = webHosts.find(url);

@@ -7,6 +7,7 @@
 #include "tests/fakes/FakeAddressBook.h"
 #include "tests/fakes/FakeUserDefaults.h"
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -27,15 +28,19 @@ public:
         [](const AlertContent& /*content*/) { return kDefaultButton; };
 };
 
-/// Records every URL that it is asked to open.
+/// Records every URL and page that it is asked to open.
 class RecordingWorkspace final : public Workspace {
 public:
     bool openURL(const std::string& url) override;
     void openWebPage(const std::string& url) override;
+    bool openLocalPage(const std::filesystem::path& page) override;
     std::string webHost(const std::string& url) const override;
 
     std::vector<std::string> opened;
     std::vector<std::string> openedPages;
+    std::vector<std::filesystem::path> openedLocalPages;
+    /// Whether a program accepts local pages.
+    bool hasBrowser = true;
     /// The hosts of web pages that it may open, by their URLs.
     std::map<std::string, std::string> webHosts;
     /// Called with the URL of each web page.

@@ -3,6 +3,7 @@
 #include "adapters/qt/AlertDialog.h"
 #include "adapters/qt/QtWorkspace.h"
 #include "tests/adapters/qt/QtTest.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 #include <QDesktopServices>
 #include <QTimer>
@@ -10,6 +11,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -92,6 +94,33 @@ TEST_F(QtWorkspaceTest, OpensNoMessageWithAttachments)
           "mailto:a@b?Attach%4dent=/etc/passwd", "mailto:a@b?subject=x&amp;attach=/etc/passwd",
           "mailto:a@b?%20attach=/etc/passwd", "mailto:a@b?attach"}) {
         EXPECT_FALSE(workspace.openURL(url)) << url;
+    }
+
+    EXPECT_EQ(programs.opened, std::vector<std::string>());
+}
+
+TEST_F(QtWorkspaceTest, OpensAPageOfItsOwn)
+{
+    const TemporaryFolder folder;
+    const auto page = folder.path() / "a page.html";
+    write(page, "<title>Help</title>");
+
+    EXPECT_TRUE(workspace.openLocalPage(page));
+
+    EXPECT_EQ(programs.opened,
+              std::vector<std::string>{"file://" + folder.path().string() + "/a%20page.html"});
+}
+
+TEST_F(QtWorkspaceTest, OpensNoOtherFile)
+{
+    const TemporaryFolder folder;
+    write(folder.path() / "program.desktop", "");
+    std::filesystem::create_directory(folder.path() / "folder.html");
+
+    for (const auto& page : {folder.path() / "program.desktop", folder.path() / "folder.html",
+                             folder.path() / "none.html", std::filesystem::path("index.html"),
+                             std::filesystem::path()}) {
+        EXPECT_FALSE(workspace.openLocalPage(page)) << page;
     }
 
     EXPECT_EQ(programs.opened, std::vector<std::string>());

@@ -95,5 +95,17 @@ TEST(PrintingWorkspace, PrintsAnUntrustedAddressSafely)
     EXPECT_EQ(out.str(), "http://example.com/␛[2J\n");
 }
 
+TEST(PrintingWorkspace, PrintsAPathSafely)
+{
+    std::ostringstream out;
+    PrintingWorkspace workspace(out);
+
+    EXPECT_TRUE(workspace.openLocalPage("/doc/a\x1b.html"));
+    EXPECT_EQ(out.str(), "/doc/a␛.html\n");
+
+    out.setstate(std::ios::badbit);
+    EXPECT_FALSE(workspace.openLocalPage("/doc/a.html"));
+}
+
 }  // namespace
 }  // namespace dunmora::test
