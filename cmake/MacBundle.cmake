@@ -39,6 +39,10 @@ function(dunmora_mac_bundle windowed terminal)
         OUTPUT_NAME ${DUNMORA_BUNDLE_NAME})
     set(programs $<TARGET_BUNDLE_CONTENT_DIR:${windowed}>/MacOS)
     add_dependencies(${windowed} ${terminal})
+    if(TARGET guide)
+        # Its pages are resources of the bundle, so they must be there when it is signed.
+        add_dependencies(${windowed} guide)
+    endif()
     add_custom_command(TARGET ${windowed} POST_BUILD
         COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${terminal}> ${programs}
         COMMAND ${DUNMORA_SIGN} ${programs}/$<TARGET_FILE_NAME:${terminal}>
