@@ -21,6 +21,7 @@
 #include "platform/Platform.h"
 #include "programs/dunmora/MainWindow.h"
 #include "programs/dunmora/SupervisedApplication.h"
+#include "programs/dunmora/UserGuide.h"
 #include "tests/fakes/TemporaryFolder.h"
 
 #include <QAbstractButton>
@@ -117,7 +118,7 @@ public:
                 const auto book = std::make_shared<VCardAddressBook>(path);
                 return OpenedBook{book, book, book};
             },
-            "");
+            "", UserGuide(folder, "guide"));
     }
 
     /// Shows the window; reads nothing yet.

@@ -58,11 +58,12 @@ std::string bookName(const std::filesystem::path& path)
 }  // namespace
 
 MainWindow::MainWindow(SupervisedApplication& application, Platform& platform,
-                       MakeAddressBook makeAddressBook, std::string libraries)
+                       MakeAddressBook makeAddressBook, std::string libraries, UserGuide guide)
     : application_(application),
       platform_(platform),
       makeAddressBook_(std::move(makeAddressBook)),
       libraries_(std::move(libraries)),
+      guide_(std::move(guide)),
       interface_(mainInterface()),
       contacts_(*interface_, [this] { delegate_.LoadContacts(); }),
       review_(*interface_, contacts_, [this](OpenPanel::Kind kind) { return openBook(kind); }),
@@ -212,6 +213,7 @@ void MainWindow::connectCommands()
     connect("OnClose", [this] { interface_->window().close(); });
     connect("OnQuit", [this] { application_.terminate(this); });
     connect("OnCheckForUpdate", [this] { delegate_.OnCheckForUpdate(nullptr); });
+    connect("OnHelp", [this] { guide_.open(); });
     connect("OnShortcuts", [this] { shortcuts_.showWindow(this); });
     connect("OnWebsite", [] { Settings::Website(); });
     connect("OnSupport", [] { Settings::Support(); });

@@ -8,6 +8,7 @@
 #include "programs/dunmora/JobObserver.h"
 #include "programs/dunmora/SystemBooks.h"
 #include "programs/dunmora/UndoDelete.h"
+#include "programs/dunmora/UserGuide.h"
 #include "ui/ContactsController.h"
 #include "ui/ReviewController.h"
 #include "ui/ShortcutsController.h"
@@ -40,7 +41,7 @@ public:
     /// the libraries that the program is built with, for the user.
     /// Errors: std::runtime_error when the window's interface cannot be loaded.
     MainWindow(SupervisedApplication& application, Platform& platform,
-               MakeAddressBook makeAddressBook, std::string libraries);
+               MakeAddressBook makeAddressBook, std::string libraries, UserGuide guide);
     /// No job may be running.
     ~MainWindow() override;
     MainWindow(const MainWindow&) = delete;
@@ -109,6 +110,7 @@ private:
     std::filesystem::path bookFolder_;
     MakeAddressBook makeAddressBook_;
     std::string libraries_;
+    UserGuide guide_;
     bool isLaunched_ = false;
     bool jobsHaveBegun_ = false;
     bool choosesAtLaunch_ = false;

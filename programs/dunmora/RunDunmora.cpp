@@ -9,6 +9,7 @@
 #include "adapters/qt/QtInterfaceLoader.h"
 #include "adapters/qt/QtNumberFormat.h"
 #include "adapters/qt/QtOpenPanel.h"
+#include "adapters/qt/QtPath.h"
 #include "adapters/qt/QtSavePanel.h"
 #include "adapters/qt/QtTextFolding.h"
 #include "adapters/qt/QtWorkspace.h"
@@ -20,6 +21,7 @@
 #include "programs/dunmora/MainWindow.h"
 #include "programs/dunmora/PreferencesFailures.h"
 #include "programs/dunmora/SupervisedApplication.h"
+#include "programs/dunmora/UserGuide.h"
 #include "programs/platform/PlatformChoice.h"
 
 #include <CLI/CLI.hpp>
@@ -152,7 +154,8 @@ void setWindowClass(const QString& id)
     interfaceLoader.setDropHandler("OnOpen", [&](const std::vector<std::filesystem::path>& paths) {
         dropTarget->openDropped(paths);
     });
-    MainWindow mainWindow(supervised, platform, openAddressBook, libraries());
+    const UserGuide guide(pathOf(QApplication::applicationDirPath()), DUNMORA_GUIDE_FOLDER);
+    MainWindow mainWindow(supervised, platform, openAddressBook, libraries(), guide);
     dropTarget = &mainWindow;
     const bool hasSeveral = !severalAddressBooksName().empty();
     mainWindow.offerSystemBooks(systemAddressBookName(),

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Uses the real program's windows: dunmora_windows_test.py PATH-OF-DUNMORA [UNITTEST-OPTION]..."""
 
+import pathlib
 import re
 
 import windowcase
@@ -11,6 +12,7 @@ from dunmora import (CONFIRMATION, DEFAULT_FIELDS, FIELDS, MOBILE_FIELD, NO_BOOK
 from dunmoracase import (ANN_1, ANN_2, ANNS, BEN, BOOK, BROKEN, CARL_1, CARL_2, CARLS, DORA_1, DORA_2, JUNK, NOBODY_1,
                          NOBODY_2, DunmoraCase)
 from module import module_of
+from updateservice import Browser
 
 
 class StartTest(DunmoraCase):
@@ -591,9 +593,24 @@ class AboutTest(DunmoraCase):
         self.assertEqual("libebook" in text, module_of(self.executable) is not None)
 
 
+class HelpTest(DunmoraCase):
+    def test_opens_the_guide_in_the_browser_also_while_the_fields_are_asked_for(self):
+        page = pathlib.Path(self.executable).resolve().with_name("guide") / "index.html"
+        browser = self.enterContext(Browser(self.home))
+        dunmora = self.start(self.book)
+
+        dunmora.wait_until_active(dunmora.dialog)
+        dunmora.press(dunmora.dialog, "f1")
+        dunmora.wait_for(lambda: browser.opened == [page.as_uri()], "guide in the browser")
+
+        dunmora.search()
+        dunmora.choose("Help", "Dunmora Help")
+        dunmora.wait_for(lambda: browser.opened == [page.as_uri()] * 2, "guide in the browser again")
+
+
 class ShortcutsTest(DunmoraCase):
-    LISTED = {"File", "Delete Checked…: Ctrl+Del", "Check Selected: Ctrl+T", "Keyboard Shortcuts: Ctrl+?",
-              "In the table", "Check or uncheck the selected rows: Space", "In the filter",
+    LISTED = {"File", "Delete Checked…: Ctrl+Del", "Check Selected: Ctrl+T", "Dunmora Help: F1",
+              "Keyboard Shortcuts: Ctrl+?", "In the table", "Check or uncheck the selected rows: Space", "In the filter",
               "Close the filter and show all rows: Esc"}
 
     def lines(self, shortcuts):

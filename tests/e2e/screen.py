@@ -13,8 +13,8 @@ import Xlib.protocol.event
 KEYS = {
     "alt": "Alt_L", "ctrl": "Control_L", "shift": "Shift_L", "escape": "Escape", "enter": "Return", "space": "space",
     "tab": "Tab", "up": "Up", "down": "Down", "left": "Left", "right": "Right", "home": "Home", "end": "End",
-    "pageup": "Prior", "pagedown": "Next", "backspace": "BackSpace", "delete": "Delete", "f5": "F5", "f9": "F9",
-    "?": "question",
+    "pageup": "Prior", "pagedown": "Next", "backspace": "BackSpace", "delete": "Delete", "f1": "F1", "f5": "F5",
+    "f9": "F9", "?": "question",
 }
 
 

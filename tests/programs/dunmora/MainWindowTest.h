@@ -45,7 +45,7 @@ protected:
                 onMakeAddressBook();
                 return lent(*bookToOpen_);
             },
-            "Toolkit 1.0 and Hash 2.0");
+            "Toolkit 1.0 and Hash 2.0", UserGuide(folder_.path() / "bin", "../doc/guide"));
         main_ = loader_.last;
     }
 

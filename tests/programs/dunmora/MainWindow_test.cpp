@@ -560,6 +560,19 @@ TEST_F(MainWindowTest, OpensTheWebsiteAndTheSupportAddress)
     EXPECT_TRUE(platform_.workspace.opened[1].starts_with("mailto:"));
 }
 
+TEST_F(MainWindowTest, OpensTheUserGuide)
+{
+    makeWindow();
+    const auto guide = folder_.path() / "doc/guide";
+    std::filesystem::create_directories(guide);
+    write(guide / "index.html", "");
+
+    main_->command("OnHelp").use();
+
+    EXPECT_EQ(platform_.workspace.openedLocalPages,
+              std::vector<std::filesystem::path>{guide / "index.html"});
+}
+
 TEST_F(MainWindowTest, ListsItsShortcutsFromTheMenu)
 {
     makeWindow();
