@@ -100,7 +100,8 @@ std::string asJson(const std::vector<DesktopBook>& books, JsonCharacters charact
 
 ExitCode listBooks(const BooksRequest& request, const CliEnvironment& environment)
 {
-    const auto books = environment.listDesktopBooks();
+    const auto books =
+        request.namesOnly ? environment.listDesktopBookNames() : environment.listDesktopBooks();
     printAs(environment, request.format,
             {.table = [&] { return asTable(books, outputStyle(environment, request.width, {})); },
              .json = [&](JsonCharacters characters) { return asJson(books, characters); }});

@@ -22,7 +22,7 @@ const std::string_view kUsage =
     "  dunmora-cli show   ADDRESS-BOOK|- UID... [--format table|json] [--quiet]\n"
     "  dunmora-cli diff   ADDRESS-BOOK|- UID UID [--format table|json] [--quiet]\n"
     "  dunmora-cli fields [FIELDS]\n"
-    "  dunmora-cli books  [--format table|json] [--wide] [--quiet]\n"
+    "  dunmora-cli books  [--names] [--format table|json] [--wide] [--quiet]\n"
     "  dunmora-cli help [COMMAND]\n"
     "  dunmora-cli --help | --version\n";
 
@@ -147,7 +147,8 @@ Request parseCommandLine(std::span<const std::string> arguments, const std::stri
         return DiffRequest{bookRequest(parser), parser.uids};
     }
     if (parser.isCommand("books")) {
-        return BooksRequest{parser.book.format, parser.book.quiet, parser.book.width};
+        return BooksRequest{parser.book.format, parser.book.quiet, parser.book.width,
+                            parser.namesOnly};
     }
     if (parser.isCommand("help")) {
         return PrintRequest{parser.helpOf(parser.helpedCommand)};

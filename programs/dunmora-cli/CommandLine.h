@@ -81,6 +81,8 @@ struct BooksRequest {
     OutputFormat format = OutputFormat::Table;
     bool quiet = false;
     TableWidth width = TableWidth::Fits;
+    /// Whether to read none of the books.
+    bool namesOnly = false;
 };
 
 /// `--help` and `--version`: a text for standard output.

@@ -101,6 +101,9 @@ CommandParser::CommandParser(const std::string& version, const std::string& syst
     auto& books = addCommand("books", "Lists the address books of the desktop", version,
                              "  dunmora-cli books\n"
                              "  dunmora-cli books --format json");
+    books.add_flag("--names", namesOnly,
+                   "Read none of the books, which is quick; whether they are writable and how many "
+                   "people they hold stays unknown");
     addFormatOption(books, kFormats);
     addWideOption(books);
     addQuietOption(books);

@@ -42,6 +42,7 @@ public:
 
     BookRequest book;
     bool failIfFound = false;
+    bool namesOnly = false;
     DeleteRequest deletion;
     RestoreRequest restoration;
     std::vector<std::string> uids;

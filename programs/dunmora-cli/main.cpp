@@ -113,6 +113,7 @@ int runProgram(const std::vector<std::string>& arguments)
                                terminalColumns(STDOUT_FILENO),
                                isDumbTerminal()};
     environment.charset = charset;
+    environment.listDesktopBookNames = listDesktopBookNames;
     environment.openStandardInput = [] { return openStandardInput(kStandardInput); };
     environment.readStandardInput = [](std::uintmax_t largest) {
         return std::string(readStandardInput(largest).view());

@@ -145,6 +145,9 @@ class TerminalTest(BooksCase):
         self.assertIn({"uid": "colleagues", "name": "Colleagues", "kind": "local", "writable": True, "people": 4,
                        "failure": None}, json.loads(books.stdout)["books"])
         self.assertRegex(self.run_cli("books").stdout, r"(?m)^colleagues +Colleagues +local +yes +4$")
+        names = self.run_cli("books", "--names", "--format", "json")
+        self.assertIn({"uid": "colleagues", "name": "Colleagues", "kind": "local", "writable": None, "people": None,
+                       "failure": None}, json.loads(names.stdout)["books"])
 
         listing = self.run_cli("list", "eds:", "--format", "json")
         self.assertEqual(listing.stderr, "dunmora-cli: warning: 1 copy holds something unique.\n")

@@ -12,12 +12,17 @@ protected:
     BooksCommandTest()
     {
         environment_.listDesktopBooks = [this] { return books_; };
+        environment_.listDesktopBookNames = [this] { return names_; };
     }
 
     std::vector<DesktopBook> books_ = {
         {"system-address-book", "Personal", "local", true, 120, ""},
         {"c0ffee", "Firma Grün", "carddav", false, 7, ""},
         {"beef", "Server", "ldap", std::nullopt, std::nullopt, "It is away."},
+    };
+    std::vector<DesktopBook> names_ = {
+        {"system-address-book", "Personal", "local", std::nullopt, std::nullopt, ""},
+        {"beef", "Server", "ldap", std::nullopt, std::nullopt, ""},
     };
 };
 
@@ -30,6 +35,31 @@ TEST_F(BooksCommandTest, PrintsATable)
                      "c0ffee               Firma Grün  carddav  no        7\n"
                      "beef                 Server      ldap     ?         ?\n");
     EXPECT_EQ(err(), "dunmora-cli: note: “Server” could not be read: It is away.\n");
+}
+
+TEST_F(BooksCommandTest, ReadsNoBookForTheNamesAlone)
+{
+    environment_.listDesktopBooks = nullptr;
+
+    EXPECT_EQ(run({"books", "--names"}), 0);
+
+    EXPECT_EQ(out(), "UID                  Name      Kind   Writable  People\n"
+                     "system-address-book  Personal  local  ?         ?\n"
+                     "beef                 Server    ldap   ?         ?\n");
+    EXPECT_EQ(err(), "");
+}
+
+// The completions for shells take them from this text, without a parser for JSON.
+TEST_F(BooksCommandTest, BeginsEveryBookInJsonWithTheUidAndTheName)
+{
+    names_ = {{"a", R"("Nick")", "local", std::nullopt, std::nullopt, ""},
+              {"b", "", "local", std::nullopt, std::nullopt, ""}};
+
+    EXPECT_EQ(run({"books", "--names", "--format", "json"}), 0);
+
+    EXPECT_TRUE(out().starts_with(R"({"schema":1,"books":[{"uid":"a","name":"\"Nick\"",)"))
+        << out();
+    EXPECT_NE(out().find(R"(},{"uid":"b","name":"",)"), std::string::npos) << out();
 }
 
 TEST_F(BooksCommandTest, AlignsEvenTheLongestName)
