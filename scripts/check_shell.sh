@@ -3,5 +3,6 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-git grep -lz -E '^#!.*[/ ](ba)?sh$' -- run test .ci scripts tests samples | xargs -0 shellcheck
+git grep -lz -E '^#!.*[/ ](ba)?sh$|^# shellcheck shell=bash$' -- run test .ci packaging scripts tests samples |
+    xargs -0 shellcheck
 echo "shell: no warnings from shellcheck"

@@ -19,6 +19,9 @@ from dunmora import CONFIRMATION, is_alert
 from dunmoracase import ANN_1, ANN_2, ANNS, BEN, BOOK, CARL_1, CARL_2, CARLS, DunmoraCase
 from module import MODULE, module_of
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "packaging"))
+from shells import Bash  # noqa: E402
+
 SERVICES = sorted(pathlib.Path("/usr/share/dbus-1/services").glob("org.gnome.evolution.dataserver.[AS]*.service"))
 # The longest time until a user sees a message, whatever is broken.
 SECONDS = 15
@@ -174,6 +177,14 @@ class TerminalTest(BooksCase):
         again = self.run_cli("restore", backup, "eds:colleagues", "--yes")
         self.assertEqual((again.returncode, again.stdout),
                          (0, "0 people restored.\n1 person is there already.\n"))
+
+    def test_offers_the_books_in_a_shell(self):
+        self.create_book("cousins", "Cousins", card("zoe", "Zoe", "Ng"))
+        programs = pathlib.Path(self.terminal_program).parent
+        shell = Bash({**self.environment(), "PATH": f"{programs}:{os.environ['PATH']}"}, self.home)
+        self.addCleanup(shell.close)
+
+        self.assertEqual(shell.completed("dunmora-cli list eds:cous"), "eds:cousins")
 
     def test_loads_the_module_only_for_these_books(self):
         def loaded(*arguments):
