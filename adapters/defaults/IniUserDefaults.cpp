@@ -1,12 +1,6 @@
 #include "adapters/defaults/IniUserDefaults.h"
 
-#include "adapters/posix/FileChanges.h"
-#include "adapters/posix/FileComparison.h"
-#include "adapters/posix/FileContent.h"
-#include "adapters/posix/FileReplacement.h"
-#include "adapters/posix/LockedFolder.h"
 #include "platform/PlatformError.h"
-#include "text/DisplayText.h"
 
 #include <pwd.h>
 #include <unistd.h>
@@ -14,7 +8,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <system_error>
 #include <utility>
 
 namespace dunmora {
@@ -47,22 +40,11 @@ std::filesystem::path homeFolder()
     return found != nullptr ? found->pw_dir : "/";
 }
 
-/// The parsed content of the file. Errors: PlatformError when it is not an INI file.
-IniDocument parse(const FileBytes& bytes, const std::filesystem::path& file)
-{
-    auto document = IniDocument::parsed(bytes.view());
-    if (!document) {
-        throw PlatformError(quotedPath(file) +
-                            " is not a valid preferences file. Correct it or delete it.");
-    }
-    return *document;
-}
-
 }  // namespace
 
 IniUserDefaults::IniUserDefaults(std::filesystem::path file, OnFailure onFailure,
                                  std::chrono::milliseconds lockTimeout)
-    : file_(std::move(file)), onFailure_(std::move(onFailure)), lockTimeout_(lockTimeout)
+    : file_(std::move(file), lockTimeout), onFailure_(std::move(onFailure))
 {
     IniUserDefaults::synchronize();
 }
@@ -119,7 +101,7 @@ bool IniUserDefaults::saveAndReload(std::vector<std::string>& failures)
                     std::string(error.what()));
     }
     try {
-        Values values = load();
+        Values values = file_.load().values();
         for (const auto& [key, value] : unsaved_) {
             values.insert_or_assign(key, value);
         }
@@ -131,52 +113,19 @@ bool IniUserDefaults::saveAndReload(std::vector<std::string>& failures)
     return unsaved_.empty();
 }
 
-/// Writes the unsaved values to the file, again if another program changes it meanwhile.
 void IniUserDefaults::save()
 {
-    constexpr int kMaxAttempts = 3;
-    const auto tryAgain = LockedFile::tryAgainFor(lockTimeout_);
-    for (int attempts = 1; !unsaved_.empty(); ++attempts) {
-        try {
-            saveInto(LockedFile::openOrCreate(file_, tryAgain), tryAgain);
-        } catch (const FileHasChanged&) {
-            if (attempts == kMaxAttempts) {
-                throw PlatformError(quotedPath(file_) +
-                                    " is being changed by another program. Try again later.");
-            }
+    if (unsaved_.empty()) {
+        return;
+    }
+    file_.change([this](IniDocument& document) {
+        bool hasChanged = false;
+        for (const auto& [key, value] : unsaved_) {
+            hasChanged = document.set(key, value) || hasChanged;
         }
-    }
-}
-
-/// Writes the unsaved values to the file as it is now.
-void IniUserDefaults::saveInto(LockedFile file, const LockedFile::TryAgain& tryAgain)
-{
-    const auto content = file.content();
-    file.expectContent({content.view()});
-    auto document = parse(content, file_);
-    bool hasChanged = false;
-    for (const auto& [key, value] : unsaved_) {
-        hasChanged = document.set(key, value) || hasChanged;
-    }
-    if (hasChanged) {
-        const auto text = document.text();
-        LockedFolders folders;
-        folders.lock(file.targets().front().parent_path(), tryAgain);
-        FileChanges changes;
-        changes.add(std::make_unique<FileReplacement>(std::move(file), Pieces{text}), file_);
-        changes.commit([](std::size_t /*index*/) {});
-    }
+        return hasChanged;
+    });
     unsaved_.clear();
-}
-
-IniUserDefaults::Values IniUserDefaults::load() const
-{
-    std::error_code error;
-    if (std::filesystem::status(file_, error).type() == std::filesystem::file_type::not_found) {
-        return {};
-    }
-    // Reading needs no lock: the file is replaced as a whole.
-    return parse(readFile(file_).bytes, file_).values();
 }
 
 }  // namespace dunmora

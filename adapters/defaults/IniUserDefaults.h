@@ -1,7 +1,6 @@
 #pragma once
 
-#include "adapters/defaults/IniDocument.h"
-#include "adapters/posix/LockedFile.h"
+#include "adapters/defaults/IniFile.h"
 #include "platform/UserDefaults.h"
 #include "text/SharedFlags.h"
 
@@ -15,11 +14,9 @@
 namespace dunmora {
 
 /// Preferences in an INI file, cached in memory. `synchronize` changes only the lines of the keys
-/// that were set, in the current file and under a lock, so that several programs and the user can
-/// share the file.
+/// that were set, so that several programs and the user can share the file (see `IniFile`).
 ///
-/// A file that cannot be read, or is not an INI file, is never changed. The first failure to read
-/// and the first failure to save are reported.
+/// The first failure to read the file and the first failure to save are reported.
 class IniUserDefaults final : public UserDefaults {
 public:
     /// Reads the file. When it is missing, the first `synchronize` with a value to store creates
@@ -42,12 +39,9 @@ private:
     /// Appends the failures that have not been reported yet.
     bool saveAndReload(std::vector<std::string>& failures);
     void save();
-    void saveInto(LockedFile file, const LockedFile::TryAgain& tryAgain);
-    Values load() const;
 
-    const std::filesystem::path file_;
+    const IniFile file_;
     const OnFailure onFailure_;
-    const std::chrono::milliseconds lockTimeout_;
 
     // Held while the file is read or written; guards all members but the last.
     std::mutex fileMutex_;
