@@ -13,6 +13,7 @@ namespace dunmora {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kGeneral = "General";
 
 bool isControl(char c)
 {
@@ -60,13 +61,22 @@ bool readsAsTrue(std::string_view value)
            isNonzeroNumber(value);
 }
 
-/// Used only in an assertion.
+// These are used only in assertions.
+
 [[maybe_unused]] bool isKey(std::string_view text)
 {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
         return (c >= '0' && c <= '9') || (toLowerAscii(c) >= 'a' && toLowerAscii(c) <= 'z') ||
                std::string_view("_-.").find(c) != std::string_view::npos;
     });
+}
+
+[[maybe_unused]] bool isPlain(std::string_view text)
+{
+    return text == trimmed(text) && std::all_of(text.begin(), text.end(), [](char c) {
+               return c >= ' ' && c <= '~' &&
+                      std::string_view(";#\"").find(c) == std::string_view::npos;
+           });
 }
 
 }  // namespace
@@ -94,65 +104,104 @@ bool IniDocument::append(std::string_view text)
     if (std::any_of(content.begin(), content.end(), isControl)) {
         return false;
     }
-    Line line{std::string(text), std::nullopt};
+    Line line{std::string(text), lines_.empty() ? std::string(kGeneral) : lines_.back().section,
+              std::nullopt};
     if (content.starts_with('[')) {
         const auto end = content.find(']');
         if (end == std::string_view::npos) {
             return false;
         }
-        inOurSection_ = equalsIgnoringCase(trimmed(content.substr(1, end - 1)), "general");
+        line.section = trimmed(content.substr(1, end - 1));
     } else if (!content.empty() && !content.starts_with(';') && !content.starts_with('#')) {
         const auto end = content.find('=');
         if (end == std::string_view::npos) {
             return false;
         }
-        if (inOurSection_) {
-            line.key = trimmed(content.substr(0, end));
-        }
+        line.key = trimmed(content.substr(0, end));
     }
     lines_.push_back(std::move(line));
-    if (inOurSection_ && !content.empty()) {
-        endOfOurs_ = lines_.size();
-    }
     return true;
 }
 
 IniDocument::Values IniDocument::values() const
 {
     Values values;
-    for (const auto& line : lines_) {
-        if (line.key) {
-            values.insert_or_assign(*line.key, readsAsTrue(valueIn(line.text)));
-        }
+    for (const auto& [key, text] : textsIn(kGeneral)) {
+        values.emplace(key, readsAsTrue(text));
     }
     return values;
 }
 
 bool IniDocument::set(std::string_view key, bool value)
 {
-    assert(isKey(key));
-    const std::string word = value ? "true" : "false";
-    const auto assignment = std::string(key) + "=" + word + "\n";
-    const auto last = std::find_if(lines_.rbegin(), lines_.rend(),
-                                   [&](const Line& line) { return line.key == key; });
+    return setText(kGeneral, key, value ? "true" : "false");
+}
+
+IniDocument::Texts IniDocument::textsIn(std::string_view section) const
+{
+    Texts texts;
+    for (const auto& line : lines_) {
+        if (line.key && equalsIgnoringCase(line.section, section)) {
+            texts.insert_or_assign(*line.key, valueIn(line.text));
+        }
+    }
+    return texts;
+}
+
+bool IniDocument::setText(std::string_view section, std::string_view key, std::string_view text)
+{
+    assert(isKey(section) && isKey(key) && isPlain(text));
+    const auto assignment = std::string(key) + "=" + std::string(text) + "\n";
+    const auto last = std::find_if(lines_.rbegin(), lines_.rend(), [&](const Line& line) {
+        return line.key == key && equalsIgnoringCase(line.section, section);
+    });
     if (last != lines_.rend()) {
-        if (valueIn(last->text) == word) {
+        if (valueIn(last->text) == text) {
             return false;
         }
         last->text = assignment;
         return true;
     }
-    if (lines_.empty()) {
-        // Many INI readers require every key to be in a section.
-        append("[General]\n");
+    auto end = endOf(section);
+    // A key before the first section is in ours, too. But many INI readers require every key to be
+    // in a section.
+    if (end == 0 && (lines_.empty() || !equalsIgnoringCase(section, kGeneral))) {
+        end = addSection(section);
     }
-    if (endOfOurs_ > 0 && !lines_[endOfOurs_ - 1].text.ends_with('\n')) {
-        lines_[endOfOurs_ - 1].text += '\n';
+    if (end > 0 && !lines_[end - 1].text.ends_with('\n')) {
+        lines_[end - 1].text += '\n';
     }
-    const auto position = lines_.begin() + static_cast<std::ptrdiff_t>(endOfOurs_);
-    lines_.insert(position, {assignment, std::string(key)});
-    ++endOfOurs_;
+    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(end),
+                  Line{assignment, std::string(section), std::string(key)});
     return true;
+}
+
+/// The index of a new key: after the last line of the section that is not blank; 0 without one.
+std::size_t IniDocument::endOf(std::string_view section) const
+{
+    const auto last = std::find_if(lines_.rbegin(), lines_.rend(), [&](const Line& line) {
+        return equalsIgnoringCase(line.section, section) && !contentOf(line.text).empty();
+    });
+    return static_cast<std::size_t>(lines_.rend() - last);
+}
+
+/// Returns the index of a new key in the section, which is added at the end.
+std::size_t IniDocument::addSection(std::string_view name)
+{
+    if (lines_.empty()) {
+        // A preference that comes later is in a section, too.
+        append("[" + std::string(kGeneral) + "]\n");
+    }
+    if (!equalsIgnoringCase(name, kGeneral)) {
+        if (!lines_.back().text.ends_with('\n')) {
+            lines_.back().text += '\n';
+        }
+        if (!contentOf(lines_.back().text).empty()) {
+            append("\n");
+        }
+        append("[" + std::string(name) + "]\n");
+    }
+    return lines_.size();
 }
 
 std::string IniDocument::text() const

@@ -11,14 +11,18 @@
 namespace dunmora {
 
 /// The text of an INI file: one `key=value` per line, comments after `;` and `#`, sections under
-/// `[name]`. Only Boolean values before the first section and under `[General]` are read and
-/// written. All other lines, and a byte-order mark, are kept byte for byte, because they belong to
-/// the user and to other programs.
+/// `[name]`. Boolean values are those before the first section and under `[General]`; a named
+/// section has texts. Lines that are not set, and a byte-order mark, are kept byte for byte,
+/// because they belong to the user and to other programs.
+///
+/// Keys and names of sections consist of ASCII letters, digits, `_`, `-` and `.`. The case of a
+/// section's name does not matter.
 ///
 /// Thread: one at a time. Errors: none.
 class IniDocument final {
 public:
     using Values = std::map<std::string, bool, std::less<>>;
+    using Texts = std::map<std::string, std::string, std::less<>>;
 
     /// Returns nullopt when the text is not an INI file.
     static std::optional<IniDocument> parsed(std::string_view text);
@@ -27,9 +31,15 @@ public:
     /// true, everything else is false. The last line with a key counts.
     Values values() const;
 
-    /// Writes the value as "true" or "false". The key consists of ASCII letters, digits, `_`, `-`
-    /// and `.`. Returns whether the text has changed.
+    /// Writes the value as "true" or "false". Returns whether the document has changed.
     bool set(std::string_view key, bool value);
+
+    /// The texts in this section, without comments and quotes. The last line with a key counts.
+    Texts textsIn(std::string_view section) const;
+
+    /// Writes a text of printable ASCII characters without `;`, `#` and quotes, and without blanks
+    /// at its ends. Adds the section if there is none. Returns whether the document has changed.
+    bool setText(std::string_view section, std::string_view key, std::string_view text);
 
     std::string text() const;
 
@@ -37,19 +47,19 @@ private:
     struct Line {
         // Includes the line end.
         std::string text;
-        // Set when the line is in the section that is read.
+        // The name of the line's section; "General" before the first one.
+        std::string section;
         std::optional<std::string> key;
     };
 
     IniDocument() = default;
     bool append(std::string_view text);
+    std::size_t endOf(std::string_view section) const;
+    std::size_t addSection(std::string_view name);
 
     // The byte-order mark, or empty.
     std::string_view mark_;
     std::vector<Line> lines_;
-    // The index of a new key: after the last line of our section that is not blank.
-    std::size_t endOfOurs_ = 0;
-    bool inOurSection_ = true;
 };
 
 }  // namespace dunmora

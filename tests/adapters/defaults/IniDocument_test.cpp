@@ -30,7 +30,7 @@ TEST(IniDocument, IsEmptyWhenTheTextIs)
 TEST(IniDocument, ReadsTheKeysBeforeTheFirstSectionAndUnderGeneral)
 {
     const auto document = IniDocument::parsed("a=true\n[Other]\nb=true\n[general]\nc=true\n"
-                                              "[%General]\nd=true\n");
+                                              "[%General]\nd=true\n[]\ne=true\n");
 
     EXPECT_EQ(document.value().values(), (Values{{"a", true}, {"c", true}}));
 }
@@ -110,6 +110,63 @@ TEST(IniDocument, AddsANewKeyAfterTheLastKeyOfOurSection)
     EXPECT_EQ(withMine("[Other]\nb=1\n"), "mine=true\n[Other]\nb=1\n");
     EXPECT_EQ(withMine("[Other]\nb=1\n\n[General]\n"), "[Other]\nb=1\n\n[General]\nmine=true\n");
     EXPECT_EQ(withMine("[General]\na=1\n[Other]"), "[General]\na=1\nmine=true\n[Other]");
+}
+
+TEST(IniDocument, ReadsTheTextsOfASection)
+{
+    const auto document = IniDocument::parsed("size=1\n[MainWindow]\nsize=800 600 ; wide\n"
+                                              "place = \"1 2\"\n[Other]\nsize=2\n[mainwindow]\n"
+                                              "columns=a:1\nplace=3 4\n")
+                              .value();
+
+    EXPECT_EQ(document.textsIn("MainWindow"),
+              (IniDocument::Texts{{"size", "800 600"}, {"place", "3 4"}, {"columns", "a:1"}}));
+    EXPECT_EQ(document.textsIn("Missing"), IniDocument::Texts());
+    EXPECT_EQ(document.values(), (Values{{"size", true}}));
+}
+
+TEST(IniDocument, ChangesOnlyTheLineOfATextInItsSection)
+{
+    const auto text = "size=1\n[MainWindow]\nsize=800 600\n[Other]\nsize=2\n"s;
+    auto document = IniDocument::parsed(text).value();
+
+    EXPECT_FALSE(document.setText("MainWindow", "size", "800 600"));
+    EXPECT_EQ(document.text(), text);
+    EXPECT_TRUE(document.setText("MainWindow", "size", "640 480"));
+
+    EXPECT_EQ(document.text(), "size=1\n[MainWindow]\nsize=640 480\n[Other]\nsize=2\n");
+}
+
+/// The text after "size" has been set in the section "MainWindow".
+std::string withSize(std::string_view text)
+{
+    auto document = IniDocument::parsed(text).value();
+    EXPECT_TRUE(document.setText("MainWindow", "size", "800 600"));
+    EXPECT_EQ(document.textsIn("MainWindow").at("size"), "800 600");
+    return document.text();
+}
+
+TEST(IniDocument, AddsANewTextToItsSection)
+{
+    EXPECT_EQ(withSize(""), "[General]\n\n[MainWindow]\nsize=800 600\n");
+    EXPECT_EQ(withSize("a=1"), "a=1\n\n[MainWindow]\nsize=800 600\n");
+    EXPECT_EQ(withSize("[Other]\nsize=1\n"), "[Other]\nsize=1\n\n[MainWindow]\nsize=800 600\n");
+    EXPECT_EQ(withSize("a=1\n\n"), "a=1\n\n[MainWindow]\nsize=800 600\n");
+    EXPECT_EQ(withSize("[MAINWINDOW]\nplace=1 2\n\n[Other]\nb=1\n"),
+              "[MAINWINDOW]\nplace=1 2\nsize=800 600\n\n[Other]\nb=1\n");
+    EXPECT_EQ(withSize("[MainWindow]"), "[MainWindow]\nsize=800 600\n");
+}
+
+TEST(IniDocument, KeepsABooleanValueApartFromTheSections)
+{
+    auto document = IniDocument::parsed("[MainWindow]\nmine=no\n").value();
+
+    EXPECT_TRUE(document.set("mine", true));
+
+    EXPECT_EQ(document.text(), "mine=true\n[MainWindow]\nmine=no\n");
+    EXPECT_EQ(document.values(), (Values{{"mine", true}}));
+    EXPECT_EQ(withMine("[General]\n\n[MainWindow]\nsize=1 2\n"),
+              "[General]\nmine=true\n\n[MainWindow]\nsize=1 2\n");
 }
 
 class IniDocumentTruthTest : public testing::TestWithParam<const char*> {
