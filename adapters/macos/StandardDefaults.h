@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <map>
+#include <string>
 #include <string_view>
 
 namespace dunmora {
@@ -11,6 +14,12 @@ namespace dunmora {
 bool hasStandardDefault(std::string_view key);
 bool boolOfStandardDefault(std::string_view key);
 void setStandardDefault(std::string_view key, bool value);
+
+using StandardTexts = std::map<std::string, std::string, std::less<>>;
+/// The texts by key that the value consists of; none for a value of another kind.
+StandardTexts textsOfStandardDefault(std::string_view key);
+void setStandardDefault(std::string_view key, const StandardTexts& texts);
+
 /// Stores all values that were set. Returns whether that succeeded.
 bool synchronizeStandardDefaults();
 

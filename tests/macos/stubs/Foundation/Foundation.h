@@ -72,6 +72,16 @@ __attribute__((objc_root_class))
 - (id)objectAtIndex:(NSUInteger)index;
 @end
 
+@interface NSDictionary : NSObject
+@property (readonly, copy) NSArray* allKeys;
+- (id)objectForKey:(id)aKey;
+@end
+
+@interface NSMutableDictionary : NSDictionary
++ (instancetype)dictionary;
+- (void)setObject:(id)anObject forKey:(id)aKey;
+@end
+
 @interface NSDate : NSObject
 + (NSDate*)distantFuture;
 @property (readonly) NSTimeInterval timeIntervalSince1970;
@@ -113,5 +123,6 @@ FOUNDATION_EXPORT NSString* const NSDefaultRunLoopMode;
 - (id)objectForKey:(NSString*)defaultName;
 - (BOOL)boolForKey:(NSString*)defaultName;
 - (void)setBool:(BOOL)value forKey:(NSString*)defaultName;
+- (void)setObject:(id)value forKey:(NSString*)defaultName;
 - (BOOL)synchronize;
 @end
