@@ -1,4 +1,5 @@
 #include "adapters/defaults/IniUserDefaults.h"
+#include "adapters/defaults/IniWindowMemory.h"
 #include "adapters/eds/EdsBooks.h"
 #include "adapters/eds/EdsModule.h"
 #include "adapters/vcard/VCardAddressBook.h"
@@ -67,6 +68,11 @@ OpenedBook openAddressBook(const std::filesystem::path& path)
 std::unique_ptr<UserDefaults> userDefaults(UserDefaults::OnFailure onFailure)
 {
     return std::make_unique<IniUserDefaults>(IniUserDefaults::perUserFile(), std::move(onFailure));
+}
+
+std::unique_ptr<WindowMemory> windowMemory()
+{
+    return std::make_unique<IniWindowMemory>(IniUserDefaults::perUserFile());
 }
 
 bool hasDisplay()

@@ -1,5 +1,6 @@
 #include "adapters/macos/MacAddressBook.h"
 #include "adapters/macos/MacUserDefaults.h"
+#include "adapters/macos/MacWindowMemory.h"
 #include "adapters/vcard/VCardAddressBook.h"
 #include "platform/PlatformError.h"
 #include "programs/platform/PlatformChoice.h"
@@ -57,6 +58,11 @@ OpenedBook openAddressBook(const std::filesystem::path& path)
 std::unique_ptr<UserDefaults> userDefaults(UserDefaults::OnFailure onFailure)
 {
     return std::make_unique<MacUserDefaults>(std::move(onFailure));
+}
+
+std::unique_ptr<WindowMemory> windowMemory()
+{
+    return std::make_unique<MacWindowMemory>();
 }
 
 bool hasDisplay()

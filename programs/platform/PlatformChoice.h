@@ -3,6 +3,7 @@
 #include "platform/DesktopBook.h"
 #include "platform/OpenedBook.h"
 #include "platform/UserDefaults.h"
+#include "platform/WindowMemory.h"
 
 #include <filesystem>
 #include <memory>
@@ -48,6 +49,9 @@ OpenedBook openAddressBook(const std::filesystem::path& path);
 
 /// The user's preferences. `onFailure` may be empty, and may be called before this returns.
 std::unique_ptr<UserDefaults> userDefaults(UserDefaults::OnFailure onFailure = {});
+
+/// What windows remember, in the same place as the preferences.
+std::unique_ptr<WindowMemory> windowMemory();
 
 /// Whether windows can be shown.
 bool hasDisplay();

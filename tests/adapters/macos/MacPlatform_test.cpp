@@ -1,4 +1,5 @@
 #include "adapters/macos/MacUserDefaults.h"
+#include "adapters/macos/MacWindowMemory.h"
 #include "platform/AddressBook.h"
 #include "platform/CardRestorer.h"
 #include "platform/CardSource.h"
@@ -59,6 +60,13 @@ TEST(MacPlatform, StoresPreferencesInTheUserDefaults)
 
     EXPECT_TRUE(MacUserDefaults().boolForKey("platform"));
     EXPECT_TRUE(hasDisplay());
+}
+
+TEST(MacPlatform, StoresWhatWindowsRememberInTheUserDefaults)
+{
+    windowMemory()->store("PlatformWindow", {{"size", "1 2"}});
+
+    EXPECT_EQ(MacWindowMemory().load("PlatformWindow"), (WindowMemory::Texts{{"size", "1 2"}}));
 }
 
 }  // namespace
