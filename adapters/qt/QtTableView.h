@@ -17,9 +17,11 @@
 
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace dunmora {
 
@@ -49,6 +51,13 @@ public:
     void beginFiltering() override;
     void endFiltering() override;
     void refilter() override;
+
+    /// As in `TableColumnWidths`.
+    void setChosenWidths(ColumnWidths widths) { widths_.setChosen(std::move(widths)); }
+    void onChosenWidths(std::function<void(const ColumnWidths&)> handler)
+    {
+        widths_.onChosen(std::move(handler));
+    }
 
 private:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -5,9 +5,11 @@
 
 #include <QHeaderView>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QTableView>
 
 #include <algorithm>
+#include <utility>
 
 namespace dunmora {
 
@@ -31,10 +33,22 @@ TableColumnWidths::TableColumnWidths(QTableView& table, const TableModel& model,
 {
 }
 
+void TableColumnWidths::setChosen(ColumnWidths widths)
+{
+    chosen_ = std::move(widths);
+    columnsChanged();
+}
+
+void TableColumnWidths::onChosen(std::function<void(const ColumnWidths&)> handler)
+{
+    onChosen_ = std::move(handler);
+}
+
 void TableColumnWidths::columnsChanged()
 {
     wereResizedByUser_ = false;
     columns_ = measured();
+    applyChosen();
     fit();
 }
 
@@ -55,6 +69,9 @@ void TableColumnWidths::metricsChanged()
             for (int* const width : {&column.wanted, &column.whole}) {
                 *width = *width * letter / std::max(letter_, 1);
             }
+        }
+        if (wereResizedByUser_) {
+            chosen_ = current();
         }
     } else {
         columns_ = measured();
@@ -100,6 +117,44 @@ void TableColumnWidths::sectionResized(int section, int width)
     }
     columns_[static_cast<std::size_t>(section)].wanted = width;
     fit();
+    chosen_ = current();
+    if (onChosen_) {
+        onChosen_(chosen_);
+    }
+}
+
+/// Does nothing unless the user has chosen the widths of all columns: the others would keep a width
+/// that was measured before there were rows.
+void TableColumnWidths::applyChosen()
+{
+    const auto isChosen = [this](const TableColumn& column) {
+        return column.identifier.empty() || chosen_.contains(column.identifier);
+    };
+    if (chosen_.empty() ||
+        !std::all_of(model_.columns().begin(), model_.columns().end(), isChosen)) {
+        return;
+    }
+    const int least = table_.horizontalHeader()->minimumSectionSize();
+    const int most = std::max(table_.screen()->availableSize().width(), least);
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        const auto found = chosen_.find(model_.columns()[i].identifier);
+        if (found != chosen_.end()) {
+            columns_[i].wanted = std::clamp(found->second, least, most);
+            wereResizedByUser_ = true;
+        }
+    }
+}
+
+/// The wanted widths by identifier; without the notes' column, which has none.
+ColumnWidths TableColumnWidths::current() const
+{
+    ColumnWidths widths;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (const auto identifier = model_.columns()[i].identifier; !identifier.empty()) {
+            widths.emplace(identifier, columns_[i].wanted);
+        }
+    }
+    return widths;
 }
 
 std::vector<TableColumnWidths::Width> TableColumnWidths::measured() const

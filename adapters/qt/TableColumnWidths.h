@@ -1,7 +1,10 @@
 #pragma once
 
+#include "adapters/qt/RememberedText.h"
+
 #include <QFontMetrics>
 
+#include <functional>
 #include <vector>
 
 class QTableView;
@@ -13,7 +16,8 @@ class TableModel;
 
 /// Sizes the columns of a table. They fit most texts of rows throughout the table; spare width goes
 /// first to the columns that cut the others, then to those that are wide text. After the user has
-/// resized a column, each keeps its width and the last one takes the rest.
+/// resized a column, now or in an earlier run, each keeps its width and the last one takes the
+/// rest.
 ///
 /// Thread: the main thread. Errors: none.
 class TableColumnWidths final {
@@ -21,6 +25,12 @@ public:
     /// All must outlive this.
     TableColumnWidths(QTableView& table, const TableModel& model,
                       const TableCellDelegate& delegate);
+
+    /// Gives the columns the widths of an earlier run, within the screen, if these are the widths
+    /// of all of them.
+    void setChosen(ColumnWidths widths);
+    /// Calls the handler with the widths of all columns whenever the user has resized one.
+    void onChosen(std::function<void(const ColumnWidths&)> handler);
 
     /// Call this after the model's columns have changed.
     void columnsChanged();
@@ -41,6 +51,8 @@ private:
         int whole = 0;
     };
 
+    void applyChosen();
+    ColumnWidths current() const;
     std::vector<Width> measured() const;
     Width textWidth(std::size_t column) const;
     int leastWidth(std::size_t column) const;
@@ -56,6 +68,9 @@ private:
     std::vector<Width> columns_;
     /// The average width of a letter when `columns_` was computed.
     int letter_;
+    /// The widths that the user has chosen, by the columns' identifiers.
+    ColumnWidths chosen_;
+    std::function<void(const ColumnWidths&)> onChosen_;
     bool wereResizedByUser_ = false;
     bool isFitting_ = false;
 };

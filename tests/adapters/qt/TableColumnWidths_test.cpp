@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QHeaderView>
+#include <QScreen>
 
 #include <chrono>
 #include <string>
@@ -112,6 +113,71 @@ TEST(TableColumnWidths, SpareWidthGoesFirstToColumnsThatCutTexts)
     EXPECT_NEAR(shown.widget.columnWidth(kFirstName), shown.widget.columnWidth(kLastName), 20);
     EXPECT_EQ(shown.widget.columnWidth(kNickname), nickname);
     EXPECT_EQ(shown.widget.horizontalHeader()->length(), shown.widget.viewport()->width());
+}
+
+/// Widths as the user has chosen them, by identifier.
+ColumnWidths chosenWidths()
+{
+    return {{"check", 40}, {"fname", 90}, {"lname", 91},  {"nickname", 92},
+            {"home", 93},  {"work", 94},  {"mobile", 95}, {"modified", 96}};
+}
+
+TEST(TableColumnWidths, OfAnEarlierRunStayWhenRowsArrive)
+{
+    TableWindow shown;
+
+    shown.table.setChosenWidths(chosenWidths());
+    for (std::size_t i = 0; i < 20; ++i) {
+        shown.add(i);
+    }
+    setText(shown, 0, "home", "+49 (711) 555-0100 extension 1234567");
+    shown.table.reloadData();
+
+    EXPECT_EQ(shown.widget.columnWidth(kFirstName), 90);
+    EXPECT_EQ(shown.widget.columnWidth(kHome), 93);
+    // The last one takes the rest.
+    EXPECT_EQ(shown.widget.horizontalHeader()->length(), shown.widget.viewport()->width());
+}
+
+TEST(TableColumnWidths, OfAnEarlierRunAreWithinTheScreenAndNeverTooNarrow)
+{
+    TableWindow shown(10);
+    auto widths = chosenWidths();
+    widths["home"] = 100'000;
+    widths["work"] = 1;
+    widths["unknown"] = 50;
+
+    shown.table.setChosenWidths(widths);
+
+    EXPECT_EQ(shown.widget.columnWidth(kHome), shown.widget.screen()->availableSize().width());
+    EXPECT_EQ(shown.widget.columnWidth(kWork),
+              shown.widget.horizontalHeader()->minimumSectionSize());
+}
+
+TEST(TableColumnWidths, OfAnEarlierRunAreIgnoredUnlessEveryColumnHasOne)
+{
+    TableWindow shown(10);
+    const int width = shown.widget.columnWidth(kHome);
+
+    shown.table.setChosenWidths({{"home", 93}, {"fname", 90}});
+
+    EXPECT_EQ(shown.widget.columnWidth(kHome), width);
+}
+
+TEST(TableColumnWidths, AreReportedWhenTheUserHasResizedAColumn)
+{
+    TableWindow shown(10);
+    ColumnWidths reported;
+    shown.table.onChosenWidths([&](const ColumnWidths& widths) { reported = widths; });
+    shown.window.resize(900, 400);
+    TableWindow::settle();
+    EXPECT_EQ(reported, ColumnWidths());
+
+    shown.widget.horizontalHeader()->resizeSection(kHome, 123);
+
+    EXPECT_EQ(reported.size(), chosenWidths().size());
+    EXPECT_EQ(reported["home"], 123);
+    EXPECT_EQ(reported["fname"], shown.widget.columnWidth(kFirstName));
 }
 
 TEST(TableColumnWidths, NeverCutADate)
