@@ -5,7 +5,7 @@ class QWidget;
 namespace dunmora {
 
 /// Applies the dynamic properties that interface files use for what their format cannot express,
-/// except `forFocus`, which `QtInterface` reads:
+/// except `forFocus` and `remembered`, which `QtInterface` reads:
 ///
 /// - `standardKey` on an action: the platform's shortcut, a name in QKeySequence::StandardKey;
 /// - `forFocus` on an action: the widget with the keyboard focus gets the shortcut as a key,

@@ -14,6 +14,8 @@
 #include "adapters/qt/QtTextField.h"
 #include "adapters/qt/QtView.h"
 #include "adapters/qt/QtWindow.h"
+#include "adapters/qt/RememberedText.h"
+#include "adapters/qt/RememberedWindow.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -150,6 +152,19 @@ public:
         widget_->setAcceptDrops(true);
     }
 
+    void remember(const std::shared_ptr<WindowMemory>& memory)
+    {
+        if (!RememberedWindow::isRemembered(*widget_)) {
+            return;
+        }
+        remembered_ = std::make_unique<RememberedWindow>(*widget_, memory);
+        for (const auto* const widget : widget_->findChildren<QTableView*>()) {
+            if (RememberedWindow::isRemembered(*widget)) {
+                rememberColumns(widget->objectName().toStdString());
+            }
+        }
+    }
+
     /// Closes the window without calling any handler or delegate.
     void detach()
     {
@@ -187,6 +202,16 @@ private:
                 commandNamed(name).use(nullptr);
             }
         };
+    }
+
+    void rememberColumns(const std::string& tableName)
+    {
+        auto& table = tableNamed(tableName);
+        const auto key = tableName + ".columns";
+        table.setChosenWidths(widthsIn(remembered_->text(key)));
+        table.onChosenWidths([this, key](const ColumnWidths& widths) {
+            remembered_->change(key, widthsText(widths));
+        });
     }
 
     void findCommands()
@@ -285,6 +310,7 @@ private:
     bool isPressing_ = false;
     // Outlives the outlets below, which refer to its widgets.
     std::unique_ptr<QWidget> widget_;
+    std::unique_ptr<RememberedWindow> remembered_;
     std::map<const QTableView*, std::unique_ptr<QtTableView>> tables_;
     std::map<const QMenu*, std::unique_ptr<QtMenu>> menus_;
 
@@ -388,6 +414,11 @@ bool QtInterface::hasCommand(std::string_view name) const
 void QtInterface::setDropHandler(std::string_view command, DropHandler handler)
 {
     content_->setDropHandler(content_->commandNamed(command), std::move(handler));
+}
+
+void QtInterface::remember(const std::shared_ptr<WindowMemory>& memory)
+{
+    content_->remember(memory);
 }
 
 }  // namespace dunmora

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/InterfaceLoader.h"
+#include "platform/WindowMemory.h"
 
 #include <filesystem>
 #include <functional>
@@ -22,7 +23,8 @@ class ModalSessions;
 /// nothing, except for actions and windows with the dynamic property `alwaysUsable`. The window's
 /// dynamic property `closeCommand` names the command of its close control and of Escape. A
 /// message whose dynamic property `blankedBy` names a view is cleared when the program shows that
-/// view, and stays blank until its next text.
+/// view, and stays blank until its next text. A window, splitter, table or checkable action with
+/// the dynamic property `remembered` is restored and remembered by `remember`.
 class QtInterface final : public Interface {
 public:
     /// Called with the files and folders, at least one, that the user dropped on the window
@@ -51,6 +53,11 @@ public:
 
     /// Accepts files and folders dropped on the window while this command is usable.
     void setDropHandler(std::string_view command, DropHandler handler);
+
+    /// Restores what the user changed of the window and its parts in earlier runs, and stores what
+    /// he changes from now on (see `RememberedWindow`); of a table, the widths of its columns. Does
+    /// nothing unless the window is to be remembered. Call it before the window is shown.
+    void remember(const std::shared_ptr<WindowMemory>& memory);
 
 private:
     class Content;

@@ -67,6 +67,11 @@ void QtInterfaceLoader::setDropHandler(std::string command, QtInterface::DropHan
     dropHandler_ = std::move(handler);
 }
 
+void QtInterfaceLoader::setWindowMemory(std::shared_ptr<WindowMemory> memory)
+{
+    memory_ = std::move(memory);
+}
+
 std::unique_ptr<Interface> QtInterfaceLoader::load(std::string_view name)
 {
     return loadInterface(name);
@@ -89,6 +94,9 @@ std::unique_ptr<QtInterface> QtInterfaceLoader::loadInterface(std::string_view n
     auto interface = std::make_unique<QtInterface>(std::move(window), sessions_);
     if (dropHandler_ && interface->hasCommand(dropCommand_)) {
         interface->setDropHandler(dropCommand_, dropHandler_);
+    }
+    if (memory_) {
+        interface->remember(memory_);
     }
     return interface;
 }

@@ -2,7 +2,9 @@
 
 #include "adapters/qt/QtInterface.h"
 #include "platform/InterfaceLoader.h"
+#include "platform/WindowMemory.h"
 
+#include <memory>
 #include <string>
 
 namespace dunmora {
@@ -21,6 +23,10 @@ public:
     /// while the command is usable.
     void setDropHandler(std::string command, QtInterface::DropHandler handler);
 
+    /// Restores from this memory, and stores in it, what the user changes of the windows loaded
+    /// from now on.
+    void setWindowMemory(std::shared_ptr<WindowMemory> memory);
+
     std::unique_ptr<Interface> load(std::string_view name) override;
 
     /// Returns the same interface as `load`, with the functions beyond the port.
@@ -31,6 +37,7 @@ private:
     std::string folder_;
     std::string dropCommand_;
     QtInterface::DropHandler dropHandler_;
+    std::shared_ptr<WindowMemory> memory_;
 };
 
 }  // namespace dunmora

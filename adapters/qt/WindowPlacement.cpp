@@ -16,14 +16,6 @@ namespace dunmora {
 
 namespace {
 
-/// Moves the rectangle into the area; one that is too large starts at the top left corner.
-QRect movedInto(const QRect& area, QRect place)
-{
-    place.moveLeft(std::max(area.left(), std::min(place.left(), area.right() - place.width() + 1)));
-    place.moveTop(std::max(area.top(), std::min(place.top(), area.bottom() - place.height() + 1)));
-    return place;
-}
-
 /// Otherwise Qt appends the program's name, after another dash than ours.
 void nameProgramIn(QWidget& window)
 {
@@ -76,6 +68,13 @@ QWidget* mainWindow()
         return window->isVisible() && qobject_cast<const QMainWindow*>(window) != nullptr;
     });
     return found == windows.end() ? nullptr : *found;
+}
+
+QRect movedInto(const QRect& area, QRect place)
+{
+    place.moveLeft(std::max(area.left(), std::min(place.left(), area.right() - place.width() + 1)));
+    place.moveTop(std::max(area.top(), std::min(place.top(), area.bottom() - place.height() + 1)));
+    return place;
 }
 
 void showAboveMainWindow(QWidget& window, std::optional<QPoint> lastPlace)

@@ -131,6 +131,7 @@ void setWindowClass(const QString& id)
     QtApplication application(qt);
     SupervisedApplication supervised(application);
     QtInterfaceLoader interfaceLoader(application.sessions());
+    interfaceLoader.setWindowMemory(windowMemory());
     const auto sessionBus = QDBusConnection::sessionBus();
     QtOpenPanel openPanel(application.sessions(), sessionBus);
     QtConnectionOpener connectionOpener;

@@ -67,6 +67,19 @@ class XWindow:
         north_west, has_x, has_y = 1, 1 << 8, 1 << 9
         self.screen.send_to_manager(self.window, "_NET_MOVERESIZE_WINDOW", [north_west | has_x | has_y, x, y])
 
+    def resize(self, width, height):
+        """Asks the window manager to resize the window's content, as a user who drags its edge would."""
+        north_west, has_width, has_height = 1, 1 << 10, 1 << 11
+        self.screen.send_to_manager(self.window, "_NET_MOVERESIZE_WINDOW",
+                                    [north_west | has_width | has_height, 0, 0, width, height])
+
+    def maximize(self):
+        """Asks the window manager to maximize the window, as a click of its button would."""
+        add = 1
+        self.screen.send_to_manager(self.window, "_NET_WM_STATE",
+                                    [add, *(self.screen.atom(f"_NET_WM_STATE_MAXIMIZED_{direction}")
+                                            for direction in ("HORZ", "VERT"))])
+
     def activate(self):
         """Asks the window manager to activate the window."""
         self.screen.send_to_manager(self.window, "_NET_ACTIVE_WINDOW", [2, Xlib.X.CurrentTime, 0])
@@ -223,6 +236,16 @@ class Screen:
         for _ in range(times):
             self.fake(Xlib.X.ButtonPress, 1)
             self.fake(Xlib.X.ButtonRelease, 1)
+        self.display.sync()
+
+    def drag(self, start, end):
+        """Drags the mouse from one point to another."""
+        self.move(*start)
+        self.fake(Xlib.X.ButtonPress, 1)
+        # A drag begins with the first movement, whatever its distance.
+        for part in (0.5, 1):
+            self.move(*(round(one + part * (other - one)) for one, other in zip(start, end)))
+        self.fake(Xlib.X.ButtonRelease, 1)
         self.display.sync()
 
     # Pixels
