@@ -1,6 +1,8 @@
 # Makes HTML of the user guide in docs/guide: the target guide, if DUNMORA_GUIDE allows it. Sets
 #   DUNMORA_GUIDE_FOLDER  where an installed program finds it, relative to the program's own folder
 #   DUNMORA_GUIDE_HTML    where the build puts it: beside the programs, or into the Mac's bundle
+#   DUNMORA_GUIDE_PAGES   the paths of the pages there, and of their style
+#   DUNMORA_GUIDE_PICTURES  the paths of their pictures, which are in the folder pictures beside them
 set(DUNMORA_GUIDE AUTO CACHE STRING "Make HTML of the user guide: ON, OFF, or AUTO if cmark-gfm is found")
 set_property(CACHE DUNMORA_GUIDE PROPERTY STRINGS AUTO ON OFF)
 
@@ -51,12 +53,13 @@ function(dunmora_copy_for_guide from to)
         VERBATIM)
 endfunction()
 dunmora_copy_for_guide(cmake/guide/style.css style.css)
-set(copied ${DUNMORA_GUIDE_HTML}/style.css)
+set(DUNMORA_GUIDE_PAGES ${made} ${DUNMORA_GUIDE_HTML}/style.css)
+set(DUNMORA_GUIDE_PICTURES "")
 foreach(picture IN LISTS pictures)
     foreach(scheme IN ITEMS light dark)
         dunmora_copy_for_guide(docs/screenshots/${picture}-${scheme}.png pictures/${picture}-${scheme}.png)
-        list(APPEND copied ${DUNMORA_GUIDE_HTML}/pictures/${picture}-${scheme}.png)
+        list(APPEND DUNMORA_GUIDE_PICTURES ${DUNMORA_GUIDE_HTML}/pictures/${picture}-${scheme}.png)
     endforeach()
 endforeach()
 
-add_custom_target(guide ALL DEPENDS ${made} ${copied})
+add_custom_target(guide ALL DEPENDS ${DUNMORA_GUIDE_PAGES} ${DUNMORA_GUIDE_PICTURES})

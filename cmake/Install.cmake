@@ -26,4 +26,10 @@ if(TARGET dunmora)
         dunmora_install(${icons}/${size}x${size}/apps dunmora
             FILES ${DUNMORA_ICON_FOLDER}/${size}.png RENAME ${DUNMORA_APP_ID}.png)
     endforeach()
+
+    # With the program, because its Help menu opens it.
+    if(TARGET guide)
+        dunmora_install(${CMAKE_INSTALL_DOCDIR}/guide dunmora FILES ${DUNMORA_GUIDE_PAGES})
+        dunmora_install(${CMAKE_INSTALL_DOCDIR}/guide/pictures dunmora FILES ${DUNMORA_GUIDE_PICTURES})
+    endif()
 endif()

@@ -10,6 +10,7 @@ The options say into which folders of the prefix the files go, and which of the 
 import argparse
 import os
 import pathlib
+import re
 import shutil
 import stat
 import subprocess
@@ -30,8 +31,19 @@ def settings():
         parser.add_argument(name)
     for name in ("bindir", "libdir", "datadir", "docdir"):
         parser.add_argument(f"--{name}", required=True)
-    parser.add_argument("--built", action="append", default=[], choices=["dunmora", "dunmora-eds", "dunmora_icons"])
+    parser.add_argument("--built", action="append", default=[],
+                        choices=["dunmora", "dunmora-eds", "dunmora_icons", "guide"])
     return parser.parse_known_args()
+
+
+def files_of_guide():
+    """Returns what is made of the user guide, relative to its folder: the pages and the pictures in them."""
+    files = {"style.css"}
+    for page in (ROOT / "docs/guide").glob("*.md"):
+        files.add(f"{page.stem}.html")
+        for picture in re.findall(r"/([\w-]+)-light\.png\)", page.read_text(encoding="utf-8")):
+            files |= {f"pictures/{picture}-{scheme}.png" for scheme in ("light", "dark")}
+    return files
 
 
 def files_of_components(given):
@@ -47,6 +59,8 @@ def files_of_components(given):
                             f"{icons}/symbolic/apps/{given.app_id}-symbolic.svg"}
         if "dunmora_icons" in given.built:
             files["dunmora"] |= {f"{icons}/{size}x{size}/apps/{given.app_id}.png" for size in PICTURES}
+        if "guide" in given.built:
+            files["dunmora"] |= {f"{given.docdir}/guide/{file}" for file in files_of_guide()}
     return files
 
 
