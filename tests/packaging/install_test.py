@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Installs what has been built into a folder of its own, uses it there and uninstalls it.
 
-    install_test.py PATH-OF-CMAKE BUILD-FOLDER APP-ID --bindir DIR --libdir DIR --datadir DIR --docdir DIR
-                    [--built TARGET]... [UNITTEST-OPTION]...
+    install_test.py PATH-OF-CMAKE BUILD-FOLDER APP-ID --bindir DIR --libdir DIR --datadir DIR --docdir DIR --mandir DIR
+                    --zshdir DIR [--built TARGET]... [UNITTEST-OPTION]...
 
 The options say into which folders of the prefix the files go, and which of the optional targets have been built.
 """
@@ -29,11 +29,18 @@ def settings():
     parser = argparse.ArgumentParser(add_help=False)
     for name in ("cmake", "build", "app_id"):
         parser.add_argument(name)
-    for name in ("bindir", "libdir", "datadir", "docdir"):
+    for name in ("bindir", "libdir", "datadir", "docdir", "mandir", "zshdir"):
         parser.add_argument(f"--{name}", required=True)
     parser.add_argument("--built", action="append", default=[],
                         choices=["dunmora", "dunmora-eds", "dunmora_icons", "guide"])
     return parser.parse_known_args()
+
+
+def files_of_program(given, name):
+    """Returns the program, its manual page, and its completions where bash, zsh and fish look for them."""
+    return {f"{given.bindir}/{name}", f"{given.mandir}/man1/{name}.1", f"{given.zshdir}/_{name}",
+            f"{given.datadir}/bash-completion/completions/{name}",
+            f"{given.datadir}/fish/vendor_completions.d/{name}.fish"}
 
 
 def files_of_guide():
@@ -48,15 +55,16 @@ def files_of_guide():
 
 def files_of_components(given):
     """Returns what has to be installed: {component: {path in the prefix}}."""
-    files = {"dunmora-cli": {f"{given.bindir}/dunmora-cli"}, "dunmora-doc": {f"{given.docdir}/CHANGELOG.md"}}
+    files = {"dunmora-cli": files_of_program(given, "dunmora-cli"), "dunmora-doc": {f"{given.docdir}/CHANGELOG.md"}}
     if "dunmora-eds" in given.built:
         files["dunmora-eds"] = {f"{given.libdir}/dunmora/{MODULE}"}
     if "dunmora" in given.built:
         icons = f"{given.datadir}/icons/hicolor"
-        files["dunmora"] = {f"{given.bindir}/dunmora", f"{given.datadir}/applications/{given.app_id}.desktop",
-                            f"{given.datadir}/metainfo/{given.app_id}.metainfo.xml",
-                            f"{icons}/scalable/apps/{given.app_id}.svg",
-                            f"{icons}/symbolic/apps/{given.app_id}-symbolic.svg"}
+        files["dunmora"] = files_of_program(given, "dunmora")
+        files["dunmora"] |= {f"{given.datadir}/applications/{given.app_id}.desktop",
+                             f"{given.datadir}/metainfo/{given.app_id}.metainfo.xml",
+                             f"{icons}/scalable/apps/{given.app_id}.svg",
+                             f"{icons}/symbolic/apps/{given.app_id}-symbolic.svg"}
         if "dunmora_icons" in given.built:
             files["dunmora"] |= {f"{icons}/{size}x{size}/apps/{given.app_id}.png" for size in PICTURES}
         if "guide" in given.built:
