@@ -6,7 +6,7 @@
 
 In the guide a link leads to another page of the guide, a picture is one of docs/screenshots, and what is bold is a name
 from the program, letter for letter: **File > Open…** (Ctrl+O) is a command of the menus with its shortcut, any other a
-title of a window or a text of the sources. The options of dunmora-cli are those that its parser knows.
+title of a window or a text of the sources. The options of both programs are those that their parsers know.
 """
 
 import html.parser
@@ -21,9 +21,10 @@ FIRST_PAGE = "index.md"
 PICTURES = "docs/screenshots"
 INTERFACES = "adapters/qt/interfaces"
 MAIN_WINDOW = "MainWindow.ui"
-# Where the texts of windows and alerts are written.
-TEXTS = ("base", "review", "ui", "update", "programs/dunmora")
+WINDOWED_PROGRAM = "programs/dunmora"
 TERMINAL_PROGRAM = "programs/dunmora-cli"
+# Where the texts of windows and alerts are written.
+TEXTS = ("base", "review", "ui", "update", WINDOWED_PROGRAM)
 
 # The keys of the standard commands of the interface files, outside a Mac.
 STANDARD_KEYS = {"Close": "Ctrl+W", "Copy": "Ctrl+C", "Find": "Ctrl+F", "Open": "Ctrl+O", "Quit": "Ctrl+Q",
@@ -34,6 +35,7 @@ CODE_SPAN = re.compile(r"`[^`\n]+`")
 LINK = re.compile(r"(!?)\[[^\]]*\]\(([^)]*)\)")
 BOLD = re.compile(r"\*\*(.+?)\*\*(?: \(([A-Z][\w?+]*)\))?", re.DOTALL)
 OPTION = re.compile(r"(?<![\w-])--[a-z][a-z-]*")
+WINDOWED_OPTION = re.compile(r"\bdunmora +(--[a-z][a-z-]*)")
 COMMAND = re.compile(r"\bdunmora-cli +([a-z]+)")
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 
@@ -105,6 +107,7 @@ class Check:
         self.root, self.faults = root, []
         self.interfaces = Interfaces(root / INTERFACES)
         self.texts = literals_in(root / folder for folder in TEXTS)
+        self.windowed = literals_in([root / WINDOWED_PROGRAM])
         self.terminal = literals_in([root / TERMINAL_PROGRAM])
         self.reached = set()
         pages = sorted((root / PAGES).glob("*.md"))
@@ -116,7 +119,7 @@ class Check:
                 self.fault(page, "does not begin with its title")
             elif titles.setdefault(title, page) != page:
                 self.fault(page, f"has the title of {titles[title].name}")
-            self.check_terminal(page, text)
+            self.check_command_lines(page, text)
             prose = CODE_SPAN.sub("", CODE_BLOCK.sub("", text))
             self.check_links(page, prose)
             self.check_names(page, prose)
@@ -162,8 +165,10 @@ class Check:
             elif name not in self.interfaces.titles and name not in self.texts:
                 self.fault(page, f"no window and no text of the program has “{name}”")
 
-    def check_terminal(self, page, text):
-        for option in sorted(set(OPTION.findall(text)) - self.terminal):
+    def check_command_lines(self, page, text):
+        for option in sorted(set(WINDOWED_OPTION.findall(text)) - self.windowed):
+            self.fault(page, f"dunmora has no option {option}")
+        for option in sorted(set(OPTION.findall(WINDOWED_OPTION.sub("", text))) - self.terminal):
             self.fault(page, f"dunmora-cli has no option {option}")
         for command in sorted(set(COMMAND.findall(text)) - self.terminal):
             self.fault(page, f"dunmora-cli has no command {command}")

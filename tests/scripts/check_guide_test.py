@@ -110,6 +110,10 @@ class Names(GuideCase):
         self.assert_fault("`dunmora-cli merge`", "dunmora-cli has no command merge")
         self.assert_allowed("    dunmora-cli delete contacts.vcf --dry-run")
 
+    def test_finds_unknown_options_of_the_windowed_program(self):
+        self.assert_fault("`dunmora --dry-run`", "dunmora has no option --dry-run")
+        self.assert_allowed("`dunmora --choose`")
+
     def test_does_not_read_code_as_text(self):
         self.assert_allowed("    [no](link) **no name**\n\nand `**no name**`")
 
