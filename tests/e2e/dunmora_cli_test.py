@@ -12,7 +12,6 @@ import json
 import os
 import pathlib
 import pty
-import re
 import select
 import shutil
 import signal
@@ -30,7 +29,6 @@ from cards import card
 PROGRAM = ""
 ROOT = pathlib.Path(__file__).parents[2]
 SAMPLE = ROOT / "samples" / "address-book.vcf"
-GUIDE = ROOT / "docs/guide/terminal.md"
 SECONDS = 20
 QUESTION = (
     "book.vcf”.\r\n"
@@ -778,27 +776,7 @@ class StandardInputTest(EndToEnd):
 COMMANDS = ("list", "delete", "restore", "show", "diff", "fields", "books", "help")
 
 
-def options_in_guide():
-    """Returns the pairs of command and option in the table of the guide."""
-    pairs = set()
-    for line in GUIDE.read_text().partition("| option | commands |")[2].partition("\n\n")[0].splitlines()[2:]:
-        _, options, commands, *_ = re.split(r"(?<!\\)\|", line)
-        names = re.findall(r"[a-z]+", commands)
-        if names[:2] == ["all", "but"]:
-            names = [name for name in COMMANDS if name not in names]
-        pairs.update((name, option) for name in names for option in re.findall(r"--[a-z-]+", options))
-    return pairs
-
-
 class HelpTest(EndToEnd):
-    def test_has_the_options_of_the_guide(self):
-        options = set()
-        for command in COMMANDS:
-            _, out, _ = self.run_program("help", command)
-            options.update((command, option) for option in re.findall(r"^  (--[a-z-]+)", out, re.MULTILINE))
-
-        self.assertEqual({pair for pair in options if pair[1] != "--version"}, options_in_guide())
-
     def test_has_examples_that_run(self):
         """Runs every example in a folder with the files that it names. The desktop's books may be missing."""
         self.environment["PATH"] = os.pathsep.join([os.path.dirname(PROGRAM), os.environ["PATH"]])
