@@ -83,4 +83,9 @@ def main():
     """Runs the tests of the script: SCRIPT PATH-OF-PROGRAM [UNITTEST-OPTION]..."""
     prepare()
     WindowCase.executable = os.path.abspath(sys.argv.pop(1))
+    run_tests()
+
+
+def run_tests():
+    """Runs the tests of the script, whose only arguments are options of unittest by now."""
     unittest.main(testRunner=unittest.TextTestRunner(resultclass=EvidenceResult, verbosity=2))
