@@ -141,7 +141,7 @@ void RememberedWindow::restorePlacement()
     }
 }
 
-void RememberedWindow::restoreSizes(QSplitter& splitter)
+void RememberedWindow::restoreSizes(QSplitter& splitter) const
 {
     const auto sizes =
         numbersIn(text(sizesKey(splitter)), static_cast<std::size_t>(splitter.count()));

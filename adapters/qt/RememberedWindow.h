@@ -51,7 +51,7 @@ protected:
 
 private:
     void restorePlacement();
-    void restoreSizes(QSplitter& splitter);
+    void restoreSizes(QSplitter& splitter) const;
     void restoreCheckMarks();
     WindowMemory::Texts placement() const;
     void note(const std::string& key, const std::string& text);
