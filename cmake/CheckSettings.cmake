@@ -22,6 +22,13 @@ foreach(setting IN ITEMS DUNMORA_LICENSE DUNMORA_METADATA_LICENSE)
     endif()
 endforeach()
 
+# As a package's control field has it.
+set(letter "[^][()<>@:;,\"\\\t\r\n ]")
+if(NOT "${DUNMORA_MAINTAINER}" MATCHES "^(${letter}+( ${letter}+)* <[A-Za-z0-9._%+-]+@[A-Za-z0-9.-]+>)?$")
+    message(FATAL_ERROR
+        "DUNMORA_MAINTAINER \"${DUNMORA_MAINTAINER}\" must be a name and an e-mail address, such as Ann Lee <ann@example.com>, or empty.")
+endif()
+
 if(NOT "${DUNMORA_SCREENSHOTS}" MATCHES "^(https://[!-~]*[!-.0-~])?$")
     message(FATAL_ERROR
         "DUNMORA_SCREENSHOTS \"${DUNMORA_SCREENSHOTS}\" must be an address that begins with https:// and does not end with a slash, or empty.")

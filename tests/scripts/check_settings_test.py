@@ -63,6 +63,16 @@ class CheckSettings(unittest.TestCase):
             for value in ("<MIT>", "MIT & BSD", " ", "MIT;BSD", "https://example.com/licence", "frei für alle"):
                 self.assertIn(f"{name} \"{value}\" must be an SPDX", self.check(**{name: value}), value)
 
+    def test_accepts_a_name_and_an_address_as_the_maintainer_and_none(self):
+        for value in ("", "Dunmora <support@dunmora.example.com>", "Zoë O'Neill-Ek <zoe+deb@example.com>"):
+            self.assertEqual(self.check(DUNMORA_MAINTAINER=value), "", value)
+
+    def test_refuses_every_other_maintainer(self):
+        for value in ("ann@example.com", "Ann Lee", "<ann@example.com>", "Ann <ann>", "Ann <a@example.com> x", " Ann <a@b.c>",
+                      "Ann, Ben <a@example.com>", "Ann <a@example.com>\nDepends: x", "Ann\nLee <a@example.com>",
+                      "Ann;Lee <a@example.com>", '"Ann" <a@example.com>', "Ann (her) <a@example.com>"):
+            self.assertIn("must be a name and an e-mail address", self.check(DUNMORA_MAINTAINER=value), value)
+
     def test_accepts_an_address_with_https_for_the_screenshots_and_none(self):
         for address in ("", "https://example.com", "https://example.com/a/b?c=d&e=f"):
             self.assertEqual(self.check(DUNMORA_SCREENSHOTS=address), "", address)
@@ -126,6 +136,27 @@ class Configure(unittest.TestCase):
 
         self.assertEqual(run.returncode, 0, run.stderr)
         self.assertEqual(self.info()["CFBundleIdentifier"], "org.some-user.app")
+
+    def copyright(self):
+        return (self.build / "deb/copyright").read_text(encoding="utf-8")
+
+    def test_claims_no_licence_in_a_package_unless_there_is_one(self):
+        self.assertEqual(self.configure().returncode, 0)
+        self.assertIn("No licence has been chosen", self.copyright())
+        self.assertNotIn("License:", self.copyright())
+
+        self.assertEqual(self.configure("-DDUNMORA_LICENSE=MIT OR Apache-2.0").returncode, 0)
+
+        self.assertNotIn("No licence has been chosen", self.copyright())
+        self.assertIn("\nLicense: MIT OR Apache-2.0\n", self.copyright())
+
+    def test_names_the_support_address_as_the_maintainer_unless_there_is_another_one(self):
+        self.assertEqual(self.configure("-DDUNMORA_SUPPORT=help@example.com").returncode, 0)
+        self.assertIn("Maintainer of this package: Dunmora <help@example.com>\n", self.copyright())
+
+        self.assertEqual(self.configure("-DDUNMORA_MAINTAINER=Ann Lee <ann@example.com>").returncode, 0)
+
+        self.assertIn("Maintainer of this package: Ann Lee <ann@example.com>\n", self.copyright())
 
     def test_stops_at_an_address_in_place_of_a_host(self):
         run = self.configure("-DDUNMORA_UPDATE_HOST=https://update.example.com/")
