@@ -35,9 +35,12 @@ class Program:
         environment.update(settings or {})
         self.scale = float(environment.get("QT_SCALE_FACTOR", 1))
         with self.output_file.open("wb") as output:
-            self.process = subprocess.Popen(tied(command), env=environment, cwd=home, stdin=subprocess.DEVNULL,
-                                            stdout=output, stderr=output)
+            self.process = self.start_process(command, env=environment, cwd=home, stdin=subprocess.DEVNULL,
+                                              stdout=output, stderr=output)
         self.root = None
+
+    def start_process(self, command, **options):
+        return subprocess.Popen(tied(command), **options)
 
     @property
     def output(self):
