@@ -2,10 +2,10 @@
 # Runs commands in a clone of HEAD on a minimal Debian 12, to check that the lists in scripts/packages
 # are complete. Requires root, git and debootstrap.
 #
-#     scripts/check_on_fresh_debian.sh [--mirror URL] [COMMAND...]
+#     scripts/check_on_fresh_debian.sh [--mirror URL] [--share FOLDER] [COMMAND...]
 #
 # Each COMMAND is a shell command line; the default is ./run and ./test. The default mirror is the one
-# that this system uses.
+# that this system uses. The commands find a shared FOLDER of this system at /mnt.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -21,11 +21,12 @@ own_mirror() {
 }
 
 mirror=
-if [[ "${1-}" == --mirror ]]; then
-    [[ $# -gt 1 ]] || fail "--mirror requires a URL"
-    mirror=$2
+share=
+while [[ "${1-}" == --mirror || "${1-}" == --share ]]; do
+    [[ $# -gt 1 ]] || fail "$1 requires a URL or a folder"
+    if [[ "$1" == --mirror ]]; then mirror=$2; else share=$(realpath -- "$2"); fi
     shift 2
-fi
+done
 commands=("$@")
 [[ $# -gt 0 ]] || commands=(./run ./test)
 
@@ -61,7 +62,7 @@ for command in "${commands[@]}"; do
     # shellcheck disable=SC2016 # expanded by the inner shell
     unshare --mount --pid --fork bash -c \
         'mount -t proc proc "$1/proc" && mount -t devpts -o newinstance,ptmxmode=666 devpts "$1/dev/pts" &&
-            exec chroot "$1" "${@:2}"' _ "$debian" \
+            { [[ -z "$2" ]] || mount --bind "$2" "$1/mnt"; } && exec chroot "$1" "${@:3}"' _ "$debian" "$share" \
         env -i "${environment[@]}" bash -c 'cd "$1" && eval "$2"' _ "$clone" "$command" </dev/null
 done
 echo "These commands succeed on a fresh Debian 12: ${commands[*]}"
