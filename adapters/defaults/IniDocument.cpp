@@ -81,6 +81,8 @@ bool readsAsTrue(std::string_view value)
 
 }  // namespace
 
+IniDocument::IniDocument() : sections_{std::string(kGeneral)} {}
+
 std::optional<IniDocument> IniDocument::parsed(std::string_view text)
 {
     IniDocument document;
@@ -104,14 +106,14 @@ bool IniDocument::append(std::string_view text)
     if (std::any_of(content.begin(), content.end(), isControl)) {
         return false;
     }
-    Line line{std::string(text), lines_.empty() ? std::string(kGeneral) : lines_.back().section,
-              std::nullopt};
+    Line line{std::string(text), sections_.size() - 1, std::nullopt};
     if (content.starts_with('[')) {
         const auto end = content.find(']');
         if (end == std::string_view::npos) {
             return false;
         }
-        line.section = trimmed(content.substr(1, end - 1));
+        line.section = sections_.size();
+        sections_.emplace_back(trimmed(content.substr(1, end - 1)));
     } else if (!content.empty() && !content.starts_with(';') && !content.starts_with('#')) {
         const auto end = content.find('=');
         if (end == std::string_view::npos) {
@@ -141,7 +143,7 @@ IniDocument::Texts IniDocument::textsIn(std::string_view section) const
 {
     Texts texts;
     for (const auto& line : lines_) {
-        if (line.key && equalsIgnoringCase(line.section, section)) {
+        if (line.key && isIn(section, line)) {
             texts.insert_or_assign(*line.key, valueIn(line.text));
         }
     }
@@ -153,7 +155,7 @@ bool IniDocument::setText(std::string_view section, std::string_view key, std::s
     assert(isKey(section) && isKey(key) && isPlain(text));
     const auto assignment = std::string(key) + "=" + std::string(text) + "\n";
     const auto last = std::find_if(lines_.rbegin(), lines_.rend(), [&](const Line& line) {
-        return line.key == key && equalsIgnoringCase(line.section, section);
+        return line.key == key && isIn(section, line);
     });
     if (last != lines_.rend()) {
         if (valueIn(last->text) == text) {
@@ -171,16 +173,22 @@ bool IniDocument::setText(std::string_view section, std::string_view key, std::s
     if (end > 0 && !lines_[end - 1].text.ends_with('\n')) {
         lines_[end - 1].text += '\n';
     }
+    const auto index = end == 0 ? 0 : lines_[end - 1].section;
     lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(end),
-                  Line{assignment, std::string(section), std::string(key)});
+                  Line{assignment, index, std::string(key)});
     return true;
+}
+
+bool IniDocument::isIn(std::string_view section, const Line& line) const
+{
+    return equalsIgnoringCase(sections_[line.section], section);
 }
 
 /// The index of a new key: after the last line of the section that is not blank; 0 without one.
 std::size_t IniDocument::endOf(std::string_view section) const
 {
     const auto last = std::find_if(lines_.rbegin(), lines_.rend(), [&](const Line& line) {
-        return equalsIgnoringCase(line.section, section) && !contentOf(line.text).empty();
+        return isIn(section, line) && !contentOf(line.text).empty();
     });
     return static_cast<std::size_t>(lines_.rend() - last);
 }

@@ -47,18 +47,21 @@ private:
     struct Line {
         // Includes the line end.
         std::string text;
-        // The name of the line's section; "General" before the first one.
-        std::string section;
+        // The index of its section's name.
+        std::size_t section = 0;
         std::optional<std::string> key;
     };
 
-    IniDocument() = default;
+    IniDocument();
     bool append(std::string_view text);
+    bool isIn(std::string_view section, const Line& line) const;
     std::size_t endOf(std::string_view section) const;
     std::size_t addSection(std::string_view name);
 
     // The byte-order mark, or empty.
     std::string_view mark_;
+    // The names of the sections. The first is that of the lines before the first section.
+    std::vector<std::string> sections_;
     std::vector<Line> lines_;
 };
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <string>
 
 namespace dunmora::test {
@@ -167,6 +169,27 @@ TEST(IniDocument, KeepsABooleanValueApartFromTheSections)
     EXPECT_EQ(document.values(), (Values{{"mine", true}}));
     EXPECT_EQ(withMine("[General]\n\n[MainWindow]\nsize=1 2\n"),
               "[General]\nmine=true\n\n[MainWindow]\nsize=1 2\n");
+}
+
+/// The most memory that the process has had, in bytes.
+std::size_t peakMemory()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
+}
+
+TEST(IniDocument, HoldsALongNameOfASectionOnceForAllItsLines)
+{
+    constexpr std::size_t kLines = 2'000;
+    const auto text = "[" + std::string(100'000, 'n') + "]\n" + std::string(kLines, '\n');
+    const auto before = peakMemory();
+
+    const auto document = IniDocument::parsed(text).value();
+
+    EXPECT_EQ(document.text(), text);
+    // With the name in every line it would take 200 MB.
+    EXPECT_LT(peakMemory() - before, 50'000'000U);
 }
 
 class IniDocumentTruthTest : public testing::TestWithParam<const char*> {
