@@ -3,11 +3,14 @@
 #include "adapters/posix/FileChanges.h"
 #include "adapters/posix/FileComparison.h"
 #include "adapters/posix/FileContent.h"
+#include "adapters/posix/FileError.h"
 #include "adapters/posix/FileReplacement.h"
 #include "adapters/posix/LockedFolder.h"
 #include "platform/PlatformError.h"
 #include "text/DisplayText.h"
 
+#include <cerrno>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <system_error>
@@ -16,6 +19,9 @@
 namespace dunmora {
 
 namespace {
+
+/// Far more than anybody writes. In memory a file of blank lines takes a hundred times its size.
+constexpr std::uintmax_t kLargest = std::uintmax_t{1} << 20U;
 
 /// Errors: PlatformError when the content is not that of an INI file.
 IniDocument parse(std::string_view content, const std::filesystem::path& file)
@@ -42,7 +48,7 @@ IniDocument IniFile::load() const
         return parse({}, file_);
     }
     // Reading needs no lock: the file is replaced as a whole.
-    return parse(readFile(file_).bytes.view(), file_);
+    return parse(readFile(file_, kLargest).bytes.view(), file_);
 }
 
 void IniFile::change(const Edit& edit) const
@@ -65,6 +71,9 @@ void IniFile::change(const Edit& edit) const
 /// Changes the file as it is now.
 void IniFile::change(LockedFile file, const LockedFile::TryAgain& tryAgain, const Edit& edit) const
 {
+    if (static_cast<std::uintmax_t>(file.status().st_size) > kLargest) {
+        throwFileError(file_, kCannotBeChanged, EFBIG);
+    }
     const auto content = file.content();
     file.expectContent({content.view()});
     auto document = parse(content.view(), file_);

@@ -9,8 +9,8 @@
 
 namespace dunmora {
 
-/// An INI file that several programs and the user share. A file that cannot be read, or is not an
-/// INI file, is never changed.
+/// An INI file that several programs and the user share. A file that cannot be read, is larger than
+/// 1 MiB or is not an INI file is never changed.
 ///
 /// Thread: any, several at once. Errors: PlatformError.
 class IniFile final {

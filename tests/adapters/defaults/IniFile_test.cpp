@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -77,6 +78,20 @@ TEST_F(IniFileTest, IsNeverChangedWhenItIsDamaged)
     EXPECT_THROW(file_.change(setMine), PlatformError);
 
     EXPECT_EQ(contentOf(path_), "junk\n");
+}
+
+TEST_F(IniFileTest, IsNeitherReadNorChangedWhenItIsHuge)
+{
+    const std::string largest(std::size_t{1} << 20U, '\n');
+    std::filesystem::create_directory(path_.parent_path());
+    write(path_, largest);
+    EXPECT_EQ(file_.load().text(), largest);
+
+    write(path_, largest + "\n");
+
+    EXPECT_THROW(file_.load(), PlatformError);
+    EXPECT_THROW(file_.change(setMine), PlatformError);
+    EXPECT_EQ(contentOf(path_), largest + "\n");
 }
 
 }  // namespace
