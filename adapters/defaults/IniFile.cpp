@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -54,6 +55,10 @@ IniDocument IniFile::load() const
 void IniFile::change(const Edit& edit) const
 {
     constexpr int kMaxAttempts = 3;
+    // The threads of this program wait for each other however slow the disk is. The time limit is
+    // for other programs, whose lock nobody here can release.
+    static std::mutex oneChange;
+    const std::lock_guard guard(oneChange);
     const auto tryAgain = LockedFile::tryAgainFor(lockTimeout_);
     for (int attempt = 1;; ++attempt) {
         try {

@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <future>
 #include <set>
 #include <string>
 
@@ -67,6 +69,24 @@ TEST_F(IniFileTest, IsReadAgainWhenAnotherProgramChangesItMeanwhile)
 
     EXPECT_EQ(edits, 2);
     EXPECT_EQ(contentOf(path_), "hers=1\nhis=1\nmine=true\n");
+}
+
+TEST_F(IniFileTest, WaitsForASlowChangeByAnotherPartOfTheProgram)
+{
+    const IniFile impatient(path_, std::chrono::milliseconds(0));
+    std::future<void> other;
+
+    file_.change([&](IniDocument& document) {
+        other = std::async(std::launch::async, [&] {
+            impatient.change([](IniDocument& found) { return found.set("other", true); });
+        });
+        // If it did not wait, it would fail at once.
+        other.wait_for(std::chrono::milliseconds(50));
+        return setMine(document);
+    });
+
+    EXPECT_NO_THROW(other.get());
+    EXPECT_EQ(contentOf(path_), "[General]\nmine=true\nother=true\n");
 }
 
 TEST_F(IniFileTest, IsNeverChangedWhenItIsDamaged)
