@@ -76,7 +76,7 @@ ColumnWidths widthsIn(std::string_view text)
             continue;
         }
         const auto width = numberIn(word.substr(colon + 1));
-        if (width && *width > 0) {
+        if (colon > 0 && width && *width > 0) {
             widths.insert_or_assign(std::string(word.substr(0, colon)), *width);
         }
     }

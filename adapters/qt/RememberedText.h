@@ -27,7 +27,7 @@ using ColumnWidths = std::map<std::string, int, std::less<>>;
 /// Widths with the columns' identifiers: "fname:120 lname:140".
 std::string widthsText(const ColumnWidths& widths);
 
-/// The widths of such a text that are greater than 0.
+/// The widths of such a text that have an identifier and are greater than 0.
 ColumnWidths widthsIn(std::string_view text);
 
 }  // namespace dunmora

@@ -54,7 +54,7 @@ TEST(RememberedText, HoldsTheWidthsOfColumns)
 TEST(RememberedText, IgnoresDamagedWidths)
 {
     EXPECT_EQ(widthsIn("a:1 b c: d:x e:0 f:-5 g:100001 :9 h:2  i:3:4 j:5 "),
-              (ColumnWidths{{"a", 1}, {"", 9}, {"h", 2}, {"j", 5}}));
+              (ColumnWidths{{"a", 1}, {"h", 2}, {"j", 5}}));
 }
 
 }  // namespace
