@@ -133,8 +133,13 @@ void RememberedWindow::restorePlacement()
     window_.resize(wanted.boundedTo(spaceWithinFrame(window_)));
     // Off every screen, it is for the window manager to find a place.
     if (screen != nullptr) {
+        const auto area = screen->availableGeometry();
         place.setSize(window_.size());
-        window_.move(movedInto(screen->availableGeometry(), place).topLeft());
+        if (!area.contains(place)) {
+            // Room for its frame, too, whose size is only an estimate.
+            place.setSize(window_.size() + area.size() - spaceWithinFrame(window_));
+        }
+        window_.move(movedInto(area, place).topLeft());
     }
     if (text(kMaximized) == kYes) {
         window_.setWindowState(window_.windowState() | Qt::WindowMaximized);

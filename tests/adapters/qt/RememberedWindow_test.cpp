@@ -7,6 +7,7 @@
 #include "tests/fakes/FakeWindowMemory.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QScreen>
@@ -227,6 +228,18 @@ TEST_F(RememberedWindowTest, IsNeverOffTheScreen)
         EXPECT_TRUE(run.window.screen()->availableGeometry().contains(run.window.geometry()))
             << place;
     }
+}
+
+TEST_F(RememberedWindowTest, HasItsFrameOnTheScreen)
+{
+    const auto area = QGuiApplication::primaryScreen()->availableGeometry();
+    const auto corner = area.bottomRight() - QPoint(250, 200);
+    store({{"place", std::to_string(corner.x()) + " " + std::to_string(corner.y())}});
+    OneRun run(memory_);
+
+    const auto frame = area.size() - spaceWithinFrame(run.window);
+    EXPECT_EQ(run.window.pos(), area.bottomRight() + QPoint(1, 1) - QPoint(400, 300) -
+                                    QPoint(frame.width(), frame.height()));
 }
 
 class RememberedWindowDamageTest : public RememberedWindowTest,
