@@ -22,20 +22,33 @@ UserGuide::UserGuide(const std::filesystem::path& programFolder,
 {
 }
 
-void UserGuide::open() const
+void UserGuide::open()
+{
+    // The command works in every window, so also in the alert.
+    if (isReporting_) {
+        return;
+    }
+    if (const auto failure = failureToOpen(); !failure.empty()) {
+        isReporting_ = true;
+        showFailure(failure);
+        isReporting_ = false;
+    }
+}
+
+/// Opens the first page. Returns a sentence if that failed, otherwise an empty text.
+std::string UserGuide::failureToOpen() const
 {
     for (const auto* const page : {&installed_, &besideProgram_}) {
         std::error_code error;
         if (!std::filesystem::is_regular_file(*page, error)) {
             continue;
         }
-        if (!Platform::current().workspace.openLocalPage(*page)) {
-            showFailure(quotedPath(*page) + " cannot be opened: no web browser could be started.");
-        }
-        return;
+        return Platform::current().workspace.openLocalPage(*page)
+                   ? ""
+                   : quotedPath(*page) + " cannot be opened: no web browser could be started.";
     }
-    showFailure("The user guide is not installed. It would be in " +
-                quotedPath(installed_.parent_path()) + ".");
+    return "The user guide is not installed. It would be in " +
+           quotedPath(installed_.parent_path()) + ".";
 }
 
 }  // namespace dunmora

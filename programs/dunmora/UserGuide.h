@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace dunmora {
 
@@ -15,12 +16,15 @@ public:
     UserGuide(const std::filesystem::path& programFolder, const std::filesystem::path& installed);
 
     /// Opens the first page in the user's browser. An alert reports that there is no guide, or no
-    /// browser. Errors: none.
-    void open() const;
+    /// browser; until it is closed, this does nothing. Errors: none.
+    void open();
 
 private:
+    std::string failureToOpen() const;
+
     std::filesystem::path installed_;
     std::filesystem::path besideProgram_;
+    bool isReporting_ = false;
 };
 
 }  // namespace dunmora

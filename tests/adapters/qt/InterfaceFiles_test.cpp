@@ -286,6 +286,15 @@ TEST_F(MainWindowTest, GivesTheCommandsOfAReviewShortcuts)
     }
 }
 
+TEST_F(MainWindowTest, OpensTheGuideOnceHoweverLongTheKeyIsHeld)
+{
+    const auto interface = load("MainWindow");
+    interface->window().show();
+
+    EXPECT_FALSE(
+        widgetIn<QAction>(shownWindow(QStringLiteral("MainWindow")), "OnHelp").autoRepeat());
+}
+
 TEST_F(MainWindowTest, ListsItsShortcutsInTheOrderOfTheMenusAndThenTheKeysOfItsParts)
 {
     const auto interface = load("MainWindow");

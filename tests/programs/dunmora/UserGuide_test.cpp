@@ -77,6 +77,22 @@ TEST_F(UserGuideTest, SaysWhereItIsMissing)
     EXPECT_EQ(platform_.alert.shown.front().style, AlertStyle::Failure);
 }
 
+TEST_F(UserGuideTest, SaysItOnceHoweverOftenTheUserPressesTheKey)
+{
+    platform_.alert.onRunModal = [this](const AlertContent& /*content*/) {
+        if (platform_.alert.shown.size() < 3) {
+            guide_.open();
+        }
+        return Alert::kDefaultButton;
+    };
+
+    guide_.open();
+    EXPECT_EQ(platform_.alert.shown.size(), 1U);
+
+    guide_.open();
+    EXPECT_EQ(platform_.alert.shown.size(), 2U);
+}
+
 TEST_F(UserGuideTest, SaysThatThereIsNoBrowser)
 {
     makeGuide(installed_);
