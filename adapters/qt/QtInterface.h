@@ -54,8 +54,8 @@ public:
     /// Accepts files and folders dropped on the window while this command is usable.
     void setDropHandler(std::string_view command, DropHandler handler);
 
-    /// Restores what the user changed of the window and its parts in earlier runs, and stores what
-    /// he changes from now on (see `RememberedWindow`); of a table, the widths of its columns. Does
+    /// Restores what the user changed of the window and its parts in earlier runs, and stores the
+    /// changes from now on (see `RememberedWindow`); of a table, the widths of its columns. Does
     /// nothing unless the window is to be remembered. Call it before the window is shown.
     void remember(const std::shared_ptr<WindowMemory>& memory);
 

@@ -18,10 +18,10 @@ class QWidget;
 
 namespace dunmora {
 
-/// Restores what the user changed of a window in earlier runs, and remembers what he changes: the
-/// window's size and place and whether it is maximized, and of the parts that have the dynamic
-/// property `remembered` the sizes of a splitter's parts and the check mark of a command. Whoever
-/// knows another part restores and remembers that with `text` and `change`.
+/// Restores and stores what the user changes of a window: its size and place and whether it is
+/// maximized, and of the parts that have the dynamic property `remembered` the sizes of a
+/// splitter's parts and the check mark of a command. The owner of another part does the same for it
+/// with `text` and `change`.
 ///
 /// Nothing is stored as long as the user leaves the window as it is. What has been stored may have
 /// been damaged, or come from a larger screen; it never makes a window larger than the screen, and
