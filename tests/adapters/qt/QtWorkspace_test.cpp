@@ -102,13 +102,13 @@ TEST_F(QtWorkspaceTest, OpensNoMessageWithAttachments)
 TEST_F(QtWorkspaceTest, OpensAPageOfItsOwn)
 {
     const TemporaryFolder folder;
-    const auto page = folder.path() / "a page.html";
+    const auto page = folder.path() / "100% of #1? a page.html";
     write(page, "<title>Help</title>");
 
     EXPECT_TRUE(workspace.openLocalPage(page));
 
-    EXPECT_EQ(programs.opened,
-              std::vector<std::string>{"file://" + folder.path().string() + "/a%20page.html"});
+    EXPECT_EQ(programs.opened, std::vector<std::string>{"file://" + folder.path().string() +
+                                                        "/100%25%20of%20%231%3F%20a%20page.html"});
 }
 
 TEST_F(QtWorkspaceTest, OpensNoOtherFile)
