@@ -116,10 +116,12 @@ TEST_F(QtWorkspaceTest, OpensNoOtherFile)
     const TemporaryFolder folder;
     write(folder.path() / "program.desktop", "");
     std::filesystem::create_directory(folder.path() / "folder.html");
+    write(folder.path() / "page.html", "");
+    const auto relative = std::filesystem::relative(folder.path() / "page.html");
+    ASSERT_TRUE(std::filesystem::exists(relative));
 
     for (const auto& page : {folder.path() / "program.desktop", folder.path() / "folder.html",
-                             folder.path() / "none.html", std::filesystem::path("index.html"),
-                             std::filesystem::path()}) {
+                             folder.path() / "none.html", relative, std::filesystem::path()}) {
         EXPECT_FALSE(workspace.openLocalPage(page)) << page;
     }
 
