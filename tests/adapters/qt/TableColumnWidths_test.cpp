@@ -164,6 +164,27 @@ TEST(TableColumnWidths, OfAnEarlierRunAreIgnoredUnlessEveryColumnHasOne)
     EXPECT_EQ(shown.widget.columnWidth(kHome), width);
 }
 
+TEST(TableColumnWidths, StayAsTheUserChoseThemWhenTheNotesComeAndGo)
+{
+    TableWindow shown(10);
+    shown.widget.horizontalHeader()->resizeSection(kHome, 123);
+
+    shown.rows.notesTitle = "Book";
+    shown.table.reloadData();
+    EXPECT_EQ(shown.widget.columnWidth(kHome), 123);
+
+    auto font = shown.widget.font();
+    font.setPointSize(2 * font.pointSize());
+    shown.widget.setFont(font);
+    TableWindow::settle();
+    const int width = shown.widget.columnWidth(kHome);
+    EXPECT_GT(width, 123);
+
+    shown.rows.notesTitle = "";
+    shown.table.reloadData();
+    EXPECT_EQ(shown.widget.columnWidth(kHome), width);
+}
+
 TEST(TableColumnWidths, AreReportedWhenTheUserHasResizedAColumn)
 {
     TableWindow shown(10);
