@@ -50,6 +50,8 @@ public:
         }
         splitter.setSizes({1000, 1000});
         window.setCentralWidget(&splitter);
+        other.setObjectName(QStringLiteral("OnOther"));
+        other.setCheckable(true);
         command.setObjectName(QStringLiteral("OnDetails"));
         command.setProperty("remembered", true);
         command.setCheckable(true);
@@ -74,6 +76,17 @@ public:
 
     Texts stored() const { return memory_->load("MainWindow"); }
 
+    /// Waits until everything before this has been stored, and returns all that was.
+    Texts storedInTheEnd()
+    {
+        const auto end = std::to_string(++ends_);
+        remembered->change("end", end);
+        expectStored("end", end);
+        auto texts = stored();
+        texts.erase("end");
+        return texts;
+    }
+
     /// Waits until this text is stored.
     void expectStored(const std::string& key, const std::string& text) const
     {
@@ -87,10 +100,13 @@ public:
     MovableSplitter splitter{Qt::Vertical};
     QMainWindow window;
     QAction command{&window};
+    /// A command that is not remembered.
+    QAction other{&window};
     std::optional<RememberedWindow> remembered;
 
 private:
     std::shared_ptr<FakeWindowMemory> memory_;
+    int ends_ = 0;
 };
 
 class RememberedWindowTest : public QtTest {
@@ -108,7 +124,8 @@ TEST_F(RememberedWindowTest, StoresNothingWhileTheUserLeavesItAsItIs)
     run.window.close();
     handleEvents();
 
-    EXPECT_EQ(memory_->stores(), 0);
+    EXPECT_EQ(run.storedInTheEnd(), Texts());
+    EXPECT_EQ(memory_->stores(), 1);
     EXPECT_EQ(run.window.size(), QSize(400, 300));
 }
 
@@ -118,8 +135,8 @@ TEST_F(RememberedWindowTest, HasTheSizeAndThePlaceThatTheUserGaveIt)
         OneRun run(memory_);
         run.show();
         run.window.resize(500, 350);
-        run.window.move(30, 40);
         run.expectStored("size", "500 350");
+        run.window.move(30, 40);
         run.expectStored("place", "30 40");
     }
 
@@ -189,7 +206,53 @@ TEST_F(RememberedWindowTest, UsesACommandWhoseCheckMarkTheUserChanged)
 
     EXPECT_FALSE(next.command.isChecked());
     EXPECT_EQ(uses, 1);
-    EXPECT_EQ(memory_->stores(), 1);
+    EXPECT_EQ(next.storedInTheEnd(), (Texts{{"OnDetails.checked", "false"}}));
+}
+
+TEST_F(RememberedWindowTest, StoresNoCheckMarkThatTheProgramSetsBeforeItIsShown)
+{
+    store({{"OnDetails.checked", "false"}});
+    OneRun run(memory_);
+
+    run.command.setChecked(false);
+    run.command.setChecked(true);
+    handleEvents();
+    handleEvents();
+    run.show();
+
+    EXPECT_FALSE(run.command.isChecked());
+    EXPECT_EQ(run.storedInTheEnd(), (Texts{{"OnDetails.checked", "false"}}));
+}
+
+TEST_F(RememberedWindowTest, RemembersOnlyTheCommandsThatAreToBeRemembered)
+{
+    store({{"OnOther.checked", "true"}});
+    OneRun run(memory_);
+
+    run.show();
+    EXPECT_FALSE(run.other.isChecked());
+    run.other.trigger();
+    run.other.trigger();
+
+    EXPECT_EQ(run.storedInTheEnd(), (Texts{{"OnOther.checked", "true"}}));
+}
+
+TEST_F(RememberedWindowTest, StoresNoSizeOfAWindowThatTheUserDoesNotSee)
+{
+    OneRun run(memory_);
+    run.show();
+
+    run.window.showMinimized();
+    run.window.resize(500, 350);
+    handleEvents();
+    EXPECT_EQ(run.storedInTheEnd(), Texts());
+
+    run.window.showNormal();
+    run.window.hide();
+    run.window.resize(450, 320);
+    run.command.trigger();
+
+    EXPECT_EQ(run.storedInTheEnd(), (Texts{{"OnDetails.checked", "false"}}));
 }
 
 TEST_F(RememberedWindowTest, StoresOnlyWhatTheUserHasChanged)
@@ -199,8 +262,7 @@ TEST_F(RememberedWindowTest, StoresOnlyWhatTheUserHasChanged)
 
     run.command.trigger();
 
-    run.expectStored("OnDetails.checked", "false");
-    EXPECT_EQ(run.stored(), (Texts{{"OnDetails.checked", "false"}}));
+    EXPECT_EQ(run.storedInTheEnd(), (Texts{{"OnDetails.checked", "false"}}));
 }
 
 TEST_F(RememberedWindowTest, IsNeverLargerThanTheScreen)
@@ -214,7 +276,7 @@ TEST_F(RememberedWindowTest, IsNeverLargerThanTheScreen)
     EXPECT_EQ(run.window.size(), space);
     EXPECT_TRUE(run.window.screen()->availableGeometry().contains(run.window.geometry()));
     // Another screen may have room for it.
-    EXPECT_EQ(run.stored().at("size"), "5000 4000");
+    EXPECT_EQ(run.storedInTheEnd().at("size"), "5000 4000");
 }
 
 TEST_F(RememberedWindowTest, IsNeverOffTheScreen)
@@ -265,12 +327,24 @@ TEST_P(RememberedWindowDamageTest, IsAsItIsAtFirst)
 INSTANTIATE_TEST_SUITE_P(Texts, RememberedWindowDamageTest,
                          testing::Values(Texts{{"size", "0 0"}, {"place", "x y"}},
                                          Texts{{"size", "-5 400"}, {"place", "1"}},
-                                         Texts{{"size", "500"}, {"maximized", "maybe"}},
+                                         Texts{{"size", "500 -5"}, {"maximized", "maybe"}},
+                                         Texts{{"size", "500"}},
                                          Texts{{"size", "99999999999 1"}, {"maximized", "1"}},
                                          Texts{{"panes.sizes", "100"}, {"OnDetails.checked", "0"}},
                                          Texts{{"panes.sizes", "1 2 3"}, {"OnDetails.checked", ""}},
                                          Texts{{"panes.sizes", "0 200"}, {"unknown", "true"}},
                                          Texts{{"panes.sizes", "-1 200"}}));
+
+TEST_F(RememberedWindowTest, IsOnlyOneThatIsToBeRemembered)
+{
+    memory_->store("ShortcutsWindow", {{"size", "777 555"}});
+    loader.setWindowMemory(memory_);
+
+    const auto interface = load("ShortcutsWindow");
+    interface->window().show();
+
+    EXPECT_NE(shownWindow(QStringLiteral("ShortcutsWindow")).size(), QSize(777, 555));
+}
 
 TEST_F(RememberedWindowTest, OfTheProgramRemembersItsDetailsAndColumns)
 {
