@@ -3,11 +3,9 @@
 # cmake -DDUNMORA_BUILD=BUILD-FOLDER -P cmake/Uninstall.cmake
 cmake_minimum_required(VERSION 3.25)
 
-string(MD5 place "$ENV{DESTDIR}")
-set(file_record "${DUNMORA_BUILD}/installed_files_${place}.txt")
-set(folder_record "${DUNMORA_BUILD}/installed_folders_${place}.txt")
+include(${CMAKE_CURRENT_LIST_DIR}/InstallRecords.cmake)
 if(NOT EXISTS "${file_record}")
-    message(FATAL_ERROR "Nothing has been installed from ${DUNMORA_BUILD}.")
+    message(FATAL_ERROR "Nothing has been installed from ${DUNMORA_BUILD} into ${stage}/.")
 endif()
 file(STRINGS "${file_record}" files ENCODING UTF-8)
 set(new_folders "")

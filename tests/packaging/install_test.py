@@ -88,7 +88,7 @@ class InstallCase(unittest.TestCase):
 
     def run_cmake(self, *arguments):
         run = subprocess.run([self.given.cmake, *arguments], env={**os.environ, "DESTDIR": str(self.stage)},
-                             capture_output=True, text=True, check=False, umask=0o002)
+                             cwd=self.folder, capture_output=True, text=True, check=False, umask=0o002)
         return run.returncode, run.stdout + run.stderr
 
     def install(self, *components):
@@ -132,6 +132,17 @@ class Installation(InstallCase):
 
         for path in (self.prefix, *self.prefix.rglob("*")):
             self.assertFalse(path.stat().st_mode & (stat.S_IWGRP | stat.S_IWOTH), path)
+
+    def test_is_refused_where_its_record_would_name_other_paths(self):
+        whole = self.stage
+        for stage, prefix in (("stage", "/opt/a;b"), ("stage", "/opt/[a"), ("stage;2", "/opt"), ("stage]", "/opt")):
+            self.stage = whole.with_name(stage)
+            status, output = self.run_cmake("--install", self.given.build, "--prefix", prefix)
+
+            self.assertNotEqual(status, 0, (stage, prefix))
+            self.assertIn("must not have a semicolon or a bracket in its path", " ".join(output.split()))
+            self.assertEqual(list(self.folder.iterdir()), [])
+            self.assertEqual(self.installation_records(), self.records)
 
     def test_of_the_terminal_program_alone_can_be_used(self):
         self.install("dunmora-cli")
@@ -192,6 +203,27 @@ class Uninstallation(InstallCase):
         self.assertEqual(list(self.folder.iterdir()), [first])
         self.assertEqual(self.installed(), files_of_components(self.given)["dunmora-doc"])
         self.stage = first
+
+    def test_knows_where_a_relative_stage_was(self):
+        whole, self.stage = self.stage, pathlib.Path(self.stage.name)
+        self.install("dunmora-doc")
+        self.stage = whole
+        self.assertEqual(self.installed(), files_of_components(self.given)["dunmora-doc"])
+
+        status, output = self.uninstall()
+
+        self.assertEqual(status, 0, output)
+        self.assertEqual(list(self.folder.iterdir()), [])
+
+    def test_removes_the_folders_of_a_relative_prefix(self):
+        status, output = self.run_cmake("--install", self.given.build, "--prefix", "a prefix", "--component",
+                                        "dunmora-doc")
+        self.assertEqual(status, 0, output)
+
+        status, output = self.uninstall()
+
+        self.assertEqual(status, 0, output)
+        self.assertEqual(list(self.folder.iterdir()), [])
 
     def test_says_so_where_nothing_has_been_installed(self):
         status, output = self.uninstall()
