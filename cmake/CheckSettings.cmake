@@ -34,6 +34,16 @@ if(NOT "${DUNMORA_SCREENSHOTS}" MATCHES "^(https://[!-~]*[!-.0-~])?$")
         "DUNMORA_SCREENSHOTS \"${DUNMORA_SCREENSHOTS}\" must be an address that begins with https:// and does not end with a slash, or empty.")
 endif()
 
+# The program opens nothing else. Both are also texts in a source.
+if(NOT "${DUNMORA_WEBSITE}" MATCHES "^(https?://[^\"\\; \t\r\n]+)?$")
+    message(FATAL_ERROR
+        "DUNMORA_WEBSITE \"${DUNMORA_WEBSITE}\" must be an address that begins with http:// or https://, or empty.")
+endif()
+if(NOT "${DUNMORA_SUPPORT}" MATCHES "^([A-Za-z0-9._%+-]+@[A-Za-z0-9.-]+)?$")
+    message(FATAL_ERROR
+        "DUNMORA_SUPPORT \"${DUNMORA_SUPPORT}\" must be an e-mail address, such as support@example.com, or empty.")
+endif()
+
 set(label "[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?")
 set(port "[1-9][0-9]?[0-9]?[0-9]?[0-9]?")
 if(NOT DUNMORA_UPDATE_HOST MATCHES "^(${label}(\\.${label})*(:(${port}))?)?$" OR CMAKE_MATCH_6 GREATER 65535)

@@ -83,6 +83,21 @@ class CheckSettings(unittest.TestCase):
             self.assertIn("must be an address that begins with https://", self.check(DUNMORA_SCREENSHOTS=address),
                           address)
 
+    def test_accepts_addresses_of_the_maker_and_none(self):
+        for site in ("", "http://dunmora.example.com/", "https://example.com/~ann/?a=1&b=%20#top"):
+            self.assertEqual(self.check(DUNMORA_WEBSITE=site), "", site)
+        for support in ("", "support@dunmora.example.com", "ann+help@mail-1.example.com"):
+            self.assertEqual(self.check(DUNMORA_SUPPORT=support), "", support)
+
+    def test_refuses_addresses_that_cannot_be_opened_or_written_into_a_source(self):
+        for site in ("example.com", "file:///a", "https://", "https://example.com/a b", "https://example.com/a;b",
+                     'https://example.com/"', "https://example.com/\\n", "https://example.com/\n"):
+            self.assertIn("must be an address that begins with http:// or https://", self.check(DUNMORA_WEBSITE=site),
+                          site)
+        for support in ("support", "@example.com", "mailto:ann@example.com", "Ann <ann@example.com>", "ann@b.c;d",
+                        'ann@example.com?subject="', "ann@example.com\\n"):
+            self.assertIn("must be an e-mail address", self.check(DUNMORA_SUPPORT=support), support)
+
     def test_accepts_a_host_a_host_with_a_port_and_none(self):
         for host in ("", "localhost", "update.example.com", SERVICE, "127.0.0.1:65535", "xn--bcher-kva.example"):
             self.assertEqual(self.check(host=host), "", host)
