@@ -73,6 +73,7 @@ class DesktopEntry(DesktopFilesCase):
         self.assertEqual(self.main["Categories"], "Office;ContactManagement;")
         self.assertEqual(self.main["MimeType"], "text/vcard;text/x-vcard;")
         self.assertEqual(self.main["Exec"], "dunmora %f")
+        self.assertLess({"contacts", "duplicates", "vCard"}, set(self.main["Keywords"].split(";")))
 
     def test_has_the_id_of_the_windows_and_icons(self):
         self.assertEqual((self.main["StartupWMClass"], self.main["Icon"]), (self.app_id, self.app_id))
