@@ -8,7 +8,8 @@
 namespace dunmora {
 
 /// Stores what a window remembers without making the window wait for the disk. A disk that hangs
-/// delays neither the user nor the end of the program.
+/// delays the end of the program by about a second (see `ShutdownInhibitor`). What has not been
+/// stored by then is lost; the file stays whole.
 ///
 /// Thread: one at a time. Errors: none.
 class MemoryWriter final {
