@@ -5,6 +5,7 @@
 """
 
 import re
+import time
 
 import windowcase
 from dunmora import COLUMNS, is_alert
@@ -28,6 +29,12 @@ class RememberedTest(DunmoraCase):
         """Waits until a line of the preferences file matches."""
         dunmora.wait_for(lambda: self.file.exists() and re.search(f"^{pattern}$", self.file.read_text(), re.M),
                          f"line {pattern!r}")
+
+    @staticmethod
+    def let_settle():
+        """Waits until the program takes changes of the window for the user's: those of the first moment are the window
+        manager's, and a test can be quicker than any user."""
+        time.sleep(1)
 
     def resize(self, dunmora, width, height):
         dunmora.x_window(dunmora.main).resize(width, height)
@@ -65,6 +72,7 @@ class RememberedTest(DunmoraCase):
 
     def test_its_size_columns_and_panes_are_as_the_user_left_them(self):
         dunmora = self.start_searched()
+        self.let_settle()
         self.resize(dunmora, 1000, 700)
         self.drag_edge(dunmora, HOME, 37)
         self.drag_splitter(dunmora, -60)
@@ -87,6 +95,7 @@ class RememberedTest(DunmoraCase):
     def test_its_place_is_as_the_user_left_it(self):
         dunmora = self.start(self.book)
         dunmora.press(dunmora.dialog, "escape")
+        self.let_settle()
         self.resize(dunmora, 800, 600)
         dunmora.x_window(dunmora.wait_for_main_alone()).move(150, 120)
         self.wait_for_line(dunmora, "place=150 120")
@@ -99,6 +108,7 @@ class RememberedTest(DunmoraCase):
 
     def test_it_is_maximized_again(self):
         dunmora = self.start_searched()
+        self.let_settle()
         dunmora.x_window(dunmora.main).maximize()
         self.wait_for_line(dunmora, "maximized=true")
         self.assertNotIn("size=", self.file.read_text().replace(".sizes=", ""))
@@ -123,6 +133,7 @@ class RememberedTest(DunmoraCase):
 
     def test_nothing_is_stored_while_the_user_leaves_it_as_it_is(self):
         dunmora = self.start_searched()
+        self.let_settle()
         self.quit(dunmora)
 
         self.assertFalse(self.file.exists())
@@ -156,7 +167,9 @@ class RememberedTest(DunmoraCase):
         self.folder.parent.mkdir()
         self.folder.write_text("a file where the folder should be")
         dunmora = self.start_searched(BOOK)
+        self.let_settle()
         self.resize(dunmora, 1000, 700)
+        self.let_settle()
 
         self.quit(dunmora)
 
