@@ -1,6 +1,6 @@
 # The packages for Debian, which `cpack -G DEB` makes of these components: dunmora, dunmora-cli and dunmora-eds, the module
-# for the desktop's address books. Each has its debug symbols in another package, NAME-dbgsym. The changelog, which is a component of its
-# own, is in each of them in Debian's format.
+# for the desktop's address books. Each has its debug symbols in another package, NAME-dbgsym. The changelog, which is a
+# component of its own, is in each of them in Debian's format.
 set(DUNMORA_PACKAGES dunmora-cli)
 foreach(program IN ITEMS dunmora dunmora-eds)
     if(TARGET ${program})
