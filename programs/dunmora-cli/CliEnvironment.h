@@ -56,7 +56,7 @@ struct CliEnvironment {
     /// For texts on `out`, though not for JSON and CSV, which are data. `err` converts what is
     /// written to it.
     Charset charset = {};
-    /// Lists the address books of the user's desktop without reading them. Errors: PlatformError.
+    /// Lists the desktop's address books without reading them. Errors: PlatformError.
     std::function<std::vector<DesktopBook>()> listDesktopBookNames = nullptr;
 };
 

@@ -27,7 +27,7 @@ FIRST_MATCH = re.compile(r"^\s*(\S+)", re.M)
 ELSEWHERE = {"/proc", "/sys", "/dev", "/home", "/root", "/mnt", "/opt", "/run", "/tmp"}
 # apt's and dpkg's own files, among them the records of what they have done.
 RECORDS = ("/var/lib/apt/", "/var/lib/dpkg/", "/var/cache/apt/", "/var/log/")
-# dpkg's triggers write these caches anew for all packages together: what opens which files, and the icons.
+# dpkg's triggers write these caches again for all packages together: what opens which files, and the icons.
 CACHES = ("/usr/share/applications/mimeinfo.cache", "/usr/share/icons/hicolor/icon-theme.cache")
 
 
