@@ -12,7 +12,7 @@ set(part "[A-Za-z_][A-Za-z0-9_-]*")
 string(LENGTH "${DUNMORA_APP_ID}" length)
 if(NOT DUNMORA_APP_ID MATCHES "^${part}(\\.${part})(\\.${part})+$" OR length GREATER 200)
     message(FATAL_ERROR
-        "DUNMORA_APP_ID \"${DUNMORA_APP_ID}\" must be a domain backwards and a name, such as com.example.dunmora: three or more parts of letters, digits, _ and -, none of which begins with a digit.")
+        "DUNMORA_APP_ID \"${DUNMORA_APP_ID}\" must be a domain in reverse and a name, such as com.example.dunmora: three or more parts of letters, digits, _ and -, none of which begins with a digit.")
 endif()
 
 foreach(setting IN ITEMS DUNMORA_LICENSE DUNMORA_METADATA_LICENSE)

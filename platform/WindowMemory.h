@@ -8,8 +8,8 @@
 namespace dunmora {
 
 /// What windows remember between runs, such as their size: short texts by key, for each window by
-/// its name. They are stored beside the preferences and are none: without them every window is as
-/// it is at first.
+/// its name. They are stored beside the preferences but are not preferences: without them, every
+/// window looks as it did at the first start.
 ///
 /// Names and keys consist of ASCII letters, digits, `_`, `-` and `.`, texts of ASCII letters,
 /// digits, blanks and `_-.,:+`. Nothing of an address book may be among them.

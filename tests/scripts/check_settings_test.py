@@ -42,7 +42,7 @@ class CheckSettings(unittest.TestCase):
         for version in ("", "1", "1.", ".1", "1.10", "1.2.3", "1.2.3.4", "v1.2", "1.2b", "1,2"):
             self.assertIn(f'The version "{version}" must be a number', self.check(version=version))
 
-    def test_accepts_a_domain_backwards_and_a_name_as_the_id(self):
+    def test_accepts_a_domain_in_reverse_and_a_name_as_the_id(self):
         for app_id in (APP_ID, "io.github.some_user.Dunmora", "org.my-domain.dunmora2", "org._7_zip.app"):
             self.assertEqual(self.check(app_id=app_id), "", app_id)
 
@@ -51,7 +51,7 @@ class CheckSettings(unittest.TestCase):
                        "com.example.2dunmora", "com.example.-dunmora", "com.example.dun mora", "com.exämple.dunmora",
                        "com.example/dunmora", "com.example.dunmora.desktop;x", "com.example.dunmora\n",
                        "com.example." + "x" * 200):
-            self.assertIn("must be a domain backwards and a name", self.check(app_id=app_id), app_id)
+            self.assertIn("must be a domain in reverse and a name", self.check(app_id=app_id), app_id)
 
     def test_accepts_licences_as_spdx_expressions_and_none(self):
         for name in ("DUNMORA_LICENSE", "DUNMORA_METADATA_LICENSE"):
